@@ -1,0 +1,207 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+//
+// The cost of a key in the event tap, apart from the desktop's own: what every key waits for, everywhere. One iteration
+// is a press and its release, so that the dearer of the two cannot hide behind the other.
+
+#include "keyboard/KeyboardMonitor.hpp"
+#include "keyboard/RTLInput.hpp"
+
+#include <benchmark/benchmark.h>
+
+#include <array>
+#include <memory>
+#include <utility>
+
+namespace quillane {
+namespace {
+
+class BenchTap final : public EventTap {
+public:
+    bool start(std::uint64_t /*mask*/, Receiver receiver) override {
+        receiver_ = std::move(receiver);
+        return true;
+    }
+
+    void stop() override { receiver_ = nullptr; }
+
+    void enable() override {}
+
+    [[nodiscard]] bool isEnabled() const override { return receiver_ != nullptr; }
+
+    void setReplaceableKeys(std::span<const core::KeyCode> /*keys*/) override {}
+
+    void send(InputEvent& event) const { receiver_(event); }
+
+private:
+    Receiver receiver_;
+};
+
+class BenchKeyEvents final : public KeyEvents {
+public:
+    [[nodiscard]] core::EventFlags currentFlags() const override { return 0; }
+};
+
+class BenchWorkspace final : public Workspace {
+public:
+    [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override { return front_; }
+
+    [[nodiscard]] std::vector<RunningApplication> runningApplications(std::string_view /*bundleID*/) const override {
+        return {front_};
+    }
+
+    bool terminate(pid_t /*pid*/) override { return false; }
+
+    [[nodiscard]] bool launchedAtLogin() const override { return false; }
+
+    core::Subscription onDidActivateApplication(std::function<void()> /*callback*/) override { return {}; }
+
+    core::Subscription onDidWake(std::function<void()> /*callback*/) override { return {}; }
+
+private:
+    RunningApplication front_{.pid = 1001, .bundleID = "com.apple.TextEdit", .name = "TextEdit"};
+};
+
+/// Keeps the task posted last: making and dropping one belongs to the cost.
+class BenchQueue final : public MainQueue {
+public:
+    void post(Task task) override { last_ = std::move(task); }
+
+    void postAfter(std::chrono::milliseconds /*delay*/, Task /*task*/) override {}
+
+    core::Subscription repeat(std::chrono::milliseconds /*interval*/, Task /*task*/) override { return {}; }
+
+private:
+    Task last_;
+};
+
+class BenchInputSources final : public InputSources {
+public:
+    explicit BenchInputSources(InputSource source) : source_(std::move(source)) {}
+
+    [[nodiscard]] std::optional<std::vector<InputSource>> enabled() const override { return std::vector{source_}; }
+
+    [[nodiscard]] std::optional<InputSource> current() const override { return source_; }
+
+    bool select(std::string_view /*id*/) override { return false; }
+
+    [[nodiscard]] bool switchedBySystemShortcut() const override { return false; }
+
+    core::Subscription onChanged(std::function<void()> /*callback*/) override { return {}; }
+
+private:
+    InputSource source_;
+};
+
+/// One enabled text field that has the focus.
+class BenchAccessibility final : public Accessibility {
+public:
+    [[nodiscard]] AXElement application(pid_t /*pid*/) override { return element_; }
+
+    void setMessagingTimeout(const AXElement& /*element*/, std::chrono::milliseconds /*timeout*/) override {}
+
+    [[nodiscard]] std::optional<AXValue> attribute(const AXElement& /*element*/, std::string_view /*name*/) override {
+        return element_;
+    }
+
+    [[nodiscard]] std::optional<std::vector<AXValue>> attributes(const AXElement& /*element*/,
+                                                                 std::span<const std::string_view> /*names*/) override {
+        return std::vector<AXValue>{"AXTextField", std::monostate(), true};
+    }
+
+    [[nodiscard]] bool isAttributeSettable(const AXElement& /*element*/, std::string_view /*name*/) override {
+        return true;
+    }
+
+private:
+    class Handle final : public AXElement::Handle {
+    public:
+        [[nodiscard]] bool isSame(const AXElement::Handle& other) const override { return &other == this; }
+    };
+
+    AXElement element_{std::make_shared<Handle>()};
+};
+
+/// A running monitor with every feature on and something connected to each handler.
+struct World {
+    explicit World(InputSource source) : sources(std::move(source)) {
+        monitor.onDirection = [](core::WritingDirection) {};
+        monitor.onLanguageSwitch = monitor.onInterruption = monitor.onDisabled = monitor.onKeyboardActivity = [] {};
+        monitor.setOptions(core::FeatureOptions());
+    }
+
+    BenchTap tap;
+    BenchKeyEvents keyEvents;
+    BenchWorkspace workspace;
+    BenchQueue queue;
+    BenchInputSources sources;
+    BenchAccessibility accessibility;
+    RTLInput input{sources, accessibility, workspace};
+    KeyboardMonitor monitor{tap, keyEvents, workspace, queue, input};
+};
+
+const InputSource english{.id = "com.apple.keylayout.US", .localizedName = "U.S.", .languages = {"en"}};
+const InputSource hebrew{.id = "com.apple.keylayout.Hebrew", .localizedName = "Hebrew", .languages = {"he"}};
+
+constexpr auto leftShift = core::flags::shift | core::flags::leftShift;
+
+/// Measures the events together: one iteration sends each of them once.
+template <std::size_t Count>
+void measure(benchmark::State& state, const InputSource& source, const std::array<InputEvent, Count>& events,
+             bool expectReplacement) {
+    World world(source);
+    if (!world.monitor.start()) {
+        state.SkipWithError("the monitor does not start");
+        return;
+    }
+    std::size_t replaced = 0;
+    for ([[maybe_unused]] auto iteration : state) {
+        for (auto event : events) {
+            world.tap.send(event);
+            replaced += event.replacementText ? 1 : 0;
+        }
+    }
+    if ((replaced > 0) != expectReplacement) {
+        state.SkipWithError("the keys were not treated as they should be");
+    }
+}
+
+void untouchedKey(benchmark::State& state) {
+    measure(state, hebrew,
+            std::array{InputEvent{.type = EventType::keyDown, .keyCode = 0},
+                       InputEvent{.type = EventType::keyUp, .keyCode = 0}},
+            false);
+}
+
+void flagsChange(benchmark::State& state) {
+    measure(state, hebrew,
+            std::array{InputEvent{.type = EventType::flagsChanged, .keyCode = 56, .flags = leftShift},
+                       InputEvent{.type = EventType::flagsChanged, .keyCode = 56, .flags = 0}},
+            false);
+}
+
+constexpr std::array shiftKey{InputEvent{.type = EventType::keyDown, .keyCode = 0, .flags = leftShift},
+                              InputEvent{.type = EventType::keyUp, .keyCode = 0, .flags = leftShift}};
+
+void shiftKeyWithEnglishSource(benchmark::State& state) {
+    measure(state, english, shiftKey, false);
+}
+
+void shiftKeyWithHebrewSource(benchmark::State& state) {
+    measure(state, hebrew, shiftKey, true);
+}
+
+/// Nine runs each; the median is the figure.
+void nineRuns(benchmark::internal::Benchmark* made) {
+    made->Repetitions(9)->ReportAggregatesOnly()->Unit(benchmark::kNanosecond);
+}
+
+BENCHMARK(untouchedKey)->Apply(nineRuns);
+BENCHMARK(flagsChange)->Apply(nineRuns);
+BENCHMARK(shiftKeyWithEnglishSource)->Apply(nineRuns);
+BENCHMARK(shiftKeyWithHebrewSource)->Apply(nineRuns);
+
+} // namespace
+} // namespace quillane
+
+BENCHMARK_MAIN();

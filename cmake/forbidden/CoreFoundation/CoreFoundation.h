@@ -1,0 +1,1 @@
+#error "QuillaneCore sees neither Qt nor a platform header"

@@ -1,0 +1,231 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "app/AppDelegate.hpp"
+
+#include "app/ApplicationMenuRows.hpp"
+#include "app/StatusBarArtwork.hpp"
+#include "app/StatusMenu.hpp"
+#include "core/direction/SupportedApplication.hpp"
+#include "core/keyboard/ScreenSharingPolicy.hpp"
+#include "core/localization/Texts.hpp"
+#include "core/permissions/PermissionSetupPolicy.hpp"
+
+#include <chrono>
+#include <utility>
+
+namespace quillane {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto refreshInterval = 2000ms;
+constexpr std::string_view lastStatusKey = "LastStatus";
+constexpr std::string_view showPermissionsKey = "QuillaneShowPermissionsAfterRestart";
+
+} // namespace
+
+AppDelegate::AppDelegate(AppServices services, core::AppPreferences& preferences, SettingsModel& model,
+                         Environment environment)
+    : services_(services),
+      preferences_(preferences),
+      model_(model),
+      environment_(std::move(environment)),
+      permissions_(services.permissions),
+      input_(services.inputSources, services.accessibility, services.workspace),
+      monitor_(services.eventTap, services.keyEvents, services.workspace, services.mainQueue, input_),
+      switcher_(services.inputSources) {}
+
+void AppDelegate::applicationDidFinishLaunching() {
+    for (const auto& oldCopy : services_.workspace.runningApplications(environment_.legacyBundleID)) {
+        services_.workspace.terminate(oldCopy.pid);
+    }
+    services_.windowTraits.setActivationPolicy(ActivationPolicy::accessory);
+    rebuildMenus();
+    wireControllers();
+    observeWorkspace();
+    applyOptions();
+    refreshTimer_ = services_.mainQueue.repeat(refreshInterval, [this] { refreshRuntime(); });
+    rememberTarget();
+    services_.userDefaults.removeObject(showPermissionsKey); // one shot: set before a relaunch for a new grant
+}
+
+void AppDelegate::wireControllers() {
+    model_.optionsChanged = [this] { applyOptions(); };
+    monitor_.onDirection = [this](core::WritingDirection direction) {
+        directions_ = {direction, directions_.count + 1};
+    };
+    monitor_.onLanguageSwitch = [this] {
+        switcher_.switchToNext();
+        publishRuntime();
+    };
+    monitor_.onDisabled = [this] {
+        report(core::texts::keyboardEngineRestarted);
+        refreshRuntime();
+    };
+    monitor_.onKeyboardActivity = [this] { publishRuntime(); };
+    switcher_.report = [this](const core::LocalizedText& text) { report(text); };
+    subscriptions_.push_back(preferences_.onChanged([this] { rebuildMenus(); }));
+    subscriptions_.push_back(services_.inputSources.onChanged([this] { publishRuntime(); }));
+}
+
+void AppDelegate::observeWorkspace() {
+    subscriptions_.push_back(services_.workspace.onDidActivateApplication([this] {
+        monitor_.reset();
+        rememberTarget();
+        refreshRuntime();
+    }));
+    subscriptions_.push_back(services_.workspace.onDidReopen([this] { applicationShouldHandleReopen(); }));
+    subscriptions_.push_back(services_.workspace.onDidWake([this] {
+        monitor_.stop();
+        refreshRuntime(); // makes a fresh tap
+    }));
+}
+
+void AppDelegate::applicationShouldHandleReopen() {
+    services_.statusItem.popUpMenu();
+}
+
+void AppDelegate::applicationWillTerminate() {
+    model_.optionsChanged = nullptr;
+    monitor_.stop();
+    refreshTimer_.cancel();
+    subscriptions_.clear();
+}
+
+void AppDelegate::rebuildMenus() {
+    const auto language = preferences_.state().language;
+    services_.applicationMenu.install(applicationMenuRows(language, {.quit = environment_.terminate}),
+                                      layoutDirection(language));
+    updateStatusItem();
+}
+
+void AppDelegate::updateStatusItem() {
+    const auto language = preferences_.state().language;
+    const auto facts = runtimeFacts();
+    StatusMenuState state{.language = language,
+                          .version = environment_.version,
+                          .options = model_.options(),
+                          .keepAwakeActive = model_.runtime().keepAwakeActive,
+                          .status = checked_ ? statusRow(facts) : StatusRow{core::texts::checkingPermissions, "clock"}};
+    if (state == shownMenu_) {
+        return;
+    }
+    services_.statusItem.setMenu(statusMenuRows(state, menuActions()), layoutDirection(language));
+    shownMenu_ = std::move(state);
+    const auto mark = statusMark(facts);
+    services_.statusItem.setImage(StatusBarArtwork::image(mark), statusMarkLabel(mark).rendered(language));
+}
+
+StatusMenuActions AppDelegate::menuActions() {
+    StatusMenuActions actions;
+    actions.toggleShift = [this] { toggle(&core::FeatureOptions::shiftEnglish); };
+    actions.toggleLanguage = [this] { toggle(&core::FeatureOptions::languageSwitch); };
+    actions.toggleDirection = [this] { toggle(&core::FeatureOptions::writingDirection); };
+    actions.togglePause = [this] { toggle(&core::FeatureOptions::paused); };
+    actions.quit = environment_.terminate;
+    return actions;
+}
+
+void AppDelegate::toggle(bool core::FeatureOptions::*option) {
+    auto options = model_.options();
+    options.*option = !(options.*option);
+    model_.setOptions(options);
+}
+
+void AppDelegate::applyOptions() {
+    monitor_.setOptions(model_.options());
+    monitor_.reset();
+    refreshRuntime();
+}
+
+void AppDelegate::refreshRuntime() {
+    permissions_.refresh();
+    checked_ = true;
+    const bool wanted = environment_.keyboardAvailable && model_.options().shouldMonitor() &&
+                        core::PermissionSetupPolicy::canStartKeyboardMonitor(permissions_.granted());
+    if (!wanted) {
+        monitor_.stop();
+    } else if (!monitor_.isRunning()) {
+        static_cast<void>(monitor_.start()); // whether it runs is read below
+    }
+    publishRuntime();
+}
+
+void AppDelegate::publishRuntime() {
+    const auto facts = runtimeFacts();
+    const auto input = input_.current();
+    auto runtime = model_.runtime();
+    runtime.accessibilityGranted = permissions_.granted().contains(core::MacPermission::accessibility);
+    runtime.inputMonitoringGranted = permissions_.granted().contains(core::MacPermission::inputMonitoring);
+    runtime.monitorRunning = facts.monitorRunning;
+    runtime.keyboardEventsObserved = monitor_.keyboardEventsObserved();
+    runtime.screenSharingSuspended = facts.screenSharingSuspended;
+    runtime.inputIsRTL = input.isRTL;
+    runtime.inputName = input.name;
+    runtime.runtimeStatus = statusRow(facts).text;
+    model_.setRuntime(std::move(runtime));
+    updateStatusItem();
+}
+
+RuntimeFacts AppDelegate::runtimeFacts() const {
+    const auto front = services_.workspace.frontmostApplication();
+    const auto& options = model_.options();
+    return {.options = options,
+            .oldCopyRunning = !services_.workspace.runningApplications(environment_.legacyBundleID).empty(),
+            .keyboardAvailable = environment_.keyboardAvailable,
+            .canStartMonitor = core::PermissionSetupPolicy::canStartKeyboardMonitor(permissions_.granted()),
+            .grantedPermissions = permissions_.granted().size(),
+            .screenSharingSuspended = core::ScreenSharingPolicy::bypassKeyboardProcessing(
+                front ? front->bundleID : std::nullopt, options.excludeScreenSharing),
+            .monitorRunning = monitor_.isRunning(),
+            .keepAwakeActive = model_.runtime().keepAwakeActive};
+}
+
+void AppDelegate::rememberTarget() {
+    const auto front = services_.workspace.frontmostApplication();
+    if (front && front->bundleID && core::supportedApplication(*front->bundleID)) {
+        model_.setTestTargetID(*front->bundleID);
+    }
+}
+
+void AppDelegate::report(const core::LocalizedText& text) {
+    model_.setLastAction(text);
+    services_.userDefaults.setObject(lastStatusKey, text.rendered(preferences_.state().language));
+}
+
+ControlReply AppDelegate::handleControlRequest(const ControlRequest& request) {
+    if (request.command == "open") {
+        applicationShouldHandleReopen();
+        return {};
+    }
+    if (request.command == "status") {
+        const bool json = !request.arguments.empty() && request.arguments.front() == "--json";
+        return {true, json ? toJson(statusReport()) : toText(statusReport())};
+    }
+    if (request.command == "pause" || request.command == "resume") {
+        auto options = model_.options();
+        options.paused = request.command == "pause";
+        if (options != model_.options()) {
+            model_.setOptions(options);
+        }
+        return {};
+    }
+    if (request.command == "quit") {
+        environment_.terminate();
+        return {};
+    }
+    return {false, "The running agent does not know the command '" + request.command + "'."};
+}
+
+StatusReport AppDelegate::statusReport() const {
+    return {.version = environment_.version,
+            .language = preferences_.state().language,
+            .options = model_.options(),
+            .runtime = model_.runtime(),
+            .lastAction = model_.lastAction(),
+            .directions = directions_,
+            .statusItemVisible = services_.statusItem.isVisible()};
+}
+
+} // namespace quillane

@@ -1,0 +1,84 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/AppServices.hpp"
+#include "app/RuntimeStatus.hpp"
+#include "app/SettingsModel.hpp"
+#include "app/StatusMenu.hpp"
+#include "app/StatusReport.hpp"
+#include "core/preferences/AppPreferences.hpp"
+#include "keyboard/InputSourceSwitcher.hpp"
+#include "keyboard/KeyboardMonitor.hpp"
+#include "keyboard/RTLInput.hpp"
+#include "permissions/PermissionController.hpp"
+#include "platform/AgentControl.hpp"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quillane {
+
+/// The root of the agent: owns every long-lived controller, wires them together, builds the status menu and decides in
+/// `refreshRuntime` what runs. Main thread.
+class AppDelegate {
+public:
+    struct Environment {
+        std::string version;             ///< shown in the menu
+        bool keyboardAvailable = true;   ///< false where the desktop cannot observe keys (Wayland)
+        std::string legacyBundleID;      ///< of the previous edition, which must not run beside this one
+        std::function<void()> terminate; ///< ends the event loop
+    };
+
+    AppDelegate(AppServices services, core::AppPreferences& preferences, SettingsModel& model, Environment environment);
+
+    /// Start-up, once, when the event loop is about to run.
+    void applicationDidFinishLaunching();
+
+    /// The program was opened again while it runs.
+    void applicationShouldHandleReopen();
+
+    /// Stops everything that runs; called once, after the event loop has ended. What it undoes stays undone.
+    void applicationWillTerminate();
+
+    /// Answers a later start of the program.
+    [[nodiscard]] ControlReply handleControlRequest(const ControlRequest& request);
+
+    [[nodiscard]] StatusReport statusReport() const;
+
+private:
+    void wireControllers();
+    void observeWorkspace();
+    void rebuildMenus();
+    void updateStatusItem();
+    [[nodiscard]] StatusMenuActions menuActions();
+    void applyOptions();
+    void refreshRuntime();
+    void publishRuntime();
+    [[nodiscard]] RuntimeFacts runtimeFacts() const;
+
+    void toggle(bool core::FeatureOptions::*option);
+    void rememberTarget();
+    void report(const core::LocalizedText& text);
+
+    AppServices services_;
+    core::AppPreferences& preferences_;
+    SettingsModel& model_;
+    Environment environment_;
+
+    PermissionController permissions_;
+    RTLInput input_;
+    KeyboardMonitor monitor_;
+    InputSourceSwitcher switcher_;
+
+    DirectionDeliveries directions_;
+    std::optional<StatusMenuState> shownMenu_; ///< what the status item shows now; drawn anew only when it differs
+    bool checked_ =
+        false; ///< the permissions have been read; until then the status row says that they are being checked
+    std::vector<core::Subscription> subscriptions_; // last: dropped before what their callbacks use
+    core::Subscription refreshTimer_;
+};
+
+} // namespace quillane

@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/preferences/UserDefaults.hpp"
+#include "platform/Accessibility.hpp"
+#include "platform/ApplicationMenu.hpp"
+#include "platform/EventTap.hpp"
+#include "platform/InputSources.hpp"
+#include "platform/KeyEvents.hpp"
+#include "platform/MainQueue.hpp"
+#include "platform/PermissionService.hpp"
+#include "platform/StatusItem.hpp"
+#include "platform/WindowTraits.hpp"
+#include "platform/Workspace.hpp"
+
+namespace quillane {
+
+/// What the application needs of the desktop, borrowed: the real backend in the program, fakes in tests.
+struct AppServices {
+    MainQueue& mainQueue;
+    core::UserDefaults& userDefaults;
+    Workspace& workspace;
+    InputSources& inputSources;
+    KeyEvents& keyEvents;
+    EventTap& eventTap;
+    Accessibility& accessibility;
+    PermissionService& permissions;
+    StatusItem& statusItem;
+    ApplicationMenu& applicationMenu;
+    WindowTraits& windowTraits;
+};
+
+} // namespace quillane

@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/AgentControl.hpp"
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace quillane::CommandLine {
+
+/// Become the agent, or when one runs, show its settings window.
+struct RunAgent {
+    bool atLogin = false;
+    bool operator==(const RunAgent&) const = default;
+};
+
+/// Ask the running agent.
+struct SendRequest {
+    ControlRequest request;
+    bool operator==(const SendRequest&) const = default;
+};
+
+struct ShowHelp {
+    bool operator==(const ShowHelp&) const = default;
+};
+
+struct ShowVersion {
+    bool operator==(const ShowVersion&) const = default;
+};
+
+/// The words are no call of this program: `message` says which.
+struct UsageError {
+    std::string message;
+    bool operator==(const UsageError&) const = default;
+};
+
+using Call = std::variant<RunAgent, SendRequest, ShowHelp, ShowVersion, UsageError>;
+
+/// Reads the words after the program's name.
+[[nodiscard]] Call parse(std::span<const std::string_view> words);
+
+/// The usage text, for people; English, because a terminal does not order mixed text reliably.
+[[nodiscard]] std::string_view usage();
+
+} // namespace quillane::CommandLine

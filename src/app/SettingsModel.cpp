@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "app/SettingsModel.hpp"
+
+#include "core/permissions/PermissionSetupPolicy.hpp"
+
+#include <utility>
+
+namespace quillane {
+
+namespace {
+
+bool anyKeyboardFeature(const core::FeatureOptions& options) {
+    return options.shiftEnglish || options.languageSwitch || options.writingDirection;
+}
+
+} // namespace
+
+SettingsModel::SettingsModel(core::UserDefaults& defaults)
+    : defaults_(defaults), options_(core::FeatureOptions::load(defaults)) {}
+
+void SettingsModel::setOptions(const core::FeatureOptions& options) {
+    options_ = options;
+    options_.save(defaults_);
+    if (optionsChanged) {
+        optionsChanged();
+    }
+    emit changed();
+}
+
+void SettingsModel::setRuntime(Runtime runtime) {
+    if (runtime != runtime_) {
+        runtime_ = std::move(runtime);
+        emit changed();
+    }
+}
+
+void SettingsModel::setLastAction(core::LocalizedText text) {
+    lastAction_ = std::move(text);
+    emit changed();
+}
+
+void SettingsModel::setTestTargetID(std::string bundleID) {
+    if (bundleID != testTargetID_) {
+        testTargetID_ = std::move(bundleID);
+        emit changed();
+    }
+}
+
+bool SettingsModel::isReady() const {
+    return runtime_.accessibilityGranted && runtime_.inputMonitoringGranted && !options_.paused &&
+           anyKeyboardFeature(options_) && !runtime_.screenSharingSuspended;
+}
+
+bool SettingsModel::canTestDirection() const {
+    return runtime_.monitorRunning && runtime_.accessibilityGranted && !options_.paused && options_.writingDirection &&
+           !runtime_.screenSharingSuspended;
+}
+
+bool SettingsModel::needsRelaunch() const {
+    return core::PermissionSetupPolicy::canStartKeyboardMonitor(granted()) && options_.shouldMonitor() &&
+           !(runtime_.monitorRunning && runtime_.keyboardEventsObserved);
+}
+
+std::set<core::MacPermission> SettingsModel::granted() const {
+    std::set<core::MacPermission> result;
+    if (runtime_.inputMonitoringGranted) {
+        result.insert(core::MacPermission::inputMonitoring);
+    }
+    if (runtime_.accessibilityGranted) {
+        result.insert(core::MacPermission::accessibility);
+    }
+    return result;
+}
+
+} // namespace quillane

@@ -1,0 +1,88 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/localization/LocalizedText.hpp"
+#include "core/permissions/MacPermission.hpp"
+#include "core/preferences/FeatureOptions.hpp"
+#include "core/preferences/UserDefaults.hpp"
+
+#include <QObject>
+
+#include <functional>
+#include <set>
+#include <string>
+
+namespace quillane {
+
+/// What the menu and the settings window show and change: the feature options, which live here from start-up on, and a
+/// mirror of the runtime state, which the application delegate keeps up to date. Main thread.
+class SettingsModel : public QObject {
+    Q_OBJECT
+
+public:
+    /// The runtime state, as of the last refresh.
+    struct Runtime {
+        bool accessibilityGranted = false;
+        bool inputMonitoringGranted = false;
+        bool monitorRunning = false;
+        bool keyboardEventsObserved = false; ///< a key event has arrived since the monitor started
+        bool screenSharingSuspended = false;
+        bool inputIsRTL = false;
+        std::string inputName;
+        bool keepAwakeActive = false;
+        bool keepAwakeFailed = false;
+        core::LocalizedText runtimeStatus; ///< the status row of the menu
+
+        bool operator==(const Runtime&) const = default;
+    };
+
+    explicit SettingsModel(core::UserDefaults& defaults);
+
+    [[nodiscard]] const core::FeatureOptions& options() const { return options_; }
+
+    /// Saves the options and calls `optionsChanged`.
+    void setOptions(const core::FeatureOptions& options);
+
+    [[nodiscard]] const Runtime& runtime() const { return runtime_; }
+
+    void setRuntime(Runtime runtime);
+
+    /// The outcome of the last action, for example a language switch.
+    [[nodiscard]] const core::LocalizedText& lastAction() const { return lastAction_; }
+
+    void setLastAction(core::LocalizedText text);
+
+    /// The bundle identifier of the supported application that was in front last; empty before there was one.
+    [[nodiscard]] const std::string& testTargetID() const { return testTargetID_; }
+
+    void setTestTargetID(std::string bundleID);
+
+    /// Everything is granted, some keyboard feature is on and nothing suspends it.
+    [[nodiscard]] bool isReady() const;
+
+    /// A direction command would reach the application in front.
+    [[nodiscard]] bool canTestDirection() const;
+
+    /// The grants are there and the monitor is wanted, yet it does not run or hears nothing: the process has to start
+    /// anew for the grants to take effect.
+    [[nodiscard]] bool needsRelaunch() const;
+
+    /// Called after the options were saved; set by the application delegate.
+    std::function<void()> optionsChanged;
+
+signals:
+    /// Something that a view shows has changed.
+    void changed();
+
+private:
+    [[nodiscard]] std::set<core::MacPermission> granted() const;
+
+    core::UserDefaults& defaults_;
+    core::FeatureOptions options_;
+    Runtime runtime_;
+    core::LocalizedText lastAction_;
+    std::string testTargetID_;
+};
+
+} // namespace quillane

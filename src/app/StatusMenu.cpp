@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "app/StatusMenu.hpp"
+
+#include "core/localization/Texts.hpp"
+
+namespace quillane {
+
+namespace texts = core::texts;
+
+namespace {
+
+MenuRow separator() {
+    MenuRow row;
+    row.kind = MenuRow::Kind::separator;
+    return row;
+}
+
+} // namespace
+
+std::vector<MenuRow> statusMenuRows(const StatusMenuState& state, const StatusMenuActions& actions) {
+    const auto text = [&](const core::LocalizedText& title) { return title.rendered(state.language); };
+
+    MenuRow header;
+    header.kind = MenuRow::Kind::header;
+    header.title = text(texts::quillane) + " " + state.version;
+    header.icon = MenuRow::Icon::application;
+    header.toolTip = text(texts::languageAndWritingDirection);
+    header.enabled = false;
+
+    const auto item = [&](const core::LocalizedText& title, std::string_view symbol,
+                          const std::function<void()>& action) {
+        MenuRow row;
+        row.title = text(title);
+        row.icon = symbol.empty() ? MenuRow::Icon::none : MenuRow::Icon::symbol;
+        row.symbol = symbol;
+        row.enabled = action != nullptr;
+        row.action = action;
+        return row;
+    };
+    const auto toggle = [&](const core::LocalizedText& title, std::string_view symbol,
+                            const std::function<void()>& action, bool on) {
+        auto row = item(title, symbol, action);
+        row.checkable = true;
+        row.checked = on;
+        return row;
+    };
+    auto settings = item(texts::settings, "gearshape", actions.showSettings);
+    settings.keyEquivalent = ",";
+
+    const bool paused = state.options.paused;
+    return {
+        header,
+        item(state.status.text, state.status.symbol, nullptr),
+        separator(),
+        item(texts::captureAreaToClipboard, "", actions.captureArea),
+        item(texts::clipboardHistory, "clock.arrow.circlepath", actions.showClipboard),
+        item(texts::quillaneShare, "square.and.arrow.up", actions.shareFile),
+        toggle(texts::keepMacAwake, "cup.and.saucer", actions.toggleKeepAwake, state.keepAwakeActive),
+        separator(),
+        settings,
+        item(texts::permissions, "hand.raised", actions.showPermissions),
+        item(texts::quickTest, "keyboard", actions.showTesting),
+        item(texts::updateSettings, "arrow.down.app", actions.showUpdates),
+        item(texts::checkForUpdatesNow, "arrow.triangle.2.circlepath", actions.checkForUpdates),
+        separator(),
+        toggle(texts::temporaryEnglish, "textformat.abc", actions.toggleShift, state.options.shiftEnglish),
+        toggle(texts::switchLanguage, "globe", actions.toggleLanguage, state.options.languageSwitch),
+        toggle(texts::paragraphDirectionShortcuts, "paragraphsign", actions.toggleDirection,
+               state.options.writingDirection),
+        separator(),
+        paused ? item(texts::resume, "play.circle", actions.togglePause)
+               : item(texts::pauseAll, "pause.circle", actions.togglePause),
+        item(texts::quitQuillane, "power", actions.quit),
+    };
+}
+
+LayoutDirection layoutDirection(core::AppLanguage language) {
+    return core::isRTL(language) ? LayoutDirection::rightToLeft : LayoutDirection::leftToRight;
+}
+
+} // namespace quillane

@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/SettingsModel.hpp"
+#include "core/direction/WritingDirection.hpp"
+#include "core/localization/AppLanguage.hpp"
+
+#include <optional>
+#include <string>
+
+namespace quillane {
+
+/// The last direction chord that was delivered, and how many there were since start-up.
+struct DirectionDeliveries {
+    std::optional<core::WritingDirection> last;
+    std::size_t count = 0;
+};
+
+/// The runtime facts that the menu and the settings window show, and nothing of what the user types or copies.
+struct StatusReport {
+    std::string version;
+    core::AppLanguage language{};
+    core::FeatureOptions options;
+    SettingsModel::Runtime runtime;
+    core::LocalizedText lastAction;
+    DirectionDeliveries directions;
+    bool statusItemVisible = false;
+};
+
+/// One JSON object (RFC 8259) on one line. Texts are in the report's language.
+[[nodiscard]] std::string toJson(const StatusReport& report);
+
+/// A few lines for people, in the report's language.
+[[nodiscard]] std::string toText(const StatusReport& report);
+
+} // namespace quillane

@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "core/clipboard/ClipboardKey.hpp"
+
+#include "core/support/SealedBox.hpp"
+
+#include <utility>
+#include <variant>
+
+namespace quillane::core {
+
+tl::expected<SecretBytes, SecretStatus> obtainClipboardKey(SecretStore& store) {
+    const SecretName name{clipboardKeyService, clipboardKeyAccount};
+    auto found = store.find(name);
+    if (auto* key = std::get_if<SecretBytes>(&found)) {
+        if (key->size() != SealedBox::keySize) {
+            return tl::unexpected(SecretStatus::decode);
+        }
+        return std::move(*key);
+    }
+    if (const auto status = std::get<SecretStatus>(found); status != SecretStatus::itemNotFound) {
+        return tl::unexpected(status);
+    }
+    auto key = SecretBytes::random(SealedBox::keySize);
+    if (!key) {
+        return tl::unexpected(SecretStatus::notAvailable);
+    }
+    if (const auto status = store.add(name, clipboardKeyLabel, key->bytes()); status != SecretStatus::success) {
+        return tl::unexpected(status);
+    }
+    return std::move(*key);
+}
+
+} // namespace quillane::core

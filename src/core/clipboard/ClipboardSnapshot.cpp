@@ -1,0 +1,190 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "core/clipboard/ClipboardSnapshot.hpp"
+
+#include "core/clipboard/FileReference.hpp"
+#include "core/clipboard/PasteboardTypes.hpp"
+#include "core/support/Characters.hpp"
+#include "core/support/Utf8.hpp"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <span>
+#include <system_error>
+#include <utility>
+
+namespace quillane::core::ClipboardSnapshot {
+
+namespace {
+
+constexpr std::array textTypes{PasteboardTypes::string, PasteboardTypes::rtf, PasteboardTypes::html,
+                               PasteboardTypes::url};
+constexpr std::array imageTypes{PasteboardTypes::png, PasteboardTypes::jpeg, PasteboardTypes::tiff};
+constexpr std::array fileTypes{PasteboardTypes::fileUrl};
+
+std::span<const std::string_view> keptTypes(ClipboardKind kind) {
+    switch (kind) {
+    case ClipboardKind::text:
+        return textTypes;
+    case ClipboardKind::image:
+        return imageTypes;
+    case ClipboardKind::files:
+        return fileTypes;
+    }
+    return {};
+}
+
+ClipboardKind kindOf(const PasteboardTypeSet& types) {
+    const auto has = [&](std::string_view type) { return types.contains(type); };
+    if (has(PasteboardTypes::fileUrl)) {
+        return ClipboardKind::files;
+    }
+    return std::ranges::any_of(imageTypes, has) ? ClipboardKind::image : ClipboardKind::text;
+}
+
+std::optional<std::string_view> utf8(const SharedBytes& data) {
+    const std::string_view text(reinterpret_cast<const char*>(data->data()), data->size());
+    return isValidUtf8(text) ? std::optional(text) : std::nullopt;
+}
+
+/// Reads the kept flavours of every item; none when an item has none or all of them together are too large.
+std::optional<ClipboardItems> readItems(const PasteboardContents& pasteboard, ClipboardKind kind,
+                                        const std::vector<std::vector<std::string>>& offered) {
+    ClipboardItems items;
+    std::size_t total = 0;
+    for (std::size_t i = 0; i < offered.size(); ++i) {
+        auto& item = items.emplace_back();
+        for (const auto type : keptTypes(kind)) {
+            if (std::ranges::find(offered[i], type) == offered[i].end()) {
+                continue;
+            }
+            if (auto data = pasteboard.data(i, type)) {
+                total += (*data)->size();
+                if (total > maximumBytes) {
+                    return std::nullopt;
+                }
+                item.push_back({std::string(type), std::move(*data)});
+            }
+        }
+        if (item.empty()) {
+            return std::nullopt;
+        }
+    }
+    return total > 0 ? std::optional(std::move(items)) : std::nullopt;
+}
+
+std::string fileNames(const ClipboardItems& items) {
+    std::string names;
+    bool first = true;
+    for (const auto& item : items) {
+        for (const auto& representation : item) {
+            const auto text = utf8(representation.data);
+            if (const auto name = text ? lastPathComponent(*text) : std::nullopt) {
+                names += std::exchange(first, false) ? "" : "\n";
+                names += *name;
+            }
+        }
+    }
+    return names;
+}
+
+std::string textOf(const PasteboardContents& pasteboard, ClipboardKind kind, const ClipboardItems& items) {
+    switch (kind) {
+    case ClipboardKind::files:
+        return fileNames(items);
+    case ClipboardKind::image:
+        return {};
+    case ClipboardKind::text:
+        break;
+    }
+    for (const auto type : {PasteboardTypes::string, PasteboardTypes::url}) {
+        if (auto text = pasteboard.string(type)) {
+            return std::move(*text);
+        }
+    }
+    return {};
+}
+
+bool namesExistingFile(const ClipboardRepresentation& representation) {
+    const auto text = utf8(representation.data);
+    const auto file = text ? referencedFile(*text) : std::nullopt;
+    std::error_code error;
+    return file && std::filesystem::exists(*file, error);
+}
+
+bool restorePlainText(const ClipboardEntry& entry, PasteboardContents& pasteboard) {
+    if (entry.kind != ClipboardKind::text || entry.items->empty()) {
+        return false;
+    }
+    const auto& item = entry.items->front();
+    const auto plain = std::ranges::find(item, PasteboardTypes::string, &ClipboardRepresentation::type);
+    const auto text = plain != item.end() ? utf8(plain->data) : std::nullopt;
+    if (!text) {
+        return false;
+    }
+    pasteboard.clear();
+    return pasteboard.setString(PasteboardTypes::string, *text);
+}
+
+} // namespace
+
+std::optional<ClipboardEntry> capture(const PasteboardContents& pasteboard, const ClipboardOptions& options,
+                                      const Moment& moment) {
+    const auto changeCount = pasteboard.changeCount();
+    const auto offered = pasteboard.itemTypes();
+    if (offered.empty() || offered.size() > maximumItems) {
+        return std::nullopt;
+    }
+    PasteboardTypeSet types;
+    for (const auto& item : offered) {
+        types.insert(item.begin(), item.end());
+    }
+    std::string source = pasteboard.string(PasteboardTypes::source).value_or(moment.foreground);
+    source.resize(firstCharacters(source, maximumSourceCharacters).size());
+    if (ClipboardPrivacy::shouldIgnore(types, source, moment.foreground, options.ignoredApps, moment.secureInput)) {
+        return std::nullopt;
+    }
+    const auto kind = kindOf(types);
+    if (!options.accepts(kind)) {
+        return std::nullopt;
+    }
+    auto items = readItems(pasteboard, kind, offered);
+    if (!items || pasteboard.changeCount() != changeCount) {
+        return std::nullopt;
+    }
+    auto text = textOf(pasteboard, kind, *items);
+    return ClipboardEntry::make(kind, std::move(text), std::move(source), moment.sourceName, std::move(*items),
+                                moment.now);
+}
+
+std::vector<std::string_view> wantedTypes(const PasteboardTypeSet& types, const ClipboardOptions& options) {
+    const auto kind = kindOf(types);
+    if (ClipboardPrivacy::hasIgnoredType(types) || !options.accepts(kind)) {
+        return {};
+    }
+    std::vector<std::string_view> wanted;
+    std::ranges::copy_if(keptTypes(kind), std::back_inserter(wanted),
+                         [&](std::string_view type) { return types.contains(type); });
+    if (!wanted.empty() && types.contains(PasteboardTypes::source)) {
+        wanted.push_back(PasteboardTypes::source);
+    }
+    return wanted;
+}
+
+bool restore(const ClipboardEntry& entry, PasteboardContents& pasteboard, RestoreMode mode) {
+    if (mode == RestoreMode::plainText) {
+        return restorePlainText(entry, pasteboard);
+    }
+    std::vector<PasteboardItem> items;
+    for (const auto& item : *entry.items) {
+        if (entry.kind == ClipboardKind::files && !std::ranges::all_of(item, namesExistingFile)) {
+            return false;
+        }
+        items.push_back({item, {{std::string(PasteboardTypes::source), entry.source}}});
+    }
+    pasteboard.clear();
+    return pasteboard.write(std::move(items));
+}
+
+} // namespace quillane::core::ClipboardSnapshot

@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/clipboard/ClipboardEntry.hpp"
+#include "core/clipboard/VaultFolder.hpp"
+#include "core/support/SecretBytes.hpp"
+
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace quillane::core {
+
+/// The clipboard history on disk: one file an entry, "<UUID>.clip", and "index" with their order, each a sealed box of
+/// a binary property list. Everything blocks on the disk; one thread at a time, never the main one.
+///
+/// A process that is killed at any instant leaves the history as it was before or after the save. A save that
+/// overwrites an entry together with something else first writes what it overwrites under names that begin with
+/// "pending-"; once "pending-index.clip" is there, the save counts as done, and the files only have to be given their
+/// names.
+class ClipboardVault {
+public:
+    template <typename T>
+    using Result = VaultFolder::Result<T>;
+
+    /// Makes the folder if missing. Fails when the key is not exactly 32 bytes.
+    [[nodiscard]] static Result<ClipboardVault> open(const std::filesystem::path& directory, SecretBytes key);
+
+    /// All entries in the history's order, or an error and no entry at all. Without an index there are none.
+    [[nodiscard]] Result<std::vector<ClipboardEntry>> load() const;
+
+    /// Writes the entries whose copy date differs from the one that they were last written with, and the index, and
+    /// removes the files of entries that are gone. After an error the earlier history may still be loaded.
+    [[nodiscard]] Result<void> save(std::span<const ClipboardEntry> entries);
+
+    /// Removes the vault's files.
+    [[nodiscard]] Result<void> erase();
+
+    /// Removes the files of any vault from a folder, which need not exist.
+    [[nodiscard]] static Result<void> eraseFiles(const std::filesystem::path& folder);
+
+    /// The next save writes every entry again.
+    void invalidateCache() { persisted_.clear(); }
+
+private:
+    ClipboardVault(VaultFolder folder, SecretBytes key) : folder_(std::move(folder)), key_(std::move(key)) {}
+
+    [[nodiscard]] Result<void> writeSealed(const std::string& name,
+                                           const std::optional<std::vector<std::byte>>& plaintext);
+    [[nodiscard]] Result<void> settlePending();
+    [[nodiscard]] Result<void> commitPending(std::span<const ClipboardEntry* const> overwritten);
+    [[nodiscard]] Result<void> removeStale(std::span<const ClipboardEntry> entries);
+
+    VaultFolder folder_;
+    SecretBytes key_;
+    std::unordered_map<Uuid, Date> persisted_; ///< the copy date that each file on disk was written with
+    std::vector<Uuid> indexed_;                ///< the index on disk, as far as it was written here
+};
+
+} // namespace quillane::core

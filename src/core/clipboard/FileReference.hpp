@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace quillane::core {
+
+/// The decoded name after the last slash of a URL's path, trailing slashes aside; "/" for the root, and empty for an
+/// empty path. None when the text is no absolute URL. Characters outside ASCII, which a URL should have encoded, stand
+/// for themselves.
+[[nodiscard]] std::optional<std::string> lastPathComponent(std::string_view url);
+
+/// The path that a file URL names on this machine. None for any other text.
+[[nodiscard]] std::optional<std::filesystem::path> referencedFile(std::string_view url);
+
+} // namespace quillane::core

@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/clipboard/ClipboardEntry.hpp"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace quillane::core {
+
+/// One item to be put on the pasteboard.
+struct PasteboardItem {
+    std::vector<ClipboardRepresentation> representations;
+    std::vector<std::pair<std::string, std::string>> strings; ///< type and text
+
+    bool operator==(const PasteboardItem&) const = default;
+};
+
+/// The system's pasteboard as the clipboard rules read and write it. Main thread.
+class PasteboardContents {
+public:
+    virtual ~PasteboardContents() = default;
+
+    /// Moves whenever the contents change, whoever changes them.
+    [[nodiscard]] virtual std::int64_t changeCount() const = 0;
+
+    /// The types that each item offers, in the order of the items. Empty while there is nothing to be read.
+    [[nodiscard]] virtual std::vector<std::vector<std::string>> itemTypes() const = 0;
+
+    /// The bytes of one item for a type, or none when it yields none.
+    [[nodiscard]] virtual std::optional<SharedBytes> data(std::size_t item, std::string_view type) const = 0;
+
+    /// The pasteboard's own text for a type, as UTF-8, or none when no item offers it or it is no text.
+    [[nodiscard]] virtual std::optional<std::string> string(std::string_view type) const = 0;
+
+    virtual void clear() = 0;
+
+    /// Adds text to a pasteboard that has just been cleared. False when the system refuses.
+    virtual bool setString(std::string_view type, std::string_view text) = 0;
+
+    /// Puts the items on a pasteboard that has just been cleared. False when the system refuses.
+    virtual bool write(std::vector<PasteboardItem> items) = 0;
+};
+
+} // namespace quillane::core

@@ -1,0 +1,223 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "core/clipboard/VaultFolder.hpp"
+
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+#include <system_error>
+#include <utility>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quillane::core {
+
+namespace {
+
+using Reason = VaultError::Reason;
+
+constexpr const char* temporaryName = "temporary.clip";
+constexpr mode_t folderMode = 0700;
+constexpr mode_t fileMode = 0600;
+
+tl::unexpected<VaultError> failure(Reason reason) {
+    return tl::unexpected(VaultError{reason, errno});
+}
+
+class Descriptor {
+public:
+    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
+
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    ~Descriptor() {
+        if (descriptor_ >= 0) {
+            close(descriptor_);
+        }
+    }
+
+    [[nodiscard]] int get() const { return descriptor_; }
+
+    [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
+
+private:
+    int descriptor_;
+};
+
+/// Makes the folder and those above it.
+bool makeFolders(const std::filesystem::path& path) {
+    if (mkdir(path.c_str(), folderMode) == 0 || errno == EEXIST) {
+        return true;
+    }
+    const auto parent = path.parent_path();
+    if (errno != ENOENT || parent.empty() || parent == path || !makeFolders(parent)) {
+        return false;
+    }
+    return mkdir(path.c_str(), folderMode) == 0 || errno == EEXIST;
+}
+
+bool writeAll(int descriptor, std::span<const std::byte> contents) {
+    while (!contents.empty()) {
+        const auto written = write(descriptor, contents.data(), contents.size());
+        if (written < 0 && errno != EINTR) {
+            return false;
+        }
+        contents = contents.subspan(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+    }
+    return true;
+}
+
+/// Fills the buffer; the number of bytes is less at the end of the file, and -1 on an error.
+ssize_t readAll(int descriptor, std::span<std::byte> buffer) {
+    std::size_t filled = 0;
+    while (filled < buffer.size()) {
+        const auto count = ::read(descriptor, buffer.data() + filled, buffer.size() - filled);
+        if (count == 0) {
+            break;
+        }
+        if (count < 0 && errno != EINTR) {
+            return -1;
+        }
+        filled += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    }
+    return static_cast<ssize_t>(filled);
+}
+
+} // namespace
+
+VaultFolder::VaultFolder(VaultFolder&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+
+VaultFolder& VaultFolder::operator=(VaultFolder&& other) noexcept {
+    std::swap(descriptor_, other.descriptor_);
+    return *this;
+}
+
+VaultFolder::~VaultFolder() {
+    if (descriptor_ >= 0) {
+        close(descriptor_);
+    }
+}
+
+VaultFolder::Result<VaultFolder> VaultFolder::open(const std::filesystem::path& path) {
+    auto clean = path.lexically_normal();
+    if (!clean.has_filename()) {
+        clean = clean.parent_path(); // a trailing slash
+    }
+    if (!makeFolders(clean)) {
+        return failure(Reason::folder);
+    }
+    VaultFolder folder(::open(clean.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+
+    struct stat status {};
+
+    if (folder.descriptor_ < 0 || fstat(folder.descriptor_, &status) != 0) {
+        return failure(Reason::folder);
+    }
+    if ((status.st_mode & 07777U) != folderMode && fchmod(folder.descriptor_, folderMode) != 0) {
+        return failure(Reason::folder);
+    }
+    return folder;
+}
+
+VaultFolder::Result<std::optional<std::vector<std::byte>>> VaultFolder::read(const std::string& name,
+                                                                             std::size_t maximumBytes) const {
+    const Descriptor file(openat(descriptor_, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!file.isOpen()) {
+        if (errno == ENOENT) {
+            return std::optional<std::vector<std::byte>>();
+        }
+        return failure(Reason::read);
+    }
+
+    struct stat status {};
+
+    if (fstat(file.get(), &status) != 0) {
+        return failure(Reason::read);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return tl::unexpected(VaultError{Reason::read, 0});
+    }
+    if (static_cast<std::uintmax_t>(status.st_size) > maximumBytes) {
+        return tl::unexpected(VaultError{Reason::tooLarge, 0});
+    }
+    std::vector<std::byte> contents(static_cast<std::size_t>(status.st_size));
+    const auto count = readAll(file.get(), contents);
+    if (count < 0) {
+        return failure(Reason::read);
+    }
+    contents.resize(static_cast<std::size_t>(count));
+    return contents;
+}
+
+VaultFolder::Result<void> VaultFolder::replace(const std::string& name, std::span<const std::byte> contents) {
+    unlinkat(descriptor_, temporaryName, 0); // left behind by a process that was killed
+    {
+        const Descriptor file(
+            openat(descriptor_, temporaryName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, fileMode));
+        if (!file.isOpen()) {
+            return failure(Reason::write);
+        }
+        if (!writeAll(file.get(), contents) || fchmod(file.get(), fileMode) != 0 || fsync(file.get()) != 0) {
+            const auto failed = failure(Reason::write);
+            unlinkat(descriptor_, temporaryName, 0);
+            return failed;
+        }
+    }
+    return rename(temporaryName, name);
+}
+
+VaultFolder::Result<void> VaultFolder::rename(const std::string& from, const std::string& to) {
+    if (renameat(descriptor_, from.c_str(), descriptor_, to.c_str()) != 0) {
+        return failure(Reason::write);
+    }
+    return {};
+}
+
+VaultFolder::Result<void> VaultFolder::remove(const std::string& name) {
+    if (unlinkat(descriptor_, name.c_str(), 0) != 0 && errno != ENOENT) {
+        return failure(Reason::write);
+    }
+    return {};
+}
+
+bool VaultFolder::contains(const std::string& name) const {
+    return faccessat(descriptor_, name.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+VaultFolder::Result<std::vector<std::string>> VaultFolder::names() const {
+    // A descriptor of its own: listing moves the place in a folder that is read.
+    const int descriptor = openat(descriptor_, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) {
+        return failure(Reason::folder);
+    }
+    const std::unique_ptr<DIR, int (*)(DIR*)> folder(fdopendir(descriptor), &closedir);
+    if (!folder) {
+        const auto failed = failure(Reason::folder);
+        close(descriptor);
+        return failed;
+    }
+    std::vector<std::string> found;
+    errno = 0;
+    for (const dirent* entry = readdir(folder.get()); entry; entry = readdir(folder.get())) {
+        if (const std::string name = entry->d_name; name != "." && name != "..") {
+            found.push_back(name);
+        }
+    }
+    if (errno != 0) {
+        return failure(Reason::folder);
+    }
+    return found;
+}
+
+VaultFolder::Result<void> VaultFolder::flush() {
+    if (fsync(descriptor_) != 0) {
+        return failure(Reason::write);
+    }
+    return {};
+}
+
+} // namespace quillane::core

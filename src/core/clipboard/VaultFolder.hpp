@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <tl/expected.hpp>
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace quillane::core {
+
+/// What failed in a clipboard vault. Nothing of the contents is in it.
+struct VaultError {
+    enum class Reason {
+        wrongKeySize, ///< the key is not 32 bytes
+        folder,       ///< the folder cannot be made, opened or listed
+        read,         ///< a file is missing or cannot be read
+        write,        ///< a file cannot be written, renamed or removed
+        tooLarge,     ///< a file is larger than any that is written
+        notAuthentic, ///< a file is damaged or sealed under another key
+        malformed,    ///< a file does not hold what belongs there
+        crypto,       ///< sealing failed
+    };
+
+    Reason reason = Reason::read;
+    int systemError = 0; ///< errno, where the system gave one
+
+    bool operator==(const VaultError&) const = default;
+};
+
+/// The files of a vault in their folder, which is kept open. One thread at a time.
+class VaultFolder {
+public:
+    template <typename T>
+    using Result = tl::expected<T, VaultError>;
+
+    /// Opens the folder with mode 0700 and makes it, and the folders above it, if missing.
+    [[nodiscard]] static Result<VaultFolder> open(const std::filesystem::path& path);
+
+    VaultFolder(VaultFolder&& other) noexcept;
+    VaultFolder& operator=(VaultFolder&& other) noexcept;
+    ~VaultFolder();
+
+    /// The whole file, or none when there is no such file.
+    [[nodiscard]] Result<std::optional<std::vector<std::byte>>> read(const std::string& name,
+                                                                     std::size_t maximumBytes) const;
+
+    /// Gives the file, of mode 0600, new contents: they are written beside it, flushed, and take its place at once. The
+    /// name used meanwhile ends in ".clip", like those of entries.
+    [[nodiscard]] Result<void> replace(const std::string& name, std::span<const std::byte> contents);
+
+    /// Gives a file the name of another one, which is replaced if it exists.
+    [[nodiscard]] Result<void> rename(const std::string& from, const std::string& to);
+
+    /// Removes the file if it exists.
+    [[nodiscard]] Result<void> remove(const std::string& name);
+
+    [[nodiscard]] bool contains(const std::string& name) const;
+
+    /// The names of everything in the folder.
+    [[nodiscard]] Result<std::vector<std::string>> names() const;
+
+    /// Makes renaming and removing last through a loss of power.
+    [[nodiscard]] Result<void> flush();
+
+private:
+    explicit VaultFolder(int descriptor) : descriptor_(descriptor) {}
+
+    int descriptor_ = -1;
+};
+
+} // namespace quillane::core

@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/keyboard/DirectionChord.hpp"
+#include "core/keyboard/EventFlags.hpp"
+
+namespace quillane::core {
+
+/// The chord that switches the input source: left Option with left Shift, and no other modifier.
+class LanguageSwitchChord {
+public:
+    /// Takes in the modifiers that are down now; true when the chord fires.
+    bool update(EventFlags rawFlags);
+
+    /// Cancels the chord when any of its keys is down.
+    void cancel();
+
+    void reset();
+
+private:
+    DirectionChord chord_;
+};
+
+} // namespace quillane::core

@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/keyboard/EventFlags.hpp"
+
+#include <optional>
+#include <span>
+
+/// Temporary English: with a right-to-left input source, Shift with a letter key types the English letter of that key.
+namespace quillane::core::ShiftEnglish {
+
+/// Whether the modifiers allow it: Shift, and none that makes a shortcut of the key (Control, Option, Command, Fn).
+struct Conditions {
+    bool shift = false;
+    bool shortcutModifier = false;
+    bool rtlSource = false; ///< the input source writes from right to left
+    bool editable = false;  ///< the focus is where text can be typed
+};
+
+/// The lower-case letter that the key types, or none when a condition fails or the key is no letter of an ANSI
+/// keyboard.
+[[nodiscard]] std::optional<char16_t> character(KeyCode keyCode, const Conditions& conditions);
+
+/// The 26 letter keys, in ascending order.
+[[nodiscard]] std::span<const KeyCode> keyCodes();
+
+} // namespace quillane::core::ShiftEnglish

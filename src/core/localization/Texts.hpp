@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/localization/TextRow.hpp"
+
+/// Every message of the program under a readable name: `texts::pauseAll`, `texts::keyboardLanguage(name)`.
+namespace quillane::core::texts {
+
+#define QUILLANE_TEXT(name, hebrew, english, arabic) inline constexpr TextRow<placeholderCount(hebrew)> name{hebrew};
+#define QUILLANE_NAME(name, text) inline constexpr TextRow<0> name{text};
+#include "core/localization/AppTranslations.def"
+#undef QUILLANE_NAME
+#undef QUILLANE_TEXT
+
+} // namespace quillane::core::texts

@@ -1,0 +1,175 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "core/support/AtomicFile.hpp"
+
+#include "core/support/FileDescriptor.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quillane::core {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view temporarySuffix = ".tmp";
+
+tl::unexpected<FileError> systemError() {
+    return tl::unexpected(FileError{errno});
+}
+
+/// What the names of the file's temporaries begin with.
+std::string temporaryPrefix(const fs::path& file) {
+    return "." + file.filename().string() + ".";
+}
+
+/// Where the file really is, or will be, when its name is a symbolic link.
+fs::path target(fs::path file) {
+    std::error_code error;
+    for (int links = 0; links < 40; ++links) { // as many as the system follows (path_resolution(7))
+        const auto next = fs::read_symlink(file, error);
+        if (error) {
+            break;
+        }
+        file = file.parent_path() / next; // an absolute link replaces the folder
+    }
+    return file;
+}
+
+tl::expected<void, FileError> writeAll(int fd, std::span<const std::byte> content) {
+    while (!content.empty()) {
+        const auto written = ::write(fd, content.data(), content.size());
+        if (written >= 0) {
+            content = content.subspan(static_cast<std::size_t>(written));
+        } else if (errno != EINTR) {
+            return systemError();
+        }
+    }
+    return {};
+}
+
+/// Writes the content to a descriptor and to the disk behind it.
+tl::expected<void, FileError> fill(const FileDescriptor& fd, std::span<const std::byte> content, mode_t mode) {
+    if (::fchmod(fd.get(), mode) != 0) {
+        return systemError();
+    }
+    if (auto written = writeAll(fd.get(), content); !written) {
+        return written;
+    }
+#ifdef F_FULLFSYNC // where it exists, fsync alone stops at the drive's cache
+    if (::fcntl(fd.get(), F_FULLFSYNC) == 0) {
+        return {};
+    }
+#endif
+    if (::fsync(fd.get()) != 0) {
+        return systemError();
+    }
+    return {};
+}
+
+/// Makes the names in a folder last. Some file systems cannot; the content is safe there all the same.
+void flushFolder(const fs::path& folder) {
+    const FileDescriptor fd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (fd) {
+        static_cast<void>(::fsync(fd.get()));
+    }
+}
+
+} // namespace
+
+std::string FileError::message() const {
+    return std::generic_category().message(number);
+}
+
+tl::expected<std::vector<std::byte>, FileError> readFile(const fs::path& file, std::size_t maximumBytes) {
+    const FileDescriptor fd(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+
+    struct stat status {};
+
+    if (!fd || ::fstat(fd.get(), &status) != 0) {
+        return systemError();
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return tl::unexpected(FileError{EINVAL});
+    }
+    std::vector<std::byte> content;
+    for (auto expected = static_cast<std::size_t>(status.st_size) + 1;;) { // one more, to meet the end in one pass
+        const auto size = content.size();
+        content.resize(std::min(std::max(expected, size + 4096), maximumBytes + 1));
+        const auto count = ::read(fd.get(), content.data() + size, content.size() - size);
+        if (count < 0 && errno != EINTR) {
+            return systemError();
+        }
+        content.resize(size + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        if (content.size() > maximumBytes) {
+            return tl::unexpected(FileError{EFBIG});
+        }
+        if (count == 0) {
+            return content;
+        }
+    }
+}
+
+tl::expected<void, FileError> writeFileAtomically(const fs::path& file, std::span<const std::byte> content,
+                                                  mode_t mode) {
+    const auto destination = target(file);
+    auto temporary =
+        (destination.parent_path() / (temporaryPrefix(destination) + "XXXXXX")).string().append(temporarySuffix);
+    const FileDescriptor fd(::mkostemps(temporary.data(), static_cast<int>(temporarySuffix.size()), O_CLOEXEC));
+    if (!fd) {
+        return systemError();
+    }
+    auto written = fill(fd, content, mode);
+    if (written && ::rename(temporary.c_str(), destination.c_str()) != 0) {
+        written = systemError();
+    }
+    if (!written) {
+        ::unlink(temporary.c_str());
+        return written;
+    }
+    flushFolder(destination.has_parent_path() ? destination.parent_path() : fs::path("."));
+    return {};
+}
+
+void removeAbandonedTemporaries(const fs::path& file) {
+    const auto destination = target(file);
+    const auto prefix = temporaryPrefix(destination);
+    const auto length = prefix.size() + 6 + temporarySuffix.size();
+    std::error_code error;
+    for (fs::directory_iterator entry(destination.parent_path(), error), end; !error && entry != end;
+         entry.increment(error)) {
+        const auto name = entry->path().filename().string();
+        if (name.size() == length && name.starts_with(prefix) && name.ends_with(temporarySuffix)) {
+            std::error_code ignored; // one that cannot be deleted does no harm
+            fs::remove(entry->path(), ignored);
+        }
+    }
+}
+
+tl::expected<void, FileError> createPrivateFolder(const fs::path& folder) {
+    std::error_code error;
+    if (folder.empty() || fs::is_directory(folder, error)) {
+        return {};
+    }
+    if (folder.has_relative_path()) {
+        if (auto above = createPrivateFolder(folder.parent_path()); !above) {
+            return above;
+        }
+    }
+    if (::mkdir(folder.c_str(), S_IRWXU) == 0) {
+        return {};
+    }
+    const int number = errno;
+    if (number == EEXIST && fs::is_directory(folder, error)) { // made by another program meanwhile
+        return {};
+    }
+    return tl::unexpected(FileError{number});
+}
+
+} // namespace quillane::core

@@ -1,0 +1,13 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string_view>
+
+namespace quillane::core {
+
+/// The text without the white space and line ends (Unicode property White_Space) around it. UTF-8; it stays a part of
+/// the text given.
+[[nodiscard]] std::string_view trimmedOfWhiteSpace(std::string_view text);
+
+} // namespace quillane::core

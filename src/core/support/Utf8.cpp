@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "core/support/Utf8.hpp"
+
+#include <unicode/locid.h>
+#include <unicode/unistr.h>
+#include <unicode/utf8.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+
+namespace quillane::core {
+
+namespace {
+
+// ICU's macros narrow integers on purpose.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wconversion"
+#pragma GCC diagnostic ignored "-Wsign-conversion"
+
+/// The first character and its length in bytes; a negative character when it is malformed. The text is not empty.
+std::pair<UChar32, std::size_t> first(std::string_view text) {
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    std::size_t length = 0;
+    UChar32 character = 0;
+    U8_NEXT(bytes, length, text.size(), character);
+    return {character, length};
+}
+
+#pragma GCC diagnostic pop
+
+} // namespace
+
+bool isValidUtf8(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const auto [character, length] = first(bytes);
+        if (character < 0) {
+            return false;
+        }
+        bytes.remove_prefix(length);
+    }
+    return true;
+}
+
+std::string lowercased(std::string_view text) {
+    std::string result;
+    icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())))
+        .toLower(icu::Locale::getRoot())
+        .toUTF8String(result);
+    return result;
+}
+
+} // namespace quillane::core

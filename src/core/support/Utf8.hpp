@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace quillane::core {
+
+/// Whether the bytes are well-formed UTF-8 (Unicode Standard, table 3-7).
+[[nodiscard]] bool isValidUtf8(std::string_view bytes);
+
+/// The text in lower case, by the rules of no particular language. The text must be well-formed.
+[[nodiscard]] std::string lowercased(std::string_view text);
+
+} // namespace quillane::core

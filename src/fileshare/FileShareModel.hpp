@@ -1,0 +1,92 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/fileshare/FileShareUpload.hpp"
+#include "core/localization/LocalizedText.hpp"
+#include "fileshare/FileShareServices.hpp"
+#include "fileshare/TransferRate.hpp"
+
+#include <QObject>
+
+#include <memory>
+#include <variant>
+
+namespace quillane {
+
+/// One file that is being shared: what its window shows. Main thread.
+class FileShareModel : public QObject {
+    Q_OBJECT
+
+public:
+    struct Completed {
+        core::Url link;
+        bool operator==(const Completed&) const = default;
+    };
+
+    struct Failed {
+        core::LocalizedText message;
+        bool operator==(const Failed&) const = default;
+    };
+
+    struct Uploading {
+        bool operator==(const Uploading&) const = default;
+    };
+
+    struct Cancelled {
+        bool operator==(const Cancelled&) const = default;
+    };
+
+    using State = std::variant<Completed, Failed, Uploading, Cancelled>;
+
+    /// For the file at a file URL, to the server that is saved at this moment.
+    FileShareModel(core::Url file, const FileShareServices& services);
+    ~FileShareModel() override;
+
+    /// Uploads from the beginning, to the server that is saved at this moment. An upload that runs is dropped.
+    void start();
+
+    /// Ends the upload if one runs: the state becomes `Cancelled`.
+    void cancel();
+
+    /// Replaces the pasteboard's contents with the link; nothing happens without one.
+    void copyLink();
+
+    [[nodiscard]] const core::Url& file() const { return file_; }
+
+    [[nodiscard]] const State& state() const { return state_; }
+
+    /// 0 to 1.
+    [[nodiscard]] double progress() const { return progress_; }
+
+    /// The link is on the pasteboard.
+    [[nodiscard]] bool copied() const { return copied_; }
+
+    /// Where the file goes, or went.
+    [[nodiscard]] const core::FileShareServer& server() const { return server_; }
+
+    /// Speed and time left, when they can be told.
+    [[nodiscard]] std::optional<TransferRate::Estimate> estimate() const;
+
+signals:
+    /// Something that the window shows has changed.
+    void changed();
+
+private:
+    void setProgress(double fraction);
+    void complete(const core::FileShareUpload::Result& result);
+
+    core::Url file_;
+    core::UserDefaults& userDefaults_;
+    core::PasteboardContents& pasteboard_;
+    core::UrlSessionFactory sessions_;
+    State state_ = Uploading{};
+    double progress_ = 0;
+    bool copied_ = false;
+    core::FileShareServer server_;
+    std::int64_t fileSize_ = 0;
+    TransferRate rate_;
+    std::unique_ptr<core::FileShareUpload> upload_;
+};
+
+} // namespace quillane

@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/clipboard/PasteboardContents.hpp"
+#include "core/fileshare/UrlSession.hpp"
+#include "core/preferences/AppPreferences.hpp"
+#include "core/preferences/UserDefaults.hpp"
+#include "platform/FilePanel.hpp"
+
+#include <QIcon>
+
+#include <functional>
+#include <string>
+
+namespace quillane {
+
+/// What sharing files needs of the rest of the program. Everything referred to must outlive the windows.
+struct FileShareServices {
+    core::UserDefaults& userDefaults;
+    core::AppPreferences& preferences;
+    core::PasteboardContents& pasteboard;
+    FilePanel& filePanel;
+    core::UrlSessionFactory sessions;
+    std::function<QIcon(const std::string& name, const QColor& color)> symbol; ///< a null icon for unknown names
+};
+
+} // namespace quillane

@@ -1,0 +1,247 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "fileshare/FileShareView.hpp"
+
+#include "core/localization/Texts.hpp"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <array>
+
+namespace quillane {
+
+namespace texts = core::texts;
+
+namespace {
+
+constexpr int margin = 24;
+constexpr int spacing = 10;
+constexpr int symbolSize = 48;
+constexpr int fileNameWidth = 440;
+
+QString rendered(const core::LocalizedText& text, core::AppLanguage language) {
+    return QString::fromStdString(text.rendered(language));
+}
+
+const char* symbolName(const FileShareModel::State& state) {
+    constexpr std::array names{"checkmark.circle.fill", "exclamationmark.circle", "icloud.and.arrow.up",
+                               "xmark.circle"};
+    return names.at(state.index());
+}
+
+/// "4:07", or with hours "1:04:07".
+std::string clockText(std::chrono::seconds time) {
+    const auto total = std::min<std::int64_t>(time.count(), 359'999); // beyond 99:59:59 nobody waits for
+    const auto two = [](std::int64_t number) { return (number < 10 ? "0" : "") + std::to_string(number); };
+    const auto minutes = total / 60 % 60;
+    const auto rest = two(total % 60);
+    return total >= 3600 ? std::to_string(total / 3600) + ':' + two(minutes) + ':' + rest
+                         : std::to_string(minutes) + ':' + rest;
+}
+
+/// The size in English units and digits, which every language of the interface uses for speeds.
+std::string sizeText(double bytes) {
+    return QLocale(QLocale::English)
+        .formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeSIFormat)
+        .toStdString();
+}
+
+QLabel* wrappingLabel() {
+    auto* label = new QLabel;
+    label->setTextFormat(Qt::PlainText); // server names and file names are no markup
+    label->setWordWrap(true);
+    label->setAlignment(Qt::AlignCenter);
+    return label;
+}
+
+QFont emphasised(QFont font) {
+    font.setBold(true);
+    font.setPointSizeF(font.pointSizeF() * 1.25);
+    return font;
+}
+
+} // namespace
+
+FileShareView::FileShareView(FileShareModel& model, const FileShareServices& services)
+    : model_(model),
+      preferences_(services.preferences),
+      symbol_(services.symbol),
+      icon_(new QLabel),
+      title_(wrappingLabel()),
+      fileName_(new QLabel),
+      detail_(wrappingLabel()),
+      bar_(new QProgressBar),
+      percentage_(new QLabel),
+      rate_(wrappingLabel()),
+      note_(wrappingLabel()),
+      linkLabel_(wrappingLabel()),
+      link_(new QLineEdit),
+      cancel_(new QPushButton),
+      tryAgain_(new QPushButton),
+      close_(new QPushButton),
+      copy_(new QPushButton),
+      copyAndClose_(new QPushButton),
+      languageChange_(services.preferences.onChanged([this] { redraw(); })) {
+    build();
+    connectButtons();
+    connect(&model_, &FileShareModel::changed, this, [this] { redraw(); });
+    redraw();
+}
+
+void FileShareView::build() {
+    icon_->setAlignment(Qt::AlignCenter);
+    title_->setFont(emphasised(title_->font()));
+    fileName_->setTextFormat(Qt::PlainText);
+    fileName_->setAlignment(Qt::AlignCenter);
+    bar_->setRange(0, 1000);
+    bar_->setTextVisible(false);
+    percentage_->setMinimumWidth(percentage_->fontMetrics().horizontalAdvance(QStringLiteral("100%")));
+    link_->setReadOnly(true);
+    link_->setLayoutDirection(Qt::LeftToRight);
+    link_->setAlignment(Qt::AlignLeft);
+    link_->setStyleSheet(
+        QStringLiteral("QLineEdit { border: 1px solid palette(mid); border-radius: 6px; padding: 6px; }"));
+    linkLabel_->setBuddy(link_);
+    copyAndClose_->setDefault(true);
+    icon_->setObjectName(QStringLiteral("symbol"));
+    title_->setObjectName(QStringLiteral("title"));
+    fileName_->setObjectName(QStringLiteral("fileName"));
+    detail_->setObjectName(QStringLiteral("detail"));
+    bar_->setObjectName(QStringLiteral("bar"));
+    percentage_->setObjectName(QStringLiteral("percentage"));
+    rate_->setObjectName(QStringLiteral("rate"));
+    note_->setObjectName(QStringLiteral("note"));
+    linkLabel_->setObjectName(QStringLiteral("linkLabel"));
+    link_->setObjectName(QStringLiteral("link"));
+    cancel_->setObjectName(QStringLiteral("cancel"));
+    tryAgain_->setObjectName(QStringLiteral("tryAgain"));
+    close_->setObjectName(QStringLiteral("close"));
+    copy_->setObjectName(QStringLiteral("copy"));
+    copyAndClose_->setObjectName(QStringLiteral("copyAndClose"));
+
+    auto* progress = new QHBoxLayout;
+    progress->addWidget(bar_, 1);
+    progress->addWidget(percentage_);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    for (auto* button : {cancel_, close_, copy_, tryAgain_, copyAndClose_}) {
+        button->setAutoDefault(false);
+        buttons->addWidget(button);
+    }
+    copyAndClose_->setDefault(true);
+    buttons->addStretch();
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(margin, margin, margin, margin);
+    column->setSpacing(spacing);
+    column->addStretch();
+    for (auto* widget : std::initializer_list<QWidget*>{icon_, title_, fileName_, detail_}) {
+        column->addWidget(widget);
+    }
+    column->addLayout(progress);
+    for (auto* widget : std::initializer_list<QWidget*>{rate_, note_, linkLabel_, link_}) {
+        column->addWidget(widget);
+    }
+    column->addStretch();
+    column->addLayout(buttons);
+}
+
+void FileShareView::connectButtons() {
+    connect(cancel_, &QPushButton::clicked, this, [this] { model_.cancel(); });
+    connect(tryAgain_, &QPushButton::clicked, this, [this] { model_.start(); });
+    connect(close_, &QPushButton::clicked, this, [this] { emit closeRequested(); });
+    connect(copy_, &QPushButton::clicked, this, [this] { model_.copyLink(); });
+    connect(copyAndClose_, &QPushButton::clicked, this, [this] { copyAndClose(); });
+    for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
+        connect(new QShortcut(key, this), &QShortcut::activated, this, [this] {
+            if (std::holds_alternative<FileShareModel::Completed>(model_.state())) {
+                copyAndClose();
+            }
+        });
+    }
+}
+
+void FileShareView::copyAndClose() {
+    model_.copyLink();
+    emit closeRequested();
+}
+
+void FileShareView::redraw() {
+    const auto language = preferences_.state().language;
+    const auto& state = model_.state();
+    const bool isUploading = std::holds_alternative<FileShareModel::Uploading>(state);
+    const bool isCompleted = std::holds_alternative<FileShareModel::Completed>(state);
+    const bool isFailed = std::holds_alternative<FileShareModel::Failed>(state);
+    setLayoutDirection(core::isRTL(language) ? Qt::RightToLeft : Qt::LeftToRight);
+    title_->setVisible(!isUploading);
+    detail_->setVisible(isUploading || isFailed);
+    for (auto* widget : std::initializer_list<QWidget*>{fileName_, bar_, percentage_, rate_, note_, cancel_}) {
+        widget->setVisible(isUploading);
+    }
+    for (auto* widget : std::initializer_list<QWidget*>{linkLabel_, link_, copy_, copyAndClose_}) {
+        widget->setVisible(isCompleted);
+    }
+    tryAgain_->setVisible(!isUploading && !isCompleted);
+    close_->setVisible(!isUploading);
+    drawSymbol();
+    drawTexts(language);
+    if (isUploading) {
+        drawUploading(language);
+    }
+}
+
+void FileShareView::drawSymbol() {
+    const std::string name = symbolName(model_.state());
+    if (name != shownSymbol_) {
+        icon_->setPixmap(symbol_(name, palette().color(QPalette::WindowText)).pixmap(symbolSize, symbolSize));
+        shownSymbol_ = name;
+    }
+}
+
+void FileShareView::drawTexts(core::AppLanguage language) {
+    cancel_->setText(rendered(texts::cancel, language));
+    tryAgain_->setText(rendered(texts::tryAgain, language));
+    close_->setText(rendered(texts::closeWindow, language));
+    copy_->setText(rendered(model_.copied() ? texts::linkCopied : texts::copyLink, language));
+    copyAndClose_->setText(rendered(texts::copyAndClose, language));
+    linkLabel_->setText(rendered(texts::downloadLink, language));
+    if (const auto* completed = std::get_if<FileShareModel::Completed>(&model_.state())) {
+        title_->setText(rendered(texts::fileIsReadyToShare, language));
+        const auto link = QString::fromStdString(completed->link.absoluteString());
+        if (link_->text() != link) { // keeps a selection
+            link_->setText(link);
+            link_->setCursorPosition(0);
+        }
+    } else if (const auto* failed = std::get_if<FileShareModel::Failed>(&model_.state())) {
+        title_->setText(rendered(texts::uploadDidNotComplete, language));
+        detail_->setText(rendered(failed->message, language));
+    } else {
+        title_->setText(rendered(texts::uploadCancelled, language));
+    }
+}
+
+void FileShareView::drawUploading(core::AppLanguage language) {
+    const auto path = model_.file().filePath().value_or(std::filesystem::path());
+    const auto name = QString::fromStdString(path.filename().string());
+    fileName_->setText(fileName_->fontMetrics().elidedText(name, Qt::ElideMiddle, fileNameWidth));
+    fileName_->setToolTip(QString::fromStdString(path.string()).toHtmlEscaped());
+    const auto progress = model_.progress();
+    detail_->setText(rendered(progress < 1 ? texts::uploadingFile : texts::waitingForDownloadLink, language));
+    bar_->setValue(static_cast<int>(progress * bar_->maximum()));
+    percentage_->setText(QStringLiteral("%1%").arg(static_cast<int>(progress * 100)));
+    const auto estimate = model_.estimate();
+    rate_->setText(
+        estimate
+            ? rendered(texts::speedAndTimeLeft(sizeText(estimate->bytesPerSecond), clockText(estimate->left)), language)
+            : QString());
+    note_->setText(rendered(texts::fileIsUploadedTo(model_.server().displayName()), language));
+}
+
+} // namespace quillane

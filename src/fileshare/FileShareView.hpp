@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "fileshare/FileShareModel.hpp"
+
+#include <QWidget>
+
+class QLabel;
+class QLineEdit;
+class QProgressBar;
+class QPushButton;
+
+namespace quillane {
+
+/// What a share window holds: draws its model, in the interface language of the moment.
+class FileShareView : public QWidget {
+    Q_OBJECT
+
+public:
+    /// The model and the services must outlive the view.
+    FileShareView(FileShareModel& model, const FileShareServices& services);
+
+signals:
+    /// The user wants the window to go.
+    void closeRequested();
+
+private:
+    void build();
+    void connectButtons();
+    void redraw();
+    void drawUploading(core::AppLanguage language);
+    void drawTexts(core::AppLanguage language);
+    void drawSymbol();
+    void copyAndClose();
+
+    FileShareModel& model_;
+    core::AppPreferences& preferences_;
+    std::function<QIcon(const std::string&, const QColor&)> symbol_;
+
+    QLabel* icon_;
+    QLabel* title_;
+    QLabel* fileName_;
+    QLabel* detail_; ///< what is going on, or why it failed
+    QProgressBar* bar_;
+    QLabel* percentage_;
+    QLabel* rate_;
+    QLabel* note_;
+    QLabel* linkLabel_;
+    QLineEdit* link_;
+    QPushButton* cancel_;
+    QPushButton* tryAgain_;
+    QPushButton* close_;
+    QPushButton* copy_;
+    QPushButton* copyAndClose_;
+    std::string shownSymbol_;
+    core::Subscription languageChange_; // last: dropped before what its callback uses
+};
+
+} // namespace quillane

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "keyboard/InputSourceSwitcher.hpp"
+
+#include "core/keyboard/InputSourceCycle.hpp"
+#include "core/localization/Texts.hpp"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace quillane {
+
+namespace texts = core::texts;
+
+namespace {
+
+core::LocalizedText named(const InputSource& source) {
+    return texts::keyboardLanguage(source.localizedName);
+}
+
+} // namespace
+
+void InputSourceSwitcher::switchToNext() {
+    const auto outcome = switched();
+    if (report) {
+        report(outcome);
+    }
+}
+
+core::LocalizedText InputSourceSwitcher::switched() {
+    const auto sources = sources_.enabled();
+    if (!sources) {
+        return texts::couldNotReadKeyboardLanguages;
+    }
+    const auto current = sources_.current();
+    if (sources_.switchedBySystemShortcut()) {
+        return current ? named(*current) : core::LocalizedText(texts::couldNotReadKeyboardLanguages);
+    }
+    std::vector<std::string> ids;
+    std::ranges::transform(*sources, std::back_inserter(ids), &InputSource::id);
+    const auto next = core::InputSourceCycle::nextID(current ? current->id : std::string(), ids);
+    if (!next) {
+        return texts::enableTwoKeyboardLanguages;
+    }
+    if (!sources_.select(*next)) {
+        return texts::couldNotSwitchKeyboardLanguage;
+    }
+    // Read again: the system may have chosen another one, which then is what counts for people.
+    return named(sources_.current().value_or(*std::ranges::find(*sources, *next, &InputSource::id)));
+}
+
+} // namespace quillane

@@ -1,0 +1,214 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "keyboard/KeyboardMonitor.hpp"
+
+#include "core/direction/SupportedApplication.hpp"
+#include "core/keyboard/ScreenSharingPolicy.hpp"
+#include "core/keyboard/ShiftEnglish.hpp"
+
+#include <array>
+#include <utility>
+
+namespace quillane {
+
+namespace {
+
+constexpr std::array watchedTypes{EventType::flagsChanged,  EventType::keyDown,        EventType::keyUp,
+                                  EventType::leftMouseDown, EventType::rightMouseDown, EventType::otherMouseDown,
+                                  EventType::scrollWheel};
+
+constexpr std::uint64_t eventMask = [] {
+    std::uint64_t mask = 0;
+    for (const auto type : watchedTypes) {
+        mask |= maskBit(type);
+    }
+    return mask;
+}();
+static_assert(eventMask == 0x2401C0A);
+
+constexpr core::EventFlags shortcutModifiers =
+    core::flags::control | core::flags::option | core::flags::command | core::flags::secondaryFn;
+
+bool isKeyboardEvent(EventType type) {
+    return type == EventType::keyDown || type == EventType::keyUp || type == EventType::flagsChanged;
+}
+
+} // namespace
+
+KeyboardMonitor::KeyboardMonitor(EventTap& tap, const KeyEvents& keyEvents, const Workspace& workspace,
+                                 MainQueue& mainQueue, const RTLInput& input)
+    : tap_(tap), keyEvents_(keyEvents), workspace_(workspace), mainQueue_(mainQueue), input_(input) {}
+
+KeyboardMonitor::~KeyboardMonitor() {
+    stop();
+}
+
+bool KeyboardMonitor::start() {
+    stop();
+    if (!tap_.start(eventMask, [this](InputEvent& event) { receive(event); })) {
+        return false;
+    }
+    return tap_.isEnabled();
+}
+
+void KeyboardMonitor::stop() {
+    tap_.stop();
+    keyboardEventsObserved_ = false;
+    reset();
+}
+
+void KeyboardMonitor::setOptions(const core::FeatureOptions& options) {
+    options_ = options;
+    tap_.setReplaceableKeys(options.shiftEnglish ? core::ShiftEnglish::keyCodes() : std::span<const core::KeyCode>());
+}
+
+void KeyboardMonitor::reset() {
+    ++generation_;
+    heldKeys_.clear();
+    const auto down = keyEvents_.currentFlags();
+    directionChord_.reset();
+    directionChord_.update(down);
+    directionChord_.cancel();
+    languageChord_.reset();
+    languageChord_.update(down);
+    languageChord_.cancel();
+    frontPid_.reset();
+    remapped_.clear();
+}
+
+void KeyboardMonitor::receive(InputEvent& event) {
+    if (event.type == EventType::tapDisabledByTimeout || event.type == EventType::tapDisabledByUserInput) {
+        receiveDisabled();
+        return;
+    }
+    if (!keyboardEventsObserved_ && isKeyboardEvent(event.type)) {
+        keyboardEventsObserved_ = true;
+        post(&KeyboardMonitor::onKeyboardActivity);
+    }
+    const auto front = workspace_.frontmostApplication();
+    if (!front || front->pid != frontPid_) {
+        reset();
+    }
+    frontPid_ = front ? std::optional(front->pid) : std::nullopt;
+    if (!options_.shouldMonitor()) {
+        return;
+    }
+    if (core::ScreenSharingPolicy::bypassKeyboardProcessing(front ? front->bundleID : std::nullopt,
+                                                            options_.excludeScreenSharing)) {
+        reset();
+        post(&KeyboardMonitor::onInterruption);
+        return;
+    }
+    if (event.type == EventType::flagsChanged) {
+        receiveFlags(event, front);
+        return;
+    }
+    languageChord_.cancel();
+    directionChord_.cancel();
+    if (event.type == EventType::keyUp) {
+        receiveKeyUp(event);
+        return;
+    }
+    post(&KeyboardMonitor::onInterruption);
+    if (event.type == EventType::keyDown) {
+        receiveKeyDown(event, front);
+    }
+}
+
+void KeyboardMonitor::receiveDisabled() {
+    keyboardEventsObserved_ = false;
+    reset();
+    tap_.enable();
+    post(&KeyboardMonitor::onDisabled);
+}
+
+void KeyboardMonitor::receiveKeyUp(InputEvent& event) {
+    heldKeys_.erase(event.keyCode);
+    if (const auto entry = remapped_.extract(event.keyCode)) {
+        event.replacementText = entry.mapped(); // so that the release matches the press
+    }
+}
+
+void KeyboardMonitor::receiveKeyDown(InputEvent& event, const std::optional<RunningApplication>& front) {
+    heldKeys_.insert(event.keyCode);
+    if (options_.shiftEnglish) {
+        rewrite(event, front);
+    }
+}
+
+void KeyboardMonitor::rewrite(InputEvent& event, const std::optional<RunningApplication>& front) {
+    remapped_.erase(event.keyCode);
+    const core::ShiftEnglish::Conditions conditions{.shift = (event.flags & core::flags::shift) != 0,
+                                                    .shortcutModifier = (event.flags & shortcutModifiers) != 0,
+                                                    .rtlSource = true,
+                                                    .editable = true};
+    const auto letter = core::ShiftEnglish::character(event.keyCode, conditions);
+    // The cheap questions come first; the last one asks another process.
+    if (letter && front && input_.current().isRTL && input_.hasEditableFocus(front->pid)) {
+        event.replacementText = letter;
+        remapped_.insert_or_assign(event.keyCode, *letter);
+    }
+}
+
+void KeyboardMonitor::receiveFlags(const InputEvent& event, const std::optional<RunningApplication>& front) {
+    const bool languageFired = languageChord_.update(event.flags);
+    if (!heldKeys_.empty()) {
+        languageChord_.cancel();
+    } else if (languageFired && options_.languageSwitch) {
+        directionChord_.cancel();
+        deliver(
+            [this] {
+                if (onLanguageSwitch) {
+                    onLanguageSwitch();
+                }
+            },
+            frontPid_, false);
+    }
+    if (!options_.writingDirection || !isSupported(front)) {
+        directionChord_.reset();
+        return;
+    }
+    const auto direction = directionChord_.update(event.flags);
+    if (!heldKeys_.empty()) {
+        directionChord_.cancel();
+    } else if (direction) {
+        deliver(
+            [this, direction = *direction] {
+                if (onDirection) {
+                    onDirection(direction);
+                }
+            },
+            frontPid_, true);
+    }
+}
+
+void KeyboardMonitor::post(const std::function<void()> KeyboardMonitor::*handler) {
+    if (!(this->*handler)) {
+        return;
+    }
+    mainQueue_.post([this, alive = std::weak_ptr(alive_), handler] {
+        if (!alive.expired() && this->*handler) {
+            (this->*handler)();
+        }
+    });
+}
+
+void KeyboardMonitor::deliver(std::function<void()> handler, std::optional<pid_t> pid, bool toSupportedApplication) {
+    mainQueue_.post([this, alive = std::weak_ptr(alive_), handler = std::move(handler), pid, toSupportedApplication,
+                     generation = generation_] {
+        if (alive.expired() || !tap_.isEnabled() || !options_.shouldMonitor() || generation != generation_) {
+            return;
+        }
+        const auto front = workspace_.frontmostApplication();
+        const bool samePid = front ? front->pid == pid : !pid;
+        if (samePid && (!toSupportedApplication || isSupported(front))) {
+            handler();
+        }
+    });
+}
+
+bool KeyboardMonitor::isSupported(const std::optional<RunningApplication>& application) const {
+    return application && application->bundleID && core::supportedApplication(*application->bundleID);
+}
+
+} // namespace quillane

@@ -1,0 +1,89 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/direction/WritingDirection.hpp"
+#include "core/keyboard/LanguageSwitchChord.hpp"
+#include "core/keyboard/WritingDirectionChord.hpp"
+#include "core/preferences/FeatureOptions.hpp"
+#include "keyboard/RTLInput.hpp"
+#include "platform/EventTap.hpp"
+#include "platform/KeyEvents.hpp"
+#include "platform/MainQueue.hpp"
+#include "platform/Workspace.hpp"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <unordered_map>
+#include <unordered_set>
+
+namespace quillane {
+
+/// Watches the keyboard, clicks and scrolling through one event tap: recognises the direction and language chords and
+/// rewrites the text of keys for temporary English. Every event is passed on. Handlers are called from the main queue,
+/// never inside the tap; a chord is delivered only if nothing has reset the monitor since and the same application is
+/// still in front.
+class KeyboardMonitor {
+public:
+    KeyboardMonitor(EventTap& tap, const KeyEvents& keyEvents, const Workspace& workspace, MainQueue& mainQueue,
+                    const RTLInput& input);
+    ~KeyboardMonitor();
+
+    KeyboardMonitor(const KeyboardMonitor&) = delete;
+    KeyboardMonitor& operator=(const KeyboardMonitor&) = delete;
+
+    /// Starts anew from any state. Whether the tap is enabled.
+    bool start();
+
+    void stop();
+
+    [[nodiscard]] bool isRunning() const { return tap_.isEnabled(); }
+
+    /// A key event has arrived since the monitor started.
+    [[nodiscard]] bool keyboardEventsObserved() const { return keyboardEventsObserved_; }
+
+    void setOptions(const core::FeatureOptions& options);
+
+    /// Forgets every key and drops chords that wait for delivery. Keys that are down now can complete no chord until
+    /// all of them have been released.
+    void reset();
+
+    std::function<void(core::WritingDirection)> onDirection;
+    std::function<void()> onLanguageSwitch;
+    std::function<void()> onInterruption;     ///< a key, click or scroll, or a viewer of another screen in front
+    std::function<void()> onDisabled;         ///< the system has disabled the tap; it has been enabled again
+    std::function<void()> onKeyboardActivity; ///< the first key event since the start
+
+private:
+    void receive(InputEvent& event);
+    void receiveDisabled();
+    void receiveKeyUp(InputEvent& event);
+    void receiveKeyDown(InputEvent& event, const std::optional<RunningApplication>& front);
+    void receiveFlags(const InputEvent& event, const std::optional<RunningApplication>& front);
+    void rewrite(InputEvent& event, const std::optional<RunningApplication>& front);
+
+    void post(const std::function<void()> KeyboardMonitor::*handler);
+    void deliver(std::function<void()> handler, std::optional<pid_t> pid, bool toSupportedApplication);
+    [[nodiscard]] bool isSupported(const std::optional<RunningApplication>& application) const;
+
+    EventTap& tap_;
+    const KeyEvents& keyEvents_;
+    const Workspace& workspace_;
+    MainQueue& mainQueue_;
+    const RTLInput& input_;
+
+    core::WritingDirectionChord directionChord_;
+    core::LanguageSwitchChord languageChord_;
+    std::unordered_set<core::KeyCode> heldKeys_;           ///< keys other than modifiers that are down
+    std::optional<pid_t> frontPid_;                        ///< of the application in front at the last event
+    std::unordered_map<core::KeyCode, char16_t> remapped_; ///< what the press of a held key was rewritten to
+    core::FeatureOptions options_;
+    std::int64_t generation_ = 0; ///< counts resets
+    bool keyboardEventsObserved_ = false;
+    std::shared_ptr<void> alive_ =
+        std::make_shared<int>(); // shared with posted deliveries, which may outlive the monitor
+};
+
+} // namespace quillane

@@ -1,0 +1,105 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "keyboard/RTLInput.hpp"
+
+#include "core/direction/EditorContexts.hpp"
+#include "core/keyboard/RTLInputLanguage.hpp"
+#include "direction/AX.hpp"
+
+#include <array>
+#include <chrono>
+#include <utility>
+
+namespace quillane {
+
+namespace {
+
+constexpr std::chrono::milliseconds patience{15};
+constexpr std::size_t mailWindowLimit = 240;
+
+std::optional<std::string> text(const AXValue& value) {
+    const auto* exact = std::get_if<std::string>(&value);
+    return exact ? std::optional(*exact) : std::nullopt;
+}
+
+} // namespace
+
+InputSourceSummary RTLInput::current() const {
+    auto source = sources_.current();
+    if (!source) {
+        return {};
+    }
+    if (source->languages != known_.languages) {
+        known_.isRTL = core::RTLInputLanguage::isRightToLeft(source->languages);
+        known_.languages = std::move(source->languages);
+    }
+    return {std::move(source->localizedName), known_.isRTL};
+}
+
+bool RTLInput::hasEditableFocus(pid_t pid) const {
+    const auto application = accessibility_.application(pid);
+    accessibility_.setMessagingTimeout(application, patience);
+    const auto focused = AX::element(accessibility_, application, "AXFocusedUIElement");
+    if (!focused) {
+        return false;
+    }
+    accessibility_.setMessagingTimeout(*focused, patience);
+    constexpr std::array<std::string_view, 3> names{"AXRole", "AXSubrole", "AXEnabled"};
+    const auto values = accessibility_.attributes(*focused, names);
+    if (!values || values->size() != names.size()) {
+        return false;
+    }
+    const auto role = text((*values)[0]).value_or(std::string());
+    const auto* enabled = std::get_if<bool>(&(*values)[2]);
+    core::EditableInputContext context{.role = role,
+                                       .subrole = text((*values)[1]),
+                                       .enabled = enabled && *enabled,
+                                       .valueIsSettable = accessibility_.isAttributeSettable(*focused, "AXValue")};
+    context.selectedTextIsSettable =
+        !context.valueIsSettable && accessibility_.isAttributeSettable(*focused, "AXSelectedText");
+    if (context.isEligible()) {
+        return true;
+    }
+    const auto front = workspace_.frontmostApplication();
+    if (!front || front->pid != pid) {
+        return false;
+    }
+    return (front->bundleID == "com.apple.mail" && isMailEditor(*focused, role)) ||
+           (front->bundleID == "com.microsoft.Word" && isWordEditor(*focused, role));
+}
+
+bool RTLInput::isMailEditor(const AXElement& element, const std::string& role) const {
+    const auto identifier = AX::string(accessibility_, element, "AXIdentifier");
+    const auto description = AX::string(accessibility_, element, "AXDescription");
+    core::MailEditorContext context{.role = role,
+                                    .identifier = identifier,
+                                    .description = description,
+                                    .enabled = AX::flag(accessibility_, element, "AXEnabled").value_or(false),
+                                    .writable = AX::isTextWritable(accessibility_, element),
+                                    .composeWindow = true};
+    if (!context.isEligible()) {
+        return false; // whatever the window is, and looking through it is dear
+    }
+    context.composeWindow = isInComposeWindow(element);
+    return context.isEligible();
+}
+
+bool RTLInput::isInComposeWindow(const AXElement& element) const {
+    const auto window = AX::element(accessibility_, element, "AXWindow");
+    bool failed = false;
+    const auto endsSearch = [&](const AXElement& candidate, std::string_view role) {
+        failed = role.empty(); // every element has a role: Mail has ceased to answer, and each question would wait
+        return failed ||
+               (role == "AXTextField" && AX::string(accessibility_, candidate, "AXIdentifier") == "Mail.subjectField");
+    };
+    return window && AX::find(accessibility_, *window, mailWindowLimit, {}, endsSearch) && !failed;
+}
+
+bool RTLInput::isWordEditor(const AXElement& element, const std::string& role) const {
+    const auto description = AX::string(accessibility_, element, "AXDescription");
+    return core::WordEditorContext{
+        .role = role, .description = description, .writable = AX::isTextWritable(accessibility_, element)}
+        .isEligible();
+}
+
+} // namespace quillane

@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Accessibility.hpp"
+#include "platform/InputSources.hpp"
+#include "platform/Workspace.hpp"
+
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace quillane {
+
+/// The current input source, for people and for the rules.
+struct InputSourceSummary {
+    std::string name;
+    bool isRTL = false;
+
+    bool operator==(const InputSourceSummary&) const = default;
+};
+
+/// What temporary English has to know of the moment: the input source, and whether typing goes into editable text.
+class RTLInput {
+public:
+    RTLInput(InputSources& sources, Accessibility& accessibility, const Workspace& workspace)
+        : sources_(sources), accessibility_(accessibility), workspace_(workspace) {}
+
+    /// Without a current source: no name, not right-to-left.
+    [[nodiscard]] InputSourceSummary current() const;
+
+    /// Whether the focused element of the process takes typed text. Each question waits at most 15 milliseconds for the
+    /// other application, because this runs inside the event tap; any failure is no.
+    [[nodiscard]] bool hasEditableFocus(pid_t pid) const;
+
+private:
+    [[nodiscard]] bool isMailEditor(const AXElement& element, const std::string& role) const;
+    [[nodiscard]] bool isInComposeWindow(const AXElement& element) const;
+    [[nodiscard]] bool isWordEditor(const AXElement& element, const std::string& role) const;
+
+    /// Whether languages are right-to-left. The answer of the last time is kept: the question comes with each letter
+    /// that is typed with Shift, while the source in use changes rarely.
+    struct KnownDirection {
+        std::vector<std::string> languages;
+        bool isRTL = false;
+    };
+
+    mutable KnownDirection known_;
+
+    InputSources& sources_;
+    Accessibility& accessibility_;
+    const Workspace& workspace_;
+};
+
+} // namespace quillane

@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace quillane {
+
+/// What a second start asks of the running agent.
+struct ControlRequest {
+    std::string command;                ///< for example "status"
+    std::vector<std::string> arguments; ///< files as absolute paths
+
+    bool operator==(const ControlRequest&) const = default;
+};
+
+struct ControlReply {
+    bool ok = true;
+    std::string text; ///< for standard output, or the error for standard error
+
+    bool operator==(const ControlReply&) const = default;
+};
+
+/// The running agent's ear for later starts by the same user. Main thread.
+class AgentControl {
+public:
+    using Handler = std::function<ControlReply(const ControlRequest&)>;
+
+    virtual ~AgentControl() = default;
+
+    /// Answers requests from now on. Requests that came in earlier are answered too.
+    virtual void setHandler(Handler handler) = 0;
+};
+
+} // namespace quillane

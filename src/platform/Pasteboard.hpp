@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/clipboard/ClipboardPrivacy.hpp"
+#include "core/clipboard/PasteboardContents.hpp"
+
+#include <functional>
+#include <string_view>
+#include <vector>
+
+namespace quillane {
+
+/// The system's general pasteboard. Main thread. Nothing here waits for another program.
+///
+/// On a desktop where contents stay with the program that was copied from, they are fetched when they change, in the
+/// background, and read from memory: the change count moves when the contents change hands, and once more when they
+/// have been fetched. Until then, when nobody is interested in them, when they are larger than an entry may be and when
+/// their owner does not give them, the pasteboard reads as empty. What was on it before the program started is not
+/// fetched.
+class Pasteboard : public core::PasteboardContents {
+public:
+    /// Says which of the types on offer will be read. Called for every change, perhaps more than once.
+    using Interest = std::function<std::vector<std::string_view>(const core::PasteboardTypeSet& types)>;
+
+    /// Replaces the interest, which holds for changes from now on. At first, and with an empty function, there is none.
+    virtual void setInterest(Interest interest) = 0;
+};
+
+} // namespace quillane

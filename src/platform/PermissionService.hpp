@@ -1,0 +1,21 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/permissions/MacPermission.hpp"
+
+namespace quillane {
+
+/// The grants that the system has given to this program. Main thread.
+class PermissionService {
+public:
+    virtual ~PermissionService() = default;
+
+    /// Whether the permission is granted now. Reads a state that the system keeps; never asks the user, never blocks.
+    [[nodiscard]] virtual bool isGranted(core::MacPermission permission) const = 0;
+
+    /// Asks for the permission. On macOS the system may show its prompt; the answer is seen later through `isGranted`.
+    virtual void request(core::MacPermission permission) = 0;
+};
+
+} // namespace quillane

@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/preferences/UserDefaults.hpp"
+#include "platform/Accessibility.hpp"
+#include "platform/ApplicationMenu.hpp"
+#include "platform/EventTap.hpp"
+#include "platform/InputSources.hpp"
+#include "platform/KeyEvents.hpp"
+#include "platform/MainQueue.hpp"
+#include "platform/PermissionService.hpp"
+#include "platform/StatusItem.hpp"
+#include "platform/WindowTraits.hpp"
+#include "platform/Workspace.hpp"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace quillane {
+
+/// Every platform interface of one desktop. Members are destroyed last to first, so later ones may use earlier ones.
+struct Platform {
+    std::shared_ptr<void> session; ///< what the backend's members share (connections); shared by all of them
+    std::unique_ptr<MainQueue> mainQueue;
+    std::unique_ptr<core::UserDefaults> userDefaults;
+    std::unique_ptr<Workspace> workspace;
+    std::unique_ptr<InputSources> inputSources;
+    std::unique_ptr<KeyEvents> keyEvents;
+    std::unique_ptr<EventTap> eventTap;
+    std::unique_ptr<Accessibility> accessibility;
+    std::unique_ptr<PermissionService> permissions;
+    std::unique_ptr<StatusItem> statusItem;
+    std::unique_ptr<ApplicationMenu> applicationMenu;
+    std::unique_ptr<WindowTraits> windowTraits;
+
+    /// The settings of the program's previous edition, when it was used here.
+    std::optional<core::PropertyListValue::Dictionary> legacyPreferences;
+
+    /// Set when the desktop cannot observe the keyboard at all (Wayland): one sentence for people that says so.
+    std::optional<std::string> keyboardUnavailableReason;
+};
+
+struct LaunchOptions {
+    bool atLogin = false; ///< the command line says that the session started the program
+};
+
+/// Why the program cannot run on this desktop: one line for standard error; the exit status is then 1.
+struct PlatformError {
+    std::string message;
+
+    bool operator==(const PlatformError&) const = default;
+};
+
+/// A check made before any window system library is touched; none when the desktop can be used.
+[[nodiscard]] std::optional<PlatformError> checkDesktop();
+
+/// Makes the backend of the desktop that the program was built for. The application object of Qt must exist.
+[[nodiscard]] std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options);
+
+} // namespace quillane

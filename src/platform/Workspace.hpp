@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/support/Subscription.hpp"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace quillane {
+
+struct RunningApplication {
+    pid_t pid = 0;
+    std::optional<std::string> bundleID; ///< on Linux from the window class; none when the window has none
+    std::string name;
+
+    bool operator==(const RunningApplication&) const = default;
+};
+
+/// The user's session: what runs, what is in front, when that changes. Main thread. Reading never blocks.
+class Workspace {
+public:
+    virtual ~Workspace() = default;
+
+    [[nodiscard]] virtual std::optional<RunningApplication> frontmostApplication() const = 0;
+
+    /// Running applications with exactly this bundle identifier, without this process.
+    [[nodiscard]] virtual std::vector<RunningApplication> runningApplications(std::string_view bundleID) const = 0;
+
+    /// Asks an application to quit, as its own Quit command would. False when it could not be asked.
+    virtual bool terminate(pid_t pid) = 0;
+
+    /// True when this process was started by the session at login rather than by the user.
+    [[nodiscard]] virtual bool launchedAtLogin() const = 0;
+
+    /// Another application has come to the front.
+    virtual core::Subscription onDidActivateApplication(std::function<void()> callback) = 0;
+
+    /// The machine has woken from sleep.
+    virtual core::Subscription onDidWake(std::function<void()> callback) = 0;
+
+    /// The user has opened the program again while it runs and the desktop has sent no second process, as macOS does.
+    /// A desktop that starts a second process (see AgentControl) never gives this notice.
+    virtual core::Subscription onDidReopen([[maybe_unused]] std::function<void()> callback) { return {}; }
+};
+
+} // namespace quillane

@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/fileshare/UrlSession.hpp"
+#include "platform/MainQueue.hpp"
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <mutex>
+
+namespace quillane {
+
+/// What a transfer's thread and the main thread have in common: reports go to the delegate through the main queue, the
+/// wish to end goes to the thread. Either side may be gone first.
+class TransferChannel : public std::enable_shared_from_this<TransferChannel> {
+public:
+    using Clock = std::chrono::steady_clock;
+
+    /// The delegate hears of bytes sent no more often than this, but for the last ones.
+    static constexpr std::chrono::milliseconds progressInterval{100};
+
+    TransferChannel(MainQueue& queue, core::UrlSessionDelegate& delegate);
+
+    /// Main thread: tells the delegate nothing from now on, and the thread to end.
+    void close();
+
+    // Any thread. Nothing is told after a completion was.
+
+    void reportSent(std::int64_t sent, std::int64_t expected);
+    void reportData(std::span<const std::byte> data);
+    void reportRedirect();
+    void reportCompletion(std::optional<core::UrlResponse> response, std::optional<core::UrlError> error);
+
+    // The transfer's thread.
+
+    /// Sets what makes the thread look at `isEnding` soon; null before that thing goes away.
+    void setWaker(std::function<void()> waker);
+
+    [[nodiscard]] bool isEnding() const { return ending_; }
+
+    /// Data flowed, or the transfer went a step ahead.
+    void noteActivity() { activity_ = Clock::now().time_since_epoch().count(); }
+
+    [[nodiscard]] Clock::time_point lastActivity() const {
+        return Clock::time_point(Clock::duration(activity_.load()));
+    }
+
+private:
+    using Told = std::function<void(core::UrlSessionDelegate&)>;
+
+    void post(Told told);
+    void tellSent();
+    void end();
+
+    std::mutex mutex_; ///< guards the queue and the waker
+    MainQueue* queue_; ///< null once closed
+    std::function<void()> waker_;
+    core::UrlSessionDelegate* delegate_; ///< main thread only; null once completed or closed
+    std::atomic<bool> ending_ = false;
+    std::atomic<Clock::rep> activity_ = Clock::now().time_since_epoch().count();
+    std::atomic<std::int64_t> sent_ = 0;
+    std::atomic<std::int64_t> expected_ = 0;
+    std::atomic<bool> isSentPosted_ = false;
+    Clock::time_point lastSentPost_; ///< the transfer's thread only
+};
+
+} // namespace quillane

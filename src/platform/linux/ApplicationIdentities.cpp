@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "platform/linux/ApplicationIdentities.hpp"
+
+#include <algorithm>
+#include <array>
+
+namespace quillane {
+
+namespace {
+
+struct Identity {
+    std::string_view windowClass; ///< in lower case
+    std::string_view bundleID;
+};
+
+constexpr std::string_view chrome = "com.google.Chrome";
+constexpr std::string_view screenSharing = "com.apple.ScreenSharing";
+
+/// What the agent treats in a way of its own goes by the identifier of its peer on macOS.
+constexpr std::array identities{
+    // The agent itself.
+    Identity{"quillane", "com.quillane.app"},
+    // Browsers of the Chromium family have one and the same context menu.
+    Identity{"brave-browser", chrome},
+    Identity{"chromium", chrome},
+    Identity{"chromium-browser", chrome},
+    Identity{"google-chrome", chrome},
+    Identity{"google-chrome-beta", chrome},
+    Identity{"google-chrome-unstable", chrome},
+    // Another computer's screen, which has a keyboard of its own.
+    Identity{"gnome-connections", screenSharing},
+    Identity{"krdc", screenSharing},
+    Identity{"org.gnome.connections", screenSharing},
+    Identity{"org.kde.krdc", screenSharing},
+    Identity{"org.remmina.remmina", screenSharing},
+    Identity{"remmina", screenSharing},
+    Identity{"remote-viewer", screenSharing},
+    Identity{"tigervnc viewer", screenSharing},
+    Identity{"vinagre", screenSharing},
+    Identity{"virt-viewer", screenSharing},
+    Identity{"vncviewer", screenSharing},
+    Identity{"xfreerdp", screenSharing},
+    // Password managers.
+    Identity{"1password", "com.1password.1password"},
+    Identity{"bitwarden", "com.bitwarden.desktop"},
+    Identity{"keepassxc", "org.keepassxc.keepassxc"},
+    Identity{"org.keepassxc.keepassxc", "org.keepassxc.keepassxc"},
+};
+
+char lowered(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool isSame(std::string_view lowerCase, std::string_view windowClass) {
+    return std::ranges::equal(lowerCase, windowClass, {}, {}, lowered);
+}
+
+} // namespace
+
+std::string bundleIdentifierOfWindowClass(std::string_view windowClass) {
+    const auto* found =
+        std::ranges::find_if(identities, [&](const Identity& one) { return isSame(one.windowClass, windowClass); });
+    return std::string(found != identities.end() ? found->bundleID : windowClass);
+}
+
+} // namespace quillane

@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Accessibility.hpp"
+#include "platform/linux/AccessibilityBus.hpp"
+#include "platform/linux/AtspiFacts.hpp"
+#include "platform/linux/AtspiFocus.hpp"
+#include "platform/linux/AtspiTranslation.hpp"
+
+#include <map>
+
+namespace quillane {
+
+/// Accessibility over the AT-SPI 2 protocol, spoken directly on the accessibility bus: each call is bounded by the
+/// time-out of its element and runs no code but this class's own. What a call needs is asked at once and waited for
+/// once.
+///
+/// This process itself does not answer while it waits; its focused widget is asked directly.
+///
+/// The facts that decide about typing into the focused element are kept for half a second, and renewed in the
+/// background while they are being asked for, so that fast typing into a busy application does not wait for it.
+class AtspiAccessibility final : public Accessibility {
+public:
+    explicit AtspiAccessibility(SessionBus& session);
+    ~AtspiAccessibility() override;
+
+    [[nodiscard]] AXElement application(pid_t pid) override;
+    void setMessagingTimeout(const AXElement& element, std::chrono::milliseconds timeout) override;
+    [[nodiscard]] std::optional<AXValue> attribute(const AXElement& element, std::string_view name) override;
+    [[nodiscard]] std::optional<std::vector<AXValue>> attributes(const AXElement& element,
+                                                                 std::span<const std::string_view> names) override;
+    [[nodiscard]] bool isAttributeSettable(const AXElement& element, std::string_view name) override;
+
+private:
+    using Clock = BusConnection::Clock;
+    class Handle;
+
+    /// Facts that were asked for, and when.
+    struct Request {
+        AtspiObject object;
+        std::uint64_t change = 0; ///< of the focus at that time
+        Clock::time_point begin;
+        std::shared_ptr<AtspiFacts> facts; // shared with the answers on their way
+    };
+
+    struct Limit {
+        Clock::time_point now;
+        std::chrono::milliseconds timeout;
+    };
+
+    [[nodiscard]] std::optional<std::vector<AXValue>>
+    read(const Handle& handle, std::span<const std::string_view> names, AtspiFactSet besides);
+    [[nodiscard]] AXValue present(AtspiValue value, std::optional<std::chrono::milliseconds> timeout) const;
+    [[nodiscard]] AXElement reference(const AtspiObject& object,
+                                      std::optional<std::chrono::milliseconds> timeout) const;
+    [[nodiscard]] static Limit limitOf(const Handle& handle);
+    [[nodiscard]] std::optional<AtspiObject> objectOf(const Handle& handle) const;
+    [[nodiscard]] std::shared_ptr<AtspiFacts> facts(const AtspiObject& object, AtspiFactSet which, const Limit& limit);
+    [[nodiscard]] std::optional<AtspiObject> focusedObject(const std::string& application, const Limit& limit);
+    [[nodiscard]] std::shared_ptr<AtspiFacts> focusFacts(BusConnection& bus, const AtspiFocus::Focus& focus,
+                                                         const Limit& limit);
+    [[nodiscard]] bool waitFor(BusConnection& bus, const Request& request, const Limit& limit);
+
+    AccessibilityBus bus_;
+    AtspiFocus focus_;
+    std::optional<Request> known_;              ///< what is known of the focused element
+    std::optional<Request> renewal_;            ///< what has been asked of it and not been answered
+    std::map<std::string, Request> unanswered_; ///< by bus name: the call that an application left unanswered
+    core::Subscription losses_;
+};
+
+} // namespace quillane

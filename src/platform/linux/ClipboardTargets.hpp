@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/clipboard/ClipboardPrivacy.hpp"
+#include "core/clipboard/PasteboardContents.hpp"
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// How the targets of an X selection (ICCCM, section 2.6.2; MIME types beside them) stand for uniform types.
+namespace quillane::ClipboardTargets {
+
+/// Every target that is understood, markers included. Those not here are passed over.
+[[nodiscard]] std::span<const std::string_view> known();
+
+/// The uniform types that an owner with these targets offers. Lists of URIs count as files until they have been read.
+[[nodiscard]] core::PasteboardTypeSet typesOf(std::span<const std::string_view> targets);
+
+/// The target to ask for a type: the one that keeps most of it.
+[[nodiscard]] std::optional<std::string_view> targetFor(std::string_view type,
+                                                        std::span<const std::string_view> targets);
+
+/// What an owner has delivered for a target, as the bytes of its uniform type. None when it is no such thing.
+[[nodiscard]] std::optional<std::vector<std::byte>> toUniform(std::string_view target, std::vector<std::byte> bytes);
+
+/// A list of URIs (RFC 2483, section 5), or the list that file managers copy.
+struct UriList {
+    std::vector<std::string> fileUrls; ///< no more than one over the items that an entry may have
+    std::optional<std::string> url;    ///< the first one that is no file
+
+    bool operator==(const UriList&) const = default;
+};
+
+[[nodiscard]] UriList parseUriList(std::span<const std::byte> bytes);
+
+/// The targets that contents on this pasteboard are offered as.
+[[nodiscard]] std::vector<std::string_view> targetsFor(std::span<const core::PasteboardItem> items);
+
+/// What is delivered for one of them; none for any other.
+[[nodiscard]] std::optional<core::SharedBytes> dataFor(std::string_view target,
+                                                       std::span<const core::PasteboardItem> items);
+
+} // namespace quillane::ClipboardTargets

@@ -1,0 +1,118 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "platform/Platform.hpp"
+
+#include "platform/common/QtMainQueue.hpp"
+#include "platform/linux/AtspiAccessibility.hpp"
+#include "platform/linux/AtspiPermissionService.hpp"
+#include "platform/linux/LinuxDesktop.hpp"
+#include "platform/linux/LinuxWindowTraits.hpp"
+#include "platform/linux/PropertyListDefaults.hpp"
+#include "platform/linux/SessionBus.hpp"
+#include "platform/linux/TrayStatusItem.hpp"
+#include "platform/linux/UnavailableKeyboard.hpp"
+#include "platform/linux/WindowKeysApplicationMenu.hpp"
+#include "platform/linux/X11EventTap.hpp"
+#include "platform/linux/X11InputSources.hpp"
+#include "platform/linux/X11KeyEvents.hpp"
+#include "platform/linux/X11Session.hpp"
+#include "platform/linux/X11Workspace.hpp"
+
+#include <QDir>
+#include <QLibraryInfo>
+
+#include <cstdlib>
+#include <memory>
+#include <utility>
+
+#include <xcb/xcb.h>
+
+namespace quillane {
+
+namespace {
+
+bool canOpenDisplay(const std::string& display) {
+    auto* connection = xcb_connect(display.c_str(), nullptr);
+    const bool opened = xcb_connection_has_error(connection) == 0;
+    xcb_disconnect(connection);
+    return opened;
+}
+
+/// Whether Qt can show windows on a compositor without an X server (Debian: qt6-wayland). Without the plugin it aborts.
+bool hasWaylandPlugin() {
+    const QDir plugins(QLibraryInfo::path(QLibraryInfo::PluginsPath) + QStringLiteral("/platforms"));
+    return !plugins.entryList({QStringLiteral("libqwayland*")}).isEmpty();
+}
+
+/// The connections that members of the backend share.
+struct LinuxSession {
+    SessionBus bus;
+    std::optional<X11Session> x11;
+};
+
+/// The keyboard, input sources and workspace on an X server that the whole session runs on.
+void addX11(Platform& platform, const X11Session& session, const LaunchOptions& options) {
+    platform.workspace = std::make_unique<X11Workspace>(*session.connection, options.atLogin);
+    platform.inputSources = std::make_unique<X11InputSources>(*session.connection, *session.keyboard);
+    platform.keyEvents = std::make_unique<X11KeyEvents>(*session.keyboard);
+    platform.eventTap = std::make_unique<X11EventTap>(session, *platform.inputSources, *platform.mainQueue);
+}
+
+void addUnavailableKeyboard(Platform& platform, const LaunchOptions& options) {
+    platform.workspace = std::make_unique<UnavailableWorkspace>(options.atLogin);
+    platform.inputSources = std::make_unique<UnavailableInputSources>();
+    platform.keyEvents = std::make_unique<UnavailableKeyEvents>();
+    platform.eventTap = std::make_unique<UnavailableEventTap>();
+}
+
+} // namespace
+
+std::optional<PlatformError> checkDesktop() {
+    const auto desktop = LinuxDesktop::fromEnvironment();
+    if (canOpenDisplay(desktop.x11Display)) {
+        // Windows, menus and the tray work alike on X11 and on the X server of a Wayland session.
+        ::setenv("QT_QPA_PLATFORM", "xcb", 0);
+        // Nothing here draws with OpenGL: its libraries would cost more memory than the rest of the agent.
+        ::setenv("QT_XCB_GL_INTEGRATION", "none", 0);
+        return std::nullopt;
+    }
+    if (!desktop.x11Display.empty()) {
+        return PlatformError{"cannot open display " + desktop.x11Display};
+    }
+    if (!desktop.waylandSession) {
+        return PlatformError{"cannot open display: DISPLAY is not set"};
+    }
+    if (!hasWaylandPlugin()) {
+        return PlatformError{
+            "cannot open display: this Wayland session has no X server, and Qt no Wayland platform plugin"};
+    }
+    return std::nullopt;
+}
+
+std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options) {
+    const auto desktop = LinuxDesktop::fromEnvironment();
+    Platform platform;
+    const auto session = std::make_shared<LinuxSession>(); // shared only to hide its type
+    platform.session = session;
+    platform.mainQueue = std::make_unique<QtMainQueue>();
+    platform.userDefaults = std::make_unique<PropertyListDefaults>(standardDefaultsFile());
+    platform.keyboardUnavailableReason = keyboardUnavailableReason(desktop);
+    if (platform.keyboardUnavailableReason) {
+        addUnavailableKeyboard(platform, options);
+    } else {
+        auto x11 = X11Session::open(desktop.x11Display);
+        if (!x11) {
+            return PlatformError{x11.error()};
+        }
+        session->x11 = std::move(*x11);
+        addX11(platform, *session->x11, options);
+    }
+    platform.accessibility = std::make_unique<AtspiAccessibility>(session->bus);
+    platform.permissions = std::make_unique<AtspiPermissionService>(session->bus);
+    platform.statusItem = std::make_unique<TrayStatusItem>();
+    platform.applicationMenu = std::make_unique<WindowKeysApplicationMenu>();
+    platform.windowTraits = std::make_unique<LinuxWindowTraits>();
+    return platform;
+}
+
+} // namespace quillane

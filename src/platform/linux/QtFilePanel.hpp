@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/FilePanel.hpp"
+
+#include <memory>
+
+namespace quillane {
+
+/// Qt's file dialog, with the message above the files.
+class QtFilePanel final : public FilePanel {
+public:
+    QtFilePanel();
+    ~QtFilePanel() override;
+
+    void chooseFile(const Texts& texts, Chosen chosen) override;
+
+private:
+    class Dialog;
+    std::unique_ptr<Dialog> dialog_;
+};
+
+} // namespace quillane

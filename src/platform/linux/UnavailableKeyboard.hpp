@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/EventTap.hpp"
+#include "platform/InputSources.hpp"
+#include "platform/KeyEvents.hpp"
+#include "platform/Workspace.hpp"
+
+namespace quillane {
+
+/// The keyboard where a desktop lets no ordinary program observe it (Wayland): the tap never starts, nothing is known.
+class UnavailableEventTap final : public EventTap {
+public:
+    bool start(std::uint64_t, Receiver) override { return false; }
+
+    void stop() override {}
+
+    void enable() override {}
+
+    [[nodiscard]] bool isEnabled() const override { return false; }
+
+    void setReplaceableKeys(std::span<const core::KeyCode>) override {}
+};
+
+class UnavailableKeyEvents final : public KeyEvents {
+public:
+    [[nodiscard]] core::EventFlags currentFlags() const override { return 0; }
+};
+
+class UnavailableInputSources final : public InputSources {
+public:
+    [[nodiscard]] std::optional<std::vector<InputSource>> enabled() const override { return std::nullopt; }
+
+    [[nodiscard]] std::optional<InputSource> current() const override { return std::nullopt; }
+
+    bool select(std::string_view) override { return false; }
+
+    [[nodiscard]] bool switchedBySystemShortcut() const override { return false; }
+
+    core::Subscription onChanged(std::function<void()>) override { return {}; }
+};
+
+/// The workspace where no window system tells what is in front.
+class UnavailableWorkspace final : public Workspace {
+public:
+    explicit UnavailableWorkspace(bool launchedAtLogin) : launchedAtLogin_(launchedAtLogin) {}
+
+    [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override { return std::nullopt; }
+
+    [[nodiscard]] std::vector<RunningApplication> runningApplications(std::string_view) const override { return {}; }
+
+    bool terminate(pid_t) override { return false; }
+
+    [[nodiscard]] bool launchedAtLogin() const override { return launchedAtLogin_; }
+
+    core::Subscription onDidActivateApplication(std::function<void()>) override { return {}; }
+
+    core::Subscription onDidWake(std::function<void()>) override { return {}; }
+
+private:
+    bool launchedAtLogin_;
+};
+
+} // namespace quillane

@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/EventTap.hpp"
+
+#include <memory>
+
+namespace quillane {
+
+/// An active event tap of the login session (Quartz Event Services, CGEventTapCreate) on the main run loop.
+class MacEventTap final : public EventTap {
+public:
+    MacEventTap();
+    ~MacEventTap() override;
+
+    /// Creates the tap in front of all others of the session, and replaces an earlier one of this object.
+    [[nodiscard]] bool start(std::uint64_t mask, Receiver receiver) override;
+    void stop() override;
+    void enable() override;
+    [[nodiscard]] bool isEnabled() const override;
+
+    /// Does nothing: an active tap may rewrite any event that passes, so no key has to be taken away beforehand.
+    void setReplaceableKeys(std::span<const core::KeyCode> keys) override;
+
+private:
+    struct Tap;
+    std::unique_ptr<Tap> tap_;
+};
+
+} // namespace quillane

@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "platform/macos/MacPermissionService.hpp"
+
+#import <ApplicationServices/ApplicationServices.h>
+#import <Foundation/Foundation.h>
+#import <IOKit/hidsystem/IOHIDLib.h>
+
+namespace quillane {
+
+bool MacPermissionService::isGranted(core::MacPermission permission) const {
+    switch (permission) {
+    case core::MacPermission::inputMonitoring:
+        return CGPreflightListenEventAccess();
+    case core::MacPermission::accessibility:
+        return AXIsProcessTrusted();
+    }
+    return false;
+}
+
+void MacPermissionService::request(core::MacPermission permission) {
+    @autoreleasepool {
+        // Both calls answer whether the grant is there already, which `isGranted` tells when it matters.
+        switch (permission) {
+        case core::MacPermission::inputMonitoring:
+            IOHIDRequestAccess(kIOHIDRequestTypeListenEvent);
+            break;
+        case core::MacPermission::accessibility:
+            NSDictionary* options = @{(__bridge NSString*)kAXTrustedCheckOptionPrompt : @YES};
+            AXIsProcessTrustedWithOptions((__bridge CFDictionaryRef)options);
+            break;
+        }
+    }
+}
+
+} // namespace quillane

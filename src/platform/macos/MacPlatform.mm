@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "platform/Platform.hpp"
+
+#include "core/preferences/InstallationMigration.hpp"
+#include "platform/common/QtMainQueue.hpp"
+#include "platform/macos/MacAccessibility.hpp"
+#include "platform/macos/MacApplicationMenu.hpp"
+#include "platform/macos/MacEventTap.hpp"
+#include "platform/macos/MacInputSources.hpp"
+#include "platform/macos/MacKeyEvents.hpp"
+#include "platform/macos/MacLaunch.hpp"
+#include "platform/macos/MacPermissionService.hpp"
+#include "platform/macos/MacStatusItem.hpp"
+#include "platform/macos/MacUserDefaults.hpp"
+#include "platform/macos/MacWindowTraits.hpp"
+#include "platform/macos/MacWorkspace.hpp"
+
+namespace quillane {
+
+std::optional<PlatformError> checkDesktop() {
+    return std::nullopt; // a process of the user's session has the window server, or is not started
+}
+
+std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options) {
+    Platform platform;
+    platform.mainQueue = std::make_unique<QtMainQueue>();
+    platform.userDefaults = std::make_unique<MacUserDefaults>();
+    platform.legacyPreferences = preferencesDomain(core::InstallationMigration::legacyBundleID);
+    platform.workspace =
+        std::make_unique<MacWorkspace>(options.atLogin); // hears of the launch, so before it is finished
+    finishLaunching();
+    platform.inputSources = std::make_unique<MacInputSources>();
+    platform.keyEvents = std::make_unique<MacKeyEvents>();
+    platform.eventTap = std::make_unique<MacEventTap>();
+    platform.accessibility = std::make_unique<MacAccessibility>();
+    platform.permissions = std::make_unique<MacPermissionService>();
+    platform.statusItem = std::make_unique<MacStatusItem>();
+    platform.applicationMenu = std::make_unique<MacApplicationMenu>();
+    platform.windowTraits = std::make_unique<MacWindowTraits>();
+    return platform;
+}
+
+} // namespace quillane

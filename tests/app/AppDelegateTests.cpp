@@ -1,0 +1,400 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "app/AppDelegate.hpp"
+
+#include "core/localization/Texts.hpp"
+#include "core/preferences/InstallationMigration.hpp"
+#include "fakes/FakeDesktop.hpp"
+#include "fakes/FakeUserDefaults.hpp"
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+
+namespace quillane {
+namespace {
+
+using namespace std::chrono_literals;
+using core::AppLanguage;
+using core::MacPermission;
+using fakes::Modifier;
+
+constexpr auto legacyBundleID = core::InstallationMigration::legacyBundleID;
+
+/// A desktop with the agent on it, as it is after start-up.
+class AppDelegateTests : public testing::Test {
+protected:
+    AppDelegateTests() { desktop.withInputSources({fakes::english(), fakes::hebrew()}); }
+
+    AppDelegate& launch() {
+        model.emplace(defaults);
+        preferences.emplace(defaults);
+        delegate.emplace(AppServices{.mainQueue = desktop.queue,
+                                     .userDefaults = defaults,
+                                     .workspace = desktop.workspace,
+                                     .inputSources = desktop.inputSources,
+                                     .keyEvents = desktop.keyEvents,
+                                     .eventTap = desktop.tap,
+                                     .accessibility = desktop.accessibility,
+                                     .permissions = desktop.permissions,
+                                     .statusItem = desktop.statusItem,
+                                     .applicationMenu = desktop.applicationMenu,
+                                     .windowTraits = desktop.windowTraits},
+                         *preferences, *model,
+                         AppDelegate::Environment{.version = "1.2",
+                                                  .keyboardAvailable = keyboardAvailable,
+                                                  .legacyBundleID = std::string(legacyBundleID),
+                                                  .terminate = [this] { ++terminations; }});
+        delegate->applicationDidFinishLaunching();
+        return *delegate;
+    }
+
+    void click(std::string_view title) { desktop.statusItem.click(title); }
+
+    [[nodiscard]] std::string statusRowTitle() const { return desktop.statusItem.rows()[1].title; }
+
+    [[nodiscard]] bool checked(std::string_view title) const { return desktop.statusItem.row(title).checked; }
+
+    void releaseLanguageChord() {
+        desktop.press(Modifier::leftOption).press(Modifier::leftShift);
+        desktop.release(Modifier::leftShift).release(Modifier::leftOption).settle();
+    }
+
+    fakes::FakeDesktop desktop;
+    fakes::FakeUserDefaults defaults;
+    bool keyboardAvailable = true;
+    int terminations = 0;
+    std::optional<core::AppPreferences> preferences;
+    std::optional<SettingsModel> model;
+    std::optional<AppDelegate> delegate;
+};
+
+TEST_F(AppDelegateTests, LaunchingShowsTheMenuAndStartsTheMonitor) {
+    launch();
+    EXPECT_EQ(desktop.windowTraits.policies(), std::vector{ActivationPolicy::accessory});
+    EXPECT_EQ(desktop.statusItem.rows().size(), 20U);
+    EXPECT_EQ(desktop.statusItem.rows().front().title, "Quillane 1.2");
+    EXPECT_EQ(desktop.applicationMenu.menus().size(), 3U);
+    EXPECT_TRUE(desktop.tap.isEnabled());
+    EXPECT_EQ(statusRowTitle(), "Shortcuts are active");
+}
+
+TEST_F(AppDelegateTests, LaunchingAsksAnOldCopyToQuit) {
+    const auto oldCopy = desktop.workspace.open(std::string(legacyBundleID));
+    launch();
+    EXPECT_EQ(desktop.workspace.terminated(), std::vector{oldCopy});
+}
+
+TEST_F(AppDelegateTests, AnOldCopyThatStaysIsNamedUntilItIsClosed) {
+    desktop.workspace.setRefusesTermination(true);
+    const auto oldCopy = desktop.workspace.open(std::string(legacyBundleID));
+    launch();
+    EXPECT_EQ(statusRowTitle(), "Close the old copy of Quillane");
+    desktop.workspace.quit(oldCopy);
+    desktop.queue.advance(2s);
+    EXPECT_EQ(statusRowTitle(), "Shortcuts are active");
+}
+
+TEST_F(AppDelegateTests, AnOldCopyStartedLaterIsNoticedWithinTwoSeconds) {
+    launch();
+    desktop.workspace.open(std::string(legacyBundleID));
+    desktop.queue.advance(2s);
+    EXPECT_EQ(statusRowTitle(), "Close the old copy of Quillane");
+}
+
+TEST_F(AppDelegateTests, TheRelaunchFlagIsReadOnce) {
+    defaults.setObject("QuillaneShowPermissionsAfterRestart", true);
+    launch();
+    EXPECT_FALSE(defaults.object("QuillaneShowPermissionsAfterRestart"));
+}
+
+TEST_F(AppDelegateTests, WithoutAccessibilityTheMonitorWaitsAndStartsWithinTwoSecondsOfTheGrant) {
+    desktop.withPermissions({MacPermission::inputMonitoring});
+    launch();
+    EXPECT_FALSE(desktop.tap.exists());
+    EXPECT_EQ(statusRowTitle(), "Permissions approved: 1 of 2");
+    desktop.permissions.grant(MacPermission::accessibility);
+    desktop.queue.advance(2s);
+    EXPECT_TRUE(desktop.tap.isEnabled());
+}
+
+TEST_F(AppDelegateTests, AccessibilityAloneIsEnough) {
+    desktop.withPermissions({MacPermission::accessibility});
+    launch();
+    EXPECT_TRUE(desktop.tap.isEnabled());
+}
+
+TEST_F(AppDelegateTests, ARevokedPermissionStopsTheMonitorWithinTwoSeconds) {
+    launch();
+    desktop.permissions.revoke(MacPermission::accessibility);
+    desktop.queue.advance(2s);
+    EXPECT_FALSE(desktop.tap.exists());
+}
+
+TEST_F(AppDelegateTests, ATickLeavesARunningMonitorAlone) {
+    launch();
+    const auto starts = desktop.tap.startCount();
+    desktop.queue.advance(10s);
+    EXPECT_EQ(desktop.tap.startCount(), starts);
+}
+
+TEST_F(AppDelegateTests, ATickMakesALostTapAnew) {
+    launch();
+    desktop.tap.stop();
+    desktop.queue.advance(2s);
+    EXPECT_TRUE(desktop.tap.isEnabled());
+}
+
+TEST_F(AppDelegateTests, AnUnchangedTickRedrawsNothing) {
+    launch();
+    const auto menus = desktop.statusItem.menuCount();
+    const auto images = desktop.statusItem.imageCount();
+    const auto writes = defaults.writes;
+    desktop.queue.advance(20s);
+    EXPECT_EQ(desktop.statusItem.menuCount(), menus);
+    EXPECT_EQ(desktop.statusItem.imageCount(), images);
+    EXPECT_EQ(defaults.writes, writes);
+}
+
+TEST_F(AppDelegateTests, EachToggleInvertsItsOwnOptionAndSavesIt) {
+    launch();
+
+    const struct {
+        const char* title;
+        bool core::FeatureOptions::*option;
+    } toggles[] = {{"Temporary English with Shift", &core::FeatureOptions::shiftEnglish},
+                   {"Switch language with Option + Shift", &core::FeatureOptions::languageSwitch},
+                   {"Paragraph direction shortcuts", &core::FeatureOptions::writingDirection}};
+
+    for (const auto& [title, option] : toggles) {
+        auto expected = model->options();
+        expected.*option = false;
+        click(title);
+        EXPECT_EQ(model->options(), expected) << title;
+        EXPECT_EQ(core::FeatureOptions::load(defaults), expected) << title;
+        EXPECT_FALSE(checked(title)) << title;
+        click(title);
+        EXPECT_TRUE(checked(title)) << title;
+    }
+}
+
+TEST_F(AppDelegateTests, WithEveryKeyboardFeatureOffTheMonitorStops) {
+    launch();
+    click("Temporary English with Shift");
+    click("Switch language with Option + Shift");
+    EXPECT_TRUE(desktop.tap.exists());
+    click("Paragraph direction shortcuts");
+    EXPECT_FALSE(desktop.tap.exists());
+    EXPECT_EQ(statusRowTitle(), "Shortcuts are off");
+}
+
+TEST_F(AppDelegateTests, PauseAllStopsTheMonitorAndKeepsTheOtherOptions) {
+    defaults.setObject("LanguageSwitchEnabled", false);
+    launch();
+    const auto before = model->options();
+    click("Pause all");
+    EXPECT_FALSE(desktop.tap.exists());
+    EXPECT_EQ(statusRowTitle(), "Paused");
+    EXPECT_EQ(desktop.statusItem.rows()[1].symbol, "pause.circle");
+    click("Resume");
+    EXPECT_EQ(model->options(), before);
+    EXPECT_TRUE(desktop.tap.isEnabled());
+}
+
+TEST_F(AppDelegateTests, PauseOutlastsARelaunch) {
+    launch();
+    click("Pause all");
+    delegate->applicationWillTerminate();
+    launch();
+    EXPECT_FALSE(desktop.tap.exists());
+    EXPECT_EQ(desktop.statusItem.row("Resume").symbol, "play.circle");
+}
+
+TEST_F(AppDelegateTests, TheImageShowsThePause) {
+    launch();
+    const auto plain = desktop.statusItem.image();
+    click("Pause all");
+    EXPECT_NE(desktop.statusItem.image(), plain);
+    EXPECT_EQ(desktop.statusItem.accessibilityLabel(), "Quillane: paused");
+    click("Resume");
+    EXPECT_EQ(desktop.statusItem.image(), plain);
+}
+
+TEST_F(AppDelegateTests, AnotherLanguageRedrawsEveryText) {
+    launch();
+    preferences->choose(AppLanguage::hebrew);
+    EXPECT_EQ(desktop.statusItem.rows().back().title, core::texts::quitQuillane.rendered(AppLanguage::hebrew));
+    EXPECT_EQ(desktop.statusItem.direction(), LayoutDirection::rightToLeft);
+    EXPECT_EQ(desktop.applicationMenu.direction(), LayoutDirection::rightToLeft);
+    EXPECT_EQ(desktop.applicationMenu.menus()[1].title, core::texts::edit.rendered(AppLanguage::hebrew));
+}
+
+TEST_F(AppDelegateTests, OpenedAgainItShowsItsMenu) {
+    launch();
+    desktop.workspace.reopen();
+    EXPECT_EQ(desktop.statusItem.popUpCount(), 1);
+    EXPECT_TRUE(delegate->handleControlRequest({"open", {}}).ok);
+    EXPECT_EQ(desktop.statusItem.popUpCount(), 2);
+}
+
+TEST_F(AppDelegateTests, WakingMakesAFreshTap) {
+    launch();
+    const auto starts = desktop.tap.startCount();
+    desktop.workspace.wake();
+    EXPECT_EQ(desktop.tap.startCount(), starts + 1);
+    EXPECT_TRUE(desktop.tap.isEnabled());
+}
+
+TEST_F(AppDelegateTests, AViewerOfAnotherScreenInFrontSuspends) {
+    launch();
+    desktop.withFrontApplication("com.apple.ScreenSharing");
+    EXPECT_TRUE(model->runtime().screenSharingSuspended);
+    EXPECT_EQ(statusRowTitle(), "Shortcuts are suspended during Screen Sharing");
+    desktop.withFrontApplication("com.apple.TextEdit");
+    EXPECT_FALSE(model->runtime().screenSharingSuspended);
+}
+
+TEST_F(AppDelegateTests, TheLanguageChordSwitchesAndReports) {
+    launch();
+    desktop.withFrontApplication("com.apple.TextEdit");
+    releaseLanguageChord();
+    EXPECT_EQ(desktop.inputSources.current(), fakes::hebrew());
+    const auto expected = "Keyboard language: " + fakes::hebrew().localizedName;
+    EXPECT_EQ(model->lastAction().rendered(AppLanguage::english), expected);
+    EXPECT_EQ(defaults.string("LastStatus"), expected);
+    EXPECT_TRUE(model->runtime().inputIsRTL);
+    EXPECT_EQ(model->runtime().inputName, fakes::hebrew().localizedName);
+}
+
+TEST_F(AppDelegateTests, AChordHeldAcrossAnApplicationSwitchDoesNothing) {
+    launch();
+    desktop.withFrontApplication("com.apple.TextEdit");
+    desktop.press(Modifier::leftOption).press(Modifier::leftShift);
+    desktop.withFrontApplication("com.apple.Notes");
+    desktop.release(Modifier::leftShift).release(Modifier::leftOption).settle();
+    EXPECT_EQ(desktop.inputSources.current(), fakes::english());
+}
+
+TEST_F(AppDelegateTests, TheLastSupportedApplicationIsRemembered) {
+    desktop.withFrontApplication("com.apple.TextEdit");
+    launch();
+    EXPECT_EQ(model->testTargetID(), "com.apple.TextEdit");
+    desktop.withFrontApplication("org.example.unsupported");
+    EXPECT_EQ(model->testTargetID(), "com.apple.TextEdit");
+    desktop.withFrontApplication("com.apple.Notes");
+    EXPECT_EQ(model->testTargetID(), "com.apple.Notes");
+}
+
+TEST_F(AppDelegateTests, ATapThatTheSystemDisablesIsReported) {
+    launch();
+    desktop.tap.disable();
+    desktop.settle();
+    EXPECT_TRUE(desktop.tap.isEnabled());
+    EXPECT_EQ(model->lastAction(), core::LocalizedText(core::texts::keyboardEngineRestarted));
+}
+
+TEST_F(AppDelegateTests, KeyboardActivityIsShown) {
+    launch();
+    desktop.withFrontApplication("com.apple.TextEdit");
+    EXPECT_FALSE(model->runtime().keyboardEventsObserved);
+    EXPECT_TRUE(model->needsRelaunch());
+    desktop.press(Modifier::leftShift).settle();
+    EXPECT_TRUE(model->runtime().keyboardEventsObserved);
+    EXPECT_FALSE(model->needsRelaunch());
+}
+
+TEST_F(AppDelegateTests, WithoutAKeyboardTheMenuSaysSoAndNothingStarts) {
+    keyboardAvailable = false;
+    launch();
+    EXPECT_EQ(desktop.tap.startCount(), 0);
+    EXPECT_EQ(statusRowTitle(), core::texts::keyboardNeedsX11.rendered(AppLanguage::english));
+}
+
+TEST_F(AppDelegateTests, QuitEndsTheProgram) {
+    launch();
+    click("Quit Quillane");
+    desktop.applicationMenu.click("Quit Quillane");
+    EXPECT_EQ(terminations, 2);
+}
+
+TEST_F(AppDelegateTests, TerminatingStopsEverything) {
+    launch();
+    delegate->applicationWillTerminate();
+    EXPECT_FALSE(desktop.tap.exists());
+    EXPECT_EQ(desktop.queue.timerCount(), 0U);
+    const auto menus = desktop.statusItem.menuCount();
+    desktop.workspace.wake();
+    desktop.withFrontApplication("com.apple.TextEdit");
+    preferences->choose(AppLanguage::arabic);
+    EXPECT_FALSE(desktop.tap.exists());
+    EXPECT_EQ(desktop.statusItem.menuCount(), menus);
+}
+
+TEST_F(AppDelegateTests, PostedWorkThatOutlivesTheDelegateDoesNothing) {
+    launch();
+    desktop.withFrontApplication("com.apple.TextEdit");
+    desktop.press(Modifier::leftOption).press(Modifier::leftShift);
+    desktop.release(Modifier::leftShift).release(Modifier::leftOption);
+    delegate->applicationWillTerminate();
+    delegate.reset();
+    desktop.settle();
+    EXPECT_EQ(desktop.inputSources.current(), fakes::english());
+}
+
+TEST_F(AppDelegateTests, PauseAndResumeFromTheCommand) {
+    launch();
+    EXPECT_TRUE(delegate->handleControlRequest({"pause", {}}).ok);
+    EXPECT_TRUE(delegate->handleControlRequest({"pause", {}}).ok);
+    EXPECT_TRUE(model->options().paused);
+    EXPECT_TRUE(delegate->handleControlRequest({"resume", {}}).ok);
+    EXPECT_FALSE(model->options().paused);
+}
+
+TEST_F(AppDelegateTests, QuitFromTheCommand) {
+    launch();
+    EXPECT_TRUE(delegate->handleControlRequest({"quit", {}}).ok);
+    EXPECT_EQ(terminations, 1);
+}
+
+TEST_F(AppDelegateTests, AnUnknownCommandIsRefused) {
+    launch();
+    const auto reply = delegate->handleControlRequest({"dance", {}});
+    EXPECT_FALSE(reply.ok);
+    EXPECT_NE(reply.text.find("dance"), std::string::npos);
+}
+
+TEST_F(AppDelegateTests, StatusAsJsonCarriesTheRuntimeFacts) {
+    launch();
+    desktop.withFrontApplication("com.apple.TextEdit");
+    releaseLanguageChord();
+    const auto json = nlohmann::json::parse(delegate->handleControlRequest({"status", {"--json"}}).text);
+    EXPECT_EQ(json["version"], "1.2");
+    EXPECT_EQ(json["paused"], false);
+    EXPECT_EQ(json["monitorRunning"], true);
+    EXPECT_EQ(json["permissions"]["accessibility"], true);
+    EXPECT_EQ(json["inputSource"]["isRTL"], true);
+    EXPECT_EQ(json["options"]["shiftEnglish"], true);
+    EXPECT_EQ(json["status"], "Shortcuts are active");
+    EXPECT_EQ(json["lastAction"], "Keyboard language: " + fakes::hebrew().localizedName);
+    EXPECT_EQ(json["lastDirection"]["count"], 0);
+}
+
+TEST_F(AppDelegateTests, StatusForPeopleIsShort) {
+    launch();
+    EXPECT_EQ(delegate->handleControlRequest({"status", {}}).text, "Quillane 1.2\nShortcuts are active");
+}
+
+TEST_F(AppDelegateTests, DirectionChordsAreCounted) {
+    launch();
+    desktop.withFrontApplication("com.apple.TextEdit");
+    desktop.press(Modifier::leftControl).press(Modifier::rightShift);
+    desktop.release(Modifier::rightShift).release(Modifier::leftControl).settle();
+    const auto json = nlohmann::json::parse(delegate->handleControlRequest({"status", {"--json"}}).text);
+    EXPECT_EQ(json["lastDirection"]["direction"], "RTL");
+    EXPECT_EQ(json["lastDirection"]["count"], 1);
+}
+
+} // namespace
+} // namespace quillane

@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "app/CommandLine.hpp"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace quillane::CommandLine {
+namespace {
+
+Call parsed(std::vector<std::string_view> words) {
+    return parse(words);
+}
+
+void expectUsageError(std::vector<std::string_view> words, const std::string& message) {
+    EXPECT_EQ(parsed(std::move(words)), Call(UsageError{message}));
+}
+
+TEST(CommandLine, NoWordsRunTheAgent) {
+    EXPECT_EQ(parsed({}), Call(RunAgent{}));
+}
+
+TEST(CommandLine, TheSessionStartsTheAgentAtLogin) {
+    EXPECT_EQ(parsed({"--at-login"}), Call(RunAgent{true}));
+}
+
+TEST(CommandLine, CommandsAreSentToTheRunningAgent) {
+    for (const auto* command : {"pause", "resume", "quit", "status"}) {
+        EXPECT_EQ(parsed({command}), Call(SendRequest{{command, {}}}));
+    }
+    EXPECT_EQ(parsed({"status", "--json"}), Call(SendRequest{{"status", {"--json"}}}));
+}
+
+TEST(CommandLine, HelpAndVersion) {
+    EXPECT_EQ(parsed({"--help"}), Call(ShowHelp{}));
+    EXPECT_EQ(parsed({"-h"}), Call(ShowHelp{}));
+    EXPECT_EQ(parsed({"--version"}), Call(ShowVersion{}));
+}
+
+TEST(CommandLine, UnknownWordsAreNamed) {
+    expectUsageError({"stauts"}, "unknown command 'stauts'");
+    expectUsageError({"--jsno"}, "unknown option '--jsno'");
+    expectUsageError({"-"}, "unknown option '-'");
+    expectUsageError({""}, "unknown command ''");
+    expectUsageError({"status", "--xml"}, "unknown argument '--xml'");
+    expectUsageError({"status", "--json", "more"}, "unknown argument 'more'");
+    expectUsageError({"pause", "now"}, "unknown argument 'now'");
+    expectUsageError({"--version", "x"}, "unknown argument 'x'");
+}
+
+TEST(CommandLine, UsageNamesEveryCommand) {
+    for (const auto* command : {"status", "pause", "resume", "quit", "--help", "--version"}) {
+        EXPECT_NE(usage().find(command), std::string_view::npos) << command;
+    }
+}
+
+} // namespace
+} // namespace quillane::CommandLine

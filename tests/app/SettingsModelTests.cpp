@@ -1,0 +1,133 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "app/SettingsModel.hpp"
+
+#include "fakes/FakeUserDefaults.hpp"
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+
+namespace quillane {
+namespace {
+
+using core::FeatureOptions;
+using Runtime = SettingsModel::Runtime;
+
+class SettingsModelTests : public testing::Test {
+protected:
+    SettingsModelTests() {
+        Runtime ready;
+        ready.accessibilityGranted = ready.inputMonitoringGranted = true;
+        ready.monitorRunning = ready.keyboardEventsObserved = true;
+        model.setRuntime(ready);
+        QObject::connect(&model, &SettingsModel::changed, [this] { ++changes; });
+    }
+
+    void set(bool Runtime::*field, bool value) {
+        auto runtime = model.runtime();
+        runtime.*field = value;
+        model.setRuntime(runtime);
+    }
+
+    void set(std::initializer_list<bool FeatureOptions::*> fields, bool value) {
+        auto options = model.options();
+        for (const auto field : fields) {
+            options.*field = value;
+        }
+        model.setOptions(options);
+    }
+
+    fakes::FakeUserDefaults defaults;
+    SettingsModel model{defaults};
+    int changes = 0;
+};
+
+constexpr auto keyboardFeatures = {&FeatureOptions::shiftEnglish, &FeatureOptions::languageSwitch,
+                                   &FeatureOptions::writingDirection};
+
+TEST_F(SettingsModelTests, OptionsAreSavedBeforeTheHandlerHearsOfThem) {
+    std::optional<FeatureOptions> stored;
+    model.optionsChanged = [&] { stored = FeatureOptions::load(defaults); };
+    set({&FeatureOptions::paused}, true);
+    ASSERT_TRUE(stored);
+    EXPECT_TRUE(stored->paused);
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(SettingsModelTests, StoredOptionsAreReadAtStart) {
+    defaults.setObject("ShiftEnglishEnabled", false);
+    EXPECT_FALSE(SettingsModel(defaults).options().shiftEnglish);
+}
+
+TEST_F(SettingsModelTests, AnEqualRuntimeChangesNothing) {
+    model.setRuntime(model.runtime());
+    EXPECT_EQ(changes, 0);
+    set(&Runtime::inputIsRTL, true);
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(SettingsModelTests, ReadyNeedsBothPermissionsAFeatureAndNoSuspension) {
+    EXPECT_TRUE(model.isReady());
+    for (const auto field : {&Runtime::accessibilityGranted, &Runtime::inputMonitoringGranted}) {
+        set(field, false);
+        EXPECT_FALSE(model.isReady());
+        set(field, true);
+    }
+    set(&Runtime::screenSharingSuspended, true);
+    EXPECT_FALSE(model.isReady());
+    set(&Runtime::screenSharingSuspended, false);
+    set({&FeatureOptions::paused}, true);
+    EXPECT_FALSE(model.isReady());
+    set({&FeatureOptions::paused}, false);
+    set(keyboardFeatures, false);
+    EXPECT_FALSE(model.isReady());
+    for (const auto field : keyboardFeatures) {
+        set({field}, true);
+        EXPECT_TRUE(model.isReady());
+        set({field}, false);
+    }
+}
+
+TEST_F(SettingsModelTests, DirectionCanBeTestedWhileItWouldReachAnApplication) {
+    EXPECT_TRUE(model.canTestDirection());
+    set(&Runtime::accessibilityGranted, false);
+    EXPECT_FALSE(model.canTestDirection());
+    set(&Runtime::accessibilityGranted, true);
+    set(&Runtime::monitorRunning, false);
+    EXPECT_FALSE(model.canTestDirection());
+    set(&Runtime::monitorRunning, true);
+    set(&Runtime::screenSharingSuspended, true);
+    EXPECT_FALSE(model.canTestDirection());
+    set(&Runtime::screenSharingSuspended, false);
+    set({&FeatureOptions::writingDirection}, false);
+    EXPECT_FALSE(model.canTestDirection());
+    set({&FeatureOptions::writingDirection}, true);
+    set({&FeatureOptions::paused}, true);
+    EXPECT_FALSE(model.canTestDirection());
+}
+
+TEST_F(SettingsModelTests, ARelaunchIsNeededWhenAWantedMonitorHearsNothing) {
+    EXPECT_FALSE(model.needsRelaunch());
+    set(&Runtime::keyboardEventsObserved, false);
+    EXPECT_TRUE(model.needsRelaunch());
+    set(&Runtime::keyboardEventsObserved, true);
+    set(&Runtime::monitorRunning, false);
+    EXPECT_TRUE(model.needsRelaunch());
+    set(&Runtime::inputMonitoringGranted, false);
+    EXPECT_TRUE(model.needsRelaunch()); // not needed for the monitor
+    set(&Runtime::accessibilityGranted, false);
+    EXPECT_FALSE(model.needsRelaunch());
+    set(&Runtime::accessibilityGranted, true);
+    set({&FeatureOptions::paused}, true);
+    EXPECT_FALSE(model.needsRelaunch());
+}
+
+TEST_F(SettingsModelTests, TheTestTargetChangesOnlyWhenItDiffers) {
+    model.setTestTargetID("com.apple.TextEdit");
+    model.setTestTargetID("com.apple.TextEdit");
+    EXPECT_EQ(changes, 1);
+}
+
+} // namespace
+} // namespace quillane

@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "core/clipboard/FileReference.hpp"
+
+#include <gtest/gtest.h>
+
+namespace quillane::core {
+namespace {
+
+TEST(FileReference, FindsTheFileOfAFileUrl) {
+    for (const auto* url : {"file:///tmp/a%20b", "file://localhost/tmp/a%20b", "FILE:/tmp/a%20b"}) {
+        EXPECT_EQ(referencedFile(url), "/tmp/a b") << url;
+    }
+}
+
+TEST(FileReference, NothingElseNamesAFile) {
+    for (const auto* url : {"", "/tmp/a", "tmp", "file", "file:///a b", "file:///%zz", "file:///%4", "file:///a%00b",
+                            ":", "file:///a\n", "https://x.org/a", "file://elsewhere.example/a"}) {
+        EXPECT_FALSE(referencedFile(url)) << url;
+    }
+}
+
+TEST(FileReference, TakesCharactersOutsideAsciiAsTheyAre) {
+    EXPECT_EQ(referencedFile("file:///tmp/\xD7\xA9"), "/tmp/\xD7\xA9");
+    EXPECT_EQ(lastPathComponent("file:///tmp/\xD7\xA9"), "\xD7\xA9");
+}
+
+TEST(FileReference, NamesTheLastComponent) {
+    EXPECT_EQ(lastPathComponent("file:///a/b"), "b");
+    EXPECT_EQ(lastPathComponent("file:///a/b%20c//"), "b c");
+    EXPECT_EQ(lastPathComponent("file:///"), "/");
+    EXPECT_EQ(lastPathComponent("https://x.org"), "");
+    EXPECT_EQ(lastPathComponent("https://x.org/d?q=/e#/f"), "d");
+    EXPECT_EQ(lastPathComponent("no url"), std::nullopt);
+}
+
+} // namespace
+} // namespace quillane::core

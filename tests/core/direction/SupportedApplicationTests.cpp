@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "core/direction/SupportedApplication.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace quillane::core {
+namespace {
+
+TEST(SupportedApplication, SevenInTheirOrder) {
+    std::vector<std::string> rows;
+    for (const auto& facts : supportedApplications) {
+        EXPECT_EQ(&traits(facts.application), &facts);
+        rows.push_back(std::string(facts.bundleID) + " | " + std::string(facts.displayName) + " | " +
+                       std::string(facts.directionMenuTitle));
+    }
+    const std::vector<std::string> expected{
+        "com.microsoft.Outlook | Outlook | ",
+        "com.google.Chrome | Chrome | Writing Direction",
+        "com.apple.Safari | Safari | Paragraph Direction",
+        "com.apple.TextEdit | TextEdit | Writing Direction",
+        "com.apple.Notes | Notes | Writing Direction",
+        "com.apple.mail | Mail | Paragraph Direction",
+        "com.microsoft.Word | Word | ",
+    };
+    EXPECT_EQ(rows, expected);
+}
+
+TEST(SupportedApplication, IsFoundByItsBundleIdentifier) {
+    for (const auto& facts : supportedApplications) {
+        EXPECT_EQ(supportedApplication(facts.bundleID), facts.application);
+    }
+}
+
+TEST(SupportedApplication, IdentifiersAreComparedExactly) {
+    for (const auto* other : {"com.apple.Mail", "com.apple.textedit", "com.apple.mail ", "com.apple", ""}) {
+        EXPECT_EQ(supportedApplication(other), std::nullopt) << other;
+    }
+}
+
+} // namespace
+} // namespace quillane::core

@@ -1,0 +1,150 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "core/permissions/PermissionSetupPolicy.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+namespace quillane::core {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr auto inputMonitoring = MacPermission::inputMonitoring;
+constexpr auto accessibility = MacPermission::accessibility;
+
+TEST(MacPermission, RawValuesLeadThereAndBack) {
+    EXPECT_EQ(rawValue(inputMonitoring), "inputMonitoring");
+    EXPECT_EQ(rawValue(accessibility), "accessibility");
+    EXPECT_EQ(permissionFromRawValue("inputMonitoring"), inputMonitoring);
+    EXPECT_EQ(permissionFromRawValue("accessibility"), accessibility);
+    EXPECT_EQ(permissionFromRawValue("Accessibility"), std::nullopt);
+    EXPECT_EQ(permissionFromRawValue(""), std::nullopt);
+}
+
+TEST(PermissionSetupPolicy, AsksForInputMonitoringFirst) {
+    EXPECT_EQ(PermissionSetupPolicy{}.nextAutomaticRequest({}, true), inputMonitoring);
+    EXPECT_EQ(PermissionSetupPolicy{{accessibility}}.nextAutomaticRequest({}, true), inputMonitoring);
+}
+
+TEST(PermissionSetupPolicy, DoesNotMoveOnFromARequestWithoutGrant) {
+    PermissionSetupPolicy policy;
+    policy.recordRequest(inputMonitoring);
+    EXPECT_EQ(policy.nextAutomaticRequest({}, true), std::nullopt);
+}
+
+TEST(PermissionSetupPolicy, AsksForAccessibilitySecondAndOnce) {
+    PermissionSetupPolicy policy;
+    EXPECT_EQ(policy.nextAutomaticRequest({inputMonitoring}, true), accessibility);
+    policy.recordRequest(accessibility);
+    EXPECT_EQ(policy.nextAutomaticRequest({inputMonitoring}, true), std::nullopt);
+}
+
+TEST(PermissionSetupPolicy, WithAccessibilityItAsksForNothing) {
+    EXPECT_EQ(PermissionSetupPolicy{}.nextAutomaticRequest({accessibility}, true), std::nullopt);
+    EXPECT_EQ(PermissionSetupPolicy{}.nextAutomaticRequest({accessibility, inputMonitoring}, true), std::nullopt);
+}
+
+TEST(PermissionSetupPolicy, NotInstalledItAsksForNothing) {
+    EXPECT_EQ(PermissionSetupPolicy{}.nextAutomaticRequest({}, false), std::nullopt);
+    EXPECT_EQ(PermissionSetupPolicy{}.nextAutomaticRequest({inputMonitoring}, false), std::nullopt);
+}
+
+TEST(PermissionSetupPolicy, RecordingARequestTwiceIsOnce) {
+    PermissionSetupPolicy policy;
+    policy.recordRequest(accessibility);
+    policy.recordRequest(accessibility);
+    EXPECT_EQ(policy.requested, std::set{accessibility});
+}
+
+TEST(PermissionSetupPolicy, TheMonitorNeedsAccessibilityAlone) {
+    EXPECT_FALSE(PermissionSetupPolicy::canStartKeyboardMonitor({}));
+    EXPECT_FALSE(PermissionSetupPolicy::canStartKeyboardMonitor({inputMonitoring}));
+    EXPECT_TRUE(PermissionSetupPolicy::canStartKeyboardMonitor({accessibility}));
+    EXPECT_TRUE(PermissionSetupPolicy::canStartKeyboardMonitor({accessibility, inputMonitoring}));
+}
+
+/// A home folder of its own, with an Applications folder.
+class PermissionSetupPolicyInstalled : public ::testing::Test {
+protected:
+    void SetUp() override {
+        auto pattern = (fs::temp_directory_path() / "quillane-home-XXXXXX").string();
+        ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+        root_ = pattern;
+        home_ = root_ / "home";
+        fs::create_directories(home_ / "Applications" / "Quillane.app");
+        fs::create_directories(root_ / "elsewhere" / "Quillane.app");
+    }
+
+    void TearDown() override { fs::remove_all(root_); }
+
+    [[nodiscard]] bool isInstalled(const fs::path& application) const {
+        return PermissionSetupPolicy::isInstalled(application, home_);
+    }
+
+    fs::path root_;
+    fs::path home_;
+};
+
+TEST_F(PermissionSetupPolicyInstalled, InTheApplicationsFolderOfTheSystem) {
+    EXPECT_TRUE(isInstalled("/Applications/Quillane.app"));
+    EXPECT_TRUE(isInstalled("/Applications/Quillane.app/"));
+    EXPECT_TRUE(isInstalled("/Applications/Utilities/Quillane.app"));
+}
+
+TEST_F(PermissionSetupPolicyInstalled, InTheApplicationsFolderOfTheHome) {
+    EXPECT_TRUE(isInstalled(home_ / "Applications" / "Quillane.app"));
+    EXPECT_TRUE(isInstalled((home_ / "Applications" / "Quillane.app").string() + "/"));
+    EXPECT_TRUE(isInstalled(home_ / "Applications" / "Sub" / "Quillane.app")) << "it need not exist";
+}
+
+TEST_F(PermissionSetupPolicyInstalled, AFolderThatOnlyBeginsWithTheNameIsAnother) {
+    EXPECT_FALSE(isInstalled("/Applications Old/Quillane.app"));
+    EXPECT_FALSE(isInstalled("/Applications.app"));
+    EXPECT_FALSE(isInstalled(home_ / "Applications Old" / "Quillane.app"));
+}
+
+TEST_F(PermissionSetupPolicyInstalled, NowhereElse) {
+    EXPECT_FALSE(isInstalled(root_ / "elsewhere" / "Quillane.app"));
+    EXPECT_FALSE(isInstalled("/Volumes/Quillane/Quillane.app"));
+    EXPECT_FALSE(isInstalled("/Applications/../tmp/Quillane.app"));
+    EXPECT_FALSE(isInstalled("/applications/Quillane.app"));
+}
+
+TEST_F(PermissionSetupPolicyInstalled, OnlyAnApplicationBundle) {
+    EXPECT_FALSE(isInstalled("/Applications/Quillane"));
+    EXPECT_FALSE(isInstalled("/Applications/Quillane.App"));
+    EXPECT_FALSE(isInstalled("/Applications/.app"));
+    EXPECT_FALSE(isInstalled("/Applications/"));
+    EXPECT_FALSE(isInstalled(""));
+    EXPECT_FALSE(isInstalled("Applications/Quillane.app"));
+}
+
+TEST_F(PermissionSetupPolicyInstalled, LinksAreFollowed) {
+    fs::create_directory_symlink(home_ / "Applications" / "Quillane.app", root_ / "Link.app");
+    EXPECT_TRUE(isInstalled(root_ / "Link.app"));
+    fs::create_directory_symlink(root_ / "elsewhere" / "Quillane.app", home_ / "Applications" / "Out.app");
+    EXPECT_FALSE(isInstalled(home_ / "Applications" / "Out.app"));
+}
+
+TEST_F(PermissionSetupPolicyInstalled, AHomeFolderThatIsALinkIsFollowed) {
+    fs::create_directory_symlink(home_, root_ / "linked");
+    EXPECT_TRUE(PermissionSetupPolicy::isInstalled(home_ / "Applications" / "Quillane.app", root_ / "linked"));
+    EXPECT_TRUE(PermissionSetupPolicy::isInstalled(root_ / "linked" / "Applications" / "Quillane.app", home_));
+}
+
+TEST_F(PermissionSetupPolicyInstalled, ALinkWithoutEndIsNot) {
+    fs::create_symlink(root_ / "a.app", root_ / "b.app");
+    fs::create_symlink(root_ / "b.app", root_ / "a.app");
+    EXPECT_FALSE(isInstalled(root_ / "a.app"));
+}
+
+TEST_F(PermissionSetupPolicyInstalled, WithoutAHomeFolderOnlyTheSystemCounts) {
+    EXPECT_TRUE(PermissionSetupPolicy::isInstalled("/Applications/Quillane.app", ""));
+    EXPECT_FALSE(PermissionSetupPolicy::isInstalled(home_ / "Applications" / "Quillane.app", ""));
+}
+
+} // namespace
+} // namespace quillane::core

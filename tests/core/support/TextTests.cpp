@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "core/support/Text.hpp"
+
+#include <gtest/gtest.h>
+
+namespace quillane::core {
+namespace {
+
+TEST(Text, TrimsWhiteSpaceAndLineEndsOnly) {
+    EXPECT_EQ(trimmedOfWhiteSpace(" \t\n\v\f\r\u0085\u00A0\u1680\u2000\u200A\u2028\u2029\u202F\u205F\u3000a b "),
+              "a b");
+    EXPECT_EQ(trimmedOfWhiteSpace("\u200Ba\u200F"), "\u200Ba\u200F") << "zero-width characters are no white space";
+    EXPECT_EQ(trimmedOfWhiteSpace("שלום \n"), "שלום");
+}
+
+TEST(Text, TrimsTextsOfWhiteSpaceToNothing) {
+    EXPECT_EQ(trimmedOfWhiteSpace(""), "");
+    EXPECT_EQ(trimmedOfWhiteSpace(" \u3000\n"), "");
+}
+
+TEST(Text, TrimmingLeavesBytesThatAreNoText) {
+    EXPECT_EQ(trimmedOfWhiteSpace(" \xFF\xC2 "), "\xFF\xC2");
+}
+
+} // namespace
+} // namespace quillane::core

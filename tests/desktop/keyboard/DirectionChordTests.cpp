@@ -1,0 +1,139 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "desktop/agent/AgentTest.hpp"
+#include "desktop/agent/LiveForm.hpp"
+
+namespace quillane::live {
+namespace {
+
+/// Chords pressed in a window that the agent takes for a Chromium browser, and counted in the agent's status.
+class LiveDirectionChord : public AgentTest {
+protected:
+    void SetUp() override {
+        AgentTest::SetUp();
+        startAgent();
+        form_ = required(LiveForm::start(desktop(), "plain", "Chromium"));
+    }
+
+    void TearDown() override {
+        AgentTest::TearDown();
+        form_.reset();
+    }
+
+    void expectDeliveries(const std::string& last, int count) {
+        EXPECT_TRUE(agent().waitForStatus([&](const auto& status) {
+            return status.at("lastDirection").at("direction") == last &&
+                   status.at("lastDirection").at("count") == count;
+        })) << agent().status();
+    }
+
+    /// What was done before delivered nothing: the next chord is the first.
+    void expectOnlyTheNextChordDelivers() {
+        desktop().keyboard().chord({Key::leftControl, Key::leftShift});
+        expectDeliveries("LTR", 1);
+    }
+
+    std::optional<LiveForm> form_;
+};
+
+TEST_F(LiveDirectionChord, ControlWithRightShiftFiresOnceOnTheLastRelease) {
+    const auto& keyboard = desktop().keyboard();
+    keyboard.press(Key::leftControl);
+    keyboard.press(Key::rightShift);
+    keyboard.release(Key::rightShift);
+    EXPECT_EQ(agent().status().at("lastDirection").at("count"), 0);
+    keyboard.release(Key::leftControl);
+    expectDeliveries("RTL", 1);
+    keyboard.chord({Key::leftControl, Key::leftShift});
+    expectDeliveries("LTR", 2);
+}
+
+TEST_F(LiveDirectionChord, EitherControlAndEitherOrderWork) {
+    desktop().keyboard().chord({Key::rightShift, Key::rightControl});
+    expectDeliveries("RTL", 1);
+    desktop().keyboard().chord({Key::rightControl, Key::leftShift});
+    expectDeliveries("LTR", 2);
+}
+
+TEST_F(LiveDirectionChord, RightAltWithRightShiftGivesRightToLeft) {
+    desktop().keyboard().chord({Key::rightAlt, Key::leftShift});
+    desktop().keyboard().chord({Key::rightAlt, Key::rightShift});
+    expectDeliveries("RTL", 1);
+}
+
+TEST_F(LiveDirectionChord, ALetterInBetweenCancels) {
+    desktop().keyboard().tapWith({Key::leftControl, Key::rightShift}, Key::k);
+    expectOnlyTheNextChordDelivers();
+}
+
+TEST_F(LiveDirectionChord, AClickInBetweenCancels) {
+    desktop().keyboard().press(Key::leftControl);
+    desktop().keyboard().press(Key::rightShift);
+    desktop().keyboard().click(1);
+    desktop().keyboard().release(Key::rightShift);
+    desktop().keyboard().release(Key::leftControl);
+    expectOnlyTheNextChordDelivers();
+}
+
+TEST_F(LiveDirectionChord, AScrollInBetweenCancels) {
+    desktop().keyboard().press(Key::leftControl);
+    desktop().keyboard().press(Key::rightShift);
+    desktop().keyboard().click(4);
+    desktop().keyboard().release(Key::rightShift);
+    desktop().keyboard().release(Key::leftControl);
+    expectOnlyTheNextChordDelivers();
+}
+
+TEST_F(LiveDirectionChord, TheOtherShiftWithoutReleaseCancels) {
+    desktop().keyboard().press(Key::leftControl);
+    desktop().keyboard().tap(Key::leftShift);
+    desktop().keyboard().tap(Key::rightShift);
+    desktop().keyboard().release(Key::leftControl);
+    expectOnlyTheNextChordDelivers();
+}
+
+TEST_F(LiveDirectionChord, AThirdModifierCancels) {
+    desktop().keyboard().chord({Key::leftControl, Key::rightShift, Key::leftSuper});
+    expectOnlyTheNextChordDelivers();
+}
+
+TEST_F(LiveDirectionChord, HeldAcrossAnApplicationSwitchNeverFires) {
+    auto other = desktop().startApplication({"mousepad", "--disable-server"});
+    ASSERT_TRUE(other) << other.error();
+    desktop().keyboard().press(Key::leftControl);
+    desktop().keyboard().press(Key::rightShift);
+    ASSERT_TRUE(desktop().bringToFront(form_->pid()));
+    desktop().keyboard().release(Key::rightShift);
+    desktop().keyboard().release(Key::leftControl);
+    expectOnlyTheNextChordDelivers();
+}
+
+TEST_F(LiveDirectionChord, DoesNothingInAnApplicationWithoutDirections) {
+    auto other = desktop().startApplication({"mousepad", "--disable-server"});
+    ASSERT_TRUE(other) << other.error();
+    desktop().keyboard().chord({Key::leftControl, Key::rightShift});
+    ASSERT_TRUE(desktop().bringToFront(form_->pid()));
+    expectOnlyTheNextChordDelivers();
+}
+
+TEST_F(LiveDirectionChord, DoesNothingWhilePaused) {
+    ASSERT_TRUE(agent().command({"pause"}).succeeded());
+    desktop().keyboard().chord({Key::leftControl, Key::rightShift});
+    ASSERT_TRUE(agent().command({"resume"}).succeeded());
+    ASSERT_TRUE(agent().waitForStatus([](const auto& status) { return status.at("monitorRunning") == true; }));
+    expectOnlyTheNextChordDelivers();
+}
+
+TEST_F(LiveDirectionChord, HeldWhileTheMonitorStartsNeverFires) {
+    ASSERT_TRUE(agent().command({"pause"}).succeeded());
+    desktop().keyboard().press(Key::leftControl);
+    desktop().keyboard().press(Key::rightShift);
+    ASSERT_TRUE(agent().command({"resume"}).succeeded());
+    ASSERT_TRUE(agent().waitForStatus([](const auto& status) { return status.at("monitorRunning") == true; }));
+    desktop().keyboard().release(Key::rightShift);
+    desktop().keyboard().release(Key::leftControl);
+    expectOnlyTheNextChordDelivers();
+}
+
+} // namespace
+} // namespace quillane::live

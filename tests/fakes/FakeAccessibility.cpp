@@ -1,0 +1,164 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "fakes/FakeAccessibility.hpp"
+
+namespace quillane::fakes {
+
+FakeElement& FakeElement::with(const std::string& attribute, Value value) {
+    std::visit([&](auto&& exact) { values_.insert_or_assign(attribute, std::move(exact)); }, std::move(value));
+    return *this;
+}
+
+FakeElement& FakeElement::with(const std::string& attribute, FakeElement& element) {
+    references_.insert_or_assign(attribute, &element);
+    return *this;
+}
+
+FakeElement& FakeElement::without(const std::string& attribute) {
+    values_.erase(attribute);
+    references_.erase(attribute);
+    return *this;
+}
+
+FakeElement& FakeElement::settable(const std::string& attribute, bool settable) {
+    settable ? void(settable_.insert(attribute)) : void(settable_.erase(attribute));
+    return *this;
+}
+
+FakeElement& FakeElement::failing(bool fails) {
+    fails_ = fails;
+    return *this;
+}
+
+FakeElement& FakeElement::add(std::string role) {
+    auto& child = *children_.emplace_back(std::make_unique<FakeElement>(std::move(role)));
+    child.parent_ = this;
+    return child;
+}
+
+FakeElement& FakeElement::addTextField(std::string role) {
+    return add(std::move(role)).with("AXEnabled", true).settable("AXValue");
+}
+
+void FakeElement::stopAnswering() {
+    fails_ = true;
+    for (const auto& child : children_) {
+        child->stopAnswering();
+    }
+}
+
+/// A reference: the element, and the time-out that this reference and those read from it are asked with.
+class FakeAccessibility::Handle final : public AXElement::Handle {
+public:
+    Handle(pid_t application, FakeElement* referred, std::optional<std::chrono::milliseconds> bound)
+        : pid(application), element(referred), timeout(bound) {}
+
+    [[nodiscard]] bool isSame(const AXElement::Handle& other) const override {
+        const auto* same = dynamic_cast<const Handle*>(&other);
+        return same != nullptr && same->pid == pid && same->element == element;
+    }
+
+    pid_t pid;            ///< of an application's own reference, which is there before its tree is; else zero
+    FakeElement* element; ///< none in an application's own reference
+    std::optional<std::chrono::milliseconds> timeout;
+};
+
+AXElement FakeAccessibility::application(pid_t pid) {
+    return AXElement(std::make_shared<Handle>(pid, nullptr, std::nullopt));
+}
+
+void FakeAccessibility::setMessagingTimeout(const AXElement& element, std::chrono::milliseconds timeout) {
+    dynamic_cast<Handle&>(element.handle()).timeout = timeout;
+}
+
+FakeElement* FakeAccessibility::asked(const AXElement& element, std::string what) {
+    const auto& handle = dynamic_cast<Handle&>(element.handle());
+    calls_.push_back({std::move(what), handle.timeout});
+    auto* node = handle.element;
+    if (node == nullptr) {
+        const auto found = trees_.find(handle.pid);
+        node = found == trees_.end() ? nullptr : found->second.get();
+    }
+    return node == nullptr || node->fails_ ? nullptr : node;
+}
+
+std::optional<std::vector<AXValue>> FakeAccessibility::attributes(const AXElement& element,
+                                                                  std::span<const std::string_view> names) {
+    std::string what;
+    for (const auto name : names) {
+        what.append(what.empty() ? "" : ",").append(name);
+    }
+    auto* node = asked(element, std::move(what));
+    if (node == nullptr) {
+        return std::nullopt;
+    }
+    const auto refer = [&](FakeElement* other) {
+        const auto& timeout = dynamic_cast<Handle&>(element.handle()).timeout;
+        for (const auto& [pid, root] : trees_) {
+            if (root.get() == other) {
+                return AXElement(std::make_shared<Handle>(pid, nullptr, timeout));
+            }
+        }
+        return AXElement(std::make_shared<Handle>(0, other, timeout));
+    };
+    std::vector<AXValue> values;
+    for (const auto name : names) {
+        if (const auto reference = node->references_.find(name); reference != node->references_.end()) {
+            values.emplace_back(refer(reference->second));
+        } else if (name == "AXParent" && node->parent_ != nullptr) {
+            values.emplace_back(refer(node->parent_));
+        } else if (name == "AXChildren") {
+            std::vector<AXElement> children;
+            for (const auto& child : node->children_) {
+                children.push_back(refer(child.get()));
+            }
+            values.emplace_back(std::move(children));
+        } else if (const auto value = node->values_.find(name); value != node->values_.end()) {
+            values.push_back(value->second);
+        } else {
+            values.emplace_back();
+        }
+    }
+    return values;
+}
+
+std::optional<AXValue> FakeAccessibility::attribute(const AXElement& element, std::string_view name) {
+    auto values = attributes(element, std::span(&name, 1));
+    if (!values || std::holds_alternative<std::monostate>(values->front())) {
+        return std::nullopt;
+    }
+    return std::move(values->front());
+}
+
+bool FakeAccessibility::isAttributeSettable(const AXElement& element, std::string_view name) {
+    const auto* node = asked(element, std::string(name));
+    return node != nullptr && node->settable_.contains(name);
+}
+
+FakeElement& FakeAccessibility::tree(pid_t pid) {
+    auto& root = trees_[pid];
+    if (!root) {
+        root = std::make_unique<FakeElement>("AXApplication");
+    }
+    return *root;
+}
+
+void FakeAccessibility::stopAnswering(pid_t pid) {
+    tree(pid).stopAnswering();
+}
+
+void FakeAccessibility::focus(pid_t pid, FakeElement* element) {
+    auto& root = tree(pid);
+    element == nullptr ? root.without("AXFocusedUIElement") : root.with("AXFocusedUIElement", *element);
+}
+
+AXElement FakeAccessibility::reference(FakeElement& element) const {
+    for (const auto& [pid, root] : trees_) {
+        if (root.get() == &element) {
+            return AXElement(std::make_shared<Handle>(pid, nullptr, std::nullopt));
+        }
+    }
+    return AXElement(std::make_shared<Handle>(0, &element, std::nullopt));
+}
+
+} // namespace quillane::fakes

@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "fakes/MenuRows.hpp"
+#include "platform/ApplicationMenu.hpp"
+
+#include <string_view>
+#include <utility>
+
+namespace quillane::fakes {
+
+/// A main menu that keeps what it was given and lets a test choose a row.
+class FakeApplicationMenu final : public ApplicationMenu {
+public:
+    void install(std::vector<ApplicationSubmenu> menus, LayoutDirection direction) override {
+        ++installCount_;
+        menus_ = std::move(menus);
+        direction_ = direction;
+    }
+
+    /// Chooses the first row with this title. Rows of standard commands are carried out by the system: they are only
+    /// recorded.
+    void click(std::string_view title) {
+        for (const auto& menu : menus_) {
+            for (const auto& [row, standard] : menu.rows) {
+                if (row.title == title) {
+                    return standard ? standardCommands_.push_back(*standard) : choose(row);
+                }
+            }
+        }
+        throw std::out_of_range("No row has the title " + std::string(title));
+    }
+
+    [[nodiscard]] const std::vector<ApplicationSubmenu>& menus() const { return menus_; }
+
+    [[nodiscard]] LayoutDirection direction() const { return direction_; }
+
+    [[nodiscard]] int installCount() const { return installCount_; }
+
+    [[nodiscard]] const std::vector<StandardCommand>& standardCommands() const { return standardCommands_; }
+
+private:
+    std::vector<ApplicationSubmenu> menus_;
+    std::vector<StandardCommand> standardCommands_;
+    LayoutDirection direction_ = LayoutDirection::leftToRight;
+    int installCount_ = 0;
+};
+
+} // namespace quillane::fakes

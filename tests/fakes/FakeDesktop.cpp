@@ -1,0 +1,187 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "fakes/FakeDesktop.hpp"
+
+#include <stdexcept>
+#include <utility>
+
+namespace quillane::fakes {
+
+namespace {
+
+Platform makeFakes() {
+    Platform made;
+    made.mainQueue = std::make_unique<FakeMainQueue>();
+    made.userDefaults = std::make_unique<FakeUserDefaults>();
+    made.workspace = std::make_unique<FakeWorkspace>();
+    made.inputSources = std::make_unique<FakeInputSources>();
+    made.keyEvents = std::make_unique<FakeKeyEvents>();
+    made.eventTap = std::make_unique<FakeEventTap>();
+    made.accessibility = std::make_unique<FakeAccessibility>();
+    made.permissions = std::make_unique<FakePermissionService>();
+    made.statusItem = std::make_unique<FakeStatusItem>();
+    made.applicationMenu = std::make_unique<FakeApplicationMenu>();
+    made.windowTraits = std::make_unique<FakeWindowTraits>();
+    return made;
+}
+
+/// The fake behind an interface that makeFakes has filled.
+template <typename Fake, typename Interface>
+Fake& fake(const std::unique_ptr<Interface>& interface) {
+    return dynamic_cast<Fake&>(*interface);
+}
+
+} // namespace
+
+InputSource english() {
+    return {.id = "com.apple.keylayout.US", .localizedName = "U.S.", .languages = {"en"}};
+}
+
+InputSource hebrew() {
+    return {.id = "com.apple.keylayout.Hebrew", .localizedName = "Hebrew", .languages = {"he"}};
+}
+
+InputSource arabic() {
+    return {.id = "com.apple.keylayout.Arabic", .localizedName = "Arabic", .languages = {"ar"}};
+}
+
+FakeDesktop::FakeDesktop() : FakeDesktop(makeFakes()) {}
+
+FakeDesktop::FakeDesktop(Platform made)
+    : platform(std::move(made)),
+      queue(fake<FakeMainQueue>(platform.mainQueue)),
+      userDefaults(fake<FakeUserDefaults>(platform.userDefaults)),
+      workspace(fake<FakeWorkspace>(platform.workspace)),
+      inputSources(fake<FakeInputSources>(platform.inputSources)),
+      keyEvents(fake<FakeKeyEvents>(platform.keyEvents)),
+      tap(fake<FakeEventTap>(platform.eventTap)),
+      accessibility(fake<FakeAccessibility>(platform.accessibility)),
+      permissions(fake<FakePermissionService>(platform.permissions)),
+      statusItem(fake<FakeStatusItem>(platform.statusItem)),
+      applicationMenu(fake<FakeApplicationMenu>(platform.applicationMenu)),
+      windowTraits(fake<FakeWindowTraits>(platform.windowTraits)) {
+    tap.permitWhen([&granted = permissions] { return granted.isGranted(core::MacPermission::accessibility); });
+    withPermissions({core::allPermissions.begin(), core::allPermissions.end()});
+}
+
+FakeDesktop& FakeDesktop::withFrontApplication(std::optional<std::string> bundleID, std::string name) {
+    workspace.activate(workspace.open(std::move(bundleID), std::move(name)));
+    return *this;
+}
+
+FakeDesktop& FakeDesktop::withInputSources(std::vector<InputSource> sources) {
+    inputSources.setEnabled(std::move(sources));
+    return *this;
+}
+
+FakeDesktop& FakeDesktop::withPermissions(std::set<core::MacPermission> granted) {
+    for (const auto permission : core::allPermissions) {
+        granted.contains(permission) ? permissions.grant(permission) : permissions.revoke(permission);
+    }
+    return *this;
+}
+
+FakeDesktop& FakeDesktop::withFocusedTextField(std::string role) {
+    accessibility.focus(frontPid(), &accessibility.tree(frontPid()).addTextField(std::move(role)));
+    return *this;
+}
+
+FakeDesktop& FakeDesktop::withFocusedPasswordField() {
+    auto& field = accessibility.tree(frontPid()).addTextField().with("AXSubrole", "AXSecureTextField");
+    accessibility.focus(frontPid(), &field);
+    return *this;
+}
+
+void FakeDesktop::send(EventType type, core::KeyCode key) {
+    core::EventFlags flags = 0;
+    for (const auto modifier : modifiers_) {
+        flags |= keyOf(modifier).common | keyOf(modifier).own;
+    }
+    delivered_.push_back(tap.send({.type = type, .keyCode = key, .flags = flags, .replacementText = std::nullopt}));
+    keyEvents.setCurrentFlags(flags); // a tap comes before the session
+}
+
+FakeDesktop& FakeDesktop::press(Modifier modifier) {
+    if (!modifiers_.insert(modifier).second) {
+        throw std::logic_error("This modifier is held already");
+    }
+    send(EventType::flagsChanged, keyOf(modifier).keyCode);
+    return *this;
+}
+
+FakeDesktop& FakeDesktop::release(Modifier modifier) {
+    if (modifiers_.erase(modifier) == 0) {
+        throw std::logic_error("This modifier is not held");
+    }
+    send(EventType::flagsChanged, keyOf(modifier).keyCode);
+    return *this;
+}
+
+FakeDesktop& FakeDesktop::press(core::KeyCode key) {
+    keys_.insert(key); // pressing a held key is its repetition
+    send(EventType::keyDown, key);
+    return *this;
+}
+
+FakeDesktop& FakeDesktop::release(core::KeyCode key) {
+    if (keys_.erase(key) == 0) {
+        throw std::logic_error("This key is not held");
+    }
+    send(EventType::keyUp, key);
+    return *this;
+}
+
+FakeDesktop& FakeDesktop::type(core::KeyCode key) {
+    return press(key).release(key);
+}
+
+FakeDesktop& FakeDesktop::click(EventType button) {
+    send(button, 0);
+    return *this;
+}
+
+FakeDesktop& FakeDesktop::scroll() {
+    send(EventType::scrollWheel, 0);
+    return *this;
+}
+
+FakeDesktop& FakeDesktop::switchTo(std::string_view bundleID) {
+    const auto running = workspace.runningApplications(bundleID);
+    workspace.activate(running.empty() ? workspace.open(std::string(bundleID)) : running.front().pid);
+    return *this;
+}
+
+FakeDesktop& FakeDesktop::releaseAll() {
+    while (!keys_.empty()) {
+        release(*keys_.begin());
+    }
+    while (!modifiers_.empty()) {
+        release(*modifiers_.begin());
+    }
+    return *this;
+}
+
+pid_t FakeDesktop::frontPid() const {
+    const auto front = workspace.frontmostApplication();
+    if (!front) {
+        throw std::logic_error("No application is in front");
+    }
+    return front->pid;
+}
+
+std::u16string FakeDesktop::replacedText() const {
+    std::u16string text;
+    for (const auto& event : delivered_) {
+        if (event.type == EventType::keyDown && event.replacementText) {
+            text.push_back(*event.replacementText);
+        }
+    }
+    return text;
+}
+
+FakeDesktop& FakeDesktop::settle() {
+    queue.runPosted();
+    return *this;
+}
+
+} // namespace quillane::fakes

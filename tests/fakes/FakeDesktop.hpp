@@ -1,0 +1,118 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "fakes/FakeAccessibility.hpp"
+#include "fakes/FakeApplicationMenu.hpp"
+#include "fakes/FakeEventTap.hpp"
+#include "fakes/FakeInputSources.hpp"
+#include "fakes/FakeKeyEvents.hpp"
+#include "fakes/FakeMainQueue.hpp"
+#include "fakes/FakePermissionService.hpp"
+#include "fakes/FakeStatusItem.hpp"
+#include "fakes/FakeUserDefaults.hpp"
+#include "fakes/FakeWindowTraits.hpp"
+#include "fakes/FakeWorkspace.hpp"
+#include "fakes/Modifier.hpp"
+#include "platform/Platform.hpp"
+
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillane::fakes {
+
+/// Input sources as the system describes them.
+[[nodiscard]] InputSource english();
+[[nodiscard]] InputSource hebrew();
+[[nodiscard]] InputSource arabic();
+
+/// A whole desktop of fakes with a manual clock. A test builds it, acts as the user would, and reads what came out:
+///
+///     FakeDesktop desktop;
+///     desktop.withFrontApplication("com.apple.TextEdit").withInputSources({hebrew()}).withFocusedTextField();
+///     desktop.press(Modifier::leftShift).type(0);
+///     EXPECT_EQ(desktop.replacedText(), u"a");
+///
+/// All permissions are granted at first, and no application is in front.
+class FakeDesktop {
+public:
+    FakeDesktop();
+
+    /// The bundle that an application is built with. Moving a member out leaves the fake reachable here as long as it
+    /// lives.
+    Platform platform;
+
+    FakeMainQueue& queue;
+    FakeUserDefaults& userDefaults;
+    FakeWorkspace& workspace;
+    FakeInputSources& inputSources;
+    FakeKeyEvents& keyEvents;
+    FakeEventTap& tap;
+    FakeAccessibility& accessibility;
+    FakePermissionService& permissions;
+    FakeStatusItem& statusItem;
+    FakeApplicationMenu& applicationMenu;
+    FakeWindowTraits& windowTraits;
+
+    // Building.
+
+    /// Opens another application and brings it to the front.
+    FakeDesktop& withFrontApplication(std::optional<std::string> bundleID, std::string name = {});
+
+    /// The first source is in use.
+    FakeDesktop& withInputSources(std::vector<InputSource> sources);
+
+    /// Exactly these permissions are granted.
+    FakeDesktop& withPermissions(std::set<core::MacPermission> granted);
+
+    /// The application in front gets a field of that kind, and the keyboard focus is on it.
+    FakeDesktop& withFocusedTextField(std::string role = "AXTextField");
+    FakeDesktop& withFocusedPasswordField();
+
+    // What the user does. Every event goes through the tap to the application in front.
+
+    FakeDesktop& press(Modifier modifier);
+    FakeDesktop& release(Modifier modifier);
+    FakeDesktop& press(core::KeyCode key);
+    FakeDesktop& release(core::KeyCode key);
+
+    /// Presses and releases a key.
+    FakeDesktop& type(core::KeyCode key);
+
+    FakeDesktop& click(EventType button = EventType::leftMouseDown);
+    FakeDesktop& scroll();
+
+    /// Brings an application to the front, opening it when it does not run.
+    FakeDesktop& switchTo(std::string_view bundleID);
+
+    /// Releases every key and modifier that is held.
+    FakeDesktop& releaseAll();
+
+    // What came out.
+
+    /// The process in front. Throws when nothing is in front.
+    [[nodiscard]] pid_t frontPid() const;
+
+    /// The events that went on to the application in front, in order. There are as many as the user made: a tap takes
+    /// none away.
+    [[nodiscard]] const std::vector<InputEvent>& delivered() const { return delivered_; }
+
+    /// The characters of the key presses whose text was replaced, in order.
+    [[nodiscard]] std::u16string replacedText() const;
+
+    /// Lets everything that was posted run.
+    FakeDesktop& settle();
+
+private:
+    explicit FakeDesktop(Platform made);
+
+    void send(EventType type, core::KeyCode key);
+
+    std::set<Modifier> modifiers_;
+    std::set<core::KeyCode> keys_;
+    std::vector<InputEvent> delivered_;
+};
+
+} // namespace quillane::fakes

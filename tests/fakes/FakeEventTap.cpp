@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "fakes/FakeEventTap.hpp"
+
+#include <stdexcept>
+#include <utility>
+
+namespace quillane::fakes {
+
+namespace {
+
+bool isKeyEvent(const InputEvent& event) {
+    return event.type == EventType::keyDown || event.type == EventType::keyUp;
+}
+
+} // namespace
+
+bool FakeEventTap::start(std::uint64_t mask, Receiver receiver) {
+    if (receiving_ || exists()) {
+        throw std::logic_error("The tap is started inside its receiver or while it exists");
+    }
+    ++startCount_;
+    if (!permitted_() || mask == 0 || !receiver) {
+        return false;
+    }
+    mask_ = mask;
+    receiver_ = std::move(receiver);
+    enabled_ = !startsDisabled_;
+    return true;
+}
+
+void FakeEventTap::stop() {
+    if (receiving_) {
+        throw std::logic_error("The tap is stopped inside its receiver");
+    }
+    receiver_ = nullptr;
+    mask_ = 0;
+    enabled_ = false;
+}
+
+void FakeEventTap::enable() {
+    ++enableCount_;
+    enabled_ = exists();
+}
+
+void FakeEventTap::setReplaceableKeys(std::span<const core::KeyCode> keys) {
+    replaceableKeys_ = {keys.begin(), keys.end()};
+}
+
+void FakeEventTap::receive(InputEvent& event) {
+    receiving_ = true;
+    receiver_(event);
+    receiving_ = false;
+}
+
+InputEvent FakeEventTap::send(InputEvent event) {
+    event.replacementText.reset();
+    if (isEnabled() && (mask_ & maskBit(event.type)) != 0) {
+        const auto sent = event;
+        receive(event);
+        const bool replaceable = isKeyEvent(sent) && replaceableKeys_.contains(sent.keyCode);
+        const auto text = replaceable ? event.replacementText : std::nullopt;
+        event = sent; // nothing but the text can be changed
+        event.replacementText = text;
+    }
+    return event;
+}
+
+void FakeEventTap::disable(EventType reason) {
+    if (!isEnabled()) {
+        return;
+    }
+    enabled_ = false;
+    InputEvent event{.type = reason, .keyCode = 0, .flags = 0, .replacementText = std::nullopt};
+    receive(event);
+}
+
+} // namespace quillane::fakes

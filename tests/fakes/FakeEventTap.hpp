@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/EventTap.hpp"
+
+#include <set>
+#include <utility>
+#include <vector>
+
+namespace quillane::fakes {
+
+/// An event tap that a test feeds. It refuses what a real one refuses: it is not created without the permission, hears
+/// nothing while it is disabled, and replaces text only of keys that were named before.
+class FakeEventTap final : public EventTap {
+public:
+    [[nodiscard]] bool start(std::uint64_t mask, Receiver receiver) override;
+    void stop() override;
+    void enable() override;
+
+    [[nodiscard]] bool isEnabled() const override { return exists() && enabled_; }
+
+    void setReplaceableKeys(std::span<const core::KeyCode> keys) override;
+
+    /// Passes the event through the tap and returns what goes on to the application in front.
+    InputEvent send(InputEvent event);
+
+    /// The system disables the tap and says so through it, as it does with a slow receiver.
+    void disable(EventType reason = EventType::tapDisabledByTimeout);
+
+    /// Asked when a tap is created; without permission there is none. One that exists is left alone.
+    void permitWhen(std::function<bool()> permitted) { permitted_ = std::move(permitted); }
+
+    /// A tap that is created, yet never gets enabled.
+    void setStartsDisabled(bool startsDisabled) { startsDisabled_ = startsDisabled; }
+
+    [[nodiscard]] bool exists() const { return receiver_ != nullptr; }
+
+    [[nodiscard]] std::uint64_t mask() const { return mask_; }
+
+    [[nodiscard]] int startCount() const { return startCount_; }
+
+    [[nodiscard]] int enableCount() const { return enableCount_; }
+
+    [[nodiscard]] const std::set<core::KeyCode>& replaceableKeys() const { return replaceableKeys_; }
+
+private:
+    void receive(InputEvent& event);
+
+    Receiver receiver_;
+    std::uint64_t mask_ = 0;
+    std::set<core::KeyCode> replaceableKeys_;
+    std::function<bool()> permitted_ = [] { return true; };
+    bool startsDisabled_ = false;
+    bool enabled_ = false;
+    bool receiving_ = false;
+    int startCount_ = 0;
+    int enableCount_ = 0;
+};
+
+} // namespace quillane::fakes

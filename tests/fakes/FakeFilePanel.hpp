@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/FilePanel.hpp"
+
+#include <optional>
+#include <utility>
+
+namespace quillane::fakes {
+
+/// A panel in which a test confirms or cancels.
+class FakeFilePanel final : public FilePanel {
+public:
+    void chooseFile(const Texts& texts, Chosen chosen) override {
+        ++requests;
+        if (!open) {
+            open = texts;
+            chosen_ = std::move(chosen);
+        }
+    }
+
+    void confirm(const std::filesystem::path& file) {
+        open.reset();
+        std::exchange(chosen_, nullptr)(file);
+    }
+
+    void cancel() {
+        open.reset();
+        chosen_ = nullptr;
+    }
+
+    std::optional<Texts> open; ///< the texts of the open panel
+    int requests = 0;          ///< calls of chooseFile
+
+private:
+    Chosen chosen_;
+};
+
+} // namespace quillane::fakes

@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/WindowTraits.hpp"
+
+#include <vector>
+
+namespace quillane::fakes {
+
+/// Records what was asked of the desktop.
+class FakeWindowTraits final : public WindowTraits {
+public:
+    void setActivationPolicy(ActivationPolicy policy) override { policies_.push_back(policy); }
+
+    /// Every policy that was set, in order.
+    [[nodiscard]] const std::vector<ActivationPolicy>& policies() const { return policies_; }
+
+private:
+    std::vector<ActivationPolicy> policies_;
+};
+
+} // namespace quillane::fakes

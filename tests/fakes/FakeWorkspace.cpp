@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "fakes/FakeWorkspace.hpp"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+namespace quillane::fakes {
+
+std::optional<RunningApplication> FakeWorkspace::frontmostApplication() const {
+    const auto found = front_ ? std::ranges::find(running_, *front_, &RunningApplication::pid) : running_.end();
+    return found == running_.end() ? std::nullopt : std::optional(*found);
+}
+
+std::vector<RunningApplication> FakeWorkspace::runningApplications(std::string_view bundleID) const {
+    std::vector<RunningApplication> found;
+    std::ranges::copy_if(running_, std::back_inserter(found),
+                         [&](const auto& one) { return one.bundleID == bundleID; });
+    return found;
+}
+
+bool FakeWorkspace::terminate(pid_t pid) {
+    if (refusesTermination_ || std::ranges::find(running_, pid, &RunningApplication::pid) == running_.end()) {
+        return false;
+    }
+    terminated_.push_back(pid);
+    quit(pid);
+    return true;
+}
+
+core::Subscription FakeWorkspace::onDidActivateApplication(std::function<void()> callback) {
+    return activated_.subscribe(std::move(callback));
+}
+
+core::Subscription FakeWorkspace::onDidWake(std::function<void()> callback) {
+    return woke_.subscribe(std::move(callback));
+}
+
+core::Subscription FakeWorkspace::onDidReopen(std::function<void()> callback) {
+    return reopened_.subscribe(std::move(callback));
+}
+
+pid_t FakeWorkspace::open(std::optional<std::string> bundleID, std::string name) {
+    const auto pid = nextPid_++;
+    running_.push_back({.pid = pid, .bundleID = std::move(bundleID), .name = std::move(name)});
+    return pid;
+}
+
+void FakeWorkspace::activate(pid_t pid) {
+    if (std::ranges::find(running_, pid, &RunningApplication::pid) == running_.end()) {
+        throw std::out_of_range("No application runs with this process identifier");
+    }
+    if (front_ != pid) {
+        front_ = pid;
+        activated_.notify();
+    }
+}
+
+void FakeWorkspace::quit(pid_t pid) {
+    std::erase_if(running_, [&](const auto& one) { return one.pid == pid; });
+    if (front_ == pid) {
+        front_.reset();
+    }
+}
+
+void FakeWorkspace::setBundleID(pid_t pid, std::optional<std::string> bundleID) {
+    const auto found = std::ranges::find(running_, pid, &RunningApplication::pid);
+    if (found == running_.end()) {
+        throw std::out_of_range("No application runs with this process identifier");
+    }
+    found->bundleID = std::move(bundleID);
+}
+
+void FakeWorkspace::activateNothing() {
+    front_.reset();
+}
+
+} // namespace quillane::fakes

@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/support/Listeners.hpp"
+#include "platform/Workspace.hpp"
+
+namespace quillane::fakes {
+
+/// A session whose applications a test opens, brings to the front and quits.
+class FakeWorkspace final : public Workspace {
+public:
+    [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override;
+    [[nodiscard]] std::vector<RunningApplication> runningApplications(std::string_view bundleID) const override;
+    bool terminate(pid_t pid) override;
+
+    [[nodiscard]] bool launchedAtLogin() const override { return launchedAtLogin_; }
+
+    core::Subscription onDidActivateApplication(std::function<void()> callback) override;
+    core::Subscription onDidWake(std::function<void()> callback) override;
+    core::Subscription onDidReopen(std::function<void()> callback) override;
+
+    /// Opens an application behind the others and returns its process identifier, which no other one had before.
+    pid_t open(std::optional<std::string> bundleID, std::string name = {});
+
+    /// Brings an application to the front and gives notice. Throws when it does not run.
+    void activate(pid_t pid);
+
+    /// The application quits by itself; nothing is in front when it was.
+    void quit(pid_t pid);
+
+    /// The application calls itself otherwise from now on.
+    void setBundleID(pid_t pid, std::optional<std::string> bundleID);
+
+    /// The desktop itself comes to the front: no application is there.
+    void activateNothing();
+
+    void wake() { woke_.notify(); }
+
+    void reopen() { reopened_.notify(); }
+
+    void setLaunchedAtLogin(bool launched) { launchedAtLogin_ = launched; }
+
+    /// Makes applications ignore the request to quit.
+    void setRefusesTermination(bool refuses) { refusesTermination_ = refuses; }
+
+    /// The processes that were asked to quit with success, in order.
+    [[nodiscard]] const std::vector<pid_t>& terminated() const { return terminated_; }
+
+private:
+    std::vector<RunningApplication> running_;
+    std::optional<pid_t> front_;
+    pid_t nextPid_ = 1001;
+    bool launchedAtLogin_ = false;
+    bool refusesTermination_ = false;
+    std::vector<pid_t> terminated_;
+    core::Listeners<> activated_;
+    core::Listeners<> woke_;
+    core::Listeners<> reopened_;
+};
+
+} // namespace quillane::fakes

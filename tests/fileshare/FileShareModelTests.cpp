@@ -1,0 +1,162 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "fileshare/FileShareModel.hpp"
+
+#include "core/localization/Texts.hpp"
+#include "fileshare/FileShareTest.hpp"
+
+namespace quillane {
+namespace {
+
+using namespace std::chrono_literals;
+using State = FileShareModel::State;
+
+class FileShareModelTests : public FileShareTest {
+protected:
+    std::unique_ptr<FileShareModel> model_ = std::make_unique<FileShareModel>(file_, services_);
+};
+
+const core::Url link = core::Url::parse("https://files.example:8443/up/abc/file.txt").value();
+
+TEST_F(FileShareModelTests, BeginsUploadingWithTheSavedServer) {
+    EXPECT_EQ(model_->state(), State(FileShareModel::Uploading{}));
+    EXPECT_EQ(model_->progress(), 0);
+    EXPECT_FALSE(model_->copied());
+    EXPECT_EQ(model_->server().displayName(), "files.example:8443/up");
+    EXPECT_TRUE(sessions_.transfers.empty());
+}
+
+TEST_F(FileShareModelTests, StartUploadsTheFile) {
+    model_->start();
+    EXPECT_EQ(transfer().request->url.absoluteString(), "https://files.example:8443/up/file.txt");
+    transfer().send(250, 1000);
+    EXPECT_EQ(model_->progress(), 0.25);
+}
+
+TEST_F(FileShareModelTests, CompletesWithTheLink) {
+    model_->start();
+    answerWithLink();
+    EXPECT_EQ(model_->state(), State(FileShareModel::Completed{link}));
+}
+
+TEST_F(FileShareModelTests, AFailureHasItsMessageWithThisUploadsServer) {
+    model_->start();
+    core::FileShareServer::standard().save(defaults_);
+    transfer().complete(core::UrlResponse{413});
+    EXPECT_EQ(model_->state(), State(FileShareModel::Failed{core::texts::fileTooLarge("files.example:8443/up")}));
+}
+
+TEST_F(FileShareModelTests, AFileThatCannotBeSentFailsAtOnce) {
+    FileShareModel folder(core::Url::fromFilePath(files_.folder()), services_);
+    folder.start();
+    EXPECT_EQ(folder.state(), State(FileShareModel::Failed{core::texts::selectRegularFile}));
+}
+
+TEST_F(FileShareModelTests, CancellingIsNoFailure) {
+    model_->start();
+    model_->cancel();
+    EXPECT_EQ(model_->state(), State(FileShareModel::Cancelled{}));
+    EXPECT_TRUE(transfer().destroyed);
+}
+
+TEST_F(FileShareModelTests, CancellingAfterTheEndChangesNothing) {
+    model_->start();
+    answerWithLink();
+    model_->cancel();
+    EXPECT_EQ(model_->state(), State(FileShareModel::Completed{link}));
+}
+
+TEST_F(FileShareModelTests, AnotherTryStartsFromZeroWithTheServerSavedNow) {
+    model_->start();
+    transfer().send(500, 1000);
+    model_->cancel();
+    core::FileShareServer::validating("http://nas")->save(defaults_);
+    model_->start();
+    EXPECT_EQ(model_->state(), State(FileShareModel::Uploading{}));
+    EXPECT_EQ(model_->progress(), 0);
+    EXPECT_EQ(model_->server().displayName(), "nas");
+    EXPECT_EQ(transfer().request->url.absoluteString(), "http://nas/file.txt");
+}
+
+TEST_F(FileShareModelTests, ChangingTheServerDoesNotTouchARunningUpload) {
+    model_->start();
+    core::FileShareServer::validating("http://nas")->save(defaults_);
+    EXPECT_EQ(model_->server().displayName(), "files.example:8443/up");
+    answerWithLink();
+    EXPECT_EQ(model_->state(), State(FileShareModel::Completed{link}));
+}
+
+TEST_F(FileShareModelTests, CopiesTheLinkOnlyWhenThereIsOne) {
+    pasteboard_.copyText("before");
+    model_->start();
+    model_->copyLink();
+    EXPECT_EQ(copiedText(), "before");
+    EXPECT_FALSE(model_->copied());
+    answerWithLink();
+    model_->copyLink();
+    EXPECT_EQ(copiedText(), link.absoluteString());
+    EXPECT_TRUE(model_->copied());
+    model_->start();
+    EXPECT_FALSE(model_->copied());
+}
+
+TEST_F(FileShareModelTests, ARefusedCopyIsNotCalledCopied) {
+    model_->start();
+    answerWithLink();
+    pasteboard_.refuseWrites();
+    model_->copyLink();
+    EXPECT_FALSE(model_->copied());
+}
+
+TEST_F(FileShareModelTests, ARunningUploadDoesNotKeepItAlive) {
+    model_->start();
+    model_.reset();
+    EXPECT_TRUE(transfer().destroyed);
+}
+
+TEST_F(FileShareModelTests, EveryChangeIsTold) {
+    int changes = 0;
+    QObject::connect(model_.get(), &FileShareModel::changed, [&] { ++changes; });
+    model_->start();
+    EXPECT_EQ(changes, 1);
+    transfer().send(1, 2);
+    EXPECT_EQ(changes, 2);
+    answerWithLink();
+    EXPECT_EQ(changes, 3);
+    model_->copyLink();
+    EXPECT_EQ(changes, 4);
+}
+
+TEST(TransferRateTests, TellsSpeedAndTimeLeft) {
+    TransferRate rate;
+    const TransferRate::Time begin;
+    EXPECT_FALSE(rate.estimate(1000));
+    rate.add(0, begin);
+    EXPECT_FALSE(rate.estimate(1000));
+    rate.add(40, begin + 400ms);
+    EXPECT_FALSE(rate.estimate(1000)); // too early to tell
+    rate.add(100, begin + 1s);
+    EXPECT_EQ(rate.estimate(1000), (TransferRate::Estimate{100, 9s}));
+    EXPECT_EQ(rate.estimate(101), (TransferRate::Estimate{100, 1s}));
+    EXPECT_FALSE(rate.estimate(100));
+}
+
+TEST(TransferRateTests, ForgetsWhatWasBeforeTheWindow) {
+    TransferRate rate;
+    const TransferRate::Time begin;
+    for (int second = 0; second <= 20; ++second) {
+        rate.add(second <= 10 ? second * 100 : 1000 + (second - 10) * 10, begin + std::chrono::seconds(second));
+    }
+    EXPECT_EQ(rate.estimate(1200)->bytesPerSecond, 10);
+}
+
+TEST(TransferRateTests, AStandstillHasNoEstimate) {
+    TransferRate rate;
+    const TransferRate::Time begin;
+    rate.add(100, begin);
+    rate.add(100, begin + 3s);
+    EXPECT_FALSE(rate.estimate(1000));
+}
+
+} // namespace
+} // namespace quillane

@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/clipboard/PasteboardTypes.hpp"
+#include "fakes/FakeFilePanel.hpp"
+#include "fakes/FakePasteboard.hpp"
+#include "fakes/FakeUrlSession.hpp"
+#include "fakes/FakeUserDefaults.hpp"
+#include "fakes/TemporaryFiles.hpp"
+#include "fileshare/FileShareService.hpp"
+
+#include <QApplication>
+#include <QEvent>
+
+#include <gtest/gtest.h>
+
+namespace quillane {
+
+/// Sharing files with everything around it faked; windows are drawn off the screen.
+class FileShareTest : public testing::Test {
+protected:
+    FileShareTest() {
+        preferences_.choose(core::AppLanguage::english);
+        core::FileShareServer::validating("https://files.example:8443/up")->save(defaults_);
+    }
+
+    /// The transfer of the upload that was started last.
+    [[nodiscard]] fakes::FakeUrlSessions::Transfer& transfer() const { return sessions_.last(); }
+
+    void answerWithLink() {
+        transfer().receive("https://files.example:8443/up/abc/file.txt\n");
+        transfer().complete(core::UrlResponse{201});
+    }
+
+    /// Lets windows that have closed go.
+    static void runDeferred() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+
+    [[nodiscard]] std::optional<std::string> copiedText() const {
+        return pasteboard_.string(core::PasteboardTypes::string);
+    }
+
+private:
+    struct OffscreenPlatform {
+        OffscreenPlatform() { ::setenv("QT_QPA_PLATFORM", "offscreen", 1); }
+    };
+
+    OffscreenPlatform offscreen_;
+    int argc_ = 1;
+    std::string name_ = "tests";
+    char* argv_ = name_.data();
+    QApplication application_{argc_, &argv_};
+
+protected:
+    fakes::TemporaryFiles files_;
+    fakes::FakeUserDefaults defaults_;
+    core::AppPreferences preferences_{defaults_};
+    fakes::FakePasteboard pasteboard_;
+    fakes::FakeFilePanel panel_;
+    fakes::FakeUrlSessions sessions_;
+    std::vector<std::string> symbols_; ///< names that were drawn
+    FileShareServices services_{.userDefaults = defaults_,
+                                .preferences = preferences_,
+                                .pasteboard = pasteboard_,
+                                .filePanel = panel_,
+                                .sessions = sessions_.factory(),
+                                .symbol = [this](const std::string& name, const QColor& color) {
+                                    symbols_.push_back(name);
+                                    QPixmap pixmap(48, 48);
+                                    pixmap.fill(color);
+                                    return QIcon(pixmap);
+                                }};
+    core::Url file_ = files_.url("file.txt", std::string(1000, 'x'));
+};
+
+} // namespace quillane

@@ -1,0 +1,273 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "fileshare/FileShareWindow.hpp"
+
+#include "core/localization/Texts.hpp"
+#include "fileshare/FileShareTest.hpp"
+
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTest>
+#include <QUrl>
+
+#include <filesystem>
+
+namespace quillane {
+namespace {
+
+using core::AppLanguage;
+
+class FileShareWindowTests : public FileShareTest {
+protected:
+    FileShareWindow& open() {
+        service_.show(file_);
+        return *service_.windows().back();
+    }
+
+    [[nodiscard]] static QString text(const FileShareWindow& window, const char* name) {
+        const auto* label = window.findChild<QLabel*>(QLatin1String(name));
+        return label->isVisibleTo(&window) ? label->text() : QStringLiteral("hidden");
+    }
+
+    [[nodiscard]] static QPushButton& button(const FileShareWindow& window, const char* name) {
+        return *window.findChild<QPushButton*>(QLatin1String(name));
+    }
+
+    /// The names of the buttons that are shown, in no particular order.
+    [[nodiscard]] static std::set<std::string> buttons(const FileShareWindow& window) {
+        std::set<std::string> names;
+        for (const auto* button : window.findChildren<QPushButton*>()) {
+            if (button->isVisibleTo(&window)) {
+                names.insert(button->objectName().toStdString());
+            }
+        }
+        return names;
+    }
+
+    /// Draws the window in every language, into a file for whoever wants to look, and finds no text cut off.
+    void expectFits(FileShareWindow& window, const std::string& name) {
+        for (const auto language : core::allLanguages) {
+            preferences_.choose(language);
+            QCoreApplication::processEvents();
+            const auto picture = window.grab();
+            EXPECT_EQ(picture.size() / picture.devicePixelRatio(), QSize(530, 350));
+            const auto file =
+                std::string(QUILLANE_SCREENSHOTS) + "/share-" + name + '-' + std::string(languageID(language)) + ".png";
+            EXPECT_TRUE(picture.save(QString::fromStdString(file)));
+            for (const auto* label : window.findChildren<QLabel*>()) {
+                if (label->isVisibleTo(&window) && !label->text().isEmpty()) {
+                    EXPECT_GE(label->height(), label->heightForWidth(label->width()))
+                        << name << ' ' << label->text().toStdString();
+                    EXPECT_TRUE(window.rect().contains(QRect(label->mapTo(&window, QPoint()), label->size())));
+                }
+            }
+            for (const auto* each : window.findChildren<QPushButton*>()) {
+                if (each->isVisibleTo(&window)) {
+                    EXPECT_GE(each->width(), each->minimumSizeHint().width()) << each->text().toStdString();
+                    EXPECT_TRUE(window.rect().contains(QRect(each->mapTo(&window, QPoint()), each->size())));
+                }
+            }
+        }
+        preferences_.choose(AppLanguage::english);
+    }
+
+    FileShareService service_{services_};
+};
+
+TEST_F(FileShareWindowTests, ShowsTheUpload) {
+    auto& window = open();
+    EXPECT_EQ(window.windowTitle(), "Quillane Share");
+    EXPECT_EQ(text(window, "fileName"), "file.txt");
+    EXPECT_EQ(text(window, "detail"), "Uploading file…");
+    EXPECT_EQ(text(window, "note"),
+              "The file is uploaded to files.example:8443/up. Anyone with the link can download it.");
+    EXPECT_EQ(buttons(window), std::set<std::string>{"cancel"});
+    EXPECT_EQ(symbols_.back(), "icloud.and.arrow.up");
+    transfer().send(379, 1000);
+    EXPECT_EQ(text(window, "percentage"), "37%");
+    EXPECT_EQ(window.findChild<QProgressBar*>()->value(), 379);
+    expectFits(window, "uploading");
+    transfer().send(1000, 1000);
+    EXPECT_EQ(text(window, "detail"), "Waiting for the download link…");
+    expectFits(window, "waiting");
+}
+
+TEST_F(FileShareWindowTests, ALongNameIsCutInItsMiddleAndHelpHasThePath) {
+    const auto name = std::string(100, 'a') + "ש" + std::string(100, 'b') + ".txt";
+    service_.show(files_.url(name));
+    auto& window = *service_.windows().back();
+    EXPECT_TRUE(text(window, "fileName").contains(QStringLiteral("…")));
+    EXPECT_TRUE(text(window, "fileName").endsWith(QStringLiteral(".txt")));
+    EXPECT_TRUE(window.findChild<QLabel*>("fileName")->toolTip().endsWith(QString::fromStdString(name)));
+    expectFits(window, "long-name");
+}
+
+TEST_F(FileShareWindowTests, ShowsTheLink) {
+    auto& window = open();
+    answerWithLink();
+    EXPECT_EQ(text(window, "title"), "Your file is ready to share");
+    EXPECT_EQ(text(window, "linkLabel"), "Download link");
+    const auto* link = window.findChild<QLineEdit*>("link");
+    EXPECT_EQ(link->text(), "https://files.example:8443/up/abc/file.txt");
+    EXPECT_TRUE(link->isReadOnly());
+    EXPECT_EQ(buttons(window), (std::set<std::string>{"close", "copy", "copyAndClose"}));
+    EXPECT_EQ(symbols_.back(), "checkmark.circle.fill");
+    EXPECT_EQ(button(window, "copy").text(), "Copy link");
+    expectFits(window, "completed");
+    button(window, "copy").click();
+    EXPECT_EQ(button(window, "copy").text(), "Link copied");
+    EXPECT_EQ(copiedText(), "https://files.example:8443/up/abc/file.txt");
+    expectFits(window, "copied");
+}
+
+TEST_F(FileShareWindowTests, TheLinkRunsLeftToRightInEveryLanguage) {
+    auto& window = open();
+    answerWithLink();
+    for (const auto language : core::allLanguages) {
+        preferences_.choose(language);
+        EXPECT_EQ(window.findChild<QLineEdit*>("link")->layoutDirection(), Qt::LeftToRight);
+        EXPECT_EQ(window.findChild<QLabel*>("title")->layoutDirection(),
+                  isRTL(language) ? Qt::RightToLeft : Qt::LeftToRight);
+    }
+}
+
+TEST_F(FileShareWindowTests, ReturnCopiesAndClosesOnceThereIsALink) {
+    auto& window = open();
+    window.activateWindow();
+    QTest::keyClick(&window, Qt::Key_Return);
+    EXPECT_TRUE(window.isVisible());
+    answerWithLink();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(button(window, "copyAndClose").isDefault());
+    QTest::keyClick(&window, Qt::Key_Return);
+    EXPECT_EQ(copiedText(), "https://files.example:8443/up/abc/file.txt");
+    EXPECT_TRUE(service_.windows().empty());
+}
+
+TEST_F(FileShareWindowTests, ShowsAFailureAndTriesAgainWithTheServerSavedThen) {
+    auto& window = open();
+    transfer().complete(core::UrlResponse{500});
+    EXPECT_EQ(text(window, "title"), "Upload did not complete");
+    EXPECT_EQ(text(window, "detail"), "Upload failed. The server returned status 500.");
+    EXPECT_EQ(buttons(window), (std::set<std::string>{"close", "tryAgain"}));
+    EXPECT_EQ(symbols_.back(), "exclamationmark.circle");
+    expectFits(window, "failed");
+    core::FileShareServer::validating("http://nas")->save(defaults_);
+    button(window, "tryAgain").click();
+    EXPECT_EQ(text(window, "detail"), "Uploading file…");
+    EXPECT_EQ(text(window, "note"), "The file is uploaded to nas. Anyone with the link can download it.");
+    EXPECT_EQ(transfer().request->url.absoluteString(), "http://nas/file.txt");
+}
+
+TEST_F(FileShareWindowTests, ShowsThatItWasCancelled) {
+    auto& window = open();
+    transfer().send(500, 1000);
+    button(window, "cancel").click();
+    EXPECT_EQ(text(window, "title"), "Upload cancelled");
+    EXPECT_EQ(text(window, "detail"), "hidden");
+    EXPECT_EQ(buttons(window), (std::set<std::string>{"close", "tryAgain"}));
+    EXPECT_EQ(symbols_.back(), "xmark.circle");
+    expectFits(window, "cancelled");
+    button(window, "tryAgain").click();
+    EXPECT_EQ(text(window, "percentage"), "0%");
+}
+
+TEST_F(FileShareWindowTests, ServerNamesAreTextAndNoMarkup) {
+    core::FileShareServer::validating("https://files.example/%3Cb%3Ex")->save(defaults_);
+    auto& window = open();
+    EXPECT_EQ(window.findChild<QLabel*>("note")->textFormat(), Qt::PlainText);
+    EXPECT_TRUE(text(window, "note").contains("files.example/<b>x"));
+}
+
+TEST_F(FileShareWindowTests, ClosingCancelsAndForgetsTheWindow) {
+    auto& window = open();
+    window.close();
+    EXPECT_TRUE(transfer().destroyed);
+    EXPECT_TRUE(service_.windows().empty());
+    runDeferred();
+}
+
+TEST_F(FileShareWindowTests, TwoWindowsAreIndependent) {
+    auto& first = open();
+    auto& second = open();
+    ASSERT_EQ(sessions_.transfers.size(), 2U);
+    first.close();
+    EXPECT_TRUE(sessions_.transfers[0]->destroyed);
+    EXPECT_FALSE(sessions_.transfers[1]->destroyed);
+    runDeferred();
+    answerWithLink();
+    EXPECT_EQ(text(second, "title"), "Your file is ready to share");
+    EXPECT_EQ(service_.windows(), std::vector{&second});
+}
+
+TEST_F(FileShareWindowTests, CancelAllKeepsTheWindows) {
+    open();
+    open();
+    service_.cancelAll();
+    EXPECT_EQ(service_.windows().size(), 2U);
+    for (auto* window : service_.windows()) {
+        EXPECT_EQ(text(*window, "title"), "Upload cancelled");
+    }
+}
+
+TEST_F(FileShareWindowTests, ChoosingAFileNamesTheServerAndSharesTheFile) {
+    preferences_.choose(AppLanguage::english);
+    service_.choose();
+    ASSERT_TRUE(panel_.open);
+    EXPECT_EQ(panel_.open->title, "Quillane Share");
+    EXPECT_EQ(panel_.open->message, "Choose a file to upload to files.example:8443/up");
+    EXPECT_EQ(panel_.open->prompt, "Upload file");
+    EXPECT_TRUE(service_.windows().empty());
+    panel_.confirm(files_.folder() / "file.txt");
+    ASSERT_EQ(service_.windows().size(), 1U);
+    EXPECT_EQ(transfer().file, files_.folder() / "file.txt");
+}
+
+TEST_F(FileShareWindowTests, AnythingButOneFileIsAnsweredWithTheMessage) {
+    const auto other = files_.url("other.txt").absoluteString();
+    for (const auto& urls :
+         {std::vector<std::string>{}, {file_.absoluteString(), other}, {"https://files.example/a"}}) {
+        EXPECT_EQ(service_.share(urls), core::LocalizedText(core::texts::selectOneFile));
+    }
+    EXPECT_TRUE(service_.windows().empty());
+    EXPECT_EQ(service_.share({file_.absoluteString(), "https://files.example/a"}), std::nullopt); // one file
+    EXPECT_EQ(service_.windows().size(), 1U);
+}
+
+TEST_F(FileShareWindowTests, AFolderOpensAWindowWithItsMessage) {
+    EXPECT_EQ(service_.share({core::Url::fromFilePath(files_.folder()).absoluteString()}), std::nullopt);
+    EXPECT_EQ(text(*service_.windows().back(), "detail"),
+              "Select a regular file. To share a folder, compress it to a ZIP first.");
+}
+
+TEST_F(FileShareWindowTests, ADroppedFileIsSharedAndTwoAreRefused) {
+    auto& window = open();
+    const auto drop = [&](const QList<QUrl>& urls) {
+        QMimeData data;
+        data.setUrls(urls);
+        QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&window, &enter);
+        EXPECT_TRUE(enter.isAccepted());
+        QDropEvent event(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&window, &event);
+    };
+    const auto one = QUrl::fromEncoded(QByteArray::fromStdString(files_.url("שלום 1.txt").absoluteString()));
+    drop({one});
+    EXPECT_EQ(service_.windows().size(), 2U);
+    EXPECT_EQ(transfer().file, files_.folder() / "שלום 1.txt");
+    drop({one, one});
+    EXPECT_EQ(service_.windows().size(), 2U);
+    const auto* box = window.findChild<QMessageBox*>();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->text(), "Select one file to share.");
+}
+
+} // namespace
+} // namespace quillane

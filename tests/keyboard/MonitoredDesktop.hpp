@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "fakes/FakeDesktop.hpp"
+#include "keyboard/KeyboardMonitor.hpp"
+#include "keyboard/RTLInput.hpp"
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace quillane::testing {
+
+/// A faked desktop with a keyboard monitor on it, which has every feature on and is not started.
+class MonitoredDesktop {
+public:
+    MonitoredDesktop() {
+        monitor =
+            std::make_unique<KeyboardMonitor>(desktop.tap, desktop.keyEvents, desktop.workspace, desktop.queue, input);
+        monitor->onDirection = [this](core::WritingDirection direction) {
+            handled.push_back("direction " + std::string(core::rawValue(direction)));
+        };
+        monitor->onLanguageSwitch = [this] { handled.emplace_back("language switch"); };
+        monitor->onInterruption = [this] { handled.emplace_back("interruption"); };
+        monitor->onDisabled = [this] { handled.emplace_back("disabled"); };
+        monitor->onKeyboardActivity = [this] { handled.emplace_back("activity"); };
+        monitor->setOptions(switches);
+    }
+
+    MonitoredDesktop(const MonitoredDesktop&) = delete;
+    MonitoredDesktop& operator=(const MonitoredDesktop&) = delete;
+
+    /// Changes the options and tells the monitor.
+    template <typename Change>
+    void change(Change change) {
+        change(switches);
+        monitor->setOptions(switches);
+    }
+
+    /// The calls of handlers since the last time, in order, after everything posted has run.
+    std::vector<std::string> taken() {
+        desktop.settle();
+        return std::exchange(handled, {});
+    }
+
+    /// The same, without the calls that come with ordinary typing: chords alone.
+    std::vector<std::string> chords() {
+        auto all = taken();
+        std::erase_if(all, [](const std::string& one) { return one == "interruption" || one == "activity"; });
+        return all;
+    }
+
+    fakes::FakeDesktop desktop;
+    RTLInput input{desktop.inputSources, desktop.accessibility, desktop.workspace};
+    core::FeatureOptions switches;
+    std::unique_ptr<KeyboardMonitor> monitor; ///< until a test lets it go, and nobody may touch it then
+    std::vector<std::string> handled;
+};
+
+} // namespace quillane::testing

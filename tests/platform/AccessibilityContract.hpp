@@ -1,0 +1,147 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Accessibility.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <limits>
+#include <string>
+
+namespace quillane::testing {
+
+/// What every Accessibility promises. The driver is made anew for each test, with an application in front that has a
+/// text field and a password field, and has:
+///
+///     Accessibility& accessibility();
+///     pid_t pid();                             // of the application
+///     void focusTextField();
+///     void focusPasswordField();
+///     void stopAnswering();                    // the application hangs from now on
+///     bool waitUntil(std::function<bool()>);   // lets the world go on; false when it takes too long
+template <typename Driver>
+class AccessibilityContract : public ::testing::Test {
+protected:
+    template <typename Value>
+    [[nodiscard]] std::optional<Value> read(const AXElement& element, std::string_view name) {
+        const auto value = driver.accessibility().attribute(element, name);
+        const auto* exact = value ? std::get_if<Value>(&*value) : nullptr;
+        return exact ? std::optional<Value>(*exact) : std::nullopt;
+    }
+
+    [[nodiscard]] std::optional<AXElement> focused() {
+        return read<AXElement>(driver.accessibility().application(driver.pid()), "AXFocusedUIElement");
+    }
+
+    /// The focused element, as soon as it is a password field, or none is.
+    [[nodiscard]] std::optional<AXElement> focusedField(bool password) {
+        std::optional<AXElement> found;
+        const bool inTime = driver.waitUntil([&] {
+            found = focused();
+            return found && (read<std::string>(*found, "AXSubrole") == "AXSecureTextField") == password;
+        });
+        return inTime ? found : std::nullopt;
+    }
+
+    static constexpr pid_t nobody = std::numeric_limits<pid_t>::max();
+
+    Driver driver;
+};
+
+TYPED_TEST_SUITE_P(AccessibilityContract);
+
+TYPED_TEST_P(AccessibilityContract, AFocusedTextFieldIsEnabledAndSettable) {
+    this->driver.focusTextField();
+    const auto field = this->focusedField(false);
+    ASSERT_TRUE(field);
+    const auto role = this->template read<std::string>(*field, "AXRole");
+    EXPECT_TRUE(role == "AXTextField" || role == "AXTextArea") << role.value_or("none");
+    EXPECT_EQ(this->template read<bool>(*field, "AXEnabled"), true);
+    EXPECT_TRUE(this->driver.accessibility().isAttributeSettable(*field, "AXValue"));
+    EXPECT_FALSE(this->driver.accessibility().isAttributeSettable(*field, "AXNoSuchAttribute"));
+}
+
+TYPED_TEST_P(AccessibilityContract, APasswordFieldIsToldByItsSubrole) {
+    this->driver.focusPasswordField();
+    const auto field = this->focusedField(true);
+    ASSERT_TRUE(field);
+    EXPECT_EQ(this->template read<std::string>(*field, "AXRole"), "AXTextField");
+}
+
+TYPED_TEST_P(AccessibilityContract, SeveralAttributesComeInTheOrderAsked) {
+    this->driver.focusTextField();
+    const auto field = this->focusedField(false);
+    ASSERT_TRUE(field);
+    constexpr std::array<std::string_view, 3> names{"AXEnabled", "AXNoSuchAttribute", "AXRole"};
+    const auto values = this->driver.accessibility().attributes(*field, names);
+    ASSERT_TRUE(values);
+    ASSERT_EQ(values->size(), 3U);
+    EXPECT_EQ((*values)[0], AXValue(true));
+    EXPECT_TRUE(std::holds_alternative<std::monostate>((*values)[1]));
+    EXPECT_TRUE(std::holds_alternative<std::string>((*values)[2]));
+}
+
+TYPED_TEST_P(AccessibilityContract, AnAttributeThatIsMissingIsNone) {
+    this->driver.focusTextField();
+    const auto field = this->focusedField(false);
+    ASSERT_TRUE(field);
+    EXPECT_FALSE(this->driver.accessibility().attribute(*field, "AXNoSuchAttribute"));
+}
+
+TYPED_TEST_P(AccessibilityContract, ReferencesToOneElementAreEqual) {
+    this->driver.focusTextField();
+    const auto field = this->focusedField(false);
+    ASSERT_TRUE(field);
+    EXPECT_EQ(this->focusedField(false), field);
+    this->driver.focusPasswordField();
+    const auto password = this->focusedField(true);
+    ASSERT_TRUE(password);
+    EXPECT_NE(*password, *field);
+}
+
+TYPED_TEST_P(AccessibilityContract, AnElementIsAmongTheChildrenOfItsParent) {
+    this->driver.focusTextField();
+    const auto field = this->focusedField(false);
+    ASSERT_TRUE(field);
+    const auto parent = this->template read<AXElement>(*field, "AXParent");
+    ASSERT_TRUE(parent);
+    const auto children = this->template read<std::vector<AXElement>>(*parent, "AXChildren");
+    ASSERT_TRUE(children);
+    EXPECT_NE(std::ranges::find(*children, *field), children->end());
+}
+
+TYPED_TEST_P(AccessibilityContract, AProcessThatDoesNotRunGivesNoAnswer) {
+    const auto application = this->driver.accessibility().application(this->nobody);
+    constexpr std::array<std::string_view, 1> names{"AXRole"};
+    EXPECT_FALSE(this->driver.accessibility().attribute(application, "AXFocusedUIElement"));
+    EXPECT_FALSE(this->driver.accessibility().attributes(application, names));
+    EXPECT_FALSE(this->driver.accessibility().isAttributeSettable(application, "AXValue"));
+}
+
+TYPED_TEST_P(AccessibilityContract, AnApplicationThatHangsCostsTheTimeoutAlone) {
+    using namespace std::chrono_literals;
+    this->driver.focusTextField();
+    const auto field = this->focusedField(false);
+    ASSERT_TRUE(field);
+    this->driver.stopAnswering();
+    auto& accessibility = this->driver.accessibility();
+    accessibility.setMessagingTimeout(*field, 15ms);
+    constexpr std::array<std::string_view, 3> names{"AXRole", "AXSubrole", "AXEnabled"};
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(accessibility.attributes(*field, names));
+    EXPECT_FALSE(accessibility.isAttributeSettable(*field, "AXValue"));
+    // Far more than two time-outs, for a busy machine; far less than the second or more that a call takes without one.
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 500ms);
+}
+
+REGISTER_TYPED_TEST_SUITE_P(AccessibilityContract, AFocusedTextFieldIsEnabledAndSettable,
+                            APasswordFieldIsToldByItsSubrole, SeveralAttributesComeInTheOrderAsked,
+                            AnAttributeThatIsMissingIsNone, ReferencesToOneElementAreEqual,
+                            AnElementIsAmongTheChildrenOfItsParent, AProcessThatDoesNotRunGivesNoAnswer,
+                            AnApplicationThatHangsCostsTheTimeoutAlone);
+
+} // namespace quillane::testing

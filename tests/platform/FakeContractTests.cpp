@@ -1,0 +1,144 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "fakes/FakeDesktop.hpp"
+#include "fakes/FakePasteboard.hpp"
+#include "fakes/FakeSecretStore.hpp"
+#include "platform/AccessibilityContract.hpp"
+#include "platform/EventTapContract.hpp"
+#include "platform/InputSourcesContract.hpp"
+#include "platform/PasteboardContract.hpp"
+#include "platform/SecretStoreContract.hpp"
+#include "platform/WorkspaceContract.hpp"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace quillane {
+namespace {
+
+using namespace fakes;
+
+/// In a faked world everything has happened as soon as what was posted has run.
+class FakeDriver {
+public:
+    bool waitUntil(const std::function<bool()>& condition) {
+        desktop_.settle();
+        return condition();
+    }
+
+protected:
+    FakeDesktop desktop_;
+};
+
+class FakeEventTapDriver : public FakeDriver {
+public:
+    FakeEventTapDriver() { desktop_.withInputSources({hebrew()}).withFrontApplication("com.apple.TextEdit"); }
+
+    EventTap& tap() { return desktop_.tap; }
+
+    void press(core::KeyCode key) { desktop_.press(key); }
+
+    void release(core::KeyCode key) { desktop_.release(key); }
+
+    void press(Modifier modifier) { desktop_.press(modifier); }
+
+    void release(Modifier modifier) { desktop_.release(modifier); }
+
+    void click() { desktop_.click(); }
+
+    void scroll() { desktop_.scroll(); }
+
+    [[nodiscard]] std::u16string text() const {
+        std::u16string text;
+        for (const auto& event : desktop_.delivered()) {
+            if (event.type == EventType::keyDown) {
+                text += event.replacementText ? std::u16string(1, *event.replacementText) : ownText(event.keyCode);
+            }
+        }
+        return text;
+    }
+
+    [[nodiscard]] static std::u16string ownText(core::KeyCode key) { return {static_cast<char16_t>(u'\u05D0' + key)}; }
+};
+
+class FakeInputSourcesDriver : public FakeDriver {
+public:
+    FakeInputSourcesDriver() { desktop_.withInputSources({english(), hebrew(), arabic()}); }
+
+    InputSources& sources() { return desktop_.inputSources; }
+
+    void switchFromOutside(const std::string& id) {
+        for (const auto& source : desktop_.inputSources.enabled().value_or(std::vector<InputSource>())) {
+            if (source.id == id) {
+                desktop_.inputSources.switchFromOutside(source);
+            }
+        }
+    }
+};
+
+class FakeWorkspaceDriver : public FakeDriver {
+public:
+    static constexpr std::string_view first = "com.apple.TextEdit";
+    static constexpr std::string_view second = "com.apple.Notes";
+
+    Workspace& workspace() { return desktop_.workspace; }
+
+    pid_t open(std::string_view bundleID) {
+        desktop_.withFrontApplication(std::string(bundleID));
+        return desktop_.frontPid();
+    }
+
+    void activate(pid_t pid) { desktop_.workspace.activate(pid); }
+};
+
+class FakeAccessibilityDriver : public FakeDriver {
+public:
+    FakeAccessibilityDriver() { desktop_.withFrontApplication("com.apple.TextEdit").withFocusedTextField(); }
+
+    Accessibility& accessibility() { return desktop_.accessibility; }
+
+    [[nodiscard]] pid_t pid() const { return desktop_.frontPid(); }
+
+    void focusTextField() { desktop_.withFocusedTextField(); }
+
+    void focusPasswordField() { desktop_.withFocusedPasswordField(); }
+
+    void stopAnswering() { desktop_.accessibility.stopAnswering(pid()); }
+};
+
+class FakePasteboardDriver : public FakeDriver {
+public:
+    Pasteboard& pasteboard() { return pasteboard_; }
+
+    void copyText(std::string text) { pasteboard_.copyText(std::move(text)); }
+
+    void settle() {}
+
+private:
+    fakes::FakePasteboard pasteboard_;
+};
+
+class FakeSecretStoreDriver {
+public:
+    core::SecretStore& store() { return store_; }
+
+    void lock() { store_.failWith(core::SecretStatus::interactionNotAllowed); }
+
+private:
+    fakes::FakeSecretStore store_;
+};
+
+} // namespace
+
+namespace testing {
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, EventTapContract, FakeEventTapDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, InputSourcesContract, FakeInputSourcesDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, WorkspaceContract, FakeWorkspaceDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, AccessibilityContract, FakeAccessibilityDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, PasteboardContract, FakePasteboardDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SecretStoreContract, FakeSecretStoreDriver);
+
+} // namespace testing
+} // namespace quillane

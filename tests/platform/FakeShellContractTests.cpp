@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "fakes/FakeMainQueue.hpp"
+#include "fakes/FakeStatusItem.hpp"
+#include "platform/MainQueueContract.hpp"
+#include "platform/StatusItemContract.hpp"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace quillane {
+namespace {
+
+class FakeMainQueueDriver {
+public:
+    std::unique_ptr<MainQueue>& queue() { return queue_; }
+
+    [[nodiscard]] std::chrono::nanoseconds now() const { return fake_->now(); }
+
+    bool waitUntil(const std::function<bool()>& condition) {
+        using namespace std::chrono_literals;
+        fake_->runPosted();
+        for (int step = 0; !condition() && step < 5000; ++step) {
+            fake_->advance(1ms);
+        }
+        return condition();
+    }
+
+private:
+    std::unique_ptr<MainQueue> queue_ = std::make_unique<fakes::FakeMainQueue>();
+    fakes::FakeMainQueue* fake_ = static_cast<fakes::FakeMainQueue*>(queue_.get());
+};
+
+class FakeStatusItemDriver {
+public:
+    StatusItem& item() { return fake_; }
+
+    [[nodiscard]] std::vector<std::string> titles() const {
+        std::vector<std::string> result;
+        std::ranges::transform(fake_.rows(), std::back_inserter(result), &MenuRow::title);
+        return result;
+    }
+
+    [[nodiscard]] bool isChecked(const std::string& title) const { return fake_.row(title).checked; }
+
+    void choose(const std::string& title) {
+        try {
+            fake_.click(title);
+        } catch (const std::logic_error&) { // it refuses what a menu would not let happen
+        }
+    }
+
+private:
+    fakes::FakeStatusItem fake_;
+};
+
+} // namespace
+
+namespace testing {
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, MainQueueContract, FakeMainQueueDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, StatusItemContract, FakeStatusItemDriver);
+
+} // namespace testing
+} // namespace quillane

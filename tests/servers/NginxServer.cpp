@@ -1,0 +1,137 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "servers/NginxServer.hpp"
+
+#include "desktop/fixture/Waiting.hpp"
+#include "platform/common/FileDescriptor.hpp"
+
+#include <array>
+#include <filesystem>
+#include <optional>
+
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace quillane::servers {
+
+namespace {
+
+const live::Environment environment{{"PATH", "/usr/sbin:/usr/bin:/sbin:/bin"}};
+
+sockaddr_in6 loopback(std::uint16_t port) {
+    sockaddr_in6 address{};
+    address.sin6_family = AF_INET6;
+    address.sin6_port = htons(port);
+    address.sin6_addr = in6addr_loopback;
+    return address;
+}
+
+/// Ports that nobody has at this moment.
+std::optional<NginxServer::Ports> freePorts() {
+    std::array<FileDescriptor, 3> sockets; // all held until all are known, so that they differ
+    std::array<std::uint16_t, 3> ports{};
+    for (std::size_t i = 0; i < sockets.size(); ++i) {
+        sockets[i] = FileDescriptor(::socket(AF_INET6, SOCK_STREAM, 0));
+        auto address = loopback(0);
+        socklen_t length = sizeof address;
+        if (::bind(sockets[i].get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+            ::getsockname(sockets[i].get(), reinterpret_cast<sockaddr*>(&address), &length) != 0) {
+            return std::nullopt;
+        }
+        ports[i] = ntohs(address.sin6_port);
+    }
+    return NginxServer::Ports{ports[0], ports[1], ports[2]};
+}
+
+bool isListening(std::uint16_t port) {
+    const FileDescriptor client(::socket(AF_INET6, SOCK_STREAM, 0));
+    const auto address = loopback(port);
+    return ::connect(client.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+}
+
+void replaceAll(std::string& text, const std::string& what, const std::string& with) {
+    for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at + with.size())) {
+        text.replace(at, what.size(), with);
+    }
+}
+
+std::string forgetting(std::uint16_t port) {
+    return "location /forget/ { client_body_in_file_only off; client_body_buffer_size 1m; proxy_http_version 1.1; "
+           "proxy_set_header Host $http_host; proxy_set_header X-Forwarded-Proto $scheme; proxy_request_buffering off; "
+           "proxy_pass http://127.0.0.1:" +
+           std::to_string(port) + "; }";
+}
+
+std::string configuration(const std::filesystem::path& folder, const NginxServer::Ports& ports,
+                          std::optional<std::uint16_t> passedOnTo) {
+    auto text = live::readFile(QUILLANE_SERVERS "/nginx.conf.in");
+    replaceAll(text, "@FOLDER@", folder);
+    replaceAll(text, "@SCRIPTS@", QUILLANE_SERVERS);
+    replaceAll(text, "@USER@", ::geteuid() == 0 ? "user root;" : "");
+    replaceAll(text, "@FORGET@", passedOnTo ? forgetting(*passedOnTo) : "");
+    replaceAll(text, "@HTTP@", std::to_string(ports.http));
+    replaceAll(text, "@HTTPS@", std::to_string(ports.https));
+    replaceAll(text, "@HTTP2@", std::to_string(ports.http2));
+    return text;
+}
+
+/// Makes the authority and the server's certificate; an error text when openssl fails.
+std::string makeCertificates(const std::filesystem::path& folder) {
+    const std::string base = folder;
+    if (!live::writeFile(folder / "names", "subjectAltName=DNS:localhost,IP:127.0.0.1,IP:::1\n")) {
+        return "cannot write to " + base;
+    }
+    const std::array<std::vector<std::string>, 3> commands{{
+        {"openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes", "-days", "2",
+         "-subj", "/CN=Quillane test authority", "-keyout", base + "/authority.key", "-out", base + "/authority.pem"},
+        {"openssl", "req", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes", "-subj", "/CN=localhost",
+         "-keyout", base + "/server.key", "-out", base + "/server.csr"},
+        {"openssl", "x509", "-req", "-days", "2", "-in", base + "/server.csr", "-CA", base + "/authority.pem", "-CAkey",
+         base + "/authority.key", "-CAcreateserial", "-extfile", base + "/names", "-out", base + "/server.pem"},
+    }};
+    for (const auto& command : commands) {
+        const auto result =
+            live::runToEnd({.arguments = command, .environment = environment}, std::chrono::seconds(20));
+        if (!result.succeeded()) {
+            return result.errors;
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+tl::expected<NginxServer, std::string> NginxServer::start(std::optional<std::uint16_t> passedOnTo) {
+    std::string reason;
+    for (int attempt = 0; attempt < 3; ++attempt) { // somebody else may take a free port first
+        auto folder = live::TemporaryFolder::create("quillane-nginx");
+        const auto ports = freePorts();
+        if (!folder || !ports) {
+            return tl::unexpected(folder ? "no free ports on [::1]" : folder.error());
+        }
+        const auto& path = folder->path();
+        if (auto error = makeCertificates(path); !error.empty()) {
+            return tl::unexpected(std::move(error));
+        }
+        std::filesystem::create_directory(path / "files");
+        if (!live::writeFile(path / "nginx.conf", configuration(path, *ports, passedOnTo))) {
+            return tl::unexpected("cannot write to " + path.string());
+        }
+        auto process = live::ChildProcess::start(
+            {.arguments = {"nginx", "-c", path / "nginx.conf", "-p", path, "-e", path / "error.log"},
+             .environment = environment,
+             .errors = path / "start.log"});
+        if (!process) {
+            return tl::unexpected(process.error());
+        }
+        if (live::waitUntil([&] { return isListening(ports->http) || !process->isRunning(); }) &&
+            process->isRunning()) {
+            return NginxServer(*std::move(folder), *std::move(process), *ports);
+        }
+        reason = live::readFile(path / "error.log") + live::readFile(path / "start.log");
+    }
+    return tl::unexpected("nginx did not start: " + reason);
+}
+
+} // namespace quillane::servers
