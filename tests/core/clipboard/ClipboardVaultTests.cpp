@@ -14,6 +14,7 @@ namespace {
 
 using testing::bytesOf;
 using ::testing::ElementsAre;
+using namespace std::string_literals;
 using testing::testKey;
 using testing::textEntry;
 using Reason = VaultError::Reason;
@@ -52,7 +53,7 @@ std::vector<ClipboardEntry> threeEntries() {
         ClipboardEntry::make(ClipboardKind::image, "", "com.example.draw", "צייר", {}, Date{std::nextafter(7e8, 8e8)});
     image.items =
         ClipboardItems{{{"public.png", std::vector<std::byte>(70'000, std::byte{200})}, {"public.tiff", bytesOf("")}}};
-    return {textEntry(std::string("שלום \0\x01 😀\r\n", 21), 7e8 + 1.0 / 3), pinned, image};
+    return {textEntry("שלום \0\x01 😀\r\n"s, 7e8 + 1.0 / 3), pinned, image};
 }
 
 TEST_F(ClipboardVaultTest, LoadsWhatWasSavedWithEveryFieldAndInOrder) {

@@ -44,9 +44,14 @@ std::string noise(std::size_t size) {
     return bytes;
 }
 
+/// For whoever does answer: a loaded machine may keep a well-behaved program waiting for longer than the usual limits.
+constexpr X11PasteboardLimits patient{{std::chrono::seconds(60), std::chrono::seconds(60)}, std::chrono::seconds(60)};
+constexpr X11PasteboardLimits impatient{{std::chrono::milliseconds(400), std::chrono::milliseconds(1'500)},
+                                        std::chrono::milliseconds(400)};
+
 class X11PasteboardTest : public testing::X11Test {
 protected:
-    X11PasteboardTest() { follow(); }
+    explicit X11PasteboardTest(X11PasteboardLimits limits = patient) : pasteboard_{*connection_, limits} { follow(); }
 
     void follow() {
         pasteboard_.setInterest([this](const core::PasteboardTypeSet& types) {
@@ -56,7 +61,7 @@ protected:
 
     /// Waits until the clipboard has changed hands and its contents have been fetched, or given up.
     void waitForContents(std::int64_t before) {
-        ASSERT_TRUE(waitUntil([&] { return pasteboard_.changeCount() >= before + 2; }, std::chrono::seconds(20)));
+        ASSERT_TRUE(waitUntil([&] { return pasteboard_.changeCount() >= before + 2; }, std::chrono::seconds(60)));
     }
 
     void copied(std::map<std::string, std::string> contents, Manner manner = Manner::whole) {
@@ -92,11 +97,11 @@ protected:
 
     /// What another program gets for a target.
     X11SelectionReader::Contents paste(std::string_view target) {
-        X11SelectionReader reader(peer_.connection(), peer_.atom("CLIPBOARD"), {});
+        X11SelectionReader reader(peer_.connection(), peer_.atom("CLIPBOARD"), patient.reading);
         std::optional<X11SelectionReader::Contents> result;
         reader.request(peer_.atom(target), XCB_CURRENT_TIME, 100 * mega,
                        [&](auto contents) { result = std::move(contents); });
-        EXPECT_TRUE(waitUntil([&] { return result.has_value(); }, std::chrono::seconds(20)));
+        EXPECT_TRUE(waitUntil([&] { return result.has_value(); }, std::chrono::seconds(70)));
         return std::move(*result);
     }
 
@@ -117,10 +122,22 @@ protected:
     core::ClipboardOptions options_;
     std::shared_ptr<void> alive_ = std::make_shared<int>();
     std::unique_ptr<X11Connection> connection_ = std::move(*X11Connection::open(server_.display()));
-    X11Pasteboard pasteboard_{
-        *connection_,
-        {{std::chrono::milliseconds(400), std::chrono::milliseconds(1'500)}, std::chrono::milliseconds(400)}};
+    X11Pasteboard pasteboard_;
     SelectionPeer peer_{server_.display()};
+};
+
+/// With limits that are soon over.
+class UnresponsiveProgramTest : public X11PasteboardTest {
+protected:
+    UnresponsiveProgramTest() : X11PasteboardTest(impatient) {}
+
+    /// A copy by a program that answers is read. It may take so long on a loaded machine that it is given up, too.
+    void expectNextCopyIsRead() {
+        for (int attempt = 0; attempt < 10 && capturedText() != "next"; ++attempt) {
+            copied({{"UTF8_STRING", "next"}});
+        }
+        EXPECT_EQ(capturedText(), "next");
+    }
 };
 
 // Reading
@@ -231,16 +248,15 @@ TEST_F(X11PasteboardTest, ReadsTheSourceMarker) {
     EXPECT_EQ(capture()->source, "com.example.marked");
 }
 
-TEST_F(X11PasteboardTest, AnOwnerThatDoesNotAnswerIsGivenUp) {
+TEST_F(UnresponsiveProgramTest, AnOwnerThatDoesNotAnswerIsGivenUp) {
     for (const auto manner : {Manner::silent, Manner::stalling, Manner::endless, Manner::lying}) {
         copied({{"UTF8_STRING", std::string(200'000, 'x')}}, manner);
         EXPECT_FALSE(capture());
     }
-    copied({{"UTF8_STRING", "good"}});
-    EXPECT_EQ(capturedText(), "good");
+    expectNextCopyIsRead();
 }
 
-TEST_F(X11PasteboardTest, AnOwnerThatVanishesLeavesNothing) {
+TEST_F(UnresponsiveProgramTest, AnOwnerThatVanishesLeavesNothing) {
     const auto before = pasteboard_.changeCount();
     {
         SelectionPeer shortLived(server_.display());
@@ -249,8 +265,7 @@ TEST_F(X11PasteboardTest, AnOwnerThatVanishesLeavesNothing) {
     }
     ASSERT_TRUE(waitUntil([&] { return pasteboard_.changeCount() >= before + 2; }));
     EXPECT_THAT(pasteboard_.itemTypes(), IsEmpty());
-    copied({{"UTF8_STRING", "next"}});
-    EXPECT_EQ(capturedText(), "next");
+    expectNextCopyIsRead();
 }
 
 TEST_F(X11PasteboardTest, ACopyDuringAFetchTakesItsPlace) {
@@ -326,7 +341,7 @@ TEST_F(X11PasteboardTest, ServesALargeImageInIncrementsToSeveralProgramsAtOnce) 
     const auto png = noise(15 * mega);
     restored(entryOf(core::ClipboardKind::image, {{{"public.png", bytesOf(png)}}}));
     SelectionPeer other(server_.display());
-    X11SelectionReader reader(other.connection(), other.atom("CLIPBOARD"), {});
+    X11SelectionReader reader(other.connection(), other.atom("CLIPBOARD"), patient.reading);
     std::optional<X11SelectionReader::Contents> second;
     reader.request(other.atom("image/png"), XCB_CURRENT_TIME, 100 * mega,
                    [&](auto contents) { second = std::move(contents); });
@@ -335,7 +350,7 @@ TEST_F(X11PasteboardTest, ServesALargeImageInIncrementsToSeveralProgramsAtOnce) 
     EXPECT_EQ(textOf(second->bytes), png);
 }
 
-TEST_F(X11PasteboardTest, AProgramThatStopsReadingIsForgottenAndOthersAreServed) {
+TEST_F(UnresponsiveProgramTest, AProgramThatStopsReadingIsForgottenAndOthersAreServed) {
     const auto png = noise(2 * mega);
     restored(entryOf(core::ClipboardKind::image, {{{"public.png", bytesOf(png)}}}));
     // Asks and never reads on: the events of this window are not looked at.
