@@ -40,8 +40,9 @@ protected:
         }
     };
 
+    /// Starts the tap, and waits until the server knows what it is to send.
     bool start(std::uint64_t mask = everything) {
-        return tap_.start(mask, [this](InputEvent& event) {
+        const bool started = tap_.start(mask, [this](InputEvent& event) {
             seen_.push_back({event.type, event.keyCode, event.flags});
             if (event.type == EventType::tapDisabledByTimeout) {
                 ++disabled_;
@@ -50,18 +51,22 @@ protected:
                 }
             }
         });
+        settle();
+        return started;
     }
 
-    /// Lets everything that has been typed so far arrive.
-    void settle() { session_.connection->settle(std::chrono::seconds(5)); }
-
-    std::vector<Seen> typed() {
-        user_.synchronize();
+    /// Lets the server carry out what has been asked of it, and everything that has been typed so far arrive.
+    void settle() {
         bool answered = false;
         session_.connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(session_.connection->raw()), alive_,
                                                                 [&](const auto*) { answered = true; });
         session_.connection->flush();
         EXPECT_TRUE(waitUntil([&] { return answered; }));
+    }
+
+    std::vector<Seen> typed() {
+        user_.synchronize();
+        settle();
         return std::exchange(seen_, {});
     }
 

@@ -192,10 +192,11 @@ std::optional<AtspiObject> AtspiAccessibility::focusedObject(const std::string& 
         if (!found) {
             return std::nullopt;
         }
-        if (found->is(AtspiState::focused) && !found->is(AtspiState::defunct)) {
+        if (found->is(AtspiState::defunct)) {
+            focus_.forget(focus->object);
+        } else if (focus_.confirm(focus->object, found->is(AtspiState::focused), known_->begin)) {
             return focus->object;
         }
-        focus_.forget(focus->object);
     }
     return std::nullopt;
 }

@@ -14,6 +14,7 @@ namespace {
 
 constexpr auto registry = "org.a11y.atspi.Registry";
 constexpr auto objectEvents = "org.a11y.atspi.Event.Object";
+constexpr std::chrono::milliseconds heldKeyboard{200}; // the tap holds a key for some milliseconds
 constexpr std::chrono::seconds shortestPatience{1};
 constexpr std::chrono::seconds longestPatience{32};
 
@@ -66,6 +67,27 @@ std::optional<AtspiFocus::Focus> AtspiFocus::in(const std::string& application) 
     return program.focused ? std::optional(Focus{*program.focused, program.change}) : std::nullopt;
 }
 
+bool AtspiFocus::confirm(const AtspiObject& object, bool hasState, BusConnection::Clock::time_point asked) {
+    const auto found = programs_.find(object.bus);
+    if (found == programs_.end() || found->second.focused != object) {
+        return false;
+    }
+    auto& program = found->second;
+    if (hasState) {
+        program.lostSince.reset();
+    } else if (!program.lostSince && program.told < asked) {
+        program.lostSince = asked;
+    }
+    if (isGone(program)) {
+        program.focused.reset();
+    }
+    return program.focused.has_value();
+}
+
+bool AtspiFocus::isGone(const Program& program) {
+    return program.lostSince && BusConnection::Clock::now() - *program.lostSince > heldKeyboard;
+}
+
 void AtspiFocus::forget(const AtspiObject& object) {
     for (auto& [application, program] : programs_) {
         if (program.focused == object) {
@@ -94,6 +116,8 @@ const AtspiFocusSearch* AtspiFocus::search(const std::string& application) {
 void AtspiFocus::takeResult(Program& program) {
     if (!program.focused && program.search && !program.search->isRunning() && program.search->result()) {
         program.focused = program.search->result();
+        program.told = BusConnection::Clock::now();
+        program.lostSince.reset();
         program.search.reset();
         program.patience = shortestPatience;
     }
@@ -179,11 +203,19 @@ void AtspiFocus::noteFocus(BusConnection& bus, DBusMessage& signal) {
         learn(bus, application, false);
     }
     auto& program = programs_[application];
-    program.change = ++changes_;
     program.search.reset();
     program.patience = shortestPatience;
+    const AtspiObject object{application, path};
+    const bool isSame = program.focused == object;
     if (*gained != 0) {
-        program.focused = AtspiObject{application, path};
+        if (!isSame || isGone(program)) {
+            program.change = ++changes_;
+        }
+        program.focused = object;
+        program.told = BusConnection::Clock::now();
+        program.lostSince.reset();
+    } else if (isSame && !program.lostSince) {
+        program.lostSince = BusConnection::Clock::now();
     }
 }
 

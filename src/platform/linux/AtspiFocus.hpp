@@ -27,11 +27,17 @@ public:
 
     struct Focus {
         AtspiObject object;
-        std::uint64_t change; ///< another number after every focus event of the application
+        std::uint64_t change; ///< another number whenever the application's focus has moved
     };
 
     /// The object that was last told to have the focus in the application; it may have lost it since.
     [[nodiscard]] std::optional<Focus> in(const std::string& application) const;
+
+    /// Whether the object that was told to have the focus counts as focused, given whether it has the state itself and
+    /// when it was asked for it. One that has lost the state just now still counts: GTK takes it from the focused text
+    /// while somebody holds the keyboard, which the event tap does for each key whose text it may replace. After that
+    /// moment the object is forgotten.
+    [[nodiscard]] bool confirm(const AtspiObject& object, bool hasState, BusConnection::Clock::time_point asked);
 
     /// Notes that the object has not got the focus after all.
     void forget(const AtspiObject& object);
@@ -44,6 +50,8 @@ private:
     struct Program {
         std::optional<pid_t> pid;
         std::optional<AtspiObject> focused;
+        BusConnection::Clock::time_point told{};                   ///< when it was last told to have the focus
+        std::optional<BusConnection::Clock::time_point> lostSince; ///< it was told, or seen, to have lost it
         std::uint64_t change = 0;
         std::unique_ptr<AtspiFocusSearch> search;
         std::chrono::seconds patience{1}; ///< between searches
@@ -55,6 +63,7 @@ private:
     void noteFocus(BusConnection& bus, DBusMessage& signal);
     void learn(BusConnection& bus, const std::string& application, bool searches);
     static void takeResult(Program& program);
+    static bool isGone(const Program& program);
 
     AccessibilityBus& bus_;
     mutable std::map<std::string, Program, std::less<>> programs_; ///< by bus name
