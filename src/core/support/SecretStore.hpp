@@ -32,7 +32,8 @@ struct SecretName {
 };
 
 /// The user's store of secrets: the login keychain, or the Secret Service of the session. Any thread but the main one:
-/// a call may wait for another process, for ten seconds at most. It never asks the user for anything.
+/// a call may wait for another process. The Secret Service is given ten seconds and is never allowed to ask the user;
+/// macOS may ask whether this application may use the item, and the call waits for the answer.
 class SecretStore {
 public:
     virtual ~SecretStore() = default;
