@@ -49,7 +49,9 @@ public:
             << policy << "</policy></busconfig>";
         bus_ = std::make_unique<TestProcess>(std::vector<std::string>{
             "dbus-daemon", "--config-file=" + home() + "/bus.conf", "--nofork", "--print-address"});
-        setenv("DBUS_SESSION_BUS_ADDRESS", bus_->readLine().c_str(), 1);
+        const auto address = bus_->readLine();
+        EXPECT_NE(address, "") << "the bus did not start";
+        setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
     }
 
     /// Starts the keyring of the session with a collection that is open.
@@ -143,7 +145,8 @@ TEST(SecretServiceStore, IsNotAvailableWithoutAServiceAndIsFoundOnceThereIsOne) 
 }
 
 TEST(SecretServiceStore, DenialIsTold) {
-    PrivateSession session("<deny send_destination=\"org.freedesktop.secrets\" send_member=\"OpenSession\"/>");
+    PrivateSession session("<deny send_destination=\"org.freedesktop.secrets\" "
+                           "send_interface=\"org.freedesktop.Secret.Service\" send_member=\"OpenSession\"/>");
     session.startKeyring();
     SecretServiceStore store;
     EXPECT_EQ(statusOf(store), SecretStatus::authFailed);
