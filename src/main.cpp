@@ -86,7 +86,7 @@ int runAgent(int argc, char** argv, const CommandLine::RunAgent& call) {
     }
     core::InstallationMigration::migratePreferences(*platform->userDefaults, platform->legacyPreferences);
     core::AppPreferences preferences(*platform->userDefaults);
-    SettingsModel model(*platform->userDefaults);
+    SettingsModel model(*platform->userDefaults, *platform->sleepAssertions);
     AppDelegate delegate(services(*platform), preferences, model,
                          {.version = QUILLANE_VERSION,
                           .keyboardAvailable = !platform->keyboardUnavailableReason,

@@ -89,6 +89,7 @@ void AppDelegate::applicationShouldHandleReopen() {
 void AppDelegate::applicationWillTerminate() {
     model_.optionsChanged = nullptr;
     monitor_.stop();
+    model_.endKeepAwake();
     refreshTimer_.cancel();
     subscriptions_.clear();
 }
@@ -119,6 +120,7 @@ void AppDelegate::updateStatusItem() {
 
 StatusMenuActions AppDelegate::menuActions() {
     StatusMenuActions actions;
+    actions.toggleKeepAwake = [this] { toggle(&core::FeatureOptions::keepAwake); };
     actions.toggleShift = [this] { toggle(&core::FeatureOptions::shiftEnglish); };
     actions.toggleLanguage = [this] { toggle(&core::FeatureOptions::languageSwitch); };
     actions.toggleDirection = [this] { toggle(&core::FeatureOptions::writingDirection); };
@@ -149,6 +151,7 @@ void AppDelegate::refreshRuntime() {
     } else if (!monitor_.isRunning()) {
         static_cast<void>(monitor_.start()); // whether it runs is read below
     }
+    model_.refreshKeepAwake();
     publishRuntime();
 }
 

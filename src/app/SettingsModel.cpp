@@ -16,8 +16,8 @@ bool anyKeyboardFeature(const core::FeatureOptions& options) {
 
 } // namespace
 
-SettingsModel::SettingsModel(core::UserDefaults& defaults)
-    : defaults_(defaults), options_(core::FeatureOptions::load(defaults)) {}
+SettingsModel::SettingsModel(core::UserDefaults& defaults, core::SleepAssertionClient& sleepAssertions)
+    : defaults_(defaults), sleepPrevention_(sleepAssertions), options_(core::FeatureOptions::load(defaults)) {}
 
 void SettingsModel::setOptions(const core::FeatureOptions& options) {
     options_ = options;
@@ -33,6 +33,15 @@ void SettingsModel::setRuntime(Runtime runtime) {
         runtime_ = std::move(runtime);
         emit changed();
     }
+}
+
+void SettingsModel::refreshKeepAwake() {
+    sleepPrevention_.setEnabled(options_.shouldKeepAwake());
+    auto runtime = runtime_;
+    runtime.keepAwakeActive = sleepPrevention_.isActive();
+    runtime.keepAwakeFailed = sleepPrevention_.error().has_value();
+    runtime.keepAwakeStatus = core::keepAwakeStatus(options_, runtime.keepAwakeFailed);
+    setRuntime(std::move(runtime));
 }
 
 void SettingsModel::setLastAction(core::LocalizedText text) {

@@ -4,6 +4,7 @@
 
 #include "core/localization/LocalizedText.hpp"
 #include "core/permissions/MacPermission.hpp"
+#include "core/power/SleepPrevention.hpp"
 #include "core/preferences/FeatureOptions.hpp"
 #include "core/preferences/UserDefaults.hpp"
 
@@ -32,12 +33,13 @@ public:
         std::string inputName;
         bool keepAwakeActive = false;
         bool keepAwakeFailed = false;
+        core::LocalizedText keepAwakeStatus;
         core::LocalizedText runtimeStatus; ///< the status row of the menu
 
         bool operator==(const Runtime&) const = default;
     };
 
-    explicit SettingsModel(core::UserDefaults& defaults);
+    SettingsModel(core::UserDefaults& defaults, core::SleepAssertionClient& sleepAssertions);
 
     [[nodiscard]] const core::FeatureOptions& options() const { return options_; }
 
@@ -47,6 +49,12 @@ public:
     [[nodiscard]] const Runtime& runtime() const { return runtime_; }
 
     void setRuntime(Runtime runtime);
+
+    /// Keeps the machine awake exactly when the options say so, and shows the outcome.
+    void refreshKeepAwake();
+
+    /// Lets it sleep again, whatever the options say: the program ends.
+    void endKeepAwake() { sleepPrevention_.setEnabled(false); }
 
     /// The outcome of the last action, for example a language switch.
     [[nodiscard]] const core::LocalizedText& lastAction() const { return lastAction_; }
@@ -79,6 +87,7 @@ private:
     [[nodiscard]] std::set<core::MacPermission> granted() const;
 
     core::UserDefaults& defaults_;
+    core::SleepPrevention sleepPrevention_;
     core::FeatureOptions options_;
     Runtime runtime_;
     core::LocalizedText lastAction_;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/power/SleepAssertionClient.hpp"
 #include "core/preferences/UserDefaults.hpp"
 #include "platform/Accessibility.hpp"
 #include "platform/ApplicationMenu.hpp"
@@ -36,6 +37,7 @@ struct Platform {
     std::unique_ptr<StatusItem> statusItem;
     std::unique_ptr<ApplicationMenu> applicationMenu;
     std::unique_ptr<WindowTraits> windowTraits;
+    std::unique_ptr<core::SleepAssertionClient> sleepAssertions;
 
     /// The settings of the program's previous edition, when it was used here.
     std::optional<core::PropertyListValue::Dictionary> legacyPreferences;

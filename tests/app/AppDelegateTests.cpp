@@ -29,7 +29,7 @@ protected:
     AppDelegateTests() { desktop.withInputSources({fakes::english(), fakes::hebrew()}); }
 
     AppDelegate& launch() {
-        model.emplace(defaults);
+        model.emplace(defaults, desktop.sleepAssertions);
         preferences.emplace(defaults);
         delegate.emplace(AppServices{.mainQueue = desktop.queue,
                                      .userDefaults = defaults,
@@ -394,6 +394,44 @@ TEST_F(AppDelegateTests, DirectionChordsAreCounted) {
     const auto json = nlohmann::json::parse(delegate->handleControlRequest({"status", {"--json"}}).text);
     EXPECT_EQ(json["lastDirection"]["direction"], "RTL");
     EXPECT_EQ(json["lastDirection"]["count"], 1);
+}
+
+TEST_F(AppDelegateTests, TheMenuRowKeepsTheMacAwakeAndPausingLetsItSleep) {
+    launch();
+    EXPECT_FALSE(checked("Keep Mac Awake"));
+    click("Keep Mac Awake");
+    EXPECT_TRUE(checked("Keep Mac Awake"));
+    EXPECT_EQ(desktop.sleepAssertions.held().size(), 2U);
+    click("Pause all");
+    EXPECT_FALSE(checked("Keep Mac Awake"));
+    EXPECT_TRUE(desktop.sleepAssertions.held().empty());
+    EXPECT_EQ(model->runtime().keepAwakeStatus, core::LocalizedText(core::texts::keepAwakePaused));
+    click("Resume");
+    EXPECT_TRUE(checked("Keep Mac Awake"));
+    EXPECT_EQ(desktop.sleepAssertions.held().size(), 2U);
+    click("Keep Mac Awake");
+    EXPECT_TRUE(desktop.sleepAssertions.held().empty());
+}
+
+TEST_F(AppDelegateTests, KeepingAwakeIsRememberedAndEndsWithTheProgram) {
+    defaults.setObject("KeepAwakeEnabled", true);
+    launch();
+    EXPECT_EQ(desktop.sleepAssertions.held().size(), 2U);
+    delegate->applicationWillTerminate();
+    EXPECT_TRUE(desktop.sleepAssertions.held().empty());
+    EXPECT_TRUE(core::FeatureOptions::load(defaults).keepAwake);
+}
+
+TEST_F(AppDelegateTests, ARefusedAssertionIsToldAndNotTriedAgainByTheTimer) {
+    desktop.sleepAssertions.refuse(core::SleepAssertionKind::display, 7);
+    launch();
+    click("Keep Mac Awake");
+    EXPECT_FALSE(checked("Keep Mac Awake"));
+    EXPECT_TRUE(model->runtime().keepAwakeFailed);
+    EXPECT_EQ(model->runtime().keepAwakeStatus, core::LocalizedText(core::texts::keepAwakeFailed));
+    const auto asked = desktop.sleepAssertions.asked().size();
+    desktop.queue.advance(10s);
+    EXPECT_EQ(desktop.sleepAssertions.asked().size(), asked);
 }
 
 } // namespace

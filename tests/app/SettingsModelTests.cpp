@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/SettingsModel.hpp"
 
+#include "fakes/FakeSleepAssertions.hpp"
 #include "fakes/FakeUserDefaults.hpp"
 
 #include <gtest/gtest.h>
@@ -39,7 +40,8 @@ protected:
     }
 
     fakes::FakeUserDefaults defaults;
-    SettingsModel model{defaults};
+    fakes::FakeSleepAssertions sleepAssertions;
+    SettingsModel model{defaults, sleepAssertions};
     int changes = 0;
 };
 
@@ -57,7 +59,7 @@ TEST_F(SettingsModelTests, OptionsAreSavedBeforeTheHandlerHearsOfThem) {
 
 TEST_F(SettingsModelTests, StoredOptionsAreReadAtStart) {
     defaults.setObject("ShiftEnglishEnabled", false);
-    EXPECT_FALSE(SettingsModel(defaults).options().shiftEnglish);
+    EXPECT_FALSE(SettingsModel(defaults, sleepAssertions).options().shiftEnglish);
 }
 
 TEST_F(SettingsModelTests, AnEqualRuntimeChangesNothing) {

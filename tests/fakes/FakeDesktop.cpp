@@ -22,6 +22,7 @@ Platform makeFakes() {
     made.statusItem = std::make_unique<FakeStatusItem>();
     made.applicationMenu = std::make_unique<FakeApplicationMenu>();
     made.windowTraits = std::make_unique<FakeWindowTraits>();
+    made.sleepAssertions = std::make_unique<FakeSleepAssertions>();
     return made;
 }
 
@@ -59,7 +60,8 @@ FakeDesktop::FakeDesktop(Platform made)
       permissions(fake<FakePermissionService>(platform.permissions)),
       statusItem(fake<FakeStatusItem>(platform.statusItem)),
       applicationMenu(fake<FakeApplicationMenu>(platform.applicationMenu)),
-      windowTraits(fake<FakeWindowTraits>(platform.windowTraits)) {
+      windowTraits(fake<FakeWindowTraits>(platform.windowTraits)),
+      sleepAssertions(fake<FakeSleepAssertions>(platform.sleepAssertions)) {
     tap.permitWhen([&granted = permissions] { return granted.isGranted(core::MacPermission::accessibility); });
     withPermissions({core::allPermissions.begin(), core::allPermissions.end()});
 }

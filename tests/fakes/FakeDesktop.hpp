@@ -9,6 +9,7 @@
 #include "fakes/FakeKeyEvents.hpp"
 #include "fakes/FakeMainQueue.hpp"
 #include "fakes/FakePermissionService.hpp"
+#include "fakes/FakeSleepAssertions.hpp"
 #include "fakes/FakeStatusItem.hpp"
 #include "fakes/FakeUserDefaults.hpp"
 #include "fakes/FakeWindowTraits.hpp"
@@ -55,6 +56,7 @@ public:
     FakeStatusItem& statusItem;
     FakeApplicationMenu& applicationMenu;
     FakeWindowTraits& windowTraits;
+    FakeSleepAssertions& sleepAssertions;
 
     // Building.
 

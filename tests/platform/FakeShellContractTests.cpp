@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 #include "fakes/FakeMainQueue.hpp"
+#include "fakes/FakeSleepAssertions.hpp"
 #include "fakes/FakeStatusItem.hpp"
 #include "platform/MainQueueContract.hpp"
+#include "platform/SleepAssertionsContract.hpp"
 #include "platform/StatusItemContract.hpp"
 
 #include <algorithm>
@@ -54,12 +56,25 @@ private:
     fakes::FakeStatusItem fake_;
 };
 
+class FakeSleepAssertionsDriver {
+public:
+    core::SleepAssertionClient& client() { return fake_; }
+
+    [[nodiscard]] bool holds(const std::multiset<core::SleepAssertionKind>& kinds) const {
+        return fake_.held() == kinds;
+    }
+
+private:
+    fakes::FakeSleepAssertions fake_;
+};
+
 } // namespace
 
 namespace testing {
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, MainQueueContract, FakeMainQueueDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, StatusItemContract, FakeStatusItemDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SleepAssertionsContract, FakeSleepAssertionsDriver);
 
 } // namespace testing
 } // namespace quillane

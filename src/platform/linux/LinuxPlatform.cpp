@@ -6,12 +6,14 @@
 #include "platform/linux/AtspiAccessibility.hpp"
 #include "platform/linux/AtspiPermissionService.hpp"
 #include "platform/linux/LinuxDesktop.hpp"
+#include "platform/linux/LinuxSleepAssertions.hpp"
 #include "platform/linux/LinuxWindowTraits.hpp"
 #include "platform/linux/PropertyListDefaults.hpp"
 #include "platform/linux/SessionBus.hpp"
 #include "platform/linux/TrayStatusItem.hpp"
 #include "platform/linux/UnavailableKeyboard.hpp"
 #include "platform/linux/WindowKeysApplicationMenu.hpp"
+#include "platform/linux/X11Blanking.hpp"
 #include "platform/linux/X11EventTap.hpp"
 #include "platform/linux/X11InputSources.hpp"
 #include "platform/linux/X11KeyEvents.hpp"
@@ -112,6 +114,8 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.statusItem = std::make_unique<TrayStatusItem>();
     platform.applicationMenu = std::make_unique<WindowKeysApplicationMenu>();
     platform.windowTraits = std::make_unique<LinuxWindowTraits>();
+    platform.sleepAssertions = std::make_unique<LinuxSleepAssertions>(
+        session->bus, session->x11 ? std::make_unique<X11Blanking>(*session->x11->connection) : nullptr);
     return platform;
 }
 

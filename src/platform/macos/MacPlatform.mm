@@ -11,6 +11,7 @@
 #include "platform/macos/MacKeyEvents.hpp"
 #include "platform/macos/MacLaunch.hpp"
 #include "platform/macos/MacPermissionService.hpp"
+#include "platform/macos/MacSleepAssertions.hpp"
 #include "platform/macos/MacStatusItem.hpp"
 #include "platform/macos/MacUserDefaults.hpp"
 #include "platform/macos/MacWindowTraits.hpp"
@@ -38,6 +39,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.statusItem = std::make_unique<MacStatusItem>();
     platform.applicationMenu = std::make_unique<MacApplicationMenu>();
     platform.windowTraits = std::make_unique<MacWindowTraits>();
+    platform.sleepAssertions = std::make_unique<MacSleepAssertions>();
     return platform;
 }
 

@@ -22,8 +22,8 @@ void AgentTest::TearDown() {
     agent_.reset();
 }
 
-void AgentTest::startAgent() {
-    agent_ = required(LiveAgent::start(desktop()));
+void AgentTest::startAgent(const Environment& more) {
+    agent_ = required(LiveAgent::start(desktop(), true, more));
 }
 
 ExitStatus AgentTest::endAgent() {

@@ -26,8 +26,8 @@ class AgentTest : public LiveDesktopTest {
 protected:
     void TearDown() override;
 
-    /// Starts the agent and waits until it observes the keyboard.
-    void startAgent();
+    /// Starts the agent and waits until it observes the keyboard. `more` is added to its environment.
+    void startAgent(const Environment& more = {});
 
     [[nodiscard]] LiveAgent& agent() { return *agent_; }
 

@@ -10,8 +10,9 @@ std::filesystem::path agentExecutable() {
     return QUILLANE_AGENT;
 }
 
-tl::expected<LiveAgent, std::string> LiveAgent::start(LiveDesktop& desktop, bool waitForMonitor) {
-    auto process = desktop.startProcess({agentExecutable()});
+tl::expected<LiveAgent, std::string> LiveAgent::start(LiveDesktop& desktop, bool waitForMonitor,
+                                                      const Environment& more) {
+    auto process = desktop.startProcess({agentExecutable()}, more);
     if (!process) {
         return tl::unexpected(process.error());
     }

@@ -15,7 +15,8 @@ namespace quillane::live {
 class LiveAgent {
 public:
     /// Starts it and waits until it answers and, if `waitForMonitor`, until it observes the keyboard.
-    [[nodiscard]] static tl::expected<LiveAgent, std::string> start(LiveDesktop& desktop, bool waitForMonitor = true);
+    [[nodiscard]] static tl::expected<LiveAgent, std::string> start(LiveDesktop& desktop, bool waitForMonitor = true,
+                                                                    const Environment& more = {});
 
     [[nodiscard]] ChildProcess& process() { return process_; }
 

@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "core/power/SleepPrevention.hpp"
+
+#include "core/localization/Texts.hpp"
+#include "fakes/FakeSleepAssertions.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace quillane::core {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using Kind = SleepAssertionKind;
+
+class SleepPreventionTests : public ::testing::Test {
+protected:
+    fakes::FakeSleepAssertions system;
+    std::optional<SleepPrevention> prevention{std::in_place, system};
+};
+
+TEST_F(SleepPreventionTests, HoldsNothingAtFirst) {
+    EXPECT_FALSE(prevention->isActive());
+    EXPECT_EQ(prevention->error(), std::nullopt);
+    EXPECT_THAT(system.asked(), IsEmpty());
+}
+
+TEST_F(SleepPreventionTests, EnablingTwiceAsksForEachKindOnceSystemFirst) {
+    prevention->setEnabled(true);
+    prevention->setEnabled(true);
+    EXPECT_TRUE(prevention->isActive());
+    EXPECT_THAT(system.asked(), ElementsAre(Kind::system, Kind::display));
+}
+
+TEST_F(SleepPreventionTests, DisablingReleasesTheDisplayFirst) {
+    prevention->setEnabled(true);
+    prevention->setEnabled(false);
+    prevention->setEnabled(false);
+    EXPECT_FALSE(prevention->isActive());
+    EXPECT_THAT(system.released(), ElementsAre(Kind::display, Kind::system));
+}
+
+TEST_F(SleepPreventionTests, DisablingAtFirstDoesNothing) {
+    prevention->setEnabled(false);
+    EXPECT_THAT(system.asked(), IsEmpty());
+    EXPECT_THAT(system.released(), IsEmpty());
+}
+
+TEST_F(SleepPreventionTests, ARefusedDisplayLeavesNothingHeldAndIsTriedAgainOnlyAfterTurningOff) {
+    system.refuse(Kind::display, -536870195);
+    prevention->setEnabled(true);
+    EXPECT_FALSE(prevention->isActive());
+    EXPECT_EQ(prevention->error(), (SleepAssertionError{-536870195}));
+    EXPECT_THAT(system.released(), ElementsAre(Kind::system));
+    system.allowAll();
+    prevention->setEnabled(true);
+    EXPECT_EQ(system.asked().size(), 2U);
+    EXPECT_TRUE(prevention->error());
+    prevention->setEnabled(false);
+    EXPECT_EQ(prevention->error(), std::nullopt);
+    prevention->setEnabled(true);
+    EXPECT_TRUE(prevention->isActive());
+}
+
+TEST_F(SleepPreventionTests, ARefusedSystemAsksForNothingMore) {
+    system.refuse(Kind::system, 5);
+    prevention->setEnabled(true);
+    EXPECT_THAT(system.asked(), ElementsAre(Kind::system));
+    EXPECT_THAT(system.released(), IsEmpty());
+    EXPECT_EQ(prevention->error(), (SleepAssertionError{5}));
+}
+
+TEST_F(SleepPreventionTests, DestructionReleasesTheLastFirst) {
+    prevention->setEnabled(true);
+    prevention.reset();
+    EXPECT_THAT(system.released(), ElementsAre(Kind::display, Kind::system));
+}
+
+TEST_F(SleepPreventionTests, HoldsBothOrNoneWhateverHappens) {
+    std::mt19937 random(7);
+    for (int step = 0; step < 5000; ++step) {
+        system.allowAll();
+        if (random() % 3 == 0) {
+            system.refuse(random() % 2 == 0 ? Kind::system : Kind::display, 1);
+        }
+        const bool wanted = random() % 2 == 0;
+        prevention->setEnabled(wanted);
+        const auto held = system.held();
+        ASSERT_EQ(held.size(), prevention->isActive() ? 2U : 0U);
+        ASSERT_TRUE(wanted || held.empty());
+        ASSERT_EQ(wanted, prevention->isActive() || prevention->error());
+    }
+}
+
+TEST(KeepAwakeStatus, SaysWhetherItIsOffPausedFailedOrOn) {
+    FeatureOptions options;
+    EXPECT_EQ(keepAwakeStatus(options, false), LocalizedText(texts::keepAwakeOff));
+    options.keepAwake = true;
+    EXPECT_EQ(keepAwakeStatus(options, false).rendered(AppLanguage::english), "Keep Awake — on indefinitely");
+    EXPECT_EQ(keepAwakeStatus(options, true).rendered(AppLanguage::english),
+              "Could not prevent sleep. Turn off and on to retry.");
+    options.paused = true;
+    EXPECT_EQ(keepAwakeStatus(options, true).rendered(AppLanguage::english), "Keep Awake — paused");
+    options.keepAwake = false;
+    EXPECT_EQ(keepAwakeStatus(options, true).rendered(AppLanguage::english), "Keep Awake is off");
+}
+
+} // namespace
+} // namespace quillane::core
