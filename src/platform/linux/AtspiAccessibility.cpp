@@ -192,9 +192,10 @@ std::optional<AtspiObject> AtspiAccessibility::focusedObject(const std::string& 
         if (!found) {
             return std::nullopt;
         }
-        if (found->is(AtspiState::defunct)) {
+        const bool hasState = found->is(AtspiState::focused);
+        if (found->is(AtspiState::defunct) || !(hasState || found->is(AtspiState::focusable))) {
             focus_.forget(focus->object);
-        } else if (focus_.confirm(focus->object, found->is(AtspiState::focused), known_->begin)) {
+        } else if (focus_.confirm(focus->object, hasState, known_->begin)) {
             return focus->object;
         }
     }

@@ -52,6 +52,7 @@ enum class AtspiState : unsigned {
     defunct = 6,
     editable = 7,
     enabled = 8,
+    focusable = 11,
     focused = 12,
     multiLine = 17,
     sensitive = 24,

@@ -92,6 +92,7 @@ INSTANTIATE_TEST_SUITE_P(By, LiveGiveBack, testing::Values(0, SIGTERM, SIGINT), 
 
 TEST_F(LiveTapRecovery, PausingGivesTheKeysBackToo) {
     startTyping(editors().front());
+    ASSERT_TRUE(shiftTypingComesBack()) << editorText(); // the keys have been taken
     ASSERT_FALSE(isFreeToGrab(desktop().screen(), Key::a, XCB_MOD_MASK_SHIFT));
     ASSERT_TRUE(agent().command({"pause"}).succeeded());
     EXPECT_TRUE(waitUntil([&] { return isFreeToGrab(desktop().screen(), Key::a, XCB_MOD_MASK_SHIFT); }));

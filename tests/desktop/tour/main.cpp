@@ -66,7 +66,7 @@ private:
             desktop_.keyboard().press(Key::leftShift);
             desktop_.keyboard().type("quillane");
             desktop_.keyboard().release(Key::leftShift);
-            mustSee(desktop_.screen().keysDown().none(), "no key held down");
+            mustSee(waitUntil([&] { return desktop_.screen().keysDown().none(); }), "no key held down");
             return expectText("hello שלום quillane") + ", and no key stays down";
         });
         tour_.step(name + " saves", [&] {
