@@ -19,6 +19,7 @@ namespace {
 using core::ClipboardSnapshot::RestoreMode;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using namespace std::string_literals;
 using testing::SelectionPeer;
 using testing::waitUntil;
 using Manner = SelectionPeer::Manner;
@@ -160,7 +161,7 @@ TEST_F(X11PasteboardTest, ReadsStyledTextAndAddresses) {
     const auto entry = capture();
     ASSERT_TRUE(entry);
     EXPECT_EQ(entry->items->front().size(), 3U);
-    const std::string address("h\0t\0t\0p\0s\0:\0/\0/\0x\0.\0o\0r\0g\0/\0\n\0T\0", 34);
+    const auto address = "h\0t\0t\0p\0s\0:\0/\0/\0x\0.\0o\0r\0g\0/\0\n\0T\0"s;
     copied({{"text/x-moz-url", address}});
     EXPECT_EQ(capturedText(), "https://x.org/");
     copied({{"text/uri-list", "https://y.org/\r\n"}});

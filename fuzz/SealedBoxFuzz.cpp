@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+//
+// Files of the vault as somebody without the key may leave them: a box opens to what was sealed, and no other does.
+#include "Require.hpp"
+
+#include "core/clipboard/EntryArchive.hpp"
+#include "core/support/SealedBox.hpp"
+
+#include <algorithm>
+#include <vector>
+
+using namespace quillane::core;
+using quillane::fuzz::require;
+
+namespace {
+
+/// The key that the seed boxes were sealed under.
+const SecretBytes& knownKey() {
+    static const SecretBytes key(std::vector(SealedBox::keySize, std::byte{7}));
+    return key;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const auto bytes = quillane::fuzz::bytesOf(data, size);
+    std::vector<std::byte> buffer(bytes.begin(), bytes.end());
+    const auto opened = SealedBox::open(knownKey(), bytes);
+    const auto inPlace = SealedBox::openInPlace(knownKey(), buffer);
+    require(opened.has_value() == inPlace.has_value());
+    if (opened) {
+        require(std::ranges::equal(*opened, *inPlace));
+        static_cast<void>(EntryArchive::decode(*opened));
+        static_cast<void>(EntryArchive::decodeIndex(*opened));
+    } else {
+        require((opened.error() == SealedBoxError::tooShort) == (size < SealedBox::nonceSize + SealedBox::tagSize));
+    }
+    auto box = SealedBox::seal(knownKey(), bytes);
+    require(box && box->size() == size + SealedBox::nonceSize + SealedBox::tagSize);
+    const auto plain = SealedBox::open(knownKey(), *box);
+    require(plain && std::ranges::equal(*plain, bytes));
+    if (size > 0) {
+        (*box)[(data[0] * std::size_t{257} + data[size - 1]) % box->size()] ^= std::byte{1};
+        require(!SealedBox::open(knownKey(), *box));
+    }
+    return 0;
+}
