@@ -8,6 +8,16 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
+# Homebrew keeps some libraries out of the way, because macOS has older ones of the same name.
+if [[ $(uname -s) == Darwin ]] && command -v brew >/dev/null; then
+    homebrew=$(brew --prefix)
+    for name in icu4c openssl@3; do
+        export CMAKE_PREFIX_PATH=$homebrew/opt/$name${CMAKE_PREFIX_PATH:+:$CMAKE_PREFIX_PATH}
+        export PKG_CONFIG_PATH=$homebrew/opt/$name/lib/pkgconfig${PKG_CONFIG_PATH:+:$PKG_CONFIG_PATH}
+    done
+    export PATH=$homebrew/opt/llvm@14/bin:$PATH # clang-format and clang-tidy 14, as on Debian 12
+fi
+
 cores() {
     getconf _NPROCESSORS_ONLN
 }

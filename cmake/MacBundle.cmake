@@ -1,0 +1,53 @@
+# SPDX-FileCopyrightText: The Quillane authors
+# SPDX-License-Identifier: MIT
+
+# The application bundle: Quillane.app in the build folder, put together by the build itself so that the program can be
+# started, and asked for permissions, as an application while it is being worked on. scripts/package-macos makes of it what
+# other people install.
+
+set(QUILLANE_BUILD_NUMBER "${PROJECT_VERSION}" CACHE STRING
+  "CFBundleVersion: grows with every build that is given to anybody, because updates compare it")
+set(QUILLANE_UPDATE_FEED "https://updates.quillane.example/appcast.xml" CACHE STRING
+  "The https address of the appcast that says which versions there are")
+set(QUILLANE_UPDATE_KEY "" CACHE STRING
+  "The public half of the EdDSA key that updates are signed with, in base64; without one no update is accepted")
+
+# quillane_information(FOLDER): writes Info.plist into the folder.
+function(quillane_information folder)
+  configure_file(${CMAKE_SOURCE_DIR}/resources/macos/Info.plist.in ${folder}/Info.plist @ONLY)
+endfunction()
+
+# quillane_bundle(TARGET): has the program linked into Quillane.app beside everything that the bundle needs.
+function(quillane_bundle target)
+  set(contents ${CMAKE_BINARY_DIR}/Quillane.app/Contents)
+  quillane_information(${contents})
+  set_target_properties(${target} PROPERTIES
+    RUNTIME_OUTPUT_DIRECTORY ${contents}/MacOS
+    BUILD_RPATH "@executable_path/../Frameworks"
+    INSTALL_RPATH "@executable_path/../Frameworks")
+
+  foreach(language en he ar)
+    foreach(name InfoPlist ServicesMenu)
+      configure_file(${CMAKE_SOURCE_DIR}/resources/macos/${language}.lproj/${name}.strings
+        ${contents}/Resources/${language}.lproj/${name}.strings COPYONLY)
+    endforeach()
+  endforeach()
+
+  set(icon ${contents}/Resources/Quillane.icns)
+  add_custom_command(OUTPUT ${icon}
+    COMMAND ${CMAKE_SOURCE_DIR}/scripts/lib/make-icon ${CMAKE_SOURCE_DIR}/resources/artwork/application.svg ${icon}
+    DEPENDS ${CMAKE_SOURCE_DIR}/resources/artwork/application.svg ${CMAKE_SOURCE_DIR}/scripts/lib/make-icon
+    COMMENT "Drawing the application icon" VERBATIM)
+  add_custom_target(${target}_icon DEPENDS ${icon})
+  add_dependencies(${target} ${target}_icon)
+
+  # Sparkle comes as a framework of its own makers' signing; it is copied, links inside it included.
+  find_library(SPARKLE_FRAMEWORK Sparkle REQUIRED PATHS /opt/homebrew/Caskroom/sparkle /usr/local/Caskroom/sparkle
+    PATH_SUFFIXES latest DOC "Sparkle.framework, 2.x (https://sparkle-project.org)")
+  target_link_libraries(${target} PRIVATE ${SPARKLE_FRAMEWORK})
+  add_custom_command(TARGET ${target} POST_BUILD
+    COMMAND ditto ${SPARKLE_FRAMEWORK} ${contents}/Frameworks/Sparkle.framework
+    COMMENT "Copying Sparkle into the bundle" VERBATIM)
+
+  install(DIRECTORY ${CMAKE_BINARY_DIR}/Quillane.app DESTINATION . USE_SOURCE_PERMISSIONS)
+endfunction()
