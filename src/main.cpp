@@ -6,16 +6,21 @@
 #include "app/SettingsModel.hpp"
 #include "core/preferences/AppPreferences.hpp"
 #include "core/preferences/InstallationMigration.hpp"
+#include "core/support/Url.hpp"
 #include "platform/Platform.hpp"
 #include "platform/common/ControlSocket.hpp"
+#include "platform/common/CurlUrlSessions.hpp"
 #include "platform/common/TerminationSignals.hpp"
 
 #include <QApplication>
+#include <QProcess>
 
 #include <chrono>
+#include <filesystem>
 #include <iostream>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -26,14 +31,23 @@ using namespace std::chrono_literals;
 enum ExitStatus { success = 0, failure = 1, usageError = 2 };
 
 constexpr auto replyPatience = 5s;
+constexpr auto startPatience = 15s;
 
-/// Asks the running agent and prints its answer.
-int ask(const ControlRequest& request) {
-    const auto reply = sendControlRequest(controlSocketPath(), request, replyPatience);
+using Reply = tl::expected<ControlReply, std::errc>;
+
+bool isAbsent(const Reply& reply) {
+    return !reply &&
+           (reply.error() == std::errc::no_such_file_or_directory || reply.error() == std::errc::connection_refused);
+}
+
+Reply send(const ControlRequest& request) {
+    return sendControlRequest(controlSocketPath(), request, replyPatience);
+}
+
+/// Prints what the running agent has answered.
+int tell(const Reply& reply) {
     if (!reply) {
-        const bool absent =
-            reply.error() == std::errc::no_such_file_or_directory || reply.error() == std::errc::connection_refused;
-        std::cerr << (absent ? "quillane is not running\n" : "quillane does not answer\n");
+        std::cerr << (isAbsent(reply) ? "quillane is not running\n" : "quillane does not answer\n");
         return failure;
     }
     if (!reply->text.empty()) {
@@ -42,7 +56,44 @@ int ask(const ControlRequest& request) {
     return reply->ok ? success : failure;
 }
 
-AppServices services(const Platform& platform) {
+/// Asks the running agent and prints its answer.
+int ask(const ControlRequest& request) {
+    return tell(send(request));
+}
+
+/// Starts the agent as a process of its own.
+bool startAgent(int argc, char** argv) {
+    const QCoreApplication application(argc, argv); // knows where the program is
+    QProcess agent;
+    agent.setProgram(QCoreApplication::applicationFilePath());
+    agent.setStandardInputFile(QProcess::nullDevice());
+    agent.setStandardOutputFile(QProcess::nullDevice());
+    agent.setStandardErrorFile(QProcess::nullDevice());
+    return agent.startDetached();
+}
+
+int shareFiles(int argc, char** argv, const CommandLine::ShareFiles& call) {
+    ControlRequest request{"share", {}};
+    for (const auto& path : call.paths) {
+        std::error_code error;
+        const auto absolute = std::filesystem::absolute(path, error);
+        if (path.empty() || error) {
+            std::cerr << "quillane: no file has the name '" << path << "'\n";
+            return failure;
+        }
+        request.arguments.push_back(core::Url::fromFilePath(absolute).absoluteString());
+    }
+    auto reply = send(request);
+    if (isAbsent(reply) && startAgent(argc, argv)) {
+        const auto deadline = std::chrono::steady_clock::now() + startPatience;
+        while (isAbsent(reply = send(request)) && std::chrono::steady_clock::now() < deadline) {
+            std::this_thread::sleep_for(50ms);
+        }
+    }
+    return tell(reply);
+}
+
+AppServices services(const Platform& platform, CurlUrlSessions& urlSessions) {
     return {.mainQueue = *platform.mainQueue,
             .userDefaults = *platform.userDefaults,
             .workspace = *platform.workspace,
@@ -53,7 +104,12 @@ AppServices services(const Platform& platform) {
             .permissions = *platform.permissions,
             .statusItem = *platform.statusItem,
             .applicationMenu = *platform.applicationMenu,
-            .windowTraits = *platform.windowTraits};
+            .windowTraits = *platform.windowTraits,
+            .pasteboard = *platform.pasteboard,
+            .filePanel = *platform.filePanel,
+            .systemSymbols = *platform.systemSymbols,
+            .servicesMenu = *platform.servicesMenu,
+            .urlSessions = urlSessions.factory()};
 }
 
 /// Becomes the agent, unless this user has one already: that one is asked to show itself.
@@ -87,7 +143,8 @@ int runAgent(int argc, char** argv, const CommandLine::RunAgent& call) {
     core::InstallationMigration::migratePreferences(*platform->userDefaults, platform->legacyPreferences);
     core::AppPreferences preferences(*platform->userDefaults);
     SettingsModel model(*platform->userDefaults, *platform->sleepAssertions);
-    AppDelegate delegate(services(*platform), preferences, model,
+    CurlUrlSessions urlSessions(*platform->mainQueue, platform->proxySettings);
+    AppDelegate delegate(services(*platform, urlSessions), preferences, model,
                          {.version = QUILLANE_VERSION,
                           .keyboardAvailable = !platform->keyboardUnavailableReason,
                           .legacyBundleID = std::string(core::InstallationMigration::legacyBundleID),
@@ -107,6 +164,8 @@ struct Runner {
     int operator()(const CommandLine::RunAgent& call) const { return runAgent(argc, argv, call); }
 
     int operator()(const CommandLine::SendRequest& call) const { return ask(call.request); }
+
+    int operator()(const CommandLine::ShareFiles& call) const { return shareFiles(argc, argv, call); }
 
     int operator()(const CommandLine::ShowHelp&) const {
         std::cout << CommandLine::usage();

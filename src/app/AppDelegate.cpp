@@ -5,10 +5,13 @@
 #include "app/ApplicationMenuRows.hpp"
 #include "app/StatusBarArtwork.hpp"
 #include "app/StatusMenu.hpp"
+#include "app/TintedSymbol.hpp"
 #include "core/direction/SupportedApplication.hpp"
 #include "core/keyboard/ScreenSharingPolicy.hpp"
 #include "core/localization/Texts.hpp"
 #include "core/permissions/PermissionSetupPolicy.hpp"
+
+#include <QColor>
 
 #include <chrono>
 #include <utility>
@@ -23,6 +26,18 @@ constexpr auto refreshInterval = 2000ms;
 constexpr std::string_view lastStatusKey = "LastStatus";
 constexpr std::string_view showPermissionsKey = "QuillaneShowPermissionsAfterRestart";
 
+FileShareServices fileShareServices(const AppServices& services, core::AppPreferences& preferences) {
+    return {.userDefaults = services.userDefaults,
+            .preferences = preferences,
+            .pasteboard = services.pasteboard,
+            .filePanel = services.filePanel,
+            .windowTraits = services.windowTraits,
+            .sessions = services.urlSessions,
+            .symbol = [&symbols = services.systemSymbols](const std::string& name, const QColor& color) {
+                return tintedSymbol(symbols, name, color);
+            }};
+}
+
 } // namespace
 
 AppDelegate::AppDelegate(AppServices services, core::AppPreferences& preferences, SettingsModel& model,
@@ -34,7 +49,9 @@ AppDelegate::AppDelegate(AppServices services, core::AppPreferences& preferences
       permissions_(services.permissions),
       input_(services.inputSources, services.accessibility, services.workspace),
       monitor_(services.eventTap, services.keyEvents, services.workspace, services.mainQueue, input_),
-      switcher_(services.inputSources) {}
+      switcher_(services.inputSources),
+      fileShare_(fileShareServices(services, preferences)),
+      wasPaused_(model.options().paused) {}
 
 void AppDelegate::applicationDidFinishLaunching() {
     for (const auto& oldCopy : services_.workspace.runningApplications(environment_.legacyBundleID)) {
@@ -47,6 +64,10 @@ void AppDelegate::applicationDidFinishLaunching() {
     applyOptions();
     refreshTimer_ = services_.mainQueue.repeat(refreshInterval, [this] { refreshRuntime(); });
     rememberTarget();
+    services_.servicesMenu.provideShare([this](const std::vector<std::string>& urls) {
+        const auto refusal = fileShare_.share(urls);
+        return refusal ? std::optional(refusal->rendered(preferences_.state().language)) : std::nullopt;
+    });
     services_.userDefaults.removeObject(showPermissionsKey); // one shot: set before a relaunch for a new grant
 }
 
@@ -90,14 +111,17 @@ void AppDelegate::applicationWillTerminate() {
     model_.optionsChanged = nullptr;
     monitor_.stop();
     model_.endKeepAwake();
+    services_.servicesMenu.provideShare(nullptr);
+    fileShare_.cancelAll();
     refreshTimer_.cancel();
     subscriptions_.clear();
 }
 
 void AppDelegate::rebuildMenus() {
     const auto language = preferences_.state().language;
-    services_.applicationMenu.install(applicationMenuRows(language, {.quit = environment_.terminate}),
-                                      layoutDirection(language));
+    services_.applicationMenu.install(
+        applicationMenuRows(language, {.shareFile = [this] { fileShare_.choose(); }, .quit = environment_.terminate}),
+        layoutDirection(language));
     updateStatusItem();
 }
 
@@ -121,6 +145,7 @@ void AppDelegate::updateStatusItem() {
 StatusMenuActions AppDelegate::menuActions() {
     StatusMenuActions actions;
     actions.toggleKeepAwake = [this] { toggle(&core::FeatureOptions::keepAwake); };
+    actions.shareFile = [this] { fileShare_.choose(); };
     actions.toggleShift = [this] { toggle(&core::FeatureOptions::shiftEnglish); };
     actions.toggleLanguage = [this] { toggle(&core::FeatureOptions::languageSwitch); };
     actions.toggleDirection = [this] { toggle(&core::FeatureOptions::writingDirection); };
@@ -138,6 +163,10 @@ void AppDelegate::toggle(bool core::FeatureOptions::*option) {
 void AppDelegate::applyOptions() {
     monitor_.setOptions(model_.options());
     monitor_.reset();
+    if (model_.options().paused && !wasPaused_) {
+        fileShare_.cancelAll();
+    }
+    wasPaused_ = model_.options().paused;
     refreshRuntime();
 }
 
@@ -214,11 +243,23 @@ ControlReply AppDelegate::handleControlRequest(const ControlRequest& request) {
         }
         return {};
     }
+    if (request.command == "share") {
+        return share(request.arguments);
+    }
     if (request.command == "quit") {
         environment_.terminate();
         return {};
     }
     return {false, "The running agent does not know the command '" + request.command + "'."};
+}
+
+ControlReply AppDelegate::share(const std::vector<std::string>& urls) {
+    const auto refusal = fileShare_.share(urls);
+    if (!refusal) {
+        return {};
+    }
+    fileShare_.tell(*refusal); // a file manager shows nobody what the command prints
+    return {false, refusal->rendered(core::AppLanguage::english)};
 }
 
 StatusReport AppDelegate::statusReport() const {

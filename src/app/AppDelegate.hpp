@@ -8,6 +8,7 @@
 #include "app/StatusMenu.hpp"
 #include "app/StatusReport.hpp"
 #include "core/preferences/AppPreferences.hpp"
+#include "fileshare/FileShareService.hpp"
 #include "keyboard/InputSourceSwitcher.hpp"
 #include "keyboard/KeyboardMonitor.hpp"
 #include "keyboard/RTLInput.hpp"
@@ -61,6 +62,7 @@ private:
 
     void toggle(bool core::FeatureOptions::*option);
     void rememberTarget();
+    [[nodiscard]] ControlReply share(const std::vector<std::string>& urls);
     void report(const core::LocalizedText& text);
 
     AppServices services_;
@@ -72,6 +74,8 @@ private:
     RTLInput input_;
     KeyboardMonitor monitor_;
     InputSourceSwitcher switcher_;
+    FileShareService fileShare_;
+    bool wasPaused_; ///< when the options were applied last
 
     DirectionDeliveries directions_;
     std::optional<StatusMenuState> shownMenu_; ///< what the status item shows now; drawn anew only when it differs

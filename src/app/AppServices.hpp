@@ -2,15 +2,20 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/fileshare/UrlSession.hpp"
 #include "core/preferences/UserDefaults.hpp"
 #include "platform/Accessibility.hpp"
 #include "platform/ApplicationMenu.hpp"
 #include "platform/EventTap.hpp"
+#include "platform/FilePanel.hpp"
 #include "platform/InputSources.hpp"
 #include "platform/KeyEvents.hpp"
 #include "platform/MainQueue.hpp"
+#include "platform/Pasteboard.hpp"
 #include "platform/PermissionService.hpp"
+#include "platform/ServicesMenu.hpp"
 #include "platform/StatusItem.hpp"
+#include "platform/SystemSymbols.hpp"
 #include "platform/WindowTraits.hpp"
 #include "platform/Workspace.hpp"
 
@@ -29,6 +34,11 @@ struct AppServices {
     StatusItem& statusItem;
     ApplicationMenu& applicationMenu;
     WindowTraits& windowTraits;
+    Pasteboard& pasteboard;
+    FilePanel& filePanel;
+    SystemSymbols& systemSymbols;
+    ServicesMenu& servicesMenu;
+    core::UrlSessionFactory urlSessions;
 };
 
 } // namespace quillane

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 namespace quillane::CommandLine {
 
@@ -21,6 +22,12 @@ struct RunAgent {
 struct SendRequest {
     ControlRequest request;
     bool operator==(const SendRequest&) const = default;
+};
+
+/// Have the running agent share a file; one that does not run is started. The agent answers when it is not one file.
+struct ShareFiles {
+    std::vector<std::string> paths; ///< as they were given, at least one
+    bool operator==(const ShareFiles&) const = default;
 };
 
 struct ShowHelp {
@@ -37,7 +44,7 @@ struct UsageError {
     bool operator==(const UsageError&) const = default;
 };
 
-using Call = std::variant<RunAgent, SendRequest, ShowHelp, ShowVersion, UsageError>;
+using Call = std::variant<RunAgent, SendRequest, ShareFiles, ShowHelp, ShowVersion, UsageError>;
 
 /// Reads the words after the program's name.
 [[nodiscard]] Call parse(std::span<const std::string_view> words);

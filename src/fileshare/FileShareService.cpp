@@ -4,6 +4,8 @@
 
 #include "core/localization/Texts.hpp"
 
+#include <QMessageBox>
+
 #include <algorithm>
 #include <utility>
 
@@ -22,6 +24,7 @@ FileShareService::~FileShareService() {
 }
 
 void FileShareService::choose() {
+    services_.windowTraits.activateApplication();
     const auto language = services_.preferences.state().language;
     const auto server = core::FileShareServer::saved(services_.userDefaults);
     services_.filePanel.chooseFile(
@@ -46,6 +49,20 @@ std::optional<core::LocalizedText> FileShareService::share(const std::vector<std
     return std::nullopt;
 }
 
+void FileShareService::tell(const core::LocalizedText& text) {
+    const auto language = services_.preferences.state().language;
+    auto* box =
+        new QMessageBox(QMessageBox::Information, QString::fromStdString(texts::shareWindowTitle.rendered(language)),
+                        QString::fromStdString(text.rendered(language)), QMessageBox::Ok);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setLayoutDirection(core::isRTL(language) ? Qt::RightToLeft : Qt::LeftToRight);
+    box->setModal(false);
+    box->show();
+    box->raise();
+    box->activateWindow();
+    services_.windowTraits.activateApplication();
+}
+
 void FileShareService::show(const core::Url& file) {
     const auto id = next_++;
     auto& window = windows_[id];
@@ -55,6 +72,7 @@ void FileShareService::show(const core::Url& file) {
     window->show();
     window->raise();
     window->activateWindow();
+    services_.windowTraits.activateApplication();
     window->model().start();
 }
 

@@ -28,6 +28,9 @@ public:
     /// the message that comes back.
     [[nodiscard]] std::optional<core::LocalizedText> share(const std::vector<std::string>& urls);
 
+    /// Shows a message of `share` to a user whose own program cannot.
+    void tell(const core::LocalizedText& text);
+
     /// Opens a window for the file at the file URL, in front of everything, and starts its upload.
     void show(const core::Url& file);
 

@@ -7,6 +7,7 @@
 #include "core/preferences/AppPreferences.hpp"
 #include "core/preferences/UserDefaults.hpp"
 #include "platform/FilePanel.hpp"
+#include "platform/WindowTraits.hpp"
 
 #include <QIcon>
 
@@ -21,6 +22,7 @@ struct FileShareServices {
     core::AppPreferences& preferences;
     core::PasteboardContents& pasteboard;
     FilePanel& filePanel;
+    WindowTraits& windowTraits;
     core::UrlSessionFactory sessions;
     std::function<QIcon(const std::string& name, const QColor& color)> symbol; ///< a null icon for unknown names
 };

@@ -11,7 +11,7 @@ namespace quillane {
 /// What a second start asks of the running agent.
 struct ControlRequest {
     std::string command;                ///< for example "status"
-    std::vector<std::string> arguments; ///< files as absolute paths
+    std::vector<std::string> arguments; ///< files as file URLs
 
     bool operator==(const ControlRequest&) const = default;
 };

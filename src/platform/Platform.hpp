@@ -7,11 +7,16 @@
 #include "platform/Accessibility.hpp"
 #include "platform/ApplicationMenu.hpp"
 #include "platform/EventTap.hpp"
+#include "platform/FilePanel.hpp"
 #include "platform/InputSources.hpp"
 #include "platform/KeyEvents.hpp"
 #include "platform/MainQueue.hpp"
+#include "platform/Pasteboard.hpp"
 #include "platform/PermissionService.hpp"
+#include "platform/ProxySettings.hpp"
+#include "platform/ServicesMenu.hpp"
 #include "platform/StatusItem.hpp"
+#include "platform/SystemSymbols.hpp"
 #include "platform/WindowTraits.hpp"
 #include "platform/Workspace.hpp"
 
@@ -38,6 +43,11 @@ struct Platform {
     std::unique_ptr<ApplicationMenu> applicationMenu;
     std::unique_ptr<WindowTraits> windowTraits;
     std::unique_ptr<core::SleepAssertionClient> sleepAssertions;
+    std::unique_ptr<Pasteboard> pasteboard;
+    std::unique_ptr<FilePanel> filePanel;
+    std::shared_ptr<const ProxySettings> proxySettings; ///< shared with the threads of transfers
+    std::unique_ptr<SystemSymbols> systemSymbols;
+    std::unique_ptr<ServicesMenu> servicesMenu;
 
     /// The settings of the program's previous edition, when it was used here.
     std::optional<core::PropertyListValue::Dictionary> legacyPreferences;

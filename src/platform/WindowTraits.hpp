@@ -16,6 +16,10 @@ public:
     virtual ~WindowTraits() = default;
 
     virtual void setActivationPolicy(ActivationPolicy policy) = 0;
+
+    /// Brings this program in front of all others, for a window that the user has asked for. Where windows come to the
+    /// front one by one, nothing is left to do.
+    virtual void activateApplication() = 0;
 };
 
 } // namespace quillane

@@ -1,13 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "app/AppDelegate.hpp"
-
+#include "app/AppDelegateTest.hpp"
 #include "core/localization/Texts.hpp"
-#include "core/preferences/InstallationMigration.hpp"
-#include "fakes/FakeDesktop.hpp"
-#include "fakes/FakeUserDefaults.hpp"
-
-#include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
 
@@ -21,55 +15,7 @@ using core::AppLanguage;
 using core::MacPermission;
 using fakes::Modifier;
 
-constexpr auto legacyBundleID = core::InstallationMigration::legacyBundleID;
-
-/// A desktop with the agent on it, as it is after start-up.
-class AppDelegateTests : public testing::Test {
-protected:
-    AppDelegateTests() { desktop.withInputSources({fakes::english(), fakes::hebrew()}); }
-
-    AppDelegate& launch() {
-        model.emplace(defaults, desktop.sleepAssertions);
-        preferences.emplace(defaults);
-        delegate.emplace(AppServices{.mainQueue = desktop.queue,
-                                     .userDefaults = defaults,
-                                     .workspace = desktop.workspace,
-                                     .inputSources = desktop.inputSources,
-                                     .keyEvents = desktop.keyEvents,
-                                     .eventTap = desktop.tap,
-                                     .accessibility = desktop.accessibility,
-                                     .permissions = desktop.permissions,
-                                     .statusItem = desktop.statusItem,
-                                     .applicationMenu = desktop.applicationMenu,
-                                     .windowTraits = desktop.windowTraits},
-                         *preferences, *model,
-                         AppDelegate::Environment{.version = "1.2",
-                                                  .keyboardAvailable = keyboardAvailable,
-                                                  .legacyBundleID = std::string(legacyBundleID),
-                                                  .terminate = [this] { ++terminations; }});
-        delegate->applicationDidFinishLaunching();
-        return *delegate;
-    }
-
-    void click(std::string_view title) { desktop.statusItem.click(title); }
-
-    [[nodiscard]] std::string statusRowTitle() const { return desktop.statusItem.rows()[1].title; }
-
-    [[nodiscard]] bool checked(std::string_view title) const { return desktop.statusItem.row(title).checked; }
-
-    void releaseLanguageChord() {
-        desktop.press(Modifier::leftOption).press(Modifier::leftShift);
-        desktop.release(Modifier::leftShift).release(Modifier::leftOption).settle();
-    }
-
-    fakes::FakeDesktop desktop;
-    fakes::FakeUserDefaults defaults;
-    bool keyboardAvailable = true;
-    int terminations = 0;
-    std::optional<core::AppPreferences> preferences;
-    std::optional<SettingsModel> model;
-    std::optional<AppDelegate> delegate;
-};
+using AppDelegateTests = AppDelegateTest;
 
 TEST_F(AppDelegateTests, LaunchingShowsTheMenuAndStartsTheMonitor) {
     launch();

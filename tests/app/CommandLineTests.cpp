@@ -32,6 +32,12 @@ TEST(CommandLine, CommandsAreSentToTheRunningAgent) {
     EXPECT_EQ(parsed({"status", "--json"}), Call(SendRequest{{"status", {"--json"}}}));
 }
 
+TEST(CommandLine, FilesAreSharedAsTheyWereGiven) {
+    EXPECT_EQ(parsed({"share", "a b.txt"}), Call(ShareFiles{{"a b.txt"}}));
+    EXPECT_EQ(parsed({"share", "--help", ""}), Call(ShareFiles{{"--help", ""}}));
+    expectUsageError({"share"}, "share needs a file");
+}
+
 TEST(CommandLine, HelpAndVersion) {
     EXPECT_EQ(parsed({"--help"}), Call(ShowHelp{}));
     EXPECT_EQ(parsed({"-h"}), Call(ShowHelp{}));
@@ -50,7 +56,7 @@ TEST(CommandLine, UnknownWordsAreNamed) {
 }
 
 TEST(CommandLine, UsageNamesEveryCommand) {
-    for (const auto* command : {"status", "pause", "resume", "quit", "--help", "--version"}) {
+    for (const auto* command : {"status", "share", "pause", "resume", "quit", "--help", "--version"}) {
         EXPECT_NE(usage().find(command), std::string_view::npos) << command;
     }
 }

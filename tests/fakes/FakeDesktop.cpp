@@ -23,6 +23,10 @@ Platform makeFakes() {
     made.applicationMenu = std::make_unique<FakeApplicationMenu>();
     made.windowTraits = std::make_unique<FakeWindowTraits>();
     made.sleepAssertions = std::make_unique<FakeSleepAssertions>();
+    made.pasteboard = std::make_unique<FakePasteboard>();
+    made.filePanel = std::make_unique<FakeFilePanel>();
+    made.systemSymbols = std::make_unique<FakeSystemSymbols>();
+    made.servicesMenu = std::make_unique<FakeServicesMenu>();
     return made;
 }
 
@@ -61,7 +65,11 @@ FakeDesktop::FakeDesktop(Platform made)
       statusItem(fake<FakeStatusItem>(platform.statusItem)),
       applicationMenu(fake<FakeApplicationMenu>(platform.applicationMenu)),
       windowTraits(fake<FakeWindowTraits>(platform.windowTraits)),
-      sleepAssertions(fake<FakeSleepAssertions>(platform.sleepAssertions)) {
+      sleepAssertions(fake<FakeSleepAssertions>(platform.sleepAssertions)),
+      pasteboard(fake<FakePasteboard>(platform.pasteboard)),
+      filePanel(fake<FakeFilePanel>(platform.filePanel)),
+      systemSymbols(fake<FakeSystemSymbols>(platform.systemSymbols)),
+      servicesMenu(fake<FakeServicesMenu>(platform.servicesMenu)) {
     tap.permitWhen([&granted = permissions] { return granted.isGranted(core::MacPermission::accessibility); });
     withPermissions({core::allPermissions.begin(), core::allPermissions.end()});
 }

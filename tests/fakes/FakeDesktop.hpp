@@ -5,12 +5,17 @@
 #include "fakes/FakeAccessibility.hpp"
 #include "fakes/FakeApplicationMenu.hpp"
 #include "fakes/FakeEventTap.hpp"
+#include "fakes/FakeFilePanel.hpp"
 #include "fakes/FakeInputSources.hpp"
 #include "fakes/FakeKeyEvents.hpp"
 #include "fakes/FakeMainQueue.hpp"
+#include "fakes/FakePasteboard.hpp"
 #include "fakes/FakePermissionService.hpp"
+#include "fakes/FakeServicesMenu.hpp"
 #include "fakes/FakeSleepAssertions.hpp"
 #include "fakes/FakeStatusItem.hpp"
+#include "fakes/FakeSystemSymbols.hpp"
+#include "fakes/FakeUrlSession.hpp"
 #include "fakes/FakeUserDefaults.hpp"
 #include "fakes/FakeWindowTraits.hpp"
 #include "fakes/FakeWorkspace.hpp"
@@ -57,6 +62,11 @@ public:
     FakeApplicationMenu& applicationMenu;
     FakeWindowTraits& windowTraits;
     FakeSleepAssertions& sleepAssertions;
+    FakePasteboard& pasteboard;
+    FakeFilePanel& filePanel;
+    FakeSystemSymbols& systemSymbols;
+    FakeServicesMenu& servicesMenu;
+    FakeUrlSessions urlSessions; ///< the network
 
     // Building.
 

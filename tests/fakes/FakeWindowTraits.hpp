@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
+
 #pragma once
 
 #include "platform/WindowTraits.hpp"
@@ -13,8 +14,12 @@ class FakeWindowTraits final : public WindowTraits {
 public:
     void setActivationPolicy(ActivationPolicy policy) override { policies_.push_back(policy); }
 
+    void activateApplication() override { ++activations; }
+
     /// Every policy that was set, in order.
     [[nodiscard]] const std::vector<ActivationPolicy>& policies() const { return policies_; }
+
+    int activations = 0; ///< how often the program was brought to the front
 
 private:
     std::vector<ActivationPolicy> policies_;

@@ -7,6 +7,7 @@
 #include "fakes/FakePasteboard.hpp"
 #include "fakes/FakeUrlSession.hpp"
 #include "fakes/FakeUserDefaults.hpp"
+#include "fakes/FakeWindowTraits.hpp"
 #include "fakes/TemporaryFiles.hpp"
 #include "fileshare/FileShareService.hpp"
 
@@ -57,12 +58,14 @@ protected:
     core::AppPreferences preferences_{defaults_};
     fakes::FakePasteboard pasteboard_;
     fakes::FakeFilePanel panel_;
+    fakes::FakeWindowTraits windowTraits_;
     fakes::FakeUrlSessions sessions_;
     std::vector<std::string> symbols_; ///< names that were drawn
     FileShareServices services_{.userDefaults = defaults_,
                                 .preferences = preferences_,
                                 .pasteboard = pasteboard_,
                                 .filePanel = panel_,
+                                .windowTraits = windowTraits_,
                                 .sessions = sessions_.factory(),
                                 .symbol = [this](const std::string& name, const QColor& color) {
                                     symbols_.push_back(name);

@@ -3,9 +3,11 @@
 #include "fakes/FakeMainQueue.hpp"
 #include "fakes/FakeSleepAssertions.hpp"
 #include "fakes/FakeStatusItem.hpp"
+#include "fakes/FakeSystemSymbols.hpp"
 #include "platform/MainQueueContract.hpp"
 #include "platform/SleepAssertionsContract.hpp"
 #include "platform/StatusItemContract.hpp"
+#include "platform/SystemSymbolsContract.hpp"
 
 #include <algorithm>
 #include <stdexcept>
@@ -68,6 +70,14 @@ private:
     fakes::FakeSleepAssertions fake_;
 };
 
+class FakeSystemSymbolsDriver {
+public:
+    SystemSymbols& symbols() { return fake_; }
+
+private:
+    fakes::FakeSystemSymbols fake_;
+};
+
 } // namespace
 
 namespace testing {
@@ -75,6 +85,7 @@ namespace testing {
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, MainQueueContract, FakeMainQueueDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, StatusItemContract, FakeStatusItemDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SleepAssertionsContract, FakeSleepAssertionsDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SystemSymbolsContract, FakeSystemSymbolsDriver);
 
 } // namespace testing
 } // namespace quillane

@@ -26,8 +26,15 @@ struct Uuid {
     /// The canonical form in upper case, "E621E1F8-C36C-495A-93FC-0C247A3E6E5F".
     [[nodiscard]] std::string toString() const;
 
-    /// The same order as that of the canonical forms as text.
-    auto operator<=>(const Uuid&) const = default;
+    bool operator==(const Uuid&) const = default;
+
+    /// The same order as that of the canonical forms as text. Written out because arrays have no `<=>` in the standard
+    /// library of macOS 13.
+    std::strong_ordering operator<=>(const Uuid& other) const {
+        return bytes < other.bytes    ? std::strong_ordering::less
+               : bytes == other.bytes ? std::strong_ordering::equal
+                                      : std::strong_ordering::greater;
+    }
 };
 
 } // namespace quillane::core

@@ -5,11 +5,16 @@
 #include "platform/common/QtMainQueue.hpp"
 #include "platform/linux/AtspiAccessibility.hpp"
 #include "platform/linux/AtspiPermissionService.hpp"
+#include "platform/linux/CommandServicesMenu.hpp"
 #include "platform/linux/LinuxDesktop.hpp"
+#include "platform/linux/LinuxProxySettings.hpp"
 #include "platform/linux/LinuxSleepAssertions.hpp"
 #include "platform/linux/LinuxWindowTraits.hpp"
 #include "platform/linux/PropertyListDefaults.hpp"
+#include "platform/linux/QtFilePanel.hpp"
+#include "platform/linux/QtPasteboard.hpp"
 #include "platform/linux/SessionBus.hpp"
+#include "platform/linux/SystemSymbols.hpp"
 #include "platform/linux/TrayStatusItem.hpp"
 #include "platform/linux/UnavailableKeyboard.hpp"
 #include "platform/linux/WindowKeysApplicationMenu.hpp"
@@ -17,6 +22,7 @@
 #include "platform/linux/X11EventTap.hpp"
 #include "platform/linux/X11InputSources.hpp"
 #include "platform/linux/X11KeyEvents.hpp"
+#include "platform/linux/X11Pasteboard.hpp"
 #include "platform/linux/X11Session.hpp"
 #include "platform/linux/X11Workspace.hpp"
 
@@ -50,6 +56,7 @@ bool hasWaylandPlugin() {
 struct LinuxSession {
     SessionBus bus;
     std::optional<X11Session> x11;
+    std::unique_ptr<X11Connection> pasteboard; ///< its own, see X11Pasteboard
 };
 
 /// The keyboard, input sources and workspace on an X server that the whole session runs on.
@@ -65,6 +72,16 @@ void addUnavailableKeyboard(Platform& platform, const LaunchOptions& options) {
     platform.inputSources = std::make_unique<UnavailableInputSources>();
     platform.keyEvents = std::make_unique<UnavailableKeyEvents>();
     platform.eventTap = std::make_unique<UnavailableEventTap>();
+}
+
+/// The clipboard of the X server, which a Wayland session keeps in step with its own; without one, Qt's.
+std::unique_ptr<Pasteboard> makePasteboard(const LinuxDesktop& desktop, LinuxSession& session) {
+    auto connection = X11Connection::open(desktop.x11Display);
+    if (!connection) {
+        return std::make_unique<QtPasteboard>();
+    }
+    session.pasteboard = std::move(*connection);
+    return std::make_unique<X11Pasteboard>(*session.pasteboard);
 }
 
 } // namespace
@@ -116,6 +133,11 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.windowTraits = std::make_unique<LinuxWindowTraits>();
     platform.sleepAssertions = std::make_unique<LinuxSleepAssertions>(
         session->bus, session->x11 ? std::make_unique<X11Blanking>(*session->x11->connection) : nullptr);
+    platform.pasteboard = makePasteboard(desktop, *session);
+    platform.filePanel = std::make_unique<QtFilePanel>();
+    platform.proxySettings = std::make_shared<LinuxProxySettings>();
+    platform.systemSymbols = std::make_unique<LineArtSymbols>();
+    platform.servicesMenu = std::make_unique<CommandServicesMenu>();
     return platform;
 }
 

@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QFile>
+#include <QImage>
 #include <QPainter>
 #include <QPixmap>
 #include <QSvgRenderer>
@@ -21,6 +22,12 @@ namespace {
 
 constexpr std::array iconSizes{16, 20, 24, 32, 48};
 
+/// Where the drawing of a symbol is; empty without one.
+QString pathOf(std::string_view name) {
+    const auto path = QStringLiteral(":/symbols/%1.svg").arg(QString::fromUtf8(name.data(), qsizetype(name.size())));
+    return name.find('/') == std::string_view::npos && QFile::exists(path) ? path : QString();
+}
+
 QPixmap render(QSvgRenderer& renderer, int size) {
     QPixmap pixmap(size, size);
     pixmap.fill(Qt::transparent);
@@ -33,8 +40,8 @@ QPixmap render(QSvgRenderer& renderer, int size) {
 
 QIcon symbolIcon(const std::string& name, const QColor& color) {
     registerResources();
-    const QString path = QStringLiteral(":/symbols/%1.svg").arg(QString::fromStdString(name));
-    if (!QFile::exists(path)) {
+    const QString path = pathOf(name);
+    if (path.isEmpty()) {
         return {};
     }
     QSvgRenderer renderer(path);
@@ -48,6 +55,26 @@ QIcon symbolIcon(const std::string& name, const QColor& color) {
         icon.addPixmap(pixmap);
     }
     return icon;
+}
+
+std::optional<TemplateImage> LineArtSymbols::image(std::string_view name, int pixels) const {
+    registerResources();
+    const QString path = pathOf(name);
+    if (path.isEmpty() || pixels < 1) {
+        return std::nullopt;
+    }
+    QSvgRenderer renderer(path);
+    QImage canvas(pixels, pixels, QImage::Format_Alpha8);
+    canvas.fill(0);
+    QPainter painter(&canvas);
+    renderer.render(&painter);
+    painter.end();
+    TemplateImage result{pixels, pixels, 1, {}};
+    for (int y = 0; y < pixels; ++y) {
+        const auto* line = reinterpret_cast<const std::byte*>(canvas.constScanLine(y));
+        result.coverage.insert(result.coverage.end(), line, line + pixels);
+    }
+    return result;
 }
 
 QIcon applicationIcon() {

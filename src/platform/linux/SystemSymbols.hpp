@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/SystemSymbols.hpp"
+
 #include <QIcon>
 
 #include <string>
@@ -16,5 +18,11 @@ namespace quillane {
 
 /// The application's own icon.
 [[nodiscard]] QIcon applicationIcon();
+
+/// The same drawings as values.
+class LineArtSymbols final : public SystemSymbols {
+public:
+    [[nodiscard]] std::optional<TemplateImage> image(std::string_view name, int pixels) const override;
+};
 
 } // namespace quillane

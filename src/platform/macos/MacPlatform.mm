@@ -7,12 +7,17 @@
 #include "platform/macos/MacAccessibility.hpp"
 #include "platform/macos/MacApplicationMenu.hpp"
 #include "platform/macos/MacEventTap.hpp"
+#include "platform/macos/MacFilePanel.hpp"
 #include "platform/macos/MacInputSources.hpp"
 #include "platform/macos/MacKeyEvents.hpp"
 #include "platform/macos/MacLaunch.hpp"
+#include "platform/macos/MacPasteboard.hpp"
 #include "platform/macos/MacPermissionService.hpp"
+#include "platform/macos/MacProxySettings.hpp"
+#include "platform/macos/MacServicesMenu.hpp"
 #include "platform/macos/MacSleepAssertions.hpp"
 #include "platform/macos/MacStatusItem.hpp"
+#include "platform/macos/MacSystemSymbols.hpp"
 #include "platform/macos/MacUserDefaults.hpp"
 #include "platform/macos/MacWindowTraits.hpp"
 #include "platform/macos/MacWorkspace.hpp"
@@ -40,6 +45,11 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.applicationMenu = std::make_unique<MacApplicationMenu>();
     platform.windowTraits = std::make_unique<MacWindowTraits>();
     platform.sleepAssertions = std::make_unique<MacSleepAssertions>();
+    platform.pasteboard = std::make_unique<MacPasteboard>();
+    platform.filePanel = std::make_unique<MacFilePanel>();
+    platform.proxySettings = std::make_shared<MacProxySettings>();
+    platform.systemSymbols = std::make_unique<MacSystemSymbols>();
+    platform.servicesMenu = std::make_unique<MacServicesMenu>();
     return platform;
 }
 

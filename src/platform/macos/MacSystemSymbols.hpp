@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/SystemSymbols.hpp"
+
 #import <AppKit/AppKit.h>
 
 #include <string_view>
@@ -14,5 +16,11 @@ namespace quillane {
 
 /// The icon of this application in the size of a menu row, 16 × 16 points (NSApplication.applicationIconImage).
 [[nodiscard]] NSImage* menuApplicationIcon();
+
+/// The system's symbols as values.
+class MacSystemSymbols final : public SystemSymbols {
+public:
+    [[nodiscard]] std::optional<TemplateImage> image(std::string_view name, int pixels) const override;
+};
 
 } // namespace quillane

@@ -10,6 +10,7 @@ class MacWindowTraits final : public WindowTraits {
 public:
     /// NSApplication.activationPolicy.
     void setActivationPolicy(ActivationPolicy policy) override;
+    void activateApplication() override;
 };
 
 } // namespace quillane

@@ -14,4 +14,10 @@ void MacWindowTraits::setActivationPolicy(ActivationPolicy policy) {
     }
 }
 
+void MacWindowTraits::activateApplication() {
+    @autoreleasepool {
+        [NSApplication.sharedApplication activateIgnoringOtherApps:YES];
+    }
+}
+
 } // namespace quillane

@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quillane {
+
+/// The desktop's own way for other programs to offer what this one does with their selection. Main thread.
+class ServicesMenu {
+public:
+    /// Takes the file URLs of a selection, in its order. What it returns is shown by the other program as an error.
+    using Share = std::function<std::optional<std::string>(const std::vector<std::string>& urls)>;
+
+    virtual ~ServicesMenu() = default;
+
+    /// Answers from now on, instead of what was given before. An empty function ends it.
+    virtual void provideShare(Share share) = 0;
+};
+
+} // namespace quillane

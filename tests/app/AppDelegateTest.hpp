@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/AppDelegate.hpp"
+#include "core/preferences/InstallationMigration.hpp"
+#include "fakes/FakeDesktop.hpp"
+#include "fakes/FakeUserDefaults.hpp"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace quillane {
+
+inline constexpr auto legacyBundleID = core::InstallationMigration::legacyBundleID;
+
+/// A desktop with the agent on it, as it is after start-up.
+class AppDelegateTest : public testing::Test {
+protected:
+    AppDelegateTest() { desktop.withInputSources({fakes::english(), fakes::hebrew()}); }
+
+    AppDelegate& launch() {
+        model.emplace(defaults, desktop.sleepAssertions);
+        preferences.emplace(defaults);
+        delegate.emplace(AppServices{.mainQueue = desktop.queue,
+                                     .userDefaults = defaults,
+                                     .workspace = desktop.workspace,
+                                     .inputSources = desktop.inputSources,
+                                     .keyEvents = desktop.keyEvents,
+                                     .eventTap = desktop.tap,
+                                     .accessibility = desktop.accessibility,
+                                     .permissions = desktop.permissions,
+                                     .statusItem = desktop.statusItem,
+                                     .applicationMenu = desktop.applicationMenu,
+                                     .windowTraits = desktop.windowTraits,
+                                     .pasteboard = desktop.pasteboard,
+                                     .filePanel = desktop.filePanel,
+                                     .systemSymbols = desktop.systemSymbols,
+                                     .servicesMenu = desktop.servicesMenu,
+                                     .urlSessions = desktop.urlSessions.factory()},
+                         *preferences, *model,
+                         AppDelegate::Environment{.version = "1.2",
+                                                  .keyboardAvailable = keyboardAvailable,
+                                                  .legacyBundleID = std::string(legacyBundleID),
+                                                  .terminate = [this] { ++terminations; }});
+        delegate->applicationDidFinishLaunching();
+        return *delegate;
+    }
+
+    void click(std::string_view title) { desktop.statusItem.click(title); }
+
+    [[nodiscard]] std::string statusRowTitle() const { return desktop.statusItem.rows()[1].title; }
+
+    [[nodiscard]] bool checked(std::string_view title) const { return desktop.statusItem.row(title).checked; }
+
+    void releaseLanguageChord() {
+        desktop.press(fakes::Modifier::leftOption).press(fakes::Modifier::leftShift);
+        desktop.release(fakes::Modifier::leftShift).release(fakes::Modifier::leftOption).settle();
+    }
+
+    fakes::FakeDesktop desktop;
+    fakes::FakeUserDefaults defaults;
+    bool keyboardAvailable = true;
+    int terminations = 0;
+    std::optional<core::AppPreferences> preferences;
+    std::optional<SettingsModel> model;
+    std::optional<AppDelegate> delegate;
+};
+
+} // namespace quillane

@@ -1,0 +1,125 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "app/AppDelegateTest.hpp"
+#include "core/clipboard/PasteboardTypes.hpp"
+#include "core/fileshare/FileShareServer.hpp"
+#include "fakes/TemporaryFiles.hpp"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include <cstdlib>
+
+namespace quillane {
+namespace {
+
+/// The ways in to sharing a file that the agent offers, with its windows off the screen.
+class Sharing : public AppDelegateTest {
+private:
+    struct OffscreenPlatform {
+        OffscreenPlatform() { ::setenv("QT_QPA_PLATFORM", "offscreen", 1); }
+    };
+
+    OffscreenPlatform offscreen_;
+    int argc_ = 1;
+    std::string name_ = "tests";
+    char* argv_ = name_.data();
+    QApplication application_{argc_, &argv_};
+
+protected:
+    Sharing() {
+        defaults.setObject("FileShareServer", std::string("http://nas"));
+        launch();
+    }
+
+    ~Sharing() override { delegate.reset(); } // its windows, before the application
+
+    [[nodiscard]] static std::vector<QWidget*> windows() {
+        std::vector<QWidget*> result;
+        for (auto* widget : QApplication::topLevelWidgets()) {
+            if (widget->isVisible()) {
+                result.push_back(widget);
+            }
+        }
+        return result;
+    }
+
+    [[nodiscard]] std::string url(const std::string& name) { return files.url(name).absoluteString(); }
+
+    ControlReply share(std::vector<std::string> urls) {
+        return delegate->handleControlRequest({"share", std::move(urls)});
+    }
+
+    fakes::TemporaryFiles files;
+};
+
+TEST_F(Sharing, TheMenuRowOpensThePanelAndTheChosenFileIsUploaded) {
+    click("Quillane Share…");
+    ASSERT_TRUE(desktop.filePanel.open);
+    EXPECT_EQ(desktop.filePanel.open->message, "Choose a file to upload to nas");
+    EXPECT_EQ(desktop.windowTraits.activations, 1);
+    static_cast<void>(files.url("a.txt"));
+    desktop.filePanel.confirm(files.folder() / "a.txt");
+    EXPECT_EQ(desktop.urlSessions.last().request->url.absoluteString(), "http://nas/a.txt");
+    EXPECT_EQ(desktop.windowTraits.activations, 2);
+}
+
+TEST_F(Sharing, TheApplicationMenuHasItToo) {
+    const auto& rows = desktop.applicationMenu.menus().front().rows;
+    ASSERT_EQ(rows[1].row.title, "Quillane Share…");
+    rows[1].row.action();
+    EXPECT_TRUE(desktop.filePanel.open);
+}
+
+TEST_F(Sharing, TheCommandUploadsTheFileAndItsLinkIsCopied) {
+    EXPECT_EQ(share({url("שלום #1.txt")}), ControlReply{});
+    EXPECT_EQ(desktop.urlSessions.last().request->url.absoluteString(),
+              "http://nas/%D7%A9%D7%9C%D7%95%D7%9D%20%231.txt");
+    ASSERT_EQ(windows().size(), 1U);
+    desktop.urlSessions.last().receive("http://nas/abc/x\n");
+    desktop.urlSessions.last().complete(core::UrlResponse{200});
+    windows().front()->findChild<QPushButton*>("copyAndClose")->click();
+    EXPECT_EQ(desktop.pasteboard.string(core::PasteboardTypes::string), "http://nas/abc/x");
+    EXPECT_TRUE(windows().empty());
+}
+
+TEST_F(Sharing, TheCommandIsToldWhenItIsNotOneFileAndSoIsTheUser) {
+    EXPECT_EQ(share({url("a.txt"), url("b.txt")}), (ControlReply{false, "Select one file to share."}));
+    EXPECT_TRUE(desktop.urlSessions.transfers.empty());
+    ASSERT_EQ(windows().size(), 1U);
+    const auto* box = qobject_cast<QMessageBox*>(windows().front());
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->text(), "Select one file to share.");
+    EXPECT_EQ(share({}).ok, false);
+    EXPECT_EQ(share({"no url"}).ok, false);
+}
+
+TEST_F(Sharing, TheServicesMenuSharesOneFileAndTellsTheOtherProgramOtherwise) {
+    preferences->choose(core::AppLanguage::arabic);
+    EXPECT_EQ(desktop.servicesMenu.chooseShare({url("a.txt"), url("b.txt")}), "حدّد ملفًا واحدًا لمشاركته.");
+    EXPECT_TRUE(windows().empty());
+    EXPECT_EQ(desktop.servicesMenu.chooseShare({url("a.txt")}), std::nullopt);
+    EXPECT_EQ(windows().size(), 1U);
+}
+
+TEST_F(Sharing, PausingCancelsUploadsAndStillAllowsNewOnes) {
+    EXPECT_TRUE(share({url("a.txt")}).ok);
+    click("Pause all");
+    EXPECT_TRUE(desktop.urlSessions.last().destroyed);
+    EXPECT_TRUE(share({url("a.txt")}).ok);
+    EXPECT_FALSE(desktop.urlSessions.last().destroyed);
+    click("Temporary English with Shift");
+    EXPECT_FALSE(desktop.urlSessions.last().destroyed);
+}
+
+TEST_F(Sharing, QuittingCancelsUploadsAndEndsTheService) {
+    EXPECT_TRUE(share({url("a.txt")}).ok);
+    delegate->applicationWillTerminate();
+    EXPECT_TRUE(desktop.urlSessions.last().destroyed);
+    EXPECT_THROW(static_cast<void>(desktop.servicesMenu.chooseShare({url("a.txt")})), std::logic_error);
+}
+
+} // namespace
+} // namespace quillane

@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/ServicesMenu.hpp"
+
+#include <stdexcept>
+#include <utility>
+
+namespace quillane::fakes {
+
+/// A services menu that a test chooses from.
+class FakeServicesMenu final : public ServicesMenu {
+public:
+    void provideShare(Share share) override { share_ = std::move(share); }
+
+    /// What another program does with its selection; the error that it is told.
+    std::optional<std::string> chooseShare(const std::vector<std::string>& urls) {
+        if (!share_) {
+            throw std::logic_error("Nobody provides this service");
+        }
+        return share_(urls);
+    }
+
+private:
+    Share share_;
+};
+
+} // namespace quillane::fakes
