@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "direction/AX.hpp"
 
+#include "core/support/Text.hpp"
+
 #include <algorithm>
 #include <array>
 #include <deque>
@@ -12,6 +14,8 @@ namespace {
 
 constexpr std::array<std::string_view, 6> alwaysSkipped{"AXWebArea", "AXTextArea", "AXTextField",
                                                         "AXTable",   "AXOutline",  "AXList"};
+
+constexpr int longestWay = 32; // up to an ancestor
 
 bool contains(std::span<const std::string_view> roles, std::string_view role) {
     return std::ranges::find(roles, role) != roles.end();
@@ -47,22 +51,94 @@ bool isTextWritable(Accessibility& accessibility, const AXElement& element) {
            accessibility.isAttributeSettable(element, "AXSelectedText");
 }
 
-std::optional<AXElement> find(Accessibility& accessibility, const AXElement& root, std::size_t limit,
-                              std::span<const std::string_view> skipping,
-                              const std::function<bool(const AXElement&, std::string_view role)>& predicate) {
-    std::deque<AXElement> queue{root};
-    for (std::size_t visited = 0; visited < limit && !queue.empty(); ++visited) {
-        const auto next = queue.front();
-        queue.pop_front();
-        const auto role = string(accessibility, next, "AXRole").value_or(std::string());
-        if (predicate(next, role)) {
-            return next;
+bool matches(Accessibility& accessibility, const AXElement& element, std::string_view label) {
+    return std::ranges::any_of(labelNames, [&](std::string_view name) {
+        const auto text = string(accessibility, element, name);
+        return text && core::trimmedOfWhiteSpace(*text) == label;
+    });
+}
+
+bool press(Accessibility& accessibility, const AXElement& element) {
+    return flag(accessibility, element, "AXEnabled") != false &&
+           accessibility.performAction(element, "AXPress") == AXActionResult::done;
+}
+
+bool isDescendant(Accessibility& accessibility, const AXElement& element, const AXElement& ancestor) {
+    std::optional<AXElement> step = element;
+    for (int count = 0; step && count < longestWay; ++count) {
+        if (*step == ancestor) {
+            return true;
         }
-        if (!contains(alwaysSkipped, role) && !contains(skipping, role)) {
-            std::ranges::copy(children(accessibility, next), std::back_inserter(queue));
+        step = AX::element(accessibility, *step, "AXParent");
+    }
+    return false;
+}
+
+std::optional<AXElement> closest(Accessibility& accessibility, const AXElement& from, std::string_view role,
+                                 std::size_t steps) {
+    std::optional<AXElement> step = from;
+    for (std::size_t count = 0; step && count < steps; ++count) {
+        if (string(accessibility, *step, "AXRole") == role) {
+            return step;
+        }
+        step = element(accessibility, *step, "AXParent");
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string_view> Candidate::text(std::string_view name) const {
+    const auto found = std::ranges::find(names, name);
+    const auto index = static_cast<std::size_t>(found - names.begin());
+    const auto* value = index < values.size() ? std::get_if<std::string>(&values[index]) : nullptr;
+    return value != nullptr ? std::optional<std::string_view>(*value) : std::nullopt;
+}
+
+bool Candidate::isLabelled(std::string_view label) const {
+    return std::ranges::any_of(labelNames, [&](std::string_view name) {
+        const auto value = text(name);
+        return value && core::trimmedOfWhiteSpace(*value) == label;
+    });
+}
+
+std::optional<AXElement> find(Accessibility& accessibility, const AXElement& root, const Search& search,
+                              const std::function<bool(const Candidate&)>& predicate) {
+    std::vector<std::string_view> names{"AXRole"};
+    std::ranges::copy(search.reading, std::back_inserter(names));
+    std::deque<AXElement> queue{root};
+    for (std::size_t visited = 0; visited < search.limit && !queue.empty();) {
+        const auto count = std::min({accessibility.elementsAtOnce(), search.limit - visited, queue.size()});
+        const std::vector<AXElement> next(queue.begin(), queue.begin() + static_cast<std::ptrdiff_t>(count));
+        queue.erase(queue.begin(), queue.begin() + static_cast<std::ptrdiff_t>(count));
+        visited += count;
+        const auto read = accessibility.attributesOfEach(next, names);
+        std::vector<AXElement> parents;
+        for (std::size_t index = 0; index < count; ++index) {
+            const auto values = read[index].value_or(std::vector<AXValue>(names.size()));
+            const auto* role = std::get_if<std::string>(&values.front());
+            const Candidate candidate{next[index], role != nullptr ? std::string_view(*role) : std::string_view(),
+                                      search.reading, std::span(values).subspan(1)};
+            if (predicate(candidate)) {
+                return next[index];
+            }
+            if (!contains(alwaysSkipped, candidate.role) && !contains(search.skipping, candidate.role)) {
+                parents.push_back(next[index]);
+            }
+        }
+        for (auto& list : accessibility.attributesOfEach(parents, std::array<std::string_view, 1>{"AXChildren"})) {
+            const auto* children = list ? std::get_if<std::vector<AXElement>>(&list->front()) : nullptr;
+            if (children != nullptr) {
+                std::ranges::copy(*children, std::back_inserter(queue));
+            }
         }
     }
     return std::nullopt;
+}
+
+std::optional<AXElement> find(Accessibility& accessibility, const AXElement& root, std::size_t limit,
+                              std::span<const std::string_view> skipping,
+                              const std::function<bool(const AXElement&, std::string_view role)>& predicate) {
+    return find(accessibility, root, Search{.limit = limit, .skipping = skipping, .reading = {}},
+                [&](const Candidate& candidate) { return predicate(candidate.element, candidate.role); });
 }
 
 } // namespace quillane::AX

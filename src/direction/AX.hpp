@@ -4,6 +4,7 @@
 
 #include "platform/Accessibility.hpp"
 
+#include <array>
 #include <functional>
 #include <optional>
 #include <span>
@@ -29,6 +30,48 @@ namespace quillane::AX {
 
 /// Whether "AXValue" or, failing that, "AXSelectedText" is settable.
 [[nodiscard]] bool isTextWritable(Accessibility& accessibility, const AXElement& element);
+
+/// Whether the title, or else the description, is the label once white space around it has been taken away.
+[[nodiscard]] bool matches(Accessibility& accessibility, const AXElement& element, std::string_view label);
+
+/// Presses an element that is not disabled; true when that succeeded.
+bool press(Accessibility& accessibility, const AXElement& element);
+
+/// Whether the element is the ancestor or below it, by at most 32 steps.
+[[nodiscard]] bool isDescendant(Accessibility& accessibility, const AXElement& element, const AXElement& ancestor);
+
+/// The element itself or the first above it, at most `steps` elements in all, whose role it is.
+[[nodiscard]] std::optional<AXElement> closest(Accessibility& accessibility, const AXElement& from,
+                                               std::string_view role, std::size_t steps);
+
+/// An element that a search has come to, with the attributes that were asked for.
+struct Candidate {
+    const AXElement& element;
+    std::string_view role; ///< empty when it cannot be read
+    std::span<const std::string_view> names;
+    std::span<const AXValue> values; ///< one for each name
+
+    /// A text among the attributes asked for; none when it has not got it.
+    [[nodiscard]] std::optional<std::string_view> text(std::string_view name) const;
+
+    /// `AX::matches`, of the attributes asked for, which must hold those of `labelNames`.
+    [[nodiscard]] bool isLabelled(std::string_view label) const;
+};
+
+inline constexpr std::array<std::string_view, 2> labelNames{"AXTitle", "AXDescription"};
+
+/// How a search goes.
+struct Search {
+    std::size_t limit = 0;                      ///< of visited elements
+    std::span<const std::string_view> skipping; ///< roles not looked into, besides those that never are
+    std::span<const std::string_view> reading;  ///< attributes that the predicate needs, besides the role
+};
+
+/// Breadth first from the root, the first element that the predicate accepts. Gives up after a number of visited
+/// elements. Never looks inside text, tables, lists and web areas. Elements are read
+/// together as far as the backend can.
+[[nodiscard]] std::optional<AXElement> find(Accessibility& accessibility, const AXElement& root, const Search& search,
+                                            const std::function<bool(const Candidate&)>& predicate);
 
 /// Breadth first from the root, the first element that the predicate accepts; it is given the element and its role.
 /// Gives up after `limit` visited elements. Never looks inside text, tables, lists and web areas, nor inside the roles

@@ -2,7 +2,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/support/Subscription.hpp"
+
 #include <chrono>
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -38,13 +42,53 @@ private:
     std::shared_ptr<Handle> handle_;
 };
 
-/// The value of an attribute. `std::monostate` is a value that the element has not.
-using AXValue = std::variant<std::monostate, bool, std::string, AXElement, std::vector<AXElement>>;
+/// A stretch of a text, in the units that its application counts in: a place when the length is zero.
+struct AXTextRange {
+    std::int64_t location = 0;
+    std::int64_t length = 0;
 
-/// Reading other applications by Accessibility, in the names of macOS (NSAccessibilityConstants.h) on every desktop:
-/// attributes as "AXRole", roles as "AXTextArea". Main thread. Each call waits for the other application at most for
-/// the messaging time-out of the element asked; any failure (no permission, no answer in time, unknown attribute) is
-/// absence.
+    bool operator==(const AXTextRange&) const = default;
+};
+
+/// A value that only its application understands, for example a place in a web page. It can be kept, compared and
+/// written back.
+class AXOpaqueValue {
+public:
+    /// What a backend keeps for a value.
+    class Handle {
+    public:
+        virtual ~Handle() = default;
+        [[nodiscard]] virtual bool isSame(const Handle& other) const = 0;
+    };
+
+    explicit AXOpaqueValue(std::shared_ptr<const Handle> handle) // shared: copies mean one value
+        : handle_(std::move(handle)) {}
+
+    [[nodiscard]] const Handle& handle() const { return *handle_; }
+
+    bool operator==(const AXOpaqueValue& other) const {
+        return handle_ == other.handle_ || handle_->isSame(*other.handle_);
+    }
+
+private:
+    std::shared_ptr<const Handle> handle_;
+};
+
+/// The value of an attribute. `std::monostate` is a value that the element has not. Addresses (URLs) are text.
+using AXValue =
+    std::variant<std::monostate, bool, std::string, AXElement, std::vector<AXElement>, AXTextRange, AXOpaqueValue>;
+
+/// How the call of an action ended.
+enum class AXActionResult {
+    done,
+    cannotComplete, ///< the application did not answer in time, as while it shows a menu: it may well have acted
+    failed,
+};
+
+/// Reading and driving other applications by Accessibility, in the names of macOS (NSAccessibilityConstants.h) on every
+/// desktop: attributes as "AXRole", roles as "AXTextArea". Main thread. Each call waits for the other application at
+/// most for the messaging time-out of the element asked; any failure (no permission, no answer in time, unknown
+/// attribute) is absence.
 class Accessibility {
 public:
     virtual ~Accessibility() = default;
@@ -63,7 +107,39 @@ public:
     [[nodiscard]] virtual std::optional<std::vector<AXValue>> attributes(const AXElement& element,
                                                                          std::span<const std::string_view> names) = 0;
 
+    /// How many elements are best read together by `attributesOfEach`: one, where each is asked in turn.
+    [[nodiscard]] virtual std::size_t elementsAtOnce() const { return 1; }
+
+    /// The same attributes of several elements, one result for each as from `attributes`. A backend that asks them all
+    /// at once waits for all of them no longer than one call may.
+    [[nodiscard]] virtual std::vector<std::optional<std::vector<AXValue>>>
+    attributesOfEach(std::span<const AXElement> elements, std::span<const std::string_view> names);
+
     [[nodiscard]] virtual bool isAttributeSettable(const AXElement& element, std::string_view name) = 0;
+
+    /// Sets an attribute; false on failure.
+    virtual bool setAttribute(const AXElement& element, std::string_view name, const AXValue& value) = 0;
+
+    /// The actions of an element ("AXPress", "AXShowMenu", …); empty on failure.
+    [[nodiscard]] virtual std::vector<std::string> actionNames(const AXElement& element) = 0;
+
+    /// Does an action. Pressing an item of a menu closes the menu, and "AXCancel" on a menu closes it without a choice.
+    virtual AXActionResult performAction(const AXElement& element, std::string_view name) = 0;
+
+    /// Calls the handler, from the main queue and never inside another call, for each notification of the name that an
+    /// application sends, with the element that it is about, until the token is dropped. None when the application or
+    /// the notification cannot be observed.
+    [[nodiscard]] virtual std::optional<core::Subscription> observe(const AXElement& application, std::string_view name,
+                                                                    std::function<void(const AXElement&)> handler) = 0;
 };
+
+inline std::vector<std::optional<std::vector<AXValue>>>
+Accessibility::attributesOfEach(std::span<const AXElement> elements, std::span<const std::string_view> names) {
+    std::vector<std::optional<std::vector<AXValue>>> results;
+    for (const auto& element : elements) {
+        results.push_back(attributes(element, names));
+    }
+    return results;
+}
 
 } // namespace quillane

@@ -4,6 +4,25 @@
 
 namespace quillane::fakes {
 
+namespace {
+
+struct OpaqueText final : AXOpaqueValue::Handle {
+    std::string text;
+
+    explicit OpaqueText(std::string exact) : text(std::move(exact)) {}
+
+    [[nodiscard]] bool isSame(const AXOpaqueValue::Handle& other) const override {
+        const auto* same = dynamic_cast<const OpaqueText*>(&other);
+        return same != nullptr && same->text == text;
+    }
+};
+
+} // namespace
+
+AXOpaqueValue fakeOpaqueValue(std::string text) {
+    return AXOpaqueValue(std::make_shared<OpaqueText>(std::move(text)));
+}
+
 FakeElement& FakeElement::with(const std::string& attribute, Value value) {
     std::visit([&](auto&& exact) { values_.insert_or_assign(attribute, std::move(exact)); }, std::move(value));
     return *this;
@@ -22,6 +41,22 @@ FakeElement& FakeElement::without(const std::string& attribute) {
 
 FakeElement& FakeElement::settable(const std::string& attribute, bool settable) {
     settable ? void(settable_.insert(attribute)) : void(settable_.erase(attribute));
+    return *this;
+}
+
+FakeElement& FakeElement::ignoringWrites(const std::string& attribute) {
+    stubborn_.insert(attribute);
+    return settable(attribute);
+}
+
+FakeElement& FakeElement::withAction(const std::string& name, Effect effect) {
+    actions_.insert_or_assign(
+        name, effect ? std::move(effect) : [] { return AXActionResult::done; });
+    return *this;
+}
+
+FakeElement& FakeElement::present(bool present) {
+    present_ = present;
     return *this;
 }
 
@@ -79,7 +114,7 @@ FakeElement* FakeAccessibility::asked(const AXElement& element, std::string what
         const auto found = trees_.find(handle.pid);
         node = found == trees_.end() ? nullptr : found->second.get();
     }
-    return node == nullptr || node->fails_ ? nullptr : node;
+    return node == nullptr || node->fails_ || !node->present_ ? nullptr : node;
 }
 
 std::optional<std::vector<AXValue>> FakeAccessibility::attributes(const AXElement& element,
@@ -110,7 +145,9 @@ std::optional<std::vector<AXValue>> FakeAccessibility::attributes(const AXElemen
         } else if (name == "AXChildren") {
             std::vector<AXElement> children;
             for (const auto& child : node->children_) {
-                children.push_back(refer(child.get()));
+                if (child->present_) {
+                    children.push_back(refer(child.get()));
+                }
             }
             values.emplace_back(std::move(children));
         } else if (const auto value = node->values_.find(name); value != node->values_.end()) {
@@ -133,6 +170,60 @@ std::optional<AXValue> FakeAccessibility::attribute(const AXElement& element, st
 bool FakeAccessibility::isAttributeSettable(const AXElement& element, std::string_view name) {
     const auto* node = asked(element, std::string(name));
     return node != nullptr && node->settable_.contains(name);
+}
+
+bool FakeAccessibility::setAttribute(const AXElement& element, std::string_view name, const AXValue& value) {
+    auto* node = asked(element, std::string(name));
+    if (node == nullptr || !node->settable_.contains(name)) {
+        return false;
+    }
+    const auto current = node->values_.find(name);
+    if (current != node->values_.end() && current->second.index() != value.index()) {
+        return false; // a value of another type
+    }
+    if (!node->stubborn_.contains(name)) {
+        node->values_.insert_or_assign(std::string(name), value);
+    }
+    return true;
+}
+
+std::vector<std::string> FakeAccessibility::actionNames(const AXElement& element) {
+    std::vector<std::string> names;
+    if (const auto* node = asked(element, "actions")) {
+        for (const auto& [name, effect] : node->actions_) {
+            names.push_back(name);
+        }
+    }
+    return names;
+}
+
+AXActionResult FakeAccessibility::performAction(const AXElement& element, std::string_view name) {
+    auto* node = asked(element, std::string(name));
+    if (node == nullptr) {
+        return AXActionResult::failed;
+    }
+    actions_.push_back({node, std::string(name)});
+    const auto action = node->actions_.find(name);
+    const auto effect = action == node->actions_.end() ? FakeElement::Effect() : action->second;
+    return effect ? effect() : AXActionResult::failed;
+}
+
+std::optional<core::Subscription> FakeAccessibility::observe(const AXElement& application, std::string_view name,
+                                                             std::function<void(const AXElement&)> handler) {
+    const auto pid = dynamic_cast<Handle&>(application.handle()).pid;
+    if (!trees_.contains(pid) || name != "AXMenuOpened") {
+        return std::nullopt;
+    }
+    return observers_[{pid, std::string(name)}].subscribe(std::move(handler));
+}
+
+void FakeAccessibility::notify(pid_t pid, const std::string& notification, FakeElement& about) {
+    observers_[{pid, notification}].notify(reference(about));
+}
+
+bool FakeAccessibility::isObserved(pid_t pid, const std::string& notification) const {
+    const auto found = observers_.find({pid, notification});
+    return found != observers_.end() && !found->second.empty();
 }
 
 FakeElement& FakeAccessibility::tree(pid_t pid) {

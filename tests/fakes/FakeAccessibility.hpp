@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/support/Listeners.hpp"
 #include "platform/Accessibility.hpp"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -16,7 +18,10 @@ namespace quillane::fakes {
 /// One element of a faked accessibility tree, and the builder for it: each setter returns the element itself.
 class FakeElement {
 public:
-    using Value = std::variant<bool, std::string>;
+    using Value = std::variant<bool, std::string, AXTextRange, AXOpaqueValue>;
+
+    /// What the application does when an action is called.
+    using Effect = std::function<AXActionResult()>;
 
     explicit FakeElement(std::string role) { with("AXRole", std::move(role)); }
 
@@ -30,6 +35,17 @@ public:
 
     FakeElement& without(const std::string& attribute);
     FakeElement& settable(const std::string& attribute, bool settable = true);
+
+    /// An attribute that takes what is written and keeps its value all the same.
+    FakeElement& ignoringWrites(const std::string& attribute);
+
+    /// Gives the element an action. Without an effect it is done and nothing happens.
+    FakeElement& withAction(const std::string& name, Effect effect = {});
+
+    /// Whether the element is in the tree at all: its parent does not list an absent one, and calls on it fail.
+    FakeElement& present(bool present = true);
+
+    [[nodiscard]] bool isPresent() const { return present_; }
 
     /// Makes every call on the element fail, as with an application that does not answer in time.
     FakeElement& failing(bool fails = true);
@@ -48,10 +64,16 @@ private:
     std::map<std::string, AXValue, std::less<>> values_;
     std::map<std::string, FakeElement*, std::less<>> references_;
     std::set<std::string, std::less<>> settable_;
+    std::set<std::string, std::less<>> stubborn_; ///< attributes that ignore what is written
+    std::map<std::string, Effect, std::less<>> actions_;
     std::vector<std::unique_ptr<FakeElement>> children_;
     FakeElement* parent_ = nullptr;
+    bool present_ = true;
     bool fails_ = false;
 };
+
+/// The value of an application's own kind: equal to those with the same text.
+[[nodiscard]] AXOpaqueValue fakeOpaqueValue(std::string text);
 
 /// Accessibility over trees that a test builds. It records each call with the time-out that held for it.
 class FakeAccessibility final : public Accessibility {
@@ -61,12 +83,25 @@ public:
         std::optional<std::chrono::milliseconds> timeout;
     };
 
+    /// An action that was called, on an element that answers.
+    struct Action {
+        const FakeElement* element;
+        std::string name;
+
+        bool operator==(const Action&) const = default;
+    };
+
     [[nodiscard]] AXElement application(pid_t pid) override;
     void setMessagingTimeout(const AXElement& element, std::chrono::milliseconds timeout) override;
     [[nodiscard]] std::optional<AXValue> attribute(const AXElement& element, std::string_view name) override;
     [[nodiscard]] std::optional<std::vector<AXValue>> attributes(const AXElement& element,
                                                                  std::span<const std::string_view> names) override;
     [[nodiscard]] bool isAttributeSettable(const AXElement& element, std::string_view name) override;
+    bool setAttribute(const AXElement& element, std::string_view name, const AXValue& value) override;
+    [[nodiscard]] std::vector<std::string> actionNames(const AXElement& element) override;
+    AXActionResult performAction(const AXElement& element, std::string_view name) override;
+    [[nodiscard]] std::optional<core::Subscription> observe(const AXElement& application, std::string_view name,
+                                                            std::function<void(const AXElement&)> handler) override;
 
     /// The root of an application's tree, made when it is first asked for. An application without one gives no answers.
     FakeElement& tree(pid_t pid);
@@ -77,11 +112,22 @@ public:
     /// Puts the keyboard focus of the application on the element; none takes it away.
     void focus(pid_t pid, FakeElement* element);
 
+    /// The application sends a notification, as from the main queue.
+    void notify(pid_t pid, const std::string& notification, FakeElement& about);
+
+    /// Whether somebody observes the notification of the application.
+    [[nodiscard]] bool isObserved(pid_t pid, const std::string& notification) const;
+
     /// A reference to an element of a tree, as a call would give it.
     [[nodiscard]] AXElement reference(FakeElement& element) const;
 
     /// Every call that asked an application for something, in order.
     [[nodiscard]] const std::vector<Call>& calls() const { return calls_; }
+
+    void forgetCalls() { calls_.clear(); }
+
+    /// The actions that were called, in order.
+    [[nodiscard]] const std::vector<Action>& actions() const { return actions_; }
 
 private:
     class Handle;
@@ -90,6 +136,8 @@ private:
 
     std::map<pid_t, std::unique_ptr<FakeElement>> trees_;
     std::vector<Call> calls_;
+    std::vector<Action> actions_;
+    std::map<std::pair<pid_t, std::string>, core::Listeners<const AXElement&>> observers_;
 };
 
 } // namespace quillane::fakes

@@ -94,17 +94,44 @@ public:
 
 class FakeAccessibilityDriver : public FakeDriver {
 public:
-    FakeAccessibilityDriver() { desktop_.withFrontApplication("com.apple.TextEdit").withFocusedTextField(); }
+    FakeAccessibilityDriver() {
+        desktop_.withFrontApplication("com.apple.TextEdit");
+        auto& window = tree().add("AXWindow");
+        tree().with("AXFocusedWindow", window);
+        field_ = &window.addTextField()
+                      .with("AXWindow", window)
+                      .with("AXSelectedTextRange", AXTextRange{3, 0})
+                      .settable("AXSelectedTextRange");
+        password_ = &window.addTextField().with("AXSubrole", "AXSecureTextField");
+        menu_ = &tree().add("AXMenu").present(false).withAction("AXCancel", [this] {
+            menu_->present(false);
+            return AXActionResult::done;
+        });
+        menu_->add("AXMenuItem");
+        focusTextField();
+    }
 
     Accessibility& accessibility() { return desktop_.accessibility; }
 
     [[nodiscard]] pid_t pid() const { return desktop_.frontPid(); }
 
-    void focusTextField() { desktop_.withFocusedTextField(); }
+    void focusTextField() { desktop_.accessibility.focus(pid(), field_); }
 
-    void focusPasswordField() { desktop_.withFocusedPasswordField(); }
+    void focusPasswordField() { desktop_.accessibility.focus(pid(), password_); }
+
+    void openContextMenu() {
+        menu_->present();
+        desktop_.accessibility.notify(pid(), "AXMenuOpened", *menu_);
+    }
 
     void stopAnswering() { desktop_.accessibility.stopAnswering(pid()); }
+
+private:
+    FakeElement& tree() { return desktop_.accessibility.tree(pid()); }
+
+    FakeElement* field_ = nullptr;
+    FakeElement* password_ = nullptr;
+    FakeElement* menu_ = nullptr;
 };
 
 class FakePasteboardDriver : public FakeDriver {

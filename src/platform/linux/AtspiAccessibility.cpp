@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/AtspiAccessibility.hpp"
 
+#include "platform/linux/AtspiHandle.hpp"
 #include "platform/linux/OwnFocus.hpp"
 #include "platform/linux/SessionBus.hpp"
 
@@ -23,23 +24,7 @@ constexpr auto silentFor = 1s;       // an application that has not answered is 
 
 } // namespace
 
-/// An application by its process, or one object.
-class AtspiAccessibility::Handle final : public AXElement::Handle {
-public:
-    Handle(pid_t process, AtspiObject target, std::optional<std::chrono::milliseconds> limit)
-        : pid(process), object(std::move(target)), timeout(limit) {}
-
-    [[nodiscard]] bool isSame(const AXElement::Handle& other) const override {
-        const auto* same = dynamic_cast<const Handle*>(&other);
-        return same != nullptr && same->pid == pid && same->object == object;
-    }
-
-    pid_t pid;          ///< of an application; 0 for an object
-    AtspiObject object; ///< empty for an application
-    std::optional<std::chrono::milliseconds> timeout;
-};
-
-AtspiAccessibility::AtspiAccessibility(SessionBus& session) : bus_(session), focus_(bus_) {
+AtspiAccessibility::AtspiAccessibility(SessionBus& session) : bus_(session), focus_(bus_), notifications_(bus_) {
     losses_ = bus_.onLost([this] {
         known_.reset();
         renewal_.reset();
@@ -103,6 +88,8 @@ AtspiAccessibility::read(const Handle& handle, std::span<const std::string_view>
         if (handle.pid != 0 && name == "AXFocusedUIElement") {
             const auto focused = focusedObject(object->bus, limit);
             values.push_back(focused ? AXValue(reference(*focused, handle.timeout)) : AXValue());
+        } else if (auto composite = compositeValue(handle, *object, name, limit)) {
+            values.push_back(present(std::move(*composite), handle.timeout));
         } else {
             const auto* row = findAttribute(name);
             values.push_back(row != nullptr ? present(row->value(*found), handle.timeout) : AXValue());
@@ -123,6 +110,9 @@ AXValue AtspiAccessibility::present(AtspiValue value, std::optional<std::chrono:
     }
     if (auto* text = std::get_if<std::string>(&value)) {
         return std::move(*text);
+    }
+    if (const auto* range = std::get_if<AXTextRange>(&value)) {
+        return *range;
     }
     const auto* flag = std::get_if<bool>(&value);
     return flag != nullptr ? AXValue(*flag) : AXValue();
@@ -165,14 +155,17 @@ std::shared_ptr<AtspiFacts> AtspiAccessibility::facts(const AtspiObject& object,
     if ((which & ~editingFacts) == 0 && known_ && known_->object == object && limit.now - known_->begin < keptFor) {
         return known_->facts->isRefused() ? nullptr : known_->facts;
     }
-    const auto silent = unanswered_.find(object.bus);
-    const bool asks = silent == unanswered_.end() || silent->second.facts->isComplete() ||
-                      limit.now - silent->second.begin < limit.timeout || limit.now - silent->second.begin > silentFor;
-    if (!asks) {
+    if (!mayAsk(object.bus, limit)) {
         return nullptr;
     }
     const Request request{object, 0, limit.now, requestFacts(*bus, object, which)};
     return waitFor(*bus, request, limit) && !request.facts->isRefused() ? request.facts : nullptr;
+}
+
+bool AtspiAccessibility::mayAsk(const std::string& application, const Limit& limit) const {
+    const auto silent = unanswered_.find(application);
+    return silent == unanswered_.end() || silent->second.facts->isComplete() ||
+           limit.now - silent->second.begin < limit.timeout || limit.now - silent->second.begin > silentFor;
 }
 
 std::optional<AtspiObject> AtspiAccessibility::focusedObject(const std::string& application, const Limit& limit) {

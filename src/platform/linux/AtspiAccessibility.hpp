@@ -6,6 +6,7 @@
 #include "platform/linux/AccessibilityBus.hpp"
 #include "platform/linux/AtspiFacts.hpp"
 #include "platform/linux/AtspiFocus.hpp"
+#include "platform/linux/AtspiNotifications.hpp"
 #include "platform/linux/AtspiTranslation.hpp"
 
 #include <map>
@@ -20,6 +21,9 @@ namespace quillane {
 ///
 /// The facts that decide about typing into the focused element are kept for half a second, and renewed in the
 /// background while they are being asked for, so that fast typing into a busy application does not wait for it.
+///
+/// The children of an item that opens a submenu are read by opening it: toolkits make a submenu when it is first shown.
+/// A menu that has no action for it is cancelled by the Escape key.
 class AtspiAccessibility final : public Accessibility {
 public:
     explicit AtspiAccessibility(SessionBus& session);
@@ -30,7 +34,17 @@ public:
     [[nodiscard]] std::optional<AXValue> attribute(const AXElement& element, std::string_view name) override;
     [[nodiscard]] std::optional<std::vector<AXValue>> attributes(const AXElement& element,
                                                                  std::span<const std::string_view> names) override;
+
+    [[nodiscard]] std::size_t elementsAtOnce() const override { return 32; }
+
+    [[nodiscard]] std::vector<std::optional<std::vector<AXValue>>>
+    attributesOfEach(std::span<const AXElement> elements, std::span<const std::string_view> names) override;
     [[nodiscard]] bool isAttributeSettable(const AXElement& element, std::string_view name) override;
+    bool setAttribute(const AXElement& element, std::string_view name, const AXValue& value) override;
+    [[nodiscard]] std::vector<std::string> actionNames(const AXElement& element) override;
+    AXActionResult performAction(const AXElement& element, std::string_view name) override;
+    [[nodiscard]] std::optional<core::Subscription> observe(const AXElement& application, std::string_view name,
+                                                            std::function<void(const AXElement&)> handler) override;
 
 private:
     using Clock = BusConnection::Clock;
@@ -61,9 +75,24 @@ private:
     [[nodiscard]] std::shared_ptr<AtspiFacts> focusFacts(BusConnection& bus, const AtspiFocus::Focus& focus,
                                                          const Limit& limit);
     [[nodiscard]] bool waitFor(BusConnection& bus, const Request& request, const Limit& limit);
+    [[nodiscard]] bool mayAsk(const std::string& application, const Limit& limit) const;
+
+    // AtspiAccessibilityActions.cpp
+    [[nodiscard]] std::optional<AtspiValue> compositeValue(const Handle& handle, const AtspiObject& object,
+                                                           std::string_view name, const Limit& limit);
+    [[nodiscard]] std::optional<AtspiObject> windowOf(AtspiObject object, const Limit& limit);
+    [[nodiscard]] std::optional<AtspiObject> activeWindow(const AtspiObject& application, const Limit& limit);
+    [[nodiscard]] std::vector<std::shared_ptr<AtspiFacts>>
+    factsOfEach(std::span<const AtspiObject> objects, std::span<const AtspiFactSet> which, const Limit& limit);
+    [[nodiscard]] std::optional<std::vector<AtspiObject>> openedSubmenu(const AtspiObject& item, const Limit& limit);
+    [[nodiscard]] std::optional<bool> answer(BusMessage message, const Limit& limit);
+    [[nodiscard]] AXActionResult doAction(const AtspiObject& object, std::size_t index, const Limit& limit);
+    [[nodiscard]] AXActionResult dismissMenu(const AtspiObject& menu, const Limit& limit);
+    [[nodiscard]] bool select(const AtspiObject& object, const AXTextRange& range, const Limit& limit);
 
     AccessibilityBus bus_;
     AtspiFocus focus_;
+    AtspiNotifications notifications_;
     std::optional<Request> known_;              ///< what is known of the focused element
     std::optional<Request> renewal_;            ///< what has been asked of it and not been answered
     std::map<std::string, Request> unanswered_; ///< by bus name: the call that an application left unanswered

@@ -9,6 +9,9 @@ namespace quillane {
 namespace {
 
 constexpr auto accessible = "org.a11y.atspi.Accessible";
+constexpr auto action = "org.a11y.atspi.Action";
+constexpr auto document = "org.a11y.atspi.Document";
+constexpr auto text = "org.a11y.atspi.Text";
 constexpr std::string_view nullPath = "/org/a11y/atspi/null";
 constexpr std::size_t mostChildren = 10'000; // of one object; a hostile application could name millions
 
@@ -56,23 +59,65 @@ void readChildren(BusReader& reply, AtspiFacts& facts) {
     }
 }
 
-/// How each fact is asked for and read (org.a11y.atspi.Accessible).
+void readCaret(BusReader& reply, AtspiFacts& facts) {
+    auto variant = reply.container();
+    facts.caret = variant ? variant->int32().value_or(0) : 0;
+}
+
+void readSelectionCount(BusReader& reply, AtspiFacts& facts) {
+    facts.selectionCount = reply.int32().value_or(0);
+}
+
+void readSelection(BusReader& reply, AtspiFacts& facts) {
+    facts.selectionStart = reply.int32().value_or(0);
+    facts.selectionEnd = reply.int32().value_or(0);
+}
+
+template <std::size_t Index>
+void readActionName(BusReader& reply, AtspiFacts& facts) {
+    facts.actions[Index] = std::string(reply.text().value_or(""));
+}
+
+void readAddress(BusReader& reply, AtspiFacts& facts) {
+    auto entries = reply.container();
+    while (auto entry = entries ? entries->container() : std::nullopt) {
+        const auto key = entry->text();
+        const auto value = entry->text();
+        if (value && (key == "DocURL" || key == "URI")) {
+            facts.address = std::string(*value);
+        }
+    }
+}
+
+/// How each fact is asked for and read: a property of an interface, or a method, which may take one number.
 struct Question {
     AtspiFact fact;
+    const char* interface;
     const char* method;   ///< nullptr for a property
     const char* property; ///< nullptr for a method
     void (*read)(BusReader& reply, AtspiFacts& facts);
+    int argument = -1; ///< negative for none
 };
 
 constexpr std::array questions{
-    Question{AtspiFact::role, "GetRole", nullptr, readRole},
-    Question{AtspiFact::states, "GetState", nullptr, readStates},
-    Question{AtspiFact::interfaces, "GetInterfaces", nullptr, readInterfaces},
-    Question{AtspiFact::name, nullptr, "Name", readText<&AtspiFacts::name>},
-    Question{AtspiFact::description, nullptr, "Description", readText<&AtspiFacts::description>},
-    Question{AtspiFact::identifier, nullptr, "AccessibleId", readText<&AtspiFacts::identifier>},
-    Question{AtspiFact::parent, nullptr, "Parent", readParent},
-    Question{AtspiFact::children, "GetChildren", nullptr, readChildren},
+    Question{AtspiFact::role, accessible, "GetRole", nullptr, readRole},
+    Question{AtspiFact::states, accessible, "GetState", nullptr, readStates},
+    Question{AtspiFact::interfaces, accessible, "GetInterfaces", nullptr, readInterfaces},
+    Question{AtspiFact::name, accessible, nullptr, "Name", readText<&AtspiFacts::name>},
+    Question{AtspiFact::description, accessible, nullptr, "Description", readText<&AtspiFacts::description>},
+    Question{AtspiFact::identifier, accessible, nullptr, "AccessibleId", readText<&AtspiFacts::identifier>},
+    Question{AtspiFact::parent, accessible, nullptr, "Parent", readParent},
+    Question{AtspiFact::children, accessible, "GetChildren", nullptr, readChildren},
+    Question{AtspiFact::caret, text, nullptr, "CaretOffset", readCaret},
+    Question{AtspiFact::selectionCount, text, "GetNSelections", nullptr, readSelectionCount},
+    Question{AtspiFact::selection, text, "GetSelection", nullptr, readSelection, 0},
+    Question{atspiActionName(0), action, "GetName", nullptr, readActionName<0>, 0},
+    Question{atspiActionName(1), action, "GetName", nullptr, readActionName<1>, 1},
+    Question{atspiActionName(2), action, "GetName", nullptr, readActionName<2>, 2},
+    Question{atspiActionName(3), action, "GetName", nullptr, readActionName<3>, 3},
+    Question{atspiActionName(4), action, "GetName", nullptr, readActionName<4>, 4},
+    Question{atspiActionName(5), action, "GetName", nullptr, readActionName<5>, 5},
+    Question{AtspiFact::address, document, "GetAttributes", nullptr, readAddress},
 };
 
 } // namespace
@@ -101,8 +146,11 @@ std::shared_ptr<AtspiFacts> requestFacts(BusConnection& bus, const AtspiObject& 
             continue;
         }
         auto message = question.method != nullptr
-                           ? methodCall(object.bus, object.path, accessible, question.method)
-                           : propertyRead(object.bus, object.path, accessible, question.property);
+                           ? methodCall(object.bus, object.path, question.interface, question.method)
+                           : propertyRead(object.bus, object.path, question.interface, question.property);
+        if (question.argument >= 0) {
+            appendInt32(*message, question.argument);
+        }
         dbus_message_set_auto_start(message.get(), 0);
         bus.call(
             std::move(message), facts,

@@ -4,6 +4,7 @@
 
 #include "platform/linux/BusConnection.hpp"
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -33,6 +34,11 @@ enum class AtspiFact : unsigned {
     identifier = 1 << 5,
     parent = 1 << 6,
     children = 1 << 7,
+    caret = 1 << 8,          ///< where the text cursor stands
+    selectionCount = 1 << 9, ///< how many stretches of the text are selected
+    selection = 1 << 10,     ///< the first of them
+    address = 1 << 11,       ///< of the document that the object is
+    actions = 0x3F << 12,    ///< what can be done to the object: a bit for each of its first actions
 };
 
 /// A set of facts.
@@ -52,16 +58,27 @@ enum class AtspiState : unsigned {
     defunct = 6,
     editable = 7,
     enabled = 8,
+    expandable = 9,
     focusable = 11,
     focused = 12,
     multiLine = 17,
     sensitive = 24,
     showing = 25,
+    vertical = 29,
+    hasPopup = 42,
     readOnly = 43,
 };
 
 /// Interfaces of an object that matter here.
 enum class AtspiInterface : unsigned { text = 1 << 0, editableText = 1 << 1 };
+
+/// How many actions of an object are looked at.
+inline constexpr std::size_t atspiMostActions = 6;
+
+/// The name of one action.
+[[nodiscard]] constexpr AtspiFact atspiActionName(std::size_t index) {
+    return static_cast<AtspiFact>(1U << (12U + index));
+}
 
 /// The facts of an object so far as they are known. What an application got wrong is absent.
 struct AtspiFacts {
@@ -77,11 +94,20 @@ struct AtspiFacts {
     std::string identifier;
     std::optional<AtspiObject> parent;
     std::vector<AtspiObject> children;
+    std::int32_t caret = 0;
+    std::int32_t selectionCount = 0;
+    std::int32_t selectionStart = 0;
+    std::int32_t selectionEnd = 0;
+    std::array<std::string, atspiMostActions> actions; ///< their names, empty behind the last
+    std::string address;
 
     [[nodiscard]] bool isComplete() const { return answered == asked; }
 
     /// Nothing but errors: the object has gone, or its application.
     [[nodiscard]] bool isRefused() const { return refused == asked; }
+
+    /// Asked for and answered with a value.
+    [[nodiscard]] bool knows(AtspiFact fact) const { return (answered & ~refused & static_cast<unsigned>(fact)) != 0; }
 
     [[nodiscard]] bool is(AtspiState state) const { return (states >> static_cast<unsigned>(state) & 1) != 0; }
 

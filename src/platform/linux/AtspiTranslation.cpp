@@ -105,9 +105,24 @@ AtspiValue text(std::string_view value) {
     return value.empty() ? AtspiValue() : AtspiValue(std::string(value));
 }
 
+/// A menu is an element of the tree only while it is open; what waits to be one is nothing yet. The upright menu bar is
+/// the frame that Chromium draws around a menu.
+std::optional<std::string_view> menuRoleOf(const AtspiFacts& facts, std::string_view role) {
+    if (role == "AXMenu" && !facts.is(AtspiState::showing)) {
+        return "AXUnknown";
+    }
+    if (role == "AXMenuBar" && facts.is(AtspiState::vertical)) {
+        return "AXGroup";
+    }
+    return std::nullopt;
+}
+
 AtspiValue roleOf(const AtspiFacts& facts) {
     const auto* found = findRole(facts.role);
     const bool editable = facts.is(AtspiState::editable);
+    if (const auto menuRole = found != nullptr ? menuRoleOf(facts, found->role) : std::nullopt) {
+        return text(*menuRole);
+    }
     if (found == nullptr) {
         return text(editable ? textArea : "AXUnknown");
     }
@@ -120,6 +135,14 @@ AtspiValue roleOf(const AtspiFacts& facts) {
 AtspiValue subroleOf(const AtspiFacts& facts) {
     const auto* found = findRole(facts.role);
     return found != nullptr ? text(found->subrole) : AtspiValue();
+}
+
+AtspiValue selectedRangeOf(const AtspiFacts& facts) {
+    if (facts.knows(AtspiFact::selectionCount) && facts.selectionCount > 0 && facts.knows(AtspiFact::selection) &&
+        facts.selectionEnd > facts.selectionStart && facts.selectionStart >= 0) {
+        return AXTextRange{facts.selectionStart, facts.selectionEnd - facts.selectionStart};
+    }
+    return facts.knows(AtspiFact::caret) && facts.caret >= 0 ? AtspiValue(AXTextRange{facts.caret, 0}) : AtspiValue();
 }
 
 constexpr std::array attributes{
@@ -144,12 +167,51 @@ constexpr std::array attributes{
                        const bool refused = (facts.refused & static_cast<unsigned>(AtspiFact::children)) != 0;
                        return refused ? AtspiValue() : AtspiValue(facts.children);
                    }},
+    AtspiAttribute{"AXSelectedTextRange", AtspiFact::caret | AtspiFact::selectionCount | AtspiFact::selection,
+                   selectedRangeOf},
+    AtspiAttribute{"AXURL", AtspiFactSet{} | AtspiFact::address,
+                   [](const AtspiFacts& facts) { return text(facts.address); }},
 };
 
 constexpr std::array settables{
     AtspiSettable{"AXValue", editingFacts, isEditableText},
     AtspiSettable{"AXSelectedText", editingFacts, isEditableText},
+    AtspiSettable{"AXSelectedTextRange", editingFacts,
+                  [](const AtspiFacts& facts) { return facts.has(AtspiInterface::text); }},
 };
+
+/// What toolkits call the actions, in small letters and without anything else.
+struct ActionName {
+    std::string_view action;
+    std::string_view atspi;
+};
+
+constexpr std::array actionNames{
+    ActionName{"AXShowMenu", "showcontextmenu"}, // Chromium
+    ActionName{"AXShowMenu", "showmenu"},        // Qt
+    ActionName{"AXShowMenu", "menu"},            // GTK, "menu.popup"
+    ActionName{"AXShowMenu", "menupopup"},
+    ActionName{"AXCancel", "cancel"},
+    ActionName{"AXPress", "press"},
+    ActionName{"AXPress", "click"},
+    ActionName{"AXPress", "activate"},
+    ActionName{"AXPress", "toggle"},
+    ActionName{"AXPress", "check"},
+    ActionName{"AXPress", "select"},
+    ActionName{"AXPress", "open"},
+    ActionName{"AXPress", "dodefault"},
+};
+
+std::string smallLetters(std::string_view name) {
+    std::string result;
+    for (const char c : name) {
+        const char small = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+        if (small >= 'a' && small <= 'z') {
+            result += small;
+        }
+    }
+    return result;
+}
 
 template <typename Row, std::size_t Count>
 const Row* find(const std::array<Row, Count>& table, std::string_view name) {
@@ -167,6 +229,42 @@ const AtspiAttribute* findAttribute(std::string_view name) {
 
 const AtspiSettable* findSettable(std::string_view name) {
     return find(settables, name);
+}
+
+bool isMenu(const AtspiFacts& facts) {
+    const auto* found = findRole(facts.role);
+    return found != nullptr && found->role == "AXMenu";
+}
+
+bool isMenuItem(const AtspiFacts& facts) {
+    const auto* found = findRole(facts.role);
+    return found != nullptr && found->role == "AXMenuItem";
+}
+
+bool saysThatItOpens(const AtspiFacts& facts) {
+    return facts.is(AtspiState::hasPopup) || facts.is(AtspiState::expandable);
+}
+
+std::optional<std::size_t> atspiActionIndex(const AtspiFacts& facts, std::string_view name) {
+    for (const auto& row : actionNames) {
+        if (row.action == name) {
+            const auto* found = std::ranges::find(facts.actions, row.atspi, smallLetters);
+            if (found != facts.actions.end()) {
+                return static_cast<std::size_t>(found - facts.actions.begin());
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+std::vector<std::string> actionNamesOf(const AtspiFacts& facts) {
+    std::vector<std::string> names;
+    for (const auto& row : actionNames) {
+        if (std::ranges::find(names, row.action) == names.end() && atspiActionIndex(facts, row.action)) {
+            names.emplace_back(row.action);
+        }
+    }
+    return names;
 }
 
 } // namespace quillane

@@ -131,6 +131,12 @@ void BusConnection::addMatch(const std::string& rule) {
     send(std::move(message));
 }
 
+void BusConnection::removeMatch(const std::string& rule) {
+    auto message = methodCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, "RemoveMatch");
+    appendText(*message, rule);
+    send(std::move(message));
+}
+
 void BusConnection::dispatchArrivedSignals() {
     readAndWrite(0);
     takeArrived();

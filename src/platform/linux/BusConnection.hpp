@@ -53,6 +53,9 @@ public:
     /// Asks the bus for signals (match rules of the D-Bus Specification).
     void addMatch(const std::string& rule);
 
+    /// Takes back one `addMatch` of the same rule.
+    void removeMatch(const std::string& rule);
+
     /// Every signal, in the order of arrival.
     core::Subscription onSignal(std::function<void(DBusMessage&)> handler) {
         return signals_.subscribe(std::move(handler));

@@ -60,6 +60,18 @@ void appendVariant(DBusMessage& message, bool flag) {
     dbus_message_iter_close_container(&end, &inside);
 }
 
+void appendInt32(DBusMessage& message, std::int32_t number) {
+    DBusMessageIter end;
+    dbus_message_iter_init_append(&message, &end);
+    dbus_message_iter_append_basic(&end, DBUS_TYPE_INT32, &number);
+}
+
+void appendUint32(DBusMessage& message, std::uint32_t number) {
+    DBusMessageIter end;
+    dbus_message_iter_init_append(&message, &end);
+    dbus_message_iter_append_basic(&end, DBUS_TYPE_UINT32, &number);
+}
+
 bool isBusName(std::string_view text) {
     return dbus_validate_bus_name(std::string(text).c_str(), nullptr) != 0;
 }

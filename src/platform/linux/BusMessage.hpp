@@ -33,6 +33,8 @@ using BusMessage = std::unique_ptr<DBusMessage, BusMessageUnref>;
 void appendText(DBusMessage& message, const std::string& text);
 void appendTexts(DBusMessage& message, std::initializer_list<const char*> array);
 void appendVariant(DBusMessage& message, bool flag);
+void appendInt32(DBusMessage& message, std::int32_t number);
+void appendUint32(DBusMessage& message, std::uint32_t number);
 
 [[nodiscard]] bool isBusName(std::string_view text);
 [[nodiscard]] bool isObjectPath(std::string_view text);

@@ -380,9 +380,23 @@ public:
 
     [[nodiscard]] pid_t pid() const { return form_->pid(); }
 
-    void focusTextField() { moveTo("plain"); }
+    void focusTextField() {
+        moveTo("plain");
+        const auto caret = [this] {
+            const auto field = focused(pid());
+            const auto range = field ? read<AXTextRange>(*field, "AXSelectedTextRange") : std::nullopt;
+            return range ? range->location + range->length : -1;
+        };
+        if (!typed_) {
+            desktop().keyboard().type("abc");
+            typed_ = true;
+            ASSERT_TRUE(testing::waitUntil([&] { return caret() == 3; }));
+        }
+    }
 
     void focusPasswordField() { moveTo("password"); }
+
+    void openContextMenu() { desktop().keyboard().tap(Key::menu); }
 
     void stopAnswering() {
         form_->signal(SIGSTOP);
@@ -410,6 +424,7 @@ private:
     }
 
     std::optional<live::ChildProcess> form_;
+    bool typed_ = false;
 };
 
 } // namespace
