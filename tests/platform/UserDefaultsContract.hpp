@@ -43,7 +43,7 @@ protected:
                 Value::Data{std::byte{0}, std::byte{255}},
                 Value::Date{86400.5},
                 Value::Array{},
-                Value::Array{true, std::int64_t{1}, "a", Value::Array{0.5}},
+                Value::Array{true, std::int64_t{1}, "a", Value::Array{Value(0.5)}},
                 Value::Dictionary{},
                 Value::Dictionary{{"", true}, {"a", Value::Dictionary{{"b", "c"}}}}};
     }
