@@ -32,32 +32,31 @@ void appendCompact(std::string& bytes, char32_t c, char32_t block) {
     }
 }
 
-void appendUtf8(std::string& bytes, char32_t c) {
-    const auto put = [&](char32_t byte) { bytes += static_cast<char>(byte); };
-    if (c < 0x80) {
-        put(c);
-    } else if (c < 0x800) {
-        put(0xc0 | c >> 6U);
-        put(0x80 | (c & 0x3fU));
-    } else if (c < 0x10000) {
-        put(0xe0 | c >> 12U);
-        put(0x80 | (c >> 6U & 0x3fU));
-        put(0x80 | (c & 0x3fU));
+void appendUtf16(std::u16string& units, char32_t c) {
+    if (c < 0x10000) {
+        units += static_cast<char16_t>(c);
     } else {
-        put(0xf0 | c >> 18U);
-        put(0x80 | (c >> 12U & 0x3fU));
-        put(0x80 | (c >> 6U & 0x3fU));
-        put(0x80 | (c & 0x3fU));
+        units += static_cast<char16_t>(0xd7c0U + (c >> 10U));
+        units += static_cast<char16_t>(0xdc00U | (c & 0x3ffU));
     }
 }
 
-std::string encoded(std::u32string_view text, char32_t block) {
+std::string compact(std::u32string_view text, char32_t block) {
     std::string bytes;
     bytes.reserve(text.size());
     for (const auto c : text) {
-        block == 0 ? appendUtf8(bytes, c) : appendCompact(bytes, c, block);
+        appendCompact(bytes, c, block);
     }
     return bytes;
+}
+
+std::u16string utf16(std::u32string_view text) {
+    std::u16string units;
+    units.reserve(text.size());
+    for (const auto c : text) {
+        appendUtf16(units, c);
+    }
+    return units;
 }
 
 /// The block that the text is written in beside ASCII, or 0 when it takes more than one. A majority is found in one
@@ -76,6 +75,13 @@ char32_t alphabetBlock(std::u32string_view text) {
     const auto others =
         std::ranges::count_if(text, [&](char32_t c) { return c / blockSize != block && (c < 0x20 || c >= 0x7f); });
     return static_cast<std::size_t>(others) * 16 <= text.size() ? block : 0;
+}
+
+/// One byte a unit, in which different units may look the same.
+std::string traces(std::u16string_view units) {
+    std::string bytes(units.size(), '\0');
+    std::ranges::transform(units, bytes.begin(), [](char16_t unit) { return static_cast<char>(unit ^ unit >> 8U); });
+    return bytes;
 }
 
 /// Sixteen bytes at once, by the compiler's vector extension.
@@ -98,9 +104,10 @@ bool isAnySet(Lanes lanes) {
     return (halves[0] | halves[1]) != 0;
 }
 
-} // namespace
-
-bool containsBytes(std::string_view text, std::string_view needle) {
+/// Looks for the first and the last byte of the needle at once. Where both are, `occursIn(begin, end)` is asked whether
+/// the needle begins at one of these places.
+template <typename OccursIn>
+bool containsAt(std::string_view text, std::string_view needle, const OccursIn& occursIn) {
     if (needle.size() > text.size()) {
         return false;
     }
@@ -112,10 +119,6 @@ bool containsBytes(std::string_view text, std::string_view needle) {
         return static_cast<Lanes>(load(text.data() + at) == first) &
                static_cast<Lanes>(load(text.data() + at + distance) == last);
     };
-    const auto occursIn = [&](std::size_t begin, std::size_t end) {
-        const auto window = text.substr(begin, end - begin + distance);
-        return window.find(needle) != std::string_view::npos;
-    };
     constexpr std::size_t step = 4 * sizeof(Lanes);
     std::size_t at = 0;
     for (; at + step <= places; at += step) {
@@ -126,6 +129,19 @@ bool containsBytes(std::string_view text, std::string_view needle) {
         }
     }
     return at < places && occursIn(at, places);
+}
+
+/// Whether the needle begins in the text at one of the places from `begin` to before `end`.
+template <typename View>
+bool beginsBetween(View text, View needle, std::size_t begin, std::size_t end) {
+    return text.substr(begin, end - begin + needle.size() - 1).find(needle) != View::npos;
+}
+
+} // namespace
+
+bool containsBytes(std::string_view text, std::string_view needle) {
+    return containsAt(text, needle,
+                      [&](std::size_t begin, std::size_t end) { return beginsBetween(text, needle, begin, end); });
 }
 
 SearchQuery::SearchQuery(std::string_view query) {
@@ -142,13 +158,26 @@ SearchQuery::SearchQuery(std::string_view query) {
 SearchText::SearchText(std::string_view utf8) {
     const std::u32string text = folded(utf8);
     block_ = alphabetBlock(text);
-    bytes_ = encoded(text, block_);
+    if (block_ == 0) {
+        units_ = utf16(text);
+        units_.shrink_to_fit();
+    }
+    bytes_ = block_ == 0 ? traces(units_) : compact(text, block_);
     bytes_.shrink_to_fit();
 }
 
+bool SearchText::contains(std::u32string_view term) const {
+    if (block_ != 0) {
+        return containsBytes(bytes_, compact(term, block_));
+    }
+    const std::u16string needle = utf16(term);
+    return containsAt(bytes_, traces(needle), [&](std::size_t begin, std::size_t end) {
+        return beginsBetween(std::u16string_view(units_), std::u16string_view(needle), begin, end);
+    });
+}
+
 bool SearchText::matches(const SearchQuery& query) const {
-    return std::ranges::all_of(
-        query.terms(), [&](const std::u32string& term) { return containsBytes(bytes_, encoded(term, block_)); });
+    return std::ranges::all_of(query.terms(), [&](const std::u32string& term) { return contains(term); });
 }
 
 } // namespace quillane::core

@@ -32,11 +32,14 @@ public:
     /// Whether every term is contained in the text.
     [[nodiscard]] bool matches(const SearchQuery& query) const;
 
-    [[nodiscard]] std::size_t byteCount() const { return bytes_.size(); }
+    [[nodiscard]] std::size_t byteCount() const { return bytes_.size() + units_.size() * sizeof(char16_t); }
 
 private:
-    char32_t block_ = 0; ///< number of the block of 128 code points that the bytes from 0x80 stand for; 0 for UTF-8
-    std::string bytes_;
+    [[nodiscard]] bool contains(std::u32string_view term) const;
+
+    char32_t block_ = 0;   ///< number of the block of 128 code points that bytes from 0x80 stand for; 0 for none
+    std::string bytes_;    ///< one a character; without a block, no more than a trace of each of the units
+    std::u16string units_; ///< of a text of several alphabets, or of one that is no alphabet
 };
 
 /// Whether the needle, which is not empty, occurs in the text. Compares exactly, at the speed of memory.

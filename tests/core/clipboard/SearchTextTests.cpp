@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <random>
 
 namespace quillane::core {
@@ -110,6 +111,33 @@ TEST(SearchText, ContainsBytesAgreesWithTheStandardSearch) {
         }
         EXPECT_EQ(containsBytes(text, needle), text.find(needle) != std::string::npos) << text << " " << needle;
     }
+}
+
+TEST(SearchText, ATextOfManyScriptsAgreesWithTheStandardSearch) {
+    // U+4E01 and U+4F00 leave the same trace, as do U+0401 and U+0500.
+    const std::array<std::string_view, 5> letters{"丁", "伀", "א", "Ё", "Ԁ"};
+    std::mt19937 random(2);
+    for (int round = 0; round < 20'000; ++round) {
+        const auto word = [&](std::size_t count) {
+            std::string made;
+            for (; count > 0; --count) {
+                made += letters[random() % letters.size()];
+            }
+            return made;
+        };
+        const auto text = word(random() % 200);
+        const auto needle = word(1 + random() % 4);
+        // Cyrillic letters are folded to lower case on both sides, which keeps them apart.
+        EXPECT_EQ(matches(text, needle), text.find(needle) != std::string::npos) << text << " " << needle;
+    }
+}
+
+TEST(SearchText, FindsCharactersOfEveryPlane) {
+    EXPECT_TRUE(matches("你好 😀 𝔸𐤀 שלום", "😀"));
+    EXPECT_TRUE(matches("你好 😀 𐤀 שלום", "𐤀 שלום"));
+    EXPECT_FALSE(matches("你好 😀 שלום", "😁"));
+    EXPECT_TRUE(matches("ab 😀 cd", "😀"));
+    EXPECT_FALSE(matches("ab 😀 cd", "😁"));
 }
 
 } // namespace
