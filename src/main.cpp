@@ -13,6 +13,7 @@
 #include "platform/common/TerminationSignals.hpp"
 
 #include <QApplication>
+#include <QDir>
 #include <QProcess>
 
 #include <chrono>
@@ -109,7 +110,10 @@ AppServices services(const Platform& platform, CurlUrlSessions& urlSessions) {
             .filePanel = *platform.filePanel,
             .systemSymbols = *platform.systemSymbols,
             .servicesMenu = *platform.servicesMenu,
-            .urlSessions = urlSessions.factory()};
+            .urlSessions = urlSessions.factory(),
+            .launcher = *platform.launcher,
+            .loginItem = *platform.loginItem,
+            .updater = platform.updater.get()};
 }
 
 /// Becomes the agent, unless this user has one already: that one is asked to show itself.
@@ -148,7 +152,9 @@ int runAgent(int argc, char** argv, const CommandLine::RunAgent& call) {
                          {.version = QUILLANE_VERSION,
                           .keyboardAvailable = !platform->keyboardUnavailableReason,
                           .legacyBundleID = std::string(core::InstallationMigration::legacyBundleID),
-                          .terminate = [] { QCoreApplication::quit(); }});
+                          .terminate = [] { QCoreApplication::quit(); },
+                          .location = core::ApplicationLocation::of(
+                              QCoreApplication::applicationFilePath().toStdString(), QDir::homePath().toStdString())});
     const TerminationSignals termination([] { QCoreApplication::quit(); });
     delegate.applicationDidFinishLaunching();
     (*control)->setHandler([&](const ControlRequest& request) { return delegate.handleControlRequest(request); });

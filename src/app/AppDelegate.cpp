@@ -46,11 +46,18 @@ AppDelegate::AppDelegate(AppServices services, core::AppPreferences& preferences
       preferences_(preferences),
       model_(model),
       environment_(std::move(environment)),
-      permissions_(services.permissions),
+      permissions_({.service = services.permissions,
+                    .userDefaults = services.userDefaults,
+                    .pasteboard = services.pasteboard,
+                    .windowTraits = services.windowTraits,
+                    .launcher = services.launcher},
+                   environment_.location),
       input_(services.inputSources, services.accessibility, services.workspace),
       monitor_(services.eventTap, services.keyEvents, services.workspace, services.mainQueue, input_),
       switcher_(services.inputSources),
       fileShare_(fileShareServices(services, preferences)),
+      loginItem_(services.loginItem, environment_.location.installed),
+      updater_(services.updater, services.windowTraits, environment_.version),
       wasPaused_(model.options().paused) {}
 
 void AppDelegate::applicationDidFinishLaunching() {
@@ -59,6 +66,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     }
     services_.windowTraits.setActivationPolicy(ActivationPolicy::accessory);
     rebuildMenus();
+    updater_.start();
     wireControllers();
     observeWorkspace();
     applyOptions();
@@ -172,6 +180,7 @@ void AppDelegate::applyOptions() {
 
 void AppDelegate::refreshRuntime() {
     permissions_.refresh();
+    loginItem_.refresh();
     checked_ = true;
     const bool wanted = environment_.keyboardAvailable && model_.options().shouldMonitor() &&
                         core::PermissionSetupPolicy::canStartKeyboardMonitor(permissions_.granted());

@@ -14,6 +14,8 @@
 #include "keyboard/RTLInput.hpp"
 #include "permissions/PermissionController.hpp"
 #include "platform/AgentControl.hpp"
+#include "system/AppUpdater.hpp"
+#include "system/LoginItemController.hpp"
 
 #include <functional>
 #include <optional>
@@ -31,6 +33,7 @@ public:
         bool keyboardAvailable = true;   ///< false where the desktop cannot observe keys (Wayland)
         std::string legacyBundleID;      ///< of the previous edition, which must not run beside this one
         std::function<void()> terminate; ///< ends the event loop
+        core::ApplicationLocation location;
     };
 
     AppDelegate(AppServices services, core::AppPreferences& preferences, SettingsModel& model, Environment environment);
@@ -75,6 +78,8 @@ private:
     KeyboardMonitor monitor_;
     InputSourceSwitcher switcher_;
     FileShareService fileShare_;
+    LoginItemController loginItem_;
+    AppUpdater updater_;
     bool wasPaused_; ///< when the options were applied last
 
     DirectionDeliveries directions_;

@@ -10,12 +10,15 @@
 #include "platform/FilePanel.hpp"
 #include "platform/InputSources.hpp"
 #include "platform/KeyEvents.hpp"
+#include "platform/Launcher.hpp"
+#include "platform/LoginItemService.hpp"
 #include "platform/MainQueue.hpp"
 #include "platform/Pasteboard.hpp"
 #include "platform/PermissionService.hpp"
 #include "platform/ServicesMenu.hpp"
 #include "platform/StatusItem.hpp"
 #include "platform/SystemSymbols.hpp"
+#include "platform/UpdaterService.hpp"
 #include "platform/WindowTraits.hpp"
 #include "platform/Workspace.hpp"
 
@@ -39,6 +42,9 @@ struct AppServices {
     SystemSymbols& systemSymbols;
     ServicesMenu& servicesMenu;
     core::UrlSessionFactory urlSessions;
+    Launcher& launcher;
+    LoginItemService& loginItem;
+    UpdaterService* updater = nullptr; ///< absent where something else updates the program
 };
 
 } // namespace quillane

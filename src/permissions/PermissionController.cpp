@@ -1,25 +1,117 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
+
 #include "permissions/PermissionController.hpp"
+
+#include "core/clipboard/PasteboardTypes.hpp"
+#include "core/localization/Texts.hpp"
 
 #include <utility>
 
+#include <unistd.h>
+
 namespace quillane {
 
-PermissionController::PermissionController(PermissionService& service) : service_(service) {
+namespace {
+
+namespace texts = core::texts;
+using core::MacPermission;
+
+std::set<MacPermission> storedRequests(const core::UserDefaults& defaults) {
+    std::set<MacPermission> requested;
+    const auto stored = defaults.stringArray(PermissionController::requestKey);
+    for (const auto& text : stored ? *stored : std::vector<std::string>{}) {
+        if (const auto permission = core::permissionFromRawValue(text)) {
+            requested.insert(*permission);
+        }
+    }
+    return requested;
+}
+
+} // namespace
+
+PermissionController::PermissionController(const PermissionDesktop& desktop, core::ApplicationLocation location)
+    : desktop_(desktop), location_(std::move(location)), policy_{storedRequests(desktop.userDefaults)} {
     refresh();
 }
 
 void PermissionController::refresh() {
-    std::set<core::MacPermission> granted;
+    std::set<MacPermission> granted;
     for (const auto permission : core::allPermissions) {
-        if (service_.isGranted(permission)) {
+        if (desktop_.service.isGranted(permission)) {
             granted.insert(permission);
         }
     }
     if (std::exchange(granted_, granted) != granted) {
         changed_.notify();
     }
+}
+
+void PermissionController::request(MacPermission permission) {
+    if (!location_.installed || requesting_) {
+        return;
+    }
+    requesting_ = true;
+    policy_.recordRequest(permission);
+    saveRequests();
+    if (presentGuide && isGrantedInSettings()) {
+        presentGuide(permission);
+    }
+    desktop_.windowTraits.activateApplication();
+    desktop_.service.request(permission);
+    if (!isGrantedInSettings()) {
+        say(texts::accessibilitySwitchedOn);
+    } else {
+        say(permission == MacPermission::accessibility ? texts::accessibilityRequested
+                                                       : texts::inputMonitoringRequested);
+    }
+    requesting_ = false;
+    refresh();
+}
+
+void PermissionController::requestNextIfNeeded() {
+    if (requesting_ || !applicationIsActive || !applicationIsActive()) {
+        return;
+    }
+    if (const auto next = policy_.nextAutomaticRequest(granted_, location_.installed)) {
+        request(*next);
+    }
+}
+
+void PermissionController::openSettings(MacPermission permission) {
+    if (presentGuide && isGrantedInSettings()) {
+        presentGuide(permission);
+    }
+    desktop_.service.openSettings(permission);
+}
+
+void PermissionController::copyPath() {
+    desktop_.pasteboard.clear();
+    if (desktop_.pasteboard.setString(core::PasteboardTypes::string, location_.application.string())) {
+        say(texts::appPathCopied);
+    }
+}
+
+void PermissionController::restart() {
+    desktop_.userDefaults.setObject(showPermissionsKey, true);
+    if (!desktop_.launcher.launch(core::relaunchCommand(::getpid(), location_.application))) {
+        say(texts::couldNotReopen);
+    } else if (terminate) {
+        terminate();
+    }
+}
+
+void PermissionController::saveRequests() {
+    core::PropertyListValue::Array values;
+    for (const auto permission : policy_.requested) {
+        values.emplace_back(std::string(rawValue(permission)));
+    }
+    desktop_.userDefaults.setObject(requestKey, std::move(values));
+}
+
+void PermissionController::say(const core::LocalizedText& text) {
+    feedback_ = text;
+    changed_.notify();
 }
 
 } // namespace quillane

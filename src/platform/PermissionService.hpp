@@ -16,6 +16,12 @@ public:
 
     /// Asks for the permission. On macOS the system may show its prompt; the answer is seen later through `isGranted`.
     virtual void request(core::MacPermission permission) = 0;
+
+    /// Shows the page of the desktop's settings that the permission is found on. False when there is none.
+    virtual bool openSettings(core::MacPermission permission) = 0;
+
+    /// Whether the user grants it there, in a list that this program appears in; else a request is all it takes.
+    [[nodiscard]] virtual bool isGrantedInSettings() const = 0;
 };
 
 } // namespace quillane

@@ -10,6 +10,8 @@
 #include "platform/FilePanel.hpp"
 #include "platform/InputSources.hpp"
 #include "platform/KeyEvents.hpp"
+#include "platform/Launcher.hpp"
+#include "platform/LoginItemService.hpp"
 #include "platform/MainQueue.hpp"
 #include "platform/Pasteboard.hpp"
 #include "platform/PermissionService.hpp"
@@ -17,6 +19,7 @@
 #include "platform/ServicesMenu.hpp"
 #include "platform/StatusItem.hpp"
 #include "platform/SystemSymbols.hpp"
+#include "platform/UpdaterService.hpp"
 #include "platform/WindowTraits.hpp"
 #include "platform/Workspace.hpp"
 
@@ -48,6 +51,9 @@ struct Platform {
     std::shared_ptr<const ProxySettings> proxySettings; ///< shared with the threads of transfers
     std::unique_ptr<SystemSymbols> systemSymbols;
     std::unique_ptr<ServicesMenu> servicesMenu;
+    std::unique_ptr<Launcher> launcher;
+    std::unique_ptr<LoginItemService> loginItem;
+    std::unique_ptr<UpdaterService> updater; ///< absent where something else updates the program
 
     /// The settings of the program's previous edition, when it was used here.
     std::optional<core::PropertyListValue::Dictionary> legacyPreferences;

@@ -40,12 +40,16 @@ protected:
                                      .filePanel = desktop.filePanel,
                                      .systemSymbols = desktop.systemSymbols,
                                      .servicesMenu = desktop.servicesMenu,
-                                     .urlSessions = desktop.urlSessions.factory()},
+                                     .urlSessions = desktop.urlSessions.factory(),
+                                     .launcher = desktop.launcher,
+                                     .loginItem = desktop.loginItem,
+                                     .updater = &desktop.updater},
                          *preferences, *model,
                          AppDelegate::Environment{.version = "1.2",
                                                   .keyboardAvailable = keyboardAvailable,
                                                   .legacyBundleID = std::string(legacyBundleID),
-                                                  .terminate = [this] { ++terminations; }});
+                                                  .terminate = [this] { ++terminations; },
+                                                  .location = {"/Applications/Quillane.app", true}});
         delegate->applicationDidFinishLaunching();
         return *delegate;
     }

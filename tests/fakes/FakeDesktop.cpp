@@ -27,6 +27,9 @@ Platform makeFakes() {
     made.filePanel = std::make_unique<FakeFilePanel>();
     made.systemSymbols = std::make_unique<FakeSystemSymbols>();
     made.servicesMenu = std::make_unique<FakeServicesMenu>();
+    made.launcher = std::make_unique<FakeLauncher>();
+    made.loginItem = std::make_unique<FakeLoginItemService>();
+    made.updater = std::make_unique<FakeUpdaterService>();
     return made;
 }
 
@@ -69,7 +72,10 @@ FakeDesktop::FakeDesktop(Platform made)
       pasteboard(fake<FakePasteboard>(platform.pasteboard)),
       filePanel(fake<FakeFilePanel>(platform.filePanel)),
       systemSymbols(fake<FakeSystemSymbols>(platform.systemSymbols)),
-      servicesMenu(fake<FakeServicesMenu>(platform.servicesMenu)) {
+      servicesMenu(fake<FakeServicesMenu>(platform.servicesMenu)),
+      launcher(fake<FakeLauncher>(platform.launcher)),
+      loginItem(fake<FakeLoginItemService>(platform.loginItem)),
+      updater(fake<FakeUpdaterService>(platform.updater)) {
     tap.permitWhen([&granted = permissions] { return granted.isGranted(core::MacPermission::accessibility); });
     withPermissions({core::allPermissions.begin(), core::allPermissions.end()});
 }

@@ -8,6 +8,8 @@
 #include "fakes/FakeFilePanel.hpp"
 #include "fakes/FakeInputSources.hpp"
 #include "fakes/FakeKeyEvents.hpp"
+#include "fakes/FakeLauncher.hpp"
+#include "fakes/FakeLoginItemService.hpp"
 #include "fakes/FakeMainQueue.hpp"
 #include "fakes/FakePasteboard.hpp"
 #include "fakes/FakePermissionService.hpp"
@@ -15,6 +17,7 @@
 #include "fakes/FakeSleepAssertions.hpp"
 #include "fakes/FakeStatusItem.hpp"
 #include "fakes/FakeSystemSymbols.hpp"
+#include "fakes/FakeUpdaterService.hpp"
 #include "fakes/FakeUrlSession.hpp"
 #include "fakes/FakeUserDefaults.hpp"
 #include "fakes/FakeWindowTraits.hpp"
@@ -66,6 +69,9 @@ public:
     FakeFilePanel& filePanel;
     FakeSystemSymbols& systemSymbols;
     FakeServicesMenu& servicesMenu;
+    FakeLauncher& launcher;
+    FakeLoginItemService& loginItem;
+    FakeUpdaterService& updater;
     FakeUrlSessions urlSessions; ///< the network
 
     // Building.

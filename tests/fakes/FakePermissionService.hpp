@@ -16,7 +16,22 @@ public:
         return granted_.contains(permission);
     }
 
-    void request(core::MacPermission permission) override { requests_.push_back(permission); }
+    void request(core::MacPermission permission) override {
+        requests_.push_back(permission);
+        if (!grantedInSettings_) {
+            granted_.insert(permission);
+        }
+    }
+
+    bool openSettings(core::MacPermission permission) override {
+        opened_.push_back(permission);
+        return true;
+    }
+
+    [[nodiscard]] bool isGrantedInSettings() const override { return grantedInSettings_; }
+
+    /// The permissions are switched on by a request, as on Linux.
+    void grantOnRequest() { grantedInSettings_ = false; }
 
     void grant(core::MacPermission permission) { granted_.insert(permission); }
 
@@ -25,7 +40,12 @@ public:
     /// The permissions that were asked for, in order.
     [[nodiscard]] const std::vector<core::MacPermission>& requests() const { return requests_; }
 
+    /// The permissions whose settings were opened, in order.
+    [[nodiscard]] const std::vector<core::MacPermission>& opened() const { return opened_; }
+
 private:
+    bool grantedInSettings_ = true;
+    std::vector<core::MacPermission> opened_;
     std::set<core::MacPermission> granted_;
     std::vector<core::MacPermission> requests_;
 };

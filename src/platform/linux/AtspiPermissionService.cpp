@@ -2,7 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/AtspiPermissionService.hpp"
 
+#include "platform/common/QtLauncher.hpp"
+#include "platform/linux/AccessibilityPanel.hpp"
 #include "platform/linux/SessionBus.hpp"
+
+#include <QStandardPaths>
 
 namespace quillane {
 
@@ -81,6 +85,15 @@ void AtspiPermissionService::request(core::MacPermission permission) {
             read(*connection);
         }
     });
+}
+
+bool AtspiPermissionService::openSettings(core::MacPermission permission) {
+    const auto panel = permission == core::MacPermission::accessibility
+                           ? accessibilityPanel(qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString())
+                           : std::nullopt;
+    // Looked up first: what starts a program cannot tell that there is none of that name.
+    return panel && !QStandardPaths::findExecutable(QString::fromStdString(panel->executable)).isEmpty() &&
+           QtLauncher().launch(*panel);
 }
 
 void AtspiPermissionService::watch(BusConnection& session) {

@@ -25,6 +25,11 @@ public:
     [[nodiscard]] bool isGranted(core::MacPermission permission) const override;
     void request(core::MacPermission permission) override;
 
+    /// The accessibility page of the desktop that runs (XDG_CURRENT_DESKTOP); there is none for Input Monitoring.
+    bool openSettings(core::MacPermission permission) override;
+
+    [[nodiscard]] bool isGrantedInSettings() const override { return false; }
+
 private:
     void watch(BusConnection& session);
     void read(BusConnection& session);

@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Platform.hpp"
 
+#include "platform/common/QtLauncher.hpp"
 #include "platform/common/QtMainQueue.hpp"
 #include "platform/linux/AtspiAccessibility.hpp"
 #include "platform/linux/AtspiPermissionService.hpp"
+#include "platform/linux/AutostartLoginItem.hpp"
 #include "platform/linux/CommandServicesMenu.hpp"
 #include "platform/linux/LinuxDesktop.hpp"
 #include "platform/linux/LinuxProxySettings.hpp"
@@ -26,6 +28,7 @@
 #include "platform/linux/X11Session.hpp"
 #include "platform/linux/X11Workspace.hpp"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QLibraryInfo>
 
@@ -138,6 +141,9 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.proxySettings = std::make_shared<LinuxProxySettings>();
     platform.systemSymbols = std::make_unique<LineArtSymbols>();
     platform.servicesMenu = std::make_unique<CommandServicesMenu>();
+    platform.launcher = std::make_unique<QtLauncher>();
+    platform.loginItem =
+        std::make_unique<AutostartLoginItem>(QCoreApplication::applicationFilePath().toStdString(), autostartFolder());
     return platform;
 }
 

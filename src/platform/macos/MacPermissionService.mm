@@ -2,6 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/macos/MacPermissionService.hpp"
 
+#include "core/permissions/ApplicationLocation.hpp"
+#include "platform/macos/MacStrings.hpp"
+
+#import <AppKit/AppKit.h>
 #import <ApplicationServices/ApplicationServices.h>
 #import <Foundation/Foundation.h>
 #import <IOKit/hidsystem/IOHIDLib.h>
@@ -30,6 +34,13 @@ void MacPermissionService::request(core::MacPermission permission) {
             AXIsProcessTrustedWithOptions((__bridge CFDictionaryRef)options);
             break;
         }
+    }
+}
+
+bool MacPermissionService::openSettings(core::MacPermission permission) {
+    @autoreleasepool {
+        NSURL* address = [NSURL URLWithString:nsString(core::settingsAddress(permission))];
+        return address && [NSWorkspace.sharedWorkspace openURL:address];
     }
 }
 

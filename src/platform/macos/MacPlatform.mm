@@ -3,6 +3,7 @@
 #include "platform/Platform.hpp"
 
 #include "core/preferences/InstallationMigration.hpp"
+#include "platform/common/QtLauncher.hpp"
 #include "platform/common/QtMainQueue.hpp"
 #include "platform/macos/MacAccessibility.hpp"
 #include "platform/macos/MacApplicationMenu.hpp"
@@ -11,6 +12,7 @@
 #include "platform/macos/MacInputSources.hpp"
 #include "platform/macos/MacKeyEvents.hpp"
 #include "platform/macos/MacLaunch.hpp"
+#include "platform/macos/MacLoginItemService.hpp"
 #include "platform/macos/MacPasteboard.hpp"
 #include "platform/macos/MacPermissionService.hpp"
 #include "platform/macos/MacProxySettings.hpp"
@@ -18,6 +20,7 @@
 #include "platform/macos/MacSleepAssertions.hpp"
 #include "platform/macos/MacStatusItem.hpp"
 #include "platform/macos/MacSystemSymbols.hpp"
+#include "platform/macos/MacUpdaterService.hpp"
 #include "platform/macos/MacUserDefaults.hpp"
 #include "platform/macos/MacWindowTraits.hpp"
 #include "platform/macos/MacWorkspace.hpp"
@@ -50,6 +53,9 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.proxySettings = std::make_shared<MacProxySettings>();
     platform.systemSymbols = std::make_unique<MacSystemSymbols>();
     platform.servicesMenu = std::make_unique<MacServicesMenu>();
+    platform.launcher = std::make_unique<QtLauncher>();
+    platform.loginItem = std::make_unique<MacLoginItemService>();
+    platform.updater = makeMacUpdaterService();
     return platform;
 }
 

@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+namespace quillane {
+
+/// How the desktop stands to starting this program when the user signs in.
+enum class LoginItemStatus {
+    notRegistered,
+    enabled,
+    requiresApproval, ///< registered, but the user has to allow it in the system's settings
+    notFound,         ///< the system does not know the program
+    unknown,          ///< an answer that this program does not know
+};
+
+/// The desktop's list of programs that start at login, as far as this program is concerned. Main thread; calls are
+/// short and synchronous.
+class LoginItemService {
+public:
+    virtual ~LoginItemService() = default;
+
+    [[nodiscard]] virtual LoginItemStatus status() const = 0;
+
+    /// Adds this program. False on a failure; that includes an approval that is still missing.
+    [[nodiscard]] virtual bool enable() = 0;
+
+    /// Takes it off the list. False on a failure.
+    [[nodiscard]] virtual bool disable() = 0;
+
+    /// Whether the desktop has a page of settings for the list, and how to show it.
+    [[nodiscard]] virtual bool hasSettings() const = 0;
+    virtual void openSettings() = 0;
+};
+
+} // namespace quillane

@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "core/support/Date.hpp"
+#include "core/support/Subscription.hpp"
+
+#include <functional>
+#include <optional>
+
+namespace quillane {
+
+/// What installs new versions of this program by itself. Main thread. Shows its own windows and keeps its own settings.
+class UpdaterService {
+public:
+    virtual ~UpdaterService() = default;
+
+    /// Begins to check in the background, when that is switched on. Called once, after the program has started.
+    virtual void start() = 0;
+
+    /// False while a check or an update goes on.
+    [[nodiscard]] virtual bool canCheck() const = 0;
+
+    [[nodiscard]] virtual std::optional<core::Date> lastCheck() const = 0;
+
+    [[nodiscard]] virtual bool checksAutomatically() const = 0;
+    virtual void setChecksAutomatically(bool automatically) = 0;
+
+    /// Looks for a new version and tells the user what came of it.
+    virtual void checkForUpdates() = 0;
+
+    /// One of the three answers above has changed.
+    virtual core::Subscription onChanged(std::function<void()> callback) = 0;
+};
+
+} // namespace quillane

@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "core/support/Listeners.hpp"
+#include "platform/UpdaterService.hpp"
+#include "platform/WindowTraits.hpp"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace quillane {
+
+/// Updates as the user sees them. Where a package manager updates the program, there is no service and nothing to
+/// switch. Main thread.
+class AppUpdater {
+public:
+    /// An empty version is shown as a dash.
+    AppUpdater(UpdaterService* service, WindowTraits& windowTraits, std::string version);
+
+    /// Once, when the program has finished launching: nothing checks before.
+    void start();
+
+    /// The program updates itself.
+    [[nodiscard]] bool updatesItself() const { return service_ != nullptr; }
+
+    [[nodiscard]] bool canCheck() const { return service_ != nullptr && service_->canCheck(); }
+
+    [[nodiscard]] std::optional<core::Date> lastCheck() const;
+
+    [[nodiscard]] bool checksAutomatically() const { return service_ != nullptr && service_->checksAutomatically(); }
+
+    void setChecksAutomatically(bool automatically);
+
+    /// Looks for a new version, when that is possible, with the program in front.
+    void checkNow();
+
+    [[nodiscard]] const std::string& version() const { return version_; }
+
+    [[nodiscard]] core::Subscription onChanged(std::function<void()> callback) {
+        return changed_.subscribe(std::move(callback));
+    }
+
+private:
+    UpdaterService* service_; ///< may be absent
+    WindowTraits& windowTraits_;
+    std::string version_;
+    bool started_ = false;
+    core::Listeners<> changed_;
+    core::Subscription serviceChanges_;
+};
+
+} // namespace quillane

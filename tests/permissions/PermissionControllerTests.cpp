@@ -1,0 +1,155 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "permissions/PermissionController.hpp"
+
+#include "core/clipboard/PasteboardTypes.hpp"
+#include "core/localization/Texts.hpp"
+#include "fakes/FakeLauncher.hpp"
+#include "fakes/FakePasteboard.hpp"
+#include "fakes/FakePermissionService.hpp"
+#include "fakes/FakeUserDefaults.hpp"
+#include "fakes/FakeWindowTraits.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace quillane {
+namespace {
+
+using core::MacPermission;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class PermissionControllerTests : public ::testing::Test {
+protected:
+    PermissionController& controller() {
+        if (!controller_) {
+            controller_.emplace(PermissionDesktop{service, defaults, pasteboard, windows, launcher},
+                                core::ApplicationLocation{"/Applications/Quillane.app", installed});
+            controller_->presentGuide = [this](MacPermission permission) { guided.push_back(permission); };
+            controller_->applicationIsActive = [this] { return active; };
+            controller_->terminate = [this] { ++terminations; };
+        }
+        return *controller_;
+    }
+
+    [[nodiscard]] std::string feedback() { return controller().feedback().rendered(core::AppLanguage::english); }
+
+    fakes::FakePermissionService service;
+    fakes::FakeUserDefaults defaults;
+    fakes::FakePasteboard pasteboard;
+    fakes::FakeWindowTraits windows;
+    fakes::FakeLauncher launcher;
+    bool installed = true;
+    bool active = true;
+    int terminations = 0;
+    std::vector<MacPermission> guided;
+
+private:
+    std::optional<PermissionController> controller_;
+};
+
+TEST_F(PermissionControllerTests, ARequestAsksShowsTheGuideAndSaysWhatToDo) {
+    controller().request(MacPermission::accessibility);
+    EXPECT_THAT(service.requests(), ElementsAre(MacPermission::accessibility));
+    EXPECT_THAT(guided, ElementsAre(MacPermission::accessibility));
+    EXPECT_EQ(windows.activations, 1);
+    EXPECT_EQ(feedback(), "Accessibility requested. Enable Quillane in the list, then return here.");
+    EXPECT_FALSE(controller().isRequesting());
+    EXPECT_THAT(*defaults.stringArray("QuillanePermissionRequestsV1"), ElementsAre("accessibility"));
+}
+
+TEST_F(PermissionControllerTests, WhereARequestIsEnoughNoListIsSpokenOf) {
+    service.grantOnRequest();
+    controller().request(MacPermission::accessibility);
+    EXPECT_THAT(guided, IsEmpty());
+    EXPECT_EQ(feedback(), "Accessibility was turned on for this session.");
+    EXPECT_TRUE(controller().granted().contains(MacPermission::accessibility));
+}
+
+TEST_F(PermissionControllerTests, ACopyOutsideAnApplicationsFolderNeverAsks) {
+    installed = false;
+    controller().request(MacPermission::accessibility);
+    controller().requestNextIfNeeded();
+    EXPECT_THAT(service.requests(), IsEmpty());
+    EXPECT_THAT(guided, IsEmpty());
+    EXPECT_FALSE(defaults.object("QuillanePermissionRequestsV1"));
+}
+
+TEST_F(PermissionControllerTests, ARequestWithinARequestIsPassedOver) {
+    controller().presentGuide = [this](MacPermission) { controller().request(MacPermission::inputMonitoring); };
+    controller().request(MacPermission::accessibility);
+    EXPECT_THAT(service.requests(), ElementsAre(MacPermission::accessibility));
+}
+
+TEST_F(PermissionControllerTests, AutomaticRequestsAreMadeOnceEachAndOnlyInFront) {
+    active = false;
+    controller().requestNextIfNeeded();
+    EXPECT_THAT(service.requests(), IsEmpty());
+    active = true;
+    controller().requestNextIfNeeded();
+    controller().requestNextIfNeeded();
+    EXPECT_THAT(service.requests(), ElementsAre(MacPermission::inputMonitoring));
+    service.grant(MacPermission::inputMonitoring);
+    controller().refresh();
+    controller().requestNextIfNeeded();
+    EXPECT_THAT(service.requests(), ElementsAre(MacPermission::inputMonitoring, MacPermission::accessibility));
+}
+
+TEST_F(PermissionControllerTests, WhatWasAskedForIsRememberedAndUnknownTextsAreDropped) {
+    defaults.setObject("QuillanePermissionRequestsV1",
+                       core::PropertyListValue::Array{"inputMonitoring", "somethingElse"});
+    controller().requestNextIfNeeded();
+    EXPECT_THAT(service.requests(), IsEmpty());
+    controller().request(MacPermission::accessibility);
+    EXPECT_THAT(*defaults.stringArray("QuillanePermissionRequestsV1"), ElementsAre("inputMonitoring", "accessibility"));
+}
+
+TEST_F(PermissionControllerTests, RefreshingUnchangedGrantsTellsNobody) {
+    int changes = 0;
+    const auto token = controller().onChanged([&] { ++changes; });
+    controller().refresh();
+    EXPECT_EQ(changes, 0);
+    service.grant(MacPermission::accessibility);
+    controller().refresh();
+    controller().refresh();
+    EXPECT_EQ(changes, 1);
+    service.revoke(MacPermission::accessibility);
+    controller().refresh();
+    EXPECT_EQ(changes, 2);
+    EXPECT_THAT(controller().granted(), IsEmpty());
+}
+
+TEST_F(PermissionControllerTests, OpeningTheSettingsShowsTheGuide) {
+    controller().openSettings(MacPermission::inputMonitoring);
+    EXPECT_THAT(service.opened(), ElementsAre(MacPermission::inputMonitoring));
+    EXPECT_THAT(guided, ElementsAre(MacPermission::inputMonitoring));
+    EXPECT_THAT(service.requests(), IsEmpty());
+}
+
+TEST_F(PermissionControllerTests, ThePathIsCopiedAndExplained) {
+    controller().copyPath();
+    EXPECT_EQ(pasteboard.string(core::PasteboardTypes::string), "/Applications/Quillane.app");
+    EXPECT_EQ(feedback(), "App path copied. In the Add dialog, press Command + Shift + G and paste it.");
+}
+
+TEST_F(PermissionControllerTests, RestartingLeavesAFlagStartsTheWaitingShellAndEnds) {
+    controller().restart();
+    EXPECT_EQ(defaults.boolean("QuillaneShowPermissionsAfterRestart"), true);
+    ASSERT_EQ(launcher.launched.size(), 1U);
+    EXPECT_EQ(launcher.launched.front(), core::relaunchCommand(::getpid(), "/Applications/Quillane.app"));
+    EXPECT_EQ(terminations, 1);
+}
+
+TEST_F(PermissionControllerTests, AFailedRestartKeepsRunningAndSaysSo) {
+    launcher.fails = true;
+    controller().restart();
+    EXPECT_EQ(terminations, 0);
+    EXPECT_EQ(feedback(), "Could not reopen automatically. Quit Quillane and open it again from Applications.");
+}
+
+} // namespace
+} // namespace quillane
