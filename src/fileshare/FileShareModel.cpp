@@ -28,6 +28,7 @@ FileShareModel::FileShareModel(core::Url file, const FileShareServices& services
       userDefaults_(services.userDefaults),
       pasteboard_(services.pasteboard),
       sessions_(services.sessions),
+      now_(services.now),
       server_(core::FileShareServer::saved(services.userDefaults)) {}
 
 FileShareModel::~FileShareModel() = default;
@@ -78,7 +79,7 @@ std::optional<TransferRate::Estimate> FileShareModel::estimate() const {
 
 void FileShareModel::setProgress(double fraction) {
     progress_ = fraction;
-    rate_.add(static_cast<std::int64_t>(fraction * static_cast<double>(fileSize_)), std::chrono::steady_clock::now());
+    rate_.add(static_cast<std::int64_t>(fraction * static_cast<double>(fileSize_)), now_());
     emit changed();
 }
 

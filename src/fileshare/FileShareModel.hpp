@@ -80,6 +80,7 @@ private:
     core::UserDefaults& userDefaults_;
     core::PasteboardContents& pasteboard_;
     core::UrlSessionFactory sessions_;
+    std::function<TransferRate::Time()> now_;
     State state_ = Uploading{};
     double progress_ = 0;
     bool copied_ = false;

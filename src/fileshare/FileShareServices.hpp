@@ -11,6 +11,7 @@
 
 #include <QIcon>
 
+#include <chrono>
 #include <functional>
 #include <string>
 
@@ -25,6 +26,7 @@ struct FileShareServices {
     WindowTraits& windowTraits;
     core::UrlSessionFactory sessions;
     std::function<QIcon(const std::string& name, const QColor& color)> symbol; ///< a null icon for unknown names
+    std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
 };
 
 } // namespace quillane

@@ -11,6 +11,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QShortcut>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -25,6 +26,8 @@ namespace {
 constexpr int margin = 24;
 constexpr int spacing = 10;
 constexpr int symbolSize = 48;
+constexpr int buttonPadding = 20;
+constexpr int qrSymbolSize = 20;
 constexpr int fileNameWidth = 440;
 
 QString rendered(const core::LocalizedText& text, core::AppLanguage language) {
@@ -83,7 +86,9 @@ FileShareView::FileShareView(FileShareModel& model, const FileShareServices& ser
       rate_(wrappingLabel()),
       note_(wrappingLabel()),
       linkLabel_(wrappingLabel()),
+      qrCode_(new QrCodeView),
       link_(new QLineEdit),
+      qrButton_(new QToolButton),
       cancel_(new QPushButton),
       tryAgain_(new QPushButton),
       close_(new QPushButton),
@@ -110,7 +115,14 @@ void FileShareView::build() {
     link_->setStyleSheet(
         QStringLiteral("QLineEdit { border: 1px solid palette(mid); border-radius: 6px; padding: 6px; }"));
     linkLabel_->setBuddy(link_);
-    copyAndClose_->setDefault(true);
+    qrButton_->setCheckable(true);
+    qrButton_->setFocusPolicy(Qt::StrongFocus);
+    qrButton_->setIconSize(QSize(qrSymbolSize, qrSymbolSize));
+    qrButton_->setIcon(symbol_("qrcode", palette().color(QPalette::ButtonText)));
+    auto prominent = copyAndClose_->palette(); // where the desktop does not draw default buttons so by itself
+    prominent.setColor(QPalette::Button, prominent.color(QPalette::Highlight));
+    prominent.setColor(QPalette::ButtonText, prominent.color(QPalette::HighlightedText));
+    copyAndClose_->setPalette(prominent);
     icon_->setObjectName(QStringLiteral("symbol"));
     title_->setObjectName(QStringLiteral("title"));
     fileName_->setObjectName(QStringLiteral("fileName"));
@@ -121,6 +133,8 @@ void FileShareView::build() {
     note_->setObjectName(QStringLiteral("note"));
     linkLabel_->setObjectName(QStringLiteral("linkLabel"));
     link_->setObjectName(QStringLiteral("link"));
+    qrCode_->setObjectName(QStringLiteral("qrCode"));
+    qrButton_->setObjectName(QStringLiteral("qrButton"));
     cancel_->setObjectName(QStringLiteral("cancel"));
     tryAgain_->setObjectName(QStringLiteral("tryAgain"));
     close_->setObjectName(QStringLiteral("close"));
@@ -130,6 +144,9 @@ void FileShareView::build() {
     auto* progress = new QHBoxLayout;
     progress->addWidget(bar_, 1);
     progress->addWidget(percentage_);
+    auto* link = new QHBoxLayout;
+    link->addWidget(link_, 1);
+    link->addWidget(qrButton_);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
     for (auto* button : {cancel_, close_, copy_, tryAgain_, copyAndClose_}) {
@@ -145,10 +162,12 @@ void FileShareView::build() {
     for (auto* widget : std::initializer_list<QWidget*>{icon_, title_, fileName_, detail_}) {
         column->addWidget(widget);
     }
+    column->addWidget(qrCode_, 0, Qt::AlignHCenter);
     column->addLayout(progress);
-    for (auto* widget : std::initializer_list<QWidget*>{rate_, note_, linkLabel_, link_}) {
+    for (auto* widget : std::initializer_list<QWidget*>{rate_, note_, linkLabel_}) {
         column->addWidget(widget);
     }
+    column->addLayout(link);
     column->addStretch();
     column->addLayout(buttons);
 }
@@ -159,6 +178,7 @@ void FileShareView::connectButtons() {
     connect(close_, &QPushButton::clicked, this, [this] { emit closeRequested(); });
     connect(copy_, &QPushButton::clicked, this, [this] { model_.copyLink(); });
     connect(copyAndClose_, &QPushButton::clicked, this, [this] { copyAndClose(); });
+    connect(qrButton_, &QToolButton::toggled, this, [this] { redraw(); });
     for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
         connect(new QShortcut(key, this), &QShortcut::activated, this, [this] {
             if (std::holds_alternative<FileShareModel::Completed>(model_.state())) {
@@ -180,7 +200,16 @@ void FileShareView::redraw() {
     const bool isCompleted = std::holds_alternative<FileShareModel::Completed>(state);
     const bool isFailed = std::holds_alternative<FileShareModel::Failed>(state);
     setLayoutDirection(core::isRTL(language) ? Qt::RightToLeft : Qt::LeftToRight);
-    title_->setVisible(!isUploading);
+    if (const auto* completed = std::get_if<FileShareModel::Completed>(&state)) {
+        drawLink(completed->link, language);
+    } else {
+        qrButton_->setChecked(false);
+    }
+    const bool isQrShown = isCompleted && hasQrCode_ && qrButton_->isChecked();
+    icon_->setVisible(!isQrShown);
+    title_->setVisible(!isUploading && !isQrShown);
+    qrCode_->setVisible(isQrShown);
+    qrButton_->setVisible(isCompleted && hasQrCode_);
     detail_->setVisible(isUploading || isFailed);
     for (auto* widget : std::initializer_list<QWidget*>{fileName_, bar_, percentage_, rate_, note_, cancel_}) {
         widget->setVisible(isUploading);
@@ -205,20 +234,31 @@ void FileShareView::drawSymbol() {
     }
 }
 
+void FileShareView::drawLink(const core::Url& link, core::AppLanguage language) {
+    const auto text = QString::fromStdString(link.absoluteString());
+    if (link_->text() != text) { // keeps a selection
+        link_->setText(text);
+        link_->setCursorPosition(0);
+        hasQrCode_ = qrCode_->setText(link.absoluteString());
+    }
+    const auto action = rendered(qrButton_->isChecked() ? texts::hideQRCode : texts::showQRCode, language);
+    qrButton_->setToolTip(action);
+    qrButton_->setAccessibleName(action);
+    qrCode_->setAccessibleName(rendered(texts::qrCodeOfLink, language));
+}
+
 void FileShareView::drawTexts(core::AppLanguage language) {
     cancel_->setText(rendered(texts::cancel, language));
     tryAgain_->setText(rendered(texts::tryAgain, language));
     close_->setText(rendered(texts::closeWindow, language));
     copy_->setText(rendered(model_.copied() ? texts::linkCopied : texts::copyLink, language));
     copyAndClose_->setText(rendered(texts::copyAndClose, language));
+    for (auto* button : {cancel_, tryAgain_, close_, copy_, copyAndClose_}) {
+        button->setMinimumWidth(button->sizeHint().width() + buttonPadding);
+    }
     linkLabel_->setText(rendered(texts::downloadLink, language));
-    if (const auto* completed = std::get_if<FileShareModel::Completed>(&model_.state())) {
+    if (std::holds_alternative<FileShareModel::Completed>(model_.state())) {
         title_->setText(rendered(texts::fileIsReadyToShare, language));
-        const auto link = QString::fromStdString(completed->link.absoluteString());
-        if (link_->text() != link) { // keeps a selection
-            link_->setText(link);
-            link_->setCursorPosition(0);
-        }
     } else if (const auto* failed = std::get_if<FileShareModel::Failed>(&model_.state())) {
         title_->setText(rendered(texts::uploadDidNotComplete, language));
         detail_->setText(rendered(failed->message, language));

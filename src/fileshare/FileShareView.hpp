@@ -3,6 +3,7 @@
 #pragma once
 
 #include "fileshare/FileShareModel.hpp"
+#include "fileshare/QrCodeView.hpp"
 
 #include <QWidget>
 
@@ -10,6 +11,7 @@ class QLabel;
 class QLineEdit;
 class QProgressBar;
 class QPushButton;
+class QToolButton;
 
 namespace quillane {
 
@@ -30,6 +32,7 @@ private:
     void connectButtons();
     void redraw();
     void drawUploading(core::AppLanguage language);
+    void drawLink(const core::Url& link, core::AppLanguage language);
     void drawTexts(core::AppLanguage language);
     void drawSymbol();
     void copyAndClose();
@@ -47,13 +50,16 @@ private:
     QLabel* rate_;
     QLabel* note_;
     QLabel* linkLabel_;
+    QrCodeView* qrCode_;
     QLineEdit* link_;
+    QToolButton* qrButton_;
     QPushButton* cancel_;
     QPushButton* tryAgain_;
     QPushButton* close_;
     QPushButton* copy_;
     QPushButton* copyAndClose_;
     std::string shownSymbol_;
+    bool hasQrCode_ = false;            ///< the link is short enough for one
     core::Subscription languageChange_; // last: dropped before what its callback uses
 };
 

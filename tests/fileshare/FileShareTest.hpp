@@ -13,6 +13,8 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QPainter>
+#include <QSvgRenderer>
 
 #include <gtest/gtest.h>
 
@@ -42,6 +44,19 @@ protected:
     }
 
 private:
+    /// The drawing of the program's own resources, as Linux shows it.
+    static QIcon lineArt(const std::string& name, const QColor& color) {
+        QSvgRenderer renderer(QString::fromStdString(std::string(QUILLANE_RESOURCES) + "/symbols/" + name + ".svg"));
+        EXPECT_TRUE(renderer.isValid()) << name;
+        QPixmap pixmap(96, 96);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        renderer.render(&painter);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        painter.fillRect(pixmap.rect(), color);
+        return QIcon(pixmap);
+    }
+
     struct OffscreenPlatform {
         OffscreenPlatform() { ::setenv("QT_QPA_PLATFORM", "offscreen", 1); }
     };
@@ -60,6 +75,7 @@ protected:
     fakes::FakeFilePanel panel_;
     fakes::FakeWindowTraits windowTraits_;
     fakes::FakeUrlSessions sessions_;
+    std::chrono::steady_clock::time_point now_;
     std::vector<std::string> symbols_; ///< names that were drawn
     FileShareServices services_{.userDefaults = defaults_,
                                 .preferences = preferences_,
@@ -67,12 +83,12 @@ protected:
                                 .filePanel = panel_,
                                 .windowTraits = windowTraits_,
                                 .sessions = sessions_.factory(),
-                                .symbol = [this](const std::string& name, const QColor& color) {
-                                    symbols_.push_back(name);
-                                    QPixmap pixmap(48, 48);
-                                    pixmap.fill(color);
-                                    return QIcon(pixmap);
-                                }};
+                                .symbol =
+                                    [this](const std::string& name, const QColor& color) {
+                                        symbols_.push_back(name);
+                                        return lineArt(name, color);
+                                    },
+                                .now = [this] { return now_; }};
     core::Url file_ = files_.url("file.txt", std::string(1000, 'x'));
 };
 

@@ -15,8 +15,10 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTest>
+#include <QToolButton>
 #include <QUrl>
 
+#include <cstdio>
 #include <filesystem>
 
 namespace quillane {
@@ -78,6 +80,19 @@ protected:
         preferences_.choose(AppLanguage::english);
     }
 
+    /// What a reader (zbarimg) sees in a picture of the window.
+    [[nodiscard]] std::string readQrCode(FileShareWindow& window) const {
+        const auto picture = files_.folder() / "window.png";
+        EXPECT_TRUE(window.grab().save(QString::fromStdString(picture)));
+        auto* reader = ::popen(("zbarimg --quiet --raw --nodbus '" + picture.string() + "' 2>&1").c_str(), "r");
+        std::string seen;
+        for (int c = 0; reader != nullptr && (c = std::fgetc(reader)) != EOF;) {
+            seen += static_cast<char>(c);
+        }
+        EXPECT_EQ(reader != nullptr ? ::pclose(reader) : -1, 0) << seen;
+        return seen;
+    }
+
     FileShareService service_{services_};
 };
 
@@ -97,6 +112,20 @@ TEST_F(FileShareWindowTests, ShowsTheUpload) {
     transfer().send(1000, 1000);
     EXPECT_EQ(text(window, "detail"), "Waiting for the download link…");
     expectFits(window, "waiting");
+}
+
+TEST_F(FileShareWindowTests, TellsHowFastItIsAndHowLongItTakes) {
+    using namespace std::chrono_literals;
+    file_ = files_.url("film.mov", std::string(1000000, 'x'));
+    auto& window = open();
+    transfer().send(0, 1000000);
+    EXPECT_EQ(text(window, "rate"), "");
+    now_ += 2s;
+    transfer().send(100000, 1000000);
+    EXPECT_EQ(text(window, "rate"), "50.0 kB/s · 0:18 left");
+    expectFits(window, "speed");
+    transfer().send(1000000, 1000000);
+    EXPECT_EQ(text(window, "rate"), "");
 }
 
 TEST_F(FileShareWindowTests, ALongNameIsCutInItsMiddleAndHelpHasThePath) {
@@ -125,6 +154,44 @@ TEST_F(FileShareWindowTests, ShowsTheLink) {
     EXPECT_EQ(button(window, "copy").text(), "Link copied");
     EXPECT_EQ(copiedText(), "https://files.example:8443/up/abc/file.txt");
     expectFits(window, "copied");
+}
+
+TEST_F(FileShareWindowTests, TheLinkIsShownAsAQrCodeThatReadersUnderstand) {
+    auto& window = open();
+    auto& toggle = *window.findChild<QToolButton*>("qrButton");
+    auto& code = *window.findChild<QWidget*>("qrCode");
+    EXPECT_FALSE(toggle.isVisibleTo(&window));
+    answerWithLink();
+    EXPECT_TRUE(toggle.isVisibleTo(&window));
+    EXPECT_FALSE(code.isVisibleTo(&window));
+    EXPECT_EQ(toggle.toolTip(), "Show QR code");
+    EXPECT_EQ(toggle.accessibleName(), "Show QR code");
+    toggle.click();
+    EXPECT_TRUE(code.isVisibleTo(&window));
+    EXPECT_EQ(toggle.toolTip(), "Hide QR code");
+    EXPECT_EQ(code.accessibleName(), "QR code of the link");
+    expectFits(window, "qr");
+    EXPECT_EQ(readQrCode(window), "https://files.example:8443/up/abc/file.txt\n");
+    toggle.click();
+    EXPECT_FALSE(code.isVisibleTo(&window));
+    EXPECT_EQ(text(window, "title"), "Your file is ready to share");
+}
+
+TEST_F(FileShareWindowTests, ALongLinkStillHasACodeAndOneThatIsTooLongHasNone) {
+    for (const std::size_t length : {400U, 480U}) {
+        auto& window = open();
+        const std::string link = "https://files.example:8443/up/abc/" + std::string(length, 'x');
+        transfer().receive(link);
+        transfer().complete(core::UrlResponse{201});
+        auto& toggle = *window.findChild<QToolButton*>("qrButton");
+        EXPECT_EQ(toggle.isVisibleTo(&window), length == 400);
+        if (length == 400) {
+            toggle.click();
+            expectFits(window, "qr-long");
+            EXPECT_EQ(readQrCode(window), link + '\n');
+        }
+        EXPECT_EQ(window.findChild<QLineEdit*>("link")->text().toStdString(), link);
+    }
 }
 
 TEST_F(FileShareWindowTests, TheLinkRunsLeftToRightInEveryLanguage) {
