@@ -32,7 +32,11 @@ void FileShareService::choose() {
          .message = texts::chooseFileToUpload(server.displayName()).rendered(language),
          .prompt = texts::uploadFile.rendered(language),
          .direction = core::isRTL(language) ? LayoutDirection::rightToLeft : LayoutDirection::leftToRight},
-        [this](const std::filesystem::path& file) { show(core::Url::fromFilePath(file)); });
+        [this](const std::filesystem::path& file) { show(core::Url::fromFilePath(file)); },
+        [this](const std::vector<std::string>& urls) -> std::optional<std::string> {
+            const auto refusal = share(urls);
+            return refusal ? std::optional(refusal->rendered(services_.preferences.state().language)) : std::nullopt;
+        });
 }
 
 std::optional<core::LocalizedText> FileShareService::share(const std::vector<std::string>& urls) {

@@ -6,7 +6,9 @@
 
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace quillane {
 
@@ -22,12 +24,17 @@ public:
 
     using Chosen = std::function<void(const std::filesystem::path&)>;
 
+    /// Takes the URLs of what was dropped on the panel. None: they have been dealt with, and the panel closes. A text
+    /// is shown, and the panel stays.
+    using Dropped = std::function<std::optional<std::string>(const std::vector<std::string>& urls)>;
+
     virtual ~FilePanel() = default;
 
     /// Opens the panel in front of everything and returns. Neither folders nor several files can be chosen. Calls back
     /// once when the user confirms, never when they cancel or this object goes. A panel that is open comes to the front
-    /// instead of a second one, and its texts and callback stay.
-    virtual void chooseFile(const Texts& texts, Chosen chosen) = 0;
+    /// instead of a second one, and its texts and callbacks stay. A desktop whose own panel takes drops as a selection
+    /// never calls `dropped`.
+    virtual void chooseFile(const Texts& texts, Chosen chosen, Dropped dropped) = 0;
 };
 
 } // namespace quillane

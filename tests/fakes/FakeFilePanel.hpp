@@ -12,11 +12,12 @@ namespace quillane::fakes {
 /// A panel in which a test confirms or cancels.
 class FakeFilePanel final : public FilePanel {
 public:
-    void chooseFile(const Texts& texts, Chosen chosen) override {
+    void chooseFile(const Texts& texts, Chosen chosen, Dropped dropped) override {
         ++requests;
         if (!open) {
             open = texts;
             chosen_ = std::move(chosen);
+            dropped_ = std::move(dropped);
         }
     }
 
@@ -25,9 +26,19 @@ public:
         std::exchange(chosen_, nullptr)(file);
     }
 
+    /// Drops URLs on the panel; what it shows then.
+    std::optional<std::string> drop(const std::vector<std::string>& urls) {
+        const auto told = dropped_(urls);
+        if (!told) {
+            cancel();
+        }
+        return told;
+    }
+
     void cancel() {
         open.reset();
         chosen_ = nullptr;
+        dropped_ = nullptr;
     }
 
     std::optional<Texts> open; ///< the texts of the open panel
@@ -35,6 +46,7 @@ public:
 
 private:
     Chosen chosen_;
+    Dropped dropped_;
 };
 
 } // namespace quillane::fakes

@@ -297,6 +297,17 @@ TEST_F(FileShareWindowTests, ChoosingAFileNamesTheServerAndSharesTheFile) {
     EXPECT_EQ(transfer().file, files_.folder() / "file.txt");
 }
 
+TEST_F(FileShareWindowTests, AFileDroppedOnThePanelIsSharedAndTwoAreRefused) {
+    service_.choose();
+    const auto one = file_.absoluteString();
+    EXPECT_EQ(panel_.drop({one, one}), "Select one file to share.");
+    EXPECT_TRUE(panel_.open);
+    EXPECT_TRUE(service_.windows().empty());
+    EXPECT_EQ(panel_.drop({one}), std::nullopt);
+    EXPECT_FALSE(panel_.open);
+    EXPECT_EQ(transfer().file, files_.folder() / "file.txt");
+}
+
 TEST_F(FileShareWindowTests, AnythingButOneFileIsAnsweredWithTheMessage) {
     const auto other = files_.url("other.txt").absoluteString();
     for (const auto& urls :

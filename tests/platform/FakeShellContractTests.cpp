@@ -1,9 +1,11 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
+#include "fakes/FakeFilePanel.hpp"
 #include "fakes/FakeMainQueue.hpp"
 #include "fakes/FakeSleepAssertions.hpp"
 #include "fakes/FakeStatusItem.hpp"
 #include "fakes/FakeSystemSymbols.hpp"
+#include "platform/FilePanelContract.hpp"
 #include "platform/MainQueueContract.hpp"
 #include "platform/SleepAssertionsContract.hpp"
 #include "platform/StatusItemContract.hpp"
@@ -70,6 +72,22 @@ private:
     fakes::FakeSleepAssertions fake_;
 };
 
+class FakeFilePanelDriver {
+public:
+    FilePanel& panel() { return fake_; }
+
+    [[nodiscard]] bool isOpen() const { return fake_.open.has_value(); }
+
+    [[nodiscard]] static std::filesystem::path file() { return "/tmp/file.txt"; }
+
+    void confirm(const std::filesystem::path& path) { fake_.confirm(path); }
+
+    void cancel() { fake_.cancel(); }
+
+private:
+    fakes::FakeFilePanel fake_;
+};
+
 class FakeSystemSymbolsDriver {
 public:
     SystemSymbols& symbols() { return fake_; }
@@ -85,6 +103,7 @@ namespace testing {
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, MainQueueContract, FakeMainQueueDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, StatusItemContract, FakeStatusItemDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SleepAssertionsContract, FakeSleepAssertionsDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, FilePanelContract, FakeFilePanelDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SystemSymbolsContract, FakeSystemSymbolsDriver);
 
 } // namespace testing

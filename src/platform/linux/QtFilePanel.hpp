@@ -8,13 +8,13 @@
 
 namespace quillane {
 
-/// Qt's file dialog, with the message above the files.
+/// Qt's file dialog, with the message below the files.
 class QtFilePanel final : public FilePanel {
 public:
     QtFilePanel();
     ~QtFilePanel() override;
 
-    void chooseFile(const Texts& texts, Chosen chosen) override;
+    void chooseFile(const Texts& texts, Chosen chosen, Dropped dropped) override;
 
 private:
     class Dialog;

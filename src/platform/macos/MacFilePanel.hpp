@@ -14,7 +14,7 @@ public:
     MacFilePanel();
     ~MacFilePanel() override;
 
-    void chooseFile(const Texts& texts, Chosen chosen) override;
+    void chooseFile(const Texts& texts, Chosen chosen, Dropped dropped) override;
 
 private:
     struct State;

@@ -22,7 +22,7 @@ MacFilePanel::~MacFilePanel() {
     [panel cancel:nil];
 }
 
-void MacFilePanel::chooseFile(const Texts& texts, Chosen chosen) {
+void MacFilePanel::chooseFile(const Texts& texts, Chosen chosen, Dropped) {
     [NSApp activateIgnoringOtherApps:YES];
     if (state_->panel) {
         [state_->panel makeKeyAndOrderFront:nil];
