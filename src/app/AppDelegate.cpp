@@ -263,6 +263,10 @@ ControlReply AppDelegate::handleControlRequest(const ControlRequest& request) {
 }
 
 ControlReply AppDelegate::share(const std::vector<std::string>& urls) {
+    if (urls.empty()) {
+        fileShare_.choose();
+        return {};
+    }
     const auto refusal = fileShare_.share(urls);
     if (!refusal) {
         return {};

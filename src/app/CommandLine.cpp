@@ -33,7 +33,7 @@ Call parse(std::span<const std::string_view> words) {
         return unknown("argument", rest.front() == "--json" ? rest[1] : rest.front());
     }
     if (command == "share") {
-        return rest.empty() ? Call(UsageError{"share needs a file"}) : Call(ShareFiles{{rest.begin(), rest.end()}});
+        return ShareFiles{{rest.begin(), rest.end()}};
     }
     if (!rest.empty()) {
         return unknown("argument", rest.front());
@@ -56,7 +56,7 @@ Call parse(std::span<const std::string_view> words) {
 std::string_view usage() {
     return "usage: quillane                    start the agent, or show the settings of the one that runs\n"
            "       quillane status [--json]    say what the agent does\n"
-           "       quillane share FILE         upload a file and show its download link\n"
+           "       quillane share [FILE]       upload a file and show its download link\n"
            "       quillane pause | resume     pause everything, or go on\n"
            "       quillane quit               end the agent\n"
            "       quillane --help | --version\n";

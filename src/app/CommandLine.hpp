@@ -24,9 +24,10 @@ struct SendRequest {
     bool operator==(const SendRequest&) const = default;
 };
 
-/// Have the running agent share a file; one that does not run is started. The agent answers when it is not one file.
+/// Have the running agent share a file; one that does not run is started. Without a file the user chooses one. The
+/// agent answers when there are several.
 struct ShareFiles {
-    std::vector<std::string> paths; ///< as they were given, at least one
+    std::vector<std::string> paths; ///< as they were given
     bool operator==(const ShareFiles&) const = default;
 };
 

@@ -92,8 +92,12 @@ TEST_F(Sharing, TheCommandIsToldWhenItIsNotOneFileAndSoIsTheUser) {
     const auto* box = qobject_cast<QMessageBox*>(windows().front());
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(box->text(), "Select one file to share.");
-    EXPECT_EQ(share({}).ok, false);
     EXPECT_EQ(share({"no url"}).ok, false);
+}
+
+TEST_F(Sharing, TheCommandWithoutAFileLetsTheUserChoose) {
+    EXPECT_EQ(share({}), ControlReply{});
+    EXPECT_TRUE(desktop.filePanel.open);
 }
 
 TEST_F(Sharing, TheServicesMenuSharesOneFileAndTellsTheOtherProgramOtherwise) {
