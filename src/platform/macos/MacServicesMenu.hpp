@@ -10,7 +10,7 @@
 namespace quillane {
 
 /// The Services menu (NSApplication.servicesProvider). The entry "Share with Quillane" is declared under NSServices in
-/// resources/Info.plist.in and sends the message shareFile.
+/// resources/macos/Info.plist.in and sends the message share:userData:error:.
 class MacServicesMenu final : public ServicesMenu {
 public:
     MacServicesMenu();

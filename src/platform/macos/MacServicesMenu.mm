@@ -13,16 +13,12 @@
 /// Gets the messages of the Services menu.
 @interface QuillaneServicesProvider : NSObject
 @property(nonatomic) quillane::ServicesMenu::Share share;
-- (void)shareFile:(NSPasteboard*)pasteboard
-         userData:(NSString*)userData
-            error:(NSString* __autoreleasing _Nullable*)error;
+- (void)share:(NSPasteboard*)pasteboard userData:(NSString*)userData error:(NSString* __autoreleasing _Nullable*)error;
 @end
 
 @implementation QuillaneServicesProvider
 
-- (void)shareFile:(NSPasteboard*)pasteboard
-         userData:(NSString*)userData
-            error:(NSString* __autoreleasing _Nullable*)error {
+- (void)share:(NSPasteboard*)pasteboard userData:(NSString*)userData error:(NSString* __autoreleasing _Nullable*)error {
     std::vector<std::string> urls;
     NSArray* files = [pasteboard readObjectsForClasses:@[ [NSURL class] ]
                                                options:@{NSPasteboardURLReadingFileURLsOnlyKey : @YES}];
