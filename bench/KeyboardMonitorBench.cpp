@@ -50,6 +50,8 @@ public:
         return {front_};
     }
 
+    bool activateApplication(pid_t /*pid*/) override { return false; }
+
     bool terminate(pid_t /*pid*/) override { return false; }
 
     [[nodiscard]] bool launchedAtLogin() const override { return false; }

@@ -6,7 +6,6 @@
 #include "app/StatusBarArtwork.hpp"
 #include "app/StatusMenu.hpp"
 #include "app/TintedSymbol.hpp"
-#include "core/direction/SupportedApplication.hpp"
 #include "core/keyboard/ScreenSharingPolicy.hpp"
 #include "core/localization/Texts.hpp"
 #include "core/permissions/PermissionSetupPolicy.hpp"
@@ -55,6 +54,9 @@ AppDelegate::AppDelegate(AppServices services, core::AppPreferences& preferences
       input_(services.inputSources, services.accessibility, services.workspace),
       monitor_(services.eventTap, services.keyEvents, services.workspace, services.mainQueue, input_),
       switcher_(services.inputSources),
+      direction_(
+          DirectionServices{services.accessibility, services.workspace, services.mainQueue, services.userDefaults},
+          [this] { return model_.canTestDirection(); }, [this](const core::LocalizedText& text) { report(text); }),
       fileShare_(fileShareServices(services, preferences)),
       loginItem_(services.loginItem, environment_.location.installed),
       updater_(services.updater, services.windowTraits, environment_.version),
@@ -81,14 +83,21 @@ void AppDelegate::applicationDidFinishLaunching() {
 
 void AppDelegate::wireControllers() {
     model_.optionsChanged = [this] { applyOptions(); };
+    model_.testDirection = [this](core::WritingDirection direction) {
+        direction_.test(direction, model_.testTargetID());
+    };
     monitor_.onDirection = [this](core::WritingDirection direction) {
         directions_ = {direction, directions_.count + 1};
+        direction_.apply(direction);
     };
+    monitor_.onInterruption = [this] { direction_.cancelPending(); };
     monitor_.onLanguageSwitch = [this] {
+        direction_.cancelPending();
         switcher_.switchToNext();
         publishRuntime();
     };
     monitor_.onDisabled = [this] {
+        direction_.cancelPending();
         report(core::texts::keyboardEngineRestarted);
         refreshRuntime();
     };
@@ -101,12 +110,14 @@ void AppDelegate::wireControllers() {
 void AppDelegate::observeWorkspace() {
     subscriptions_.push_back(services_.workspace.onDidActivateApplication([this] {
         monitor_.reset();
+        direction_.cancelPending();
         rememberTarget();
         refreshRuntime();
     }));
     subscriptions_.push_back(services_.workspace.onDidReopen([this] { applicationShouldHandleReopen(); }));
     subscriptions_.push_back(services_.workspace.onDidWake([this] {
         monitor_.stop();
+        direction_.cancelPending();
         refreshRuntime(); // makes a fresh tap
     }));
 }
@@ -117,6 +128,8 @@ void AppDelegate::applicationShouldHandleReopen() {
 
 void AppDelegate::applicationWillTerminate() {
     model_.optionsChanged = nullptr;
+    model_.testDirection = nullptr;
+    direction_.cancelPending();
     monitor_.stop();
     model_.endKeepAwake();
     services_.servicesMenu.provideShare(nullptr);
@@ -171,6 +184,7 @@ void AppDelegate::toggle(bool core::FeatureOptions::*option) {
 void AppDelegate::applyOptions() {
     monitor_.setOptions(model_.options());
     monitor_.reset();
+    direction_.cancelPending();
     if (model_.options().paused && !wasPaused_) {
         fileShare_.cancelAll();
     }
@@ -186,6 +200,7 @@ void AppDelegate::refreshRuntime() {
                         core::PermissionSetupPolicy::canStartKeyboardMonitor(permissions_.granted());
     if (!wanted) {
         monitor_.stop();
+        direction_.cancelPending();
     } else if (!monitor_.isRunning()) {
         static_cast<void>(monitor_.start()); // whether it runs is read below
     }
@@ -224,9 +239,8 @@ RuntimeFacts AppDelegate::runtimeFacts() const {
 }
 
 void AppDelegate::rememberTarget() {
-    const auto front = services_.workspace.frontmostApplication();
-    if (front && front->bundleID && core::supportedApplication(*front->bundleID)) {
-        model_.setTestTargetID(*front->bundleID);
+    if (auto target = direction_.target()) {
+        model_.setTestTargetID(std::move(*target));
     }
 }
 

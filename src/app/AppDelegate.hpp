@@ -8,6 +8,7 @@
 #include "app/StatusMenu.hpp"
 #include "app/StatusReport.hpp"
 #include "core/preferences/AppPreferences.hpp"
+#include "direction/DirectionCommands.hpp"
 #include "fileshare/FileShareService.hpp"
 #include "keyboard/InputSourceSwitcher.hpp"
 #include "keyboard/KeyboardMonitor.hpp"
@@ -77,6 +78,7 @@ private:
     RTLInput input_;
     KeyboardMonitor monitor_;
     InputSourceSwitcher switcher_;
+    DirectionCommands direction_;
     FileShareService fileShare_;
     LoginItemController loginItem_;
     AppUpdater updater_;

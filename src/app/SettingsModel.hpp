@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/direction/WritingDirection.hpp"
 #include "core/localization/LocalizedText.hpp"
 #include "core/permissions/MacPermission.hpp"
 #include "core/power/SleepPrevention.hpp"
@@ -78,6 +79,9 @@ public:
 
     /// Called after the options were saved; set by the application delegate.
     std::function<void()> optionsChanged;
+
+    /// Turns the paragraph at the cursor of the test target; set by the application delegate.
+    std::function<void(core::WritingDirection)> testDirection;
 
 signals:
     /// Something that a view shows has changed.

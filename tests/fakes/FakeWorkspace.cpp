@@ -20,6 +20,16 @@ std::vector<RunningApplication> FakeWorkspace::runningApplications(std::string_v
     return found;
 }
 
+bool FakeWorkspace::activateApplication(pid_t pid) {
+    if (std::ranges::find(running_, pid, &RunningApplication::pid) == running_.end()) {
+        return false;
+    }
+    if (!refusesActivation_) {
+        activate(pid);
+    }
+    return true;
+}
+
 bool FakeWorkspace::terminate(pid_t pid) {
     if (refusesTermination_ || std::ranges::find(running_, pid, &RunningApplication::pid) == running_.end()) {
         return false;

@@ -12,6 +12,7 @@ class FakeWorkspace final : public Workspace {
 public:
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override;
     [[nodiscard]] std::vector<RunningApplication> runningApplications(std::string_view bundleID) const override;
+    bool activateApplication(pid_t pid) override;
     bool terminate(pid_t pid) override;
 
     [[nodiscard]] bool launchedAtLogin() const override { return launchedAtLogin_; }
@@ -41,6 +42,9 @@ public:
 
     void setLaunchedAtLogin(bool launched) { launchedAtLogin_ = launched; }
 
+    /// Makes applications stay behind when they are asked to come to the front.
+    void setRefusesActivation(bool refuses) { refusesActivation_ = refuses; }
+
     /// Makes applications ignore the request to quit.
     void setRefusesTermination(bool refuses) { refusesTermination_ = refuses; }
 
@@ -53,6 +57,7 @@ private:
     pid_t nextPid_ = 1001;
     bool launchedAtLogin_ = false;
     bool refusesTermination_ = false;
+    bool refusesActivation_ = false;
     std::vector<pid_t> terminated_;
     core::Listeners<> activated_;
     core::Listeners<> woke_;

@@ -98,8 +98,19 @@ TYPED_TEST_P(WorkspaceContract, AProcessThatDoesNotRunCannotBeAskedToQuit) {
     EXPECT_FALSE(this->driver.workspace().terminate(this->nobody));
 }
 
+TYPED_TEST_P(WorkspaceContract, AnApplicationBehindComesToTheFrontWhenAsked) {
+    const auto first = this->driver.open(TypeParam::first);
+    ASSERT_TRUE(this->comesToFront(first));
+    const auto second = this->driver.open(TypeParam::second);
+    ASSERT_TRUE(this->comesToFront(second));
+    EXPECT_TRUE(this->driver.workspace().activateApplication(first));
+    EXPECT_TRUE(this->comesToFront(first));
+    EXPECT_FALSE(this->driver.workspace().activateApplication(this->nobody));
+}
+
 REGISTER_TYPED_TEST_SUITE_P(WorkspaceContract, TellsTheApplicationInFront, GivesNoticeOfEachActivation,
                             ADroppedTokenEndsTheNotices, FindsRunningApplicationsByTheirExactIdentifier,
-                            AnApplicationThatIsAskedToQuitIsGone, AProcessThatDoesNotRunCannotBeAskedToQuit);
+                            AnApplicationBehindComesToTheFrontWhenAsked, AnApplicationThatIsAskedToQuitIsGone,
+                            AProcessThatDoesNotRunCannotBeAskedToQuit);
 
 } // namespace quillane::testing

@@ -155,15 +155,18 @@ std::shared_ptr<AtspiFacts> AtspiAccessibility::facts(const AtspiObject& object,
     if ((which & ~editingFacts) == 0 && known_ && known_->object == object && limit.now - known_->begin < keptFor) {
         return known_->facts->isRefused() ? nullptr : known_->facts;
     }
-    if (!mayAsk(object.bus, limit)) {
+    if (!mayAsk(*bus, object.bus, limit)) {
         return nullptr;
     }
     const Request request{object, 0, limit.now, requestFacts(*bus, object, which)};
     return waitFor(*bus, request, limit) && !request.facts->isRefused() ? request.facts : nullptr;
 }
 
-bool AtspiAccessibility::mayAsk(const std::string& application, const Limit& limit) const {
+bool AtspiAccessibility::mayAsk(BusConnection& bus, const std::string& application, const Limit& limit) const {
     const auto silent = unanswered_.find(application);
+    if (silent != unanswered_.end() && !silent->second.facts->isComplete()) {
+        bus.dispatchArrivedSignals(); // the answer may lie there already
+    }
     return silent == unanswered_.end() || silent->second.facts->isComplete() ||
            limit.now - silent->second.begin < limit.timeout || limit.now - silent->second.begin > silentFor;
 }

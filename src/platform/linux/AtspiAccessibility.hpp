@@ -75,7 +75,7 @@ private:
     [[nodiscard]] std::shared_ptr<AtspiFacts> focusFacts(BusConnection& bus, const AtspiFocus::Focus& focus,
                                                          const Limit& limit);
     [[nodiscard]] bool waitFor(BusConnection& bus, const Request& request, const Limit& limit);
-    [[nodiscard]] bool mayAsk(const std::string& application, const Limit& limit) const;
+    [[nodiscard]] bool mayAsk(BusConnection& bus, const std::string& application, const Limit& limit) const;
 
     // AtspiAccessibilityActions.cpp
     [[nodiscard]] std::optional<AtspiValue> compositeValue(const Handle& handle, const AtspiObject& object,

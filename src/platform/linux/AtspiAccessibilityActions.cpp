@@ -90,7 +90,7 @@ std::vector<std::shared_ptr<AtspiFacts>> AtspiAccessibility::factsOfEach(std::sp
         const auto& object = objects[index];
         if (object.bus.empty()) {
             results[index] = facts(object, which[index], limit);
-        } else if (mayAsk(object.bus, limit)) {
+        } else if (mayAsk(*bus, object.bus, limit)) {
             results[index] = requestFacts(*bus, object, which[index]);
             requests.push_back({object, 0, limit.now, results[index]});
         }
@@ -140,32 +140,40 @@ AtspiAccessibility::attributesOfEach(std::span<const AXElement> elements, std::s
 }
 
 std::optional<std::vector<AtspiObject>> AtspiAccessibility::openedSubmenu(const AtspiObject& item, const Limit& limit) {
-    bool opened = false;
+    std::vector<AtspiObject> shown; // since the item was told to open: a submenu may be the child of something else
+    std::optional<core::Subscription> token;
     while (true) {
         const auto found =
             facts(item, AtspiFact::role | AtspiFact::states | AtspiFact::children | AtspiFact::actions, limit);
         if (!found || !isMenuItem(*found)) {
             return std::nullopt;
         }
-        const std::vector<AtspiFactSet> which(found->children.size(), AtspiFact::role | AtspiFact::states);
-        const auto children = factsOfEach(found->children, which, limit);
-        const auto any = [&](bool (*is)(const AtspiFacts&)) {
-            return std::ranges::any_of(children, [&](const auto& child) { return child != nullptr && is(*child); });
+        auto candidates = found->children;
+        candidates.insert(candidates.end(), shown.begin(), shown.end());
+        const std::vector<AtspiFactSet> which(candidates.size(), AtspiFact::role | AtspiFact::states);
+        const auto read = factsOfEach(candidates, which, limit);
+        const auto first = [&](bool (*is)(const AtspiFacts&)) {
+            return std::ranges::find_if(read, [&](const auto& one) { return one != nullptr && is(*one); });
         };
-        const bool isOpen = any(isOpenMenu) || (!saysThatItOpens(*found) && !any(isMenu));
-        if (isOpen || Clock::now() >= limit.now + limit.timeout) {
+        if (const auto open = first(isOpenMenu); open != read.end()) {
+            return std::vector{candidates.at(static_cast<std::size_t>(open - read.begin()))};
+        }
+        const bool opens = saysThatItOpens(*found) || first(isMenu) != read.end();
+        auto* bus = bus_.connection();
+        if (!opens || bus == nullptr || Clock::now() >= limit.now + limit.timeout) {
             return found->children;
         }
-        if (!opened) {
+        if (!token) {
+            token = notifications_.note(item.bus, [&](const AtspiObject& object) { shown.push_back(object); });
             const auto press = atspiActionIndex(*found, "AXPress");
             const auto index = press ? press : atspiActionIndex(*found, "AXShowMenu");
-            if (!index || doAction(item, *index, limit) == AXActionResult::failed) {
+            if (!token || !index || doAction(item, *index, limit) == AXActionResult::failed) {
                 return found->children;
             }
-            opened = true;
-        } else if (auto* bus = bus_.connection()) {
+        } else {
             bus->wait([] { return false; }, Clock::now() + betweenLooks);
         }
+        bus->dispatchArrivedSignals();
     }
 }
 

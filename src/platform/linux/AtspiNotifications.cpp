@@ -28,13 +28,21 @@ AtspiNotifications::AtspiNotifications(AccessibilityBus& bus) : bus_(bus) {
 
 std::optional<core::Subscription> AtspiNotifications::observe(const std::string& application, std::string_view name,
                                                               Handler handler) {
+    return name == "AXMenuOpened" ? add({application, std::move(handler), Delivery::fromEventLoop}) : std::nullopt;
+}
+
+std::optional<core::Subscription> AtspiNotifications::note(const std::string& application, Handler handler) {
+    return add({application, std::move(handler), Delivery::atOnce});
+}
+
+std::optional<core::Subscription> AtspiNotifications::add(Observation observation) {
     auto* bus = bus_.connection();
-    if (bus == nullptr || name != "AXMenuOpened") {
+    if (bus == nullptr) {
         return std::nullopt;
     }
     const bool isFirst = observations_.empty();
     const auto id = next_++;
-    observations_.emplace(id, Observation{application, std::move(handler)});
+    observations_.emplace(id, std::move(observation));
     if (isFirst) {
         begin(*bus);
     }
@@ -89,7 +97,9 @@ void AtspiNotifications::handle(DBusMessage& signal) {
         return;
     }
     for (const auto& [id, observation] : observations_) {
-        if (observation.application == sender) {
+        if (observation.application == sender && observation.delivery == Delivery::atOnce) {
+            observation.handler({sender, path});
+        } else if (observation.application == sender) {
             // This may run while a call waits for its answer: the handler has its turn when the event loop has.
             QTimer::singleShot(0, &eventLoop_,
                                [this, id = id, object = AtspiObject{sender, path}] { deliver(id, object); });

@@ -28,11 +28,20 @@ public:
     [[nodiscard]] std::optional<core::Subscription> observe(const std::string& application, std::string_view name,
                                                             Handler handler);
 
+    /// The same for what shows itself from now on, but the handler is called as soon as a signal arrives, also while a
+    /// call waits: it must do no more than take notes.
+    [[nodiscard]] std::optional<core::Subscription> note(const std::string& application, Handler handler);
+
 private:
+    enum class Delivery { fromEventLoop, atOnce };
+
     struct Observation {
         std::string application;
         Handler handler;
+        Delivery delivery;
     };
+
+    [[nodiscard]] std::optional<core::Subscription> add(Observation observation);
 
     void handle(DBusMessage& signal);
     void deliver(std::uint64_t id, const AtspiObject& object);

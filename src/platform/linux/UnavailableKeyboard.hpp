@@ -50,6 +50,8 @@ public:
 
     [[nodiscard]] std::vector<RunningApplication> runningApplications(std::string_view) const override { return {}; }
 
+    bool activateApplication(pid_t) override { return false; }
+
     bool terminate(pid_t) override { return false; }
 
     [[nodiscard]] bool launchedAtLogin() const override { return launchedAtLogin_; }

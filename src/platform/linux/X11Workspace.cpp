@@ -130,6 +130,18 @@ std::vector<RunningApplication> X11Workspace::runningApplications(std::string_vi
     return found;
 }
 
+bool X11Workspace::activateApplication(pid_t pid) {
+    for (auto window = clients_.rbegin(); manager_ != noWindow && window != clients_.rend(); ++window) {
+        const auto known = windows_.find(*window);
+        if (known != windows_.end() && known->second.application && known->second.application->pid == pid) {
+            sendMessage(connection_.root(), *window, atoms_.activeWindow, sourceIsPager, XCB_CURRENT_TIME);
+            connection_.flush();
+            return true;
+        }
+    }
+    return false;
+}
+
 bool X11Workspace::terminate(pid_t pid) {
     if (pid <= 1 || pid == getpid()) {
         return false;

@@ -28,6 +28,9 @@ public:
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override;
     [[nodiscard]] std::vector<RunningApplication> runningApplications(std::string_view bundleID) const override;
 
+    /// Asks the window manager to activate the application's newest window (_NET_ACTIVE_WINDOW, EWMH 1.5).
+    bool activateApplication(pid_t pid) override;
+
     /// Closes the application's windows, as their close buttons would; a process without any gets SIGTERM.
     bool terminate(pid_t pid) override;
 

@@ -23,6 +23,7 @@ public:
     [[nodiscard]] std::vector<RunningApplication> runningApplications(std::string_view bundleID) const override;
 
     /// -[NSRunningApplication terminate].
+    bool activateApplication(pid_t pid) override;
     bool terminate(pid_t pid) override;
 
     /// Whether the application was opened by an 'oapp' event whose property data is 'lgit' (AERegistry.h). Known after

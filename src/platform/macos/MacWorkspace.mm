@@ -148,6 +148,13 @@ std::vector<RunningApplication> MacWorkspace::runningApplications(std::string_vi
     }
 }
 
+bool MacWorkspace::activateApplication(pid_t pid) {
+    @autoreleasepool {
+        return [[NSRunningApplication runningApplicationWithProcessIdentifier:pid]
+            activateWithOptions:NSApplicationActivateIgnoringOtherApps];
+    }
+}
+
 bool MacWorkspace::terminate(pid_t pid) {
     @autoreleasepool {
         return [[NSRunningApplication runningApplicationWithProcessIdentifier:pid] terminate];

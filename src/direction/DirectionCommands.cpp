@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "direction/DirectionCommands.hpp"
+
+#include "core/localization/Texts.hpp"
+
+#include <utility>
+
+namespace quillane {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto timeToCome = 250ms; // to the front
+
+} // namespace
+
+DirectionCommands::DirectionCommands(DirectionServices services, std::function<bool()> canApply, DirectionReport report)
+    : services_(services),
+      canApply_(std::move(canApply)),
+      report_(std::move(report)),
+      adapter_(services, report_),
+      browserAdapter_(services, report_),
+      wordAdapter_(services, report_) {}
+
+void DirectionCommands::apply(core::WritingDirection direction) {
+    const auto front = canApply_() ? services_.workspace.frontmostApplication() : std::nullopt;
+    const auto application = front && front->bundleID ? core::supportedApplication(*front->bundleID) : std::nullopt;
+    if (!application) {
+        return;
+    }
+    switch (*application) {
+    case core::SupportedApplication::word:
+        wordAdapter_.apply(direction);
+        break;
+    case core::SupportedApplication::outlook:
+        adapter_.apply(direction);
+        break;
+    default:
+        browserAdapter_.apply(direction, *application);
+    }
+}
+
+void DirectionCommands::test(core::WritingDirection direction, const std::string& bundleID) {
+    if (!canApply_()) {
+        report_(core::texts::enableDirectionFeature);
+        return;
+    }
+    const auto running = services_.workspace.runningApplications(bundleID);
+    if (running.empty()) {
+        report_(core::texts::openSelectedApp);
+        return;
+    }
+    const auto pid = running.front().pid;
+    services_.workspace.activateApplication(pid);
+    services_.mainQueue.postAfter(timeToCome, [this, alive = std::weak_ptr(alive_), direction, pid] {
+        if (alive.expired()) {
+            return;
+        }
+        const auto front = services_.workspace.frontmostApplication();
+        if (front && front->pid == pid) {
+            apply(direction);
+        }
+    });
+}
+
+void DirectionCommands::cancelPending() {
+    adapter_.cancelPending();
+    browserAdapter_.cancelPending();
+    wordAdapter_.cancelPending();
+}
+
+std::optional<std::string> DirectionCommands::target() const {
+    const auto front = services_.workspace.frontmostApplication();
+    return front && front->bundleID && core::supportedApplication(*front->bundleID) ? front->bundleID : std::nullopt;
+}
+
+} // namespace quillane

@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "core/direction/SupportedApplication.hpp"
+#include "core/direction/WritingDirection.hpp"
+#include "direction/DirectionServices.hpp"
+#include "direction/NativeDirectionAdapter.hpp"
+#include "direction/OutlookAdapter.hpp"
+#include "direction/WordDirectionAdapter.hpp"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace quillane {
+
+/// Takes a direction to the adapter of the application in front. The adapters work on their own time and report their
+/// outcome. Main thread.
+class DirectionCommands {
+public:
+    /// `canApply` says whether the feature is on, granted and not suspended.
+    DirectionCommands(DirectionServices services, std::function<bool()> canApply, DirectionReport report);
+
+    DirectionCommands(const DirectionCommands&) = delete;
+    DirectionCommands& operator=(const DirectionCommands&) = delete;
+
+    /// A direction chord was released. Nothing happens, and nothing is said, in other applications and while it cannot
+    /// be applied.
+    void apply(core::WritingDirection direction);
+
+    /// Brings the application with this identifier to the front and applies the direction there, unless something else
+    /// comes to the front in between.
+    void test(core::WritingDirection direction, const std::string& bundleID);
+
+    /// Drops every step that is on its way.
+    void cancelPending();
+
+    /// The supported application in front, by its identifier; none when another one is.
+    [[nodiscard]] std::optional<std::string> target() const;
+
+private:
+    DirectionServices services_;
+    std::function<bool()> canApply_;
+    DirectionReport report_;
+    OutlookAdapter adapter_;
+    NativeDirectionAdapter browserAdapter_;
+    WordDirectionAdapter wordAdapter_;
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with steps that are on their way
+};
+
+} // namespace quillane

@@ -1,0 +1,278 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "direction/NativeDirectionAdapter.hpp"
+
+#include "core/direction/ParagraphCommand.hpp"
+#include "core/localization/Texts.hpp"
+#include "direction/AX.hpp"
+#include "direction/NativeEditors.hpp"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+#include <vector>
+
+namespace quillane {
+
+namespace {
+
+using namespace std::chrono_literals;
+using core::SupportedApplication;
+namespace texts = core::texts;
+
+constexpr auto step = 60ms;
+constexpr int lastRun = 24;
+constexpr std::size_t applicationLimit = 500;
+constexpr std::size_t menuLimit = 240;
+constexpr std::size_t stepsToMenu = 8;
+constexpr std::string_view diagnosticKey = "LastBrowserDiagnostic";
+
+core::LocalizedText placementHint(SupportedApplication application) {
+    switch (application) {
+    case SupportedApplication::outlook:
+        return texts::placeCursorInOutlookSubject;
+    case SupportedApplication::textEdit:
+        return texts::placeCursorInTextEdit;
+    case SupportedApplication::notes:
+        return texts::placeCursorInNotes;
+    case SupportedApplication::mail:
+        return texts::placeCursorInMail;
+    default:
+        return texts::placeCursorInWebsite;
+    }
+}
+
+std::string_view menuTitleFor(Accessibility& accessibility, const AXElement& editor, SupportedApplication application) {
+    const bool isWritten = application == SupportedApplication::outlook ||
+                           (application == SupportedApplication::mail && isMailSubject(accessibility, editor));
+    return isWritten ? "Writing Direction" : core::traits(application).directionMenuTitle;
+}
+
+std::string_view commandTitle(core::WritingDirection direction) {
+    return direction == core::WritingDirection::rightToLeft ? "Right to Left" : "Left to Right";
+}
+
+/// The first of the elements whose role it is.
+std::optional<AXElement> firstOfRole(Accessibility& accessibility, const std::vector<AXElement>& elements,
+                                     std::string_view role) {
+    const auto found = std::ranges::find_if(
+        elements, [&](const AXElement& element) { return AX::string(accessibility, element, "AXRole") == role; });
+    return found != elements.end() ? std::optional(*found) : std::nullopt;
+}
+
+} // namespace
+
+NativeDirectionAdapter::NativeDirectionAdapter(DirectionServices services, DirectionReport report)
+    : services_(services), report_(std::move(report)) {}
+
+void NativeDirectionAdapter::apply(core::WritingDirection direction, SupportedApplication application) {
+    if (pending_ || application == SupportedApplication::word) {
+        return;
+    }
+    const auto front = services_.workspace.frontmostApplication();
+    if (!front || front->bundleID != core::traits(application).bundleID) {
+        return;
+    }
+    auto& accessibility = services_.accessibility;
+    const auto element = accessibility.application(front->pid);
+    accessibility.setMessagingTimeout(element, directionPatience);
+    const auto editor = AX::element(accessibility, element, "AXFocusedUIElement");
+    if (!editor || !isDirectionEditor(accessibility, *editor, application)) {
+        report_(placementHint(application));
+        return;
+    }
+    const auto menuTitle = menuTitleFor(accessibility, *editor, application);
+    auto selection = SelectionSnapshot::of(accessibility, *editor);
+    if (!selection) {
+        report_(texts::cursorPositionNotExposed);
+        return;
+    }
+    if (contextMenu(element)) {
+        report_(texts::closeOpenMenu);
+        return;
+    }
+    const Attempt attempt{element,   *editor,   std::move(*selection), application, front->pid,
+                          menuTitle, direction, ++operation_};
+    pending_ = true;
+    observeMenu(element);
+    if (accessibility.performAction(*editor, "AXShowMenu") == AXActionResult::failed) {
+        finish();
+        report_(texts::cannotOpenDirectionMenu(core::traits(application).displayName));
+        return;
+    }
+    scheduleChoice(attempt, 0);
+}
+
+void NativeDirectionAdapter::cancelPending() {
+    ++operation_;
+    finish();
+}
+
+void NativeDirectionAdapter::stopObservingMenu() {
+    observation_.reset();
+    capturedMenu_.reset();
+}
+
+void NativeDirectionAdapter::observeMenu(const AXElement& application) {
+    stopObservingMenu();
+    observation_ = services_.accessibility.observe(application, "AXMenuOpened", [this](const AXElement& about) {
+        if (pending_ && !capturedMenu_ && AX::string(services_.accessibility, about, "AXRole") == "AXMenu") {
+            capturedMenu_ = about;
+        }
+    });
+}
+
+std::optional<AXElement> NativeDirectionAdapter::contextMenu(const AXElement& application) const {
+    if (capturedMenu_) {
+        return capturedMenu_;
+    }
+    auto& accessibility = services_.accessibility;
+    const auto focused = AX::element(accessibility, application, "AXFocusedUIElement");
+    if (focused) {
+        if (auto shown = AX::element(accessibility, *focused, "AXShownMenuUIElement")) {
+            return shown;
+        }
+    }
+    if (auto shown = AX::element(accessibility, application, "AXShownMenuUIElement")) {
+        return shown;
+    }
+    if (focused) {
+        if (auto above = AX::closest(accessibility, *focused, "AXMenu", stepsToMenu + 1)) {
+            return above;
+        }
+    }
+    if (auto child = firstOfRole(accessibility, AX::children(accessibility, application), "AXMenu")) {
+        return child;
+    }
+    constexpr std::array<std::string_view, 1> skipping{"AXMenuBar"};
+    return AX::find(accessibility, application, {.limit = applicationLimit, .skipping = skipping, .reading = {}},
+                    [](const AX::Candidate& candidate) { return candidate.role == "AXMenu"; });
+}
+
+void NativeDirectionAdapter::scheduleChoice(const Attempt& attempt, int run) {
+    services_.mainQueue.postAfter(step, [this, alive = std::weak_ptr(alive_), attempt, run] {
+        if (!alive.expired()) {
+            chooseDirection(attempt, run);
+        }
+    });
+}
+
+void NativeDirectionAdapter::chooseDirection(const Attempt& attempt, int run) {
+    if (operation_ != attempt.operation) {
+        return;
+    }
+    const auto front = services_.workspace.frontmostApplication();
+    if (!front || front->pid != attempt.pid) {
+        cancelPending();
+        return;
+    }
+    const auto menu = contextMenu(attempt.application);
+    if (!menu && run < lastRun) {
+        scheduleChoice(attempt, run + 1);
+        return;
+    }
+    if (!menu) {
+        finish();
+        recordDiagnostic(attempt);
+        report_(texts::directionMenuUnavailable);
+        return;
+    }
+    const auto command = paragraphCommand(*menu, attempt);
+    if (!command) {
+        refuse(*menu, texts::noParagraphDirectionCommand);
+        return;
+    }
+    if (const auto reason = obstacle(*menu, attempt)) {
+        refuse(*menu, *reason);
+        return;
+    }
+    pressCommand(*command, *menu, attempt);
+}
+
+std::optional<AXElement> NativeDirectionAdapter::paragraphCommand(const AXElement& menu, const Attempt& attempt) const {
+    auto& accessibility = services_.accessibility;
+    const auto item = AX::find(accessibility, menu, {.limit = menuLimit, .skipping = {}, .reading = AX::labelNames},
+                               [&](const AX::Candidate& candidate) { return candidate.isLabelled(attempt.menuTitle); });
+    if (!item) {
+        return std::nullopt;
+    }
+    const auto submenu = firstOfRole(accessibility, AX::children(accessibility, *item), "AXMenu");
+    if (!submenu) {
+        return std::nullopt;
+    }
+    const auto items = AX::children(accessibility, *submenu);
+    std::vector<std::string> titles;
+    for (const auto& values : accessibility.attributesOfEach(items, AX::labelNames)) {
+        const auto text = [&](std::size_t index) {
+            return values ? std::get_if<std::string>(&values->at(index)) : nullptr;
+        };
+        const auto* title = text(0) != nullptr ? text(0) : text(1);
+        titles.push_back(title != nullptr ? *title : std::string());
+    }
+    const auto index = core::ParagraphCommand::index(titles, commandTitle(attempt.direction));
+    return index ? std::optional(items.at(*index)) : std::nullopt;
+}
+
+std::optional<core::LocalizedText> NativeDirectionAdapter::obstacle(const AXElement& menu,
+                                                                    const Attempt& attempt) const {
+    auto& accessibility = services_.accessibility;
+    const auto focused = AX::element(accessibility, attempt.application, "AXFocusedUIElement");
+    if (!focused) {
+        return texts::cursorPositionUnavailable;
+    }
+    if (*focused != attempt.editor && !AX::isDescendant(accessibility, *focused, menu)) {
+        return texts::focusMovedToAnotherField;
+    }
+    // Opening a menu can move or widen the selection in some editors.
+    if (!attempt.selection.isPreserved(accessibility, attempt.editor)) {
+        return texts::couldNotPreserveSelection;
+    }
+    return std::nullopt;
+}
+
+void NativeDirectionAdapter::pressCommand(const AXElement& command, const AXElement& menu, const Attempt& attempt) {
+    if (operation_ != attempt.operation) {
+        return;
+    }
+    auto& accessibility = services_.accessibility;
+    const bool applied = contextMenu(attempt.application) == menu && AX::press(accessibility, command);
+    if (!applied) {
+        refuse(menu, texts::directionNotApplied);
+        return;
+    }
+    finish();
+    report_(texts::appliedDirection(core::rawValue(attempt.direction), core::traits(attempt.browser).displayName));
+}
+
+void NativeDirectionAdapter::finish() {
+    pending_ = false;
+    stopObservingMenu();
+}
+
+void NativeDirectionAdapter::refuse(const AXElement& menu, const core::LocalizedText& reason) {
+    static_cast<void>(services_.accessibility.performAction(menu, "AXCancel")); // it may have closed by itself
+    finish();
+    report_(reason);
+}
+
+void NativeDirectionAdapter::recordDiagnostic(const Attempt& attempt) {
+    auto& accessibility = services_.accessibility;
+    std::string actions;
+    for (const auto& name : accessibility.actionNames(attempt.editor)) {
+        actions.append(actions.empty() ? "" : ", ").append(name);
+    }
+    const auto roleOf = [&](const std::optional<AXElement>& element) {
+        return element ? AX::string(accessibility, *element, "AXRole").value_or("unknown") : std::string("unknown");
+    };
+    const auto focused = AX::element(accessibility, attempt.application, "AXFocusedUIElement");
+    std::string text = "Editor actions: " + actions + "\nFocus role: " + roleOf(focused);
+    if (focused) {
+        for (const auto& child : AX::children(accessibility, *focused)) {
+            text += "\nChild role: " + roleOf(child);
+        }
+    }
+    services_.userDefaults.setObject(std::string(diagnosticKey), text);
+}
+
+} // namespace quillane

@@ -1,0 +1,165 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "direction/OutlookAdapter.hpp"
+
+#include "core/direction/SupportedApplication.hpp"
+#include "core/localization/Texts.hpp"
+#include "direction/AX.hpp"
+#include "direction/NativeEditors.hpp"
+
+#include <algorithm>
+#include <utility>
+
+namespace quillane {
+
+namespace {
+
+using namespace std::chrono_literals;
+namespace texts = core::texts;
+
+constexpr auto step = 80ms;
+constexpr int lastRun = 7;
+constexpr std::size_t limit = 240;
+constexpr std::size_t stepsToWebArea = 12;
+constexpr AX::Search labelled{.limit = limit, .skipping = {}, .reading = AX::labelNames};
+
+} // namespace
+
+OutlookAdapter::OutlookAdapter(DirectionServices services, const DirectionReport& report)
+    : services_(services), report_(report), subject_(services, report) {}
+
+void OutlookAdapter::apply(core::WritingDirection direction) {
+    constexpr auto outlook = core::SupportedApplication::outlook;
+    const auto front = services_.workspace.frontmostApplication();
+    if (!front || front->bundleID != core::traits(outlook).bundleID) {
+        return;
+    }
+    auto& accessibility = services_.accessibility;
+    const auto application = accessibility.application(front->pid);
+    accessibility.setMessagingTimeout(application, directionPatience);
+    const auto focused = AX::element(accessibility, application, "AXFocusedUIElement");
+    if (focused && isOutlookSubject(accessibility, *focused)) {
+        subject_.apply(direction, outlook);
+    } else if (focused && isComposeEditor(*focused)) {
+        applyInBody({application, *focused, front->pid, direction});
+    } else {
+        report_(texts::placeCursorInOutlook);
+    }
+}
+
+void OutlookAdapter::cancelPending() {
+    if (overflowPending_) {
+        cancelled_ = true;
+    }
+    subject_.cancelPending();
+}
+
+void OutlookAdapter::applyInBody(const Attempt& attempt) {
+    auto& accessibility = services_.accessibility;
+    const auto window = AX::element(accessibility, attempt.application, "AXFocusedWindow");
+    const auto toolbar =
+        window ? AX::find(accessibility, *window, labelled,
+                          [](const AX::Candidate& candidate) { return candidate.isLabelled("Formatting Toolbar"); })
+               : std::nullopt;
+    if (!toolbar) {
+        report_(texts::formattingToolbarNotFound);
+    } else if (const auto button = directionButton(*toolbar, attempt.direction)) {
+        press(*button, attempt.direction);
+    } else {
+        openOverflow(*toolbar, attempt);
+    }
+}
+
+bool OutlookAdapter::isComposeEditor(const AXElement& element) const {
+    auto& accessibility = services_.accessibility;
+    if (AX::string(accessibility, element, "AXRole") != "AXTextArea") {
+        return false;
+    }
+    const auto parent = AX::element(accessibility, element, "AXParent");
+    const auto page = parent ? AX::closest(accessibility, *parent, "AXWebArea", stepsToWebArea) : std::nullopt;
+    const auto address = page ? AX::string(accessibility, *page, "AXURL") : std::nullopt;
+    return address && address->starts_with("outlook-mobile-compose:");
+}
+
+std::optional<AXElement> OutlookAdapter::directionButton(const AXElement& in, core::WritingDirection direction) const {
+    const std::string_view label = direction == core::WritingDirection::rightToLeft ? "Right to Left" : "Left to Right";
+    return AX::find(services_.accessibility, in, labelled, [&](const AX::Candidate& candidate) {
+        return candidate.role == "AXButton" && candidate.isLabelled(label);
+    });
+}
+
+void OutlookAdapter::openOverflow(const AXElement& toolbar, const Attempt& attempt) {
+    auto& accessibility = services_.accessibility;
+    const auto overflow = AX::find(accessibility, toolbar, labelled, [](const AX::Candidate& candidate) {
+        return candidate.role == "AXButton" && candidate.isLabelled("See more items");
+    });
+    if (!overflow) {
+        report_(texts::directionButtonsNotFoundInOutlook);
+    } else if (!AX::press(accessibility, *overflow)) {
+        report_(texts::couldNotOpenFormattingOptions);
+    } else {
+        overflowPending_ = true;
+        cancelled_ = false;
+        schedule(attempt, 0);
+    }
+}
+
+void OutlookAdapter::schedule(const Attempt& attempt, int run) {
+    services_.mainQueue.postAfter(step, [this, alive = std::weak_ptr(alive_), attempt, run] {
+        if (!alive.expired()) {
+            pressOverflowButton(attempt, run);
+        }
+    });
+}
+
+std::optional<AXElement> OutlookAdapter::popover(const AXElement& application) const {
+    auto& accessibility = services_.accessibility;
+    const auto windows = AX::children(accessibility, application);
+    const auto found = std::ranges::find_if(windows, [&](const AXElement& window) {
+        return AX::string(accessibility, window, "AXRole") == "AXWindow" &&
+               AX::string(accessibility, window, "AXIdentifier")
+                   .value_or(std::string())
+                   .starts_with("RoosterToolbarPopoverWindow(");
+    });
+    return found != windows.end() ? std::optional(*found) : std::nullopt;
+}
+
+void OutlookAdapter::pressOverflowButton(const Attempt& attempt, int run) {
+    auto& accessibility = services_.accessibility;
+    const auto end = [&](const core::LocalizedText& text) {
+        overflowPending_ = false;
+        report_(text);
+    };
+    if (cancelled_) {
+        end(texts::directionChangeCancelled);
+        return;
+    }
+    const auto window = popover(attempt.application);
+    const auto front = services_.workspace.frontmostApplication();
+    const auto focused = AX::element(accessibility, attempt.application, "AXFocusedUIElement");
+    const bool isHere = front && front->pid == attempt.pid && focused &&
+                        (*focused == attempt.editor || (window && AX::isDescendant(accessibility, *focused, *window)));
+    if (!isHere) {
+        end(texts::directionChangeCancelled);
+        return;
+    }
+    if (const auto button = window ? directionButton(*window, attempt.direction) : std::nullopt) {
+        overflowPending_ = false;
+        press(*button, attempt.direction);
+    } else if (run >= lastRun) {
+        end(texts::directionButtonNotInMenu);
+    } else {
+        schedule(attempt, run + 1);
+    }
+}
+
+void OutlookAdapter::press(const AXElement& button, core::WritingDirection direction) {
+    if (AX::press(services_.accessibility, button)) {
+        report_(texts::appliedDirectionInOutlook(core::rawValue(direction)));
+    } else {
+        report_(texts::outlookDidNotApply);
+    }
+}
+
+} // namespace quillane

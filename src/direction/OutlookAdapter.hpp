@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "core/direction/WritingDirection.hpp"
+#include "direction/DirectionServices.hpp"
+#include "direction/NativeDirectionAdapter.hpp"
+
+#include <memory>
+#include <optional>
+#include <string_view>
+
+namespace quillane {
+
+/// Turns the paragraph at the cursor in Microsoft Outlook: in a message body by the buttons of the formatting toolbar,
+/// opening its overflow popover where the window is too narrow for them; in the subject line by the context menu.
+class OutlookAdapter {
+public:
+    OutlookAdapter(DirectionServices services, const DirectionReport& report);
+
+    OutlookAdapter(const OutlookAdapter&) = delete;
+    OutlookAdapter& operator=(const OutlookAdapter&) = delete;
+
+    /// Starts an attempt; Outlook must be in front.
+    void apply(core::WritingDirection direction);
+
+    /// Gives up the attempt that runs. One that waits for the popover says so in its next step.
+    void cancelPending();
+
+private:
+    struct Attempt {
+        AXElement application;
+        AXElement editor;
+        pid_t pid;
+        core::WritingDirection direction;
+    };
+
+    void applyInBody(const Attempt& attempt);
+    [[nodiscard]] bool isComposeEditor(const AXElement& element) const;
+    [[nodiscard]] std::optional<AXElement> directionButton(const AXElement& in, core::WritingDirection direction) const;
+    [[nodiscard]] std::optional<AXElement> popover(const AXElement& application) const;
+    void openOverflow(const AXElement& toolbar, const Attempt& attempt);
+    void schedule(const Attempt& attempt, int run);
+    void pressOverflowButton(const Attempt& attempt, int run);
+    void press(const AXElement& button, core::WritingDirection direction);
+
+    DirectionServices services_;
+    DirectionReport report_;
+    NativeDirectionAdapter subject_;
+    bool overflowPending_ = false;
+    bool cancelled_ = false;
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with steps that are on their way
+};
+
+} // namespace quillane

@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "desktop/agent/AgentTest.hpp"
+#include "desktop/direction/LiveBrowser.hpp"
+
+namespace quillane::live {
+namespace {
+
+/// Direction chords in Debian's Chromium, with the interface of the agent in English.
+class LiveChromium : public AgentTest {
+protected:
+    void startIn(const std::string& focus) {
+        require(chooseAgentLanguage(desktop(), "en"), "the language in the settings");
+        startAgent();
+        browser_.emplace(required(LiveBrowser::start(desktop(), focus)));
+        require(agent().waitForStatus([](const auto& status) { return status.at("monitorRunning") == true; }),
+                "the agent observes the keyboard");
+    }
+
+    void TearDown() override {
+        AgentTest::TearDown();
+        browser_.reset();
+    }
+
+    [[nodiscard]] PageState state() const { return browser_->state().value_or(PageState()); }
+
+    void expectSaid(const std::string& text) {
+        EXPECT_TRUE(agent().waitForStatus([&](const auto& status) { return status.at("lastAction") == text; }))
+            << agent().status();
+    }
+
+    void expectDirection(const std::string& direction) {
+        EXPECT_TRUE(waitUntil([&] { return state().direction == direction; })) << state().direction;
+    }
+
+    void expectNoMenu() {
+        EXPECT_TRUE(waitUntil([&] { return !browser_->hasOpenMenu(); }));
+    }
+
+    void turnRight() { desktop().keyboard().chord({Key::leftControl, Key::rightShift}); }
+
+    void turnLeft() { desktop().keyboard().chord({Key::leftControl, Key::leftShift}); }
+
+    std::optional<LiveBrowser> browser_;
+};
+
+TEST_F(LiveChromium, AChordTurnsTheTextAreaAndTurnsItBack) {
+    startIn("area");
+    const auto before = state();
+    EXPECT_EQ(before.direction, "ltr");
+    turnRight();
+    expectDirection("rtl");
+    expectSaid("Applied RTL in Chrome");
+    expectNoMenu();
+    auto turned = before;
+    turned.direction = "rtl";
+    EXPECT_EQ(state(), turned);
+    turnLeft();
+    expectDirection("ltr");
+    expectSaid("Applied LTR in Chrome");
+    expectNoMenu();
+    EXPECT_EQ(state(), before);
+    desktop().keyboard().tap(Key::q);
+    EXPECT_TRUE(waitUntil([&] { return state().text == "fqst_line/second_line"; })) << state().text;
+}
+
+class LiveChromiumWithoutEditor : public LiveChromium, public testing::WithParamInterface<const char*> {};
+
+TEST_P(LiveChromiumWithoutEditor, AsksForAPlaceAndOpensNoMenu) {
+    startIn(GetParam());
+    turnRight();
+    expectSaid("Place the cursor in an editable text field on the website");
+    EXPECT_TRUE(holdsFor(std::chrono::milliseconds{500}, [&] { return !browser_->hasOpenMenu(); }));
+    EXPECT_EQ(state().direction, "ltr");
+}
+
+INSTANTIATE_TEST_SUITE_P(Focus, LiveChromiumWithoutEditor, testing::Values("secret", "fixed", "none"),
+                         [](const auto& one) { return std::string(one.param); });
+
+} // namespace
+} // namespace quillane::live

@@ -1,0 +1,87 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "desktop/direction/LiveBrowser.hpp"
+
+#include "desktop/fixture/XReply.hpp"
+
+#include <sstream>
+
+namespace quillane::live {
+
+namespace {
+
+constexpr auto page = R"(<!doctype html><meta charset="utf-8"><title>page</title>
+<p>A page of text</p>
+<textarea id="area" rows="4" cols="30">first line
+second line</textarea>
+<textarea id="other" rows="2" cols="30">other</textarea>
+<p><input id="secret" type="password" value="secret"> <input id="fixed" value="fixed" readonly></p>
+<script>
+const area = document.getElementById('area');
+area.setSelectionRange(1, 3);
+const wanted = document.getElementById(location.hash.slice(1));
+if (wanted) { wanted.focus(); }
+setInterval(() => {
+  document.title = ['state', getComputedStyle(area).direction, area.selectionStart + '-' + area.selectionEnd,
+                    document.activeElement.id || 'none', area.value.replaceAll('\n', '/').replaceAll(' ', '_'),
+                    'end'].join(' ');
+}, 20);
+</script>)";
+
+} // namespace
+
+tl::expected<LiveBrowser, std::string> LiveBrowser::start(LiveDesktop& desktop, const std::string& focus) {
+    const auto file = desktop.home() / "page.html";
+    if (!writeFile(file, page)) {
+        return tl::unexpected("cannot write " + file.string());
+    }
+    auto process = desktop.startApplication(
+        {"chromium", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
+         "--disable-background-networking", "--disable-component-update", "--disable-sync", "--password-store=basic",
+         "--force-renderer-accessibility", "--user-data-dir=" + (desktop.home() / "chromium").string(), "--new-window",
+         "file://" + file.string() + "#" + focus});
+    if (!process) {
+        return tl::unexpected(process.error());
+    }
+    LiveBrowser browser(desktop, std::move(*process));
+    const bool ready = waitUntil([&] {
+        const auto now = browser.state();
+        return now && now->focused == focus;
+    });
+    if (!ready) {
+        return tl::unexpected("the page does not get the focus on " + focus);
+    }
+    return browser;
+}
+
+std::optional<PageState> LiveBrowser::state() const {
+    for (const auto window : desktop_->screen().managedWindows()) {
+        std::istringstream words(desktop_->screen().text(window, "_NET_WM_NAME"));
+        std::string first;
+        PageState state;
+        if (words >> first >> state.direction >> state.selection >> state.focused >> state.text && first == "state") {
+            return state;
+        }
+    }
+    return std::nullopt;
+}
+
+bool LiveBrowser::hasOpenMenu() const {
+    auto* connection = desktop_->screen().connection();
+    const auto tree =
+        own(xcb_query_tree_reply(connection, xcb_query_tree(connection, desktop_->screen().root()), nullptr));
+    for (int index = 0; tree && index < xcb_query_tree_children_length(tree.get()); ++index) {
+        const auto window = xcb_query_tree_children(tree.get())[index];
+        const auto attributes =
+            own(xcb_get_window_attributes_reply(connection, xcb_get_window_attributes(connection, window), nullptr));
+        const bool isShown =
+            attributes && attributes->override_redirect != 0 && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+        if (isShown && desktop_->screen().processOf(window) == process_.pid()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace quillane::live

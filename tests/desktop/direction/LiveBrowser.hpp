@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "desktop/fixture/LiveDesktop.hpp"
+
+#include <ostream>
+
+namespace quillane::live {
+
+/// What a script in the test page says of its fields, over and over, in the title of its window.
+struct PageState {
+    std::string direction; ///< the computed direction of the text area
+    std::string selection; ///< of the text area: "1-3"
+    std::string focused;   ///< the id of the element with the focus
+    std::string text;      ///< of the text area
+
+    bool operator==(const PageState&) const = default;
+
+    friend std::ostream& operator<<(std::ostream& out, const PageState& state) {
+        return out << state.direction << ' ' << state.selection << ' ' << state.focused << ' ' << state.text;
+    }
+};
+
+/// Debian's Chromium in front, with a page of its own: a text area "area" of two lines, a second one "other", a
+/// password field "secret", a text field that cannot be edited "fixed", and a script that shows its state.
+class LiveBrowser {
+public:
+    /// `focus` is the field that has the focus; with "none", the page itself has it.
+    [[nodiscard]] static tl::expected<LiveBrowser, std::string> start(LiveDesktop& desktop, const std::string& focus);
+
+    [[nodiscard]] ChildProcess& process() { return process_; }
+
+    [[nodiscard]] pid_t pid() const { return process_.pid(); }
+
+    /// What the page says now; none while no such window is there.
+    [[nodiscard]] std::optional<PageState> state() const;
+
+    /// Whether a menu of the browser is open, as the X server has it: its window is mapped over all others.
+    [[nodiscard]] bool hasOpenMenu() const;
+
+private:
+    LiveBrowser(LiveDesktop& desktop, ChildProcess process) : desktop_(&desktop), process_(std::move(process)) {}
+
+    LiveDesktop* desktop_;
+    ChildProcess process_;
+};
+
+} // namespace quillane::live
