@@ -4,6 +4,7 @@
 
 #include "core/clipboard/ClipboardPrivacy.hpp"
 #include "core/clipboard/PasteboardContents.hpp"
+#include "core/support/Subscription.hpp"
 
 #include <functional>
 #include <string_view>
@@ -25,6 +26,10 @@ public:
 
     /// Replaces the interest, which holds for changes from now on. At first, and with an empty function, there is none.
     virtual void setInterest(Interest interest) = 0;
+
+    /// The change count has moved by another program's doing. A desktop that does not tell of changes, as macOS, never
+    /// gives this notice: there the change count has to be looked at from time to time.
+    virtual core::Subscription onChanged([[maybe_unused]] std::function<void()> callback) { return {}; }
 };
 
 } // namespace quillane

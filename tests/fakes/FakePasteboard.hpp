@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/clipboard/PasteboardTypes.hpp"
+#include "core/support/Listeners.hpp"
 #include "platform/Pasteboard.hpp"
 
 #include <algorithm>
@@ -30,6 +31,7 @@ public:
     void copy(std::vector<Item> items) {
         items_ = std::move(items);
         ++changeCount_;
+        changes_.notify();
     }
 
     void copyText(std::string text) { copy({{{{std::string(core::PasteboardTypes::string), std::move(text)}}, {}}}); }
@@ -47,6 +49,13 @@ public:
     [[nodiscard]] int clears() const { return clears_; }
 
     [[nodiscard]] const Interest& interest() const { return interest_; }
+
+    /// Copies give notice from now on, as on a desktop that tells of them.
+    void tellOfChanges() { tellsOfChanges_ = true; }
+
+    core::Subscription onChanged(std::function<void()> callback) override {
+        return tellsOfChanges_ ? changes_.subscribe(std::move(callback)) : core::Subscription();
+    }
 
     [[nodiscard]] std::int64_t changeCount() const override { return changeCount_; }
 
@@ -115,6 +124,9 @@ public:
     void setInterest(Interest interest) override { interest_ = std::move(interest); }
 
 private:
+    core::Listeners<> changes_;
+    bool tellsOfChanges_ = false;
+
     static const std::string* flavour(const Item& item, std::string_view type) {
         const auto found = std::ranges::find(item.flavours, type, &std::pair<std::string, std::string>::first);
         return found != item.flavours.end() ? &found->second : nullptr;

@@ -1,10 +1,12 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 #include "fakes/FakeDesktop.hpp"
+#include "fakes/FakeHotKeys.hpp"
 #include "fakes/FakePasteboard.hpp"
 #include "fakes/FakeSecretStore.hpp"
 #include "platform/AccessibilityContract.hpp"
 #include "platform/EventTapContract.hpp"
+#include "platform/HotKeysContract.hpp"
 #include "platform/InputSourcesContract.hpp"
 #include "platform/PasteboardContract.hpp"
 #include "platform/SecretStoreContract.hpp"
@@ -146,6 +148,30 @@ private:
     fakes::FakePasteboard pasteboard_;
 };
 
+class FakeHotKeysDriver {
+public:
+    HotKeys& hotKeys() { return hotKeys_; }
+
+    void press() { hotKeys_.press(key); }
+
+    void takeByAnother() { hotKeys_.take(key); }
+
+    void giveBack() { hotKeys_.giveBack(key); }
+
+    bool waitUntil(const std::function<bool()>& condition) {
+        settle();
+        return condition();
+    }
+
+    void settle() { queue_.runPosted(); }
+
+private:
+    static constexpr HotKey key{9, core::flags::command | core::flags::shift};
+
+    FakeMainQueue queue_;
+    FakeHotKeys hotKeys_{queue_};
+};
+
 class FakeSecretStoreDriver {
 public:
     core::SecretStore& store() { return store_; }
@@ -166,6 +192,7 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Fake, WorkspaceContract, FakeWorkspaceDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, AccessibilityContract, FakeAccessibilityDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, PasteboardContract, FakePasteboardDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SecretStoreContract, FakeSecretStoreDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, HotKeysContract, FakeHotKeysDriver);
 
 } // namespace testing
 } // namespace quillane

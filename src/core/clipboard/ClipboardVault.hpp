@@ -46,6 +46,9 @@ public:
     /// The next save writes every entry again.
     void invalidateCache() { persisted_.clear(); }
 
+    /// The next save writes this entry again.
+    void invalidateCache(const Uuid& id) { persisted_.erase(id); }
+
 private:
     ClipboardVault(VaultFolder folder, SecretBytes key) : folder_(std::move(folder)), key_(std::move(key)) {}
 

@@ -97,6 +97,7 @@ void X11Pasteboard::ownerChanged(xcb_window_t owner, xcb_timestamp_t time) {
     if (owner != XCB_WINDOW_NONE && interest_) {
         fetchTargets();
     }
+    changes_.notify();
 }
 
 // Fetching
@@ -209,6 +210,7 @@ void X11Pasteboard::publish(std::vector<Item> items) {
     fetched_.clear();
     items_ = std::move(items);
     ++changeCount_;
+    changes_.notify();
 }
 
 // Reading and writing

@@ -40,6 +40,10 @@ public:
 
     void setInterest(Interest interest) override { interest_ = std::move(interest); }
 
+    core::Subscription onChanged(std::function<void()> callback) override {
+        return changes_.subscribe(std::move(callback));
+    }
+
 private:
     struct Item {
         std::vector<std::string> types;
@@ -74,6 +78,7 @@ private:
     std::vector<std::string> toFetch_;
     std::vector<Item> fetched_;
 
+    core::Listeners<> changes_;
     core::Subscription events_;
     core::Subscription losses_;
     core::Subscription openings_;

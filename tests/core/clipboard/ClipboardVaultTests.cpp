@@ -203,6 +203,18 @@ TEST_F(ClipboardVaultTest, APinAloneIsNotWrittenUntilTheCacheIsInvalidated) {
     EXPECT_EQ(vault().load(), entries);
 }
 
+TEST_F(ClipboardVaultTest, OneEntryCanBeWrittenAgain) {
+    auto entries = threeEntries();
+    auto open = vault();
+    ASSERT_TRUE(open.save(entries));
+    const auto before = inodes();
+    entries[0].pinned = true;
+    open.invalidateCache(entries[0].id);
+    ASSERT_TRUE(open.save(entries));
+    EXPECT_EQ(vault().load(), entries);
+    EXPECT_EQ(inodes().at(entries[1].id.toString() + ".clip"), before.at(entries[1].id.toString() + ".clip"));
+}
+
 TEST_F(ClipboardVaultTest, AFreshVaultWritesEveryEntryAndEveryNonceIsNew) {
     const auto entries = threeEntries();
     saved(entries);

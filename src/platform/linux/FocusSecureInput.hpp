@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/Accessibility.hpp"
+#include "platform/SecureInput.hpp"
+#include "platform/Workspace.hpp"
+
+namespace quillane {
+
+/// Looks at what has the keyboard focus in the application in front. An application that does not answer in time is
+/// taken for one without a password field.
+class FocusSecureInput final : public SecureInput {
+public:
+    FocusSecureInput(Accessibility& accessibility, Workspace& workspace)
+        : accessibility_(accessibility), workspace_(workspace) {}
+
+    [[nodiscard]] bool isEnabled() override;
+
+private:
+    Accessibility& accessibility_;
+    Workspace& workspace_;
+};
+
+} // namespace quillane

@@ -1,0 +1,109 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/macos/MacHotKeys.hpp"
+
+#include "platform/macos/MacCallback.hpp"
+
+#include <map>
+
+#import <Carbon/Carbon.h>
+#import <Foundation/Foundation.h>
+
+namespace quillane {
+
+namespace {
+
+constexpr OSType signature = 'Qlne';
+
+UInt32 carbonModifiers(core::EventFlags flags) {
+    UInt32 modifiers = 0;
+    modifiers |= (flags & core::flags::command) != 0 ? UInt32{cmdKey} : 0;
+    modifiers |= (flags & core::flags::shift) != 0 ? UInt32{shiftKey} : 0;
+    modifiers |= (flags & core::flags::option) != 0 ? UInt32{optionKey} : 0;
+    modifiers |= (flags & core::flags::control) != 0 ? UInt32{controlKey} : 0;
+    return modifiers;
+}
+
+} // namespace
+
+struct MacHotKeys::State {
+    struct Registered {
+        EventHotKeyRef reference = nullptr;
+        std::function<void()> pressed;
+    };
+
+    std::map<UInt32, Registered> keys;
+    UInt32 next = 1;
+    EventHandlerRef handler = nullptr;
+
+    static OSStatus receive(EventHandlerCallRef /*call*/, EventRef event, void* context) {
+        OSStatus result = eventNotHandledErr;
+        guarded([&] {
+            EventHotKeyID identifier{};
+            if (GetEventParameter(event, kEventParamDirectObject, typeEventHotKeyID, nullptr, sizeof identifier,
+                                  nullptr, &identifier) != noErr ||
+                identifier.signature != signature) {
+                return;
+            }
+            auto& keys = static_cast<State*>(context)->keys;
+            const auto found = keys.find(identifier.id);
+            if (found == keys.end()) {
+                return;
+            }
+            result = noErr;
+            @autoreleasepool {
+                const auto pressed = found->second.pressed; // it may be unregistered by the call
+                pressed();
+            }
+        });
+        return result;
+    }
+};
+
+MacHotKeys::MacHotKeys() : state_(std::make_shared<State>()) {
+    const EventTypeSpec type{kEventClassKeyboard, kEventHotKeyPressed};
+    InstallEventHandler(GetApplicationEventTarget(), State::receive, 1, &type, state_.get(), &state_->handler);
+}
+
+MacHotKeys::~MacHotKeys() {
+    for (const auto& [identifier, key] : state_->keys) {
+        UnregisterEventHotKey(key.reference);
+    }
+    state_->keys.clear();
+    if (state_->handler != nullptr) {
+        RemoveEventHandler(state_->handler);
+    }
+}
+
+core::Subscription MacHotKeys::registerHotKey(const HotKey& key, std::function<void()> pressed,
+                                              std::function<void()> taken) {
+    const UInt32 identifier = state_->next++;
+    State::Registered registered{nullptr, std::move(pressed)};
+    const OSStatus status =
+        RegisterEventHotKey(key.keyCode, carbonModifiers(key.modifiers), EventHotKeyID{signature, identifier},
+                            GetApplicationEventTarget(), 0, &registered.reference);
+    if (status != noErr) {
+        const auto alive = std::make_shared<int>(); // as long as the token
+        const std::weak_ptr<int> weak = alive;
+        dispatch_async(dispatch_get_main_queue(), ^{
+          if (!weak.expired()) {
+              guarded([&] { taken(); });
+          }
+        });
+        return core::Subscription([alive] {});
+    }
+    state_->keys.emplace(identifier, std::move(registered));
+    return core::Subscription([weak = std::weak_ptr<State>(state_), identifier] {
+        const auto state = weak.lock();
+        if (!state) {
+            return;
+        }
+        if (const auto found = state->keys.find(identifier); found != state->keys.end()) {
+            UnregisterEventHotKey(found->second.reference);
+            state->keys.erase(found);
+        }
+    });
+}
+
+} // namespace quillane

@@ -1,0 +1,473 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "clipboard/ClipboardManager.hpp"
+
+#include "core/clipboard/ClipboardKey.hpp"
+#include "core/clipboard/ClipboardVault.hpp"
+#include "core/clipboard/PasteboardTypes.hpp"
+#include "core/localization/Texts.hpp"
+#include "fakes/FakeHotKeys.hpp"
+#include "fakes/FakeMainQueue.hpp"
+#include "fakes/FakePasteboard.hpp"
+#include "fakes/FakeSecretStore.hpp"
+#include "fakes/FakeSecureInput.hpp"
+#include "fakes/FakeSerialQueue.hpp"
+#include "fakes/FakeUserDefaults.hpp"
+#include "fakes/FakeWorkspace.hpp"
+#include "fakes/TemporaryFiles.hpp"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <memory>
+
+namespace quillane {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using Clearing = core::ClipboardHistory::Clearing;
+using core::ClipboardSnapshot::RestoreMode;
+namespace texts = core::texts;
+
+constexpr HotKey shortcut{9, core::flags::command | core::flags::shift};
+
+class ClipboardManagerTest : public ::testing::Test {
+protected:
+    ClipboardManagerTest() {
+        core::ClipboardOptions options;
+        options.enabled = true;
+        userDefaults_.setObject(core::clipboardOptionsKey, core::encodeClipboardOptions(options));
+        workspace_.activate(workspace_.open("com.example.editor", "Editor"));
+    }
+
+    [[nodiscard]] std::filesystem::path folder() const { return files_.folder() / "Quillane" / "ClipboardHistory"; }
+
+    /// Makes a manager, in place of the one before.
+    void make() {
+        manager_.reset();
+        manager_ = std::make_unique<ClipboardManager>(
+            ClipboardServices{.mainQueue = queue_,
+                              .userDefaults = userDefaults_,
+                              .workspace = workspace_,
+                              .pasteboard = pasteboard_,
+                              .hotKeys = hotKeys_,
+                              .secureInput = secureInput_,
+                              .secretStore = secrets_,
+                              .vaultQueue = vaultQueue_,
+                              .vaultFolder = folder(),
+                              .now = [this] { return core::Date{static_cast<double>(queue_.now().count()) / 1e3}; }});
+    }
+
+    /// Starts a new manager and loads its history.
+    ClipboardManager& start() {
+        make();
+        manager_->start();
+        settle();
+        return *manager_;
+    }
+
+    void settle() {
+        queue_.runPosted();
+        vaultQueue_.wait();
+        queue_.runPosted();
+    }
+
+    /// Time goes by, and the disk keeps up.
+    void pass(std::chrono::milliseconds time) {
+        queue_.advance(time);
+        settle();
+    }
+
+    void copy(const std::string& text) {
+        pasteboard_.copyText(text);
+        pass(500ms);
+    }
+
+    [[nodiscard]] std::vector<std::string> recorded() const {
+        std::vector<std::string> all;
+        for (const auto& entry : manager_->history().entries()) {
+            all.push_back(*entry.text);
+        }
+        return all;
+    }
+
+    /// What another process would load.
+    [[nodiscard]] std::vector<std::string> stored() const {
+        auto key = core::obtainClipboardKey(secrets_);
+        auto loaded = core::ClipboardVault::open(folder(), std::move(*key))->load();
+        std::vector<std::string> all;
+        for (const auto& entry : loaded.value()) {
+            all.push_back(*entry.text);
+        }
+        return all;
+    }
+
+    void setOption(bool core::ClipboardOptions::*option, bool value) {
+        auto options = manager_->options();
+        options.*option = value;
+        manager_->setOptions(options);
+        settle();
+    }
+
+    fakes::TemporaryFiles files_;
+    fakes::FakeMainQueue queue_;
+    fakes::FakeUserDefaults userDefaults_;
+    fakes::FakeWorkspace workspace_;
+    fakes::FakePasteboard pasteboard_;
+    fakes::FakeHotKeys hotKeys_{queue_};
+    fakes::FakeSecureInput secureInput_;
+    mutable fakes::FakeSecretStore secrets_;
+    fakes::FakeSerialQueue vaultQueue_;
+    std::unique_ptr<ClipboardManager> manager_;
+};
+
+// Collecting
+
+TEST_F(ClipboardManagerTest, RecordsEveryCopyWithWhereItCameFrom) {
+    start();
+    copy("one");
+    copy("two");
+    EXPECT_THAT(recorded(), ElementsAre("one", "two"));
+    EXPECT_EQ(manager_->history().entries()[0].source, "com.example.editor");
+    EXPECT_EQ(manager_->history().entries()[0].sourceName, "Editor");
+}
+
+TEST_F(ClipboardManagerTest, WhatIsOnThePasteboardAtLaunchIsNotRecorded) {
+    pasteboard_.copyText("before");
+    start();
+    pass(2s);
+    EXPECT_THAT(recorded(), IsEmpty());
+}
+
+TEST_F(ClipboardManagerTest, ACopyWhileTheHistoryIsBeingLoadedIsNotRecorded) {
+    make();
+    manager_->start();
+    pasteboard_.copyText("too early");
+    queue_.advance(2s);
+    EXPECT_FALSE(manager_->isReady());
+    EXPECT_EQ(manager_->status(), core::LocalizedText(texts::loadingHistory));
+    settle();
+    pass(2s);
+    EXPECT_TRUE(manager_->isReady());
+    EXPECT_THAT(recorded(), IsEmpty());
+}
+
+TEST_F(ClipboardManagerTest, ACopyWhilePausedIsNeverRecorded) {
+    start();
+    manager_->configure({.paused = true});
+    copy("secret");
+    manager_->configure({});
+    pass(2s);
+    EXPECT_THAT(recorded(), IsEmpty());
+    copy("later");
+    EXPECT_THAT(recorded(), ElementsAre("later"));
+}
+
+TEST_F(ClipboardManagerTest, NothingIsRecordedWhileItIsOff) {
+    start();
+    setOption(&core::ClipboardOptions::enabled, false);
+    copy("off");
+    setOption(&core::ClipboardOptions::enabled, true);
+    pass(2s);
+    EXPECT_THAT(recorded(), IsEmpty());
+}
+
+TEST_F(ClipboardManagerTest, NoPasswordIsRecorded) {
+    start();
+    secureInput_.setEnabled(true);
+    copy("typed password");
+    secureInput_.setEnabled(false);
+    workspace_.activate(workspace_.open("com.bitwarden.desktop", "Bitwarden"));
+    copy("kept password");
+    EXPECT_THAT(recorded(), IsEmpty());
+}
+
+TEST_F(ClipboardManagerTest, NobodyIsAskedForContentsThatAreNotRecorded) {
+    start();
+    const core::PasteboardTypeSet types{std::string(core::PasteboardTypes::string)};
+    EXPECT_EQ(pasteboard_.interest()(types).size(), 1U);
+    manager_->configure({.paused = true});
+    EXPECT_THAT(pasteboard_.interest()(types), IsEmpty());
+    manager_->configure({});
+    setOption(&core::ClipboardOptions::enabled, false);
+    EXPECT_THAT(pasteboard_.interest()(types), IsEmpty());
+}
+
+TEST_F(ClipboardManagerTest, ANoticeOfAChangeIsNotWaitedForByTheTimer) {
+    pasteboard_.tellOfChanges();
+    start();
+    for (int i = 0; i < 20; ++i) {
+        pasteboard_.copyText(std::to_string(i));
+        queue_.advance(50ms);
+    }
+    EXPECT_EQ(recorded().size(), 20U);
+}
+
+// The vault
+
+TEST_F(ClipboardManagerTest, TheHistoryIsThereAgainAtTheNextStart) {
+    start();
+    copy("one");
+    copy("two");
+    manager_->pin(manager_->history().entries()[0].id);
+    const auto before = manager_->history();
+    start();
+    EXPECT_EQ(manager_->history(), before);
+    EXPECT_FALSE(manager_->hasStorageError());
+}
+
+TEST_F(ClipboardManagerTest, APinOfAnEntryThatIsStoredLasts) {
+    start();
+    copy("one");
+    pass(1s);
+    manager_->pin(manager_->history().entries()[0].id);
+    pass(1s);
+    start();
+    EXPECT_TRUE(manager_->history().entries()[0].pinned);
+}
+
+TEST_F(ClipboardManagerTest, TenQuickCopiesAreOneWriteAQuarterSecondAfterTheLast) {
+    pasteboard_.tellOfChanges();
+    start();
+    pass(1s);
+    for (int i = 0; i < 10; ++i) {
+        pasteboard_.copyText(std::to_string(i));
+        queue_.advance(20ms);
+    }
+    queue_.advance(229ms);
+    EXPECT_EQ(vaultQueue_.count(), 0U);
+    queue_.advance(1ms);
+    EXPECT_EQ(vaultQueue_.count(), 1U);
+    settle();
+    EXPECT_EQ(stored().size(), 10U);
+    pass(5s);
+    EXPECT_EQ(stored().size(), 10U);
+}
+
+TEST_F(ClipboardManagerTest, StoppingSavesWhatIsPending) {
+    start();
+    pasteboard_.copyText("last");
+    queue_.advance(500ms); // the poll, and no save yet
+    manager_->stop();
+    EXPECT_THAT(stored(), ElementsAre("last"));
+}
+
+TEST_F(ClipboardManagerTest, StoppingBeforeTheHistoryIsLoadedKeepsIt) {
+    start();
+    copy("kept");
+    make();
+    manager_->start();
+    EXPECT_FALSE(manager_->isReady());
+    manager_->stop();
+    EXPECT_THAT(stored(), ElementsAre("kept"));
+}
+
+TEST_F(ClipboardManagerTest, TurningPersistenceOffErasesTheFilesAndOnWritesThemAgain) {
+    start();
+    copy("one");
+    pass(1s);
+    setOption(&core::ClipboardOptions::persist, false);
+    pass(1s);
+    EXPECT_TRUE(std::filesystem::is_empty(folder()));
+    EXPECT_THAT(recorded(), ElementsAre("one"));
+    setOption(&core::ClipboardOptions::persist, true);
+    pass(1s);
+    EXPECT_THAT(stored(), ElementsAre("one"));
+}
+
+TEST_F(ClipboardManagerTest, WithoutPersistenceALaunchErasesTheFiles) {
+    start();
+    copy("one");
+    manager_.reset();
+    core::ClipboardOptions options;
+    options.enabled = true;
+    options.persist = false;
+    userDefaults_.setObject(core::clipboardOptionsKey, core::encodeClipboardOptions(options));
+    start();
+    EXPECT_THAT(recorded(), IsEmpty());
+    EXPECT_TRUE(std::filesystem::is_empty(folder()));
+    EXPECT_FALSE(manager_->hasStorageError());
+}
+
+TEST_F(ClipboardManagerTest, WithoutAKeyTheHistoryIsInMemoryOnly) {
+    secrets_.failWith(core::SecretStatus::interactionNotAllowed);
+    start();
+    EXPECT_TRUE(manager_->isReady());
+    EXPECT_TRUE(manager_->hasStorageError());
+    copy("one");
+    pass(1s);
+    EXPECT_THAT(recorded(), ElementsAre("one"));
+    EXPECT_TRUE(manager_->hasStorageError());
+    EXPECT_FALSE(std::filesystem::exists(folder()));
+}
+
+TEST_F(ClipboardManagerTest, ADamagedHistoryStartsEmptyAndStaysOnTheDiskUntilSomethingIsCopied) {
+    start();
+    copy("one");
+    manager_.reset();
+    for (const auto& file : std::filesystem::directory_iterator(folder())) {
+        if (file.path().extension() == ".clip") {
+            std::filesystem::resize_file(file.path(), 20);
+        }
+    }
+    start();
+    pass(1s);
+    EXPECT_THAT(recorded(), IsEmpty());
+    EXPECT_TRUE(manager_->hasStorageError());
+    EXPECT_TRUE(std::filesystem::exists(folder() / "index"));
+    copy("two");
+    pass(1s);
+    EXPECT_THAT(stored(), ElementsAre("two"));
+    EXPECT_FALSE(manager_->hasStorageError());
+}
+
+TEST_F(ClipboardManagerTest, NothingComesBackAfterItHasGone) {
+    start();
+    copy("one");
+    manager_->clear(Clearing::includePins);
+    queue_.advance(250ms); // the save waits on the queue
+    manager_.reset();
+    settle();
+}
+
+// The hot key and the status
+
+TEST_F(ClipboardManagerTest, TheHotKeyIsThereWhileItIsOnAndNoOtherComputerIsInFront) {
+    start();
+    int toggles = 0;
+    manager_->onTogglePanel = [&] { ++toggles; };
+    EXPECT_TRUE(hotKeys_.press(shortcut));
+    EXPECT_EQ(toggles, 1);
+    manager_->configure({.paused = true});
+    EXPECT_TRUE(hotKeys_.isRegistered(shortcut));
+    manager_->configure({.remote = true});
+    EXPECT_FALSE(hotKeys_.isRegistered(shortcut));
+    EXPECT_EQ(manager_->status(), core::LocalizedText(texts::clipboardHistoryPaused));
+    manager_->configure({});
+    EXPECT_TRUE(hotKeys_.isRegistered(shortcut));
+    setOption(&core::ClipboardOptions::enabled, false);
+    EXPECT_FALSE(hotKeys_.isRegistered(shortcut));
+}
+
+TEST_F(ClipboardManagerTest, AHotKeyOfAnotherProgramIsSaidAndCanBeTriedAgain) {
+    hotKeys_.take(shortcut);
+    start();
+    EXPECT_TRUE(manager_->hasHotKeyConflict());
+    EXPECT_EQ(manager_->status(), core::LocalizedText(texts::historyShortcutInUse));
+    copy("still recorded");
+    EXPECT_THAT(recorded(), ElementsAre("still recorded"));
+    manager_->registerShortcut();
+    settle();
+    EXPECT_TRUE(manager_->hasHotKeyConflict());
+    hotKeys_.giveBack(shortcut);
+    manager_->registerShortcut();
+    settle();
+    EXPECT_FALSE(manager_->hasHotKeyConflict());
+    EXPECT_TRUE(hotKeys_.isRegistered(shortcut));
+    EXPECT_EQ(manager_->status(), core::LocalizedText(texts::clipboardHistoryActive));
+}
+
+TEST_F(ClipboardManagerTest, TheFirstConditionThatHoldsIsTheStatus) {
+    hotKeys_.take(shortcut);
+    start();
+    setOption(&core::ClipboardOptions::enabled, false);
+    EXPECT_EQ(manager_->status(), core::LocalizedText(texts::clipboardHistoryOff));
+    manager_->configure({.paused = true});
+    EXPECT_EQ(manager_->status(), core::LocalizedText(texts::clipboardHistoryOff));
+    setOption(&core::ClipboardOptions::enabled, true);
+    EXPECT_EQ(manager_->status(), core::LocalizedText(texts::clipboardHistoryPaused));
+    manager_->configure({});
+    EXPECT_EQ(manager_->status(), core::LocalizedText(texts::historyShortcutInUse));
+}
+
+TEST_F(ClipboardManagerTest, ThePanelIsClosedWhenCollectionEnds) {
+    start();
+    int closes = 0;
+    manager_->onClosePanel = [&] { ++closes; };
+    manager_->configure({.paused = true});
+    EXPECT_EQ(closes, 1);
+    manager_->configure({});
+    EXPECT_EQ(closes, 1);
+    setOption(&core::ClipboardOptions::enabled, false);
+    EXPECT_EQ(closes, 2);
+}
+
+// Entries and options
+
+TEST_F(ClipboardManagerTest, NoMoreThanTwoHundredEntriesArePinned) {
+    start();
+    pasteboard_.tellOfChanges();
+    auto options = manager_->options();
+    options.limit = 1'000;
+    manager_->setOptions(options);
+    for (int i = 0; i <= 200; ++i) {
+        copy(std::to_string(i));
+    }
+    const auto entries = manager_->history().entries();
+    for (const auto& entry : entries) {
+        manager_->pin(entry.id);
+    }
+    EXPECT_TRUE(manager_->history().entries()[199].pinned);
+    EXPECT_FALSE(manager_->history().entries()[200].pinned);
+    manager_->pin(entries[0].id);
+    manager_->pin(entries[200].id);
+    EXPECT_FALSE(manager_->history().entries()[0].pinned);
+    EXPECT_TRUE(manager_->history().entries()[200].pinned);
+}
+
+TEST_F(ClipboardManagerTest, CopyingFromTheHistoryMakesNoNewEntryAndMovesItToTheTop) {
+    start();
+    copy("one");
+    copy("two");
+    const auto id = manager_->history().entries()[0].id;
+    EXPECT_TRUE(manager_->copy(id, RestoreMode::full));
+    pass(2s);
+    EXPECT_THAT(recorded(), ElementsAre("one", "two"));
+    EXPECT_EQ(*manager_->history().filtered("", manager_->options()).front().text, "one");
+    EXPECT_EQ(pasteboard_.string(core::PasteboardTypes::string), "one");
+    EXPECT_FALSE(manager_->copy(core::Uuid::random(), RestoreMode::full));
+}
+
+TEST_F(ClipboardManagerTest, OptionsAreStoredAtOnceAndTrimTheHistory) {
+    start();
+    for (int i = 0; i < 15; ++i) {
+        copy(std::to_string(i));
+    }
+    int notices = 0;
+    const auto token = manager_->onChanged([&] { ++notices; });
+    auto options = manager_->options();
+    options.limit = 10;
+    manager_->setOptions(options);
+    EXPECT_EQ(notices, 1);
+    EXPECT_EQ(recorded().size(), 10U);
+    EXPECT_EQ(core::decodeClipboardOptions(*userDefaults_.data(core::clipboardOptionsKey)), options);
+    pass(1s);
+    EXPECT_EQ(stored().size(), 10U);
+    manager_->setOptions(options);
+    EXPECT_EQ(notices, 1);
+}
+
+TEST_F(ClipboardManagerTest, OptionsThatCannotBeReadAreTheDefaults) {
+    userDefaults_.setObject(core::clipboardOptionsKey, "text");
+    EXPECT_EQ(start().options(), core::ClipboardOptions());
+    EXPECT_FALSE(hotKeys_.isRegistered(shortcut));
+}
+
+TEST_F(ClipboardManagerTest, ClearingKeepsPinsUnlessTheyAreMeant) {
+    start();
+    copy("one");
+    copy("two");
+    manager_->pin(manager_->history().entries()[1].id);
+    manager_->clear(Clearing::keepPins);
+    EXPECT_THAT(recorded(), ElementsAre("two"));
+    manager_->clear(Clearing::includePins);
+    pass(1s);
+    EXPECT_THAT(recorded(), IsEmpty());
+    EXPECT_THAT(stored(), IsEmpty());
+}
+
+} // namespace
+} // namespace quillane
