@@ -3,6 +3,7 @@
 
 #include "direction/DirectionCommands.hpp"
 
+#include "core/direction/DirectionTarget.hpp"
 #include "core/localization/Texts.hpp"
 
 #include <utility>
@@ -23,11 +24,19 @@ DirectionCommands::DirectionCommands(DirectionServices services, std::function<b
       report_(std::move(report)),
       adapter_(services, report_),
       browserAdapter_(services, report_),
-      wordAdapter_(services, report_) {}
+      wordAdapter_(services, report_),
+      libreOfficeAdapter_(services, report_) {}
 
 void DirectionCommands::apply(core::WritingDirection direction) {
     const auto front = canApply_() ? services_.workspace.frontmostApplication() : std::nullopt;
-    const auto application = front && front->bundleID ? core::supportedApplication(*front->bundleID) : std::nullopt;
+    if (!front || !front->bundleID) {
+        return;
+    }
+    if (front->bundleID == core::libreOfficeBundleID) {
+        libreOfficeAdapter_.apply(direction);
+        return;
+    }
+    const auto application = core::supportedApplication(*front->bundleID);
     if (!application) {
         return;
     }

@@ -6,6 +6,7 @@
 #include "core/direction/SupportedApplication.hpp"
 #include "core/direction/WritingDirection.hpp"
 #include "direction/DirectionServices.hpp"
+#include "direction/LibreOfficeDirectionAdapter.hpp"
 #include "direction/NativeDirectionAdapter.hpp"
 #include "direction/OutlookAdapter.hpp"
 #include "direction/WordDirectionAdapter.hpp"
@@ -48,6 +49,7 @@ private:
     OutlookAdapter adapter_;
     NativeDirectionAdapter browserAdapter_;
     WordDirectionAdapter wordAdapter_;
+    LibreOfficeDirectionAdapter libreOfficeAdapter_;
     std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with steps that are on their way
 };
 

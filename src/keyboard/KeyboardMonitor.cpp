@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "keyboard/KeyboardMonitor.hpp"
 
-#include "core/direction/SupportedApplication.hpp"
+#include "core/direction/DirectionTarget.hpp"
 #include "core/keyboard/ScreenSharingPolicy.hpp"
 #include "core/keyboard/ShiftEnglish.hpp"
 
@@ -208,7 +208,7 @@ void KeyboardMonitor::deliver(std::function<void()> handler, std::optional<pid_t
 }
 
 bool KeyboardMonitor::isSupported(const std::optional<RunningApplication>& application) const {
-    return application && application->bundleID && core::supportedApplication(*application->bundleID);
+    return application && application->bundleID && core::hasDirectionCommands(*application->bundleID);
 }
 
 } // namespace quillane

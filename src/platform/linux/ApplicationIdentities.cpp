@@ -15,6 +15,7 @@ struct Identity {
 };
 
 constexpr std::string_view chrome = "com.google.Chrome";
+constexpr std::string_view libreOffice = "org.libreoffice.script";
 constexpr std::string_view screenSharing = "com.apple.ScreenSharing";
 
 /// What the agent treats in a way of its own goes by the identifier of its peer on macOS.
@@ -28,6 +29,18 @@ constexpr std::array identities{
     Identity{"google-chrome", chrome},
     Identity{"google-chrome-beta", chrome},
     Identity{"google-chrome-unstable", chrome},
+    Identity{"microsoft-edge", chrome},
+    Identity{"vivaldi-stable", chrome},
+    // One program with many window classes, as it is one application on macOS; a window gets its own when it has loaded
+    // its document.
+    Identity{"libreoffice", libreOffice},
+    Identity{"libreoffice-calc", libreOffice},
+    Identity{"libreoffice-draw", libreOffice},
+    Identity{"libreoffice-impress", libreOffice},
+    Identity{"libreoffice-startcenter", libreOffice},
+    Identity{"libreoffice-writer", libreOffice},
+    Identity{"soffice", libreOffice},
+    Identity{"soffice.bin", libreOffice},
     // Another computer's screen, which has a keyboard of its own.
     Identity{"gnome-connections", screenSharing},
     Identity{"krdc", screenSharing},

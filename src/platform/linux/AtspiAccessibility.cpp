@@ -27,6 +27,7 @@ constexpr auto silentFor = 1s;       // an application that has not answered is 
 AtspiAccessibility::AtspiAccessibility(SessionBus& session) : bus_(session), focus_(bus_), notifications_(bus_) {
     losses_ = bus_.onLost([this] {
         known_.reset();
+        press_.reset();
         renewal_.reset();
         unanswered_.clear();
     });
@@ -176,6 +177,7 @@ std::optional<AtspiObject> AtspiAccessibility::focusedObject(const std::string& 
         return ownFocusedObject();
     }
     auto* bus = bus_.connection();
+    ignoreFocusOfPress(application, limit);
     for (int attempt = 0; attempt < 2 && bus != nullptr; ++attempt) {
         auto focus = focus_.in(application);
         if (!focus) {
@@ -196,6 +198,21 @@ std::optional<AtspiObject> AtspiAccessibility::focusedObject(const std::string& 
         }
     }
     return std::nullopt;
+}
+
+/// LibreOffice tells a button that was pressed from outside as focused, although the keys still go to the document.
+void AtspiAccessibility::ignoreFocusOfPress(const std::string& application, const Limit& limit) {
+    const auto focus = press_ && press_->object.bus == application ? focus_.in(application) : std::nullopt;
+    if (!focus || focus->object == press_->focused) {
+        return; // it may be told yet
+    }
+    const auto pressed = *std::exchange(press_, std::nullopt);
+    if (focus->object == pressed.object) {
+        const auto before = facts(pressed.focused, AtspiFactSet{} | AtspiFact::states, limit);
+        if (before && before->is(AtspiState::focused) && !before->is(AtspiState::defunct)) {
+            focus_.restore(pressed.focused);
+        }
+    }
 }
 
 std::shared_ptr<AtspiFacts> AtspiAccessibility::focusFacts(BusConnection& bus, const AtspiFocus::Focus& focus,

@@ -58,6 +58,12 @@ private:
         std::shared_ptr<AtspiFacts> facts; // shared with the answers on their way
     };
 
+    /// An object that was pressed, and what had the focus before.
+    struct Press {
+        AtspiObject object;
+        AtspiObject focused;
+    };
+
     struct Limit {
         Clock::time_point now;
         std::chrono::milliseconds timeout;
@@ -74,6 +80,7 @@ private:
     [[nodiscard]] std::optional<AtspiObject> focusedObject(const std::string& application, const Limit& limit);
     [[nodiscard]] std::shared_ptr<AtspiFacts> focusFacts(BusConnection& bus, const AtspiFocus::Focus& focus,
                                                          const Limit& limit);
+    void ignoreFocusOfPress(const std::string& application, const Limit& limit);
     [[nodiscard]] bool waitFor(BusConnection& bus, const Request& request, const Limit& limit);
     [[nodiscard]] bool mayAsk(BusConnection& bus, const std::string& application, const Limit& limit) const;
 
@@ -93,6 +100,7 @@ private:
     AccessibilityBus bus_;
     AtspiFocus focus_;
     AtspiNotifications notifications_;
+    std::optional<Press> press_;                ///< the last one
     std::optional<Request> known_;              ///< what is known of the focused element
     std::optional<Request> renewal_;            ///< what has been asked of it and not been answered
     std::map<std::string, Request> unanswered_; ///< by bus name: the call that an application left unanswered

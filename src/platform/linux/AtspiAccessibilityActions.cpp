@@ -249,6 +249,8 @@ AXActionResult AtspiAccessibility::performAction(const AXElement& element, std::
         return AXActionResult::failed;
     }
     if (const auto index = atspiActionIndex(*found, name)) {
+        const auto focus = focus_.in(object->bus);
+        press_ = focus && focus->object != *object ? std::optional(Press{*object, focus->object}) : std::nullopt;
         return doAction(*object, *index, limit);
     }
     return name == "AXCancel" && isOpenMenu(*found) ? dismissMenu(*object, limit) : AXActionResult::failed;

@@ -88,6 +88,16 @@ bool AtspiFocus::isGone(const Program& program) {
     return program.lostSince && BusConnection::Clock::now() - *program.lostSince > heldKeyboard;
 }
 
+void AtspiFocus::restore(const AtspiObject& object) {
+    const auto found = programs_.find(object.bus);
+    if (found != programs_.end()) {
+        found->second.focused = object;
+        found->second.told = BusConnection::Clock::now();
+        found->second.lostSince.reset();
+        found->second.change = ++changes_;
+    }
+}
+
 void AtspiFocus::forget(const AtspiObject& object) {
     for (auto& [application, program] : programs_) {
         if (program.focused == object) {

@@ -42,6 +42,9 @@ public:
     /// Notes that the object has not got the focus after all.
     void forget(const AtspiObject& object);
 
+    /// Notes that the object has the focus still, whatever its application told last.
+    void restore(const AtspiObject& object);
+
     /// Searches an application whose focus is not known. When nothing is found, it is not searched again for a second,
     /// then two, and so on up to half a minute, or until it tells of its focus. The search that runs, or nullptr.
     const AtspiFocusSearch* search(const std::string& application);
