@@ -17,12 +17,12 @@ constexpr std::array iconSizes{16, 20, 24, 32, 48, 64, 96}; // pixels; the large
 
 QPixmap tinted(const TemplateImage& image, const QColor& color) {
     QImage canvas(image.width, image.height, QImage::Format_ARGB32);
+    auto covered = image.coverage.begin();
     for (int y = 0; y < image.height; ++y) {
         auto* line = reinterpret_cast<QRgb*>(canvas.scanLine(y));
         for (int x = 0; x < image.width; ++x) {
-            const auto covered = image.coverage[static_cast<std::size_t>(y * image.width + x)];
             line[x] =
-                qRgba(color.red(), color.green(), color.blue(), std::to_integer<int>(covered) * color.alpha() / 255);
+                qRgba(color.red(), color.green(), color.blue(), std::to_integer<int>(*covered++) * color.alpha() / 255);
         }
     }
     return QPixmap::fromImage(canvas);

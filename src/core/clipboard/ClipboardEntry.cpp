@@ -16,6 +16,7 @@ std::string clipboardDigest(ClipboardKind kind, const ClipboardItems& items) {
     for (const auto& item : items) {
         digest.add(std::string_view("item"));
         std::vector<const ClipboardRepresentation*> sorted;
+        sorted.reserve(item.size());
         for (const auto& representation : item) {
             sorted.push_back(&representation);
         }
