@@ -17,7 +17,9 @@ struct QrCode {
     int side = 0;           ///< modules
     std::vector<bool> dark; ///< side × side, row by row from the top
 
-    [[nodiscard]] bool isDark(int x, int y) const { return dark[static_cast<std::size_t>(y * side + x)]; }
+    [[nodiscard]] bool isDark(int x, int y) const {
+        return dark[static_cast<std::size_t>(y) * static_cast<std::size_t>(side) + static_cast<std::size_t>(x)];
+    }
 
     /// The smallest code for the bytes that still reads with 15 % of it damaged, none when there is no such code: for
     /// an empty text and for one of more than 2331 bytes.

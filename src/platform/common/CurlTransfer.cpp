@@ -204,7 +204,7 @@ private:
     void prepareRequest() {
         for (const auto& [name, value] : request_.request.headers) {
             if (name != "Content-Length") { // libcurl writes it from the size of the source
-                addHeader(name + ": " + value);
+                addHeader(std::string(name).append(": ").append(value));
             }
         }
         if (!expectsContinue_) {

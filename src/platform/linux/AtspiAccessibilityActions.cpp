@@ -85,8 +85,11 @@ std::vector<std::shared_ptr<AtspiFacts>> AtspiAccessibility::factsOfEach(std::sp
                                                                          const Limit& limit) {
     std::vector<std::shared_ptr<AtspiFacts>> results(objects.size()); // shared with answers on their way
     auto* bus = bus_.connection();
+    if (bus == nullptr) {
+        return results;
+    }
     std::vector<Request> requests;
-    for (std::size_t index = 0; bus != nullptr && index < objects.size(); ++index) {
+    for (std::size_t index = 0; index < objects.size(); ++index) {
         const auto& object = objects[index];
         if (object.bus.empty()) {
             results[index] = facts(object, which[index], limit);

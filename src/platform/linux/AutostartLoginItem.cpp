@@ -68,8 +68,8 @@ bool isInEffect(std::istream& entry) {
 
 } // namespace
 
-AutostartLoginItem::AutostartLoginItem(std::filesystem::path program, std::filesystem::path folder)
-    : program_(std::move(program)), file_(std::move(folder) / "com.quillane.app.desktop") {}
+AutostartLoginItem::AutostartLoginItem(std::filesystem::path program, const std::filesystem::path& folder)
+    : program_(std::move(program)), file_(folder / "com.quillane.app.desktop") {}
 
 LoginItemStatus AutostartLoginItem::status() const {
     std::ifstream entry(file_);

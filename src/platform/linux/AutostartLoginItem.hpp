@@ -13,7 +13,7 @@ namespace quillane {
 class AutostartLoginItem final : public LoginItemService {
 public:
     /// `program` is what the entry starts, `folder` where entries are: $XDG_CONFIG_HOME/autostart.
-    AutostartLoginItem(std::filesystem::path program, std::filesystem::path folder);
+    AutostartLoginItem(std::filesystem::path program, const std::filesystem::path& folder);
 
     /// The entry decides: one that is hidden or switched off by a desktop's own settings is not registered.
     [[nodiscard]] LoginItemStatus status() const override;
