@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 #include "desktop/agent/LiveMenu.hpp"
+#include "desktop/tour/ShareTour.hpp"
 #include "desktop/tour/Tour.hpp"
 
 #include "desktop/fixture/XClients.hpp"
@@ -26,6 +27,8 @@ public:
         writeInEditor("mousepad", {"mousepad", "--disable-server"});
         writeInEditor("featherpad", {"featherpad", "--standalone"});
         pauseAndResume();
+        mustSee(agent_->process().end() == ExitStatus{0, 0}, "the agent's orderly end");
+        shareTour(tour_, desktop_);
         for (const char* language : {"en", "he", "ar"}) {
             showMenu(language);
         }
@@ -99,7 +102,9 @@ private:
     void showMenu(const std::string& language) {
         std::optional<LiveMenu> menu;
         tour_.step("menu in " + language, [&] {
-            mustSee(agent_->process().end() == ExitStatus{0, 0}, "the agent's orderly end");
+            if (agent_->process().isRunning()) {
+                mustSee(agent_->process().end() == ExitStatus{0, 0}, "the agent's orderly end");
+            }
             mustSee(chooseAgentLanguage(desktop_, language), "the language in the settings");
             agent_ = got(LiveAgent::start(desktop_));
             menu = got(LiveMenu::open(desktop_));
