@@ -4,7 +4,8 @@
 // quillane_upload_bench [MEBIBYTES [ROUNDS]]
 //
 // Uploads one large file over loopback, by turns with the agent's own upload and with `curl -T`, over http and over
-// TLS, and prints medians: throughput, CPU time, and the memory that the agent's upload takes beyond an idle process.
+// TLS, and prints medians: throughput, CPU time, and the memory that the agent's upload takes beyond an idle process;
+// and how often a share window is drawn meanwhile.
 #include "core/fileshare/FileShareUpload.hpp"
 #include "desktop/fixture/TemporaryFolder.hpp"
 #include "fakes/FakeProxySettings.hpp"
@@ -12,6 +13,7 @@
 #include "platform/common/QtMainQueue.hpp"
 #include "servers/NginxServer.hpp"
 #include "upload/SinkServer.hpp"
+#include "upload/WindowBench.hpp"
 
 #include <QCoreApplication>
 
@@ -177,6 +179,9 @@ int main(int argc, char** argv) {
     if (argc > 3 && std::strcmp(argv[1], "--upload") == 0) {
         return upload(argc, argv);
     }
+    if (argc == 4 && std::strcmp(argv[1], "--window") == 0) {
+        return bench::uploadInWindow(argc, argv, argv[2], argv[3]);
+    }
     const auto mebibytes = static_cast<std::size_t>(argc > 1 ? std::max(1L, std::strtol(argv[1], nullptr, 10)) : 1024);
     const int rounds = argc > 2 ? static_cast<int>(std::max(1L, std::strtol(argv[2], nullptr, 10))) : 5;
     const auto folder = live::TemporaryFolder::create("quillane-upload");
@@ -195,5 +200,11 @@ int main(int argc, char** argv) {
                 "") &&
         compare("https", tls(nginx->ports().https), file, mebibytes, rounds, folder->path(), authority) &&
         compare("https, h2", tls(nginx->ports().http2), file, mebibytes, rounds, folder->path(), authority);
-    return isDone ? 0 : 1;
+    std::fflush(stdout);
+    const std::string self = std::filesystem::read_symlink("/proc/self/exe");
+    const auto output = folder->path() / "window.txt";
+    const bool isDrawn =
+        measure({self, "--window", "http://127.0.0.1:" + std::to_string(sink.port()), file}, output).succeeded;
+    std::printf("%s", live::readFile(output).c_str());
+    return isDone && isDrawn ? 0 : 1;
 }

@@ -29,6 +29,7 @@ constexpr int symbolSize = 48;
 constexpr int buttonPadding = 20;
 constexpr int qrSymbolSize = 20;
 constexpr int fileNameWidth = 440;
+constexpr int contentWidth = 530 - 2 * margin;
 
 QString rendered(const core::LocalizedText& text, core::AppLanguage language) {
     return QString::fromStdString(text.rendered(language));
@@ -108,7 +109,10 @@ void FileShareView::build() {
     fileName_->setAlignment(Qt::AlignCenter);
     bar_->setRange(0, 1000);
     bar_->setTextVisible(false);
-    percentage_->setMinimumWidth(percentage_->fontMetrics().horizontalAdvance(QStringLiteral("100%")));
+    // Of a fixed size, so that a new number draws the window once and does not lay it out anew.
+    percentage_->setFixedSize(percentage_->fontMetrics().size(Qt::TextSingleLine, QStringLiteral("100%")));
+    rate_->setWordWrap(false);
+    rate_->setFixedSize(contentWidth, rate_->fontMetrics().height());
     link_->setReadOnly(true);
     link_->setLayoutDirection(Qt::LeftToRight);
     link_->setAlignment(Qt::AlignLeft);
@@ -274,7 +278,9 @@ void FileShareView::drawUploading(core::AppLanguage language) {
     fileName_->setToolTip(QString::fromStdString(path.string()).toHtmlEscaped());
     const auto progress = model_.progress();
     detail_->setText(rendered(progress < 1 ? texts::uploadingFile : texts::waitingForDownloadLink, language));
+    bar_->setUpdatesEnabled(false); // setValue would draw at once, and the other changes draw the window again
     bar_->setValue(static_cast<int>(progress * bar_->maximum()));
+    bar_->setUpdatesEnabled(true);
     percentage_->setText(QStringLiteral("%1%").arg(static_cast<int>(progress * 100)));
     const auto estimate = model_.estimate();
     rate_->setText(

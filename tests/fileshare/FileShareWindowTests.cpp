@@ -128,6 +128,31 @@ TEST_F(FileShareWindowTests, TellsHowFastItIsAndHowLongItTakes) {
     EXPECT_EQ(text(window, "rate"), "");
 }
 
+TEST_F(FileShareWindowTests, AStepOfTheProgressDrawsTheWindowOnce) {
+    class Drawings : public QObject {
+    public:
+        int count = 0;
+
+    protected:
+        bool eventFilter(QObject*, QEvent* event) override {
+            count += event->type() == QEvent::UpdateRequest ? 1 : 0;
+            return false;
+        }
+    };
+
+    auto& window = open();
+    transfer().send(0, 1000);
+    QTest::qWait(50);
+    Drawings drawings;
+    window.installEventFilter(&drawings);
+    for (int step = 1; step < 9; ++step) {
+        now_ += std::chrono::seconds(1);
+        transfer().send(step * 100, 1000);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(drawings.count, step);
+    }
+}
+
 TEST_F(FileShareWindowTests, ALongNameIsCutInItsMiddleAndHelpHasThePath) {
     const auto name = std::string(100, 'a') + "ש" + std::string(100, 'b') + ".txt";
     service_.show(files_.url(name));

@@ -19,7 +19,7 @@ public:
     using Clock = std::chrono::steady_clock;
 
     /// The delegate hears of bytes sent no more often than this, but for the last ones.
-    static constexpr std::chrono::milliseconds progressInterval{100};
+    static constexpr std::chrono::milliseconds progressInterval{150};
 
     TransferChannel(MainQueue& queue, core::UrlSessionDelegate& delegate);
 

@@ -28,6 +28,7 @@
 #include "platform/linux/X11Session.hpp"
 #include "platform/linux/X11Workspace.hpp"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QDir>
 #include <QLibraryInfo>
@@ -113,6 +114,7 @@ std::optional<PlatformError> checkDesktop() {
 
 std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options) {
     const auto desktop = LinuxDesktop::fromEnvironment();
+    QApplication::setWindowIcon(applicationIcon());
     Platform platform;
     const auto session = std::make_shared<LinuxSession>(); // shared only to hide its type
     platform.session = session;

@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "upload/WindowBench.hpp"
+
+#include "core/fileshare/FileShareServer.hpp"
+#include "fakes/FakeFilePanel.hpp"
+#include "fakes/FakePasteboard.hpp"
+#include "fakes/FakeProxySettings.hpp"
+#include "fakes/FakeUserDefaults.hpp"
+#include "fakes/FakeWindowTraits.hpp"
+#include "fileshare/FileShareWindow.hpp"
+#include "platform/common/CurlUrlSessions.hpp"
+#include "platform/common/QtMainQueue.hpp"
+
+#include <QApplication>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <vector>
+
+namespace quillane::bench {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// Notes when a window is drawn.
+class Drawings : public QObject {
+public:
+    std::vector<Clock::time_point> times;
+
+    /// The most of them in any one second.
+    [[nodiscard]] long most() const {
+        long result = 0;
+        for (auto first = times.begin(); first != times.end(); ++first) {
+            const auto end = std::upper_bound(first, times.end(), *first + std::chrono::seconds(1));
+            result = std::max(result, static_cast<long>(end - first));
+        }
+        return result;
+    }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::UpdateRequest) { // one for the whole window, however much of it changes
+            times.push_back(Clock::now());
+        }
+        return false;
+    }
+};
+
+} // namespace
+
+int uploadInWindow(int argc, char** argv, const std::string& address, const std::string& file) {
+    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    const QApplication application(argc, argv);
+    QtMainQueue queue;
+    CurlUrlSessions sessions(queue, std::make_shared<fakes::FakeProxySettings>());
+    fakes::FakeUserDefaults defaults;
+    core::FileShareServer::validating(address).value().save(defaults);
+    core::AppPreferences preferences(defaults);
+    fakes::FakePasteboard pasteboard;
+    fakes::FakeFilePanel panel;
+    fakes::FakeWindowTraits traits;
+    const FileShareServices services{.userDefaults = defaults,
+                                     .preferences = preferences,
+                                     .pasteboard = pasteboard,
+                                     .filePanel = panel,
+                                     .windowTraits = traits,
+                                     .sessions = sessions.factory(),
+                                     .symbol = [](const std::string&, const QColor&) { return QIcon(); }};
+    FileShareWindow window(core::Url::fromFilePath(file), services);
+    window.show();
+    QApplication::processEvents();
+    Drawings drawings;
+    window.installEventFilter(&drawings);
+    auto& model = window.model();
+    QObject::connect(&model, &FileShareModel::changed, [&] {
+        if (!std::holds_alternative<FileShareModel::Uploading>(model.state())) {
+            QCoreApplication::quit();
+        }
+    });
+    const auto begin = Clock::now();
+    model.start();
+    QCoreApplication::exec();
+    const std::chrono::duration<double> time = Clock::now() - begin;
+    QCoreApplication::processEvents(); // the last drawing
+    std::printf("window       drawn %zu times in %.1f s, at most %ld times in a second\n", drawings.times.size(),
+                time.count(), drawings.most());
+    return std::holds_alternative<FileShareModel::Completed>(model.state()) ? 0 : 1;
+}
+
+} // namespace quillane::bench
