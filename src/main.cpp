@@ -15,6 +15,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QProcess>
+#include <QStandardPaths>
 
 #include <chrono>
 #include <filesystem>
@@ -107,6 +108,10 @@ AppServices services(const Platform& platform, CurlUrlSessions& urlSessions) {
             .applicationMenu = *platform.applicationMenu,
             .windowTraits = *platform.windowTraits,
             .pasteboard = *platform.pasteboard,
+            .hotKeys = *platform.hotKeys,
+            .secureInput = *platform.secureInput,
+            .secretStore = *platform.secretStore,
+            .vaultQueue = *platform.vaultQueue,
             .filePanel = *platform.filePanel,
             .systemSymbols = *platform.systemSymbols,
             .servicesMenu = *platform.servicesMenu,
@@ -148,13 +153,15 @@ int runAgent(int argc, char** argv, const CommandLine::RunAgent& call) {
     core::AppPreferences preferences(*platform->userDefaults);
     SettingsModel model(*platform->userDefaults, *platform->sleepAssertions);
     CurlUrlSessions urlSessions(*platform->mainQueue, platform->proxySettings);
-    AppDelegate delegate(services(*platform, urlSessions), preferences, model,
-                         {.version = QUILLANE_VERSION,
-                          .keyboardAvailable = !platform->keyboardUnavailableReason,
-                          .legacyBundleID = std::string(core::InstallationMigration::legacyBundleID),
-                          .terminate = [] { QCoreApplication::quit(); },
-                          .location = core::ApplicationLocation::of(
-                              QCoreApplication::applicationFilePath().toStdString(), QDir::homePath().toStdString())});
+    AppDelegate delegate(
+        services(*platform, urlSessions), preferences, model,
+        {.version = QUILLANE_VERSION,
+         .keyboardAvailable = !platform->keyboardUnavailableReason,
+         .legacyBundleID = std::string(core::InstallationMigration::legacyBundleID),
+         .terminate = [] { QCoreApplication::quit(); },
+         .applicationSupport = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation).toStdString(),
+         .location = core::ApplicationLocation::of(QCoreApplication::applicationFilePath().toStdString(),
+                                                   QDir::homePath().toStdString())});
     const TerminationSignals termination([] { QCoreApplication::quit(); });
     delegate.applicationDidFinishLaunching();
     (*control)->setHandler([&](const ControlRequest& request) { return delegate.handleControlRequest(request); });

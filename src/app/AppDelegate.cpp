@@ -37,6 +37,19 @@ FileShareServices fileShareServices(const AppServices& services, core::AppPrefer
             }};
 }
 
+ClipboardServices clipboardServices(const AppServices& services, const std::filesystem::path& applicationSupport) {
+    return {.mainQueue = services.mainQueue,
+            .userDefaults = services.userDefaults,
+            .workspace = services.workspace,
+            .pasteboard = services.pasteboard,
+            .hotKeys = services.hotKeys,
+            .secureInput = services.secureInput,
+            .secretStore = services.secretStore,
+            .vaultQueue = services.vaultQueue,
+            .vaultFolder = applicationSupport / "Quillane" / "ClipboardHistory",
+            .now = [] { return core::dateOf(std::chrono::system_clock::now()); }};
+}
+
 } // namespace
 
 AppDelegate::AppDelegate(AppServices services, core::AppPreferences& preferences, SettingsModel& model,
@@ -58,6 +71,7 @@ AppDelegate::AppDelegate(AppServices services, core::AppPreferences& preferences
           DirectionServices{services.accessibility, services.workspace, services.mainQueue, services.userDefaults},
           [this] { return model_.canTestDirection(); }, [this](const core::LocalizedText& text) { report(text); }),
       fileShare_(fileShareServices(services, preferences)),
+      clipboard_(clipboardServices(services, environment_.applicationSupport)),
       loginItem_(services.loginItem, environment_.location.installed),
       updater_(services.updater, services.windowTraits, environment_.version),
       wasPaused_(model.options().paused) {}
@@ -69,6 +83,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     services_.windowTraits.setActivationPolicy(ActivationPolicy::accessory);
     rebuildMenus();
     updater_.start();
+    clipboard_.start();
     wireControllers();
     observeWorkspace();
     applyOptions();
@@ -134,6 +149,7 @@ void AppDelegate::applicationWillTerminate() {
     model_.endKeepAwake();
     services_.servicesMenu.provideShare(nullptr);
     fileShare_.cancelAll();
+    clipboard_.stop();
     refreshTimer_.cancel();
     subscriptions_.clear();
 }
@@ -210,6 +226,7 @@ void AppDelegate::refreshRuntime() {
 
 void AppDelegate::publishRuntime() {
     const auto facts = runtimeFacts();
+    clipboard_.configure({.paused = facts.options.paused, .remote = facts.screenSharingSuspended});
     const auto input = input_.current();
     auto runtime = model_.runtime();
     runtime.accessibilityGranted = permissions_.granted().contains(core::MacPermission::accessibility);
@@ -296,6 +313,10 @@ StatusReport AppDelegate::statusReport() const {
             .runtime = model_.runtime(),
             .lastAction = model_.lastAction(),
             .directions = directions_,
+            .clipboard = {.status = clipboard_.status(),
+                          .entries = clipboard_.history().entries().size(),
+                          .storageError = clipboard_.hasStorageError(),
+                          .hotKeyConflict = clipboard_.hasHotKeyConflict()},
             .statusItemVisible = services_.statusItem.isVisible()};
 }
 

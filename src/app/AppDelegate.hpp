@@ -7,6 +7,7 @@
 #include "app/SettingsModel.hpp"
 #include "app/StatusMenu.hpp"
 #include "app/StatusReport.hpp"
+#include "clipboard/ClipboardManager.hpp"
 #include "core/preferences/AppPreferences.hpp"
 #include "direction/DirectionCommands.hpp"
 #include "fileshare/FileShareService.hpp"
@@ -18,6 +19,7 @@
 #include "system/AppUpdater.hpp"
 #include "system/LoginItemController.hpp"
 
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
@@ -30,10 +32,11 @@ namespace quillane {
 class AppDelegate {
 public:
     struct Environment {
-        std::string version;             ///< shown in the menu
-        bool keyboardAvailable = true;   ///< false where the desktop cannot observe keys (Wayland)
-        std::string legacyBundleID;      ///< of the previous edition, which must not run beside this one
-        std::function<void()> terminate; ///< ends the event loop
+        std::string version;                      ///< shown in the menu
+        bool keyboardAvailable = true;            ///< false where the desktop cannot observe keys (Wayland)
+        std::string legacyBundleID;               ///< of the previous edition, which must not run beside this one
+        std::function<void()> terminate;          ///< ends the event loop
+        std::filesystem::path applicationSupport; ///< where applications keep the user's data
         core::ApplicationLocation location;
     };
 
@@ -80,6 +83,7 @@ private:
     InputSourceSwitcher switcher_;
     DirectionCommands direction_;
     FileShareService fileShare_;
+    ClipboardManager clipboard_;
     LoginItemController loginItem_;
     AppUpdater updater_;
     bool wasPaused_; ///< when the options were applied last

@@ -4,10 +4,12 @@
 
 #include "core/fileshare/UrlSession.hpp"
 #include "core/preferences/UserDefaults.hpp"
+#include "core/support/SecretStore.hpp"
 #include "platform/Accessibility.hpp"
 #include "platform/ApplicationMenu.hpp"
 #include "platform/EventTap.hpp"
 #include "platform/FilePanel.hpp"
+#include "platform/HotKeys.hpp"
 #include "platform/InputSources.hpp"
 #include "platform/KeyEvents.hpp"
 #include "platform/Launcher.hpp"
@@ -15,6 +17,8 @@
 #include "platform/MainQueue.hpp"
 #include "platform/Pasteboard.hpp"
 #include "platform/PermissionService.hpp"
+#include "platform/SecureInput.hpp"
+#include "platform/SerialQueue.hpp"
 #include "platform/ServicesMenu.hpp"
 #include "platform/StatusItem.hpp"
 #include "platform/SystemSymbols.hpp"
@@ -38,6 +42,10 @@ struct AppServices {
     ApplicationMenu& applicationMenu;
     WindowTraits& windowTraits;
     Pasteboard& pasteboard;
+    HotKeys& hotKeys;
+    SecureInput& secureInput;
+    core::SecretStore& secretStore;
+    SerialQueue& vaultQueue; ///< where the clipboard history's disk work runs
     FilePanel& filePanel;
     SystemSymbols& systemSymbols;
     ServicesMenu& servicesMenu;

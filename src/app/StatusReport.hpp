@@ -17,6 +17,14 @@ struct DirectionDeliveries {
     std::size_t count = 0;
 };
 
+/// The state of the clipboard history, and nothing of what is in it.
+struct ClipboardReport {
+    core::LocalizedText status;
+    std::size_t entries = 0;
+    bool storageError = false;
+    bool hotKeyConflict = false;
+};
+
 /// The runtime facts that the menu and the settings window show, and nothing of what the user types or copies.
 struct StatusReport {
     std::string version;
@@ -25,6 +33,7 @@ struct StatusReport {
     SettingsModel::Runtime runtime;
     core::LocalizedText lastAction;
     DirectionDeliveries directions;
+    ClipboardReport clipboard;
     bool statusItemVisible = false;
 };
 

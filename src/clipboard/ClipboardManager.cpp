@@ -83,8 +83,8 @@ void ClipboardManager::start() {
                                                  : core::ClipboardSnapshot::wantedTypes(types, options_);
     });
     notices_ = services_.pasteboard.onChanged([this] { poll(); });
-    timer_ = services_.mainQueue.repeat(pollInterval, [this] { poll(); });
     load();
+    updateCollecting();
     updateShortcut();
 }
 
@@ -130,11 +130,23 @@ void ClipboardManager::configure(Suspension suspension) {
     if (std::exchange(suspension_, suspension) == suspension) {
         return;
     }
+    updateCollecting();
     updateShortcut();
-    if (!isCollecting() && onClosePanel) {
+    changes_.notify();
+}
+
+/// What is on the pasteboard when collecting begins anew has been copied while nothing was to be recorded.
+void ClipboardManager::updateCollecting() {
+    if (!started_ || std::exchange(collects_, isCollecting()) == isCollecting()) {
+        return;
+    }
+    timer_.cancel(); // while it is off, nothing wakes the processor for it
+    if (collects_) {
+        revision_ = services_.pasteboard.changeCount();
+        timer_ = services_.mainQueue.repeat(pollInterval, [this] { poll(); });
+    } else if (onClosePanel) {
         onClosePanel();
     }
-    changes_.notify();
 }
 
 void ClipboardManager::setOptions(const core::ClipboardOptions& options) {
@@ -144,10 +156,8 @@ void ClipboardManager::setOptions(const core::ClipboardOptions& options) {
     options_ = options;
     services_.userDefaults.setObject(core::clipboardOptionsKey, core::encodeClipboardOptions(options_));
     history_.trim(options_);
+    updateCollecting();
     updateShortcut();
-    if (!isCollecting() && onClosePanel) {
-        onClosePanel();
-    }
     save();
     changes_.notify();
 }

@@ -124,6 +124,7 @@ private:
     void finishLoading(Loaded loaded);
     void save();
     void saveNow();
+    void updateCollecting();
     void updateShortcut();
     void setStorageError(bool error);
 
@@ -135,6 +136,7 @@ private:
     std::int64_t revision_ = 0; ///< the change count that was seen last
     std::uint64_t saveWork_ = 0;
     bool started_ = false;
+    bool collects_ = false;
     bool loading_ = false;
     bool ready_ = false;
     bool storageError_ = false;

@@ -4,10 +4,12 @@
 
 #include "core/power/SleepAssertionClient.hpp"
 #include "core/preferences/UserDefaults.hpp"
+#include "core/support/SecretStore.hpp"
 #include "platform/Accessibility.hpp"
 #include "platform/ApplicationMenu.hpp"
 #include "platform/EventTap.hpp"
 #include "platform/FilePanel.hpp"
+#include "platform/HotKeys.hpp"
 #include "platform/InputSources.hpp"
 #include "platform/KeyEvents.hpp"
 #include "platform/Launcher.hpp"
@@ -16,6 +18,8 @@
 #include "platform/Pasteboard.hpp"
 #include "platform/PermissionService.hpp"
 #include "platform/ProxySettings.hpp"
+#include "platform/SecureInput.hpp"
+#include "platform/SerialQueue.hpp"
 #include "platform/ServicesMenu.hpp"
 #include "platform/StatusItem.hpp"
 #include "platform/SystemSymbols.hpp"
@@ -47,6 +51,10 @@ struct Platform {
     std::unique_ptr<WindowTraits> windowTraits;
     std::unique_ptr<core::SleepAssertionClient> sleepAssertions;
     std::unique_ptr<Pasteboard> pasteboard;
+    std::unique_ptr<HotKeys> hotKeys;
+    std::unique_ptr<SecureInput> secureInput;
+    std::unique_ptr<core::SecretStore> secretStore;
+    std::unique_ptr<SerialQueue> vaultQueue; ///< after the secret store, which its tasks use
     std::unique_ptr<FilePanel> filePanel;
     std::shared_ptr<const ProxySettings> proxySettings; ///< shared with the threads of transfers
     std::unique_ptr<SystemSymbols> systemSymbols;

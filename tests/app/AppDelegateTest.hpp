@@ -6,6 +6,7 @@
 #include "core/preferences/InstallationMigration.hpp"
 #include "fakes/FakeDesktop.hpp"
 #include "fakes/FakeUserDefaults.hpp"
+#include "fakes/TemporaryFiles.hpp"
 
 #include <gtest/gtest.h>
 
@@ -37,6 +38,10 @@ protected:
                                      .applicationMenu = desktop.applicationMenu,
                                      .windowTraits = desktop.windowTraits,
                                      .pasteboard = desktop.pasteboard,
+                                     .hotKeys = desktop.hotKeys,
+                                     .secureInput = desktop.secureInput,
+                                     .secretStore = desktop.secretStore,
+                                     .vaultQueue = desktop.vaultQueue,
                                      .filePanel = desktop.filePanel,
                                      .systemSymbols = desktop.systemSymbols,
                                      .servicesMenu = desktop.servicesMenu,
@@ -49,6 +54,7 @@ protected:
                                                   .keyboardAvailable = keyboardAvailable,
                                                   .legacyBundleID = std::string(legacyBundleID),
                                                   .terminate = [this] { ++terminations; },
+                                                  .applicationSupport = files.folder(),
                                                   .location = {"/Applications/Quillane.app", true}});
         delegate->applicationDidFinishLaunching();
         return *delegate;
@@ -65,6 +71,7 @@ protected:
         desktop.release(fakes::Modifier::leftShift).release(fakes::Modifier::leftOption).settle();
     }
 
+    fakes::TemporaryFiles files;
     fakes::FakeDesktop desktop;
     fakes::FakeUserDefaults defaults;
     bool keyboardAvailable = true;

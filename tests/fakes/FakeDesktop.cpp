@@ -24,6 +24,10 @@ Platform makeFakes() {
     made.windowTraits = std::make_unique<FakeWindowTraits>();
     made.sleepAssertions = std::make_unique<FakeSleepAssertions>();
     made.pasteboard = std::make_unique<FakePasteboard>();
+    made.hotKeys = std::make_unique<FakeHotKeys>(*made.mainQueue);
+    made.secureInput = std::make_unique<FakeSecureInput>();
+    made.secretStore = std::make_unique<FakeSecretStore>();
+    made.vaultQueue = std::make_unique<FakeSerialQueue>();
     made.filePanel = std::make_unique<FakeFilePanel>();
     made.systemSymbols = std::make_unique<FakeSystemSymbols>();
     made.servicesMenu = std::make_unique<FakeServicesMenu>();
@@ -70,6 +74,10 @@ FakeDesktop::FakeDesktop(Platform made)
       windowTraits(fake<FakeWindowTraits>(platform.windowTraits)),
       sleepAssertions(fake<FakeSleepAssertions>(platform.sleepAssertions)),
       pasteboard(fake<FakePasteboard>(platform.pasteboard)),
+      hotKeys(fake<FakeHotKeys>(platform.hotKeys)),
+      secureInput(fake<FakeSecureInput>(platform.secureInput)),
+      secretStore(fake<FakeSecretStore>(platform.secretStore)),
+      vaultQueue(fake<FakeSerialQueue>(platform.vaultQueue)),
       filePanel(fake<FakeFilePanel>(platform.filePanel)),
       systemSymbols(fake<FakeSystemSymbols>(platform.systemSymbols)),
       servicesMenu(fake<FakeServicesMenu>(platform.servicesMenu)),

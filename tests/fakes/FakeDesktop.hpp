@@ -6,6 +6,7 @@
 #include "fakes/FakeApplicationMenu.hpp"
 #include "fakes/FakeEventTap.hpp"
 #include "fakes/FakeFilePanel.hpp"
+#include "fakes/FakeHotKeys.hpp"
 #include "fakes/FakeInputSources.hpp"
 #include "fakes/FakeKeyEvents.hpp"
 #include "fakes/FakeLauncher.hpp"
@@ -13,6 +14,9 @@
 #include "fakes/FakeMainQueue.hpp"
 #include "fakes/FakePasteboard.hpp"
 #include "fakes/FakePermissionService.hpp"
+#include "fakes/FakeSecretStore.hpp"
+#include "fakes/FakeSecureInput.hpp"
+#include "fakes/FakeSerialQueue.hpp"
 #include "fakes/FakeServicesMenu.hpp"
 #include "fakes/FakeSleepAssertions.hpp"
 #include "fakes/FakeStatusItem.hpp"
@@ -66,6 +70,10 @@ public:
     FakeWindowTraits& windowTraits;
     FakeSleepAssertions& sleepAssertions;
     FakePasteboard& pasteboard;
+    FakeHotKeys& hotKeys;
+    FakeSecureInput& secureInput;
+    FakeSecretStore& secretStore;
+    FakeSerialQueue& vaultQueue;
     FakeFilePanel& filePanel;
     FakeSystemSymbols& systemSymbols;
     FakeServicesMenu& servicesMenu;

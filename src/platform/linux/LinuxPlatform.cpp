@@ -4,10 +4,12 @@
 
 #include "platform/common/QtLauncher.hpp"
 #include "platform/common/QtMainQueue.hpp"
+#include "platform/common/ThreadSerialQueue.hpp"
 #include "platform/linux/AtspiAccessibility.hpp"
 #include "platform/linux/AtspiPermissionService.hpp"
 #include "platform/linux/AutostartLoginItem.hpp"
 #include "platform/linux/CommandServicesMenu.hpp"
+#include "platform/linux/FocusSecureInput.hpp"
 #include "platform/linux/LinuxDesktop.hpp"
 #include "platform/linux/LinuxProxySettings.hpp"
 #include "platform/linux/LinuxSleepAssertions.hpp"
@@ -15,6 +17,7 @@
 #include "platform/linux/PropertyListDefaults.hpp"
 #include "platform/linux/QtFilePanel.hpp"
 #include "platform/linux/QtPasteboard.hpp"
+#include "platform/linux/SecretServiceStore.hpp"
 #include "platform/linux/SessionBus.hpp"
 #include "platform/linux/SystemSymbols.hpp"
 #include "platform/linux/TrayStatusItem.hpp"
@@ -22,6 +25,7 @@
 #include "platform/linux/WindowKeysApplicationMenu.hpp"
 #include "platform/linux/X11Blanking.hpp"
 #include "platform/linux/X11EventTap.hpp"
+#include "platform/linux/X11HotKeys.hpp"
 #include "platform/linux/X11InputSources.hpp"
 #include "platform/linux/X11KeyEvents.hpp"
 #include "platform/linux/X11Pasteboard.hpp"
@@ -139,6 +143,14 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.sleepAssertions = std::make_unique<LinuxSleepAssertions>(
         session->bus, session->x11 ? std::make_unique<X11Blanking>(*session->x11->connection) : nullptr);
     platform.pasteboard = makePasteboard(desktop, *session);
+    if (session->x11 && session->pasteboard) {
+        platform.hotKeys = std::make_unique<X11HotKeys>(*session->pasteboard, *session->x11->keyboard);
+    } else {
+        platform.hotKeys = std::make_unique<UnavailableHotKeys>();
+    }
+    platform.secureInput = std::make_unique<FocusSecureInput>(*platform.accessibility, *platform.workspace);
+    platform.secretStore = std::make_unique<SecretServiceStore>();
+    platform.vaultQueue = std::make_unique<ThreadSerialQueue>();
     platform.filePanel = std::make_unique<QtFilePanel>();
     platform.proxySettings = std::make_shared<LinuxProxySettings>();
     platform.systemSymbols = std::make_unique<LineArtSymbols>();

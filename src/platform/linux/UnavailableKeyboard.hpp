@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/EventTap.hpp"
+#include "platform/HotKeys.hpp"
 #include "platform/InputSources.hpp"
 #include "platform/KeyEvents.hpp"
 #include "platform/Workspace.hpp"
@@ -39,6 +40,14 @@ public:
     [[nodiscard]] bool switchedBySystemShortcut() const override { return false; }
 
     core::Subscription onChanged(std::function<void()>) override { return {}; }
+};
+
+/// No key can be taken: registering does nothing, and no other program is to blame for it.
+class UnavailableHotKeys final : public HotKeys {
+public:
+    core::Subscription registerHotKey(const HotKey&, std::function<void()>, std::function<void()>) override {
+        return {};
+    }
 };
 
 /// The workspace where no window system tells what is in front.

@@ -5,10 +5,12 @@
 #include "core/preferences/InstallationMigration.hpp"
 #include "platform/common/QtLauncher.hpp"
 #include "platform/common/QtMainQueue.hpp"
+#include "platform/common/ThreadSerialQueue.hpp"
 #include "platform/macos/MacAccessibility.hpp"
 #include "platform/macos/MacApplicationMenu.hpp"
 #include "platform/macos/MacEventTap.hpp"
 #include "platform/macos/MacFilePanel.hpp"
+#include "platform/macos/MacHotKeys.hpp"
 #include "platform/macos/MacInputSources.hpp"
 #include "platform/macos/MacKeyEvents.hpp"
 #include "platform/macos/MacLaunch.hpp"
@@ -16,6 +18,8 @@
 #include "platform/macos/MacPasteboard.hpp"
 #include "platform/macos/MacPermissionService.hpp"
 #include "platform/macos/MacProxySettings.hpp"
+#include "platform/macos/MacSecretStore.hpp"
+#include "platform/macos/MacSecureInput.hpp"
 #include "platform/macos/MacServicesMenu.hpp"
 #include "platform/macos/MacSleepAssertions.hpp"
 #include "platform/macos/MacStatusItem.hpp"
@@ -49,6 +53,10 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.windowTraits = std::make_unique<MacWindowTraits>();
     platform.sleepAssertions = std::make_unique<MacSleepAssertions>();
     platform.pasteboard = std::make_unique<MacPasteboard>();
+    platform.hotKeys = std::make_unique<MacHotKeys>();
+    platform.secureInput = std::make_unique<MacSecureInput>();
+    platform.secretStore = std::make_unique<MacSecretStore>();
+    platform.vaultQueue = std::make_unique<ThreadSerialQueue>();
     platform.filePanel = std::make_unique<MacFilePanel>();
     platform.proxySettings = std::make_shared<MacProxySettings>();
     platform.systemSymbols = std::make_unique<MacSystemSymbols>();
