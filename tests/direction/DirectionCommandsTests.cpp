@@ -1,0 +1,182 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "direction/DirectionCommands.hpp"
+
+#include "direction/AX.hpp"
+#include "direction/DirectionTest.hpp"
+
+namespace quillane::testing {
+namespace {
+
+class DirectionCommandsTest : public DirectionTest {
+protected:
+    DirectionCommands commands{services(), [this] { return canApply; }, report()};
+    bool canApply = true;
+};
+
+TEST_F(DirectionCommandsTest, EachApplicationHasItsAdapter) {
+    const std::vector<std::pair<std::string, std::string>> hints{
+        {"com.microsoft.Outlook", "Place the cursor in the Outlook message body or subject"},
+        {"com.google.Chrome", "Place the cursor in an editable text field on the website"},
+        {"com.apple.Safari", "Place the cursor in an editable text field on the website"},
+        {"com.apple.TextEdit", "Place the cursor in the TextEdit document body"},
+        {"com.apple.Notes", "Place the cursor in the Notes note body"},
+        {"com.apple.mail", "Place the cursor in the Mail message body or subject"},
+        {"com.microsoft.Word", "Place the cursor in the Word document body"},
+        {"org.libreoffice.script", "Place the cursor in a paragraph in LibreOffice Writer"}};
+    for (const auto& [bundleID, hint] : hints) {
+        openApplication(bundleID);
+        said.clear();
+        commands.apply(WritingDirection::rightToLeft);
+        EXPECT_THAT(said, ElementsAre(hint)) << bundleID;
+    }
+}
+
+TEST_F(DirectionCommandsTest, SaysNothingElsewhereOrWhileItCannotBeApplied) {
+    commands.apply(WritingDirection::rightToLeft);
+    for (const auto* bundleID : {"com.apple.Mail", "com.apple.finder"}) {
+        openApplication(bundleID);
+        commands.apply(WritingDirection::rightToLeft);
+    }
+    openApplication("com.apple.mail");
+    canApply = false;
+    commands.apply(WritingDirection::rightToLeft);
+    EXPECT_THAT(said, IsEmpty());
+}
+
+TEST_F(DirectionCommandsTest, ATestSaysWhatItNeeds) {
+    canApply = false;
+    commands.test(WritingDirection::rightToLeft, "com.apple.Notes");
+    canApply = true;
+    commands.test(WritingDirection::rightToLeft, "com.apple.Notes");
+    EXPECT_THAT(said, ElementsAre("Enable the direction feature and grant the required permissions",
+                                  "Open the selected app and place the cursor in a text field"));
+}
+
+TEST_F(DirectionCommandsTest, ATestComesAQuarterOfASecondAfterTheActivation) {
+    openApplication("com.apple.Notes");
+    desktop.withFrontApplication("com.quillane.app");
+    commands.test(WritingDirection::rightToLeft, "com.apple.Notes");
+    EXPECT_EQ(desktop.frontPid(), pid);
+    desktop.queue.advance(249ms);
+    EXPECT_THAT(said, IsEmpty());
+    desktop.queue.advance(1ms);
+    EXPECT_THAT(said, ElementsAre("Place the cursor in the Notes note body"));
+}
+
+TEST_F(DirectionCommandsTest, ATestEndsSilentlyWhenItsTargetIsNotInFront) {
+    openApplication("com.apple.Notes");
+    desktop.withFrontApplication("com.quillane.app");
+    desktop.workspace.setRefusesActivation(true);
+    commands.test(WritingDirection::rightToLeft, "com.apple.Notes");
+    desktop.queue.advance(1s);
+    desktop.workspace.setRefusesActivation(false);
+    commands.test(WritingDirection::rightToLeft, "com.apple.Notes");
+    desktop.workspace.quit(pid);
+    desktop.queue.advance(1s);
+    EXPECT_THAT(said, IsEmpty());
+}
+
+TEST_F(DirectionCommandsTest, TheTargetIsASupportedApplication) {
+    EXPECT_FALSE(commands.target());
+    openApplication("com.apple.Notes");
+    EXPECT_EQ(commands.target(), "com.apple.Notes");
+    openApplication("org.libreoffice.script");
+    EXPECT_FALSE(commands.target());
+}
+
+/// A document in Writer, its window full of other things.
+class LibreOfficeDirection : public DirectionCommandsTest {
+protected:
+    LibreOfficeDirection() {
+        openApplication("org.libreoffice.script");
+        window->add("AXToolbar").add("AXButton").with("AXTitle", std::string("Bold")).withAction("AXPress");
+        toolbar = &window->add("AXGroup").add("AXToolbar");
+        rtl = &toolbar->add("AXButton").with("AXTitle", std::string("Right-To-Left")).withAction("AXPress");
+        paragraph = &window->addTextField("AXTextArea");
+        focus(*paragraph);
+    }
+
+    void apply() { commands.apply(WritingDirection::rightToLeft); }
+
+    FakeElement* toolbar = nullptr;
+    FakeElement* rtl = nullptr;
+    FakeElement* paragraph = nullptr;
+};
+
+TEST_F(LibreOfficeDirection, PressesTheButtonOfAToolbar) {
+    apply();
+    rtl->with("AXEnabled", false);
+    apply();
+    toolbar->present(false);
+    apply();
+    EXPECT_THAT(said,
+                ElementsAre("Applied RTL in LibreOffice Writer",
+                            "LibreOffice Writer cannot change direction in this document",
+                            "Show the Formatting toolbar with paragraph direction buttons in LibreOffice Writer"));
+    EXPECT_EQ(countOf(*rtl, "AXPress"), 1);
+}
+
+TEST_F(LibreOfficeDirection, ReadOnlyDocumentsGetTheHint) {
+    paragraph->settable("AXValue", false);
+    apply();
+    EXPECT_THAT(said, ElementsAre("Place the cursor in a paragraph in LibreOffice Writer"));
+    EXPECT_THAT(desktop.accessibility.actions(), IsEmpty());
+}
+
+/// The helpers, on a tree of their own.
+class AXHelpers : public DirectionTest {
+protected:
+    AXHelpers() { openApplication("com.apple.TextEdit"); }
+
+    AXElement reference(FakeElement& element) { return desktop.accessibility.reference(element); }
+
+    bool isFound(FakeElement& target, std::size_t limit) {
+        const auto found =
+            AX::find(desktop.accessibility, reference(*window), limit, {},
+                     [&](const AXElement& element, std::string_view) { return element == reference(target); });
+        return found.has_value();
+    }
+};
+
+TEST_F(AXHelpers, ASearchIsBoundedAndBreadthFirst) {
+    auto& first = window->add("AXGroup");
+    auto& second = window->add("AXGroup");
+    auto& below = first.add("AXGroup");
+    EXPECT_TRUE(isFound(second, 3));
+    EXPECT_FALSE(isFound(below, 3));
+    EXPECT_TRUE(isFound(below, 4));
+}
+
+TEST_F(AXHelpers, ASearchNeverLooksInsideTextTablesListsAndPages) {
+    for (const auto* role : {"AXWebArea", "AXTextArea", "AXTextField", "AXTable", "AXOutline", "AXList"}) {
+        auto& container = window->add(role);
+        EXPECT_FALSE(isFound(container.add("AXGroup"), 100)) << role;
+        EXPECT_TRUE(isFound(container, 100)) << role;
+    }
+}
+
+TEST_F(AXHelpers, AnAncestorIsFoundWithinThirtyTwoSteps) {
+    auto* element = window;
+    for (int step = 0; step < 31; ++step) {
+        element = &element->add("AXGroup");
+    }
+    auto& accessibility = desktop.accessibility;
+    EXPECT_TRUE(AX::isDescendant(accessibility, reference(*element), reference(*window)));
+    EXPECT_FALSE(AX::isDescendant(accessibility, reference(element->add("AXGroup")), reference(*window)));
+    EXPECT_TRUE(AX::isDescendant(accessibility, reference(*window), reference(*window)));
+    EXPECT_FALSE(AX::isDescendant(accessibility, reference(*window), reference(*element)));
+}
+
+TEST_F(AXHelpers, ALabelIsTheTitleOrElseTheDescriptionWithoutWhiteSpace) {
+    auto& element = window->add("AXButton").with("AXTitle", std::string(" Home\n"));
+    EXPECT_TRUE(AX::matches(desktop.accessibility, reference(element), "Home"));
+    element.with("AXDescription", std::string("\u00A0"
+                                              "ribbon"));
+    EXPECT_TRUE(AX::matches(desktop.accessibility, reference(element), "ribbon"));
+    EXPECT_FALSE(AX::matches(desktop.accessibility, reference(element), "home"));
+}
+
+} // namespace
+} // namespace quillane::testing

@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "core/direction/SupportedApplication.hpp"
+#include "core/direction/WritingDirection.hpp"
+#include "direction/DirectionServices.hpp"
+#include "fakes/FakeDesktop.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace quillane::testing {
+
+using namespace std::chrono_literals;
+using core::SupportedApplication;
+using core::WritingDirection;
+using fakes::FakeElement;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+/// A faked desktop with an application in front, and what the adapters say, in English.
+class DirectionTest : public ::testing::Test {
+protected:
+    void openApplication(std::string_view bundleID) {
+        desktop.withFrontApplication(std::string(bundleID));
+        pid = desktop.frontPid();
+        window = &tree().add("AXWindow");
+        tree().with("AXFocusedWindow", *window);
+    }
+
+    FakeElement& tree() { return desktop.accessibility.tree(pid); }
+
+    void focus(FakeElement& element) { desktop.accessibility.focus(pid, &element); }
+
+    DirectionServices services() {
+        return {desktop.accessibility, desktop.workspace, desktop.queue, desktop.userDefaults};
+    }
+
+    DirectionReport report() {
+        return [this](const core::LocalizedText& text) { said.push_back(text.rendered(core::AppLanguage::english)); };
+    }
+
+    [[nodiscard]] long countOf(const FakeElement& element, const std::string& action) const {
+        return std::ranges::count(desktop.accessibility.actions(), fakes::FakeAccessibility::Action{&element, action});
+    }
+
+    fakes::FakeDesktop desktop;
+    pid_t pid = 0;
+    FakeElement* window = nullptr;
+    std::vector<std::string> said;
+};
+
+} // namespace quillane::testing

@@ -1,0 +1,422 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "direction/NativeDirectionAdapter.hpp"
+
+#include "direction/DirectionTest.hpp"
+
+namespace quillane::testing {
+namespace {
+
+/// An editor in each application, with a context menu that opens as the tests say.
+class NativeDirection : public DirectionTest {
+protected:
+    NativeDirection() : adapter(services(), report()) {}
+
+    /// A text field of a web page that has the focus.
+    void openChrome(std::string_view bundleID = "com.google.Chrome",
+                    const std::string& menuTitle = "Writing Direction") {
+        openApplication(bundleID);
+        page = &window->add("AXWebArea");
+        useEditor(page->add("AXTextArea").with("AXEnabled", true).settable("AXValue"), menuTitle);
+    }
+
+    void useEditor(FakeElement& element, const std::string& menuTitle) {
+        editor = &element;
+        editor->with("AXSelectedTextRange", AXTextRange{4, 2}).settable("AXSelectedTextRange");
+        editor->with("AXWindow", *window);
+        editor->withAction("AXShowMenu", [this] {
+            onShowMenu();
+            return showMenuResult;
+        });
+        focus(*editor);
+        menu = &tree().add("AXMenu").present(false).withAction("AXCancel");
+        item = &menu->add("AXMenuItem").with("AXTitle", " " + menuTitle + "\n");
+        submenu = &item->add("AXMenu");
+        for (const auto* title : {"Default", "Left to Right", "Right to Left"}) {
+            commands.push_back(&submenu->add("AXMenuItem").with("AXTitle", std::string(title)).withAction("AXPress"));
+        }
+    }
+
+    void openMenu() { menu->present(); }
+
+    void apply(WritingDirection direction = WritingDirection::rightToLeft,
+               SupportedApplication application = SupportedApplication::chrome) {
+        adapter.apply(direction, application);
+    }
+
+    void expectNotApplied() {
+        for (const auto* command : commands) {
+            EXPECT_EQ(countOf(*command, "AXPress"), 0);
+        }
+        EXPECT_FALSE(desktop.accessibility.isObserved(pid, "AXMenuOpened"));
+    }
+
+    /// The attempt is over: the next one begins anew.
+    void expectNextAttemptWorks() {
+        said.clear();
+        menu->present(false);
+        onShowMenu = [this] { openMenu(); };
+        showMenuResult = AXActionResult::done;
+        focus(*editor);
+        editor->with("AXSelectedTextRange", AXTextRange{4, 2});
+        apply();
+        desktop.queue.advance(60ms);
+        EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
+    }
+
+    NativeDirectionAdapter adapter;
+    FakeElement* page = nullptr;
+    FakeElement* editor = nullptr;
+    FakeElement* menu = nullptr;
+    FakeElement* item = nullptr;
+    FakeElement* submenu = nullptr;
+    std::vector<FakeElement*> commands;
+    std::function<void()> onShowMenu = [this] { openMenu(); };
+    AXActionResult showMenuResult = AXActionResult::done;
+};
+
+TEST_F(NativeDirection, PressesTheCommandOfTheDirectionAfterOneStep) {
+    openChrome();
+    apply();
+    EXPECT_TRUE(desktop.accessibility.isObserved(pid, "AXMenuOpened"));
+    desktop.queue.advance(59ms);
+    EXPECT_THAT(said, IsEmpty());
+    desktop.queue.advance(1ms);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
+    EXPECT_EQ(countOf(*commands[2], "AXPress"), 1);
+    EXPECT_EQ(countOf(*menu, "AXCancel"), 0);
+    EXPECT_EQ(desktop.queue.timerCount(), 0U);
+    EXPECT_FALSE(desktop.accessibility.isObserved(pid, "AXMenuOpened"));
+    menu->present(false);
+    apply(WritingDirection::leftToRight);
+    desktop.queue.advance(60ms);
+    EXPECT_EQ(said.back(), "Applied LTR in Chrome");
+    EXPECT_EQ(countOf(*commands[1], "AXPress"), 1);
+}
+
+TEST_F(NativeDirection, EveryCallIsBoundedByTheTimeout) {
+    openChrome();
+    apply();
+    desktop.queue.advance(60ms);
+    for (const auto& call : desktop.accessibility.calls()) {
+        EXPECT_EQ(call.timeout, 150ms) << call.what;
+    }
+}
+
+TEST_F(NativeDirection, CannotCompleteCountsAsShown) {
+    openChrome();
+    showMenuResult = AXActionResult::cannotComplete;
+    apply();
+    desktop.queue.advance(60ms);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
+}
+
+TEST_F(NativeDirection, AMenuThatCannotBeShownIsToldAtOnce) {
+    openChrome();
+    showMenuResult = AXActionResult::failed;
+    onShowMenu = [] {};
+    apply();
+    EXPECT_THAT(said, ElementsAre("Chrome cannot open the direction menu for this field"));
+    EXPECT_EQ(desktop.queue.timerCount(), 0U);
+    expectNotApplied();
+    expectNextAttemptWorks();
+}
+
+TEST_F(NativeDirection, AMenuThatIsOpenAlreadyIsLeftAlone) {
+    openChrome();
+    openMenu();
+    apply();
+    EXPECT_THAT(said, ElementsAre("Close the open menu and try again"));
+    EXPECT_THAT(desktop.accessibility.actions(), IsEmpty());
+    EXPECT_EQ(desktop.queue.timerCount(), 0U);
+}
+
+TEST_F(NativeDirection, WaitsForTheMenuThroughTwentyFourMoreRuns) {
+    openChrome();
+    onShowMenu = [] {};
+    apply();
+    desktop.queue.advance(1440ms); // 24 runs
+    EXPECT_THAT(said, IsEmpty());
+    openMenu();
+    desktop.queue.advance(60ms);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
+}
+
+TEST_F(NativeDirection, GivesUpInTheTwentyFifthRunWithADiagnostic) {
+    openChrome();
+    editor->add("AXStaticText");
+    onShowMenu = [] {};
+    apply();
+    desktop.queue.advance(1499ms);
+    EXPECT_THAT(said, IsEmpty());
+    desktop.queue.advance(1ms);
+    EXPECT_THAT(said, ElementsAre("The direction menu is unavailable in this editor"));
+    EXPECT_EQ(desktop.queue.timerCount(), 0U);
+    EXPECT_EQ(desktop.userDefaults.string("LastBrowserDiagnostic"),
+              "Editor actions: AXShowMenu\nFocus role: AXTextArea\nChild role: AXStaticText");
+    expectNotApplied();
+    expectNextAttemptWorks();
+}
+
+TEST_F(NativeDirection, ASecondChordWhileOneRunsIsIgnored) {
+    openChrome();
+    onShowMenu = [] {};
+    apply();
+    apply(WritingDirection::leftToRight);
+    EXPECT_EQ(countOf(*editor, "AXShowMenu"), 1);
+    openMenu();
+    desktop.queue.advance(200ms);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
+}
+
+TEST_F(NativeDirection, TakesTheMenuThatWasToldToHaveOpened) {
+    openChrome();
+    auto& elsewhere = window->add("AXTable").add("AXMenu").withAction("AXCancel"); // where no search looks
+    auto& line = elsewhere.add("AXMenuItem").with("AXDescription", "Writing Direction").add("AXMenu");
+    auto& command = line.add("AXMenuItem").with("AXDescription", "Right to Left").withAction("AXPress");
+    onShowMenu = [&] {
+        desktop.accessibility.notify(pid, "AXMenuOpened", *page); // which is none
+        desktop.accessibility.notify(pid, "AXMenuOpened", elsewhere);
+        desktop.accessibility.notify(pid, "AXMenuOpened", line); // the first one stays
+    };
+    apply();
+    desktop.queue.advance(60ms);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
+    EXPECT_EQ(countOf(command, "AXPress"), 1);
+}
+
+TEST_F(NativeDirection, AnotherApplicationInFrontEndsTheAttemptSilently) {
+    openChrome();
+    onShowMenu = [] {};
+    const auto chrome = pid;
+    apply();
+    desktop.withFrontApplication("com.apple.finder");
+    desktop.queue.advance(2s);
+    EXPECT_THAT(said, IsEmpty());
+    desktop.workspace.activate(chrome);
+    expectNotApplied();
+    expectNextAttemptWorks();
+}
+
+TEST_F(NativeDirection, ACancelledAttemptEndsSilently) {
+    openChrome();
+    onShowMenu = [] {};
+    apply();
+    adapter.cancelPending();
+    openMenu();
+    desktop.queue.advance(2s);
+    EXPECT_THAT(said, IsEmpty());
+    expectNotApplied();
+    expectNextAttemptWorks();
+}
+
+TEST_F(NativeDirection, AMenuWithoutTheSubmenuIsClosed) {
+    openChrome();
+    item->with("AXTitle", std::string("Spelling"));
+    apply();
+    desktop.queue.advance(60ms);
+    EXPECT_THAT(said, ElementsAre("This editor does not offer a paragraph direction command"));
+    EXPECT_EQ(countOf(*menu, "AXCancel"), 1);
+    expectNotApplied();
+}
+
+TEST_F(NativeDirection, ACommandOfTheSelectionIsNeverPressed) {
+    openChrome();
+    commands[0]->with("AXTitle", std::string("Selection"));
+    apply();
+    desktop.queue.advance(60ms);
+    EXPECT_THAT(said, ElementsAre("This editor does not offer a paragraph direction command"));
+    EXPECT_EQ(countOf(*menu, "AXCancel"), 1);
+    expectNotApplied();
+}
+
+TEST_F(NativeDirection, FocusInTheMenuIsFine) {
+    openChrome();
+    onShowMenu = [this] {
+        openMenu();
+        focus(*item);
+    };
+    apply();
+    desktop.queue.advance(60ms);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
+}
+
+TEST_F(NativeDirection, FocusInAnotherFieldCancels) {
+    openChrome();
+    auto& other = page->addTextField();
+    onShowMenu = [&] {
+        openMenu();
+        focus(other);
+    };
+    apply();
+    desktop.queue.advance(60ms);
+    EXPECT_THAT(said, ElementsAre("Direction change cancelled: focus moved to another field"));
+    EXPECT_EQ(countOf(*menu, "AXCancel"), 1);
+    expectNotApplied();
+    expectNextAttemptWorks();
+}
+
+TEST_F(NativeDirection, NoFocusCancels) {
+    openChrome();
+    onShowMenu = [this] {
+        openMenu();
+        desktop.accessibility.focus(pid, nullptr);
+    };
+    apply();
+    desktop.queue.advance(60ms);
+    EXPECT_THAT(said, ElementsAre("Cursor position unavailable — direction change cancelled"));
+    EXPECT_EQ(countOf(*menu, "AXCancel"), 1);
+    expectNotApplied();
+    expectNextAttemptWorks();
+}
+
+TEST_F(NativeDirection, ASelectionThatTheMenuMovedIsPutBack) {
+    openChrome();
+    onShowMenu = [this] {
+        openMenu();
+        editor->with("AXSelectedTextRange", AXTextRange{0, 9});
+    };
+    apply();
+    desktop.queue.advance(60ms);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
+    const auto now = desktop.accessibility.attribute(desktop.accessibility.reference(*editor), "AXSelectedTextRange");
+    EXPECT_EQ(now, AXValue(AXTextRange{4, 2}));
+}
+
+TEST_F(NativeDirection, ASelectionThatCannotBePutBackCancels) {
+    openChrome();
+    for (const bool stubborn : {false, true}) {
+        stubborn ? editor->ignoringWrites("AXSelectedTextRange") : editor->settable("AXSelectedTextRange", false);
+        said.clear();
+        editor->with("AXSelectedTextRange", AXTextRange{4, 2});
+        menu->present(false);
+        onShowMenu = [this] {
+            openMenu();
+            editor->with("AXSelectedTextRange", AXTextRange{0, 9});
+        };
+        apply();
+        desktop.queue.advance(60ms);
+        EXPECT_THAT(said, ElementsAre("Could not preserve the text selection — direction change cancelled"));
+        expectNotApplied();
+    }
+    EXPECT_EQ(countOf(*menu, "AXCancel"), 2);
+}
+
+TEST_F(NativeDirection, MarkersStandInForARange) {
+    openChrome();
+    editor->without("AXSelectedTextRange");
+    editor->with("AXSelectedTextMarkerRange", fakes::fakeOpaqueValue("here"));
+    apply();
+    desktop.queue.advance(60ms);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
+}
+
+TEST_F(NativeDirection, AnEditorWithoutASelectionIsNotTouched) {
+    openChrome();
+    editor->without("AXSelectedTextRange");
+    apply();
+    EXPECT_THAT(said, ElementsAre("The editor does not expose the cursor position — direction was not changed"));
+    EXPECT_EQ(countOf(*editor, "AXShowMenu"), 0);
+}
+
+TEST_F(NativeDirection, ACommandThatIsNotAppliedIsToldAndTheMenuClosed) {
+    openChrome();
+    commands[2]->with("AXEnabled", false);
+    apply();
+    desktop.queue.advance(60ms);
+    EXPECT_THAT(said, ElementsAre("The app did not apply the direction command"));
+    EXPECT_EQ(countOf(*menu, "AXCancel"), 1);
+    expectNotApplied();
+}
+
+TEST_F(NativeDirection, IgnoresAnApplicationThatIsNotInFront) {
+    openChrome();
+    apply(WritingDirection::rightToLeft, SupportedApplication::safari);
+    apply(WritingDirection::rightToLeft, SupportedApplication::word);
+    EXPECT_THAT(said, IsEmpty());
+    EXPECT_THAT(desktop.accessibility.calls(), IsEmpty());
+}
+
+TEST_F(NativeDirection, AnAdapterThatIsGoneDoesNothing) {
+    openChrome();
+    {
+        NativeDirectionAdapter other(services(), report());
+        other.apply(WritingDirection::rightToLeft, SupportedApplication::chrome);
+    }
+    desktop.queue.advance(2s);
+    EXPECT_THAT(said, IsEmpty());
+    expectNotApplied();
+}
+
+TEST_F(NativeDirection, AHangingApplicationEndsInTheHint) {
+    openChrome();
+    desktop.accessibility.stopAnswering(pid);
+    apply();
+    EXPECT_THAT(said, ElementsAre("Place the cursor in an editable text field on the website"));
+}
+
+TEST_F(NativeDirection, FieldsOfAPageThatAreNoEditorsGetTheHint) {
+    openChrome();
+    const std::string hint = "Place the cursor in an editable text field on the website";
+    editor->settable("AXValue", false).settable("AXSelectedText");
+    apply();
+    editor->settable("AXValue").with("AXSubrole", std::string("AXSecureTextField"));
+    apply();
+    editor->without("AXSubrole").with("AXEnabled", false);
+    apply();
+    desktop.accessibility.focus(pid, nullptr);
+    apply();
+    focus(window->addTextField()); // the address bar
+    apply();
+    EXPECT_THAT(said, ElementsAre(hint, hint, hint, hint, hint));
+    EXPECT_THAT(desktop.accessibility.actions(), IsEmpty());
+}
+
+TEST_F(NativeDirection, SafariHasAMenuTitleOfItsOwn) {
+    openChrome("com.apple.Safari", "Paragraph Direction");
+    apply(WritingDirection::rightToLeft, SupportedApplication::safari);
+    desktop.queue.advance(60ms);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Safari"));
+}
+
+TEST_F(NativeDirection, TextEditAndNotesTurnTheirDocumentOnly) {
+    const std::vector<std::tuple<SupportedApplication, std::string, std::string>> cases{
+        {SupportedApplication::textEdit, "First Text View", "Place the cursor in the TextEdit document body"},
+        {SupportedApplication::notes, "Note Body Text View", "Place the cursor in the Notes note body"}};
+    for (const auto& [application, identifier, hint] : cases) {
+        openApplication(core::traits(application).bundleID);
+        commands.clear();
+        useEditor(window->addTextField("AXTextArea"), "Writing Direction");
+        said.clear();
+        apply(WritingDirection::leftToRight, application);
+        editor->with("AXIdentifier", identifier);
+        apply(WritingDirection::leftToRight, application);
+        desktop.queue.advance(60ms);
+        EXPECT_THAT(said, ElementsAre(hint, "Applied LTR in " + std::string(core::traits(application).displayName)));
+    }
+}
+
+TEST_F(NativeDirection, MailHasOneMenuForTheSubjectAndAnotherForTheBody) {
+    openApplication("com.apple.mail");
+    auto& subject = window->addTextField().with("AXIdentifier", std::string("Mail.subjectField"));
+    useEditor(subject, "Writing Direction");
+    apply(WritingDirection::rightToLeft, SupportedApplication::mail);
+    desktop.queue.advance(60ms);
+    menu->present(false);
+    auto& body = window->add("AXWebArea")
+                     .with("AXEnabled", true)
+                     .with("AXDescription", std::string("message body"))
+                     .settable("AXValue");
+    useEditor(body, "Paragraph Direction");
+    apply(WritingDirection::rightToLeft, SupportedApplication::mail);
+    desktop.queue.advance(60ms);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Mail", "Applied RTL in Mail"));
+    said.clear();
+    subject.with("AXIdentifier", std::string("Mail.toField")); // a window in which messages are read
+    apply(WritingDirection::rightToLeft, SupportedApplication::mail);
+    EXPECT_THAT(said, ElementsAre("Place the cursor in the Mail message body or subject"));
+}
+
+} // namespace
+} // namespace quillane::testing

@@ -1,0 +1,194 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "direction/OutlookAdapter.hpp"
+
+#include "direction/DirectionTest.hpp"
+
+namespace quillane::testing {
+namespace {
+
+/// A message being written in Outlook: a subject, a body in a web area, and a formatting toolbar.
+class OutlookDirection : public DirectionTest {
+protected:
+    OutlookDirection() : adapter(services(), report()) {
+        openApplication("com.microsoft.Outlook");
+        toolbar = &window->add("AXToolbar").with("AXTitle", std::string("Formatting Toolbar"));
+        rtl = &toolbar->add("AXButton").with("AXTitle", std::string("Right to Left")).withAction("AXPress");
+        ltr = &toolbar->add("AXButton").with("AXTitle", std::string("Left to Right")).withAction("AXPress");
+        page = &window->add("AXWebArea").with("AXURL", std::string("outlook-mobile-compose:1"));
+        body = &page->add("AXGroup").addTextField("AXTextArea");
+        focus(*body);
+    }
+
+    /// The buttons go behind the overflow button, and come in a popover that is not open yet.
+    void narrow() {
+        toolbar->with("AXTitle", std::string()).with("AXDescription", std::string("Formatting Toolbar"));
+        rtl->present(false);
+        ltr->present(false);
+        overflow = &toolbar->add("AXButton").with("AXTitle", std::string("See more items")).withAction("AXPress");
+        popover =
+            &tree().add("AXWindow").with("AXIdentifier", std::string("RoosterToolbarPopoverWindow(3)")).present(false);
+        hiddenRtl = &popover->add("AXGroup")
+                         .add("AXButton")
+                         .with("AXTitle", std::string("Right to Left"))
+                         .withAction("AXPress");
+    }
+
+    void apply() { adapter.apply(WritingDirection::rightToLeft); }
+
+    OutlookAdapter adapter;
+    FakeElement* toolbar = nullptr;
+    FakeElement* rtl = nullptr;
+    FakeElement* ltr = nullptr;
+    FakeElement* page = nullptr;
+    FakeElement* body = nullptr;
+    FakeElement* overflow = nullptr;
+    FakeElement* popover = nullptr;
+    FakeElement* hiddenRtl = nullptr;
+};
+
+constexpr auto cancelled = "Direction change cancelled after focus changed or another key was pressed";
+
+TEST_F(OutlookDirection, PressesTheButtonOfTheToolbar) {
+    apply();
+    adapter.apply(WritingDirection::leftToRight);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Outlook", "Applied LTR in Outlook"));
+    EXPECT_EQ(countOf(*rtl, "AXPress"), 1);
+    EXPECT_EQ(countOf(*ltr, "AXPress"), 1);
+}
+
+TEST_F(OutlookDirection, AButtonThatFailsIsTold) {
+    rtl->with("AXEnabled", false);
+    apply();
+    EXPECT_THAT(said, ElementsAre("Outlook did not apply the direction command"));
+}
+
+TEST_F(OutlookDirection, AMessageWithoutAToolbarIsPlainText) {
+    toolbar->present(false);
+    apply();
+    EXPECT_THAT(said, ElementsAre("Formatting toolbar not found — the message must use HTML"));
+}
+
+TEST_F(OutlookDirection, AReadingPaneAndOtherPlacesGetTheHint) {
+    const std::string hint = "Place the cursor in the Outlook message body or subject";
+    page->with("AXURL", std::string("about:blank"));
+    apply();
+    page->without("AXURL");
+    apply();
+    focus(window->addTextField());
+    apply();
+    desktop.accessibility.focus(pid, nullptr);
+    apply();
+    EXPECT_THAT(said, ElementsAre(hint, hint, hint, hint));
+    EXPECT_THAT(desktop.accessibility.actions(), IsEmpty());
+}
+
+TEST_F(OutlookDirection, TheWebAreaMustBeWithinTwelveSteps) {
+    auto* deep = page;
+    for (int step = 0; step < 11; ++step) {
+        deep = &deep->add("AXGroup");
+    }
+    focus(deep->addTextField("AXTextArea"));
+    apply();
+    focus(deep->add("AXGroup").addTextField("AXTextArea"));
+    apply();
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Outlook", "Place the cursor in the Outlook message body or subject"));
+}
+
+TEST_F(OutlookDirection, TheSubjectHasItsContextMenu) {
+    auto& subject = window->addTextField()
+                        .with("AXIdentifier", std::string("subjectTextField"))
+                        .with("AXSelectedTextRange", AXTextRange{0, 0});
+    auto& menu = tree().add("AXMenu").present(false);
+    auto& command = menu.add("AXMenuItem")
+                        .with("AXTitle", std::string("Writing Direction"))
+                        .add("AXMenu")
+                        .add("AXMenuItem")
+                        .with("AXTitle", std::string("Right to Left"))
+                        .withAction("AXPress");
+    subject.withAction("AXShowMenu", [&] {
+        menu.present();
+        return AXActionResult::done;
+    });
+    focus(subject);
+    apply();
+    desktop.queue.advance(60ms);
+    EXPECT_EQ(countOf(command, "AXPress"), 1);
+    subject.settable("AXValue", false);
+    apply();
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Outlook", "Place the cursor in the Outlook subject field"));
+}
+
+TEST_F(OutlookDirection, GoesThroughTheOverflowPopover) {
+    narrow();
+    apply();
+    EXPECT_EQ(countOf(*overflow, "AXPress"), 1);
+    desktop.queue.advance(80ms);
+    EXPECT_THAT(said, IsEmpty());
+    popover->present();
+    focus(popover->add("AXGroup"));
+    desktop.queue.advance(80ms);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Outlook"));
+    EXPECT_EQ(countOf(*hiddenRtl, "AXPress"), 1);
+    EXPECT_EQ(desktop.queue.timerCount(), 0U);
+}
+
+TEST_F(OutlookDirection, LooksForThePopoverEightTimes) {
+    narrow();
+    apply();
+    desktop.queue.advance(639ms);
+    EXPECT_THAT(said, IsEmpty());
+    desktop.queue.advance(1ms);
+    EXPECT_THAT(said, ElementsAre("Direction button not found in the menu — press Esc to close it"));
+    EXPECT_EQ(desktop.queue.timerCount(), 0U);
+}
+
+TEST_F(OutlookDirection, AnOverflowThatIsMissingOrFailsIsTold) {
+    narrow();
+    overflow->with("AXEnabled", false);
+    apply();
+    overflow->present(false);
+    apply();
+    EXPECT_THAT(said, ElementsAre("Could not open additional formatting options",
+                                  "Direction buttons were not found in this version of Outlook"));
+    EXPECT_EQ(desktop.queue.timerCount(), 0U);
+}
+
+TEST_F(OutlookDirection, AWaitThatIsCancelledSaysSoInItsNextStep) {
+    narrow();
+    apply();
+    adapter.cancelPending();
+    EXPECT_THAT(said, IsEmpty());
+    popover->present();
+    desktop.queue.advance(1s);
+    EXPECT_THAT(said, ElementsAre(cancelled));
+    apply(); // what was cancelled does not reach the next attempt
+    desktop.queue.advance(80ms);
+    EXPECT_EQ(said.back(), "Applied RTL in Outlook");
+}
+
+TEST_F(OutlookDirection, CancellingNothingSaysNothing) {
+    adapter.cancelPending();
+    narrow();
+    apply();
+    popover->present();
+    desktop.queue.advance(80ms);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Outlook"));
+}
+
+TEST_F(OutlookDirection, FocusElsewhereAndOtherApplicationsCancelTheWait) {
+    narrow();
+    apply();
+    focus(window->addTextField());
+    desktop.queue.advance(80ms);
+    focus(*body);
+    apply();
+    desktop.withFrontApplication("com.apple.finder");
+    desktop.queue.advance(80ms);
+    EXPECT_THAT(said, ElementsAre(cancelled, cancelled));
+    EXPECT_EQ(desktop.queue.timerCount(), 0U);
+}
+
+} // namespace
+} // namespace quillane::testing

@@ -1,0 +1,148 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "direction/WordDirectionAdapter.hpp"
+
+#include "direction/DirectionTest.hpp"
+
+namespace quillane::testing {
+namespace {
+
+/// A document in Word with a ribbon of two tabs; the direction buttons are on Home.
+class WordDirection : public DirectionTest {
+protected:
+    WordDirection() : adapter(services(), report()) {
+        openApplication("com.microsoft.Word");
+        ribbon = &window->add("AXTabGroup").with("AXDescription", std::string("ribbon"));
+        home = &ribbon->add("AXRadioButton").with("AXTitle", std::string("Home")).withAction("AXPress", [this] {
+            onHome();
+            return homeResult;
+        });
+        auto& group = window->add("AXGroup");
+        rtl = &group.add("AXCheckBox").with("AXTitle", std::string("Right-to-Left")).withAction("AXPress");
+        ltr = &group.add("AXButton").with("AXDescription", std::string(" Left-to-Right ")).withAction("AXPress");
+        editor = &window->addTextField("AXTextArea").with("AXDescription", std::string("Page 12 content"));
+        focus(*editor);
+    }
+
+    void showButtons(bool shown) {
+        rtl->present(shown);
+        ltr->present(shown);
+    }
+
+    WordDirectionAdapter adapter;
+    FakeElement* ribbon = nullptr;
+    FakeElement* home = nullptr;
+    FakeElement* rtl = nullptr;
+    FakeElement* ltr = nullptr;
+    FakeElement* editor = nullptr;
+    std::function<void()> onHome = [] {};
+    AXActionResult homeResult = AXActionResult::done;
+};
+
+constexpr auto openHome = "Open the Home tab in Word to show paragraph direction buttons";
+
+TEST_F(WordDirection, PressesTheButtonOfTheDirection) {
+    adapter.apply(WritingDirection::rightToLeft);
+    adapter.apply(WritingDirection::leftToRight);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Word", "Applied LTR in Word"));
+    EXPECT_EQ(countOf(*rtl, "AXPress"), 1);
+    EXPECT_EQ(countOf(*ltr, "AXPress"), 1);
+    EXPECT_EQ(countOf(*home, "AXPress"), 0);
+    for (const auto& call : desktop.accessibility.calls()) {
+        EXPECT_EQ(call.timeout, 150ms) << call.what;
+    }
+}
+
+TEST_F(WordDirection, ADisabledButtonIsTold) {
+    rtl->with("AXEnabled", false);
+    adapter.apply(WritingDirection::rightToLeft);
+    EXPECT_THAT(said, ElementsAre("Word cannot change direction in this document"));
+    EXPECT_THAT(desktop.accessibility.actions(), IsEmpty());
+}
+
+TEST_F(WordDirection, AnythingButAPageGetsTheHint) {
+    const std::string hint = "Place the cursor in the Word document body";
+    editor->with("AXDescription", std::string("Comment"));
+    adapter.apply(WritingDirection::rightToLeft);
+    editor->with("AXDescription", std::string("Page 1 content")).settable("AXValue", false);
+    adapter.apply(WritingDirection::rightToLeft);
+    editor->settable("AXValue");
+    auto& other = tree().add("AXWindow");
+    tree().with("AXFocusedWindow", other);
+    adapter.apply(WritingDirection::rightToLeft);
+    tree().without("AXFocusedWindow");
+    adapter.apply(WritingDirection::rightToLeft);
+    desktop.accessibility.focus(pid, nullptr);
+    adapter.apply(WritingDirection::rightToLeft);
+    EXPECT_THAT(said, ElementsAre(hint, hint, hint, hint, hint));
+    EXPECT_THAT(desktop.accessibility.actions(), IsEmpty());
+}
+
+TEST_F(WordDirection, OpensTheHomeTabAndPressesTheButtonWhenItIsThere) {
+    showButtons(false);
+    adapter.apply(WritingDirection::rightToLeft);
+    EXPECT_EQ(countOf(*home, "AXPress"), 1);
+    desktop.queue.advance(120ms);
+    EXPECT_THAT(said, IsEmpty());
+    showButtons(true);
+    desktop.queue.advance(60ms);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Word"));
+    EXPECT_EQ(desktop.queue.timerCount(), 0U);
+}
+
+TEST_F(WordDirection, LooksForTheButtonElevenTimes) {
+    showButtons(false);
+    adapter.apply(WritingDirection::rightToLeft);
+    desktop.queue.advance(659ms);
+    EXPECT_THAT(said, IsEmpty());
+    desktop.queue.advance(1ms);
+    EXPECT_THAT(said, ElementsAre(openHome));
+    EXPECT_EQ(desktop.queue.timerCount(), 0U);
+}
+
+TEST_F(WordDirection, AsksForTheHomeTabWhenItCannotBeOpened) {
+    showButtons(false);
+    homeResult = AXActionResult::failed;
+    adapter.apply(WritingDirection::rightToLeft);
+    ribbon->with("AXDescription", std::string("toolbox"));
+    adapter.apply(WritingDirection::rightToLeft);
+    EXPECT_THAT(said, ElementsAre(openHome, openHome));
+    EXPECT_EQ(desktop.queue.timerCount(), 0U);
+}
+
+class WordWait : public WordDirection, public ::testing::WithParamInterface<int> {};
+
+TEST_P(WordWait, EndsSilentlyWhenSomethingElseComes) {
+    showButtons(false);
+    adapter.apply(WritingDirection::rightToLeft);
+    switch (GetParam()) {
+    case 0:
+        focus(window->addTextField());
+        break;
+    case 1:
+        tree().with("AXFocusedWindow", tree().add("AXWindow"));
+        break;
+    case 2:
+        desktop.withFrontApplication("com.apple.finder");
+        break;
+    default:
+        adapter.cancelPending();
+    }
+    showButtons(true);
+    desktop.queue.advance(2s);
+    EXPECT_THAT(said, IsEmpty());
+    EXPECT_EQ(countOf(*rtl, "AXPress"), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(OtherFieldOtherWindowOtherApplicationCancelled, WordWait, ::testing::Range(0, 4));
+
+TEST_F(WordDirection, DoesNothingWhenAnotherApplicationIsInFront) {
+    desktop.withFrontApplication("com.apple.finder");
+    adapter.apply(WritingDirection::rightToLeft);
+    EXPECT_THAT(said, IsEmpty());
+    EXPECT_THAT(desktop.accessibility.calls(), IsEmpty());
+}
+
+} // namespace
+} // namespace quillane::testing
