@@ -4,6 +4,8 @@
 #include "desktop/agent/AgentTest.hpp"
 #include "desktop/direction/LiveBrowser.hpp"
 
+#include <csignal>
+
 namespace quillane::live {
 namespace {
 
@@ -63,6 +65,30 @@ TEST_F(LiveChromium, AChordTurnsTheTextAreaAndTurnsItBack) {
     EXPECT_EQ(state(), before);
     desktop().keyboard().tap(Key::q);
     EXPECT_TRUE(waitUntil([&] { return state().text == "fqst_line/second_line"; })) << state().text;
+}
+
+TEST_F(LiveChromium, ABrowserThatHangsHoldsNobodyElseUp) {
+    using Clock = std::chrono::steady_clock;
+    require(chooseAgentLanguage(desktop(), "en"), "the language in the settings");
+    startTyping(editors().front());
+    browser_.emplace(required(LiveBrowser::start(desktop(), "area")));
+    turnRight();
+    expectDirection("rtl");
+    expectSaid("Applied RTL in Chrome");
+    browser_->process().signal(SIGSTOP);
+    const auto begin = Clock::now();
+    turnLeft();
+    EXPECT_TRUE(agent().status().is_object());
+    EXPECT_LT(Clock::now() - begin, std::chrono::milliseconds{1500});
+    expectSaid("Place the cursor in an editable text field on the website");
+    ASSERT_TRUE(desktop().bringToFront(editor().pid()));
+    desktop().keyboard().tapWith({Key::leftShift}, Key::b);
+    expectEditorText("b");
+    browser_->process().signal(SIGCONT);
+    ASSERT_TRUE(desktop().bringToFront(browser_->pid()));
+    EXPECT_EQ(state().direction, "rtl");
+    turnLeft();
+    expectDirection("ltr");
 }
 
 class LiveChromiumWithoutEditor : public LiveChromium, public testing::WithParamInterface<const char*> {};

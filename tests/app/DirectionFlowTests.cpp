@@ -1,0 +1,100 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "app/AppDelegateTest.hpp"
+
+namespace quillane {
+namespace {
+
+using namespace std::chrono_literals;
+using fakes::FakeElement;
+using fakes::Modifier;
+
+/// A chord in Chrome, whose menu does not open: each test lets an attempt wait, and then something happens.
+class DirectionFlow : public AppDelegateTest {
+protected:
+    void openChrome() {
+        launch();
+        desktop.withFrontApplication("com.google.Chrome");
+        auto& page = desktop.accessibility.tree(desktop.frontPid()).add("AXWebArea");
+        editor = &page.addTextField("AXTextArea").with("AXSelectedTextRange", AXTextRange{0, 0});
+        editor->withAction("AXShowMenu");
+        desktop.accessibility.focus(desktop.frontPid(), editor);
+    }
+
+    void chord() {
+        desktop.press(Modifier::leftControl).press(Modifier::rightShift);
+        desktop.releaseAll().settle();
+    }
+
+    [[nodiscard]] bool isWaiting() { return desktop.accessibility.isObserved(desktop.frontPid(), "AXMenuOpened"); }
+
+    [[nodiscard]] std::optional<std::string> lastStatus() { return defaults.string("LastStatus"); }
+
+    FakeElement* editor = nullptr;
+};
+
+TEST_F(DirectionFlow, AChordIsAppliedAndItsOutcomeStored) {
+    openChrome();
+    chord();
+    EXPECT_TRUE(isWaiting());
+    desktop.queue.advance(1500ms);
+    EXPECT_EQ(lastStatus(), "The direction menu is unavailable in this editor");
+    EXPECT_EQ(model->lastAction().rendered(core::AppLanguage::english), lastStatus());
+    EXPECT_TRUE(defaults.object("LastBrowserDiagnostic"));
+}
+
+TEST_F(DirectionFlow, AKeyAClickPauseWakeAndALanguageSwitchCancel) {
+    openChrome();
+    const std::vector<std::function<void()>> happenings{[this] { desktop.type(0).settle(); },
+                                                        [this] { desktop.click().settle(); },
+                                                        [this] { desktop.workspace.wake(); },
+                                                        [this] {
+                                                            auto options = model->options();
+                                                            options.languageSwitch = !options.languageSwitch;
+                                                            model->setOptions(options);
+                                                        },
+                                                        [this] {
+                                                            auto options = model->options();
+                                                            options.paused = true;
+                                                            model->setOptions(options);
+                                                            options.paused = false;
+                                                            model->setOptions(options);
+                                                        }};
+    for (std::size_t index = 0; index < happenings.size(); ++index) {
+        chord();
+        ASSERT_TRUE(isWaiting()) << index;
+        happenings[index]();
+        EXPECT_FALSE(isWaiting()) << index;
+        desktop.queue.advance(1900ms);
+    }
+    EXPECT_FALSE(lastStatus());
+}
+
+TEST_F(DirectionFlow, AnotherApplicationInFrontCancels) {
+    openChrome();
+    const auto chrome = desktop.frontPid();
+    chord();
+    desktop.withFrontApplication("com.apple.finder");
+    EXPECT_FALSE(desktop.accessibility.isObserved(chrome, "AXMenuOpened"));
+    desktop.queue.advance(2s);
+    EXPECT_FALSE(lastStatus());
+}
+
+TEST_F(DirectionFlow, TheTestGoesToTheLastSupportedApplication) {
+    openChrome();
+    desktop.withFrontApplication("com.apple.finder");
+    EXPECT_EQ(model->testTargetID(), "com.google.Chrome");
+    model->testDirection(core::WritingDirection::rightToLeft);
+    desktop.queue.advance(250ms);
+    EXPECT_TRUE(isWaiting());
+    model->setOptions({});
+    auto options = model->options();
+    options.writingDirection = false;
+    model->setOptions(options);
+    model->testDirection(core::WritingDirection::rightToLeft);
+    EXPECT_EQ(lastStatus(), "Enable the direction feature and grant the required permissions");
+}
+
+} // namespace
+} // namespace quillane
