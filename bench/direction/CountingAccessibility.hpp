@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/Accessibility.hpp"
+
+#include <chrono>
+#include <type_traits>
+
+namespace quillane::bench {
+
+/// Counts the calls that are passed on to another Accessibility, and the time that they take.
+class CountingAccessibility final : public Accessibility {
+public:
+    using Clock = std::chrono::steady_clock;
+
+    explicit CountingAccessibility(Accessibility& real) : real_(real) {}
+
+    int calls = 0;
+    Clock::duration time{};
+
+    AXElement application(pid_t pid) override { return real_.application(pid); }
+
+    void setMessagingTimeout(const AXElement& element, std::chrono::milliseconds timeout) override {
+        real_.setMessagingTimeout(element, timeout);
+    }
+
+    std::optional<AXValue> attribute(const AXElement& element, std::string_view name) override {
+        return counted([&] { return real_.attribute(element, name); });
+    }
+
+    std::optional<std::vector<AXValue>> attributes(const AXElement& element,
+                                                   std::span<const std::string_view> names) override {
+        return counted([&] { return real_.attributes(element, names); });
+    }
+
+    [[nodiscard]] std::size_t elementsAtOnce() const override { return real_.elementsAtOnce(); }
+
+    std::vector<std::optional<std::vector<AXValue>>>
+    attributesOfEach(std::span<const AXElement> elements, std::span<const std::string_view> names) override {
+        return counted([&] { return real_.attributesOfEach(elements, names); });
+    }
+
+    bool isAttributeSettable(const AXElement& element, std::string_view name) override {
+        return counted([&] { return real_.isAttributeSettable(element, name); });
+    }
+
+    bool setAttribute(const AXElement& element, std::string_view name, const AXValue& value) override {
+        return counted([&] { return real_.setAttribute(element, name, value); });
+    }
+
+    std::vector<std::string> actionNames(const AXElement& element) override {
+        return counted([&] { return real_.actionNames(element); });
+    }
+
+    AXActionResult performAction(const AXElement& element, std::string_view name) override {
+        return counted([&] { return real_.performAction(element, name); });
+    }
+
+    std::optional<core::Subscription> observe(const AXElement& application, std::string_view name,
+                                              std::function<void(const AXElement&)> handler) override {
+        return counted([&] { return real_.observe(application, name, std::move(handler)); });
+    }
+
+private:
+    template <typename Call>
+    std::invoke_result_t<Call> counted(Call call) {
+        const auto begin = Clock::now();
+        auto result = call();
+        time += Clock::now() - begin;
+        ++calls;
+        return result;
+    }
+
+    Accessibility& real_;
+};
+
+} // namespace quillane::bench
