@@ -67,6 +67,20 @@ TEST_F(LiveChromium, AChordTurnsTheTextAreaAndTurnsItBack) {
     EXPECT_TRUE(waitUntil([&] { return state().text == "fqst_line/second_line"; })) << state().text;
 }
 
+TEST_F(LiveChromium, AMenuThatIsOpenAlreadyIsLeftAlone) {
+    startIn("area");
+    desktop().keyboard().tap(Key::menu);
+    ASSERT_TRUE(waitUntil([&] { return browser_->hasOpenMenu(); }));
+    turnRight();
+    expectSaid("Close the open menu and try again");
+    EXPECT_TRUE(browser_->hasOpenMenu());
+    desktop().keyboard().tap(Key::escape);
+    expectNoMenu();
+    EXPECT_EQ(state().direction, "ltr");
+    turnRight();
+    expectDirection("rtl");
+}
+
 TEST_F(LiveChromium, ABrowserThatHangsHoldsNobodyElseUp) {
     using Clock = std::chrono::steady_clock;
     require(chooseAgentLanguage(desktop(), "en"), "the language in the settings");
