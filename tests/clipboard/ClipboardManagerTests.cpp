@@ -424,8 +424,10 @@ TEST_F(ClipboardManagerTest, CopyingFromTheHistoryMakesNoNewEntryAndMovesItToThe
     copy("two");
     const auto id = manager_->history().entries()[0].id;
     EXPECT_TRUE(manager_->copy(id, RestoreMode::full));
+    const auto used = manager_->history().entries()[0].copiedAt;
     pass(2s);
     EXPECT_THAT(recorded(), ElementsAre("one", "two"));
+    EXPECT_EQ(manager_->history().entries()[0].copiedAt, used); // it has not been taken for a copy of the user's
     EXPECT_EQ(*manager_->history().filtered("", manager_->options()).front().text, "one");
     EXPECT_EQ(pasteboard_.string(core::PasteboardTypes::string), "one");
     EXPECT_FALSE(manager_->copy(core::Uuid::random(), RestoreMode::full));
