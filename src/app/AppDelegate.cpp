@@ -6,11 +6,13 @@
 #include "app/StatusBarArtwork.hpp"
 #include "app/StatusMenu.hpp"
 #include "app/TintedSymbol.hpp"
+#include "core/clipboard/ClipboardOptions.hpp"
 #include "core/keyboard/ScreenSharingPolicy.hpp"
 #include "core/localization/Texts.hpp"
 #include "core/permissions/PermissionSetupPolicy.hpp"
 
 #include <QColor>
+#include <QGuiApplication>
 
 #include <chrono>
 #include <utility>
@@ -23,7 +25,7 @@ using namespace std::chrono_literals;
 
 constexpr auto refreshInterval = 2000ms;
 constexpr std::string_view lastStatusKey = "LastStatus";
-constexpr std::string_view showPermissionsKey = "QuillaneShowPermissionsAfterRestart";
+constexpr auto beforeShowingPermissions = 500ms;
 
 FileShareServices fileShareServices(const AppServices& services, core::AppPreferences& preferences) {
     return {.userDefaults = services.userDefaults,
@@ -87,13 +89,16 @@ void AppDelegate::applicationDidFinishLaunching() {
     wireControllers();
     observeWorkspace();
     applyOptions();
-    refreshTimer_ = services_.mainQueue.repeat(refreshInterval, [this] { refreshRuntime(); });
+    refreshTimer_ = services_.mainQueue.repeat(refreshInterval, [this] {
+        refreshRuntime();
+        requestNextPermissionIfNeeded();
+    });
     rememberTarget();
     services_.servicesMenu.provideShare([this](const std::vector<std::string>& urls) {
         const auto refusal = fileShare_.share(urls);
         return refusal ? std::optional(refusal->rendered(preferences_.state().language)) : std::nullopt;
     });
-    services_.userDefaults.removeObject(showPermissionsKey); // one shot: set before a relaunch for a new grant
+    showPermissionsIfNeeded();
 }
 
 void AppDelegate::wireControllers() {
@@ -101,9 +106,14 @@ void AppDelegate::wireControllers() {
     model_.testDirection = [this](core::WritingDirection direction) {
         direction_.test(direction, model_.testTargetID());
     };
+    permissions_.terminate = environment_.terminate;
+    permissions_.applicationIsActive = [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; };
+    subscriptions_.push_back(permissions_.onChanged([this] { publishRuntime(); }));
     monitor_.onDirection = [this](core::WritingDirection direction) {
         directions_ = {direction, directions_.count + 1};
-        direction_.apply(direction);
+        if (!settings_ || !settings_->apply(direction)) { // not tried in the program's own text box
+            direction_.apply(direction);
+        }
     };
     monitor_.onInterruption = [this] { direction_.cancelPending(); };
     monitor_.onLanguageSwitch = [this] {
@@ -138,13 +148,67 @@ void AppDelegate::observeWorkspace() {
 }
 
 void AppDelegate::applicationShouldHandleReopen() {
-    services_.statusItem.popUpMenu();
+    showSettings(core::SettingsPage::general);
+}
+
+void AppDelegate::showSettings(core::SettingsPage page) {
+    if (!settings_) {
+        settings_ = std::make_unique<SettingsWindow>(settingsServices());
+    }
+    settings_->present(page);
+}
+
+void AppDelegate::showPermissionsIfNeeded() {
+    auto& defaults = services_.userDefaults;
+    const bool relaunched = defaults.boolean(PermissionController::showPermissionsKey).value_or(false);
+    defaults.removeObject(PermissionController::showPermissionsKey); // one shot: set before a relaunch for a new grant
+    const bool missing = !core::PermissionSetupPolicy::canStartKeyboardMonitor(permissions_.granted());
+    if (!relaunched && (!missing || services_.workspace.launchedAtLogin())) {
+        return;
+    }
+    services_.mainQueue.postAfter(beforeShowingPermissions, [this, alive = std::weak_ptr<void>(alive_)] {
+        if (!alive.expired() && !(settings_ && settings_->isVisible())) {
+            showSettings(core::SettingsPage::permissions);
+            requestNextPermissionIfNeeded();
+        }
+    });
+}
+
+void AppDelegate::requestNextPermissionIfNeeded() {
+    if (settings_ && settings_->showsPermissions()) {
+        permissions_.requestNextIfNeeded();
+    }
+}
+
+SettingsServices AppDelegate::settingsServices() {
+    auto& defaults = services_.userDefaults;
+    ClipboardSettings clipboard;
+    clipboard.options = [&defaults] {
+        const auto stored = defaults.data(core::clipboardOptionsKey);
+        return (stored ? core::decodeClipboardOptions(*stored) : std::nullopt).value_or(core::ClipboardOptions{});
+    };
+    clipboard.setOptions = [&defaults](const core::ClipboardOptions& options) {
+        defaults.setObject(core::clipboardOptionsKey, core::encodeClipboardOptions(options));
+    };
+    return {.model = model_,
+            .preferences = preferences_,
+            .userDefaults = defaults,
+            .permissions = permissions_,
+            .loginItem = loginItem_,
+            .updater = updater_,
+            .windowTraits = services_.windowTraits,
+            .clipboard = std::move(clipboard),
+            .symbol = [&symbols = services_.systemSymbols](
+                          const std::string& name, const QColor& color) { return tintedSymbol(symbols, name, color); },
+            .applicationIcon = QGuiApplication::windowIcon()};
 }
 
 void AppDelegate::applicationWillTerminate() {
     model_.optionsChanged = nullptr;
     model_.testDirection = nullptr;
     direction_.cancelPending();
+    alive_.reset();
+    settings_.reset();
     monitor_.stop();
     model_.endKeepAwake();
     services_.servicesMenu.provideShare(nullptr);
@@ -157,7 +221,9 @@ void AppDelegate::applicationWillTerminate() {
 void AppDelegate::rebuildMenus() {
     const auto language = preferences_.state().language;
     services_.applicationMenu.install(
-        applicationMenuRows(language, {.shareFile = [this] { fileShare_.choose(); }, .quit = environment_.terminate}),
+        applicationMenuRows(language, {.showSettings = [this] { showSettings(core::SettingsPage::general); },
+                                       .shareFile = [this] { fileShare_.choose(); },
+                                       .quit = environment_.terminate}),
         layoutDirection(language));
     updateStatusItem();
 }
@@ -183,6 +249,13 @@ StatusMenuActions AppDelegate::menuActions() {
     StatusMenuActions actions;
     actions.toggleKeepAwake = [this] { toggle(&core::FeatureOptions::keepAwake); };
     actions.shareFile = [this] { fileShare_.choose(); };
+    actions.showSettings = [this] { showSettings(core::SettingsPage::general); };
+    actions.showPermissions = [this] { showSettings(core::SettingsPage::permissions); };
+    actions.showTesting = [this] { showSettings(core::SettingsPage::testing); };
+    actions.showUpdates = [this] { showSettings(core::SettingsPage::updates); };
+    if (updater_.updatesItself()) {
+        actions.checkForUpdates = [this] { updater_.checkNow(); };
+    }
     actions.toggleShift = [this] { toggle(&core::FeatureOptions::shiftEnglish); };
     actions.toggleLanguage = [this] { toggle(&core::FeatureOptions::languageSwitch); };
     actions.toggleDirection = [this] { toggle(&core::FeatureOptions::writingDirection); };

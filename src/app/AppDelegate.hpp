@@ -16,11 +16,13 @@
 #include "keyboard/RTLInput.hpp"
 #include "permissions/PermissionController.hpp"
 #include "platform/AgentControl.hpp"
+#include "settings/SettingsWindow.hpp"
 #include "system/AppUpdater.hpp"
 #include "system/LoginItemController.hpp"
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -67,6 +69,11 @@ private:
     void publishRuntime();
     [[nodiscard]] RuntimeFacts runtimeFacts() const;
 
+    void showSettings(core::SettingsPage page);
+    void showPermissionsIfNeeded();
+    void requestNextPermissionIfNeeded();
+    [[nodiscard]] SettingsServices settingsServices();
+
     void toggle(bool core::FeatureOptions::*option);
     void rememberTarget();
     [[nodiscard]] ControlReply share(const std::vector<std::string>& urls);
@@ -92,7 +99,9 @@ private:
     std::optional<StatusMenuState> shownMenu_; ///< what the status item shows now; drawn anew only when it differs
     bool checked_ =
         false; ///< the permissions have been read; until then the status row says that they are being checked
-    std::vector<core::Subscription> subscriptions_; // last: dropped before what their callbacks use
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with steps that are still to come
+    std::unique_ptr<SettingsWindow> settings_;              ///< made when it is first wanted, then kept
+    std::vector<core::Subscription> subscriptions_;         // last: dropped before what their callbacks use
     core::Subscription refreshTimer_;
 };
 

@@ -56,6 +56,13 @@ void SettingsModel::setTestTargetID(std::string bundleID) {
     }
 }
 
+void SettingsModel::setPage(core::SettingsPage page) {
+    if (page != page_) {
+        page_ = page;
+        emit changed();
+    }
+}
+
 bool SettingsModel::isReady() const {
     return runtime_.accessibilityGranted && runtime_.inputMonitoringGranted && !options_.paused &&
            anyKeyboardFeature(options_) && !runtime_.screenSharingSuspended;

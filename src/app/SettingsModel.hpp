@@ -8,6 +8,7 @@
 #include "core/power/SleepPrevention.hpp"
 #include "core/preferences/FeatureOptions.hpp"
 #include "core/preferences/UserDefaults.hpp"
+#include "core/settings/SettingsPage.hpp"
 
 #include <QObject>
 
@@ -67,6 +68,11 @@ public:
 
     void setTestTargetID(std::string bundleID);
 
+    /// The page that the settings window shows.
+    [[nodiscard]] core::SettingsPage page() const { return page_; }
+
+    void setPage(core::SettingsPage page);
+
     /// Everything is granted, some keyboard feature is on and nothing suspends it.
     [[nodiscard]] bool isReady() const;
 
@@ -96,6 +102,7 @@ private:
     Runtime runtime_;
     core::LocalizedText lastAction_;
     std::string testTargetID_;
+    core::SettingsPage page_ = core::SettingsPage::general;
 };
 
 } // namespace quillane

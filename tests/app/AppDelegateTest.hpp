@@ -8,6 +8,8 @@
 #include "fakes/FakeUserDefaults.hpp"
 #include "fakes/TemporaryFiles.hpp"
 
+#include <QApplication>
+
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -71,6 +73,28 @@ protected:
         desktop.release(fakes::Modifier::leftShift).release(fakes::Modifier::leftOption).settle();
     }
 
+    /// The settings window, once it has been shown.
+    [[nodiscard]] static SettingsWindow* settingsWindow() {
+        for (auto* widget : QApplication::topLevelWidgets()) {
+            if (auto* window = qobject_cast<SettingsWindow*>(widget)) {
+                return window;
+            }
+        }
+        return nullptr;
+    }
+
+private:
+    struct OffscreenPlatform {
+        OffscreenPlatform() { ::setenv("QT_QPA_PLATFORM", "offscreen", 1); }
+    };
+
+    OffscreenPlatform offscreen_;
+    int argc_ = 1;
+    std::string name_ = "tests";
+    char* argv_ = name_.data();
+    QApplication application_{argc_, &argv_};
+
+protected:
     fakes::TemporaryFiles files;
     fakes::FakeDesktop desktop;
     fakes::FakeUserDefaults defaults;

@@ -177,12 +177,59 @@ TEST_F(AppDelegateTests, AnotherLanguageRedrawsEveryText) {
     EXPECT_EQ(desktop.applicationMenu.menus()[1].title, core::texts::edit.rendered(AppLanguage::hebrew));
 }
 
-TEST_F(AppDelegateTests, OpenedAgainItShowsItsMenu) {
-    launch();
-    desktop.workspace.reopen();
-    EXPECT_EQ(desktop.statusItem.popUpCount(), 1);
+TEST_F(AppDelegateTests, OpeningAgainShowsTheSettings) {
+    launch().applicationShouldHandleReopen();
+    ASSERT_NE(settingsWindow(), nullptr);
+    EXPECT_TRUE(settingsWindow()->isVisible());
+    EXPECT_EQ(model->page(), core::SettingsPage::general);
+    EXPECT_EQ(desktop.windowTraits.policies().back(), ActivationPolicy::regular);
+    settingsWindow()->close();
+    EXPECT_EQ(desktop.windowTraits.policies().back(), ActivationPolicy::accessory);
     EXPECT_TRUE(delegate->handleControlRequest({"open", {}}).ok);
-    EXPECT_EQ(desktop.statusItem.popUpCount(), 2);
+    EXPECT_TRUE(settingsWindow()->isVisible());
+}
+
+TEST_F(AppDelegateTests, MenuRowsLeadToTheirPages) {
+    launch();
+    const std::vector<std::pair<std::string, core::SettingsPage>> rows{
+        {"Permissions", core::SettingsPage::permissions},
+        {"Quick test", core::SettingsPage::testing},
+        {"Update settings", core::SettingsPage::updates},
+        {"Settings", core::SettingsPage::general},
+    };
+    for (const auto& [title, page] : rows) {
+        click(title);
+        EXPECT_EQ(model->page(), page) << title;
+        EXPECT_TRUE(settingsWindow()->isVisible());
+    }
+    click("Check for updates now");
+    EXPECT_EQ(desktop.updater.checks, 1);
+    EXPECT_EQ(desktop.updater.starts, 1);
+}
+
+TEST_F(AppDelegateTests, MissingPermissionsShowTheirPageHalfASecondAfterTheLaunch) {
+    desktop.withPermissions({});
+    launch();
+    EXPECT_EQ(settingsWindow(), nullptr);
+    desktop.queue.advance(500ms);
+    ASSERT_NE(settingsWindow(), nullptr);
+    EXPECT_EQ(model->page(), core::SettingsPage::permissions);
+}
+
+TEST_F(AppDelegateTests, ALaunchAtLoginShowsNoWindow) {
+    desktop.withPermissions({});
+    desktop.workspace.setLaunchedAtLogin(true);
+    launch();
+    desktop.queue.advance(2s);
+    EXPECT_EQ(settingsWindow(), nullptr);
+}
+
+TEST_F(AppDelegateTests, AfterARelaunchForPermissionsTheirPageIsShown) {
+    defaults.setObject("QuillaneShowPermissionsAfterRestart", true);
+    launch();
+    desktop.queue.advance(500ms);
+    ASSERT_NE(settingsWindow(), nullptr);
+    EXPECT_EQ(model->page(), core::SettingsPage::permissions);
 }
 
 TEST_F(AppDelegateTests, WakingMakesAFreshTap) {

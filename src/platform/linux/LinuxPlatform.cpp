@@ -35,6 +35,7 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <QDir>
+#include <QGuiApplication>
 #include <QLibraryInfo>
 
 #include <cstdlib>
@@ -155,6 +156,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.proxySettings = std::make_shared<LinuxProxySettings>();
     platform.systemSymbols = std::make_unique<LineArtSymbols>();
     platform.servicesMenu = std::make_unique<CommandServicesMenu>();
+    QGuiApplication::setWindowIcon(applicationIcon());
     platform.launcher = std::make_unique<QtLauncher>();
     platform.loginItem =
         std::make_unique<AutostartLoginItem>(QCoreApplication::applicationFilePath().toStdString(), autostartFolder());

@@ -1,0 +1,241 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "settings/ClipboardPage.hpp"
+
+#include "core/localization/Texts.hpp"
+#include "settings/Card.hpp"
+#include "settings/FeatureRow.hpp"
+#include "settings/SwitchButton.hpp"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QListWidget>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include <algorithm>
+
+namespace quillane {
+
+namespace texts = core::texts;
+
+ClipboardPage::ClipboardPage(const SettingsServices& services) : SettingsPageView(services) {
+    addSwitch();
+    addKinds();
+    addStorage();
+    addPanel();
+    addExclusions();
+    addClearing();
+    addStretch();
+}
+
+ClipboardPage::Options ClipboardPage::options() const {
+    const auto& read = services().clipboard.options;
+    return read ? read() : Options{};
+}
+
+void ClipboardPage::change(const std::function<void(Options&)>& change) {
+    auto changed = options();
+    change(changed);
+    if (services().clipboard.setOptions) {
+        services().clipboard.setOptions(changed);
+    }
+    refresh();
+}
+
+SettingsPageView::Feature ClipboardPage::optionFeature(const char* symbol, const core::LocalizedText& title,
+                                                       const core::LocalizedText& explanation, bool Options::*option) {
+    return {.symbol = symbol,
+            .title = title,
+            .explanation = explanation,
+            .isOn = [this, option] { return options().*option; },
+            .set = [this, option](bool on) { change([&](Options& changed) { changed.*option = on; }); }};
+}
+
+void ClipboardPage::addSwitch() {
+    auto& card = addCard();
+    addFeature(card, optionFeature("clock.arrow.circlepath", texts::clipboardHistory,
+                                   texts::clipboardHistoryExplanation, &Options::enabled));
+    const auto taken = [this] {
+        const auto& isTaken = services().clipboard.isShortcutTaken;
+        return isTaken && isTaken();
+    };
+    auto& row = addRow(card, "exclamationmark.circle", [] { return texts::historyShortcutTaken; });
+    row.setObjectName(QStringLiteral("shortcutTaken"));
+    row.setControl(button(texts::tryAgain, [this] {
+        if (services().clipboard.retryShortcut) {
+            services().clipboard.retryShortcut();
+        }
+    }));
+    bindVisible(&row, taken);
+}
+
+void ClipboardPage::addKinds() {
+    auto& card = addCard(texts::whatToKeep);
+    addFeature(card, optionFeature("doc.text", texts::keepText, {}, &Options::saveText));
+    addFeature(card, optionFeature("photo", texts::keepImages, {}, &Options::saveImages));
+    addFeature(card, optionFeature("folder", texts::keepFiles, {}, &Options::saveFiles));
+}
+
+void ClipboardPage::addNumber(Card& card, NumberText text, std::int64_t Options::*option, NumberStepper::Range range) {
+    auto* row = new FeatureRow;
+    auto* stepper = new NumberStepper(
+        range, [this, option](std::int64_t value) { change([&](Options& changed) { changed.*option = value; }); });
+    row->setControl(stepper);
+    bind([=, this, text = std::move(text)](core::AppLanguage language) {
+        const auto value = options().*option;
+        const auto words = text(number(value, language));
+        row->setTitle(rendered(words, language));
+        stepper->show(value, words, language);
+    });
+    card.addRow(row);
+}
+
+void ClipboardPage::addStorage() {
+    auto& card = addCard(texts::storage);
+    addFeature(card, optionFeature("lock", texts::keepHistoryBetweenLaunches, texts::keepHistoryExplanation,
+                                   &Options::persist));
+    addNumber(card, [](std::string value) { return texts::historyLimit(std::move(value)); }, &Options::limit,
+              {10, 1000, 10});
+    addNumber(card, [](std::string value) { return texts::storageLimit(std::move(value)); }, &Options::storageMB,
+              {25, 1000, 25});
+    addNote(texts::limitsNote);
+}
+
+void ClipboardPage::addPanel() {
+    auto& card = addCard(texts::historyPanel);
+    auto& row = addRow(card, {}, [] { return texts::openPanelAt; });
+    auto* place = new QComboBox;
+    place->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    place->setObjectName(QStringLiteral("panelPlace"));
+    place->addItems({QString(), QString()});
+    connect(place, &QComboBox::activated, this,
+            [this](int index) { change([&](Options& changed) { changed.popupAtCursor = index == 0; }); });
+    row.setControl(place);
+    bind([this, place](core::AppLanguage language) {
+        place->setAccessibleName(rendered(texts::openPanelAt, language));
+        place->setItemText(0, rendered(texts::mousePointer, language));
+        place->setItemText(1, rendered(texts::centerOfScreen, language));
+        place->setCurrentIndex(options().popupAtCursor ? 0 : 1);
+    });
+    addFeature(card, optionFeature("pin", texts::showPinsAtTop, {}, &Options::pinsOnTop));
+    addFeature(card, optionFeature("arrow.up.arrow.down", texts::sortByLastCopy, {}, &Options::sortByLastCopy));
+    addNumber(card, [](std::string value) { return texts::imageHeight(std::move(value)); }, &Options::imageHeight,
+              {30, 120, 10});
+    addNumber(card, [](std::string value) { return texts::previewDelay(std::move(value)); }, &Options::previewDelay,
+              {200, 3000, 100});
+}
+
+QString ClipboardPage::nameOf(const std::string& bundleID) const {
+    const auto& known = services().clipboard.applications;
+    const auto choices = known ? known() : std::vector<ApplicationChoice>{};
+    const auto found = std::ranges::find(choices, bundleID, &ApplicationChoice::bundleID);
+    return QString::fromStdString(found != choices.end() ? found->name : bundleID);
+}
+
+void ClipboardPage::addExclusions() {
+    auto& card = addCard(texts::excludedApplications);
+    auto* list = new QVBoxLayout;
+    list->setSpacing(6);
+    bind([this, list, shown = std::vector<std::string>{"\x01"},
+          spoken = core::AppLanguage::english](core::AppLanguage language) mutable {
+        const auto ignored = options().ignoredApps;
+        if (ignored == shown && spoken == language) {
+            return;
+        }
+        shown = ignored;
+        spoken = language;
+        while (auto* item = list->takeAt(0)) {
+            item->widget()->hide();
+            item->widget()->deleteLater();
+            delete item;
+        }
+        for (const auto& bundleID : ignored) {
+            const auto name = nameOf(bundleID);
+            auto* entry = new QWidget;
+            auto* row = new QHBoxLayout(entry);
+            row->setContentsMargins(0, 0, 0, 0);
+            auto* label = textLabel();
+            auto* remove = new QPushButton(QStringLiteral("−"));
+            row->addWidget(label, 1);
+            row->addWidget(remove);
+            list->addWidget(entry);
+            showText(*label, name); // once it knows the direction of the page
+            label->setToolTip(QString::fromStdString(bundleID));
+            remove->setObjectName(QStringLiteral("remove"));
+            remove->setAccessibleName(rendered(texts::removeApplication(name.toStdString()), language));
+            connect(remove, &QPushButton::clicked, this,
+                    [this, bundleID] { change([&](Options& changed) { std::erase(changed.ignoredApps, bundleID); }); });
+        }
+        if (ignored.empty()) {
+            auto* nothing = textLabel("secondary");
+            nothing->setText(rendered(texts::noExcludedApplications, language));
+            list->addWidget(nothing);
+        }
+    });
+    card.addRow(cardRow(list));
+    auto* bottom = new QHBoxLayout;
+    auto* explanation = scaledLabel(0.9, false, "secondary");
+    bindText(explanation, [] { return texts::excludedApplicationsExplanation; });
+    auto* add = button(texts::addApplication, [] {});
+    add->setObjectName(QStringLiteral("addApplication"));
+    connect(add, &QPushButton::clicked, this, [this, add] { chooseApplication(add); });
+    bindVisible(add, [this] { return services().clipboard.applications != nullptr; });
+    bottom->addWidget(explanation, 1);
+    bottom->addWidget(add);
+    card.addRow(cardRow(bottom));
+}
+
+void ClipboardPage::chooseApplication(QWidget* anchor) {
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const auto ignored = options().ignoredApps;
+    for (const auto& choice : services().clipboard.applications()) {
+        if (std::ranges::find(ignored, choice.bundleID) != ignored.end()) {
+            continue;
+        }
+        auto* action =
+            menu->addAction(QString::fromStdString(choice.name).replace(QLatin1Char('&'), QStringLiteral("&&")));
+        action->setToolTip(QString::fromStdString(choice.bundleID));
+        connect(action, &QAction::triggered, this, [this, bundleID = choice.bundleID] {
+            change([&](Options& changed) { changed.ignoredApps.push_back(bundleID); });
+        });
+    }
+    menu->popup(anchor->mapToGlobal(QPoint(0, anchor->height())));
+}
+
+void ClipboardPage::addClearing() {
+    auto& card = addCard();
+    auto* row = new QHBoxLayout;
+    auto* clear = button(texts::clearHistoryCommand, [this] { askToClear(); });
+    clear->setObjectName(QStringLiteral("clear"));
+    row->addWidget(clear);
+    row->addStretch(1);
+    auto* line = cardRow(row);
+    card.addRow(line);
+    bindVisible(&card, [this] { return services().clipboard.clear != nullptr; });
+}
+
+void ClipboardPage::askToClear() {
+    const auto language = services().preferences.state().language;
+    auto* question = new QMessageBox(QMessageBox::Warning, rendered(texts::clipboardHistory, language),
+                                     rendered(texts::clearHistoryQuestion, language), QMessageBox::NoButton, window());
+    question->setAttribute(Qt::WA_DeleteOnClose);
+    question->setTextFormat(Qt::PlainText);
+    question->setInformativeText(rendered(texts::clearHistoryNote, language));
+    question->addButton(rendered(texts::clearHistoryConfirm, language), QMessageBox::DestructiveRole);
+    auto* cancel = question->addButton(rendered(texts::cancel, language), QMessageBox::RejectRole);
+    question->setDefaultButton(cancel);
+    question->setEscapeButton(cancel);
+    connect(question, &QMessageBox::buttonClicked, this, [this, cancel](const QAbstractButton* chosen) {
+        if (chosen != cancel) {
+            services().clipboard.clear();
+        }
+    });
+    question->open();
+}
+
+} // namespace quillane

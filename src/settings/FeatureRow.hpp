@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QWidget>
+
+#include <functional>
+#include <string>
+
+class QHBoxLayout;
+class QIcon;
+class QLabel;
+
+namespace quillane {
+
+class SwitchButton;
+
+/// A row of a card: a symbol on a tile, a title with an explanation below, and a control at the trailing end.
+class FeatureRow : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit FeatureRow(QWidget* parent = nullptr);
+
+    /// Puts a control at the trailing end.
+    void setControl(QWidget* control);
+
+    /// A switch as the control; it carries the row's title and explanation for assistive technologies.
+    SwitchButton& addSwitch();
+
+    void setTitle(const QString& text);
+
+    /// Hidden while it is empty.
+    void setExplanation(const QString& text);
+
+    /// Draws the symbol; a highlighted tile says that the feature is on. No tile for a null icon.
+    void setSymbol(const QIcon& symbol, bool highlighted);
+
+private:
+    QHBoxLayout* row_;
+    QLabel* tile_;
+    QLabel* title_;
+    QLabel* explanation_;
+    SwitchButton* switch_ = nullptr;
+};
+
+/// A label whose text is never taken for markup, that breaks into lines and can be styled by its role: "secondary",
+/// "warning" or "good".
+[[nodiscard]] QLabel* textLabel(const char* role = nullptr);
+
+/// Shows a text at the leading side of the layout, whatever script it is in.
+void showText(QLabel& label, const QString& text);
+
+/// A label of text that is a bit larger or smaller than the others.
+[[nodiscard]] QLabel* scaledLabel(double scale, bool bold, const char* role = nullptr);
+
+} // namespace quillane

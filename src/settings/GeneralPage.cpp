@@ -1,0 +1,109 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "settings/GeneralPage.hpp"
+
+#include "core/localization/Texts.hpp"
+#include "fileshare/FileShareSettingsView.hpp"
+#include "settings/Card.hpp"
+#include "settings/FeatureRow.hpp"
+
+#include <QLabel>
+#include <QLayout>
+#include <QPushButton>
+
+namespace quillane {
+
+namespace texts = core::texts;
+
+GeneralPage::GeneralPage(const SettingsServices& services) : SettingsPageView(services) {
+    addFeatures();
+    addKeepAwake();
+    addLoginItem();
+    auto* fileShare = new FileShareSettingsView(services.userDefaults, services.preferences);
+    fileShare->layout()->setContentsMargins(14, 10, 14, 10);
+    auto& card = addCard();
+    card.addRow(fileShare);
+    addStretch();
+}
+
+SettingsPageView::Feature GeneralPage::optionFeature(const char* symbol, const core::LocalizedText& title,
+                                                     const core::LocalizedText& explanation,
+                                                     bool core::FeatureOptions::*option) {
+    auto& model = services().model;
+    return {.symbol = symbol,
+            .title = title,
+            .explanation = explanation,
+            .isOn = [&model, option] { return model.options().*option; },
+            .set =
+                [&model, option](bool on) {
+                    auto options = model.options();
+                    options.*option = on;
+                    model.setOptions(options);
+                }};
+}
+
+void GeneralPage::addFeatures() {
+    using Options = core::FeatureOptions;
+    auto& card = addCard(texts::keyboardAndText);
+    addFeature(card, optionFeature("textformat.abc", texts::temporaryEnglish, texts::temporaryEnglishExplanation,
+                                   &Options::shiftEnglish));
+    addFeature(card, optionFeature("globe", texts::switchLanguage, texts::switchLanguageExplanation,
+                                   &Options::languageSwitch));
+    addFeature(card, optionFeature("paragraphsign", texts::paragraphDirectionShortcuts,
+                                   texts::paragraphDirectionExplanation, &Options::writingDirection));
+    addFeature(card, optionFeature("rectangle.on.rectangle", texts::excludeScreenSharing,
+                                   texts::excludeScreenSharingExplanation, &Options::excludeScreenSharing));
+}
+
+void GeneralPage::addKeepAwake() {
+    auto& model = services().model;
+    auto& card = addCard(texts::energy);
+    addFeature(card, optionFeature("cup.and.saucer", texts::keepMacAwake, texts::keepAwakeExplanation,
+                                   &core::FeatureOptions::keepAwake));
+    auto* status = new FeatureRow;
+    status->setObjectName(QStringLiteral("keepAwakeStatus"));
+    bind([this, &model, status](core::AppLanguage language) {
+        const auto& runtime = model.runtime();
+        const auto* symbol = runtime.keepAwakeFailed   ? "exclamationmark.circle"
+                             : runtime.keepAwakeActive ? "cup.and.saucer.fill"
+                                                       : "moon";
+        status->setSymbol(tileSymbol(symbol, runtime.keepAwakeActive), runtime.keepAwakeActive);
+        status->setTitle(rendered(runtime.keepAwakeStatus, language));
+        status->setExplanation(rendered(texts::keepAwakeLimits, language));
+    });
+    card.addRow(status);
+    addNote(texts::keepAwakeIndication);
+}
+
+void GeneralPage::addLoginItem() {
+    auto& loginItem = services().loginItem;
+    auto& card = addCard(texts::startup);
+    addFeature(card, {.symbol = "power",
+                      .title = texts::launchAtLogin,
+                      .explanation = texts::launchAtLoginExplanation,
+                      .isOn = [&loginItem] { return loginItem.isOn(); },
+                      .set = [&loginItem](bool on) { loginItem.setEnabled(on); },
+                      .isEnabled = [&loginItem] { return loginItem.isInstalled() && !loginItem.isChanging(); }});
+    auto& status = addRow(
+        card, {}, [&loginItem] { return loginItem.statusText(); },
+        [&loginItem]() -> core::LocalizedText {
+            return loginItem.isInstalled() ? core::LocalizedText() : core::LocalizedText(texts::moveToApplications);
+        });
+    status.setObjectName(QStringLiteral("loginItemStatus"));
+    auto* settings = button(texts::openLoginItems, [&loginItem] { loginItem.openSettings(); });
+    status.setControl(settings);
+    bindVisible(settings, [&loginItem] { return loginItem.hasSettings(); });
+    auto* error = textLabel("warning");
+    error->setContentsMargins(14, 8, 14, 8);
+    bindText(error, [&loginItem] { return loginItem.errorMessage().value_or(core::LocalizedText()); });
+    bindVisible(error, [&loginItem] { return loginItem.errorMessage().has_value(); });
+    card.addRow(error);
+}
+
+void GeneralPage::showEvent(QShowEvent* event) {
+    SettingsPageView::showEvent(event);
+    services().loginItem.refresh(); // the user may have changed it elsewhere
+}
+
+} // namespace quillane

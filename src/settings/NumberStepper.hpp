@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "core/localization/LocalizedText.hpp"
+
+#include <QWidget>
+
+#include <cstdint>
+#include <functional>
+
+class QToolButton;
+
+namespace quillane {
+
+/// Two buttons that make a number smaller and larger, within bounds. The number itself is shown beside it.
+class NumberStepper : public QWidget {
+    Q_OBJECT
+
+public:
+    struct Range {
+        std::int64_t least;
+        std::int64_t most;
+        std::int64_t step;
+    };
+
+    NumberStepper(Range range, std::function<void(std::int64_t)> changed);
+
+    /// Shows which ways are open from the value. What the number is goes into the buttons' names.
+    void show(std::int64_t value, const core::LocalizedText& what, core::AppLanguage language);
+
+    using QWidget::show;
+
+private:
+    void step(std::int64_t by);
+
+    Range range_;
+    std::function<void(std::int64_t)> changed_;
+    std::int64_t value_;
+    QToolButton* less_;
+    QToolButton* more_;
+};
+
+} // namespace quillane

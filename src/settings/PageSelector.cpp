@@ -1,0 +1,105 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "settings/PageSelector.hpp"
+
+#include "core/localization/Texts.hpp"
+#include "settings/Colors.hpp"
+
+#include <QButtonGroup>
+#include <QHBoxLayout>
+#include <QPainter>
+
+#include <utility>
+
+namespace quillane {
+
+namespace {
+
+constexpr int symbolSide = 24;
+constexpr int padding = 8;
+constexpr int space = 3;
+constexpr double radius = 8;
+
+} // namespace
+
+PageButton::PageButton(QWidget* parent) : QAbstractButton(parent) {
+    setCheckable(true);
+    setFocusPolicy(Qt::StrongFocus);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+QSize PageButton::sizeHint() const {
+    return {std::max(fontMetrics().horizontalAdvance(text()), symbolSide) + 2 * padding,
+            symbolSide + space + fontMetrics().height() + 2 * padding};
+}
+
+void PageButton::paintEvent(QPaintEvent*) {
+    const auto appearance = currentAppearance();
+    const auto& shades = core::BrandPalette::shades(appearance);
+    const auto amber = qColor(core::BrandPalette::amber(appearance));
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const auto area = QRectF(rect()).adjusted(2, 2, -2, -2);
+    if (isChecked() || isDown() || underMouse()) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(qColor(shades.selection));
+        painter.setOpacity(isChecked() || isDown() ? 1 : 0.5);
+        painter.drawRoundedRect(area, radius, radius);
+        painter.setOpacity(1);
+    }
+    if (hasFocus()) {
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(amber, 2));
+        painter.drawRoundedRect(area.adjusted(-1, -1, 1, 1), radius + 1, radius + 1);
+    }
+    const QRect place((width() - symbolSide) / 2, padding, symbolSide, symbolSide);
+    icon().paint(&painter, place);
+    painter.setPen(qColor(isChecked() ? core::BrandPalette::primary(appearance) : shades.secondary));
+    painter.drawText(QRect(0, padding + symbolSide + space, width(), fontMetrics().height()), Qt::AlignCenter, text());
+}
+
+void PageButton::enterEvent(QEnterEvent* event) {
+    QAbstractButton::enterEvent(event);
+    update();
+}
+
+void PageButton::leaveEvent(QEvent* event) {
+    QAbstractButton::leaveEvent(event);
+    update();
+}
+
+PageSelector::PageSelector(Symbol symbol, QWidget* parent) : QWidget(parent), symbol_(std::move(symbol)) {
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(4);
+    auto* group = new QButtonGroup(this); // one is chosen, and arrow keys move between them
+    for (const auto page : core::allSettingsPages) {
+        auto* button = new PageButton;
+        buttons_[page] = button;
+        group->addButton(button);
+        row->addWidget(button);
+        connect(button, &QAbstractButton::clicked, this, [this, page] { emit chosen(page); });
+        connect(button, &QAbstractButton::toggled, this, [this, page](bool on) {
+            if (on) {
+                emit chosen(page); // by an arrow key as well
+            }
+        });
+    }
+}
+
+void PageSelector::show(core::SettingsPage page, core::AppLanguage language) {
+    const auto appearance = currentAppearance();
+    setAccessibleName(QString::fromStdString(core::texts::settingsPages.rendered(language)));
+    for (const auto& [own, button] : buttons_) {
+        const QSignalBlocker quiet(button);
+        button->setChecked(own == page);
+        button->setText(QString::fromStdString(core::title(own).rendered(language)));
+        button->updateGeometry();
+        const auto color =
+            own == page ? core::BrandPalette::amber(appearance) : core::BrandPalette::shades(appearance).secondary;
+        button->setIcon(symbol_ ? symbol_(std::string(core::symbol(own)), qColor(color)) : QIcon());
+    }
+}
+
+} // namespace quillane

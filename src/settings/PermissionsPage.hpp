@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "settings/SettingsPageView.hpp"
+
+namespace quillane {
+
+/// What is granted, what for, and everything that helps to grant it.
+class PermissionsPage : public SettingsPageView {
+    Q_OBJECT
+
+public:
+    explicit PermissionsPage(const SettingsServices& services);
+
+private:
+    void addPermission(Card& card, core::MacPermission permission, const std::string& symbol,
+                       const core::LocalizedText& title, const core::LocalizedText& purpose);
+    void addHelp();
+};
+
+} // namespace quillane

@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/SettingsModel.hpp"
+#include "core/clipboard/ClipboardOptions.hpp"
+#include "core/preferences/AppPreferences.hpp"
+#include "permissions/PermissionController.hpp"
+#include "platform/WindowTraits.hpp"
+#include "system/AppUpdater.hpp"
+#include "system/LoginItemController.hpp"
+
+#include <QIcon>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace quillane {
+
+/// An application that copies can be kept out of the history of.
+struct ApplicationChoice {
+    std::string bundleID;
+    std::string name;
+};
+
+/// The clipboard history as its page sees it. A function that is absent is not offered.
+struct ClipboardSettings {
+    std::function<core::ClipboardOptions()> options;
+    std::function<void(const core::ClipboardOptions&)> setOptions;
+    std::function<bool()> isShortcutTaken; ///< another program has the hot key
+    std::function<void()> retryShortcut;
+    std::function<void()> clear;                                  ///< forgets what is not pinned
+    std::function<std::vector<ApplicationChoice>()> applications; ///< running and installed ones, by name
+};
+
+/// What the settings window shows and changes. Everything referred to must outlive the window.
+struct SettingsServices {
+    SettingsModel& model;
+    core::AppPreferences& preferences;
+    core::UserDefaults& userDefaults;
+    PermissionController& permissions;
+    LoginItemController& loginItem;
+    AppUpdater& updater;
+    WindowTraits& windowTraits;
+    ClipboardSettings clipboard;
+    std::function<QIcon(const std::string& name, const QColor& color)> symbol; ///< a null icon for unknown names
+    QIcon applicationIcon;
+};
+
+} // namespace quillane

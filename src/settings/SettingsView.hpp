@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "core/direction/WritingDirection.hpp"
+#include "core/settings/BrandPalette.hpp"
+#include "core/settings/SettingsPage.hpp"
+#include "settings/SettingsServices.hpp"
+
+#include <QWidget>
+
+#include <map>
+#include <optional>
+#include <vector>
+
+class QStackedWidget;
+
+namespace quillane {
+
+class PageSelector;
+class SettingsHeader;
+class SettingsPageView;
+
+/// The content of the settings window: header, page selector and the selected page. A page is made when it is first
+/// selected.
+class SettingsView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit SettingsView(const SettingsServices& services);
+
+    /// Shows everything as it is now.
+    void refresh();
+
+    /// Turns a paragraph of the testing page; false when its text box does not have the keys.
+    bool apply(core::WritingDirection direction);
+
+    [[nodiscard]] SettingsPageView& currentPage();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void follow();
+    [[nodiscard]] SettingsPageView* makePage(core::SettingsPage page) const;
+    [[nodiscard]] int indexOf(core::SettingsPage page);
+    void applyAppearance();
+
+    const SettingsServices& services_;
+    SettingsHeader* header_;
+    PageSelector* selector_;
+    QStackedWidget* stack_;
+    std::map<core::SettingsPage, int> indices_; ///< of the pages that were made
+    std::vector<SettingsPageView*> pages_;      ///< by index
+    std::optional<core::Appearance> appearance_;
+    std::vector<core::Subscription> subscriptions_;
+};
+
+} // namespace quillane

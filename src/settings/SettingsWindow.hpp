@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "settings/SettingsServices.hpp"
+
+#include "core/direction/WritingDirection.hpp"
+#include "core/settings/SettingsPage.hpp"
+
+#include <QTimer>
+#include <QWidget>
+
+namespace quillane {
+
+class SettingsView;
+
+/// The one settings window. It is made once and kept: closing hides it. While it is open the program is like any other
+/// application; its place and size are remembered, across launches as well.
+class SettingsWindow : public QWidget {
+    Q_OBJECT
+
+public:
+    /// The defaults key of the window's place and size, "x y width height".
+    static constexpr auto frameKey = "NSWindow Frame QuillaneSettings";
+
+    explicit SettingsWindow(SettingsServices services);
+
+    /// Shows a page in front of everything.
+    void present(core::SettingsPage page);
+
+    /// The permissions page is what the user can see.
+    [[nodiscard]] bool showsPermissions() const;
+
+    /// Turns a paragraph of the testing page; false when its text box does not have the keys.
+    bool apply(core::WritingDirection direction);
+
+    [[nodiscard]] SettingsView& view() { return *view_; }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void restoreFrame();
+    void saveFrame();
+    void retitle();
+
+    SettingsServices services_;
+    SettingsView* view_;
+    QTimer frameChanged_;
+    core::Subscription languageChange_;
+};
+
+} // namespace quillane

@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "core/direction/WritingDirection.hpp"
+#include "settings/SettingsPageView.hpp"
+
+class QTextEdit;
+
+namespace quillane {
+
+/// The state of permissions and keyboard as it is now, and a text box to try the direction shortcuts in.
+class TestingPage : public SettingsPageView {
+    Q_OBJECT
+
+public:
+    explicit TestingPage(const SettingsServices& services);
+
+    /// Turns the paragraph at the cursor, when the text box has the keys. False when it does not have them.
+    bool apply(core::WritingDirection direction);
+
+private:
+    void addCheck();
+
+    QTextEdit* box_;
+};
+
+} // namespace quillane

@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "settings/UpdatesPage.hpp"
+
+#include "core/localization/DateText.hpp"
+#include "core/localization/Texts.hpp"
+#include "settings/Card.hpp"
+#include "settings/FeatureRow.hpp"
+
+#include <QPushButton>
+
+namespace quillane {
+
+namespace texts = core::texts;
+
+UpdatesPage::UpdatesPage(const SettingsServices& services) : SettingsPageView(services) {
+    auto& updater = services.updater;
+    auto& card = addCard(texts::quillaneUpdates);
+    auto& version = addRow(
+        card, "arrow.down.app", [&updater] { return texts::installedVersion(updater.version()); },
+        [&updater]() -> core::LocalizedText {
+            return updater.updatesItself() ? core::LocalizedText() : core::LocalizedText(texts::packageManagerUpdates);
+        });
+    version.setObjectName(QStringLiteral("version"));
+    if (updater.updatesItself()) {
+        addSwitch();
+    }
+    addStretch();
+}
+
+void UpdatesPage::addSwitch() {
+    auto& updater = services().updater;
+    auto& card = addCard();
+    addFeature(card, {.symbol = "clock",
+                      .title = texts::checkAutomatically,
+                      .explanation = texts::checkAutomaticallyExplanation,
+                      .isOn = [&updater] { return updater.checksAutomatically(); },
+                      .set = [&updater](bool on) { updater.setChecksAutomatically(on); }});
+    auto& last = addRow(card, "arrow.triangle.2.circlepath", [this] { return lastCheck(); });
+    last.setObjectName(QStringLiteral("lastCheck"));
+    auto* check = button(texts::checkForUpdatesNow, [&updater] { updater.checkNow(); });
+    check->setObjectName(QStringLiteral("checkNow"));
+    check->setProperty("role", QStringLiteral("main"));
+    bind([&updater, check](core::AppLanguage) { check->setEnabled(updater.canCheck()); });
+    last.setControl(check);
+}
+
+core::LocalizedText UpdatesPage::lastCheck() const {
+    const auto date = services().updater.lastCheck();
+    if (!date) {
+        return texts::noUpdateCheckYet;
+    }
+    return texts::lastChecked(core::dateText(*date, services().preferences.state().language));
+}
+
+} // namespace quillane

@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "settings/SettingsPageView.hpp"
+
+namespace quillane {
+
+/// The installed version and how new ones come.
+class UpdatesPage : public SettingsPageView {
+    Q_OBJECT
+
+public:
+    explicit UpdatesPage(const SettingsServices& services);
+
+private:
+    void addSwitch();
+
+    [[nodiscard]] core::LocalizedText lastCheck() const;
+};
+
+} // namespace quillane

@@ -1,0 +1,151 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "settings/SettingsTest.hpp"
+
+#include "settings/SettingsPageView.hpp"
+#include "settings/SettingsView.hpp"
+
+#ifdef QUILLANE_LINE_ART
+#include "platform/linux/SystemSymbols.hpp"
+#endif
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QDir>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QScrollArea>
+
+#include <array>
+
+namespace quillane {
+namespace {
+
+using core::AppLanguage;
+using core::SettingsPage;
+
+/// Pictures of every page for people to look at, and what can be measured on them.
+class SettingsScreenshots : public SettingsTest {
+protected:
+    SettingsScreenshots() {
+        useReadableFont(1);
+        model.optionsChanged = [this] { model.refreshKeepAwake(); };
+        auto options = model.options();
+        options.keepAwake = true;
+        model.setOptions(options);
+        auto runtime = model.runtime();
+        runtime.accessibilityGranted = runtime.inputMonitoringGranted = true;
+        runtime.monitorRunning = runtime.keyboardEventsObserved = true;
+        runtime.inputName = "Hebrew";
+        runtime.inputIsRTL = true;
+        runtime.runtimeStatus = core::texts::shortcutsActive;
+        model.setRuntime(runtime);
+        model.setLastAction(core::texts::keyboardLanguage("Hebrew"));
+        clipboardOptions.enabled = true;
+        clipboardOptions.ignoredApps = {"com.example.mail"};
+        desktop.withPermissions({core::MacPermission::inputMonitoring});
+        permissions.refresh();
+        desktop.updater.finish({785'000'000});
+    }
+
+    ~SettingsScreenshots() override { useDark(false); }
+
+    static void useReadableFont(double scale) {
+        QFont font(QStringLiteral("Noto Sans"));
+        font.setFamilies({"Noto Sans", "Noto Sans Hebrew", "Noto Sans Arabic"});
+        font.setPointSizeF(10 * scale);
+        QApplication::setFont(font);
+    }
+
+    [[nodiscard]] SettingsServices services() override {
+        auto made = SettingsTest::services();
+#ifdef QUILLANE_LINE_ART
+        made.symbol = [](const std::string& name, const QColor& color) { return symbolIcon(name, color); };
+        made.applicationIcon = applicationIcon();
+#endif
+        return made;
+    }
+
+    /// Tall enough for the whole page, as far as a screen may reach.
+    void fit() {
+        const auto& page = window().view().currentPage();
+        const auto* scroll = qobject_cast<QScrollArea*>(page.parentWidget()->parentWidget());
+        const int missing = page.height() - scroll->viewport()->height();
+        if (missing > 0) {
+            window().resize(window().width(), window().height() + missing);
+            settle();
+        }
+    }
+
+    void expectNothingCut() {
+        for (const auto* label : window().findChildren<QLabel*>()) {
+            if (!label->isVisible() || label->text().isEmpty()) {
+                continue;
+            }
+            const int needed = label->wordWrap() ? label->heightForWidth(label->width()) : label->sizeHint().height();
+            EXPECT_GE(label->height(), needed) << label->text().toStdString();
+            EXPECT_TRUE(label->wordWrap() || label->width() >= label->sizeHint().width())
+                << label->text().toStdString();
+        }
+        for (const auto* button : window().findChildren<QAbstractButton*>()) {
+            if (button->isVisible()) {
+                EXPECT_GE(button->width(), button->minimumSizeHint().width()) << button->text().toStdString();
+                EXPECT_GE(button->height(), button->minimumSizeHint().height()) << button->text().toStdString();
+            }
+        }
+    }
+};
+
+TEST_F(SettingsScreenshots, OfAllPagesInAllLanguagesLightAndDark) {
+    constexpr std::array names{"general", "shortcuts", "history", "permissions", "testing", "updates"};
+    const QDir folder(QStringLiteral(QUILLANE_SCREENSHOTS));
+    for (const bool dark : {false, true}) {
+        useDark(dark);
+        for (const auto language : core::allLanguages) {
+            preferences.choose(language);
+            for (const auto page : core::allSettingsPages) {
+                window().resize(760, 780);
+                present(page);
+                const auto name = QStringLiteral("settings-%1-%2-%3.png")
+                                      .arg(QLatin1String(names.at(static_cast<std::size_t>(page))),
+                                           QLatin1String(std::string(core::languageID(language)).c_str()),
+                                           dark ? QStringLiteral("dark") : QStringLiteral("light"));
+                fit();
+                fit();
+                expectNothingCut();
+                const auto picture = window().grab();
+                ASSERT_TRUE(picture.save(folder.filePath(name)));
+                // Every page has more on it than its background.
+                const auto image = picture.toImage();
+                const auto background = image.pixelColor(3, image.height() - 3);
+                int drawn = 0;
+                for (int y = 170; y < image.height(); y += 3) {
+                    for (int x = 0; x < image.width(); x += 3) {
+                        drawn += image.pixelColor(x, y) != background ? 1 : 0;
+                    }
+                }
+                EXPECT_GT(drawn, 1000) << name.toStdString();
+            }
+        }
+    }
+}
+
+TEST_F(SettingsScreenshots, TextThatGrowsByHalfIsNotCut) {
+    for (const auto language : core::allLanguages) {
+        closeForever();
+        useReadableFont(1.5);
+        preferences.choose(language);
+        for (const auto page : core::allSettingsPages) {
+            present(page);
+            window().view().refresh();
+            settle();
+            expectNothingCut();
+            const auto& shown = window().view().currentPage();
+            EXPECT_LE(shown.minimumSizeHint().width(), shown.width()) << static_cast<int>(page);
+        }
+    }
+}
+
+} // namespace
+} // namespace quillane

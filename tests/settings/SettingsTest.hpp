@@ -1,0 +1,120 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "core/localization/Texts.hpp"
+#include "fakes/FakeDesktop.hpp"
+#include "settings/SettingsWindow.hpp"
+
+#include <QApplication>
+#include <QIcon>
+#include <QPalette>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace quillane {
+
+/// The settings window over real models, with the desktop faked and drawn off the screen.
+class SettingsTest : public testing::Test {
+protected:
+    SettingsTest() { preferences.choose(core::AppLanguage::english); }
+
+    SettingsWindow& window() {
+        if (!window_) {
+            window_ = std::make_unique<SettingsWindow>(services());
+        }
+        return *window_;
+    }
+
+    /// As when the program is started anew.
+    void closeForever() { window_.reset(); }
+
+    SettingsWindow& present(core::SettingsPage page) {
+        window().present(page);
+        settle();
+        return window();
+    }
+
+    [[nodiscard]] virtual SettingsServices services() {
+        ClipboardSettings clipboard;
+        clipboard.options = [this] { return clipboardOptions; };
+        clipboard.setOptions = [this](const core::ClipboardOptions& options) { clipboardOptions = options; };
+        clipboard.isShortcutTaken = [this] { return shortcutTaken; };
+        clipboard.retryShortcut = [this] { ++retries; };
+        clipboard.clear = [this] { ++clearings; };
+        clipboard.applications = [] {
+            return std::vector<ApplicationChoice>{{"com.example.editor", "Editor"}, {"com.example.mail", "Mail"}};
+        };
+        return {.model = model,
+                .preferences = preferences,
+                .userDefaults = desktop.userDefaults,
+                .permissions = permissions,
+                .loginItem = loginItem,
+                .updater = updater,
+                .windowTraits = desktop.windowTraits,
+                .clipboard = std::move(clipboard),
+                .symbol = {},
+                .applicationIcon = {}};
+    }
+
+    /// Lets nested layouts come to rest: each level asks the next one in an event of its own.
+    static void settle() {
+        for (int round = 0; round < 10; ++round) {
+            QApplication::processEvents();
+        }
+    }
+
+    /// The widget of that kind and name on the window.
+    template <typename Widget>
+    [[nodiscard]] Widget& find(const char* name) {
+        auto* found = window().findChild<Widget*>(QLatin1String(name));
+        if (found == nullptr) {
+            throw std::logic_error(std::string("no widget ") + name);
+        }
+        return *found;
+    }
+
+    static void useDark(bool dark) {
+        QPalette palette;
+        palette.setColor(QPalette::Window, dark ? QColor(30, 31, 34) : QColor(240, 240, 240));
+        palette.setColor(QPalette::WindowText, dark ? Qt::white : Qt::black);
+        QApplication::setPalette(palette);
+        QApplication::processEvents();
+    }
+
+private:
+    struct OffscreenPlatform {
+        OffscreenPlatform() { ::setenv("QT_QPA_PLATFORM", "offscreen", 1); }
+    };
+
+    OffscreenPlatform offscreen_;
+    int argc_ = 1;
+    std::string name_ = "tests";
+    char* argv_ = name_.data();
+    QApplication application_{argc_, &argv_};
+
+protected:
+    fakes::FakeDesktop desktop;
+    core::AppPreferences preferences{desktop.userDefaults};
+    SettingsModel model{desktop.userDefaults, desktop.sleepAssertions};
+    PermissionController permissions{{.service = desktop.permissions,
+                                      .userDefaults = desktop.userDefaults,
+                                      .pasteboard = desktop.pasteboard,
+                                      .windowTraits = desktop.windowTraits,
+                                      .launcher = desktop.launcher},
+                                     {"/Applications/Quillane.app", true}};
+    LoginItemController loginItem{desktop.loginItem, true};
+    AppUpdater updater{&desktop.updater, desktop.windowTraits, "1.2"};
+    core::ClipboardOptions clipboardOptions;
+    bool shortcutTaken = false;
+    int retries = 0;
+    int clearings = 0;
+
+private:
+    std::unique_ptr<SettingsWindow> window_;
+};
+
+} // namespace quillane

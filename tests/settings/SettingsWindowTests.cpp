@@ -1,0 +1,250 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "settings/SettingsTest.hpp"
+
+#include "settings/Colors.hpp"
+#include "settings/PageSelector.hpp"
+#include "settings/SettingsView.hpp"
+#include "settings/SwitchButton.hpp"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+#include <QTextBlock>
+#include <QTextEdit>
+
+#include <algorithm>
+
+namespace quillane {
+namespace {
+
+using core::AppLanguage;
+using core::SettingsPage;
+
+class SettingsWindowTests : public SettingsTest {
+protected:
+    [[nodiscard]] SwitchButton& switchNamed(const char* name) {
+        for (auto* button : window().findChildren<SwitchButton*>()) {
+            if (button->accessibleName() == QLatin1String(name)) {
+                return *button;
+            }
+        }
+        throw std::logic_error(std::string("no switch ") + name);
+    }
+
+    [[nodiscard]] bool shows(const QString& text) {
+        const auto labels = window().findChildren<QLabel*>();
+        return std::any_of(labels.begin(), labels.end(),
+                           [&](const QLabel* label) { return label->isVisible() && label->text() == text; });
+    }
+
+    [[nodiscard]] QPushButton& buttonNamed(const char* text) {
+        for (auto* button : window().findChildren<QPushButton*>()) {
+            if (button->isVisible() && button->text() == QLatin1String(text)) {
+                return *button;
+            }
+        }
+        throw std::logic_error(std::string("no button ") + text);
+    }
+};
+
+TEST_F(SettingsWindowTests, HasItsTitleAndSizes) {
+    EXPECT_EQ(window().windowTitle(), "Quillane — Settings");
+    EXPECT_EQ(window().size(), QSize(760, 780));
+    EXPECT_EQ(window().minimumSize(), QSize(740, 720));
+}
+
+TEST_F(SettingsWindowTests, IsAnApplicationLikeOthersWhileItIsOpen) {
+    present(SettingsPage::general);
+    EXPECT_EQ(desktop.windowTraits.policies().back(), ActivationPolicy::regular);
+    EXPECT_GE(desktop.windowTraits.activations, 1);
+    window().close();
+    EXPECT_EQ(desktop.windowTraits.policies().back(), ActivationPolicy::accessory);
+}
+
+TEST_F(SettingsWindowTests, KeepsItsFrameAndPageWhenItIsClosedAndItsFrameAcrossLaunches) {
+    present(SettingsPage::shortcuts);
+    window().setGeometry(20, 10, 750, 730);
+    window().close();
+    present(model.page());
+    EXPECT_EQ(model.page(), SettingsPage::shortcuts);
+    EXPECT_EQ(window().size(), QSize(750, 730));
+    const auto place = window().pos();
+    window().close();
+    closeForever();
+    EXPECT_EQ(window().pos(), place);
+    EXPECT_EQ(window().size(), QSize(750, 730));
+}
+
+TEST_F(SettingsWindowTests, AFrameThatCannotBeReachedOrReadIsReplaced) {
+    for (const auto* frame : {"90000 90000 760 780", "nonsense", "1 2 3", "10 10 x 9", ""}) {
+        desktop.userDefaults.setObject(SettingsWindow::frameKey, frame);
+        EXPECT_TRUE(QRect(0, 0, 2000, 2000).intersects(window().geometry())) << frame;
+        EXPECT_EQ(window().size(), QSize(760, 780)) << frame;
+        closeForever();
+    }
+}
+
+TEST_F(SettingsWindowTests, ThePageSelectorLeadsToEveryPageByMouseAndByArrowKey) {
+    present(SettingsPage::general);
+    auto buttons = window().findChildren<PageButton*>();
+    ASSERT_EQ(buttons.size(), 6);
+    for (qsizetype i = 0; i < buttons.size(); ++i) {
+        buttons[i]->click();
+        EXPECT_EQ(model.page(), core::allSettingsPages.at(static_cast<std::size_t>(i)));
+        EXPECT_TRUE(buttons[i]->isChecked());
+    }
+    buttons[0]->click();
+    buttons[0]->setFocus();
+    QTest::keyClick(buttons[0], Qt::Key_Right);
+    EXPECT_EQ(model.page(), SettingsPage::shortcuts);
+}
+
+TEST_F(SettingsWindowTests, SwitchesAreTheOptions) {
+    present(SettingsPage::general);
+    auto& shift = switchNamed("Temporary English with Shift");
+    EXPECT_TRUE(shift.isChecked());
+    shift.click();
+    EXPECT_FALSE(model.options().shiftEnglish);
+    auto options = model.options();
+    options.shiftEnglish = true;
+    model.setOptions(options);
+    EXPECT_TRUE(shift.isChecked());
+    shift.setFocus();
+    QTest::keyClick(&shift, Qt::Key_Space);
+    EXPECT_FALSE(model.options().shiftEnglish);
+}
+
+TEST_F(SettingsWindowTests, KeepAwakeSaysHowItStands) {
+    model.optionsChanged = [this] { model.refreshKeepAwake(); };
+    model.refreshKeepAwake();
+    present(SettingsPage::general);
+    EXPECT_TRUE(shows("Keep Awake is off"));
+    switchNamed("Keep Mac Awake").click();
+    EXPECT_TRUE(shows("Keep Awake — on indefinitely"));
+    switchNamed("Keep Mac Awake").click();
+    desktop.sleepAssertions.refuse(core::SleepAssertionKind::system, 1);
+    switchNamed("Keep Mac Awake").click();
+    EXPECT_TRUE(shows("Could not prevent sleep. Turn off and on to retry."));
+}
+
+TEST_F(SettingsWindowTests, TheLoginItemSwitchFollowsTheSystem) {
+    present(SettingsPage::general);
+    auto& login = switchNamed("Launch Quillane at login");
+    login.click();
+    EXPECT_TRUE(login.isChecked());
+    EXPECT_TRUE(shows("On — Quillane will start when you sign in"));
+    desktop.loginItem.fails = true;
+    login.click();
+    EXPECT_TRUE(login.isChecked());
+    EXPECT_TRUE(shows("Could not change automatic startup. Try again or open Login Items settings."));
+    buttonNamed("Open Login Items settings").click();
+    EXPECT_EQ(desktop.loginItem.openings, 1);
+}
+
+TEST_F(SettingsWindowTests, PermissionsAreShownAndAskedFor) {
+    desktop.withPermissions({});
+    permissions.refresh();
+    present(SettingsPage::permissions);
+    EXPECT_TRUE(window().showsPermissions());
+    EXPECT_TRUE(shows("Permissions approved: 0 of 2"));
+    buttonNamed("Request Permission").click();
+    EXPECT_EQ(desktop.permissions.requests(), std::vector{core::MacPermission::inputMonitoring});
+    EXPECT_TRUE(shows("Input Monitoring requested. Enable Quillane in the list, then return here."));
+    desktop.permissions.grant(core::MacPermission::inputMonitoring);
+    desktop.permissions.grant(core::MacPermission::accessibility);
+    permissions.refresh();
+    EXPECT_TRUE(shows("Permissions approved: 2 of 2"));
+    EXPECT_THROW(static_cast<void>(buttonNamed("Request Permission")), std::logic_error);
+}
+
+TEST_F(SettingsWindowTests, ClipboardOptionsAreBoundBothWays) {
+    present(SettingsPage::clipboard);
+    switchNamed("Clipboard history").click();
+    EXPECT_TRUE(clipboardOptions.enabled);
+    EXPECT_TRUE(shows("History limit: 200"));
+    for (auto* stepper : window().findChildren<QAbstractButton*>()) {
+        if (stepper->accessibleName() == QLatin1String("Increase: History limit: 200")) {
+            stepper->click();
+            break;
+        }
+    }
+    EXPECT_EQ(clipboardOptions.limit, 210);
+    EXPECT_TRUE(shows("History limit: 210"));
+    find<QComboBox>("panelPlace").activated(1);
+    EXPECT_FALSE(clipboardOptions.popupAtCursor);
+}
+
+TEST_F(SettingsWindowTests, ExcludedApplicationsCanBeRemoved) {
+    clipboardOptions.ignoredApps = {"com.example.editor", "com.example.gone"};
+    present(SettingsPage::clipboard);
+    EXPECT_TRUE(shows("Editor"));
+    EXPECT_TRUE(shows("com.example.gone"));
+    find<QPushButton>("remove").click();
+    EXPECT_EQ(clipboardOptions.ignoredApps, std::vector<std::string>{"com.example.gone"});
+    EXPECT_FALSE(shows("Editor"));
+}
+
+TEST_F(SettingsWindowTests, AShortcutThatIsTakenCanBeTriedAgain) {
+    present(SettingsPage::clipboard);
+    EXPECT_FALSE(shows("Another application uses Command + Shift + V."));
+    shortcutTaken = true;
+    window().view().refresh();
+    EXPECT_TRUE(shows("Another application uses Command + Shift + V."));
+    buttonNamed("Try again").click();
+    EXPECT_EQ(retries, 1);
+}
+
+TEST_F(SettingsWindowTests, ADirectionChordTurnsTheParagraphOfTheTextBox) {
+    present(SettingsPage::testing);
+    auto& box = find<QTextEdit>("box");
+    EXPECT_FALSE(window().view().apply(core::WritingDirection::rightToLeft));
+    box.setPlainText("one\ntwo");
+    box.setFocus();
+    QApplication::processEvents();
+    EXPECT_TRUE(window().view().apply(core::WritingDirection::rightToLeft));
+    EXPECT_EQ(box.document()->begin().blockFormat().layoutDirection(), Qt::RightToLeft);
+    EXPECT_NE(box.document()->begin().next().blockFormat().layoutDirection(), Qt::RightToLeft);
+}
+
+TEST_F(SettingsWindowTests, WhileACheckRunsTheButtonIsDisabled) {
+    present(SettingsPage::updates);
+    EXPECT_TRUE(shows("Installed version: 1.2"));
+    EXPECT_TRUE(shows("No update check yet"));
+    auto& check = find<QPushButton>("checkNow");
+    check.click();
+    EXPECT_FALSE(check.isEnabled());
+    desktop.updater.finish({0});
+    EXPECT_TRUE(check.isEnabled());
+    EXPECT_FALSE(shows("No update check yet"));
+}
+
+TEST_F(SettingsWindowTests, ChoosingALanguageRedrawsEverythingMirrored) {
+    present(SettingsPage::shortcuts);
+    find<QComboBox>("language").activated(1);
+    EXPECT_EQ(preferences.state().language, AppLanguage::hebrew);
+    EXPECT_EQ(window().view().layoutDirection(), Qt::RightToLeft);
+    EXPECT_EQ(window().windowTitle().toStdString(), core::texts::settingsWindowTitle.rendered(AppLanguage::hebrew));
+    EXPECT_TRUE(shows(QString::fromStdString(core::texts::leftToRight.rendered(AppLanguage::hebrew))));
+    find<QComboBox>("language").activated(0);
+    EXPECT_EQ(window().view().layoutDirection(), Qt::LeftToRight);
+    EXPECT_TRUE(shows("Left to right"));
+}
+
+TEST_F(SettingsWindowTests, ADarkAppearanceIsFollowedWhileItIsOpen) {
+    useDark(false);
+    present(SettingsPage::general);
+    const auto wordmark = find<QLabel>("wordmark").text();
+    const auto light = window().grab().toImage().pixelColor(3, 3);
+    useDark(true);
+    EXPECT_EQ(window().grab().toImage().pixelColor(3, 3),
+              qColor(core::BrandPalette::shades(core::Appearance::dark).window));
+    EXPECT_EQ(light, qColor(core::BrandPalette::shades(core::Appearance::light).window));
+    EXPECT_NE(find<QLabel>("wordmark").text(), wordmark);
+    useDark(false);
+}
+
+} // namespace
+} // namespace quillane
