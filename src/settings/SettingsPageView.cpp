@@ -71,7 +71,8 @@ QLabel& SettingsPageView::addNote(const core::LocalizedText& text) {
 FeatureRow& SettingsPageView::addFeature(Card& card, Feature feature) {
     auto* row = new FeatureRow;
     auto& control = row->addSwitch();
-    connect(&control, &QAbstractButton::clicked, this, [this, set = feature.set](bool on) {
+    // Assistive technologies toggle without a click.
+    connect(&control, &QAbstractButton::toggled, this, [this, set = feature.set](bool on) {
         set(on);
         refresh(); // what refuses a change shows its own value again
     });
@@ -80,6 +81,7 @@ FeatureRow& SettingsPageView::addFeature(Card& card, Feature feature) {
         row->setTitle(rendered(feature.title, language));
         row->setExplanation(rendered(feature.explanation, language));
         row->setSymbol(tileSymbol(feature.symbol, on), on);
+        const QSignalBlocker quiet(control);
         control.setChecked(on);
         control.setEnabled(!feature.isEnabled || feature.isEnabled());
     });

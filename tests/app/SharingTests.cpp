@@ -17,17 +17,6 @@ namespace {
 
 /// The ways in to sharing a file that the agent offers, with its windows off the screen.
 class Sharing : public AppDelegateTest {
-private:
-    struct OffscreenPlatform {
-        OffscreenPlatform() { ::setenv("QT_QPA_PLATFORM", "offscreen", 1); }
-    };
-
-    OffscreenPlatform offscreen_;
-    int argc_ = 1;
-    std::string name_ = "tests";
-    char* argv_ = name_.data();
-    QApplication application_{argc_, &argv_};
-
 protected:
     Sharing() {
         defaults.setObject("FileShareServer", std::string("http://nas"));

@@ -52,7 +52,10 @@ TEST_F(LiveCommands, ASecondStartTalksToTheFirst) {
     EXPECT_EQ(second.exit, (ExitStatus{0, 0})) << second.errors;
     EXPECT_TRUE(agent().process().isRunning());
     EXPECT_EQ(agent().status().at("pid"), agent().process().pid());
-    EXPECT_TRUE(waitUntil([&] { return !popUps(desktop().screen()).empty(); })) << "nothing is shown";
+    EXPECT_TRUE(desktop().waitUntilInFront(agent().process().pid())) << "nothing is shown";
+    const auto active = desktop().screen().activeWindow();
+    ASSERT_TRUE(active);
+    EXPECT_EQ(desktop().screen().text(*active, "_NET_WM_NAME"), "Quillane — Settings");
 }
 
 TEST_F(LiveCommands, APauseOutlivesTheAgent) {
