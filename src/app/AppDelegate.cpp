@@ -6,7 +6,6 @@
 #include "app/StatusBarArtwork.hpp"
 #include "app/StatusMenu.hpp"
 #include "app/TintedSymbol.hpp"
-#include "core/clipboard/ClipboardOptions.hpp"
 #include "core/keyboard/ScreenSharingPolicy.hpp"
 #include "core/localization/Texts.hpp"
 #include "core/permissions/PermissionSetupPolicy.hpp"
@@ -108,6 +107,11 @@ void AppDelegate::wireControllers() {
     };
     permissions_.terminate = environment_.terminate;
     permissions_.applicationIsActive = [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; };
+    subscriptions_.push_back(clipboard_.onChanged([this] {
+        if (settings_) {
+            settings_->refresh();
+        }
+    }));
     subscriptions_.push_back(permissions_.onChanged([this] { publishRuntime(); }));
     monitor_.onDirection = [this](core::WritingDirection direction) {
         directions_ = {direction, directions_.count + 1};
@@ -183,13 +187,11 @@ void AppDelegate::requestNextPermissionIfNeeded() {
 SettingsServices AppDelegate::settingsServices() {
     auto& defaults = services_.userDefaults;
     ClipboardSettings clipboard;
-    clipboard.options = [&defaults] {
-        const auto stored = defaults.data(core::clipboardOptionsKey);
-        return (stored ? core::decodeClipboardOptions(*stored) : std::nullopt).value_or(core::ClipboardOptions{});
-    };
-    clipboard.setOptions = [&defaults](const core::ClipboardOptions& options) {
-        defaults.setObject(core::clipboardOptionsKey, core::encodeClipboardOptions(options));
-    };
+    clipboard.options = [this] { return clipboard_.options(); };
+    clipboard.setOptions = [this](const core::ClipboardOptions& options) { clipboard_.setOptions(options); };
+    clipboard.isShortcutTaken = [this] { return clipboard_.hasHotKeyConflict(); };
+    clipboard.retryShortcut = [this] { clipboard_.registerShortcut(); };
+    clipboard.clear = [this] { clipboard_.clear(core::ClipboardHistory::Clearing::keepPins); };
     return {.model = model_,
             .preferences = preferences_,
             .userDefaults = defaults,

@@ -91,6 +91,12 @@ void SettingsWindow::present(core::SettingsPage page) {
     }
 }
 
+void SettingsWindow::refresh() {
+    if (isVisible()) {
+        view_->refresh();
+    }
+}
+
 bool SettingsWindow::showsPermissions() const {
     return isVisible() && services_.model.page() == core::SettingsPage::permissions;
 }

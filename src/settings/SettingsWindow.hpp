@@ -29,6 +29,9 @@ public:
     /// Shows a page in front of everything.
     void present(core::SettingsPage page);
 
+    /// Shows what has changed.
+    void refresh();
+
     /// The permissions page is what the user can see.
     [[nodiscard]] bool showsPermissions() const;
 

@@ -36,8 +36,7 @@ void LoginItemController::setEnabled(bool enabled) {
 }
 
 void LoginItemController::change(bool enabled) {
-    changing_ = true;
-    changed_.notify();
+    changing_ = true; // told to nobody: a control that is disabled for a moment would lose the keyboard
     const bool done = enabled ? service_.enable() : service_.disable();
     if (!done) {
         refresh();

@@ -40,8 +40,6 @@ protected:
     ControlReply share(std::vector<std::string> urls) {
         return delegate->handleControlRequest({"share", std::move(urls)});
     }
-
-    fakes::TemporaryFiles files;
 };
 
 TEST_F(Sharing, TheMenuRowOpensThePanelAndTheChosenFileIsUploaded) {
