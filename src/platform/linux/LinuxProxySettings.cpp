@@ -48,7 +48,7 @@ std::optional<std::string> LinuxProxySettings::proxyFor(const std::string& url) 
     // Errors leave no proxies, which means none, as it does for the desktop's own programs.
     const std::unique_ptr<char*, FreeStrings> proxies(
         g_proxy_resolver_lookup(g_proxy_resolver_get_default(), url.c_str(), nullptr, nullptr));
-    return proxies && *proxies.get() != nullptr ? forCurl(*proxies.get()) : std::string();
+    return proxies && *proxies != nullptr ? forCurl(*proxies) : std::string();
 }
 
 } // namespace quillane
