@@ -423,6 +423,7 @@ TEST_F(ClipboardManagerTest, CopyingFromTheHistoryMakesNoNewEntryAndMovesItToThe
     copy("one");
     copy("two");
     const auto id = manager_->history().entries()[0].id;
+    pass(1s); // entries of one and the same instant are in the order of their identifiers
     EXPECT_TRUE(manager_->copy(id, RestoreMode::full));
     const auto used = manager_->history().entries()[0].copiedAt;
     pass(2s);
