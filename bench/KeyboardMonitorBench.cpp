@@ -115,6 +115,22 @@ public:
         return true;
     }
 
+    bool setAttribute(const AXElement& /*element*/, std::string_view /*name*/, const AXValue& /*value*/) override {
+        return false;
+    }
+
+    [[nodiscard]] std::vector<std::string> actionNames(const AXElement& /*element*/) override { return {}; }
+
+    AXActionResult performAction(const AXElement& /*element*/, std::string_view /*name*/) override {
+        return AXActionResult::failed;
+    }
+
+    [[nodiscard]] std::optional<core::Subscription>
+    observe(const AXElement& /*application*/, std::string_view /*name*/,
+            std::function<void(const AXElement&)> /*handler*/) override {
+        return std::nullopt;
+    }
+
 private:
     class Handle final : public AXElement::Handle {
     public:
