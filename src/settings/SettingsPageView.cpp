@@ -89,7 +89,7 @@ FeatureRow& SettingsPageView::addFeature(Card& card, Feature feature) {
     return *row;
 }
 
-FeatureRow& SettingsPageView::addRow(Card& card, const std::string& symbol, Text title, Text explanation,
+FeatureRow& SettingsPageView::addRow(Card& card, const std::string& symbol, const Text& title, const Text& explanation,
                                      std::function<bool()> highlighted) {
     auto* row = new FeatureRow;
     bind([=, this](core::AppLanguage language) {

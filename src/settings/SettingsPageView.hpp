@@ -59,7 +59,7 @@ protected:
     FeatureRow& addFeature(Card& card, Feature feature);
 
     /// A row without a control.
-    FeatureRow& addRow(Card& card, const std::string& symbol, Text title, Text explanation = {},
+    FeatureRow& addRow(Card& card, const std::string& symbol, const Text& title, const Text& explanation = {},
                        std::function<bool()> highlighted = {});
 
     /// A button with a text.

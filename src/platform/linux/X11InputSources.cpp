@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <ranges>
 
 namespace quillane {
 
@@ -21,8 +20,11 @@ constexpr std::size_t variantField = 3;
 
 std::vector<std::string> split(std::string_view text, char separator) {
     std::vector<std::string> parts;
-    for (const auto part : std::views::split(text, separator)) {
-        parts.emplace_back(part.begin(), part.end());
+    std::size_t begin = 0;
+    while (begin <= text.size() && !text.empty()) {
+        const auto end = std::min(text.find(separator, begin), text.size());
+        parts.emplace_back(text.substr(begin, end - begin));
+        begin = end + 1;
     }
     return parts;
 }

@@ -79,7 +79,8 @@ core::KeyCode macKeyCode(xcb_keycode_t keycode) {
             codes[i] = static_cast<core::KeyCode>(firstOwnNumber + i);
         }
         for (const auto& place : places) {
-            codes[static_cast<std::size_t>(place.linuxCode + linuxToX)] = place.mac;
+            const int placeOnX = place.linuxCode + linuxToX;
+            codes[static_cast<std::size_t>(placeOnX)] = place.mac;
         }
         return codes;
     }();
