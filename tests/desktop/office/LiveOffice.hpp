@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "desktop/agent/AgentTest.hpp"
+
+namespace quillane::live {
+
+/// Direction chords in a stand-in for an application of Microsoft Office, with the interface of the agent in English.
+class LiveOffice : public AgentTest {
+protected:
+    void TearDown() override;
+
+    /// Starts the agent, and the program with a cursor in one of its fields.
+    void start(const std::string& program, const std::vector<std::string>& options = {});
+
+    /// What happened in the program so far, of one kind.
+    [[nodiscard]] std::vector<nlohmann::json> events(const std::string& kind) const;
+
+    /// Waits until that much of a kind has happened.
+    void expectCount(const std::string& kind, std::size_t count) const;
+
+    /// Waits until this is what the agent said last.
+    void expectSaid(const std::string& text);
+
+    /// Ends the test when the agent has said anything.
+    void expectSaidNothing();
+
+    void turnRight() { desktop().keyboard().chord({Key::leftControl, Key::rightShift}); }
+
+    void turnLeft() { desktop().keyboard().chord({Key::leftControl, Key::leftShift}); }
+
+    [[nodiscard]] pid_t pid() const { return process_->pid(); }
+
+private:
+    std::optional<ChildProcess> process_;
+    std::filesystem::path output_;
+};
+
+} // namespace quillane::live
