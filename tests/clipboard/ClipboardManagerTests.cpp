@@ -393,6 +393,7 @@ TEST_F(ClipboardManagerTest, ThePanelIsClosedWhenCollectionEnds) {
     EXPECT_EQ(closes, 1);
     setOption(&core::ClipboardOptions::enabled, false);
     EXPECT_EQ(closes, 2);
+    manager_->onClosePanel = nullptr; // the manager stops after this test's count has gone
 }
 
 // Entries and options
