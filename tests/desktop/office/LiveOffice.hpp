@@ -24,7 +24,7 @@ protected:
     /// Waits until this is what the agent said last.
     void expectSaid(const std::string& text);
 
-    /// Ends the test when the agent has said anything.
+    /// Fails when the agent has said anything.
     void expectSaidNothing();
 
     void turnRight() { desktop().keyboard().chord({Key::leftControl, Key::rightShift}); }
