@@ -191,7 +191,8 @@ std::optional<AtspiObject> AtspiAccessibility::focusedObject(const std::string& 
             return std::nullopt;
         }
         const bool hasState = found->is(AtspiState::focused);
-        if (found->is(AtspiState::defunct) || !(hasState || found->is(AtspiState::focusable))) {
+        const bool isClosed = isMenuItem(*found) && !found->is(AtspiState::showing); // Qt tells of no focus after it
+        if (found->is(AtspiState::defunct) || !(hasState || found->is(AtspiState::focusable)) || isClosed) {
             focus_.forget(focus->object);
         } else if (focus_.confirm(focus->object, hasState, known_->begin)) {
             return focus->object;
@@ -228,7 +229,8 @@ std::shared_ptr<AtspiFacts> AtspiAccessibility::focusFacts(BusConnection& bus, c
             renewal_ = Request{focus.object, focus.change, limit.now, requestFacts(bus, focus.object, editingFacts)};
         }
     };
-    if (concerns(known_) && limit.now - known_->begin < keptFor) {
+    const bool mayClose = concerns(known_) && isMenuItem(*known_->facts); // a menu closes without a word
+    if (concerns(known_) && limit.now - known_->begin < keptFor && !mayClose) {
         if (limit.now - known_->begin > renewedAfter) {
             renew();
         }
