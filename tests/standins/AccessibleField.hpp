@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QAccessibleWidget>
+#include <QMenu>
+#include <QTextEdit>
+
+#include <functional>
+
+/// A field for text that assistive technologies can ask for its context menu.
+class Field : public QTextEdit {
+public:
+    struct Traits {
+        bool multiLine = true;
+        bool webContent = false;        ///< it is a web area itself
+        bool keepsSelection = false;    ///< nobody can set the selection from outside
+        std::function<void()> showMenu; ///< must return at once
+    };
+
+    Field(const QString& name, Traits traits);
+
+    [[nodiscard]] const Traits& traits() const { return traits_; }
+
+    Traits& traits() { return traits_; }
+
+protected:
+    void contextMenuEvent(QContextMenuEvent*) override { traits_.showMenu(); }
+
+private:
+    Traits traits_;
+};
+
+/// A page, which has fields.
+class WebPage : public QWidget {};
+
+/// A window, in whose tree its context menu is while that is open; Qt keeps such a menu out of it.
+class MenuOwner : public QWidget {
+public:
+    [[nodiscard]] virtual QMenu* menu() const = 0; ///< nullptr when there is none yet
+};
+
+/// Describes the fields, pages and windows to assistive technologies.
+[[nodiscard]] QAccessibleInterface* describeField(const QString& className, QObject* object);
