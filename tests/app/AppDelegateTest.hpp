@@ -6,6 +6,7 @@
 #include "core/preferences/InstallationMigration.hpp"
 #include "fakes/FakeDesktop.hpp"
 #include "fakes/FakeUserDefaults.hpp"
+#include "fakes/OffscreenApplication.hpp"
 #include "fakes/TemporaryFiles.hpp"
 
 #include <QApplication>
@@ -84,15 +85,7 @@ protected:
     }
 
 private:
-    struct OffscreenPlatform {
-        OffscreenPlatform() { ::setenv("QT_QPA_PLATFORM", "offscreen", 1); }
-    };
-
-    OffscreenPlatform offscreen_;
-    int argc_ = 1;
-    std::string name_ = "tests";
-    char* argv_ = name_.data();
-    QApplication application_{argc_, &argv_};
+    fakes::OffscreenApplication application_;
 
 protected:
     fakes::TemporaryFiles files;

@@ -8,6 +8,7 @@
 #include "fakes/FakeUrlSession.hpp"
 #include "fakes/FakeUserDefaults.hpp"
 #include "fakes/FakeWindowTraits.hpp"
+#include "fakes/OffscreenApplication.hpp"
 #include "fakes/TemporaryFiles.hpp"
 #include "fileshare/FileShareService.hpp"
 
@@ -57,15 +58,7 @@ private:
         return QIcon(pixmap);
     }
 
-    struct OffscreenPlatform {
-        OffscreenPlatform() { ::setenv("QT_QPA_PLATFORM", "offscreen", 1); }
-    };
-
-    OffscreenPlatform offscreen_;
-    int argc_ = 1;
-    std::string name_ = "tests";
-    char* argv_ = name_.data();
-    QApplication application_{argc_, &argv_};
+    fakes::OffscreenApplication application_;
 
 protected:
     fakes::TemporaryFiles files_;

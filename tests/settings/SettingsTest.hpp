@@ -5,6 +5,7 @@
 
 #include "core/localization/Texts.hpp"
 #include "fakes/FakeDesktop.hpp"
+#include "fakes/OffscreenApplication.hpp"
 #include "settings/SettingsWindow.hpp"
 
 #include <QApplication>
@@ -86,15 +87,7 @@ protected:
     }
 
 private:
-    struct OffscreenPlatform {
-        OffscreenPlatform() { ::setenv("QT_QPA_PLATFORM", "offscreen", 1); }
-    };
-
-    OffscreenPlatform offscreen_;
-    int argc_ = 1;
-    std::string name_ = "tests";
-    char* argv_ = name_.data();
-    QApplication application_{argc_, &argv_};
+    fakes::OffscreenApplication application_;
 
 protected:
     fakes::FakeDesktop desktop;

@@ -10,12 +10,6 @@ namespace quillane::live {
 
 namespace {
 
-template <typename T>
-T got(tl::expected<T, std::string> value) {
-    mustSee(value.has_value(), value ? std::string() : value.error());
-    return std::move(*value);
-}
-
 class DirectionTour {
 public:
     DirectionTour(Tour& tour, LiveDesktop& desktop) : tour_(tour), desktop_(desktop) {}

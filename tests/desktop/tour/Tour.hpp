@@ -5,6 +5,7 @@
 #include "desktop/agent/LiveAgent.hpp"
 
 #include <functional>
+#include <utility>
 
 namespace quillane::live {
 
@@ -24,5 +25,12 @@ private:
 
 /// Ends a step whose effect was not seen.
 void mustSee(bool seen, const std::string& what);
+
+/// The value, or the end of the step with the error in its place.
+template <typename T>
+[[nodiscard]] T got(tl::expected<T, std::string> value) {
+    mustSee(value.has_value(), value ? std::string() : value.error());
+    return std::move(*value);
+}
 
 } // namespace quillane::live

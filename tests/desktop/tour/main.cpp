@@ -12,12 +12,6 @@
 namespace quillane::live {
 namespace {
 
-template <typename T>
-T got(tl::expected<T, std::string> value) {
-    mustSee(value.has_value(), value ? std::string() : value.error());
-    return std::move(*value);
-}
-
 /// One walk through the agent's main job in a real editor.
 class KeyboardTour {
 public:
