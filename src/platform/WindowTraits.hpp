@@ -2,12 +2,20 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+class QWidget;
+
 namespace quillane {
 
 /// Whether the program shows in the Dock (or task bar) and has a menu bar.
 enum class ActivationPolicy {
     accessory, ///< menu bar only
     regular,   ///< like any application
+};
+
+/// A window that lies over those of other applications while the application in front stays there.
+enum class PanelKind {
+    card,   ///< to look at and to drag from; never has the keys
+    search, ///< has the keys while it is open, and closes when the user turns to something else
 };
 
 /// What the desktop makes of this program's windows. Main thread.
@@ -20,6 +28,10 @@ public:
     /// Brings this program in front of all others, for a window that the user has asked for. Where windows come to the
     /// front one by one, nothing is left to do.
     virtual void activateApplication() = 0;
+
+    /// Makes a window without a parent, which has not been shown yet, a panel. It floats above other windows, goes
+    /// where the user goes (spaces, full-screen applications) and has no title to see. Hides the window.
+    virtual void makePanel(QWidget& window, PanelKind kind) = 0;
 };
 
 } // namespace quillane

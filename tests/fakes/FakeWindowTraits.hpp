@@ -5,6 +5,7 @@
 
 #include "platform/WindowTraits.hpp"
 
+#include <utility>
 #include <vector>
 
 namespace quillane::fakes {
@@ -15,6 +16,10 @@ public:
     void setActivationPolicy(ActivationPolicy policy) override { policies_.push_back(policy); }
 
     void activateApplication() override { ++activations; }
+
+    void makePanel(QWidget& window, PanelKind kind) override { panels.emplace_back(&window, kind); }
+
+    std::vector<std::pair<QWidget*, PanelKind>> panels; ///< the windows that were made panels, in order
 
     /// Every policy that was set, in order.
     [[nodiscard]] const std::vector<ActivationPolicy>& policies() const { return policies_; }

@@ -13,6 +13,11 @@ public:
     void setActivationPolicy(ActivationPolicy) override {}
 
     void activateApplication() override {}
+
+    /// A panel with keys is a popup, as menus are: the window manager does not manage it, it takes the keyboard by a
+    /// grab instead of the focus, and a click elsewhere closes it. A card is a utility window (_NET_WM_WINDOW_TYPE of
+    /// the Extended Window Manager Hints 1.5) above the others that does not accept the focus.
+    void makePanel(QWidget& window, PanelKind kind) override;
 };
 
 } // namespace quillane

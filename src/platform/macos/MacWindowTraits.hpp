@@ -11,6 +11,10 @@ public:
     /// NSApplication.activationPolicy.
     void setActivationPolicy(ActivationPolicy policy) override;
     void activateApplication() override;
+
+    /// The NSPanel behind the widget: non-activating, floating, joining spaces (NSWindow.styleMask, level,
+    /// collectionBehavior).
+    void makePanel(QWidget& window, PanelKind kind) override;
 };
 
 } // namespace quillane
