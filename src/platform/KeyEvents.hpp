@@ -4,9 +4,11 @@
 
 #include "core/keyboard/EventFlags.hpp"
 
+#include <sys/types.h>
+
 namespace quillane {
 
-/// The state of the keyboard apart from the event stream. Main thread.
+/// The keyboard apart from the event stream. Main thread.
 class KeyEvents {
 public:
     virtual ~KeyEvents() = default;
@@ -14,6 +16,12 @@ public:
     /// The modifiers that are down now, in the combined session state. While an event passes through the tap it has not
     /// reached the session yet: these are the modifiers before it. Never blocks.
     [[nodiscard]] virtual core::EventFlags currentFlags() const = 0;
+
+    /// Presses and releases a key with exactly these modifiers (of command, option, control and shift) for an
+    /// application. Where a shortcut of applications has another modifier than Command, it is pressed instead. False
+    /// when it cannot be done now: where keys go to whatever has the keyboard, the application has to be in front, and
+    /// modifiers that the user holds would be added to the key.
+    [[nodiscard]] virtual bool postKey(pid_t pid, core::KeyCode keyCode, core::EventFlags flags) = 0;
 };
 
 } // namespace quillane

@@ -32,7 +32,11 @@ public:
     /// Running applications with exactly this bundle identifier, without this process.
     [[nodiscard]] virtual std::vector<RunningApplication> runningApplications(std::string_view bundleID) const = 0;
 
-    /// Asks an application to come to the front, over whatever is there. False when it could not be asked.
+    /// Whether an application with this process identifier runs.
+    [[nodiscard]] virtual bool isRunning(pid_t pid) const = 0;
+
+    /// Asks an application to come to the front, over whatever is there. Nothing happens when it is in
+    /// front. False when it could not be asked.
     virtual bool activateApplication(pid_t pid) = 0;
 
     /// Asks an application to quit, as its own Quit command would. False when it could not be asked.

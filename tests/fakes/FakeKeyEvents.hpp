@@ -4,12 +4,32 @@
 
 #include "platform/KeyEvents.hpp"
 
+#include <vector>
+
 namespace quillane::fakes {
 
 /// A keyboard whose modifiers a test holds down.
 class FakeKeyEvents final : public KeyEvents {
 public:
     [[nodiscard]] core::EventFlags currentFlags() const override { return flags_; }
+
+    /// As where posted keys say themselves which modifiers are held.
+    [[nodiscard]] bool postKey(pid_t pid, core::KeyCode keyCode, core::EventFlags flags) override {
+        if (!refusesKeys) {
+            posted.push_back({pid, keyCode, flags});
+        }
+        return !refusesKeys;
+    }
+
+    struct PostedKey {
+        pid_t pid;
+        core::KeyCode keyCode;
+        core::EventFlags flags;
+        bool operator==(const PostedKey&) const = default;
+    };
+
+    std::vector<PostedKey> posted; ///< every key, in order
+    bool refusesKeys = false;      ///< as while other modifiers are held
 
     void setCurrentFlags(core::EventFlags flags) { flags_ = flags; }
 

@@ -20,8 +20,12 @@ std::vector<RunningApplication> FakeWorkspace::runningApplications(std::string_v
     return found;
 }
 
+bool FakeWorkspace::isRunning(pid_t pid) const {
+    return std::ranges::find(running_, pid, &RunningApplication::pid) != running_.end();
+}
+
 bool FakeWorkspace::activateApplication(pid_t pid) {
-    if (std::ranges::find(running_, pid, &RunningApplication::pid) == running_.end()) {
+    if (!isRunning(pid)) {
         return false;
     }
     if (!refusesActivation_) {
@@ -31,7 +35,7 @@ bool FakeWorkspace::activateApplication(pid_t pid) {
 }
 
 bool FakeWorkspace::terminate(pid_t pid) {
-    if (refusesTermination_ || std::ranges::find(running_, pid, &RunningApplication::pid) == running_.end()) {
+    if (refusesTermination_ || !isRunning(pid)) {
         return false;
     }
     terminated_.push_back(pid);

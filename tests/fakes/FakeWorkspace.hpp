@@ -12,6 +12,7 @@ class FakeWorkspace final : public Workspace {
 public:
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override;
     [[nodiscard]] std::vector<RunningApplication> runningApplications(std::string_view bundleID) const override;
+    [[nodiscard]] bool isRunning(pid_t pid) const override;
     bool activateApplication(pid_t pid) override;
     bool terminate(pid_t pid) override;
 

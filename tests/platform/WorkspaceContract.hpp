@@ -62,6 +62,15 @@ TYPED_TEST_P(WorkspaceContract, GivesNoticeOfEachActivation) {
     }
 }
 
+TYPED_TEST_P(WorkspaceContract, KnowsWhichProcessesRun) {
+    const auto pid = this->driver.open(TypeParam::first);
+    ASSERT_TRUE(this->comesToFront(pid));
+    EXPECT_TRUE(this->driver.workspace().isRunning(pid));
+    EXPECT_FALSE(this->driver.workspace().isRunning(this->nobody));
+    EXPECT_FALSE(this->driver.workspace().isRunning(0));
+    EXPECT_FALSE(this->driver.workspace().isRunning(-1));
+}
+
 TYPED_TEST_P(WorkspaceContract, ADroppedTokenEndsTheNotices) {
     int dropped = 0;
     int kept = 0;
@@ -109,8 +118,8 @@ TYPED_TEST_P(WorkspaceContract, AnApplicationBehindComesToTheFrontWhenAsked) {
 }
 
 REGISTER_TYPED_TEST_SUITE_P(WorkspaceContract, TellsTheApplicationInFront, GivesNoticeOfEachActivation,
-                            ADroppedTokenEndsTheNotices, FindsRunningApplicationsByTheirExactIdentifier,
-                            AnApplicationBehindComesToTheFrontWhenAsked, AnApplicationThatIsAskedToQuitIsGone,
-                            AProcessThatDoesNotRunCannotBeAskedToQuit);
+                            KnowsWhichProcessesRun, ADroppedTokenEndsTheNotices,
+                            FindsRunningApplicationsByTheirExactIdentifier, AnApplicationBehindComesToTheFrontWhenAsked,
+                            AnApplicationThatIsAskedToQuitIsGone, AProcessThatDoesNotRunCannotBeAskedToQuit);
 
 } // namespace quillane::testing

@@ -19,7 +19,7 @@ class X11KeyEventsTest : public testing::X11Test {
 protected:
     X11KeyEvents& open() {
         session_ = *X11Session::open();
-        events_ = std::make_unique<X11KeyEvents>(*session_.keyboard);
+        events_ = std::make_unique<X11KeyEvents>(*session_.connection, *session_.keyboard);
         return *events_;
     }
 

@@ -12,6 +12,14 @@ struct Size {
     bool operator==(const Size&) const = default;
 };
 
+/// A place in the coordinates of `Rect`.
+struct Point {
+    double x = 0;
+    double y = 0;
+
+    bool operator==(const Point&) const = default;
+};
+
 /// A rectangle with its origin at the bottom left: y grows upward.
 struct Rect {
     double x = 0;

@@ -72,7 +72,7 @@ struct LinuxSession {
 void addX11(Platform& platform, const X11Session& session, const LaunchOptions& options) {
     platform.workspace = std::make_unique<X11Workspace>(*session.connection, options.atLogin);
     platform.inputSources = std::make_unique<X11InputSources>(*session.connection, *session.keyboard);
-    platform.keyEvents = std::make_unique<X11KeyEvents>(*session.keyboard);
+    platform.keyEvents = std::make_unique<X11KeyEvents>(*session.connection, *session.keyboard);
     platform.eventTap = std::make_unique<X11EventTap>(session, *platform.inputSources, *platform.mainQueue);
 }
 

@@ -27,6 +27,8 @@ public:
 class UnavailableKeyEvents final : public KeyEvents {
 public:
     [[nodiscard]] core::EventFlags currentFlags() const override { return 0; }
+
+    [[nodiscard]] bool postKey(pid_t, core::KeyCode, core::EventFlags) override { return false; }
 };
 
 class UnavailableInputSources final : public InputSources {
@@ -58,6 +60,8 @@ public:
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override { return std::nullopt; }
 
     [[nodiscard]] std::vector<RunningApplication> runningApplications(std::string_view) const override { return {}; }
+
+    [[nodiscard]] bool isRunning(pid_t) const override { return false; }
 
     bool activateApplication(pid_t) override { return false; }
 

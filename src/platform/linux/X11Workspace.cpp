@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <fstream>
 #include <span>
@@ -130,7 +131,14 @@ std::vector<RunningApplication> X11Workspace::runningApplications(std::string_vi
     return found;
 }
 
+bool X11Workspace::isRunning(pid_t pid) const {
+    return pid > 0 && (::kill(pid, 0) == 0 || errno == EPERM);
+}
+
 bool X11Workspace::activateApplication(pid_t pid) {
+    if (front_ && front_->pid == pid) {
+        return true; // another one of its windows would come to the front
+    }
     for (auto window = clients_.rbegin(); manager_ != noWindow && window != clients_.rend(); ++window) {
         const auto known = windows_.find(*window);
         if (known != windows_.end() && known->second.application && known->second.application->pid == pid) {

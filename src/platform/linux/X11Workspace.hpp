@@ -28,6 +28,9 @@ public:
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override;
     [[nodiscard]] std::vector<RunningApplication> runningApplications(std::string_view bundleID) const override;
 
+    /// Whether there is such a process: an application may have closed its windows.
+    [[nodiscard]] bool isRunning(pid_t pid) const override;
+
     /// Asks the window manager to activate the application's newest window (_NET_ACTIVE_WINDOW, EWMH 1.5).
     bool activateApplication(pid_t pid) override;
 

@@ -6,11 +6,14 @@
 
 namespace quillane {
 
-/// The state of the keyboard by CGEventSource (Quartz Event Services).
+/// The keyboard by Quartz Event Services.
 class MacKeyEvents final : public KeyEvents {
 public:
     /// CGEventSourceFlagsState of the combined session state: what hardware and programs hold down together.
     [[nodiscard]] core::EventFlags currentFlags() const override;
+
+    /// CGEventPostToPid: events that carry their modifiers, whatever is held.
+    [[nodiscard]] bool postKey(pid_t pid, core::KeyCode keyCode, core::EventFlags flags) override;
 };
 
 } // namespace quillane

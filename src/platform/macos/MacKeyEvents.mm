@@ -2,12 +2,27 @@
 // SPDX-License-Identifier: MIT
 #include "platform/macos/MacKeyEvents.hpp"
 
+#include "platform/macos/CFRef.hpp"
+
 #import <ApplicationServices/ApplicationServices.h>
 
 namespace quillane {
 
 core::EventFlags MacKeyEvents::currentFlags() const {
     return CGEventSourceFlagsState(kCGEventSourceStateCombinedSessionState);
+}
+
+bool MacKeyEvents::postKey(pid_t pid, core::KeyCode keyCode, core::EventFlags flags) {
+    const auto press = CFRef<CGEventRef>::adopt(CGEventCreateKeyboardEvent(nullptr, keyCode, true));
+    const auto release = CFRef<CGEventRef>::adopt(CGEventCreateKeyboardEvent(nullptr, keyCode, false));
+    if (!press || !release) {
+        return false;
+    }
+    for (CGEventRef event : {press.get(), release.get()}) {
+        CGEventSetFlags(event, flags);
+        CGEventPostToPid(pid, event);
+    }
+    return true;
 }
 
 } // namespace quillane

@@ -22,6 +22,9 @@ public:
     /// +[NSRunningApplication runningApplicationsWithBundleIdentifier:].
     [[nodiscard]] std::vector<RunningApplication> runningApplications(std::string_view bundleID) const override;
 
+    /// +[NSRunningApplication runningApplicationWithProcessIdentifier:].
+    [[nodiscard]] bool isRunning(pid_t pid) const override;
+
     /// -[NSRunningApplication terminate].
     bool activateApplication(pid_t pid) override;
     bool terminate(pid_t pid) override;

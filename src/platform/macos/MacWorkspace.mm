@@ -148,6 +148,13 @@ std::vector<RunningApplication> MacWorkspace::runningApplications(std::string_vi
     }
 }
 
+bool MacWorkspace::isRunning(pid_t pid) const {
+    @autoreleasepool {
+        NSRunningApplication* application = [NSRunningApplication runningApplicationWithProcessIdentifier:pid];
+        return application && !application.terminated;
+    }
+}
+
 bool MacWorkspace::activateApplication(pid_t pid) {
     @autoreleasepool {
         return [[NSRunningApplication runningApplicationWithProcessIdentifier:pid]

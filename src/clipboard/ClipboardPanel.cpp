@@ -1,0 +1,218 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "clipboard/ClipboardPanel.hpp"
+
+#include "core/localization/Texts.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace quillane {
+
+namespace {
+
+namespace keys = core::ClipboardPanelKeys;
+namespace texts = core::texts;
+using core::ClipboardSnapshot::RestoreMode;
+using namespace std::chrono_literals;
+
+constexpr auto betweenAttempts = 50ms;
+constexpr int mostAttempts = 20;
+constexpr core::KeyCode keyV = 9;
+
+template <typename... Cases>
+struct Overloaded : Cases... {
+    using Cases::operator()...;
+};
+
+} // namespace
+
+ClipboardPanel::ClipboardPanel(ClipboardManager& manager, ClipboardPanelServices services)
+    : manager_(manager), services_(services), managerChanges_(manager.onChanged([this] {
+          if (visible_) {
+              update();
+          }
+      })) {}
+
+ClipboardPanel::~ClipboardPanel() = default;
+
+void ClipboardPanel::toggle() {
+    if (visible_) {
+        close();
+    } else {
+        show(services_.workspace.frontmostApplication());
+    }
+}
+
+void ClipboardPanel::show(std::optional<RunningApplication> target) {
+    target_ = std::move(target);
+    visible_ = true;
+    query_.clear();
+    message_.reset();
+    selection_.reset();
+    update();
+    if (onShow) {
+        onShow();
+    }
+}
+
+void ClipboardPanel::close() {
+    if (!std::exchange(visible_, false)) {
+        return;
+    }
+    filtered_.clear(); // their contents may be large, and be deleted meanwhile
+    if (onClose) {
+        onClose();
+    }
+}
+
+// What is found and what is selected
+
+void ClipboardPanel::setQuery(std::string query) {
+    if (query == query_) {
+        return;
+    }
+    query_ = std::move(query);
+    update();
+}
+
+void ClipboardPanel::update() {
+    filtered_ = manager_.history().filtered(query_, manager_.options());
+    refreshSelection();
+    changes_.notify();
+}
+
+void ClipboardPanel::refreshSelection() {
+    if (selectedIndex()) {
+        return;
+    }
+    selection_.reset();
+    if (!filtered_.empty()) {
+        selection_ = filtered_.front().id;
+    }
+}
+
+std::optional<std::size_t> ClipboardPanel::selectedIndex() const {
+    const auto found = std::ranges::find(filtered_, selection_, &core::ClipboardEntry::id);
+    if (!selection_ || found == filtered_.end()) {
+        return std::nullopt;
+    }
+    return static_cast<std::size_t>(found - filtered_.begin());
+}
+
+void ClipboardPanel::select(const core::Uuid& id) {
+    if (id != selection_ && std::ranges::find(filtered_, id, &core::ClipboardEntry::id) != filtered_.end()) {
+        selection_ = id;
+        changes_.notify();
+    }
+}
+
+void ClipboardPanel::moveSelection(int by) {
+    const auto selected = selectedIndex();
+    if (!selected) {
+        return;
+    }
+    const auto last = static_cast<std::ptrdiff_t>(filtered_.size()) - 1;
+    const auto next = std::clamp(static_cast<std::ptrdiff_t>(*selected) + by, std::ptrdiff_t{0}, last);
+    select(filtered_[static_cast<std::size_t>(next)].id);
+}
+
+void ClipboardPanel::remove(const core::Uuid& id) {
+    if (id == selection_) {
+        const auto selected = selectedIndex();
+        const auto next = selected && *selected + 1 < filtered_.size() ? *selected + 1 : selected.value_or(0) - 1;
+        if (next < filtered_.size()) {
+            selection_ = filtered_[next].id;
+        }
+    }
+    manager_.remove(id); // tells of the change
+}
+
+bool ClipboardPanel::handle(core::KeyCode keyCode, core::EventFlags flags) {
+    const auto action = keys::action(keyCode, flags);
+    if (!action) {
+        return false;
+    }
+    const auto selection = selection_;
+    std::visit(Overloaded{[&](const keys::Move& move) { moveSelection(move.by); },
+                          [&](const keys::ChooseSelected& chosen) {
+                              if (selection) {
+                                  choose(*selection, chosen.choice);
+                              }
+                          },
+                          [&](const keys::PasteAt& at) {
+                              if (at.index < filtered_.size()) {
+                                  const auto id = filtered_[at.index].id;
+                                  choose(id, Choice::paste);
+                              }
+                          },
+                          [&](const keys::RemoveSelected&) {
+                              if (selection) {
+                                  remove(*selection);
+                              }
+                          },
+                          [&](const keys::Close&) { close(); }},
+               *action);
+    return true;
+}
+
+// Pasting
+
+void ClipboardPanel::choose(const core::Uuid& id, Choice choice) {
+    const auto& entries = manager_.history().entries();
+    const auto entry = std::ranges::find(entries, id, &core::ClipboardEntry::id);
+    const bool refersToFiles = entry != entries.end() && entry->kind == core::ClipboardKind::files;
+    if (!manager_.copy(id, choice == Choice::plainPaste ? RestoreMode::plainText : RestoreMode::full)) {
+        showMessage(refersToFiles ? texts::originalFileIsGone : texts::cannotCopyItem);
+        return;
+    }
+    ++generation_;
+    if (choice == Choice::copyOnly) {
+        close();
+        return;
+    }
+    if (!services_.permissions.isGranted(core::MacPermission::accessibility)) {
+        showMessage(texts::itemCopiedAllowAccessibility);
+        return;
+    }
+    if (!target_ || !services_.workspace.isRunning(target_->pid)) {
+        showMessage(texts::itemCopiedReturnToApp);
+        return;
+    }
+    close();
+    services_.workspace.activateApplication(target_->pid);
+    schedule({generation_, services_.pasteboard.changeCount(), target_->pid});
+}
+
+void ClipboardPanel::showMessage(const core::LocalizedText& message) {
+    message_ = message;
+    changes_.notify();
+}
+
+void ClipboardPanel::schedule(const Attempt& attempt) {
+    services_.mainQueue.postAfter(betweenAttempts, [this, weak = std::weak_ptr(alive_), attempt] {
+        if (!weak.expired()) {
+            attemptPaste(attempt);
+        }
+    });
+}
+
+void ClipboardPanel::attemptPaste(Attempt attempt) {
+    if (attempt.generation != generation_ || visible_ || services_.pasteboard.changeCount() != attempt.changeCount ||
+        !services_.workspace.isRunning(attempt.target)) {
+        return;
+    }
+    const auto front = services_.workspace.frontmostApplication();
+    if (front && front->pid == attempt.target && !services_.secureInput.isEnabled() &&
+        services_.keyEvents.postKey(attempt.target, keyV, core::flags::command)) {
+        return;
+    }
+    if (attempt.number < mostAttempts) {
+        ++attempt.number;
+        schedule(attempt);
+    }
+}
+
+} // namespace quillane

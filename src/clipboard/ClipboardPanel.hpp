@@ -1,0 +1,123 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "clipboard/ClipboardManager.hpp"
+#include "core/clipboard/ClipboardPanelKeys.hpp"
+#include "core/permissions/MacPermission.hpp"
+#include "platform/KeyEvents.hpp"
+#include "platform/PermissionService.hpp"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace quillane {
+
+/// What the panel needs of the desktop, borrowed.
+struct ClipboardPanelServices {
+    MainQueue& mainQueue;
+    Workspace& workspace;
+    Pasteboard& pasteboard;
+    KeyEvents& keyEvents;
+    SecureInput& secureInput;
+    PermissionService& permissions;
+};
+
+/// The panel in which the user searches the clipboard history and chooses an entry to paste: what it shows and what
+/// its keys do. `HistoryPanel` is its window. Main thread.
+///
+///     ClipboardPanel panel(clipboard, {…});
+///     panel.onShow = [&] { window.present(); };
+///     panel.onClose = [&] { window.hide(); };
+///     panel.toggle();
+class ClipboardPanel {
+public:
+    using Choice = core::ClipboardPanelKeys::Choice;
+
+    ClipboardPanel(ClipboardManager& manager, ClipboardPanelServices services);
+    ~ClipboardPanel();
+    ClipboardPanel(const ClipboardPanel&) = delete;
+    ClipboardPanel& operator=(const ClipboardPanel&) = delete;
+
+    /// Opens for the application in front, with an empty search and the first entry selected; closes when it is open.
+    void toggle();
+
+    void show(std::optional<RunningApplication> target);
+    void close();
+
+    [[nodiscard]] bool isVisible() const { return visible_; }
+
+    [[nodiscard]] const std::string& query() const { return query_; }
+
+    /// Searches at once. The selection stays where it is while it is among what is found.
+    void setQuery(std::string query);
+
+    /// What the query finds, in the order of display.
+    [[nodiscard]] const std::vector<core::ClipboardEntry>& filtered() const { return filtered_; }
+
+    [[nodiscard]] const std::optional<core::Uuid>& selection() const { return selection_; }
+
+    /// Does nothing for an entry that is not among what is found.
+    void select(const core::Uuid& id);
+
+    /// A notice about the last choice.
+    [[nodiscard]] const std::optional<core::LocalizedText>& message() const { return message_; }
+
+    /// Does what the key stands for; false when it types in the search field.
+    bool handle(core::KeyCode keyCode, core::EventFlags flags);
+
+    /// Puts the entry on the pasteboard and, unless it is to be copied only, pastes it into the application that was
+    /// in front when the panel opened.
+    void choose(const core::Uuid& id, Choice choice);
+
+    void togglePin(const core::Uuid& id) { manager_.pin(id); }
+
+    /// The selection goes to the entry that follows.
+    void remove(const core::Uuid& id);
+
+    [[nodiscard]] const core::ClipboardOptions& options() const { return manager_.options(); }
+
+    /// The history is empty, whatever the query.
+    [[nodiscard]] bool isHistoryEmpty() const { return manager_.history().entries().empty(); }
+
+    std::function<void()> onShow;  ///< the window is to be placed and shown
+    std::function<void()> onClose; ///< the window is to be hidden
+
+    /// Anything above has changed.
+    core::Subscription onChanged(std::function<void()> callback) { return changes_.subscribe(std::move(callback)); }
+
+private:
+    struct Attempt {
+        std::uint64_t generation = 0; ///< of the choice that it belongs to
+        std::int64_t changeCount = 0; ///< of the pasteboard with the chosen entry on it
+        pid_t target = 0;
+        int number = 1;
+    };
+
+    void update();
+    void refreshSelection();
+    void moveSelection(int by);
+    [[nodiscard]] std::optional<std::size_t> selectedIndex() const;
+    void showMessage(const core::LocalizedText& message);
+    void schedule(const Attempt& attempt);
+    void attemptPaste(Attempt attempt);
+
+    ClipboardManager& manager_;
+    ClipboardPanelServices services_;
+    bool visible_ = false;
+    std::string query_;
+    std::optional<core::Uuid> selection_;
+    std::optional<core::LocalizedText> message_;
+    std::vector<core::ClipboardEntry> filtered_;
+    std::uint64_t generation_ = 0; ///< of the choices; a paste attempt of an older one stops
+    std::optional<RunningApplication> target_;
+    core::Listeners<> changes_;
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< for attempts that are still to come
+    core::Subscription managerChanges_;
+};
+
+} // namespace quillane

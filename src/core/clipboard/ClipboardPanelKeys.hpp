@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "core/keyboard/EventFlags.hpp"
+
+#include <cstddef>
+#include <optional>
+#include <variant>
+
+/// What the keys do while the panel of the clipboard history is open.
+namespace quillane::core::ClipboardPanelKeys {
+
+/// Moves the selection by so many entries.
+struct Move {
+    int by = 0;
+    bool operator==(const Move&) const = default;
+};
+
+/// What to do with the entry that is chosen.
+enum class Choice {
+    paste,
+    copyOnly,   ///< to the pasteboard, and no further
+    plainPaste, ///< pastes its text without styles
+};
+
+/// Chooses the selected entry.
+struct ChooseSelected {
+    Choice choice{};
+    bool operator==(const ChooseSelected&) const = default;
+};
+
+/// Pastes one of the first nine entries.
+struct PasteAt {
+    std::size_t index = 0; ///< from 0
+    bool operator==(const PasteAt&) const = default;
+};
+
+struct RemoveSelected {
+    bool operator==(const RemoveSelected&) const = default;
+};
+
+struct Close {
+    bool operator==(const Close&) const = default;
+};
+
+using Action = std::variant<Move, ChooseSelected, PasteAt, RemoveSelected, Close>;
+
+/// The action of a key press; none for a key that types in the search field. Of the flags, only Shift, Control, Option
+/// and Command count.
+[[nodiscard]] std::optional<Action> action(KeyCode keyCode, EventFlags flags);
+
+} // namespace quillane::core::ClipboardPanelKeys
