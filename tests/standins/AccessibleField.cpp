@@ -18,7 +18,7 @@ public:
     void* interface_cast(QAccessible::InterfaceType type) override {
         switch (type) {
         case QAccessible::TextInterface:
-            return static_cast<QAccessibleTextInterface*>(this);
+            return field_.traits().hidesCursor ? nullptr : static_cast<QAccessibleTextInterface*>(this);
         case QAccessible::EditableTextInterface:
             return field_.isReadOnly() ? nullptr : static_cast<QAccessibleEditableTextInterface*>(this);
         default:
@@ -39,7 +39,10 @@ public:
 
     [[nodiscard]] QAccessibleInterface* child(int) const override { return nullptr; }
 
-    [[nodiscard]] QStringList actionNames() const override { return {showMenuAction(), setFocusAction()}; }
+    [[nodiscard]] QStringList actionNames() const override {
+        return field_.traits().hidesMenu ? QStringList{setFocusAction()}
+                                         : QStringList{showMenuAction(), setFocusAction()};
+    }
 
     void doAction(const QString& name) override {
         if (name == showMenuAction()) {

@@ -16,6 +16,8 @@ public:
         bool multiLine = true;
         bool webContent = false;        ///< it is a web area itself
         bool keepsSelection = false;    ///< nobody can set the selection from outside
+        bool hidesCursor = false;       ///< nobody can read where the cursor stands
+        bool hidesMenu = false;         ///< only keys and the mouse open the context menu
         std::function<void()> showMenu; ///< must return at once
     };
 

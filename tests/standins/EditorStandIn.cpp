@@ -5,7 +5,7 @@
 // section for the paragraph and one for the selection. It reports its state as JSON lines whenever that changes.
 
 #include "AccessibleField.hpp"
-#include "AccessibleIdentifiers.hpp"
+#include "WrongAnswers.hpp"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -18,6 +18,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <cstdlib>
 #include <memory>
 #include <vector>
 
@@ -107,6 +108,8 @@ private:
         return {.multiLine = multiLine,
                 .webContent = webContent,
                 .keepsSelection = mode_ == "stubborn",
+                .hidesCursor = mode_ == "cursorless",
+                .hidesMenu = mode_ == "hidden",
                 .showMenu = [this] { showMenu(); }};
     }
 
@@ -120,6 +123,9 @@ private:
     void showMenu() {
         ++asked_;
         write();
+        if (mode_ == "exits") {
+            std::_Exit(1);
+        }
         if (mode_ != "never") {
             QTimer::singleShot(mode_ == "late" ? 1400ms : 0ms, this, [this] { openMenu(); });
         }
@@ -148,6 +154,9 @@ private:
         }
         menu_->popup(field.mapToGlobal(QPoint(10, 10)));
         write();
+        if (mode_ == "vanishes") {
+            QTimer::singleShot(20ms, this, [] { std::_Exit(1); });
+        }
     }
 
     void addDirections(Field& field, const QString& title) {
@@ -171,7 +180,9 @@ private:
 
     void addSection(Field& field, QMenu& menu, const QString& path) {
         for (const auto& title : {"Default", "Left to Right", "Right to Left"}) {
-            connect(menu.addAction(title), &QAction::triggered, this, [this, &field, path, title = QString(title)] {
+            auto* command = menu.addAction(title);
+            command->setEnabled(mode_ != "disabled");
+            connect(command, &QAction::triggered, this, [this, &field, path, title = QString(title)] {
                 chosen_.append(path + title);
                 if (path.endsWith("/Paragraph/")) {
                     turn(field, title == "Right to Left" ? Qt::RightToLeft : Qt::LeftToRight);
@@ -207,7 +218,11 @@ int main(int argc, char** argv) {
     parser.addOptions({{"report", "File for what happens.", "file"},
                        {"application", "Identifier of the application it is like.", "identifier"},
                        {"focus", "Field that has the focus.", "body|other", "body"},
-                       {"menu", "What the menu does.", "opens|late|never|focus|selects|stubborn|selection", "opens"},
+                       {"menu", "What becomes of the menu.",
+                        "opens|late|never|hidden|cursorless|focus|selects|stubborn|selection|disabled|exits|"
+                        "vanishes",
+                        "opens"},
+                       {"answers", "What is answered wrongly.", "field|cursor|ranges|focus|items|titles"},
                        {"read-only", "Nothing can be edited."},
                        {"reads", "The field of one line is for searching, whatever the application is."}});
     parser.process(application);
@@ -230,7 +245,7 @@ int main(int argc, char** argv) {
     }
     (parser.value("focus") == "other" ? window.other() : window.body()).setFocus();
     window.resize(500, 300);
-    AccessibleIdentifiers identifiers;
+    WrongAnswers identifiers(parser.value("answers"));
     QTimer untilInstalled; // Qt opens its connection when somebody wants to know
     QObject::connect(&untilInstalled, &QTimer::timeout, &window, [&] {
         if (identifiers.install()) {

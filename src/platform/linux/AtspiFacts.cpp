@@ -61,7 +61,7 @@ void readChildren(BusReader& reply, AtspiFacts& facts) {
 
 void readCaret(BusReader& reply, AtspiFacts& facts) {
     auto variant = reply.container();
-    facts.caret = variant ? variant->int32().value_or(0) : 0;
+    facts.caret = variant ? variant->int32().value_or(-1) : -1;
 }
 
 void readSelectionCount(BusReader& reply, AtspiFacts& facts) {

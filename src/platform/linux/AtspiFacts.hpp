@@ -94,7 +94,7 @@ struct AtspiFacts {
     std::string identifier;
     std::optional<AtspiObject> parent;
     std::vector<AtspiObject> children;
-    std::int32_t caret = 0;
+    std::int32_t caret = -1; ///< negative when it is nowhere
     std::int32_t selectionCount = 0;
     std::int32_t selectionStart = 0;
     std::int32_t selectionEnd = 0;

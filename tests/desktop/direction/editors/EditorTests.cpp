@@ -180,11 +180,39 @@ const std::vector<MenuCase> menuCases{
     {"KeepsTheSelectionMoved", "stubborn", "Could not preserve the text selection — direction change cancelled"},
     {"MovesTheFocus", "focus", "Direction change cancelled: focus moved to another field"},
     {"HasASectionForTheSelectionOnly", "selection", "This editor does not offer a paragraph direction command"},
-    {"NeverOpens", "never", "The direction menu is unavailable in this editor"}};
+    {"NeverOpens", "never", "The direction menu is unavailable in this editor"},
+    {"HasItsCommandsDisabled", "disabled", "The app did not apply the direction command"}};
 
 INSTANTIATE_TEST_SUITE_P(In, LiveEditorMenus,
                          testing::Combine(testing::ValuesIn(targets), testing::ValuesIn(menuCases)),
                          [](const auto& one) { return std::get<0>(one.param).name + std::get<1>(one.param).name; });
+
+TEST_P(LiveEditors, AFieldWithoutAnActionForItsMenuIsToldAtOnce) {
+    startIn(GetParam(), {"--menu", "hidden"});
+    turnRight();
+    expectSaid(GetParam().name + " cannot open the direction menu for this field");
+    expectNoMenuAskedFor();
+    expectUntouched();
+}
+
+TEST_P(LiveEditors, AFieldThatHidesItsCursorIsNotTouched) {
+    startIn(GetParam(), {"--menu", "cursorless"});
+    turnRight();
+    expectSaid("The editor does not expose the cursor position — direction was not changed");
+    expectNoMenuAskedFor();
+    expectUntouched();
+}
+
+TEST_P(LiveEditors, ASecondChordWhileTheMenuIsAwaitedIsIgnored) {
+    startIn(GetParam(), {"--menu", "late"});
+    turnRight();
+    expectState("asked", 1);
+    turnLeft();
+    expectSaid("Applied RTL in " + GetParam().name);
+    expectState("chosen", json::array({GetParam().bodyMenu + "/Paragraph/Right to Left"}));
+    EXPECT_TRUE(holdsFor(500ms, [&] { return state().at("asked") == 1; })) << state();
+    expectState("directions", {"ltr", "rtl", "ltr"});
+}
 
 class LiveOtherField : public EditorTest, public testing::WithParamInterface<Target> {};
 
@@ -220,6 +248,74 @@ TEST_F(LiveMail, AWindowWithoutASubjectIsForReading) {
     expectNoMenuAskedFor();
     expectUntouched();
 }
+
+using LiveSafari = EditorTest;
+
+TEST_F(LiveSafari, AMenuThatDoesNotOpenLeavesADiagnosticText) {
+    startIn(safari, {"--menu", "never"});
+    turnRight();
+    expectSaid("The direction menu is unavailable in this editor");
+    const auto settings = desktop().home() / ".config/quillane/defaults.plist";
+    EXPECT_TRUE(waitUntil([&] {
+        return readFile(settings).find("Editor actions: AXShowMenu\nFocus role: AXTextArea") != std::string::npos;
+    })) << readFile(settings);
+}
+
+/// The application ends in the middle of an attempt.
+class LiveEnd : public EditorTest {
+protected:
+    void expectNextAttemptWorks() {
+        document_.emplace(required(LiveDocument::start(desktop(), safari.bundleID)));
+        turnRight();
+        expectSaid("Applied RTL in Safari");
+        expectState("directions", {"ltr", "rtl", "ltr"});
+    }
+};
+
+TEST_F(LiveEnd, WhenAskedForTheMenuIsAMenuThatCannotBeOpened) {
+    startIn(safari, {"--menu", "exits"});
+    turnRight();
+    expectSaid("Safari cannot open the direction menu for this field");
+    expectNextAttemptWorks();
+}
+
+TEST_F(LiveEnd, WhileItsMenuIsOpenEndsTheAttemptWithoutAWord) {
+    startIn(safari, {"--menu", "vanishes"});
+    turnRight();
+    expectState("menu", true);
+    EXPECT_TRUE(holdsFor(2s, [&] { return agent().status().value("lastAction", "(no status)").empty(); }))
+        << agent().status();
+    expectNextAttemptWorks();
+}
+
+/// What an application answers wrongly, and what becomes of the chord.
+class LiveWrongAnswers : public EditorTest, public testing::WithParamInterface<MenuCase> {};
+
+TEST_P(LiveWrongAnswers, AreAbsence) {
+    startIn(safari, {"--answers", GetParam().mode});
+    const auto begin = std::chrono::steady_clock::now();
+    turnRight();
+    expectSaid(GetParam().said);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
+    if (GetParam().isApplied) {
+        expectState("directions", {"ltr", "rtl", "ltr"});
+        expectState("menu", false);
+    } else {
+        expectUntouched();
+    }
+}
+
+constexpr auto noCommand = "This editor does not offer a paragraph direction command";
+
+INSTANTIATE_TEST_SUITE_P(
+    About, LiveWrongAnswers,
+    testing::Values(MenuCase{"TheField", "field", safari.hint},
+                    MenuCase{"TheCursor", "cursor",
+                             "The editor does not expose the cursor position — direction was not changed"},
+                    MenuCase{"TheEndOfTheText", "ranges", "Applied RTL in Safari", true},
+                    MenuCase{"TheFocusInTheMenu", "focus", "Cursor position unavailable — direction change cancelled"},
+                    MenuCase{"TheItemsOfTheMenu", "items", noCommand}, MenuCase{"TheirTitles", "titles", noCommand}),
+    [](const auto& one) { return one.param.name; });
 
 } // namespace
 } // namespace quillane::live
