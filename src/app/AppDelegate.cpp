@@ -293,6 +293,7 @@ void AppDelegate::refreshRuntime() {
         monitor_.stop();
         direction_.cancelPending();
     } else if (!monitor_.isRunning()) {
+        direction_.cancelPending();
         static_cast<void>(monitor_.start()); // whether it runs is read below
     }
     model_.refreshKeepAwake();

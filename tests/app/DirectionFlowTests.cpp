@@ -44,7 +44,7 @@ TEST_F(DirectionFlow, AChordIsAppliedAndItsOutcomeStored) {
     EXPECT_TRUE(defaults.object("LastBrowserDiagnostic"));
 }
 
-TEST_F(DirectionFlow, AKeyAClickPauseWakeAndALanguageSwitchCancel) {
+TEST_F(DirectionFlow, AKeyAClickAWakeOptionsAndAPauseCancel) {
     openChrome();
     const std::vector<std::function<void()>> happenings{[this] { desktop.type(0).settle(); },
                                                         [this] { desktop.click().settle(); },
@@ -69,6 +69,50 @@ TEST_F(DirectionFlow, AKeyAClickPauseWakeAndALanguageSwitchCancel) {
         desktop.queue.advance(1900ms);
     }
     EXPECT_FALSE(lastStatus());
+}
+
+TEST_F(DirectionFlow, ALanguageSwitchCancels) {
+    openChrome();
+    chord();
+    desktop.press(Modifier::leftOption).press(Modifier::leftShift);
+    desktop.releaseAll().settle();
+    EXPECT_FALSE(isWaiting());
+    desktop.queue.advance(2s);
+    EXPECT_FALSE(defaults.object("LastBrowserDiagnostic"));
+}
+
+TEST_F(DirectionFlow, AModifierDoesNotCancelAndAnotherChordIsIgnored) {
+    openChrome();
+    chord();
+    desktop.press(Modifier::leftShift).releaseAll().settle();
+    chord();
+    EXPECT_TRUE(isWaiting());
+    desktop.queue.advance(1500ms);
+    EXPECT_EQ(lastStatus(), "The direction menu is unavailable in this editor");
+    EXPECT_FALSE(isWaiting());
+}
+
+TEST_F(DirectionFlow, ATapThatIsMadeAnewCancels) {
+    openChrome();
+    desktop.queue.advance(1s);
+    chord();
+    desktop.tap.stop();
+    ASSERT_TRUE(isWaiting());
+    desktop.queue.advance(1s); // to the next refresh
+    EXPECT_TRUE(desktop.tap.isEnabled());
+    EXPECT_FALSE(isWaiting());
+    desktop.queue.advance(2s);
+    EXPECT_FALSE(lastStatus());
+}
+
+TEST_F(DirectionFlow, ATapThatTheSystemDisabledCancels) {
+    openChrome();
+    chord();
+    desktop.tap.disable();
+    desktop.settle();
+    EXPECT_FALSE(isWaiting());
+    desktop.queue.advance(2s);
+    EXPECT_EQ(lastStatus(), "The system stopped the keyboard engine; it was restarted");
 }
 
 TEST_F(DirectionFlow, AnotherApplicationInFrontCancels) {
