@@ -27,6 +27,8 @@ constexpr std::size_t applicationLimit = 500;
 constexpr std::size_t menuLimit = 240;
 constexpr std::size_t stepsToMenu = 8;
 constexpr std::string_view diagnosticKey = "LastBrowserDiagnostic";
+constexpr std::size_t diagnosticChildren = 32; // an application may name thousands
+constexpr std::array<std::string_view, 1> roleName{"AXRole"};
 
 core::LocalizedText placementHint(SupportedApplication application) {
     switch (application) {
@@ -56,9 +58,11 @@ std::string_view commandTitle(core::WritingDirection direction) {
 /// The first of the elements whose role it is.
 std::optional<AXElement> firstOfRole(Accessibility& accessibility, const std::vector<AXElement>& elements,
                                      std::string_view role) {
+    const auto read = accessibility.attributesOfEach(elements, roleName);
     const auto found = std::ranges::find_if(
-        elements, [&](const AXElement& element) { return AX::string(accessibility, element, "AXRole") == role; });
-    return found != elements.end() ? std::optional(*found) : std::nullopt;
+        read, [&](const auto& values) { return values && values->front() == AXValue(std::string(role)); });
+    return found != read.end() ? std::optional(elements.at(static_cast<std::size_t>(found - read.begin())))
+                               : std::nullopt;
 }
 
 } // namespace
@@ -268,8 +272,12 @@ void NativeDirectionAdapter::recordDiagnostic(const Attempt& attempt) {
     const auto focused = AX::element(accessibility, attempt.application, "AXFocusedUIElement");
     std::string text = "Editor actions: " + actions + "\nFocus role: " + roleOf(focused);
     if (focused) {
-        for (const auto& child : AX::children(accessibility, *focused)) {
-            text += "\nChild role: " + roleOf(child);
+        auto children = AX::children(accessibility, *focused);
+        children.erase(children.begin() + static_cast<std::ptrdiff_t>(std::min(children.size(), diagnosticChildren)),
+                       children.end());
+        for (const auto& values : accessibility.attributesOfEach(children, roleName)) {
+            const auto* role = values ? std::get_if<std::string>(&values->front()) : nullptr;
+            text += "\nChild role: " + (role != nullptr ? *role : std::string("unknown"));
         }
     }
     services_.userDefaults.setObject(std::string(diagnosticKey), text);

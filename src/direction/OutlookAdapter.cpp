@@ -9,6 +9,7 @@
 #include "direction/NativeEditors.hpp"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace quillane {
@@ -116,13 +117,15 @@ void OutlookAdapter::schedule(const Attempt& attempt, int run) {
 std::optional<AXElement> OutlookAdapter::popover(const AXElement& application) const {
     auto& accessibility = services_.accessibility;
     const auto windows = AX::children(accessibility, application);
-    const auto found = std::ranges::find_if(windows, [&](const AXElement& window) {
-        return AX::string(accessibility, window, "AXRole") == "AXWindow" &&
-               AX::string(accessibility, window, "AXIdentifier")
-                   .value_or(std::string())
-                   .starts_with("RoosterToolbarPopoverWindow(");
+    constexpr std::array<std::string_view, 2> names{"AXRole", "AXIdentifier"};
+    const auto read = accessibility.attributesOfEach(windows, names);
+    const auto found = std::ranges::find_if(read, [](const auto& values) {
+        const auto* identifier = values ? std::get_if<std::string>(&values->at(1)) : nullptr;
+        return identifier != nullptr && identifier->starts_with("RoosterToolbarPopoverWindow(") &&
+               values->front() == AXValue(std::string("AXWindow"));
     });
-    return found != windows.end() ? std::optional(*found) : std::nullopt;
+    return found != read.end() ? std::optional(windows.at(static_cast<std::size_t>(found - read.begin())))
+                               : std::nullopt;
 }
 
 void OutlookAdapter::pressOverflowButton(const Attempt& attempt, int run) {
