@@ -16,6 +16,11 @@ namespace {
 constexpr core::EventFlags modifierFlags =
     core::flags::command | core::flags::option | core::flags::control | core::flags::shift;
 
+/// Timestamps of the server are milliseconds that wrap around (X protocol, TIMESTAMP).
+bool isEarlier(xcb_timestamp_t first, xcb_timestamp_t second) {
+    return static_cast<std::int32_t>(first - second) < 0;
+}
+
 } // namespace
 
 X11HotKeys::X11HotKeys(X11Connection& connection, X11Keyboard& keyboard)
@@ -33,7 +38,12 @@ X11HotKeys::X11HotKeys(X11Connection& connection, X11Keyboard& keyboard)
           tellRepeatsApart();
           grabAnew();
       })),
-      keymaps_(keyboard.onCurrent([this] { grabAnew(); })) {
+      keymaps_(keyboard.onCurrent([this] { grabAnew(); })),
+      releases_(keyboard.onKey([this](const X11RawEvent& event) {
+          if (!event.isPress) { // the release itself goes to whoever has the keyboard by then
+              released_[event.detail] = event.time;
+          }
+      })) {
     tellRepeatsApart();
 }
 
@@ -143,28 +153,42 @@ void X11HotKeys::handle(const xcb_generic_event_t& event) {
     case XCB_KEY_PRESS:
         handlePress(reinterpret_cast<const xcb_key_press_event_t&>(event));
         return;
-    case XCB_KEY_RELEASE:
-        if (reinterpret_cast<const xcb_key_release_event_t&>(event).detail == held_) {
-            held_ = 0;
-        }
-        return;
     default:
         return;
     }
 }
 
 void X11HotKeys::handlePress(const xcb_key_press_event_t& press) {
-    if (std::exchange(held_, press.detail) == press.detail) {
-        return; // it repeats
+    // Gives the keyboard back: while the key is down the server holds it for this connection, and a panel that opens
+    // could not take it.
+    xcb_ungrab_keyboard(connection_.raw(), XCB_CURRENT_TIME);
+    connection_.flush();
+    const bool repeats = press.detail == held_ && isEarlier(released_[held_], heldSince_);
+    if (repeats) {
+        return;
     }
+    held_ = press.detail;
+    heldSince_ = press.time;
     for (const auto& key : Keys(keys_)) {
         const auto& modifiers = key->modifiers;
         if (key->keycode == press.detail &&
             std::ranges::find(modifiers, static_cast<std::uint16_t>(press.state & 0xffU)) != modifiers.end()) {
-            const auto pressed = key->pressed;
-            pressed();
+            tellPressed(key);
         }
     }
+}
+
+/// When the server has taken the keyboard back.
+void X11HotKeys::tellPressed(const std::shared_ptr<Registered>& key) {
+    connection_.await<xcb_get_input_focus_reply_t>(
+        xcb_get_input_focus(connection_.raw()), self_, [this, weak = std::weak_ptr(key)](const auto*) {
+            const auto pressed = weak.lock();
+            if (pressed && std::ranges::find(keys_, pressed) != keys_.end()) {
+                const auto callback = pressed->pressed;
+                callback();
+            }
+        });
+    connection_.flush();
 }
 
 void X11HotKeys::tellRepeatsApart() {

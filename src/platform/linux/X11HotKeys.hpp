@@ -7,6 +7,7 @@
 #include "platform/linux/X11Connection.hpp"
 #include "platform/linux/X11Keyboard.hpp"
 
+#include <array>
 #include <cstdint>
 #include <list>
 #include <map>
@@ -43,6 +44,7 @@ private:
     void grabAnew();
     void handle(const xcb_generic_event_t& event);
     void handlePress(const xcb_key_press_event_t& press);
+    void tellPressed(const std::shared_ptr<Registered>& key);
     void tellRepeatsApart();
     [[nodiscard]] std::vector<std::uint16_t> modifiersFor(core::EventFlags flags) const;
 
@@ -50,12 +52,15 @@ private:
     X11Keyboard& keyboard_;
     Keys keys_;
     std::map<std::uint32_t, std::weak_ptr<Registered>> requests_; ///< that may still be answered with an error
-    xcb_keycode_t held_ = 0;
+    xcb_keycode_t held_ = 0; ///< the key that was pressed last; down unless it has been released since
+    xcb_timestamp_t heldSince_ = 0;
+    std::array<xcb_timestamp_t, 256> released_{};                             ///< when each key was
     std::shared_ptr<X11HotKeys*> self_ = std::make_shared<X11HotKeys*>(this); // for tokens that may outlive this
     core::Subscription events_;
     core::Subscription losses_;
     core::Subscription openings_;
     core::Subscription keymaps_;
+    core::Subscription releases_;
 };
 
 } // namespace quillane

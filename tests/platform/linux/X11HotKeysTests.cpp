@@ -44,6 +44,14 @@ public:
         synchronizeOther();
     }
 
+    /// Tries to take the whole keyboard, as a menu does. The status of the X protocol.
+    [[nodiscard]] int grabByAnother() const {
+        const XReply<xcb_grab_keyboard_reply_t> reply(xcb_grab_keyboard_reply(
+            other(), xcb_grab_keyboard(other(), 0, root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+            nullptr));
+        return reply ? reply->status : -1;
+    }
+
     void giveBack() {
         xcb_ungrab_key(other(), vKey, root(), XCB_MOD_MASK_4 | XCB_MOD_MASK_SHIFT);
         synchronizeOther();
@@ -109,6 +117,32 @@ TEST_F(X11HotKeysTest, WorksWhicheverLocksAreOn) {
     driver_.keyboard().tap(testing::key::capsLock);
     driver_.press();
     EXPECT_TRUE(testing::waitUntil([&] { return presses_ == 3; }));
+}
+
+TEST_F(X11HotKeysTest, ThePressLeavesTheKeyboardToWhateverOpens) {
+    int grabbed = -1;
+    const auto token = driver_.hotKeys().registerHotKey(
+        {9, core::flags::command | core::flags::shift}, [&] { grabbed = driver_.grabByAnother(); }, [] {});
+    driver_.settle();
+    driver_.keyboard().press(testing::key::leftSuper);
+    driver_.keyboard().press(testing::key::leftShift);
+    driver_.keyboard().press(vKey);
+    EXPECT_TRUE(testing::waitUntil([&] { return grabbed == XCB_GRAB_STATUS_SUCCESS; }));
+}
+
+TEST_F(X11HotKeysTest, AKeyThatIsHeldIsOnePress) {
+    const auto token = registerHere();
+    driver_.settle();
+    driver_.keyboard().press(testing::key::leftSuper);
+    driver_.keyboard().press(testing::key::leftShift);
+    driver_.keyboard().press(vKey);
+    EXPECT_TRUE(testing::waitUntil([&] { return presses_ == 1; }));
+    const auto later = std::chrono::steady_clock::now() + std::chrono::milliseconds(900); // a key repeats after 660
+    testing::waitUntil([&] { return std::chrono::steady_clock::now() > later; });
+    EXPECT_EQ(presses_, 1);
+    driver_.keyboard().release(vKey);
+    driver_.keyboard().tap(vKey);
+    EXPECT_TRUE(testing::waitUntil([&] { return presses_ == 2; }));
 }
 
 TEST_F(X11HotKeysTest, NeedsExactlyItsModifiers) {
