@@ -75,6 +75,7 @@ void ClipboardPanel::setQuery(std::string query) {
         return;
     }
     query_ = std::move(query);
+    message_.reset();
     update();
 }
 

@@ -64,7 +64,7 @@ public:
     /// Does nothing for an entry that is not among what is found.
     void select(const core::Uuid& id);
 
-    /// A notice about the last choice.
+    /// A notice about the last choice, until the next search.
     [[nodiscard]] const std::optional<core::LocalizedText>& message() const { return message_; }
 
     /// Does what the key stands for; false when it types in the search field.

@@ -93,6 +93,73 @@ TEST_F(X11KeyEventsTest, CapsLockShowsWhileItIsOn) {
     EXPECT_TRUE(become(0));
 }
 
+// Posting keys
+
+class X11PostedKeysTest : public X11KeyEventsTest {
+protected:
+    void watch() {
+        open();
+        watched_ = session_.input->onKey([this](const X11RawEvent& event) {
+            seen_.push_back(event.isPress ? int{event.detail} : -int{event.detail});
+        });
+    }
+
+    /// Key codes as they were pressed, negative ones as they were released.
+    bool see(const std::vector<int>& expected) {
+        waitUntil([&] { return seen_.size() >= expected.size(); });
+        EXPECT_EQ(seen_, expected);
+        return seen_ == expected;
+    }
+
+    std::vector<int> seen_;
+    core::Subscription watched_;
+};
+
+constexpr core::KeyCode keyV = 9;
+constexpr int inPlaceOfV = 55;
+
+TEST_F(X11PostedKeysTest, CommandIsPostedAsControl) {
+    watch();
+    ASSERT_TRUE(events_->postKey(1, keyV, flags::command));
+    EXPECT_TRUE(see({key::leftControl, inPlaceOfV, -inPlaceOfV, -key::leftControl}));
+    EXPECT_TRUE(user_.keysDown().empty());
+}
+
+TEST_F(X11PostedKeysTest, EveryModifierIsPressedBeforeAndReleasedAfterTheKey) {
+    watch();
+    ASSERT_TRUE(events_->postKey(1, keyV, flags::command | flags::shift | flags::option));
+    EXPECT_TRUE(see({key::leftControl, key::leftAlt, key::leftShift, inPlaceOfV, -inPlaceOfV, -key::leftShift,
+                     -key::leftAlt, -key::leftControl}));
+}
+
+TEST_F(X11PostedKeysTest, NothingIsPostedWhileTheUserHoldsAModifier) {
+    watch();
+    user_.press(key::leftShift);
+    ASSERT_TRUE(become(flags::shift | flags::leftShift));
+    EXPECT_FALSE(events_->postKey(1, keyV, flags::command));
+    user_.release(key::leftShift);
+    ASSERT_TRUE(become(0));
+    EXPECT_TRUE(events_->postKey(1, keyV, flags::command));
+    EXPECT_TRUE(see({key::leftShift, -key::leftShift, key::leftControl, inPlaceOfV, -inPlaceOfV, -key::leftControl}));
+}
+
+TEST_F(X11PostedKeysTest, AnotherLatinLayoutHasTheLetterElsewhere) {
+    ASSERT_EQ(run({"setxkbmap", "-layout", "us", "-variant", "dvorak"}), 0);
+    watch();
+    ASSERT_TRUE(events_->postKey(1, keyV, flags::command));
+    constexpr int dvorakV = 60; // the key of "." on other keyboards
+    EXPECT_TRUE(see({key::leftControl, dvorakV, -dvorakV, -key::leftControl}));
+}
+
+TEST_F(X11PostedKeysTest, ALayoutOfAnotherScriptHasItInItsPlace) {
+    ASSERT_EQ(run({"setxkbmap", "il"}), 0);
+    watch();
+    ASSERT_TRUE(events_->postKey(1, keyV, flags::command));
+    EXPECT_TRUE(see({key::leftControl, inPlaceOfV, -inPlaceOfV, -key::leftControl}));
+}
+
+// Modifiers
+
 TEST_F(X11KeyEventsTest, LevelThreeShiftOnTheRightIsRightOption) {
     ASSERT_EQ(run({"setxkbmap", "us,de"}), 0);
     open();

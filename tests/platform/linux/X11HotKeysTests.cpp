@@ -130,21 +130,6 @@ TEST_F(X11HotKeysTest, ThePressLeavesTheKeyboardToWhateverOpens) {
     EXPECT_TRUE(testing::waitUntil([&] { return grabbed == XCB_GRAB_STATUS_SUCCESS; }));
 }
 
-TEST_F(X11HotKeysTest, AKeyThatIsHeldIsOnePress) {
-    const auto token = registerHere();
-    driver_.settle();
-    driver_.keyboard().press(testing::key::leftSuper);
-    driver_.keyboard().press(testing::key::leftShift);
-    driver_.keyboard().press(vKey);
-    EXPECT_TRUE(testing::waitUntil([&] { return presses_ == 1; }));
-    const auto later = std::chrono::steady_clock::now() + std::chrono::milliseconds(900); // a key repeats after 660
-    testing::waitUntil([&] { return std::chrono::steady_clock::now() > later; });
-    EXPECT_EQ(presses_, 1);
-    driver_.keyboard().release(vKey);
-    driver_.keyboard().tap(vKey);
-    EXPECT_TRUE(testing::waitUntil([&] { return presses_ == 2; }));
-}
-
 TEST_F(X11HotKeysTest, NeedsExactlyItsModifiers) {
     const auto token = registerHere();
     driver_.settle();

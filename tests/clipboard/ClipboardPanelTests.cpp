@@ -1,0 +1,393 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "clipboard/ClipboardPanel.hpp"
+
+#include "clipboard/ClipboardTest.hpp"
+#include "core/clipboard/PasteboardTypes.hpp"
+#include "core/localization/Texts.hpp"
+#include "fakes/FakeKeyEvents.hpp"
+#include "fakes/FakePermissionService.hpp"
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+namespace quillane {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+using Choice = ClipboardPanel::Choice;
+using PostedKey = fakes::FakeKeyEvents::PostedKey;
+namespace flags = core::flags;
+namespace texts = core::texts;
+
+namespace key {
+
+constexpr core::KeyCode one = 18, five = 23, nine = 25, a = 0, v = 9, enter = 36, backspace = 51, escape = 53,
+                        down = 125, up = 126;
+
+} // namespace key
+
+class ClipboardPanelTest : public testing::ClipboardTest {
+protected:
+    ClipboardPanelTest() {
+        permissions_.grant(core::MacPermission::accessibility);
+        editor_ = *workspace_.frontmostApplication();
+    }
+
+    /// A history of these texts, the last one copied last, and its panel.
+    ClipboardPanel& open(const std::vector<std::string>& copies) {
+        start();
+        for (const auto& text : copies) {
+            copy(text);
+        }
+        pass(10ms);
+        panel_ = std::make_unique<ClipboardPanel>(
+            *manager_, ClipboardPanelServices{queue_, workspace_, pasteboard_, keyEvents_, secureInput_, permissions_});
+        panel_->onShow = [this] { ++shown_; };
+        panel_->onClose = [this] { ++closed_; };
+        panel_->toggle();
+        return *panel_;
+    }
+
+    [[nodiscard]] std::vector<std::string> found() const {
+        std::vector<std::string> all;
+        for (const auto& entry : panel_->filtered()) {
+            all.push_back(*entry.text);
+        }
+        return all;
+    }
+
+    [[nodiscard]] std::string selected() const {
+        for (const auto& entry : panel_->filtered()) {
+            if (entry.id == panel_->selection()) {
+                return *entry.text;
+            }
+        }
+        return "nothing";
+    }
+
+    [[nodiscard]] std::string onPasteboard() const {
+        const auto& items = pasteboard_.items();
+        return items.empty() || items.front().flavours.empty() ? "" : items.front().flavours.front().second;
+    }
+
+    [[nodiscard]] PostedKey pasteKey() const { return {editor_.pid, key::v, flags::command}; }
+
+    fakes::FakeKeyEvents keyEvents_;
+    fakes::FakePermissionService permissions_;
+    RunningApplication editor_;
+    std::unique_ptr<ClipboardPanel> panel_;
+    int shown_ = 0;
+    int closed_ = 0;
+};
+
+// Searching and selecting
+
+TEST_F(ClipboardPanelTest, OpensWithEverythingAndTheNewestSelected) {
+    open({"one", "two", "three"});
+    EXPECT_TRUE(panel_->isVisible());
+    EXPECT_EQ(shown_, 1);
+    EXPECT_THAT(found(), ElementsAre("three", "two", "one"));
+    EXPECT_EQ(selected(), "three");
+    EXPECT_FALSE(panel_->message());
+}
+
+TEST_F(ClipboardPanelTest, TheHotKeyClosesItAgain) {
+    open({"one"}).toggle();
+    EXPECT_FALSE(panel_->isVisible());
+    EXPECT_EQ(closed_, 1);
+    panel_->close();
+    EXPECT_EQ(closed_, 1);
+}
+
+TEST_F(ClipboardPanelTest, TypingFiltersAndMovesTheSelectionToTheFirstMatch) {
+    open({"apple", "banana", "apricot"});
+    panel_->setQuery("app");
+    EXPECT_THAT(found(), ElementsAre("apple"));
+    EXPECT_EQ(selected(), "apple");
+    panel_->setQuery("");
+    EXPECT_EQ(selected(), "apple"); // stays while it is there
+    panel_->setQuery("nowhere");
+    EXPECT_FALSE(panel_->selection());
+    panel_->setQuery("b");
+    EXPECT_EQ(selected(), "banana");
+}
+
+TEST_F(ClipboardPanelTest, OpeningAgainStartsAnew) {
+    open({"apple", "banana"}).setQuery("apple");
+    panel_->toggle();
+    panel_->toggle();
+    EXPECT_EQ(panel_->query(), "");
+    EXPECT_EQ(selected(), "banana");
+}
+
+TEST_F(ClipboardPanelTest, ArrowsMoveWithinWhatIsFound) {
+    open({"one", "two", "three"});
+    EXPECT_TRUE(panel_->handle(key::up, 0));
+    EXPECT_EQ(selected(), "three");
+    EXPECT_TRUE(panel_->handle(key::down, flags::capsLock)); // locks do not count
+    EXPECT_TRUE(panel_->handle(key::down, 0));
+    EXPECT_TRUE(panel_->handle(key::down, 0));
+    EXPECT_EQ(selected(), "one");
+    EXPECT_TRUE(panel_->handle(key::up, 0));
+    EXPECT_EQ(selected(), "two");
+}
+
+TEST_F(ClipboardPanelTest, WhatIsCopiedMeanwhileAppears) {
+    open({"one"});
+    copy("two");
+    EXPECT_THAT(found(), ElementsAre("two", "one"));
+    EXPECT_EQ(selected(), "one");
+}
+
+TEST_F(ClipboardPanelTest, WithoutEntriesKeysDoNothing) {
+    open({});
+    EXPECT_TRUE(panel_->isHistoryEmpty());
+    for (const auto code : {key::up, key::down, key::enter}) {
+        EXPECT_TRUE(panel_->handle(code, 0));
+    }
+    EXPECT_TRUE(panel_->handle(key::backspace, flags::command));
+    EXPECT_TRUE(panel_->handle(key::one, flags::command));
+    EXPECT_TRUE(panel_->isVisible());
+}
+
+TEST_F(ClipboardPanelTest, OtherKeysAreLeftToTheSearchField) {
+    open({"one"});
+    EXPECT_FALSE(panel_->handle(key::a, 0));
+    EXPECT_FALSE(panel_->handle(key::backspace, 0));
+    EXPECT_FALSE(panel_->handle(key::one, 0));
+    EXPECT_FALSE(panel_->handle(key::one, flags::command | flags::shift));
+    EXPECT_FALSE(panel_->handle(key::enter, flags::control));
+    EXPECT_FALSE(panel_->handle(key::a, flags::command));
+    EXPECT_TRUE(panel_->isVisible());
+}
+
+TEST_F(ClipboardPanelTest, CommandDeleteRemovesAndTheNextOneIsSelected) {
+    open({"one", "two", "three"});
+    panel_->handle(key::down, 0);
+    EXPECT_TRUE(panel_->handle(key::backspace, flags::command));
+    EXPECT_THAT(found(), ElementsAre("three", "one"));
+    EXPECT_EQ(selected(), "one");
+    panel_->handle(key::backspace, flags::command);
+    EXPECT_EQ(selected(), "three");
+    panel_->handle(key::backspace, flags::command);
+    EXPECT_THAT(found(), IsEmpty());
+    EXPECT_FALSE(panel_->selection());
+}
+
+// Pasting
+
+TEST_F(ClipboardPanelTest, ReturnPastesIntoTheApplicationThatWasInFront) {
+    open({"one", "two"});
+    panel_->handle(key::down, 0);
+    EXPECT_TRUE(panel_->handle(key::enter, 0));
+    EXPECT_EQ(onPasteboard(), "one");
+    EXPECT_FALSE(panel_->isVisible());
+    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+    queue_.advance(49ms);
+    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+    queue_.advance(1ms);
+    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
+    queue_.advance(5s);
+    EXPECT_THAT(keyEvents_.posted, SizeIs(1));
+    EXPECT_THAT(recorded(), ElementsAre("one", "two")); // nothing was copied anew
+    panel_->toggle();
+    EXPECT_THAT(found(), ElementsAre("one", "two")); // and what was used is on top
+}
+
+TEST_F(ClipboardPanelTest, CommandAndADigitPastesThatEntry) {
+    open({"one", "two", "three"});
+    panel_->handle(key::five, flags::command);
+    EXPECT_TRUE(panel_->isVisible());
+    EXPECT_EQ(onPasteboard(), "three");
+    panel_->handle(key::one + 1, flags::command); // the key of 2
+    queue_.advance(50ms);
+    EXPECT_EQ(onPasteboard(), "two");
+    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
+}
+
+TEST_F(ClipboardPanelTest, OptionReturnOnlyCopies) {
+    open({"one", "two"});
+    panel_->handle(key::down, 0);
+    panel_->handle(key::enter, flags::option);
+    EXPECT_EQ(onPasteboard(), "one");
+    EXPECT_FALSE(panel_->isVisible());
+    queue_.advance(5s);
+    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+}
+
+TEST_F(ClipboardPanelTest, ShiftReturnPastesWithoutStyles) {
+    start();
+    pasteboard_.copy({{{{std::string(core::PasteboardTypes::rtf), "{\\rtf1 one}"},
+                        {std::string(core::PasteboardTypes::string), "one"}},
+                       {}}});
+    pass(500ms);
+    open({});
+    pasteboard_.copyText("something else");
+    panel_->handle(key::enter, flags::shift);
+    ASSERT_THAT(pasteboard_.items(), SizeIs(1));
+    EXPECT_THAT(pasteboard_.items().front().flavours, SizeIs(1));
+    EXPECT_EQ(onPasteboard(), "one");
+}
+
+TEST_F(ClipboardPanelTest, ThePasteWaitsUntilTheApplicationIsInFront) {
+    const auto other = workspace_.open("com.example.other");
+    open({"one"});
+    workspace_.activate(other);
+    workspace_.setRefusesActivation(true);
+    panel_->handle(key::enter, 0);
+    queue_.advance(500ms);
+    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+    workspace_.activate(editor_.pid);
+    queue_.advance(50ms);
+    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
+}
+
+TEST_F(ClipboardPanelTest, ItBringsTheApplicationToTheFront) {
+    const auto other = workspace_.open("com.example.other");
+    open({"one"});
+    workspace_.activate(other);
+    panel_->handle(key::enter, 0);
+    EXPECT_EQ(workspace_.frontmostApplication()->pid, editor_.pid);
+}
+
+TEST_F(ClipboardPanelTest, ThePasteWaitsForTheEndOfSecureInputAndForKeysThatAreHeld) {
+    open({"one"});
+    secureInput_.setEnabled(true);
+    panel_->handle(key::enter, 0);
+    queue_.advance(300ms);
+    secureInput_.setEnabled(false);
+    keyEvents_.refusesKeys = true;
+    queue_.advance(300ms);
+    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+    keyEvents_.refusesKeys = false;
+    queue_.advance(50ms);
+    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
+}
+
+TEST_F(ClipboardPanelTest, ItGivesUpAfterTwentyAttempts) {
+    open({"one"});
+    secureInput_.setEnabled(true);
+    panel_->handle(key::enter, 0);
+    queue_.advance(999ms); // the twentieth is at 1000 ms
+    const auto waiting = queue_.timerCount();
+    queue_.advance(1ms);
+    EXPECT_EQ(queue_.timerCount(), waiting - 1);
+    secureInput_.setEnabled(false);
+    queue_.advance(5s);
+    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+    EXPECT_EQ(onPasteboard(), "one");
+}
+
+TEST_F(ClipboardPanelTest, TheTwentiethAttemptStillPastes) {
+    open({"one"});
+    secureInput_.setEnabled(true);
+    panel_->handle(key::enter, 0);
+    queue_.advance(999ms);
+    secureInput_.setEnabled(false);
+    queue_.advance(1ms);
+    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
+}
+
+TEST_F(ClipboardPanelTest, ANewerChoiceReplacesAPasteThatIsUnderWay) {
+    open({"one", "two"});
+    secureInput_.setEnabled(true);
+    panel_->handle(key::enter, 0);
+    panel_->toggle();
+    panel_->handle(key::down, 0);
+    panel_->handle(key::enter, 0);
+    secureInput_.setEnabled(false);
+    queue_.advance(5s);
+    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
+    EXPECT_EQ(onPasteboard(), "one");
+}
+
+TEST_F(ClipboardPanelTest, NothingIsPastedWhileThePanelIsOpenAgain) {
+    open({"one"});
+    panel_->handle(key::enter, 0);
+    panel_->toggle();
+    queue_.advance(5s);
+    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+}
+
+TEST_F(ClipboardPanelTest, NothingIsPastedWhenSomethingElseWasCopied) {
+    open({"one"});
+    panel_->handle(key::enter, 0);
+    pasteboard_.copyText("two");
+    queue_.advance(5s);
+    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+}
+
+TEST_F(ClipboardPanelTest, NothingIsPastedWhenTheApplicationQuits) {
+    open({"one"});
+    panel_->handle(key::enter, 0);
+    workspace_.quit(editor_.pid);
+    queue_.advance(5s);
+    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+}
+
+TEST_F(ClipboardPanelTest, NothingIsPastedByAPanelThatHasGone) {
+    open({"one"}).handle(key::enter, 0);
+    panel_.reset();
+    queue_.advance(5s);
+    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+}
+
+// What can go wrong
+
+TEST_F(ClipboardPanelTest, WithoutAccessibilityItSaysHowToPaste) {
+    permissions_.revoke(core::MacPermission::accessibility);
+    open({"one"}).handle(key::enter, 0);
+    EXPECT_EQ(onPasteboard(), "one");
+    EXPECT_TRUE(panel_->isVisible());
+    EXPECT_EQ(panel_->message(), core::LocalizedText(texts::itemCopiedAllowAccessibility));
+    panel_->toggle();
+    panel_->toggle();
+    EXPECT_FALSE(panel_->message());
+}
+
+TEST_F(ClipboardPanelTest, WithoutAnApplicationToReturnToItSaysSo) {
+    open({"one"});
+    workspace_.quit(editor_.pid);
+    panel_->handle(key::enter, 0);
+    EXPECT_EQ(panel_->message(), core::LocalizedText(texts::itemCopiedReturnToApp));
+    EXPECT_TRUE(panel_->isVisible());
+}
+
+TEST_F(ClipboardPanelTest, AFileThatIsGoneIsSaidAndNothingIsCopied) {
+    start();
+    const auto path = files_.folder() / "note.txt";
+    std::ofstream(path) << "note";
+    pasteboard_.copy({{{{std::string(core::PasteboardTypes::fileUrl), "file://" + path.string()}}, {}}});
+    pass(500ms);
+    open({});
+    ASSERT_THAT(panel_->filtered(), SizeIs(1));
+    std::filesystem::remove(path);
+    pasteboard_.copyText("still here");
+    panel_->handle(key::enter, 0);
+    EXPECT_EQ(panel_->message(), core::LocalizedText(texts::originalFileIsGone));
+    EXPECT_EQ(onPasteboard(), "still here");
+    EXPECT_TRUE(panel_->isVisible());
+}
+
+TEST_F(ClipboardPanelTest, APasteboardThatRefusesIsSaid) {
+    open({"one"});
+    pasteboard_.refuseWrites();
+    panel_->handle(key::enter, 0);
+    EXPECT_EQ(panel_->message(), core::LocalizedText(texts::cannotCopyItem));
+}
+
+TEST_F(ClipboardPanelTest, AMessageGoesWithTheNextSearch) {
+    permissions_.revoke(core::MacPermission::accessibility);
+    open({"one"}).handle(key::enter, 0);
+    panel_->setQuery("o");
+    EXPECT_FALSE(panel_->message());
+}
+
+} // namespace
+} // namespace quillane
