@@ -197,6 +197,7 @@ constexpr std::array actionNames{
     ActionName{"AXPress", "activate"},
     ActionName{"AXPress", "toggle"},
     ActionName{"AXPress", "check"},
+    ActionName{"AXPress", "uncheck"}, // Chromium, also of a command that stays as it is
     ActionName{"AXPress", "select"},
     ActionName{"AXPress", "open"},
     ActionName{"AXPress", "dodefault"},

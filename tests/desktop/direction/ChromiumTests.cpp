@@ -67,6 +67,21 @@ TEST_F(LiveChromium, AChordTurnsTheTextAreaAndTurnsItBack) {
     EXPECT_TRUE(waitUntil([&] { return state().text == "fqst_line/second_line"; })) << state().text;
 }
 
+TEST_F(LiveChromium, AChordOfTheDirectionThatTheTextAreaHasIsAppliedToo) {
+    startIn("area");
+    turnRight();
+    expectSaid("Applied RTL in Chrome");
+    expectDirection("rtl");
+    expectNoMenu();
+    turnRight();
+    EXPECT_TRUE(waitUntil([&] { return browser_->hasOpenMenu(); }));
+    expectNoMenu();
+    EXPECT_TRUE(holdsFor(std::chrono::milliseconds{500}, [&] {
+        return agent().status().value("lastAction", "") == "Applied RTL in Chrome";
+    })) << agent().status();
+    EXPECT_EQ(state().direction, "rtl");
+}
+
 TEST_F(LiveChromium, AMenuThatIsOpenAlreadyIsLeftAlone) {
     startIn("area");
     desktop().keyboard().tap(Key::menu);
