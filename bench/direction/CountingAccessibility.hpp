@@ -5,12 +5,14 @@
 
 #include "platform/Accessibility.hpp"
 
+#include <algorithm>
 #include <chrono>
 #include <type_traits>
 
 namespace quillane::bench {
 
-/// Counts the calls that are passed on to another Accessibility, and the time that they take.
+/// Counts the calls that are passed on to another Accessibility, and the time that they take, except while something
+/// else is waited for in any case.
 class CountingAccessibility final : public Accessibility {
 public:
     using Clock = std::chrono::steady_clock;
@@ -19,6 +21,7 @@ public:
 
     int calls = 0;
     Clock::duration time{};
+    Clock::time_point waitsUntil; ///< for a delay that has begun
 
     AXElement application(pid_t pid) override { return real_.application(pid); }
 
@@ -66,9 +69,9 @@ public:
 private:
     template <typename Call>
     std::invoke_result_t<Call> counted(Call call) {
-        const auto begin = Clock::now();
+        const auto begin = std::max(Clock::now(), waitsUntil);
         auto result = call();
-        time += Clock::now() - begin;
+        time += std::max(Clock::now() - begin, Clock::duration::zero());
         ++calls;
         return result;
     }

@@ -1,112 +1,165 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "CountingAccessibility.hpp"
 #include "desktop/direction/LiveBrowser.hpp"
+#include "direction/AgentRun.hpp"
+#include "direction/CountingAccessibility.hpp"
 #include "direction/DirectionCommands.hpp"
+#include "direction/Figures.hpp"
+#include "keyboard/KeyboardMonitor.hpp"
+#include "keyboard/RTLInput.hpp"
 #include "platform/Platform.hpp"
 
 #include <QApplication>
+#include <QTimer>
 
-#include <algorithm>
-#include <cstdio>
 #include <cstdlib>
-#include <stdexcept>
+#include <thread>
 
 namespace quillane::bench {
 namespace {
 
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
+using live::Key;
 
-void must(bool condition, const std::string& what) {
-    if (!condition) {
-        throw std::runtime_error(what);
-    }
-}
-
-bool letEventsRunUntil(const std::function<bool()>& condition) {
-    const auto deadline = Clock::now() + 10s;
-    while (!condition() && Clock::now() < deadline) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 1);
+/// Sleeps in the event loop between events, as the agent does.
+bool waitForEvents(const std::function<bool()>& condition) {
+    bool isLate = false;
+    QTimer::singleShot(10s, Qt::PreciseTimer, qApp, [&] { isLate = true; });
+    while (!condition() && !isLate) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
     return condition();
 }
 
-double milliseconds(Clock::duration time) {
-    return std::chrono::duration<double, std::milli>(time).count();
+/// For what no event tells.
+bool waitUntil(const std::function<bool()>& condition) {
+    const auto deadline = Clock::now() + 10s;
+    while (!condition() && Clock::now() < deadline) {
+        QCoreApplication::processEvents();
+        std::this_thread::sleep_for(1ms);
+    }
+    return condition();
 }
 
-/// The figures of all runs, by name.
-struct Figure {
-    const char* name;
-    std::vector<double> values = {};
+/// Adds up the delays that are asked for.
+class DelayedQueue final : public MainQueue {
+public:
+    DelayedQueue(MainQueue& real, CountingAccessibility& accessibility) : real_(real), accessibility_(accessibility) {}
 
-    void print() {
-        std::ranges::sort(values);
-        std::printf("%-44s median %7.2f   best %7.2f   worst %7.2f\n", name, values[values.size() / 2], values.front(),
-                    values.back());
+    Clock::duration delays{};
+
+    void post(Task task) override { real_.post(std::move(task)); }
+
+    void postAfter(std::chrono::milliseconds delay, Task task) override {
+        delays += delay;
+        accessibility_.waitsUntil = Clock::now() + delay;
+        real_.postAfter(delay, std::move(task));
     }
+
+    core::Subscription repeat(std::chrono::milliseconds interval, Task task) override {
+        return real_.repeat(interval, std::move(task));
+    }
+
+private:
+    MainQueue& real_;
+    CountingAccessibility& accessibility_;
 };
 
-int run(live::LiveDesktop& desktop, int runs) {
-    auto made = makePlatform({});
-    auto* platform = std::get_if<Platform>(&made);
-    must(platform != nullptr, "the platform");
-    CountingAccessibility accessibility(*platform->accessibility);
-    std::string said;
-    DirectionCommands commands(
-        {accessibility, *platform->workspace, *platform->mainQueue, *platform->userDefaults}, [] { return true; },
-        [&](const core::LocalizedText& text) { said = text.rendered(core::AppLanguage::english); });
-    auto browser = live::LiveBrowser::start(desktop, "area");
-    must(browser.has_value(), browser ? std::string() : browser.error());
-    must(letEventsRunUntil([&] { return commands.target() == "com.google.Chrome"; }), "Chromium in front");
-    const auto isFocused = [&] {
-        const auto focused = accessibility.attribute(accessibility.application(browser->pid()), "AXFocusedUIElement");
-        const auto* element = focused ? std::get_if<AXElement>(&*focused) : nullptr;
-        return element != nullptr && accessibility.attribute(*element, "AXRole") == AXValue(std::string("AXTextArea"));
-    };
-    must(letEventsRunUntil(isFocused), "the focus on the text area");
+/// The road of a chord in this process, so that it can be looked into: from the event tap to the adapter's report.
+class ChordRoad {
+public:
+    ChordRoad(Platform& platform, live::LiveDesktop& desktop, const live::LiveBrowser& browser)
+        : desktop_(desktop),
+          browser_(browser),
+          accessibility_(*platform.accessibility),
+          queue_(*platform.mainQueue, accessibility_),
+          input_(*platform.inputSources, accessibility_, *platform.workspace),
+          monitor_(*platform.eventTap, *platform.keyEvents, *platform.workspace, queue_, input_),
+          commands_(
+              {accessibility_, *platform.workspace, queue_, *platform.userDefaults}, [] { return true; },
+              [this](const core::LocalizedText& text) { said_ = text.rendered(core::AppLanguage::english); }) {
+        monitor_.onDirection = [this](core::WritingDirection direction) {
+            delivered_ = Clock::now();
+            commands_.apply(direction);
+        };
+        monitor_.onInterruption = [this] { commands_.cancelPending(); };
+        monitor_.setOptions({});
+        must(monitor_.start(), "the event tap");
+        must(waitUntil([this] { return commands_.target() == "com.google.Chrome"; }), "Chromium in front");
+        must(waitUntil([this] { return isAreaFocused(); }), "the focus on the text area");
+    }
 
-    Figure total{"release of the chord to the report, ms"};
-    Figure inCalls{"of it waiting for answers, ms"};
-    Figure polling{"of it the documented step, ms"};
-    Figure own{"of it our own time, ms"};
-    Figure seen{"release of the chord to the page's script, ms"};
-    Figure calls{"Accessibility calls of one attempt"};
-    for (int index = 0; index <= runs; ++index) {
-        const bool right = index % 2 == 0;
-        accessibility.calls = 0;
-        accessibility.time = {};
-        said.clear();
-        const auto begin = Clock::now();
-        commands.apply(right ? core::WritingDirection::rightToLeft : core::WritingDirection::leftToRight);
-        const auto started = Clock::now();
-        const auto spentBefore = accessibility.time;
-        Clock::time_point reported;
-        Clock::time_point stepEnd = started + 60ms;
-        must(letEventsRunUntil([&] { return !said.empty(); }), "an outcome");
-        reported = Clock::now();
-        must(said == (right ? "Applied RTL in Chrome" : "Applied LTR in Chrome"), said);
-        must(letEventsRunUntil([&] { return browser->state()->direction == (right ? "rtl" : "ltr"); }),
+    void run(int runs) {
+        for (int index = 0; index <= runs; ++index) {
+            turn(index % 2 == 0, index > 0); // the first run fills the caches
+        }
+        for (auto* figure : {&total_, &way_, &inCalls_, &polling_, &own_, &seen_, &calls_}) {
+            figure->print();
+        }
+    }
+
+private:
+    bool isAreaFocused() {
+        const auto focused = accessibility_.attribute(accessibility_.application(browser_.pid()), "AXFocusedUIElement");
+        const auto* element = focused ? std::get_if<AXElement>(&*focused) : nullptr;
+        return element != nullptr && accessibility_.attribute(*element, "AXRole") == AXValue(std::string("AXTextArea"));
+    }
+
+    void turn(bool right, bool counts) {
+        const auto shift = right ? Key::rightShift : Key::leftShift;
+        const auto& keyboard = desktop_.keyboard();
+        must(waitUntil([&] { return !browser_.hasOpenMenu(); }), "no menu");
+        const auto rest = Clock::now() + 300ms;
+        must(waitUntil([&] { return Clock::now() > rest; }), "a pause");
+        keyboard.press(Key::leftControl);
+        keyboard.press(shift);
+        keyboard.release(shift);
+        accessibility_.calls = 0;
+        accessibility_.time = {};
+        queue_.delays = {};
+        said_.clear();
+        const auto released = Clock::now();
+        keyboard.release(Key::leftControl);
+        must(waitForEvents([&] { return !said_.empty(); }), "an outcome");
+        const auto reported = Clock::now();
+        must(said_ == (right ? "Applied RTL in Chrome" : "Applied LTR in Chrome"), said_);
+        must(waitUntil([&] {
+                 const auto state = browser_.state();
+                 return state && state->direction == (right ? "rtl" : "ltr");
+             }),
              "the direction");
         const auto arrived = Clock::now();
-        if (index == 0) {
-            continue; // the first run fills the caches
+        if (counts) {
+            const auto waited = accessibility_.time;
+            total_.values.push_back(milliseconds(reported - released));
+            way_.values.push_back(milliseconds(delivered_ - released));
+            inCalls_.values.push_back(milliseconds(waited));
+            polling_.values.push_back(milliseconds(queue_.delays));
+            own_.values.push_back(milliseconds(reported - released - waited - queue_.delays));
+            seen_.values.push_back(milliseconds(arrived - reported));
+            calls_.values.push_back(accessibility_.calls);
         }
-        const double late = std::max(0.0, milliseconds(reported - stepEnd - (accessibility.time - spentBefore)));
-        total.values.push_back(milliseconds(reported - begin));
-        inCalls.values.push_back(milliseconds(accessibility.time));
-        polling.values.push_back(60.0);
-        own.values.push_back(milliseconds(started - begin - spentBefore) + late);
-        seen.values.push_back(milliseconds(arrived - begin));
-        calls.values.push_back(accessibility.calls);
     }
-    for (auto* figure : {&total, &inCalls, &polling, &own, &seen, &calls}) {
-        figure->print();
-    }
-    return 0;
-}
+
+    live::LiveDesktop& desktop_;
+    const live::LiveBrowser& browser_;
+    CountingAccessibility accessibility_;
+    DelayedQueue queue_;
+    RTLInput input_;
+    KeyboardMonitor monitor_;
+    DirectionCommands commands_;
+    std::string said_;
+    Clock::time_point delivered_;
+    Figure total_{"release of the chord to the report, ms"};
+    Figure way_{"of it from the key to the adapter, ms"};
+    Figure inCalls_{"of it the browser's, waiting for its answers, ms"};
+    Figure polling_{"of it the documented delay, ms"};
+    Figure own_{"of it our own time, the way of the key included, ms"};
+    Figure seen_{"the browser's, from the report until the page's script sees it, ms"};
+    Figure calls_{"Accessibility calls"};
+};
 
 } // namespace
 } // namespace quillane::bench
@@ -118,13 +171,19 @@ int main(int argc, char** argv) {
         return 2;
     }
     try {
-        auto desktop = quillane::live::LiveDesktop::start();
-        if (!desktop) {
-            throw std::runtime_error(desktop.error());
-        }
+        using namespace quillane;
+        auto desktop = live::LiveDesktop::start();
+        bench::must(desktop.has_value(), desktop ? std::string() : desktop.error());
+        auto browser = live::LiveBrowser::start(**desktop, "area");
+        bench::must(browser.has_value(), browser ? std::string() : browser.error());
+        bench::measureAgent(**desktop, *browser, runs);
         (*desktop)->adoptEnvironment();
         const QApplication application(argc, argv);
-        return quillane::bench::run(**desktop, runs);
+        auto made = makePlatform({});
+        auto* platform = std::get_if<Platform>(&made);
+        bench::must(platform != nullptr, "the platform");
+        bench::ChordRoad(*platform, **desktop, *browser).run(runs);
+        return 0;
     } catch (const std::exception& problem) {
         std::fprintf(stderr, "quillane_direction_bench: %s\n", problem.what());
         return 1;
