@@ -51,6 +51,15 @@ ClipboardServices clipboardServices(const AppServices& services, const std::file
             .now = [] { return core::dateOf(std::chrono::system_clock::now()); }};
 }
 
+ClipboardPanelServices clipboardPanelServices(const AppServices& services) {
+    return {.mainQueue = services.mainQueue,
+            .workspace = services.workspace,
+            .pasteboard = services.pasteboard,
+            .keyEvents = services.keyEvents,
+            .secureInput = services.secureInput,
+            .permissions = services.permissions};
+}
+
 } // namespace
 
 AppDelegate::AppDelegate(AppServices services, core::AppPreferences& preferences, SettingsModel& model,
@@ -73,6 +82,7 @@ AppDelegate::AppDelegate(AppServices services, core::AppPreferences& preferences
           [this] { return model_.canTestDirection(); }, [this](const core::LocalizedText& text) { report(text); }),
       fileShare_(fileShareServices(services, preferences)),
       clipboard_(clipboardServices(services, environment_.applicationSupport)),
+      clipboardPanel_(clipboard_, clipboardPanelServices(services)),
       loginItem_(services.loginItem, environment_.location.installed),
       updater_(services.updater, services.windowTraits, environment_.version),
       wasPaused_(model.options().paused) {}
@@ -92,6 +102,7 @@ void AppDelegate::applicationDidFinishLaunching() {
         refreshRuntime();
         requestNextPermissionIfNeeded();
     });
+    clipboardPanel_.noteFrontmostApplication();
     rememberTarget();
     services_.servicesMenu.provideShare([this](const std::vector<std::string>& urls) {
         const auto refusal = fileShare_.share(urls);
@@ -140,6 +151,7 @@ void AppDelegate::observeWorkspace() {
     subscriptions_.push_back(services_.workspace.onDidActivateApplication([this] {
         monitor_.reset();
         direction_.cancelPending();
+        clipboardPanel_.noteFrontmostApplication();
         rememberTarget();
         refreshRuntime();
     }));
@@ -160,6 +172,14 @@ void AppDelegate::showSettings(core::SettingsPage page) {
         settings_ = std::make_unique<SettingsWindow>(settingsServices());
     }
     settings_->present(page);
+}
+
+void AppDelegate::showClipboard() {
+    if (clipboard_.options().enabled) {
+        clipboardPanel_.toggle();
+    } else {
+        showSettings(core::SettingsPage::clipboard); // where it is turned on
+    }
 }
 
 void AppDelegate::showPermissionsIfNeeded() {
@@ -250,6 +270,7 @@ void AppDelegate::updateStatusItem() {
 StatusMenuActions AppDelegate::menuActions() {
     StatusMenuActions actions;
     actions.toggleKeepAwake = [this] { toggle(&core::FeatureOptions::keepAwake); };
+    actions.showClipboard = [this] { showClipboard(); };
     actions.shareFile = [this] { fileShare_.choose(); };
     actions.showSettings = [this] { showSettings(core::SettingsPage::general); };
     actions.showPermissions = [this] { showSettings(core::SettingsPage::permissions); };
@@ -359,6 +380,10 @@ ControlReply AppDelegate::handleControlRequest(const ControlRequest& request) {
         }
         return {};
     }
+    if (request.command == "history") {
+        showClipboard();
+        return {};
+    }
     if (request.command == "share") {
         return share(request.arguments);
     }
@@ -392,7 +417,8 @@ StatusReport AppDelegate::statusReport() const {
             .clipboard = {.status = clipboard_.status(),
                           .entries = clipboard_.history().entries().size(),
                           .storageError = clipboard_.hasStorageError(),
-                          .hotKeyConflict = clipboard_.hasHotKeyConflict()},
+                          .hotKeyConflict = clipboard_.hasHotKeyConflict(),
+                          .panelOpen = clipboardPanel_.isVisible()},
             .statusItemVisible = services_.statusItem.isVisible()};
 }
 

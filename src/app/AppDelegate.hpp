@@ -8,6 +8,7 @@
 #include "app/StatusMenu.hpp"
 #include "app/StatusReport.hpp"
 #include "clipboard/ClipboardManager.hpp"
+#include "clipboard/ClipboardPanel.hpp"
 #include "core/preferences/AppPreferences.hpp"
 #include "direction/DirectionCommands.hpp"
 #include "fileshare/FileShareService.hpp"
@@ -58,6 +59,8 @@ public:
 
     [[nodiscard]] StatusReport statusReport() const;
 
+    [[nodiscard]] ClipboardPanel& clipboardPanel() { return clipboardPanel_; }
+
 private:
     void wireControllers();
     void observeWorkspace();
@@ -70,6 +73,7 @@ private:
     [[nodiscard]] RuntimeFacts runtimeFacts() const;
 
     void showSettings(core::SettingsPage page);
+    void showClipboard();
     void showPermissionsIfNeeded();
     void requestNextPermissionIfNeeded();
     [[nodiscard]] SettingsServices settingsServices();
@@ -91,6 +95,7 @@ private:
     DirectionCommands direction_;
     FileShareService fileShare_;
     ClipboardManager clipboard_;
+    ClipboardPanel clipboardPanel_;
     LoginItemController loginItem_;
     AppUpdater updater_;
     bool wasPaused_; ///< when the options were applied last

@@ -9,7 +9,7 @@ namespace quillane::CommandLine {
 
 namespace {
 
-constexpr std::array simpleCommands{std::string_view("pause"), std::string_view("resume"), std::string_view("quit")};
+constexpr std::array<std::string_view, 4> simpleCommands{"history", "pause", "resume", "quit"};
 
 UsageError unknown(std::string_view kind, std::string_view word) {
     return {"unknown " + std::string(kind) + " '" + std::string(word) + "'"};
@@ -57,6 +57,7 @@ std::string_view usage() {
     return "usage: quillane                    start the agent, or show the settings of the one that runs\n"
            "       quillane status [--json]    say what the agent does\n"
            "       quillane share [FILE]       upload a file and show its download link\n"
+           "       quillane history            open the clipboard history, or close it\n"
            "       quillane pause | resume     pause everything, or go on\n"
            "       quillane quit               end the agent\n"
            "       quillane --help | --version\n";

@@ -23,6 +23,7 @@ struct ClipboardReport {
     std::size_t entries = 0;
     bool storageError = false;
     bool hotKeyConflict = false;
+    bool panelOpen = false;
 };
 
 /// The runtime facts that the menu and the settings window show, and nothing of what the user types or copies.

@@ -42,7 +42,6 @@ struct ClipboardServices {
 /// Runs the clipboard history: records copies, keeps the encrypted vault up to date, owns the hot key. Main thread.
 ///
 ///     ClipboardManager clipboard({…});
-///     clipboard.onTogglePanel = [&] { … };
 ///     clipboard.start();
 ///     clipboard.configure({.paused = false, .remote = false});
 class ClipboardManager {
@@ -105,7 +104,7 @@ public:
     /// The user wants the panel opened, or closed when it is open.
     void togglePanel();
 
-    std::function<void()> onTogglePanel; ///< set by whoever has the panel
+    std::function<void()> onTogglePanel; ///< set by ClipboardPanel
     std::function<void()> onClosePanel;  ///< the history is off from now on
 
     /// Anything above has changed.

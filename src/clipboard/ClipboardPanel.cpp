@@ -34,15 +34,28 @@ ClipboardPanel::ClipboardPanel(ClipboardManager& manager, ClipboardPanelServices
           if (visible_) {
               update();
           }
-      })) {}
+      })) {
+    manager_.onTogglePanel = [this] { toggle(); };
+    manager_.onClosePanel = [this] { close(); };
+}
 
-ClipboardPanel::~ClipboardPanel() = default;
+ClipboardPanel::~ClipboardPanel() {
+    manager_.onTogglePanel = nullptr;
+    manager_.onClosePanel = nullptr;
+}
+
+void ClipboardPanel::noteFrontmostApplication() {
+    if (auto front = services_.workspace.frontmostApplication()) {
+        noted_ = std::move(front);
+    }
+}
 
 void ClipboardPanel::toggle() {
     if (visible_) {
         close();
     } else {
-        show(services_.workspace.frontmostApplication());
+        noteFrontmostApplication();
+        show(noted_);
     }
 }
 

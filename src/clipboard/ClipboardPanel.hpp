@@ -43,6 +43,10 @@ public:
     ClipboardPanel(const ClipboardPanel&) = delete;
     ClipboardPanel& operator=(const ClipboardPanel&) = delete;
 
+    /// To be called when another application has come to the front. Where nothing is in front when the panel opens, it
+    /// opens for the last one.
+    void noteFrontmostApplication();
+
     /// Opens for the application in front, with an empty search and the first entry selected; closes when it is open.
     void toggle();
 
@@ -113,7 +117,8 @@ private:
     std::optional<core::Uuid> selection_;
     std::optional<core::LocalizedText> message_;
     std::vector<core::ClipboardEntry> filtered_;
-    std::uint64_t generation_ = 0; ///< of the choices; a paste attempt of an older one stops
+    std::uint64_t generation_ = 0;            ///< of the choices; a paste attempt of an older one stops
+    std::optional<RunningApplication> noted_; ///< the application that was in front last
     std::optional<RunningApplication> target_;
     core::Listeners<> changes_;
     std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< for attempts that are still to come

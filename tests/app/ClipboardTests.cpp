@@ -36,6 +36,8 @@ protected:
         desktop.queue.advance(500ms);
     }
 
+    [[nodiscard]] bool isPanelOpen() const { return clipboard().at("panelOpen"); }
+
     [[nodiscard]] nlohmann::json clipboard() const {
         return nlohmann::json::parse(toJson(delegate->statusReport())).at("clipboard");
     }
@@ -69,6 +71,51 @@ TEST_F(AgentClipboardTest, AnotherComputersScreenInFrontTakesTheHotKeyAway) {
     EXPECT_TRUE(desktop.hotKeys.isRegistered(shortcut));
     desktop.queue.advance(1s);
     EXPECT_EQ(clipboard().at("entries"), 0);
+}
+
+TEST_F(AgentClipboardTest, TheHotKeyTheMenuAndTheCommandOpenThePanel) {
+    start();
+    EXPECT_FALSE(isPanelOpen());
+    desktop.hotKeys.press(shortcut);
+    EXPECT_TRUE(isPanelOpen());
+    desktop.hotKeys.press(shortcut);
+    EXPECT_FALSE(isPanelOpen());
+    click("Clipboard history");
+    EXPECT_TRUE(isPanelOpen());
+    EXPECT_TRUE(delegate->handleControlRequest({"history", {}}).ok);
+    EXPECT_FALSE(isPanelOpen());
+}
+
+TEST_F(AgentClipboardTest, ThePanelWorksWhileEverythingIsPausedAndClosesWhenThatBegins) {
+    start();
+    copy("one");
+    desktop.hotKeys.press(shortcut);
+    EXPECT_TRUE(delegate->handleControlRequest({"pause", {}}).ok);
+    EXPECT_FALSE(isPanelOpen());
+    desktop.hotKeys.press(shortcut);
+    EXPECT_TRUE(isPanelOpen());
+}
+
+TEST_F(AgentClipboardTest, WhereTheHistoryIsOffItsRowLeadsToItsSettings) {
+    defaults.removeObject(core::clipboardOptionsKey);
+    start();
+    click("Clipboard history");
+    EXPECT_FALSE(isPanelOpen());
+    ASSERT_NE(settingsWindow(), nullptr);
+    EXPECT_TRUE(settingsWindow()->isVisible());
+}
+
+TEST_F(AgentClipboardTest, ThePanelPastesIntoTheApplicationThatWasInFrontLast) {
+    start();
+    copy("one");
+    const auto editor = desktop.workspace.frontmostApplication()->pid;
+    desktop.workspace.activateNothing(); // as while a menu of the desktop is open
+    desktop.hotKeys.press(shortcut);
+    ASSERT_TRUE(isPanelOpen());
+    delegate->clipboardPanel().handle(36, 0);
+    desktop.queue.advance(50ms);
+    EXPECT_EQ(desktop.keyEvents.posted,
+              std::vector<fakes::FakeKeyEvents::PostedKey>({{editor, 9, core::flags::command}}));
 }
 
 TEST_F(AgentClipboardTest, TheHistoryIsSavedAtTheEnd) {
