@@ -3,7 +3,7 @@
 
 #include "settings/Card.hpp"
 
-#include "settings/Colors.hpp"
+#include "views/Colors.hpp"
 
 #include <QPainter>
 #include <QVBoxLayout>

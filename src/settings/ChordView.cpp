@@ -4,7 +4,7 @@
 #include "settings/ChordView.hpp"
 
 #include "core/localization/Texts.hpp"
-#include "settings/Colors.hpp"
+#include "views/Colors.hpp"
 
 #include <QPainter>
 

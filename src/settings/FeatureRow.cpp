@@ -3,8 +3,8 @@
 
 #include "settings/FeatureRow.hpp"
 
-#include "settings/Colors.hpp"
 #include "settings/SwitchButton.hpp"
+#include "views/Colors.hpp"
 
 #include <QHBoxLayout>
 #include <QIcon>

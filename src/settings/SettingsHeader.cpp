@@ -4,8 +4,8 @@
 #include "settings/SettingsHeader.hpp"
 
 #include "core/localization/Texts.hpp"
-#include "settings/Colors.hpp"
 #include "settings/FeatureRow.hpp"
+#include "views/Colors.hpp"
 
 #include <QComboBox>
 #include <QHBoxLayout>

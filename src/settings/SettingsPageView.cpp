@@ -4,9 +4,9 @@
 #include "settings/SettingsPageView.hpp"
 
 #include "settings/Card.hpp"
-#include "settings/Colors.hpp"
 #include "settings/FeatureRow.hpp"
 #include "settings/SwitchButton.hpp"
+#include "views/Colors.hpp"
 
 #include <QLabel>
 #include <QLocale>

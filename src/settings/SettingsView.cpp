@@ -4,7 +4,6 @@
 #include "settings/SettingsView.hpp"
 
 #include "settings/ClipboardPage.hpp"
-#include "settings/Colors.hpp"
 #include "settings/GeneralPage.hpp"
 #include "settings/PageSelector.hpp"
 #include "settings/PermissionsPage.hpp"
@@ -12,6 +11,7 @@
 #include "settings/ShortcutsPage.hpp"
 #include "settings/TestingPage.hpp"
 #include "settings/UpdatesPage.hpp"
+#include "views/Colors.hpp"
 
 #include <QCoreApplication>
 #include <QEvent>

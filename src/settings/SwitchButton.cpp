@@ -3,7 +3,7 @@
 
 #include "settings/SwitchButton.hpp"
 
-#include "settings/Colors.hpp"
+#include "views/Colors.hpp"
 
 #include <QPainter>
 

@@ -3,10 +3,10 @@
 
 #include "settings/SettingsTest.hpp"
 
-#include "settings/Colors.hpp"
 #include "settings/PageSelector.hpp"
 #include "settings/SettingsView.hpp"
 #include "settings/SwitchButton.hpp"
+#include "views/Colors.hpp"
 
 #include <QComboBox>
 #include <QLabel>

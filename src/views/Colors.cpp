@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "settings/Colors.hpp"
+#include "views/Colors.hpp"
 
 #include <QGuiApplication>
 #include <QPalette>
