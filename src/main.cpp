@@ -107,6 +107,7 @@ AppServices services(const Platform& platform, CurlUrlSessions& urlSessions) {
             .statusItem = *platform.statusItem,
             .applicationMenu = *platform.applicationMenu,
             .windowTraits = *platform.windowTraits,
+            .windowList = *platform.windowList,
             .pasteboard = *platform.pasteboard,
             .hotKeys = *platform.hotKeys,
             .secureInput = *platform.secureInput,

@@ -23,6 +23,7 @@
 #include "platform/StatusItem.hpp"
 #include "platform/SystemSymbols.hpp"
 #include "platform/UpdaterService.hpp"
+#include "platform/WindowList.hpp"
 #include "platform/WindowTraits.hpp"
 #include "platform/Workspace.hpp"
 
@@ -41,6 +42,7 @@ struct AppServices {
     StatusItem& statusItem;
     ApplicationMenu& applicationMenu;
     WindowTraits& windowTraits;
+    WindowList& windowList;
     Pasteboard& pasteboard;
     HotKeys& hotKeys;
     SecureInput& secureInput;

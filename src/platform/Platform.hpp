@@ -24,6 +24,7 @@
 #include "platform/StatusItem.hpp"
 #include "platform/SystemSymbols.hpp"
 #include "platform/UpdaterService.hpp"
+#include "platform/WindowList.hpp"
 #include "platform/WindowTraits.hpp"
 #include "platform/Workspace.hpp"
 
@@ -49,6 +50,7 @@ struct Platform {
     std::unique_ptr<StatusItem> statusItem;
     std::unique_ptr<ApplicationMenu> applicationMenu;
     std::unique_ptr<WindowTraits> windowTraits;
+    std::unique_ptr<WindowList> windowList;
     std::unique_ptr<core::SleepAssertionClient> sleepAssertions;
     std::unique_ptr<Pasteboard> pasteboard;
     std::unique_ptr<HotKeys> hotKeys;

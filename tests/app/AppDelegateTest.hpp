@@ -40,6 +40,7 @@ protected:
                                      .statusItem = desktop.statusItem,
                                      .applicationMenu = desktop.applicationMenu,
                                      .windowTraits = desktop.windowTraits,
+                                     .windowList = desktop.windowList,
                                      .pasteboard = desktop.pasteboard,
                                      .hotKeys = desktop.hotKeys,
                                      .secureInput = desktop.secureInput,

@@ -22,6 +22,7 @@ Platform makeFakes() {
     made.statusItem = std::make_unique<FakeStatusItem>();
     made.applicationMenu = std::make_unique<FakeApplicationMenu>();
     made.windowTraits = std::make_unique<FakeWindowTraits>();
+    made.windowList = std::make_unique<FakeWindowList>();
     made.sleepAssertions = std::make_unique<FakeSleepAssertions>();
     made.pasteboard = std::make_unique<FakePasteboard>();
     made.hotKeys = std::make_unique<FakeHotKeys>(*made.mainQueue);
@@ -72,6 +73,7 @@ FakeDesktop::FakeDesktop(Platform made)
       statusItem(fake<FakeStatusItem>(platform.statusItem)),
       applicationMenu(fake<FakeApplicationMenu>(platform.applicationMenu)),
       windowTraits(fake<FakeWindowTraits>(platform.windowTraits)),
+      windowList(fake<FakeWindowList>(platform.windowList)),
       sleepAssertions(fake<FakeSleepAssertions>(platform.sleepAssertions)),
       pasteboard(fake<FakePasteboard>(platform.pasteboard)),
       hotKeys(fake<FakeHotKeys>(platform.hotKeys)),

@@ -24,6 +24,7 @@
 #include "fakes/FakeUpdaterService.hpp"
 #include "fakes/FakeUrlSession.hpp"
 #include "fakes/FakeUserDefaults.hpp"
+#include "fakes/FakeWindowList.hpp"
 #include "fakes/FakeWindowTraits.hpp"
 #include "fakes/FakeWorkspace.hpp"
 #include "fakes/Modifier.hpp"
@@ -68,6 +69,7 @@ public:
     FakeStatusItem& statusItem;
     FakeApplicationMenu& applicationMenu;
     FakeWindowTraits& windowTraits;
+    FakeWindowList& windowList;
     FakeSleepAssertions& sleepAssertions;
     FakePasteboard& pasteboard;
     FakeHotKeys& hotKeys;

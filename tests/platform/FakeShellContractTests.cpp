@@ -5,11 +5,13 @@
 #include "fakes/FakeSleepAssertions.hpp"
 #include "fakes/FakeStatusItem.hpp"
 #include "fakes/FakeSystemSymbols.hpp"
+#include "fakes/FakeWindowList.hpp"
 #include "platform/FilePanelContract.hpp"
 #include "platform/MainQueueContract.hpp"
 #include "platform/SleepAssertionsContract.hpp"
 #include "platform/StatusItemContract.hpp"
 #include "platform/SystemSymbolsContract.hpp"
+#include "platform/WindowListContract.hpp"
 
 #include <algorithm>
 #include <stdexcept>
@@ -96,6 +98,24 @@ private:
     fakes::FakeSystemSymbols fake_;
 };
 
+class FakeWindowListDriver {
+public:
+    WindowList& list() { return fake_; }
+
+    pid_t open(const core::ScreenRect& content) {
+        fake_.open({.pid = ++last_, .layer = 0, .bounds = content});
+        return last_;
+    }
+
+    void close(pid_t pid) { fake_.close(pid); }
+
+    static bool waitUntil(const std::function<bool()>& condition) { return condition(); }
+
+private:
+    fakes::FakeWindowList fake_;
+    pid_t last_ = 100;
+};
+
 } // namespace
 
 namespace testing {
@@ -105,6 +125,7 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Fake, StatusItemContract, FakeStatusItemDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SleepAssertionsContract, FakeSleepAssertionsDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, FilePanelContract, FakeFilePanelDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SystemSymbolsContract, FakeSystemSymbolsDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, WindowListContract, FakeWindowListDriver);
 
 } // namespace testing
 } // namespace quillane

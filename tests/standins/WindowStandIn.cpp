@@ -3,7 +3,7 @@
 
 // An application with one plain window, for tests of what the X server and a window manager tell about applications.
 //
-//     window_standin CLASS [--no-close] [--no-pid]
+//     window_standin CLASS [--no-close] [--no-pid] [--content X Y WIDTH HEIGHT]
 //
 // Prints the window's number when it is on the screen. Ends when its window is asked to close, with status 0.
 
@@ -39,7 +39,17 @@ int main(int count, char** arguments) {
     }
     bool closes = true;
     bool tellsPid = true;
+    // As the first four items of WM_NORMAL_HINTS have it.
+    std::array<std::uint32_t, 4> content{0, 0, 100, 100};
+    bool placed = false;
     for (int i = 2; i < count; ++i) {
+        if (std::strcmp(arguments[i], "--content") == 0 && i + 4 < count) {
+            placed = true;
+            for (auto& number : content) {
+                number = static_cast<std::uint32_t>(std::stoul(arguments[++i]));
+            }
+            continue;
+        }
         closes = closes && std::strcmp(arguments[i], "--no-close") != 0;
         tellsPid = tellsPid && std::strcmp(arguments[i], "--no-pid") != 0;
     }
@@ -50,8 +60,20 @@ int main(int count, char** arguments) {
     const auto* screen = xcb_setup_roots_iterator(xcb_get_setup(c)).data;
     const auto window = xcb_generate_id(c);
     const std::uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
-    xcb_create_window(c, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 100, 100, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                      XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+    xcb_create_window(c, XCB_COPY_FROM_PARENT, window, screen->root, static_cast<std::int16_t>(content[0]),
+                      static_cast<std::int16_t>(content[1]), static_cast<std::uint16_t>(content[2]),
+                      static_cast<std::uint16_t>(content[3]), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
+                      XCB_CW_EVENT_MASK, &events);
+    if (placed) {
+        constexpr std::uint32_t userPosition = 1;
+        constexpr std::uint32_t userSize = 2;
+        constexpr std::uint32_t staticGravity = 10;
+        std::array<std::uint32_t, 18> hints{userPosition | userSize | 512U, content[0], content[1], content[2],
+                                            content[3]};
+        hints.back() = staticGravity; // the place is that of the content, not of the frame
+        xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS, 32,
+                            static_cast<std::uint32_t>(hints.size()), hints.data());
+    }
     const std::string name = arguments[1];
     const std::string both = "instance" + std::string(1, '\0') + name + '\0';
     xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,

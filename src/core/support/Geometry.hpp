@@ -20,6 +20,16 @@ struct Point {
     bool operator==(const Point&) const = default;
 };
 
+/// A rectangle as window systems measure it: from the top left of the main screen, y grows downward.
+struct ScreenRect {
+    double x = 0;
+    double y = 0;
+    double width = 0;
+    double height = 0;
+
+    bool operator==(const ScreenRect&) const = default;
+};
+
 /// A rectangle with its origin at the bottom left: y grows upward.
 struct Rect {
     double x = 0;
@@ -51,5 +61,15 @@ struct Rect {
 
     bool operator==(const Rect&) const = default;
 };
+
+/// The same place, measured from the bottom left of a main screen of that height.
+[[nodiscard]] inline Rect fromTopLeft(const ScreenRect& rect, double mainHeight) {
+    return {rect.x, mainHeight - rect.y - rect.height, rect.width, rect.height};
+}
+
+/// The same place, measured from the top left of a main screen of that height.
+[[nodiscard]] inline ScreenRect fromBottomLeft(const Rect& rect, double mainHeight) {
+    return {rect.x, mainHeight - rect.y - rect.height, rect.width, rect.height};
+}
 
 } // namespace quillane::core

@@ -30,6 +30,7 @@
 #include "platform/linux/X11KeyEvents.hpp"
 #include "platform/linux/X11Pasteboard.hpp"
 #include "platform/linux/X11Session.hpp"
+#include "platform/linux/X11WindowList.hpp"
 #include "platform/linux/X11Workspace.hpp"
 
 #include <QApplication>
@@ -71,6 +72,7 @@ struct LinuxSession {
 /// The keyboard, input sources and workspace on an X server that the whole session runs on.
 void addX11(Platform& platform, const X11Session& session, const LaunchOptions& options) {
     platform.workspace = std::make_unique<X11Workspace>(*session.connection, options.atLogin);
+    platform.windowList = std::make_unique<X11WindowList>(*session.connection);
     platform.inputSources = std::make_unique<X11InputSources>(*session.connection, *session.keyboard);
     platform.keyEvents = std::make_unique<X11KeyEvents>(*session.connection, *session.keyboard);
     platform.eventTap = std::make_unique<X11EventTap>(session, *platform.inputSources, *platform.mainQueue);
@@ -78,6 +80,7 @@ void addX11(Platform& platform, const X11Session& session, const LaunchOptions& 
 
 void addUnavailableKeyboard(Platform& platform, const LaunchOptions& options) {
     platform.workspace = std::make_unique<UnavailableWorkspace>(options.atLogin);
+    platform.windowList = std::make_unique<UnavailableWindowList>();
     platform.inputSources = std::make_unique<UnavailableInputSources>();
     platform.keyEvents = std::make_unique<UnavailableKeyEvents>();
     platform.eventTap = std::make_unique<UnavailableEventTap>();

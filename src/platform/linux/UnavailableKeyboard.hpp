@@ -6,6 +6,7 @@
 #include "platform/HotKeys.hpp"
 #include "platform/InputSources.hpp"
 #include "platform/KeyEvents.hpp"
+#include "platform/WindowList.hpp"
 #include "platform/Workspace.hpp"
 
 namespace quillane {
@@ -75,6 +76,12 @@ public:
 
 private:
     bool launchedAtLogin_;
+};
+
+/// No window system tells where windows are.
+class UnavailableWindowList final : public WindowList {
+public:
+    void read(Handler handler) override { handler({}); }
 };
 
 } // namespace quillane

@@ -4,6 +4,7 @@
 
 #include "platform/linux/ApplicationIdentities.hpp"
 #include "platform/linux/X11Connection.hpp"
+#include "platform/linux/X11Properties.hpp"
 
 #include <QString>
 
@@ -27,19 +28,6 @@ constexpr std::uint32_t longestProperty = 4096; // in units of four bytes
 constexpr int highestLevel = 16;                // windows to climb from the focus to one with a class
 constexpr std::uint32_t sourceIsPager = 2;      // the request comes from the user's side, not from an application
 
-/// A property of 32-bit items; empty when it has another form.
-std::span<const std::uint32_t> items(const xcb_get_property_reply_t* reply) {
-    if (reply == nullptr || reply->format != 32) {
-        return {};
-    }
-    return {static_cast<const std::uint32_t*>(xcb_get_property_value(reply)), reply->value_len};
-}
-
-std::uint32_t firstItem(const xcb_get_property_reply_t* reply) {
-    const auto all = items(reply);
-    return all.empty() ? 0 : all.front();
-}
-
 /// The second string of WM_CLASS in UTF-8; the property is Latin-1.
 std::string windowClass(const xcb_get_property_reply_t* reply) {
     if (reply == nullptr || reply->format != 8) {
@@ -53,19 +41,6 @@ std::string windowClass(const xcb_get_property_reply_t* reply) {
     const auto second = both.substr(end + 1);
     const auto length = std::min(second.find('\0'), second.size());
     return QString::fromLatin1(second.data(), static_cast<qsizetype>(length)).toStdString();
-}
-
-/// The process that the server knows to be behind a client of this machine.
-pid_t localProcess(const xcb_res_query_client_ids_reply_t* reply) {
-    if (reply == nullptr) {
-        return 0;
-    }
-    for (auto ids = xcb_res_query_client_ids_ids_iterator(reply); ids.rem > 0; xcb_res_client_id_value_next(&ids)) {
-        if ((ids.data->spec.mask & XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID) != 0 && ids.data->length >= 4) {
-            return static_cast<pid_t>(*xcb_res_client_id_value_value(ids.data));
-        }
-    }
-    return 0;
 }
 
 std::string processName(pid_t pid) {

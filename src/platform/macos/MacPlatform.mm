@@ -26,6 +26,7 @@
 #include "platform/macos/MacSystemSymbols.hpp"
 #include "platform/macos/MacUpdaterService.hpp"
 #include "platform/macos/MacUserDefaults.hpp"
+#include "platform/macos/MacWindowList.hpp"
 #include "platform/macos/MacWindowTraits.hpp"
 #include "platform/macos/MacWorkspace.hpp"
 
@@ -51,6 +52,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.statusItem = std::make_unique<MacStatusItem>();
     platform.applicationMenu = std::make_unique<MacApplicationMenu>();
     platform.windowTraits = std::make_unique<MacWindowTraits>();
+    platform.windowList = std::make_unique<MacWindowList>();
     platform.sleepAssertions = std::make_unique<MacSleepAssertions>();
     platform.pasteboard = std::make_unique<MacPasteboard>();
     platform.hotKeys = std::make_unique<MacHotKeys>();

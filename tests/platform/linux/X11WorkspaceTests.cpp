@@ -5,7 +5,7 @@
 #include "platform/WorkspaceContract.hpp"
 #include "platform/X11TestServer.hpp"
 #include "platform/linux/ApplicationIdentities.hpp"
-#include "platform/linux/TestProcess.hpp"
+#include "platform/linux/WindowProcess.hpp"
 #include "platform/linux/X11Connection.hpp"
 
 #include <gmock/gmock.h>
@@ -16,42 +16,13 @@ namespace {
 
 using testing::TestProcess;
 using testing::waitUntil;
-
-/// An application with one window, which is on the screen when the object has been made.
-class WindowProcess : public TestProcess {
-public:
-    explicit WindowProcess(std::string windowClass, std::vector<std::string> options = {})
-        : TestProcess(arguments(std::move(windowClass), std::move(options))),
-          window_(static_cast<xcb_window_t>(std::stoul(readLine()))) {}
-
-    [[nodiscard]] xcb_window_t window() const { return window_; }
-
-private:
-    static std::vector<std::string> arguments(std::string windowClass, std::vector<std::string> options) {
-        options.insert(options.begin(), {QUILLANE_WINDOW_STANDIN, std::move(windowClass)});
-        return options;
-    }
-
-    xcb_window_t window_;
-};
+using testing::WindowProcess;
 
 class X11WorkspaceTest : public testing::X11Test {
 protected:
     X11WorkspaceTest() : connection_(std::move(*X11Connection::open(server_.display()))) {}
 
-    void startWindowManager() {
-        manager_ = std::make_unique<TestProcess>(
-            std::vector<std::string>{"openbox", "--config-file", "/etc/xdg/openbox/rc.xml"});
-        // It announces itself earlier than it takes requests to show windows.
-        const std::array<std::string_view, 1> names{"_NET_CLIENT_LIST"};
-        const auto clients = connection_->internAtoms(names).front();
-        ASSERT_TRUE(waitUntil([&] {
-            auto* c = connection_->raw();
-            const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-                c, xcb_get_property(c, 0, connection_->root(), clients, XCB_ATOM_WINDOW, 0, 1), nullptr));
-            return reply && reply->type == XCB_ATOM_WINDOW;
-        }));
-    }
+    void startWindowManager() { manager_ = testing::startWindowManager(*connection_); }
 
     X11Workspace& workspace() {
         if (!workspace_) {

@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/WindowList.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+namespace quillane::testing {
+
+/// What every WindowList promises. The driver is made anew for each test, with no window open, and has:
+///
+///     WindowList& list();
+///     pid_t open(const core::ScreenRect& content); // a program with one ordinary window there, in front of the others
+///     void close(pid_t);                           // its window goes
+///     bool waitUntil(std::function<bool()>);       // lets the world go on; false when it takes too long
+template <typename Driver>
+class WindowListContract : public ::testing::Test {
+protected:
+    using Windows = std::vector<OnScreenWindow>;
+
+    [[nodiscard]] Windows read() {
+        std::optional<Windows> answer;
+        int answers = 0;
+        driver.list().read([&](const Windows& windows) {
+            answer = windows;
+            ++answers;
+        });
+        EXPECT_TRUE(driver.waitUntil([&] { return answer.has_value(); }));
+        EXPECT_EQ(answers, 1);
+        return answer.value_or(Windows{});
+    }
+
+    /// The programs whose windows are seen, from front to back.
+    [[nodiscard]] std::vector<pid_t> owners() {
+        std::vector<pid_t> result;
+        std::ranges::transform(read(), std::back_inserter(result), &OnScreenWindow::pid);
+        return result;
+    }
+
+    Driver driver;
+};
+
+TYPED_TEST_SUITE_P(WindowListContract);
+
+TYPED_TEST_P(WindowListContract, AnEmptyScreenHasNoWindows) {
+    EXPECT_TRUE(this->read().empty());
+}
+
+TYPED_TEST_P(WindowListContract, TellsOwnerLayerAndBounds) {
+    const auto pid = this->driver.open({120, 90, 640, 480});
+    ASSERT_TRUE(this->driver.waitUntil([&] { return this->owners() == std::vector{pid}; }));
+    const auto window = this->read().at(0);
+    EXPECT_EQ(window.layer, 0);
+    // The title bar and the frame belong to it.
+    EXPECT_NEAR(window.bounds.x, 120, 40);
+    EXPECT_NEAR(window.bounds.y, 90, 60);
+    EXPECT_GE(window.bounds.width, 640);
+    EXPECT_LE(window.bounds.width, 680);
+    EXPECT_GE(window.bounds.height, 480);
+    EXPECT_LE(window.bounds.height, 540);
+}
+
+TYPED_TEST_P(WindowListContract, TheFrontWindowIsFirst) {
+    const auto first = this->driver.open({50, 50, 500, 400});
+    const auto second = this->driver.open({80, 80, 500, 400});
+    EXPECT_TRUE(this->driver.waitUntil([&] { return this->owners() == std::vector{second, first}; }));
+}
+
+TYPED_TEST_P(WindowListContract, AWindowThatIsGoneIsNotListed) {
+    const auto first = this->driver.open({50, 50, 500, 400});
+    const auto second = this->driver.open({80, 80, 500, 400});
+    ASSERT_TRUE(this->driver.waitUntil([&] { return this->owners().size() == 2; }));
+    this->driver.close(second);
+    EXPECT_TRUE(this->driver.waitUntil([&] { return this->owners() == std::vector{first}; }));
+}
+
+REGISTER_TYPED_TEST_SUITE_P(WindowListContract, AnEmptyScreenHasNoWindows, TellsOwnerLayerAndBounds,
+                            TheFrontWindowIsFirst, AWindowThatIsGoneIsNotListed);
+
+} // namespace quillane::testing
