@@ -9,6 +9,7 @@
 #include "core/keyboard/ScreenSharingPolicy.hpp"
 #include "core/localization/Texts.hpp"
 #include "core/permissions/PermissionSetupPolicy.hpp"
+#include "permissions/PermissionDragGuideView.hpp"
 
 #include <QColor>
 #include <QGuiApplication>
@@ -74,6 +75,7 @@ AppDelegate::AppDelegate(AppServices services, core::AppPreferences& preferences
                     .windowTraits = services.windowTraits,
                     .launcher = services.launcher},
                    environment_.location),
+      permissionGuide_(guideServices()),
       input_(services.inputSources, services.accessibility, services.workspace),
       monitor_(services.eventTap, services.keyEvents, services.workspace, services.mainQueue, input_),
       switcher_(services.inputSources),
@@ -117,6 +119,7 @@ void AppDelegate::wireControllers() {
         direction_.test(direction, model_.testTargetID());
     };
     permissions_.terminate = environment_.terminate;
+    permissions_.presentGuide = [this](core::MacPermission permission) { permissionGuide_.present(permission); };
     permissions_.applicationIsActive = [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; };
     subscriptions_.push_back(clipboard_.onChanged([this] {
         if (settings_) {
@@ -225,12 +228,32 @@ SettingsServices AppDelegate::settingsServices() {
             .applicationIcon = QGuiApplication::windowIcon()};
 }
 
+PermissionGuideServices AppDelegate::guideServices() {
+    return {.mainQueue = services_.mainQueue,
+            .workspace = services_.workspace,
+            .windowList = services_.windowList,
+            .permissions = permissions_,
+            .screens = currentScreens,
+            .makePanel = [this]() -> std::unique_ptr<PermissionGuidePanel> {
+                return std::make_unique<PermissionDragGuideWindow>(PermissionCardServices{
+                    .permissions = permissions_,
+                    .preferences = preferences_,
+                    .windowTraits = services_.windowTraits,
+                    .symbol =
+                        [&symbols = services_.systemSymbols](const std::string& name, const QColor& color) {
+                            return tintedSymbol(symbols, name, color);
+                        },
+                    .applicationIcon = QGuiApplication::windowIcon()});
+            }};
+}
+
 void AppDelegate::applicationWillTerminate() {
     model_.optionsChanged = nullptr;
     model_.testDirection = nullptr;
     direction_.cancelPending();
     alive_.reset();
     settings_.reset();
+    permissionGuide_.dismiss();
     monitor_.stop();
     model_.endKeepAwake();
     services_.servicesMenu.provideShare(nullptr);

@@ -16,6 +16,7 @@
 #include "keyboard/KeyboardMonitor.hpp"
 #include "keyboard/RTLInput.hpp"
 #include "permissions/PermissionController.hpp"
+#include "permissions/PermissionDragGuide.hpp"
 #include "platform/AgentControl.hpp"
 #include "settings/SettingsWindow.hpp"
 #include "system/AppUpdater.hpp"
@@ -77,6 +78,7 @@ private:
     void showPermissionsIfNeeded();
     void requestNextPermissionIfNeeded();
     [[nodiscard]] SettingsServices settingsServices();
+    [[nodiscard]] PermissionGuideServices guideServices();
 
     void toggle(bool core::FeatureOptions::*option);
     void rememberTarget();
@@ -89,6 +91,7 @@ private:
     Environment environment_;
 
     PermissionController permissions_;
+    PermissionDragGuide permissionGuide_;
     RTLInput input_;
     KeyboardMonitor monitor_;
     InputSourceSwitcher switcher_;

@@ -3,6 +3,8 @@
 #include "app/AppDelegateTest.hpp"
 #include "core/localization/Texts.hpp"
 
+#include <QPushButton>
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -222,6 +224,26 @@ TEST_F(AppDelegateTests, ALaunchAtLoginShowsNoWindow) {
     launch();
     desktop.queue.advance(2s);
     EXPECT_EQ(settingsWindow(), nullptr);
+}
+
+TEST_F(AppDelegateTests, OpeningSystemSettingsPutsTheCardBesideThem) {
+    desktop.withPermissions({});
+    launch();
+    click("Permissions");
+    QApplication::processEvents();
+    const auto buttons = settingsWindow()->findChildren<QPushButton*>();
+    const auto open = std::ranges::find(buttons, QStringLiteral("Open System Settings"), &QPushButton::text);
+    ASSERT_NE(open, buttons.end());
+    (*open)->click();
+    ASSERT_FALSE(desktop.permissions.opened().empty());
+    ASSERT_EQ(desktop.windowTraits.panels.size(), 1U);
+    const auto* card = desktop.windowTraits.panels.front().first;
+    EXPECT_FALSE(card->isVisible()); // System Settings still starts
+    desktop.withFrontApplication("com.apple.systempreferences");
+    desktop.queue.advance(500ms);
+    EXPECT_TRUE(card->isVisible());
+    delegate->applicationWillTerminate();
+    EXPECT_FALSE(card->isVisible());
 }
 
 TEST_F(AppDelegateTests, AfterARelaunchForPermissionsTheirPageIsShown) {

@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "core/permissions/MacPermission.hpp"
+#include "core/support/Geometry.hpp"
+#include "core/support/Subscription.hpp"
+#include "platform/MainQueue.hpp"
+#include "platform/WindowList.hpp"
+#include "platform/Workspace.hpp"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace quillane {
+
+class PermissionController;
+
+/// A screen, and the part of it that menu bars, docks and panels leave.
+struct ScreenArea {
+    core::ScreenRect frame;
+    core::ScreenRect visible;
+};
+
+/// The card as the guide moves it.
+class PermissionGuidePanel {
+public:
+    virtual ~PermissionGuidePanel() = default;
+
+    virtual void setPermission(core::MacPermission permission) = 0;
+    virtual void setFrame(const core::ScreenRect& frame) = 0;
+    [[nodiscard]] virtual bool isShown() const = 0;
+
+    /// Shows it over the other windows; the application in front stays there.
+    virtual void orderFront() = 0;
+    virtual void orderOut() = 0;
+
+    std::function<void()> closed; ///< the user has closed it
+};
+
+/// What the guide needs, borrowed.
+struct PermissionGuideServices {
+    MainQueue& mainQueue;
+    Workspace& workspace;
+    WindowList& windowList;
+    PermissionController& permissions;
+    std::function<std::vector<ScreenArea>()> screens; ///< the main one first
+    std::function<std::unique_ptr<PermissionGuidePanel>()> makePanel;
+};
+
+/// Keeps a card beside the window of System Settings while the user grants a permission there: it follows the window,
+/// hides while another application is in front, and goes when the user closes it. Main thread.
+class PermissionDragGuide {
+public:
+    static constexpr std::string_view systemSettings = "com.apple.systempreferences";
+    static constexpr core::Size cardSize{420, 190};
+
+    explicit PermissionDragGuide(PermissionGuideServices services);
+
+    /// Shows the card for this permission as soon as System Settings is in front.
+    void present(core::MacPermission permission);
+
+    void dismiss();
+
+private:
+    void update();
+    void place(pid_t settings, const std::vector<OnScreenWindow>& windows);
+
+    PermissionGuideServices services_;
+    std::unique_ptr<PermissionGuidePanel> panel_; ///< made when it is first wanted, then kept
+    std::shared_ptr<void> step_; ///< shared with an answer that is on its way; a new one makes it stale
+    core::Subscription timer_;
+};
+
+} // namespace quillane

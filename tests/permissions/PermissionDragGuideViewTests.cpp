@@ -1,0 +1,222 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "permissions/PermissionDragGuideView.hpp"
+
+#include "core/localization/Texts.hpp"
+#include "fakes/FakeDesktop.hpp"
+#include "fakes/OffscreenApplication.hpp"
+#include "permissions/AppDragView.hpp"
+
+#ifdef QUILLANE_LINE_ART
+#include "platform/linux/SystemSymbols.hpp"
+#endif
+
+#include <QApplication>
+#include <QDir>
+#include <QDrag>
+#include <QLabel>
+#include <QMimeData>
+#include <QTest>
+#include <QToolButton>
+#include <QUrl>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace quillane {
+namespace {
+
+using core::AppLanguage;
+using core::MacPermission;
+
+class PermissionDragGuideViewTests : public ::testing::Test {
+protected:
+    PermissionDragGuideViewTests() {
+        desktop.withPermissions({});
+        permissions.refresh();
+        useReadableFont(1);
+    }
+
+    ~PermissionDragGuideViewTests() override { useDark(false); }
+
+    PermissionDragGuideWindow& window() {
+        if (!window_) {
+            PermissionCardServices services{.permissions = permissions,
+                                            .preferences = preferences,
+                                            .windowTraits = desktop.windowTraits,
+                                            .symbol = {},
+                                            .applicationIcon = {}};
+#ifdef QUILLANE_LINE_ART
+            services.symbol = [](const std::string& name, const QColor& color) { return symbolIcon(name, color); };
+            services.applicationIcon = applicationIcon();
+#endif
+            window_ = std::make_unique<PermissionDragGuideWindow>(services);
+            window_->setPermission(MacPermission::accessibility);
+            window_->setFrame({40, 30, 420, 190});
+            window_->orderFront();
+            settle();
+        }
+        return *window_;
+    }
+
+    static void settle() {
+        for (int round = 0; round < 10; ++round) {
+            QApplication::processEvents();
+        }
+    }
+
+    static void useReadableFont(double scale) {
+        QFont font(QStringLiteral("Noto Sans"));
+        font.setFamilies({"Noto Sans", "Noto Sans Hebrew", "Noto Sans Arabic"});
+        font.setPointSizeF(10 * scale);
+        QApplication::setFont(font);
+    }
+
+    static void useDark(bool dark) {
+        QPalette palette;
+        palette.setColor(QPalette::Window, dark ? QColor(30, 31, 34) : QColor(240, 240, 240));
+        palette.setColor(QPalette::WindowText, dark ? Qt::white : Qt::black);
+        QApplication::setPalette(palette);
+        QApplication::processEvents();
+    }
+
+    template <typename Widget>
+    Widget& find(const char* name) {
+        auto* found = window().findChild<Widget*>(QLatin1String(name));
+        if (found == nullptr) {
+            throw std::logic_error(std::string("no widget ") + name);
+        }
+        return *found;
+    }
+
+    [[nodiscard]] std::string text(const char* label) {
+        return find<QLabel>(label).text().toStdString();
+    }
+
+    void expectNothingCut() {
+        for (const auto* label : window().findChildren<QLabel*>()) {
+            EXPECT_GE(label->height(),
+                      label->wordWrap() ? label->heightForWidth(label->width()) : label->sizeHint().height())
+                << label->text().toStdString();
+            EXPECT_TRUE(window().rect().contains(QRect(label->mapTo(&window(), QPoint()), label->size())))
+                << label->text().toStdString();
+        }
+    }
+
+private:
+    fakes::OffscreenApplication application_;
+
+protected:
+    fakes::FakeDesktop desktop;
+    core::AppPreferences preferences{desktop.userDefaults};
+    PermissionController permissions{{.service = desktop.permissions,
+                                      .userDefaults = desktop.userDefaults,
+                                      .pasteboard = desktop.pasteboard,
+                                      .windowTraits = desktop.windowTraits,
+                                      .launcher = desktop.launcher},
+                                     {"/Applications/Quillane.app", true}};
+
+private:
+    std::unique_ptr<PermissionDragGuideWindow> window_;
+};
+
+TEST_F(PermissionDragGuideViewTests, IsACardThatLeavesTheApplicationInFrontThere) {
+    window();
+    ASSERT_EQ(desktop.windowTraits.panels.size(), 1U);
+    EXPECT_EQ(desktop.windowTraits.panels.front().second, PanelKind::card);
+    EXPECT_EQ(window().geometry(), QRect(40, 30, 420, 190));
+}
+
+TEST_F(PermissionDragGuideViewTests, SaysWhatToDoForWhichPermission) {
+    EXPECT_EQ(text("permission"), "Accessibility");
+    EXPECT_EQ(text("drag"), "Drag Quillane into the list");
+    EXPECT_EQ(text("next"), "After dropping, turn on the switch next to Quillane.");
+    window().setPermission(MacPermission::inputMonitoring);
+    EXPECT_EQ(text("permission"), "Input Monitoring");
+}
+
+TEST_F(PermissionDragGuideViewTests, ChangesItsLanguageAtOnce) {
+    window();
+    preferences.choose(AppLanguage::hebrew);
+    EXPECT_EQ(text("drag"), core::texts::dragIntoList.key);
+    EXPECT_EQ(window().findChild<QWidget*>("chip")->layoutDirection(), Qt::RightToLeft);
+    EXPECT_EQ(window().windowTitle().toStdString(), core::texts::permissionGuide.key);
+}
+
+TEST_F(PermissionDragGuideViewTests, ShowsThatThePermissionIsGranted) {
+    window();
+    desktop.permissions.grant(MacPermission::accessibility);
+    permissions.refresh();
+    EXPECT_EQ(text("next"), "Granted");
+}
+
+TEST_F(PermissionDragGuideViewTests, TheCloseControlHasANameTakesTheKeysAndCloses) {
+    int closings = 0;
+    window().closed = [&] { ++closings; };
+    auto& close = find<QToolButton>("close");
+    EXPECT_EQ(close.accessibleName(), "Close");
+    EXPECT_NE(close.focusPolicy() & Qt::TabFocus, 0);
+    close.setFocus();
+    QTest::keyClick(&close, Qt::Key_Space);
+    EXPECT_EQ(closings, 1);
+    EXPECT_FALSE(window().isShown());
+    window().orderFront();
+    QTest::keyClick(&close, Qt::Key_Escape);
+    EXPECT_EQ(closings, 2);
+}
+
+TEST_F(PermissionDragGuideViewTests, TheChipDragsTheApplication) {
+    auto& chip = find<AppDragView>("chip");
+    EXPECT_EQ(chip.cursor().shape(), Qt::OpenHandCursor);
+    std::vector<QUrl> dragged;
+    chip.run = [&](const QDrag& drag) { dragged.push_back(drag.mimeData()->urls().value(0)); };
+    QTest::mousePress(&chip, Qt::LeftButton, {}, {20, 20});
+    const auto moveTo = [&](QPoint point) {
+        QMouseEvent event(QEvent::MouseMove, point, chip.mapToGlobal(point), Qt::NoButton, Qt::LeftButton, {});
+        QApplication::sendEvent(&chip, &event);
+    };
+    moveTo({21, 20});
+    EXPECT_TRUE(dragged.empty()); // a hand that trembles drags nothing
+    moveTo({50, 20});
+    EXPECT_THAT(dragged, ::testing::ElementsAre(QUrl("file:///Applications/Quillane.app")));
+}
+
+TEST_F(PermissionDragGuideViewTests, ShrinksToWhatASmallScreenLeaves) {
+    window().setFrame({0, 0, 296, 136});
+    settle();
+    EXPECT_EQ(window().size(), QSize(296, 136));
+}
+
+TEST_F(PermissionDragGuideViewTests, PicturesInAllLanguagesLightAndDark) {
+    const QDir folder(QStringLiteral(QUILLANE_SCREENSHOTS));
+    for (const bool dark : {false, true}) {
+        useDark(dark);
+        for (const auto language : core::allLanguages) {
+            preferences.choose(language);
+            window();
+            settle();
+            expectNothingCut();
+            const auto picture = window().grab();
+            const auto name = QStringLiteral("permission-guide-%1-%2.png")
+                                  .arg(QLatin1String(std::string(core::languageID(language)).c_str()),
+                                       dark ? QStringLiteral("dark") : QStringLiteral("light"));
+            ASSERT_TRUE(picture.save(folder.filePath(name)));
+            const auto middle = picture.toImage().pixelColor(210, 180);
+            EXPECT_EQ(middle.lightness() < 128, dark);
+        }
+    }
+}
+
+TEST_F(PermissionDragGuideViewTests, TextThatGrowsByHalfIsNotCut) {
+    useReadableFont(1.5);
+    for (const auto language : core::allLanguages) {
+        preferences.choose(language);
+        window();
+        settle();
+        expectNothingCut();
+    }
+}
+
+} // namespace
+} // namespace quillane
