@@ -212,9 +212,11 @@ SettingsServices AppDelegate::settingsServices() {
     ClipboardSettings clipboard;
     clipboard.options = [this] { return clipboard_.options(); };
     clipboard.setOptions = [this](const core::ClipboardOptions& options) { clipboard_.setOptions(options); };
+    clipboard.status = [this] { return clipboard_.status(); };
+    clipboard.hasStorageError = [this] { return clipboard_.hasStorageError(); };
     clipboard.isShortcutTaken = [this] { return clipboard_.hasHotKeyConflict(); };
     clipboard.retryShortcut = [this] { clipboard_.registerShortcut(); };
-    clipboard.clear = [this] { clipboard_.clear(core::ClipboardHistory::Clearing::keepPins); };
+    clipboard.clear = [this] { clipboard_.clear(core::ClipboardHistory::Clearing::includePins); };
     return {.model = model_,
             .preferences = preferences_,
             .userDefaults = defaults,

@@ -63,9 +63,21 @@ void ClipboardPage::addSwitch() {
         const auto& isTaken = services().clipboard.isShortcutTaken;
         return isTaken && isTaken();
     };
-    auto& row = addRow(card, "exclamationmark.circle", [] { return texts::historyShortcutTaken; });
+    auto& status = addRow(card, "clock", [this] {
+        const auto& read = services().clipboard.status;
+        return read ? read() : core::LocalizedText();
+    });
+    status.setObjectName(QStringLiteral("historyStatus"));
+    bindVisible(&status, [this, taken] { return services().clipboard.status && !taken(); });
+    auto& unsaved = addRow(card, "exclamationmark.circle", [] { return texts::cannotSaveHistory; });
+    unsaved.setObjectName(QStringLiteral("unsavedHistory"));
+    bindVisible(&unsaved, [this] {
+        const auto& hasError = services().clipboard.hasStorageError;
+        return hasError && hasError();
+    });
+    auto& row = addRow(card, "exclamationmark.circle", [] { return texts::historyShortcutInUse; });
     row.setObjectName(QStringLiteral("shortcutTaken"));
-    row.setControl(button(texts::tryAgain, [this] {
+    row.setControl(button(texts::retryShortcutRegistration, [this] {
         if (services().clipboard.retryShortcut) {
             services().clipboard.retryShortcut();
         }

@@ -29,9 +29,11 @@ struct ApplicationChoice {
 struct ClipboardSettings {
     std::function<core::ClipboardOptions()> options;
     std::function<void(const core::ClipboardOptions&)> setOptions;
+    std::function<core::LocalizedText()> status;
+    std::function<bool()> hasStorageError; ///< the history is in memory only
     std::function<bool()> isShortcutTaken; ///< another program has the hot key
     std::function<void()> retryShortcut;
-    std::function<void()> clear;                                  ///< forgets what is not pinned
+    std::function<void()> clear;                                  ///< forgets everything, pinned entries too
     std::function<std::vector<ApplicationChoice>()> applications; ///< running and installed ones, by name
 };
 

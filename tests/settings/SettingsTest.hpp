@@ -43,6 +43,8 @@ protected:
         ClipboardSettings clipboard;
         clipboard.options = [this] { return clipboardOptions; };
         clipboard.setOptions = [this](const core::ClipboardOptions& options) { clipboardOptions = options; };
+        clipboard.status = [] { return core::texts::clipboardHistoryActive; };
+        clipboard.hasStorageError = [this] { return historyIsUnsaved; };
         clipboard.isShortcutTaken = [this] { return shortcutTaken; };
         clipboard.retryShortcut = [this] { ++retries; };
         clipboard.clear = [this] { ++clearings; };
@@ -103,6 +105,7 @@ protected:
     AppUpdater updater{&desktop.updater, desktop.windowTraits, "1.2"};
     core::ClipboardOptions clipboardOptions;
     bool shortcutTaken = false;
+    bool historyIsUnsaved = false;
     int retries = 0;
     int clearings = 0;
 

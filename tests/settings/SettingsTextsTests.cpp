@@ -113,6 +113,7 @@ TEST_P(SettingsTextsTests, EveryTextHasARowInTheTable) {
     preferences.choose(GetParam());
     clipboardOptions.ignoredApps = {"com.example.editor"};
     shortcutTaken = true;
+    historyIsUnsaved = true;
     auto runtime = model.runtime();
     runtime.inputName = "ABC";
     runtime.runtimeStatus = core::texts::shortcutsActive;

@@ -189,12 +189,24 @@ TEST_F(SettingsWindowTests, ExcludedApplicationsCanBeRemoved) {
 
 TEST_F(SettingsWindowTests, AShortcutThatIsTakenCanBeTriedAgain) {
     present(SettingsPage::clipboard);
-    EXPECT_FALSE(shows("Another application uses Command + Shift + V."));
+    const QString taken = "The shortcut is in use. Quit Maccy or change the shortcut in the other app, then retry.";
+    EXPECT_TRUE(shows("Clipboard history is active"));
+    EXPECT_FALSE(shows(taken));
     shortcutTaken = true;
     window().view().refresh();
-    EXPECT_TRUE(shows("Another application uses Command + Shift + V."));
-    buttonNamed("Try again").click();
+    EXPECT_TRUE(shows(taken));
+    EXPECT_FALSE(shows("Clipboard history is active"));
+    buttonNamed("Retry shortcut registration").click();
     EXPECT_EQ(retries, 1);
+}
+
+TEST_F(SettingsWindowTests, AHistoryThatCannotBeSavedIsSaid) {
+    present(SettingsPage::clipboard);
+    const QString unsaved = "Cannot save encrypted history. History is available in memory only.";
+    EXPECT_FALSE(shows(unsaved));
+    historyIsUnsaved = true;
+    window().view().refresh();
+    EXPECT_TRUE(shows(unsaved));
 }
 
 TEST_F(SettingsWindowTests, ADirectionChordTurnsTheParagraphOfTheTextBox) {
