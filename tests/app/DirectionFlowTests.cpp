@@ -71,6 +71,15 @@ TEST_F(DirectionFlow, AKeyAClickAWakeOptionsAndAPauseCancel) {
     EXPECT_FALSE(lastStatus());
 }
 
+TEST_F(DirectionFlow, TheOutcomeIsStoredInTheLanguageOfTheInterface) {
+    openChrome();
+    preferences->choose(core::AppLanguage::hebrew);
+    chord();
+    desktop.queue.advance(1500ms);
+    EXPECT_EQ(lastStatus(), model->lastAction().rendered(core::AppLanguage::hebrew));
+    EXPECT_NE(lastStatus(), model->lastAction().rendered(core::AppLanguage::english));
+}
+
 TEST_F(DirectionFlow, ALanguageSwitchCancels) {
     openChrome();
     chord();

@@ -51,5 +51,23 @@ TEST_F(LiveWriterDirection, AChordTurnsTheParagraphAtTheCursorAndNoOther) {
         << writer_->paragraph().value_or("(no paragraph has the focus)");
 }
 
+TEST_F(LiveWriterDirection, AChordOfTheDirectionThatTheParagraphHasIsAppliedToo) {
+    desktop().keyboard().chord({Key::leftControl, Key::rightShift});
+    expectSaid("Applied RTL in LibreOffice Writer");
+    desktop().keyboard().chord({Key::leftControl, Key::rightShift});
+    EXPECT_TRUE(agent().waitForStatus([](const auto& status) { return status.at("lastDirection").at("count") == 2; }));
+    EXPECT_TRUE(holdsFor(std::chrono::milliseconds{500}, [&] {
+        return agent().status().at("lastAction") == "Applied RTL in LibreOffice Writer";
+    })) << agent().status();
+    EXPECT_THAT(writer_->savedDirections(), testing::ElementsAre("one rl-tb", "two lr-tb", "three lr-tb"));
+}
+
+TEST_F(LiveWriterDirection, TheFieldOfAToolbarIsNoPlace) {
+    desktop().keyboard().chord({Key::leftControl, Key::f});
+    ASSERT_TRUE(waitUntil([&] { return writer_->paragraph() != "one"; }));
+    desktop().keyboard().chord({Key::leftControl, Key::rightShift});
+    expectSaid("Place the cursor in a paragraph in LibreOffice Writer");
+}
+
 } // namespace
 } // namespace quillane::live

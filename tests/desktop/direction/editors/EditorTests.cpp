@@ -1,85 +1,13 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "desktop/agent/AgentTest.hpp"
 #include "desktop/agent/LiveForm.hpp"
-#include "desktop/direction/editors/LiveDocument.hpp"
+#include "desktop/direction/editors/EditorTest.hpp"
 
-#include <ostream>
 #include <tuple>
 
 namespace quillane::live {
 namespace {
-
-using nlohmann::json;
-using namespace std::chrono_literals;
-
-/// An application, and what the agent calls it and says of it.
-struct Target {
-    std::string name;
-    std::string bundleID;
-    std::string bodyMenu;
-    std::string hint;
-};
-
-const Target safari{"Safari", "com.apple.Safari", "Paragraph Direction",
-                    "Place the cursor in an editable text field on the website"};
-const Target textEdit{"TextEdit", "com.apple.TextEdit", "Writing Direction",
-                      "Place the cursor in the TextEdit document body"};
-const Target notes{"Notes", "com.apple.Notes", "Writing Direction", "Place the cursor in the Notes note body"};
-const Target mail{"Mail", "com.apple.mail", "Paragraph Direction",
-                  "Place the cursor in the Mail message body or subject"};
-const std::vector<Target> targets{safari, textEdit, notes, mail};
-
-void PrintTo(const Target& target, std::ostream* out) {
-    *out << target.name;
-}
-
-/// Direction chords in each application, with the interface of the agent in English.
-class EditorTest : public AgentTest {
-protected:
-    void startIn(const Target& target, const std::vector<std::string>& options = {}) {
-        require(chooseAgentLanguage(desktop(), "en"), "the language in the settings");
-        startAgent();
-        document_.emplace(required(LiveDocument::start(desktop(), target.bundleID, options)));
-        require(agent().waitForStatus([](const auto& status) { return status.at("monitorRunning") == true; }),
-                "the agent observes the keyboard");
-    }
-
-    void TearDown() override {
-        AgentTest::TearDown();
-        document_.reset();
-    }
-
-    [[nodiscard]] json state() const { return document_->state(); }
-
-    void expectSaid(const std::string& text) {
-        EXPECT_TRUE(agent().waitForStatus([&](const auto& status) { return status.at("lastAction") == text; }))
-            << agent().status();
-    }
-
-    /// Waits until the document is like that.
-    void expectState(const std::string& key, const json& value) {
-        EXPECT_TRUE(waitUntil([&] { return state().at(key) == value; })) << key << ": " << state();
-    }
-
-    void expectUntouched() {
-        expectState("menu", false);
-        expectState("text", "first line\nsecond line");
-        expectState("directions", {"ltr", "ltr", "ltr"});
-        expectState("chosen", json::array());
-    }
-
-    void expectNoMenuAskedFor() {
-        EXPECT_TRUE(holdsFor(500ms, [&] { return state().at("asked") == 0; })) << state();
-    }
-
-    void turnRight() { desktop().keyboard().chord({Key::leftControl, Key::rightShift}); }
-
-    void turnLeft() { desktop().keyboard().chord({Key::leftControl, Key::leftShift}); }
-
-    std::optional<LiveDocument> document_;
-};
 
 class LiveEditors : public EditorTest, public testing::WithParamInterface<Target> {};
 
@@ -143,18 +71,6 @@ TEST_P(LiveEditors, AnotherApplicationInFrontEndsTheWaitWithoutAWord) {
 }
 
 INSTANTIATE_TEST_SUITE_P(In, LiveEditors, testing::ValuesIn(targets), [](const auto& one) { return one.param.name; });
-
-/// What a menu does when it is asked for, and what becomes of the chord.
-struct MenuCase {
-    std::string name;
-    std::string mode;
-    std::string said;
-    bool isApplied = false;
-};
-
-void PrintTo(const MenuCase& menu, std::ostream* out) {
-    *out << menu.name;
-}
 
 class LiveEditorMenus : public EditorTest, public testing::WithParamInterface<std::tuple<Target, MenuCase>> {};
 
@@ -260,62 +176,6 @@ TEST_F(LiveSafari, AMenuThatDoesNotOpenLeavesADiagnosticText) {
         return readFile(settings).find("Editor actions: AXShowMenu\nFocus role: AXTextArea") != std::string::npos;
     })) << readFile(settings);
 }
-
-/// The application ends in the middle of an attempt.
-class LiveEnd : public EditorTest {
-protected:
-    void expectNextAttemptWorks() {
-        document_.emplace(required(LiveDocument::start(desktop(), safari.bundleID)));
-        turnRight();
-        expectSaid("Applied RTL in Safari");
-        expectState("directions", {"ltr", "rtl", "ltr"});
-    }
-};
-
-TEST_F(LiveEnd, WhenAskedForTheMenuIsAMenuThatCannotBeOpened) {
-    startIn(safari, {"--menu", "exits"});
-    turnRight();
-    expectSaid("Safari cannot open the direction menu for this field");
-    expectNextAttemptWorks();
-}
-
-TEST_F(LiveEnd, WhileItsMenuIsOpenEndsTheAttemptWithoutAWord) {
-    startIn(safari, {"--menu", "vanishes"});
-    turnRight();
-    expectState("menu", true);
-    EXPECT_TRUE(holdsFor(2s, [&] { return agent().status().value("lastAction", "(no status)").empty(); }))
-        << agent().status();
-    expectNextAttemptWorks();
-}
-
-/// What an application answers wrongly, and what becomes of the chord.
-class LiveWrongAnswers : public EditorTest, public testing::WithParamInterface<MenuCase> {};
-
-TEST_P(LiveWrongAnswers, AreAbsence) {
-    startIn(safari, {"--answers", GetParam().mode});
-    const auto begin = std::chrono::steady_clock::now();
-    turnRight();
-    expectSaid(GetParam().said);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
-    if (GetParam().isApplied) {
-        expectState("directions", {"ltr", "rtl", "ltr"});
-        expectState("menu", false);
-    } else {
-        expectUntouched();
-    }
-}
-
-constexpr auto noCommand = "This editor does not offer a paragraph direction command";
-
-INSTANTIATE_TEST_SUITE_P(
-    About, LiveWrongAnswers,
-    testing::Values(MenuCase{"TheField", "field", safari.hint},
-                    MenuCase{"TheCursor", "cursor",
-                             "The editor does not expose the cursor position — direction was not changed"},
-                    MenuCase{"TheEndOfTheText", "ranges", "Applied RTL in Safari", true},
-                    MenuCase{"TheFocusInTheMenu", "focus", "Cursor position unavailable — direction change cancelled"},
-                    MenuCase{"TheItemsOfTheMenu", "items", noCommand}, MenuCase{"TheirTitles", "titles", noCommand}),
-    [](const auto& one) { return one.param.name; });
 
 } // namespace
 } // namespace quillane::live

@@ -17,6 +17,8 @@ public:
     [[nodiscard]] static tl::expected<LiveDocument, std::string>
     start(LiveDesktop& desktop, const std::string& application, const std::vector<std::string>& options = {});
 
+    [[nodiscard]] ChildProcess& process() { return process_; }
+
     [[nodiscard]] pid_t pid() const { return process_.pid(); }
 
     /// What it said last: the "directions" of its paragraphs, the last being the field's, "selection", "text", "focus",
