@@ -3,6 +3,7 @@
 #include "platform/common/CurlTransfer.hpp"
 
 #include "core/support/Utf8.hpp"
+#include "platform/common/CurlLibrary.hpp"
 
 #include <algorithm>
 #include <array>
@@ -10,7 +11,6 @@
 #include <string_view>
 
 #include <arpa/inet.h>
-#include <curl/curl.h>
 
 namespace quillane {
 
@@ -25,19 +25,11 @@ constexpr int longestPollMilliseconds = 1000;
 /// smaller one is on its way before the answer could be.
 constexpr std::int64_t largestUnannouncedBytes = 1 << 20;
 
-template <auto release>
-struct Release {
-    template <typename T>
-    void operator()(T* handle) const {
-        release(handle);
-    }
-};
-
-using Easy = std::unique_ptr<CURL, Release<curl_easy_cleanup>>;
-using Multi = std::unique_ptr<CURLM, Release<curl_multi_cleanup>>;
-using ParsedUrl = std::unique_ptr<CURLU, Release<curl_url_cleanup>>;
-using HeaderList = std::unique_ptr<curl_slist, Release<curl_slist_free_all>>;
-using CurlText = std::unique_ptr<char, Release<curl_free>>;
+using Easy = std::unique_ptr<CURL, decltype(&curl_easy_cleanup)>;
+using Multi = std::unique_ptr<CURLM, decltype(&curl_multi_cleanup)>;
+using ParsedUrl = std::unique_ptr<CURLU, decltype(&curl_url_cleanup)>;
+using HeaderList = std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)>;
+using CurlText = std::unique_ptr<char, decltype(&curl_free)>;
 
 UrlError errorFor(CURLcode code) {
     switch (code) {
@@ -112,15 +104,16 @@ bool isSameHost(std::string_view first, std::string_view second) {
 
 class Transfer {
 public:
-    Transfer(const CurlTransferRequest& request, UploadSource& source, TransferChannel& channel)
-        : request_(request), source_(source), channel_(channel) {}
+    Transfer(const CurlLibrary& curl, const CurlTransferRequest& request, UploadSource& source,
+             TransferChannel& channel)
+        : curl_(curl), request_(request), source_(source), channel_(channel) {}
 
     void run() {
         if (const auto error = prepare()) {
             channel_.reportCompletion(std::nullopt, *error);
             return;
         }
-        channel_.setWaker([this] { curl_multi_wakeup(multi_.get()); });
+        channel_.setWaker([this] { curl_.multiWakeUp(multi_.get()); });
         auto code = perform();
         if (code && isExpectationRefused() && prepareWithoutExpectation()) {
             code = perform();
@@ -129,19 +122,19 @@ public:
         if (code) {
             report(*code);
         }
-        curl_multi_remove_handle(multi_.get(), easy_.get());
+        curl_.multiRemoveHandle(multi_.get(), easy_.get());
     }
 
 private:
     template <typename Value>
     void set(CURLoption option, Value value) {
-        isPrepared_ = curl_easy_setopt(easy_.get(), option, value) == CURLE_OK && isPrepared_;
+        isPrepared_ = curl_.easySetOption(easy_.get(), option, value) == CURLE_OK && isPrepared_;
     }
 
     /// Sets up everything, or says why it cannot be.
     std::optional<UrlError> prepare() {
-        easy_.reset(curl_easy_init());
-        multi_.reset(curl_multi_init());
+        easy_.reset(curl_.easyInit());
+        multi_.reset(curl_.multiInit());
         if (!easy_ || !multi_) {
             return UrlError::unknown;
         }
@@ -151,7 +144,7 @@ private:
         prepareLimits();
         prepareRequest();
         prepareCallbacks();
-        const bool isAdded = isPrepared_ && curl_multi_add_handle(multi_.get(), easy_.get()) == CURLM_OK;
+        const bool isAdded = isPrepared_ && curl_.multiAddHandle(multi_.get(), easy_.get()) == CURLM_OK;
         return isAdded ? std::nullopt : std::optional(UrlError::unknown);
     }
 
@@ -159,14 +152,14 @@ private:
     bool prepareUrl() {
         const auto& text = request_.request.url.absoluteString();
         const auto parts = core::UrlComponents::parse(text);
-        url_.reset(curl_url());
+        url_.reset(curl_.url());
         char* host = nullptr;
         if (!url_ || !parts || !parts->host ||
-            curl_url_set(url_.get(), CURLUPART_URL, text.c_str(), CURLU_PATH_AS_IS) != CURLUE_OK ||
-            curl_url_get(url_.get(), CURLUPART_HOST, &host, 0) != CURLUE_OK) {
+            curl_.urlSet(url_.get(), CURLUPART_URL, text.c_str(), CURLU_PATH_AS_IS) != CURLUE_OK ||
+            curl_.urlGet(url_.get(), CURLUPART_HOST, &host, 0) != CURLUE_OK) {
             return false;
         }
-        const CurlText owner(host);
+        const CurlText owner(host, curl_.free);
         set(CURLOPT_CURLU, url_.get());
         set(CURLOPT_PATH_AS_IS, 1L);
         return isSameHost(*parts->host, host);
@@ -218,7 +211,7 @@ private:
     }
 
     void addHeader(const std::string& line) {
-        auto* list = curl_slist_append(headers_.get(), line.c_str());
+        auto* list = curl_.listAppend(headers_.get(), line.c_str());
         isPrepared_ = list != nullptr && isPrepared_;
         if (list != nullptr) {
             static_cast<void>(headers_.release()); // is a part of the new list
@@ -233,14 +226,14 @@ private:
 
     /// Sets up a second try that does not ask; false when that cannot be.
     bool prepareWithoutExpectation() {
-        curl_multi_remove_handle(multi_.get(), easy_.get());
+        curl_.multiRemoveHandle(multi_.get(), easy_.get());
         expectsContinue_ = false;
         addHeader("Expect:");
         set(CURLOPT_HTTPHEADER, headers_.get());
         source_.rewind();
         reason_.reset();
         status_ = 0;
-        return isPrepared_ && curl_multi_add_handle(multi_.get(), easy_.get()) == CURLM_OK;
+        return isPrepared_ && curl_.multiAddHandle(multi_.get(), easy_.get()) == CURLM_OK;
     }
 
     void prepareCallbacks() {
@@ -281,16 +274,16 @@ private:
             if (channel_.isEnding()) {
                 return std::nullopt;
             }
-            if (curl_multi_perform(multi_.get(), &running) != CURLM_OK) {
+            if (curl_.multiPerform(multi_.get(), &running) != CURLM_OK) {
                 return CURLE_FAILED_INIT;
             }
             if (running > 0 &&
-                curl_multi_poll(multi_.get(), nullptr, 0, longestPollMilliseconds, nullptr) != CURLM_OK) {
+                curl_.multiPoll(multi_.get(), nullptr, 0, longestPollMilliseconds, nullptr) != CURLM_OK) {
                 return CURLE_FAILED_INIT;
             }
         }
         int left = 0;
-        const auto* message = curl_multi_info_read(multi_.get(), &left);
+        const auto* message = curl_.multiInfoRead(multi_.get(), &left);
         return message != nullptr ? message->data.result : CURLE_FAILED_INIT;
     }
 
@@ -315,7 +308,7 @@ private:
     /// got the file.
     std::optional<UrlError> reasonToDoubtSuccess() {
         curl_off_t sent = 0;
-        curl_easy_getinfo(easy_.get(), CURLINFO_SIZE_UPLOAD_T, &sent);
+        curl_.easyGetInfo(easy_.get(), CURLINFO_SIZE_UPLOAD_T, &sent);
         if (sent < source_.size()) {
             return UrlError::networkConnectionLost;
         }
@@ -349,7 +342,7 @@ private:
         }
         if (line.starts_with("HTTP/")) {
             long status = 0;
-            curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
+            curl_.easyGetInfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
             status_ = static_cast<int>(status);
             namesLocation_ = false;
             isHeadComplete_ = false;
@@ -391,15 +384,16 @@ private:
         return channel_.isEnding() ? 1 : 0;
     }
 
+    const CurlLibrary& curl_;
     const CurlTransferRequest& request_;
     UploadSource& source_;
     TransferChannel& channel_;
     bool isPrepared_ = true;
     bool expectsContinue_ = source_.size() > largestUnannouncedBytes;
-    HeaderList headers_; // what libcurl points to is destroyed after what uses it
-    ParsedUrl url_;
-    Easy easy_;
-    Multi multi_;
+    HeaderList headers_{nullptr, curl_.listFreeAll}; // what libcurl points to is destroyed after what uses it
+    ParsedUrl url_{nullptr, curl_.urlCleanup};
+    Easy easy_{nullptr, curl_.easyCleanup};
+    Multi multi_{nullptr, curl_.multiCleanup};
     int status_ = 0;
     bool isHeadComplete_ = false;
     bool namesLocation_ = false;
@@ -414,7 +408,12 @@ private:
 } // namespace
 
 void runCurlTransfer(const CurlTransferRequest& request, UploadSource& source, TransferChannel& channel) {
-    Transfer(request, source, channel).run();
+    const auto* curl = CurlLibrary::load();
+    if (curl == nullptr) {
+        channel.reportCompletion(std::nullopt, UrlError::unknown);
+        return;
+    }
+    Transfer(*curl, request, source, channel).run();
 }
 
 } // namespace quillane

@@ -14,8 +14,6 @@
 #include <thread>
 #include <utility>
 
-#include <curl/curl.h>
-
 namespace quillane {
 
 namespace {
@@ -55,16 +53,9 @@ void send(CurlTransferRequest& transfer, const std::filesystem::path& file, cons
 
 } // namespace
 
-/// Counts the threads that run and holds libcurl's global state for them.
+/// Counts the threads that run.
 class CurlUrlSessions::Threads {
 public:
-    Threads() { curl_global_init(CURL_GLOBAL_DEFAULT); }
-
-    Threads(const Threads&) = delete;
-    Threads& operator=(const Threads&) = delete;
-
-    ~Threads() { curl_global_cleanup(); }
-
     void enter() {
         const std::lock_guard lock(mutex_);
         ++running_;
