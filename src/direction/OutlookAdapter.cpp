@@ -90,7 +90,7 @@ std::optional<AXElement> OutlookAdapter::directionButton(const AXElement& in, co
     });
 }
 
-void OutlookAdapter::openOverflow(const AXElement& toolbar, const Attempt& attempt) {
+void OutlookAdapter::openOverflow(const AXElement& toolbar, Attempt attempt) {
     auto& accessibility = services_.accessibility;
     const auto overflow = AX::find(accessibility, toolbar, labelled, [](const AX::Candidate& candidate) {
         return candidate.role == "AXButton" && candidate.isLabelled("See more items");
@@ -102,6 +102,7 @@ void OutlookAdapter::openOverflow(const AXElement& toolbar, const Attempt& attem
     } else {
         overflowPending_ = true;
         cancelled_ = false;
+        attempt.operation = ++operation_;
         schedule(attempt, 0);
     }
 }
@@ -129,6 +130,9 @@ std::optional<AXElement> OutlookAdapter::popover(const AXElement& application) c
 }
 
 void OutlookAdapter::pressOverflowButton(const Attempt& attempt, int run) {
+    if (operation_ != attempt.operation) {
+        return;
+    }
     auto& accessibility = services_.accessibility;
     const auto end = [&](const core::LocalizedText& text) {
         overflowPending_ = false;

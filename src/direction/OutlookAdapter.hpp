@@ -7,6 +7,7 @@
 #include "direction/DirectionServices.hpp"
 #include "direction/NativeDirectionAdapter.hpp"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -34,13 +35,14 @@ private:
         AXElement editor;
         pid_t pid;
         core::WritingDirection direction;
+        std::int64_t operation = 0; ///< of a wait for the popover
     };
 
     void applyInBody(const Attempt& attempt);
     [[nodiscard]] bool isComposeEditor(const AXElement& element) const;
     [[nodiscard]] std::optional<AXElement> directionButton(const AXElement& in, core::WritingDirection direction) const;
     [[nodiscard]] std::optional<AXElement> popover(const AXElement& application) const;
-    void openOverflow(const AXElement& toolbar, const Attempt& attempt);
+    void openOverflow(const AXElement& toolbar, Attempt attempt);
     void schedule(const Attempt& attempt, int run);
     void pressOverflowButton(const Attempt& attempt, int run);
     void press(const AXElement& button, core::WritingDirection direction);
@@ -48,6 +50,7 @@ private:
     DirectionServices services_;
     DirectionReport report_;
     NativeDirectionAdapter subject_;
+    std::int64_t operation_ = 0; ///< a wait whose number is another one has been taken over by the next chord
     bool overflowPending_ = false;
     bool cancelled_ = false;
     std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with steps that are on their way

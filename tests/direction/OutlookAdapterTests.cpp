@@ -168,6 +168,20 @@ TEST_F(OutlookDirection, AWaitThatIsCancelledSaysSoInItsNextStep) {
     EXPECT_EQ(said.back(), "Applied RTL in Outlook");
 }
 
+TEST_F(OutlookDirection, TheLastChordTakesAWaitOver) {
+    narrow();
+    auto& hiddenLtr = popover->add("AXButton").with("AXTitle", std::string("Left to Right")).withAction("AXPress");
+    apply();
+    adapter.cancelPending();
+    adapter.apply(WritingDirection::leftToRight);
+    popover->present();
+    desktop.queue.advance(1s);
+    EXPECT_THAT(said, ElementsAre("Applied LTR in Outlook"));
+    EXPECT_EQ(countOf(*hiddenRtl, "AXPress"), 0);
+    EXPECT_EQ(countOf(hiddenLtr, "AXPress"), 1);
+    EXPECT_EQ(desktop.queue.timerCount(), 0U);
+}
+
 TEST_F(OutlookDirection, CancellingNothingSaysNothing) {
     adapter.cancelPending();
     narrow();
