@@ -14,6 +14,7 @@
 #include <QTimer>
 
 #include <cstdlib>
+#include <ctime>
 #include <thread>
 
 namespace quillane::bench {
@@ -22,6 +23,14 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 using live::Key;
+
+constexpr auto betweenKeys = 20ms; // of a fast typist
+
+double processorMilliseconds() {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
 
 /// Sleeps in the event loop between events, as the agent does.
 bool waitForEvents(const std::function<bool()>& condition) {
@@ -41,6 +50,11 @@ bool waitUntil(const std::function<bool()>& condition) {
         std::this_thread::sleep_for(1ms);
     }
     return condition();
+}
+
+void pause(Clock::duration time) {
+    const auto end = Clock::now() + time;
+    must(waitUntil([&] { return Clock::now() > end; }), "a pause");
 }
 
 /// Adds up the delays that are asked for.
@@ -95,7 +109,7 @@ public:
         for (int index = 0; index <= runs; ++index) {
             turn(index % 2 == 0, index > 0); // the first run fills the caches
         }
-        for (auto* figure : {&total_, &way_, &inCalls_, &polling_, &own_, &seen_, &calls_}) {
+        for (auto* figure : {&total_, &way_, &inCalls_, &polling_, &own_, &processor_, &seen_, &calls_}) {
             figure->print();
         }
     }
@@ -111,19 +125,23 @@ private:
         const auto shift = right ? Key::rightShift : Key::leftShift;
         const auto& keyboard = desktop_.keyboard();
         must(waitUntil([&] { return !browser_.hasOpenMenu(); }), "no menu");
-        const auto rest = Clock::now() + 300ms;
-        must(waitUntil([&] { return Clock::now() > rest; }), "a pause");
+        pause(300ms);
         keyboard.press(Key::leftControl);
+        pause(betweenKeys);
         keyboard.press(shift);
+        pause(betweenKeys);
         keyboard.release(shift);
+        pause(betweenKeys);
         accessibility_.calls = 0;
         accessibility_.time = {};
         queue_.delays = {};
         said_.clear();
+        const auto processor = processorMilliseconds();
         const auto released = Clock::now();
         keyboard.release(Key::leftControl);
         must(waitForEvents([&] { return !said_.empty(); }), "an outcome");
         const auto reported = Clock::now();
+        const auto processorAfter = processorMilliseconds();
         must(said_ == (right ? "Applied RTL in Chrome" : "Applied LTR in Chrome"), said_);
         must(waitUntil([&] {
                  const auto state = browser_.state();
@@ -138,6 +156,7 @@ private:
             inCalls_.values.push_back(milliseconds(waited));
             polling_.values.push_back(milliseconds(queue_.delays));
             own_.values.push_back(milliseconds(reported - released - waited - queue_.delays));
+            processor_.values.push_back(processorAfter - processor);
             seen_.values.push_back(milliseconds(arrived - reported));
             calls_.values.push_back(accessibility_.calls);
         }
@@ -157,6 +176,7 @@ private:
     Figure inCalls_{"of it the browser's, waiting for its answers, ms"};
     Figure polling_{"of it the documented delay, ms"};
     Figure own_{"of it our own time, the way of the key included, ms"};
+    Figure processor_{"on a processor meanwhile, asking and reading answers included, ms"};
     Figure seen_{"the browser's, from the report until the page's script sees it, ms"};
     Figure calls_{"Accessibility calls"};
 };
