@@ -15,6 +15,7 @@
 #include <QJsonObject>
 #include <QMenu>
 #include <QTextBlock>
+#include <QThread>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -126,6 +127,9 @@ private:
         if (mode_ == "exits") {
             std::_Exit(1);
         }
+        if (mode_ == "busy") { // longer than anybody waits for an answer
+            QThread::msleep(400);
+        }
         if (mode_ != "never") {
             QTimer::singleShot(mode_ == "late" ? 1400ms : 0ms, this, [this] { openMenu(); });
         }
@@ -219,7 +223,7 @@ int main(int argc, char** argv) {
                        {"application", "Identifier of the application it is like.", "identifier"},
                        {"focus", "Field that has the focus.", "body|other", "body"},
                        {"menu", "What becomes of the menu.",
-                        "opens|late|never|hidden|cursorless|focus|selects|stubborn|selection|disabled|exits|"
+                        "opens|late|busy|never|hidden|cursorless|focus|selects|stubborn|selection|disabled|exits|"
                         "vanishes",
                         "opens"},
                        {"answers", "What is answered wrongly.", "field|cursor|ranges|focus|items|titles"},

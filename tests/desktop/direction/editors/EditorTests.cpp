@@ -92,6 +92,7 @@ TEST_P(LiveEditorMenus, DecideWhatBecomesOfTheChord) {
 
 const std::vector<MenuCase> menuCases{
     {"IsLate", "late", "Applied RTL in ", true},
+    {"KeepsTheApplicationBusy", "busy", "Applied RTL in ", true},
     {"MovesTheSelection", "selects", "Applied RTL in ", true},
     {"KeepsTheSelectionMoved", "stubborn", "Could not preserve the text selection — direction change cancelled"},
     {"MovesTheFocus", "focus", "Direction change cancelled: focus moved to another field"},
