@@ -122,6 +122,14 @@ TEST_F(LiveOutlookWait, AKeyThatMovesTheCursorElsewhereCancelsIt) {
     expectCount("direction", 0);
 }
 
+TEST_F(LiveOutlookWait, AKeyThatLeavesTheCursorWhereItIsCancelsItToo) {
+    beginWait();
+    desktop().keyboard().tap(Key::a);
+    expectSaid(cancelled);
+    expectCount("focus", 1);
+    expectCount("direction", 0);
+}
+
 TEST_F(LiveOutlookWait, AnotherApplicationCancelsIt) {
     startEditor(editors().front());
     beginWait();
