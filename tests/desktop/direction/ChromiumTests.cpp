@@ -82,6 +82,26 @@ TEST_F(LiveChromium, AChordOfTheDirectionThatTheTextAreaHasIsAppliedToo) {
     EXPECT_EQ(state().direction, "rtl");
 }
 
+TEST_F(LiveChromium, AChordTurnsAFieldOfOneLine) {
+    startIn("line");
+    turnRight();
+    expectSaid("Applied RTL in Chrome");
+    expectDirection("rtl");
+    expectNoMenu();
+}
+
+TEST_F(LiveChromium, AChordTurnsTheParagraphAtTheCursorOfAPageThatIsEditedAndNoOther) {
+    startIn("rich");
+    EXPECT_EQ(state().direction, "ltr,ltr,ltr");
+    turnRight();
+    expectSaid("Applied RTL in Chrome");
+    expectDirection("ltr,rtl,ltr");
+    expectNoMenu();
+    turnLeft();
+    expectSaid("Applied LTR in Chrome");
+    expectDirection("ltr,ltr,ltr");
+}
+
 TEST_F(LiveChromium, AMenuThatIsOpenAlreadyIsLeftAlone) {
     startIn("area");
     desktop().keyboard().tap(Key::menu);

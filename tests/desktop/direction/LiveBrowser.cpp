@@ -16,14 +16,19 @@ constexpr auto page = R"(<!doctype html><meta charset="utf-8"><title>page</title
 <textarea id="area" rows="4" cols="30">first line
 second line</textarea>
 <textarea id="other" rows="2" cols="30">other</textarea>
-<p><input id="secret" type="password" value="secret"> <input id="fixed" value="fixed" readonly></p>
+<p><input id="secret" type="password" value="secret"> <input id="fixed" value="fixed" readonly>
+<input id="line" value="line"></p>
+<div id="rich" contenteditable><p>one</p><p>two</p><p>three</p></div>
 <script>
 const area = document.getElementById('area');
 area.setSelectionRange(1, 3);
 const wanted = document.getElementById(location.hash.slice(1));
 if (wanted) { wanted.focus(); }
+const rich = document.getElementById('rich');
+if (wanted === rich) { getSelection().collapse(rich.children[1].firstChild, 1); }
+const paragraphs = wanted === rich ? Array.from(rich.children) : location.hash === '#line' ? [wanted] : [area];
 setInterval(() => {
-  document.title = ['state', getComputedStyle(area).direction, area.selectionStart + '-' + area.selectionEnd,
+  document.title = ['state', paragraphs.map(one => getComputedStyle(one).direction).join(','), area.selectionStart + '-' + area.selectionEnd,
                     document.activeElement.id || 'none', area.value.replaceAll('\n', '/').replaceAll(' ', '_'),
                     'end'].join(' ');
 }, 20);

@@ -11,7 +11,8 @@ namespace quillane::live {
 
 /// What a script in the test page says of its fields, over and over, in the title of its window.
 struct PageState {
-    std::string direction; ///< the computed direction of the text area
+    std::string direction; ///< the computed direction of the text area; of "line", or each paragraph of "rich", when
+                           ///< that has the focus
     std::string selection; ///< of the text area: "1-3"
     std::string focused;   ///< the id of the element with the focus
     std::string text;      ///< of the text area
@@ -24,7 +25,8 @@ struct PageState {
 };
 
 /// Debian's Chromium in front, with a page of its own: a text area "area" of two lines, a second one "other", a
-/// password field "secret", a text field that cannot be edited "fixed", and a script that shows its state.
+/// password field "secret", a text field that cannot be edited "fixed", one that can "line", three paragraphs "rich"
+/// that can be edited, with the cursor in the second, and a script that shows its state.
 class LiveBrowser {
 public:
     /// `focus` is the field that has the focus; with "none", the page itself has it.
