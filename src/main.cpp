@@ -99,6 +99,7 @@ AppServices services(const Platform& platform, CurlUrlSessions& urlSessions) {
     return {.mainQueue = *platform.mainQueue,
             .userDefaults = *platform.userDefaults,
             .workspace = *platform.workspace,
+            .applicationCatalog = *platform.applicationCatalog,
             .inputSources = *platform.inputSources,
             .keyEvents = *platform.keyEvents,
             .eventTap = *platform.eventTap,

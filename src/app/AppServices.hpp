@@ -6,6 +6,7 @@
 #include "core/preferences/UserDefaults.hpp"
 #include "core/support/SecretStore.hpp"
 #include "platform/Accessibility.hpp"
+#include "platform/ApplicationCatalog.hpp"
 #include "platform/ApplicationMenu.hpp"
 #include "platform/EventTap.hpp"
 #include "platform/FilePanel.hpp"
@@ -34,6 +35,7 @@ struct AppServices {
     MainQueue& mainQueue;
     core::UserDefaults& userDefaults;
     Workspace& workspace;
+    ApplicationCatalog& applicationCatalog;
     InputSources& inputSources;
     KeyEvents& keyEvents;
     EventTap& eventTap;

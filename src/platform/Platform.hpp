@@ -6,6 +6,7 @@
 #include "core/preferences/UserDefaults.hpp"
 #include "core/support/SecretStore.hpp"
 #include "platform/Accessibility.hpp"
+#include "platform/ApplicationCatalog.hpp"
 #include "platform/ApplicationMenu.hpp"
 #include "platform/EventTap.hpp"
 #include "platform/FilePanel.hpp"
@@ -42,6 +43,7 @@ struct Platform {
     std::unique_ptr<MainQueue> mainQueue;
     std::unique_ptr<core::UserDefaults> userDefaults;
     std::unique_ptr<Workspace> workspace;
+    std::unique_ptr<ApplicationCatalog> applicationCatalog;
     std::unique_ptr<InputSources> inputSources;
     std::unique_ptr<KeyEvents> keyEvents;
     std::unique_ptr<EventTap> eventTap;

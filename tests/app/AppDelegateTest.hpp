@@ -32,6 +32,7 @@ protected:
         delegate.emplace(AppServices{.mainQueue = desktop.queue,
                                      .userDefaults = defaults,
                                      .workspace = desktop.workspace,
+                                     .applicationCatalog = desktop.applicationCatalog,
                                      .inputSources = desktop.inputSources,
                                      .keyEvents = desktop.keyEvents,
                                      .eventTap = desktop.tap,

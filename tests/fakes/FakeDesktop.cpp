@@ -14,6 +14,7 @@ Platform makeFakes() {
     made.mainQueue = std::make_unique<FakeMainQueue>();
     made.userDefaults = std::make_unique<FakeUserDefaults>();
     made.workspace = std::make_unique<FakeWorkspace>();
+    made.applicationCatalog = std::make_unique<FakeApplicationCatalog>(*made.mainQueue);
     made.inputSources = std::make_unique<FakeInputSources>();
     made.keyEvents = std::make_unique<FakeKeyEvents>();
     made.eventTap = std::make_unique<FakeEventTap>();
@@ -65,6 +66,7 @@ FakeDesktop::FakeDesktop(Platform made)
       queue(fake<FakeMainQueue>(platform.mainQueue)),
       userDefaults(fake<FakeUserDefaults>(platform.userDefaults)),
       workspace(fake<FakeWorkspace>(platform.workspace)),
+      applicationCatalog(fake<FakeApplicationCatalog>(platform.applicationCatalog)),
       inputSources(fake<FakeInputSources>(platform.inputSources)),
       keyEvents(fake<FakeKeyEvents>(platform.keyEvents)),
       tap(fake<FakeEventTap>(platform.eventTap)),

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "fakes/FakeAccessibility.hpp"
+#include "fakes/FakeApplicationCatalog.hpp"
 #include "fakes/FakeApplicationMenu.hpp"
 #include "fakes/FakeEventTap.hpp"
 #include "fakes/FakeFilePanel.hpp"
@@ -61,6 +62,7 @@ public:
     FakeMainQueue& queue;
     FakeUserDefaults& userDefaults;
     FakeWorkspace& workspace;
+    FakeApplicationCatalog& applicationCatalog;
     FakeInputSources& inputSources;
     FakeKeyEvents& keyEvents;
     FakeEventTap& tap;

@@ -1,11 +1,13 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
+#include "fakes/FakeApplicationCatalog.hpp"
 #include "fakes/FakeFilePanel.hpp"
 #include "fakes/FakeMainQueue.hpp"
 #include "fakes/FakeSleepAssertions.hpp"
 #include "fakes/FakeStatusItem.hpp"
 #include "fakes/FakeSystemSymbols.hpp"
 #include "fakes/FakeWindowList.hpp"
+#include "platform/ApplicationCatalogContract.hpp"
 #include "platform/FilePanelContract.hpp"
 #include "platform/MainQueueContract.hpp"
 #include "platform/SleepAssertionsContract.hpp"
@@ -98,6 +100,31 @@ private:
     fakes::FakeSystemSymbols fake_;
 };
 
+class FakeApplicationCatalogDriver {
+public:
+    static constexpr auto installed = "com.example.mail";
+    static constexpr auto running = "com.example.editor";
+
+    FakeApplicationCatalogDriver() {
+        auto made = std::make_unique<fakes::FakeApplicationCatalog>(queue_);
+        made->applications = {{installed, "Mail"}, {running, "Editor", true}};
+        catalog_ = std::move(made);
+    }
+
+    std::unique_ptr<ApplicationCatalog>& catalog() { return catalog_; }
+
+    bool waitUntil(const std::function<bool()>& condition) {
+        for (int turn = 0; turn < 100 && !condition(); ++turn) {
+            queue_.runPosted();
+        }
+        return condition();
+    }
+
+private:
+    fakes::FakeMainQueue queue_;
+    std::unique_ptr<ApplicationCatalog> catalog_;
+};
+
 class FakeWindowListDriver {
 public:
     WindowList& list() { return fake_; }
@@ -126,6 +153,7 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SleepAssertionsContract, FakeSleepAssertion
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, FilePanelContract, FakeFilePanelDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SystemSymbolsContract, FakeSystemSymbolsDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, WindowListContract, FakeWindowListDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, ApplicationCatalogContract, FakeApplicationCatalogDriver);
 
 } // namespace testing
 } // namespace quillane

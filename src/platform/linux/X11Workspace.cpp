@@ -89,6 +89,12 @@ std::optional<RunningApplication> X11Workspace::frontmostApplication() const {
 }
 
 std::vector<RunningApplication> X11Workspace::runningApplications(std::string_view bundleID) const {
+    auto found = applications();
+    std::erase_if(found, [&](const RunningApplication& one) { return one.bundleID != bundleID; });
+    return found;
+}
+
+std::vector<RunningApplication> X11Workspace::applications() const {
     std::vector<RunningApplication> found;
     const auto add = [&](xcb_window_t window) {
         const auto entry = windows_.find(window);
@@ -96,8 +102,10 @@ std::vector<RunningApplication> X11Workspace::runningApplications(std::string_vi
             return;
         }
         const auto& application = *entry->second.application;
-        if (application.bundleID == bundleID && application.pid != getpid() &&
-            std::ranges::find(found, application.pid, &RunningApplication::pid) == found.end()) {
+        const auto isKnown = [&](const RunningApplication& one) {
+            return one.pid == application.pid && one.bundleID == application.bundleID;
+        };
+        if (application.pid != getpid() && std::ranges::none_of(found, isKnown)) {
             found.push_back(application);
         }
     };

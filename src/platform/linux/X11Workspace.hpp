@@ -37,6 +37,9 @@ public:
     /// Closes the application's windows, as their close buttons would; a process without any gets SIGTERM.
     bool terminate(pid_t pid) override;
 
+    /// Everything that has a window, without this process: a process once for each class of its windows.
+    [[nodiscard]] std::vector<RunningApplication> applications() const;
+
     [[nodiscard]] bool launchedAtLogin() const override { return launchedAtLogin_; }
 
     core::Subscription onDidActivateApplication(std::function<void()> callback) override;

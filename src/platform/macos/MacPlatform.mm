@@ -7,6 +7,7 @@
 #include "platform/common/QtMainQueue.hpp"
 #include "platform/common/ThreadSerialQueue.hpp"
 #include "platform/macos/MacAccessibility.hpp"
+#include "platform/macos/MacApplicationCatalog.hpp"
 #include "platform/macos/MacApplicationMenu.hpp"
 #include "platform/macos/MacEventTap.hpp"
 #include "platform/macos/MacFilePanel.hpp"
@@ -43,6 +44,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.legacyPreferences = preferencesDomain(core::InstallationMigration::legacyBundleID);
     platform.workspace =
         std::make_unique<MacWorkspace>(options.atLogin); // hears of the launch, so before it is finished
+    platform.applicationCatalog = std::make_unique<MacApplicationCatalog>();
     finishLaunching();
     platform.inputSources = std::make_unique<MacInputSources>();
     platform.keyEvents = std::make_unique<MacKeyEvents>();

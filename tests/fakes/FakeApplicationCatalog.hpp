@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/ApplicationCatalog.hpp"
+#include "platform/MainQueue.hpp"
+
+#include <memory>
+#include <utility>
+
+namespace quillane::fakes {
+
+/// The applications that a test has installed. It answers on the main queue, as the real one does.
+class FakeApplicationCatalog final : public ApplicationCatalog {
+public:
+    explicit FakeApplicationCatalog(MainQueue& queue) : queue_(queue) {}
+
+    void read(Handler handler) override {
+        queue_.post([this, handler = std::move(handler), alive = std::weak_ptr<void>(alive_)] {
+            if (!alive.expired()) {
+                handler(applications);
+            }
+        });
+    }
+
+    std::vector<KnownApplication> applications;
+
+private:
+    MainQueue& queue_;
+    std::shared_ptr<void> alive_ = std::make_shared<int>();
+};
+
+} // namespace quillane::fakes
