@@ -217,6 +217,9 @@ SettingsServices AppDelegate::settingsServices() {
     clipboard.isShortcutTaken = [this] { return clipboard_.hasHotKeyConflict(); };
     clipboard.retryShortcut = [this] { clipboard_.registerShortcut(); };
     clipboard.clear = [this] { clipboard_.clear(core::ClipboardHistory::Clearing::includePins); };
+    clipboard.findApplications = [this](ApplicationCatalog::Handler handler) {
+        services_.applicationCatalog.read(std::move(handler));
+    };
     return {.model = model_,
             .preferences = preferences_,
             .userDefaults = defaults,

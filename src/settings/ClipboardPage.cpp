@@ -8,13 +8,16 @@
 #include "settings/FeatureRow.hpp"
 #include "settings/SwitchButton.hpp"
 
+#include <QCollator>
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
+#include <QStringList>
 
 #include <algorithm>
 
@@ -30,6 +33,7 @@ ClipboardPage::ClipboardPage(const SettingsServices& services) : SettingsPageVie
     addExclusions();
     addClearing();
     addStretch();
+    findApplications(); // for the names of those that are excluded
 }
 
 ClipboardPage::Options ClipboardPage::options() const {
@@ -141,25 +145,46 @@ void ClipboardPage::addPanel() {
               {200, 3000, 100});
 }
 
+void ClipboardPage::findApplications(const std::function<void()>& found) {
+    if (!services().clipboard.findApplications) {
+        return;
+    }
+    services().clipboard.findApplications(
+        [page = QPointer(this), found](const std::vector<KnownApplication>& applications) {
+            if (!page) {
+                return;
+            }
+            page->applications_ = applications;
+            const QCollator collator;
+            std::ranges::sort(page->applications_, [&](const KnownApplication& a, const KnownApplication& b) {
+                return collator.compare(QString::fromStdString(a.name), QString::fromStdString(b.name)) < 0;
+            });
+            page->refresh();
+            if (found) {
+                found();
+            }
+        });
+}
+
 QString ClipboardPage::nameOf(const std::string& bundleID) const {
-    const auto& known = services().clipboard.applications;
-    const auto choices = known ? known() : std::vector<ApplicationChoice>{};
-    const auto found = std::ranges::find(choices, bundleID, &ApplicationChoice::bundleID);
-    return QString::fromStdString(found != choices.end() ? found->name : bundleID);
+    const auto found = std::ranges::find(applications_, bundleID, &KnownApplication::bundleID);
+    return QString::fromStdString(found != applications_.end() ? found->name : bundleID);
 }
 
 void ClipboardPage::addExclusions() {
     auto& card = addCard(texts::excludedApplications);
     auto* list = new QVBoxLayout;
     list->setSpacing(6);
-    bind([this, list, shown = std::vector<std::string>{"\x01"},
-          spoken = core::AppLanguage::english](core::AppLanguage language) mutable {
+    bind([this, list, shown = QStringList{QString()}](core::AppLanguage language) mutable {
         const auto ignored = options().ignoredApps;
-        if (ignored == shown && spoken == language) {
+        QStringList wanted{rendered(texts::noExcludedApplications, language)};
+        for (const auto& bundleID : ignored) {
+            wanted << nameOf(bundleID) << QString::fromStdString(bundleID);
+        }
+        if (wanted == shown) {
             return;
         }
-        shown = ignored;
-        spoken = language;
+        shown = wanted;
         while (auto* item = list->takeAt(0)) {
             item->widget()->hide();
             item->widget()->deleteLater();
@@ -194,8 +219,9 @@ void ClipboardPage::addExclusions() {
     bindText(explanation, [] { return texts::excludedApplicationsExplanation; });
     auto* add = button(texts::addApplication, [] {});
     add->setObjectName(QStringLiteral("addApplication"));
-    connect(add, &QPushButton::clicked, this, [this, add] { chooseApplication(add); });
-    bindVisible(add, [this] { return services().clipboard.applications != nullptr; });
+    connect(add, &QPushButton::clicked, this,
+            [this, add] { findApplications([this, add] { chooseApplication(add); }); });
+    bindVisible(add, [this] { return services().clipboard.findApplications != nullptr; });
     bottom->addWidget(explanation, 1);
     bottom->addWidget(add);
     card.addRow(cardRow(bottom));
@@ -204,18 +230,24 @@ void ClipboardPage::addExclusions() {
 void ClipboardPage::chooseApplication(QWidget* anchor) {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setStyleSheet(QStringLiteral("QMenu { menu-scrollable: 1; }")); // instead of many columns
     const auto ignored = options().ignoredApps;
-    for (const auto& choice : services().clipboard.applications()) {
-        if (std::ranges::find(ignored, choice.bundleID) != ignored.end()) {
-            continue;
+    const auto add = [&](bool running) {
+        for (const auto& choice : applications_) {
+            if (choice.running != running || std::ranges::find(ignored, choice.bundleID) != ignored.end()) {
+                continue;
+            }
+            auto* action =
+                menu->addAction(QString::fromStdString(choice.name).replace(QLatin1Char('&'), QStringLiteral("&&")));
+            action->setToolTip(QString::fromStdString(choice.bundleID));
+            connect(action, &QAction::triggered, this, [this, bundleID = choice.bundleID] {
+                change([&](Options& changed) { changed.ignoredApps.push_back(bundleID); });
+            });
         }
-        auto* action =
-            menu->addAction(QString::fromStdString(choice.name).replace(QLatin1Char('&'), QStringLiteral("&&")));
-        action->setToolTip(QString::fromStdString(choice.bundleID));
-        connect(action, &QAction::triggered, this, [this, bundleID = choice.bundleID] {
-            change([&](Options& changed) { changed.ignoredApps.push_back(bundleID); });
-        });
-    }
+    };
+    add(true);
+    menu->addSeparator();
+    add(false);
     menu->popup(anchor->mapToGlobal(QPoint(0, anchor->height())));
 }
 

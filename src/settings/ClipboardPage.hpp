@@ -34,9 +34,12 @@ private:
 
     [[nodiscard]] Options options() const;
     void change(const std::function<void(Options&)>& change);
+    void findApplications(const std::function<void()>& found = {});
     void chooseApplication(QWidget* anchor);
     [[nodiscard]] QString nameOf(const std::string& bundleID) const;
     void askToClear();
+
+    std::vector<KnownApplication> applications_; ///< as of the last time they were looked for, by name
 };
 
 } // namespace quillane

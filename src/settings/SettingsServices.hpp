@@ -7,6 +7,7 @@
 #include "core/clipboard/ClipboardOptions.hpp"
 #include "core/preferences/AppPreferences.hpp"
 #include "permissions/PermissionController.hpp"
+#include "platform/ApplicationCatalog.hpp"
 #include "platform/WindowTraits.hpp"
 #include "system/AppUpdater.hpp"
 #include "system/LoginItemController.hpp"
@@ -19,12 +20,6 @@
 
 namespace quillane {
 
-/// An application that copies can be kept out of the history of.
-struct ApplicationChoice {
-    std::string bundleID;
-    std::string name;
-};
-
 /// The clipboard history as its page sees it. A function that is absent is not offered.
 struct ClipboardSettings {
     std::function<core::ClipboardOptions()> options;
@@ -33,8 +28,8 @@ struct ClipboardSettings {
     std::function<bool()> hasStorageError; ///< the history is in memory only
     std::function<bool()> isShortcutTaken; ///< another program has the hot key
     std::function<void()> retryShortcut;
-    std::function<void()> clear;                                  ///< forgets everything, pinned entries too
-    std::function<std::vector<ApplicationChoice>()> applications; ///< running and installed ones, by name
+    std::function<void()> clear;                                       ///< forgets everything, pinned entries too
+    std::function<void(ApplicationCatalog::Handler)> findApplications; ///< as ApplicationCatalog does
 };
 
 /// What the settings window shows and changes. Everything referred to must outlive the window.

@@ -21,7 +21,11 @@ namespace quillane {
 /// The settings window over real models, with the desktop faked and drawn off the screen.
 class SettingsTest : public testing::Test {
 protected:
-    SettingsTest() { preferences.choose(core::AppLanguage::english); }
+    SettingsTest() {
+        preferences.choose(core::AppLanguage::english);
+        desktop.applicationCatalog.applications = {{"com.example.mail", "Mail"},
+                                                   {"com.example.editor", "Editor", true}};
+    }
 
     SettingsWindow& window() {
         if (!window_) {
@@ -48,8 +52,8 @@ protected:
         clipboard.isShortcutTaken = [this] { return shortcutTaken; };
         clipboard.retryShortcut = [this] { ++retries; };
         clipboard.clear = [this] { ++clearings; };
-        clipboard.applications = [] {
-            return std::vector<ApplicationChoice>{{"com.example.editor", "Editor"}, {"com.example.mail", "Mail"}};
+        clipboard.findApplications = [this](const ApplicationCatalog::Handler& handler) {
+            desktop.applicationCatalog.read(handler);
         };
         return {.model = model,
                 .preferences = preferences,
@@ -64,9 +68,10 @@ protected:
     }
 
     /// Lets nested layouts come to rest: each level asks the next one in an event of its own.
-    static void settle() {
+    void settle() {
         for (int round = 0; round < 10; ++round) {
             QApplication::processEvents();
+            desktop.settle();
         }
     }
 

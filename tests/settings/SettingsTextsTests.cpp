@@ -3,6 +3,7 @@
 
 #include "settings/SettingsTest.hpp"
 
+#include "core/direction/SupportedApplication.hpp"
 #include "core/fileshare/FileShareServer.hpp"
 #include "core/localization/AppTranslations.hpp"
 #include "settings/SettingsView.hpp"
@@ -103,6 +104,12 @@ protected:
                             QString::fromStdString(core::FileShareServer::standard().host())};
     int checked_ = 0;
 
+    void readNames() {
+        for (const auto& application : core::supportedApplications) {
+            data_.insert(QString::fromUtf8(application.displayName.data()));
+        }
+    }
+
 private:
     std::set<QString> rows_;
     std::vector<QRegularExpression> patterns_;
@@ -110,6 +117,7 @@ private:
 
 TEST_P(SettingsTextsTests, EveryTextHasARowInTheTable) {
     readTable(GetParam());
+    readNames();
     preferences.choose(GetParam());
     clipboardOptions.ignoredApps = {"com.example.editor"};
     shortcutTaken = true;

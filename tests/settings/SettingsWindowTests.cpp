@@ -10,6 +10,8 @@
 
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QTest>
 #include <QTextBlock>
@@ -185,6 +187,72 @@ TEST_F(SettingsWindowTests, ExcludedApplicationsCanBeRemoved) {
     find<QPushButton>("remove").click();
     EXPECT_EQ(clipboardOptions.ignoredApps, std::vector<std::string>{"com.example.gone"});
     EXPECT_FALSE(shows("Editor"));
+}
+
+TEST_F(SettingsWindowTests, AnApplicationIsChosenAmongRunningAndInstalledOnes) {
+    desktop.applicationCatalog.applications.push_back({"com.example.archive", "archive & more"});
+    clipboardOptions.ignoredApps = {"com.example.mail"};
+    present(SettingsPage::clipboard);
+    find<QPushButton>("addApplication").click();
+    EXPECT_EQ(window().findChild<QMenu*>(), nullptr); // nothing waits for the list
+    settle();
+    const auto* menu = window().findChild<QMenu*>();
+    ASSERT_NE(menu, nullptr);
+    QStringList names;
+    for (const auto* action : menu->actions()) {
+        names << (action->isSeparator() ? QStringLiteral("-") : action->text());
+    }
+    EXPECT_EQ(names, QStringList({"Editor", "-", "archive && more"})); // what runs comes first
+    menu->actions().at(0)->trigger();
+    EXPECT_EQ(clipboardOptions.ignoredApps, (std::vector<std::string>{"com.example.mail", "com.example.editor"}));
+    settle();
+    EXPECT_TRUE(shows("Editor"));
+}
+
+TEST_F(SettingsWindowTests, AListOfApplicationsThatComesAfterTheWindowIsGoneChangesNothing) {
+    window().present(SettingsPage::clipboard);
+    closeForever();
+    EXPECT_NO_THROW(desktop.settle());
+}
+
+TEST_F(SettingsWindowTests, ADirectionIsTestedInTheApplicationThatIsChosen) {
+    auto runtime = model.runtime();
+    runtime.monitorRunning = runtime.accessibilityGranted = true;
+    model.setRuntime(runtime);
+    auto options = model.options();
+    options.writingDirection = true;
+    model.setOptions(options);
+    std::vector<core::WritingDirection> tested;
+    model.testDirection = [&](core::WritingDirection direction) { tested.push_back(direction); };
+    present(SettingsPage::testing);
+    auto& rightToLeft = find<QPushButton>("testRightToLeft");
+    EXPECT_FALSE(rightToLeft.isEnabled()); // nothing was in front yet
+    model.setTestTargetID("com.apple.TextEdit");
+    settle();
+    EXPECT_EQ(find<QComboBox>("target").currentText(), "TextEdit");
+    find<QComboBox>("target").activated(1);
+    settle();
+    EXPECT_EQ(model.testTargetID(), "com.google.Chrome");
+    EXPECT_EQ(find<QComboBox>("target").currentText(), "Chrome");
+    rightToLeft.click();
+    find<QPushButton>("testLeftToRight").click();
+    EXPECT_EQ(tested, (std::vector{core::WritingDirection::rightToLeft, core::WritingDirection::leftToRight}));
+    options.paused = true;
+    model.setOptions(options);
+    window().view().refresh();
+    EXPECT_FALSE(rightToLeft.isEnabled());
+}
+
+TEST_F(SettingsWindowTests, AWarningHasTheColourOfWarnings) {
+    present(SettingsPage::general);
+    for (const bool dark : {true, false}) {
+        useDark(dark);
+        find<QLineEdit>("address").setText("http://files.example");
+        auto& warning = find<QLabel>("warning");
+        EXPECT_TRUE(warning.isVisibleTo(&window()));
+        const auto& shades = core::BrandPalette::shades(dark ? core::Appearance::dark : core::Appearance::light);
+        EXPECT_EQ(warning.palette().color(QPalette::WindowText), qColor(shades.warning));
+    }
 }
 
 TEST_F(SettingsWindowTests, AShortcutThatIsTakenCanBeTriedAgain) {
