@@ -63,9 +63,7 @@ void FileShareSettingsView::build() {
     save_->setObjectName(QStringLiteral("save"));
     restore_->setObjectName(QStringLiteral("restore"));
     restore_->setText(QString::fromStdString(core::FileShareServer::standard().host()));
-    auto colors = warning_->palette();
-    colors.setColor(QPalette::WindowText, QColor(0xB3, 0x4A, 0x00)); // seen on light and dark windows
-    warning_->setPalette(colors);
+    warning_->setProperty("role", QStringLiteral("warning")); // the colour is the window's
 
     auto* row = new QHBoxLayout;
     row->addWidget(address_, 1);

@@ -3,11 +3,15 @@
 
 #include "settings/TestingPage.hpp"
 
+#include "core/direction/SupportedApplication.hpp"
 #include "core/localization/Texts.hpp"
 #include "settings/Card.hpp"
 #include "settings/FeatureRow.hpp"
 
+#include <QComboBox>
+#include <QHBoxLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QTextBlockFormat>
 #include <QTextCursor>
 #include <QTextEdit>
@@ -20,6 +24,12 @@ using core::MacPermission;
 
 TestingPage::TestingPage(const SettingsServices& services) : SettingsPageView(services), box_(new QTextEdit) {
     addCheck();
+    addTryOut();
+    addTarget();
+    addStretch();
+}
+
+void TestingPage::addTryOut() {
     auto& card = addCard(texts::tryDirectionShortcuts);
     auto* column = new QVBoxLayout;
     column->setSpacing(8);
@@ -37,7 +47,51 @@ TestingPage::TestingPage(const SettingsServices& services) : SettingsPageView(se
     column->addWidget(box_);
     column->addWidget(explanation);
     card.addRow(cardRow(column));
-    addStretch();
+}
+
+void TestingPage::addTarget() {
+    auto& model = services().model;
+    auto& card = addCard(texts::testInApplication);
+    auto& row = addRow(
+        card, "paragraphsign", [] { return texts::applicationToTest; },
+        [&model]() -> core::LocalizedText {
+            return model.canTestDirection() ? texts::openSelectedApp : texts::enableDirectionFeature;
+        });
+    auto* target = new QComboBox;
+    target->setObjectName(QStringLiteral("target"));
+    target->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    for (const auto& application : core::supportedApplications) {
+        const auto name = application.displayName;
+        target->addItem(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
+    }
+    target->setPlaceholderText(QStringLiteral("—"));
+    connect(target, &QComboBox::activated, this, [&model](int index) {
+        model.setTestTargetID(std::string(core::supportedApplications.at(static_cast<std::size_t>(index)).bundleID));
+    });
+    bind([&model, target](core::AppLanguage language) {
+        target->setAccessibleName(rendered(texts::applicationToTest, language));
+        const auto chosen = core::supportedApplication(model.testTargetID());
+        target->setCurrentIndex(chosen ? static_cast<int>(*chosen) : -1);
+    });
+    row.setControl(target);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    const auto add = [&](const char* name, const core::LocalizedText& text, core::WritingDirection direction) {
+        auto* made = button(text, [&model, direction] {
+            if (model.testDirection) {
+                model.testDirection(direction);
+            }
+        });
+        made->setObjectName(QLatin1String(name));
+        bind([&model, made](core::AppLanguage) {
+            made->setEnabled(model.canTestDirection() && core::supportedApplication(model.testTargetID()));
+        });
+        buttons->addWidget(made);
+    };
+    add("testRightToLeft", texts::rightToLeft, core::WritingDirection::rightToLeft);
+    add("testLeftToRight", texts::leftToRight, core::WritingDirection::leftToRight);
+    card.addRow(cardRow(buttons));
 }
 
 void TestingPage::addCheck() {

@@ -22,6 +22,8 @@ public:
 
 private:
     void addCheck();
+    void addTryOut();
+    void addTarget();
 
     QTextEdit* box_;
 };

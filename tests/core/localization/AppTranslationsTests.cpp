@@ -153,12 +153,20 @@ TEST(AppTranslations, KeepsLatinNamesInEveryLanguage) {
     }
 }
 
-TEST(AppTranslations, HoldsNoInvisibleMarksButIsolatesAroundArguments) {
+constexpr UChar32 leftToRightMark = 0x200E;
+
+TEST(AppTranslations, HoldsNoInvisibleMarksButIsolatesAroundArgumentsAndWhatKeepsASignBeforeItsWord) {
     forEveryText([](const Message&, std::string_view text) {
         auto rest = unicode(text);
         rest.findAndReplace(unicode("\u2068%@\u2069"), unicode("%@"));
         for (const auto point : codePoints(text)) {
-            if (point == 0x2068 || point == 0x2069) {
+            if (point == leftToRightMark) {
+                for (auto at = rest.indexOf(point); at >= 0; at = rest.indexOf(point, at + 1)) {
+                    EXPECT_TRUE(at > 0 && rest.charAt(at - 1) == u' ' && !u_isalnum(rest.char32At(at + 1)) &&
+                                u_isalpha(rest.char32At(at + 2)))
+                        << "a mark that is not before a sign and its word";
+                }
+            } else if (point == 0x2068 || point == 0x2069) {
                 EXPECT_EQ(rest.indexOf(point), -1) << "an isolate that is not around an argument";
             } else {
                 EXPECT_NE(u_charType(point), U_FORMAT_CHAR);
