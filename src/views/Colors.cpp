@@ -58,7 +58,7 @@ core::Appearance currentAppearance() {
     return appearanceOf(QGuiApplication::palette());
 }
 
-QString controlsStyleSheet(core::Appearance appearance) {
+QString styleSheet(const char* ruleText, core::Appearance appearance) {
     const auto& shades = core::BrandPalette::shades(appearance);
     const std::array names{
         std::pair{"%window", shades.window},
@@ -75,11 +75,15 @@ QString controlsStyleSheet(core::Appearance appearance) {
         std::pair{"%amber", core::BrandPalette::amber(appearance)},
         std::pair{"%primary", core::BrandPalette::primary(appearance)},
     };
-    auto sheet = QString::fromLatin1(rules);
+    auto sheet = QString::fromLatin1(ruleText);
     for (const auto& [name, color] : names) {
         sheet.replace(QLatin1String(name), qColor(color).name());
     }
     return sheet;
+}
+
+QString controlsStyleSheet(core::Appearance appearance) {
+    return styleSheet(rules, appearance);
 }
 
 } // namespace quillane

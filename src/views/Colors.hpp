@@ -22,6 +22,10 @@ namespace quillane {
 /// The appearance of the desktop at the moment.
 [[nodiscard]] core::Appearance currentAppearance();
 
+/// A style sheet in which a colour is written by its name, "%card": those of `BrandPalette::Shades`, "%amber" and
+/// "%primary".
+[[nodiscard]] QString styleSheet(const char* ruleText, core::Appearance appearance);
+
 /// What text fields, buttons and lists of the program's windows look like.
 [[nodiscard]] QString controlsStyleSheet(core::Appearance appearance);
 

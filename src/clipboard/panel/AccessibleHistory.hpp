@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QAccessible>
+
+class QObject;
+class QString;
+
+namespace quillane {
+
+/// What screen readers see of a `HistoryList`: a list whose rows have names, states and actions. Rows are made when
+/// they are asked for. Null for every other object.
+[[nodiscard]] QAccessibleInterface* accessibleHistory(const QString& className, QObject* object);
+
+} // namespace quillane

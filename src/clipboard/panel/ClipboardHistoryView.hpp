@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "clipboard/panel/ClipboardRow.hpp"
+#include "clipboard/panel/EntryPreview.hpp"
+#include "clipboard/panel/HistoryList.hpp"
+#include "clipboard/panel/HistoryPanelServices.hpp"
+#include "clipboard/panel/SearchBox.hpp"
+
+#include <QWidget>
+
+class QKeyEvent;
+class QLabel;
+class QMenu;
+class QStackedLayout;
+class QToolButton;
+
+namespace quillane {
+
+/// What the panel shows: the search field, the list of what is found, and a line about the keys or the last choice.
+class ClipboardHistoryView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ClipboardHistoryView(const HistoryPanelServices& services);
+
+    /// The panel opens: from the top, with the keys in the search field.
+    void begin();
+
+    /// The panel has closed: lets go of everything that it showed.
+    void end();
+
+    /// Does what a key stands for; false when it types.
+    bool handleKey(const QKeyEvent& event);
+
+    /// The menu of the selected row, beside it.
+    void openMenu();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void build();
+    void connectList();
+    void update();
+    void updateSelection();
+    void updateEmptyState(core::AppLanguage language);
+    void redraw();
+    void openMenu(const core::Uuid& id, QPoint at);
+    void choose(const QModelIndex& index);
+    void hover(const QModelIndex& index);
+    void showPreview(const core::Uuid& id);
+    void dismissPreview();
+    void openSettings();
+    void showHelp();
+    bool filterKey(QObject* watched, QKeyEvent& event);
+
+    HistoryPanelServices services_;
+    PanelSymbols symbols_;
+    EntryImages images_;
+    EntryFiles files_;
+    EntryList* entries_;
+    SearchBox* search_;
+    HistoryList* list_;
+    ClipboardRow* row_;
+    QStackedLayout* pages_ = nullptr;
+    QLabel* emptySymbol_;
+    QLabel* emptyTitle_;
+    QLabel* emptyText_;
+    QLabel* footer_;
+    QToolButton* help_;
+    QToolButton* settings_;
+    EntryPreview* preview_;
+    std::optional<core::Uuid> hovered_;
+    std::uint64_t hovering_ = 0; ///< of rows that the pointer came to; a preview of an earlier one is not shown
+    std::optional<core::Uuid> announced_;
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< for previews that are still to come
+    core::Subscription panelChange_;
+    core::Subscription languageChange_;
+};
+
+} // namespace quillane

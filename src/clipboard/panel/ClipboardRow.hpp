@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "clipboard/panel/EntryFiles.hpp"
+#include "clipboard/panel/EntryImages.hpp"
+#include "clipboard/panel/EntryList.hpp"
+#include "clipboard/panel/PanelSymbols.hpp"
+
+#include <QStyledItemDelegate>
+
+namespace quillane {
+
+/// Draws one entry: its contents, where it comes from, whether it is pinned, and the key that pastes it. Rows are drawn
+/// when they come into view and nothing is made for the others.
+class ClipboardRow : public QStyledItemDelegate {
+    Q_OBJECT
+
+public:
+    ClipboardRow(const EntryList& list, EntryImages& images, EntryFiles& files, PanelSymbols& symbols, QObject* parent);
+
+    /// The height of pictures, in points.
+    void setImageHeight(int height) { imageHeight_ = height; }
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+
+    /// Rows that have been drawn, one that was drawn twice counted twice.
+    [[nodiscard]] int drawnCount() const { return drawn_; }
+
+private:
+    struct Drawing;
+
+    int drawText(const Drawing& drawing, const QRect& rect) const;
+    int drawImage(const Drawing& drawing, const QRect& rect) const;
+    int drawFiles(const Drawing& drawing, const QRect& rect) const;
+    void drawTile(const Drawing& drawing, const QRect& rect) const;
+    void drawMarks(const Drawing& drawing, const QRect& rect) const;
+    [[nodiscard]] int contentHeight(const QFont& font, const core::ClipboardEntry& entry, int width) const;
+    [[nodiscard]] QSize imageBounds(int width, qreal ratio) const;
+
+    const EntryList& list_;
+    EntryImages& images_;
+    EntryFiles& files_;
+    PanelSymbols& symbols_;
+    int imageHeight_ = 60;
+    mutable int drawn_ = 0;
+};
+
+} // namespace quillane

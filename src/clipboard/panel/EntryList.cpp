@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "clipboard/panel/EntryList.hpp"
+
+#include "clipboard/panel/EntryTexts.hpp"
+
+#include <algorithm>
+
+namespace quillane {
+
+void EntryList::setEntries(const std::vector<core::ClipboardEntry>& entries, const std::string& query) {
+    query_ = core::SearchQuery(query);
+    if (std::ranges::equal(entries, entries_, {}, &core::ClipboardEntry::id, &core::ClipboardEntry::id)) {
+        entries_ = entries; // a pin or a date may have changed, and what is bold
+        if (!entries_.empty()) {
+            emit dataChanged(index(0), index(rowCount() - 1));
+        }
+        return;
+    }
+    beginResetModel();
+    entries_ = entries;
+    endResetModel();
+}
+
+std::optional<int> EntryList::rowOf(const core::Uuid& id) const {
+    const auto found = std::ranges::find(entries_, id, &core::ClipboardEntry::id);
+    if (found == entries_.end()) {
+        return std::nullopt;
+    }
+    return static_cast<int>(found - entries_.begin());
+}
+
+int EntryList::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(entries_.size());
+}
+
+QVariant EntryList::data(const QModelIndex& index, int role) const {
+    if (!index.isValid() || index.row() >= rowCount() || role != Qt::AccessibleTextRole) {
+        return {};
+    }
+    const auto& shown = entry(index.row());
+    const auto state = shown.kind == core::ClipboardKind::files ? files_.state(shown) : EntryFiles::State::present;
+    return accessibleName(shown, state, language_);
+}
+
+} // namespace quillane

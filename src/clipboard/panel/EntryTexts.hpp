@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "clipboard/panel/EntryFiles.hpp"
+#include "core/clipboard/ClipboardEntry.hpp"
+#include "core/localization/AppLanguage.hpp"
+#include "core/localization/LocalizedText.hpp"
+
+#include <QSize>
+#include <QString>
+
+namespace quillane {
+
+[[nodiscard]] inline QString rendered(const core::LocalizedText& text, core::AppLanguage language) {
+    return QString::fromStdString(text.rendered(language));
+}
+
+/// What an entry is: "Text", "Image", "File" or "Files".
+[[nodiscard]] QString kindName(const core::ClipboardEntry& entry, core::AppLanguage language);
+
+/// The names of the entry's files, each isolated from the others' direction.
+[[nodiscard]] QStringList fileNames(const core::ClipboardEntry& entry);
+
+/// "1280 × 720", in this order in every language.
+[[nodiscard]] QString sizeName(QSize pixels);
+
+/// The line below the contents: the application that it comes from, or else what it is; then what else is known.
+[[nodiscard]] QString sourceLine(const core::ClipboardEntry& entry, QSize pixels, EntryFiles::State state,
+                                 core::AppLanguage language);
+
+/// What a screen reader says for the entry: what it is, how it begins, where it comes from, whether it is pinned.
+[[nodiscard]] QString accessibleName(const core::ClipboardEntry& entry, EntryFiles::State state,
+                                     core::AppLanguage language);
+
+} // namespace quillane

@@ -1,0 +1,21 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "clipboard/panel/HistoryList.hpp"
+
+#include "clipboard/panel/AccessibleHistory.hpp"
+
+namespace quillane {
+
+HistoryList::HistoryList() {
+    QAccessible::installFactory(&accessibleHistory); // Qt knows it once, however often it is told
+}
+
+void HistoryList::announce(int row) {
+    QAccessibleEvent event(this, QAccessible::Focus);
+    event.setChild(row);
+    QAccessible::updateAccessibility(&event);
+    emit rowAnnounced(row);
+}
+
+} // namespace quillane

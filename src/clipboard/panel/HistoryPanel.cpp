@@ -1,0 +1,134 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "clipboard/panel/HistoryPanel.hpp"
+
+#include "core/clipboard/ClipboardPanelPlacement.hpp"
+#include "core/localization/Texts.hpp"
+#include "views/Colors.hpp"
+
+#include <QApplication>
+#include <QBitmap>
+#include <QCursor>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QVBoxLayout>
+
+namespace quillane {
+
+namespace {
+
+constexpr qreal cornerRadius = 12;
+
+/// The rules count upward from below.
+core::Rect flipped(const QRect& rect) {
+    return {static_cast<double>(rect.left()), -static_cast<double>(rect.top() + rect.height()),
+            static_cast<double>(rect.width()), static_cast<double>(rect.height())};
+}
+
+QRect flipped(const core::Rect& rect) {
+    return QRectF(rect.x, -rect.maxY(), rect.width, rect.height).toRect();
+}
+
+} // namespace
+
+HistoryPanel::HistoryPanel(const HistoryPanelServices& services)
+    : panel_(services.panel), view_(new ClipboardHistoryView(services)) {
+    services.windowTraits.makePanel(*this, PanelKind::search);
+    setObjectName(QStringLiteral("historyPanel"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(1, 1, 1, 1);
+    layout->addWidget(view_);
+    resize(preferredSize);
+    const auto name = [this, &preferences = services.preferences] {
+        const auto title = QString::fromStdString(core::texts::clipboardHistory.rendered(preferences.state().language));
+        setWindowTitle(title);
+        setAccessibleName(title);
+    };
+    panel_.onShow = [this, name] {
+        name();
+        present();
+    };
+    panel_.onClose = [this] {
+        hide();
+        view_->end();
+    };
+}
+
+HistoryPanel::~HistoryPanel() {
+    panel_.onShow = nullptr;
+    panel_.onClose = nullptr;
+}
+
+void HistoryPanel::present() {
+    view_->begin();
+    place();
+    show();
+    raise();
+    activateWindow();
+}
+
+void HistoryPanel::place() {
+    const auto pointer = QCursor::pos();
+    const auto* screen = QGuiApplication::screenAt(pointer);
+    if (screen == nullptr) {
+        screen = QGuiApplication::primaryScreen();
+    }
+    const auto at =
+        panel_.options().popupAtCursor
+            ? std::optional(core::Point{static_cast<double>(pointer.x()), -static_cast<double>(pointer.y())})
+            : std::nullopt;
+    setGeometry(flipped(core::ClipboardPanelPlacement::frame(
+        at, flipped(screen->availableGeometry()),
+        {static_cast<double>(preferredSize.width()), static_cast<double>(preferredSize.height())})));
+}
+
+bool HistoryPanel::event(QEvent* event) {
+    // A menu of the panel's own takes the keys for a while.
+    if (event->type() == QEvent::WindowDeactivate && !windowFlags().testFlag(Qt::Popup) &&
+        QApplication::activePopupWidget() == nullptr) {
+        panel_.close();
+    }
+    return QWidget::event(event);
+}
+
+void HistoryPanel::keyPressEvent(QKeyEvent* event) {
+    if (!view_->handleKey(*event)) {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void HistoryPanel::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    if (!event->spontaneous()) {
+        panel_.close(); // a click elsewhere hides a pop-up
+    }
+}
+
+void HistoryPanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    if ((windowFlags() & Qt::WindowType_Mask) != Qt::Popup) {
+        return; // the desktop rounds the corners itself
+    }
+    QBitmap mask(size());
+    mask.clear();
+    QPainter painter(&mask);
+    painter.setBrush(Qt::color1);
+    painter.setPen(Qt::NoPen);
+    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    painter.end();
+    setMask(mask);
+}
+
+void HistoryPanel::paintEvent(QPaintEvent* /*event*/) {
+    const auto& shades = core::BrandPalette::shades(currentAppearance());
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillRect(rect(), qColor(shades.window));
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(qColor(shades.outline), 1));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius, cornerRadius);
+}
+
+} // namespace quillane

@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "clipboard/ClipboardPanel.hpp"
+#include "core/preferences/AppPreferences.hpp"
+#include "platform/MainQueue.hpp"
+#include "platform/SerialQueue.hpp"
+#include "platform/WindowTraits.hpp"
+
+#include <QIcon>
+
+#include <functional>
+#include <string>
+
+namespace quillane {
+
+/// What the window of the clipboard history needs. Everything referred to must outlive it.
+struct HistoryPanelServices {
+    ClipboardPanel& panel;
+    core::AppPreferences& preferences;
+    WindowTraits& windowTraits;
+    MainQueue& mainQueue;
+    SerialQueue& imageQueue; ///< for decoding pictures
+    SerialQueue& fileQueue;  ///< for asking after files, which a server that is away may hold up
+    std::function<QIcon(const std::string& name, const QColor& color)> symbol; ///< a null icon for unknown names
+    std::function<void()> openSettings;                                        ///< shows the settings of the history
+};
+
+} // namespace quillane

@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "core/keyboard/EventFlags.hpp"
+
+#include <optional>
+
+class QKeyEvent;
+
+/// Key presses of the window as the rules name them.
+namespace quillane::PanelKeyEvents {
+
+/// The place of the key, if it may mean anything to the panel. Digits are known in every script.
+[[nodiscard]] std::optional<core::KeyCode> keyCode(const QKeyEvent& event);
+
+/// Command is the modifier of menu shortcuts.
+[[nodiscard]] core::EventFlags flags(const QKeyEvent& event);
+
+/// The keys that opened the panel, where the window has them to itself: Super, Shift and the key of V.
+[[nodiscard]] bool isHotKey(const QKeyEvent& event);
+
+} // namespace quillane::PanelKeyEvents

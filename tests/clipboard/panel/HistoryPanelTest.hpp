@@ -1,0 +1,236 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "clipboard/panel/HistoryPanel.hpp"
+#include "core/clipboard/PasteboardTypes.hpp"
+#include "core/localization/Texts.hpp"
+#include "fakes/FakeHotKeys.hpp"
+#include "fakes/FakeKeyEvents.hpp"
+#include "fakes/FakeMainQueue.hpp"
+#include "fakes/FakePasteboard.hpp"
+#include "fakes/FakePermissionService.hpp"
+#include "fakes/FakeSecretStore.hpp"
+#include "fakes/FakeSecureInput.hpp"
+#include "fakes/FakeSerialQueue.hpp"
+#include "fakes/FakeUserDefaults.hpp"
+#include "fakes/FakeWindowTraits.hpp"
+#include "fakes/FakeWorkspace.hpp"
+#include "fakes/OffscreenApplication.hpp"
+#include "fakes/TemporaryFiles.hpp"
+
+#ifdef QUILLANE_LINE_ART
+#include "platform/linux/SystemSymbols.hpp"
+#endif
+
+#include <QApplication>
+#include <QBuffer>
+#include <QImage>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QMenu>
+#include <QPalette>
+#include <QTest>
+#include <QToolButton>
+
+#include <gmock/gmock.h>
+
+#include <memory>
+#include <stdexcept>
+
+namespace quillane {
+
+/// The window over the real model and manager, with the desktop faked and drawn off the screen.
+class HistoryPanelTest : public ::testing::Test {
+protected:
+    HistoryPanelTest() {
+        preferences.choose(core::AppLanguage::english);
+        workspace.activate(workspace.open("com.example.editor", "Editor"));
+        permissions.grant(core::MacPermission::accessibility);
+        manager.start();
+        auto options = manager.options();
+        options.enabled = true;
+        options.limit = 1000;
+        manager.setOptions(options);
+        settle();
+    }
+
+    ~HistoryPanelTest() override { useDark(false); }
+
+    HistoryPanel& window() {
+        if (!window_) {
+            window_ = std::make_unique<HistoryPanel>(services());
+        }
+        return *window_;
+    }
+
+    [[nodiscard]] HistoryPanelServices services() {
+        return {.panel = panel,
+                .preferences = preferences,
+                .windowTraits = windowTraits,
+                .mainQueue = queue,
+                .imageQueue = imageQueue,
+                .fileQueue = fileQueue,
+                .symbol =
+                    [](const std::string& name, const QColor& color) {
+#ifdef QUILLANE_LINE_ART
+                        auto icon = symbolIcon(name, color);
+                        EXPECT_FALSE(icon.isNull()) << name;
+                        return icon;
+#else
+                        return QIcon();
+#endif
+                    },
+                .openSettings = [this] { ++settingsOpened; }};
+    }
+
+    /// Everything that was posted runs, and the window is laid out.
+    void settle() {
+        for (int round = 0; round < 5; ++round) {
+            queue.runPosted();
+            vaultQueue.wait();
+            QApplication::processEvents();
+        }
+    }
+
+    /// Pictures and files are there too.
+    void load() {
+        for (int round = 0; round < 3; ++round) {
+            settle();
+            imageQueue.wait();
+            fileQueue.wait();
+        }
+        settle();
+    }
+
+    void open() {
+        window();
+        panel.show(workspace.frontmostApplication());
+        settle();
+    }
+
+    // What another application copies
+
+    void copied() {
+        queue.advance(std::chrono::milliseconds(500));
+        settle();
+    }
+
+    void copyText(const std::string& text) {
+        pasteboard.copyText(text);
+        copied();
+    }
+
+    static std::string png(QSize size, const QColor& color = Qt::darkCyan) {
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(color);
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::WriteOnly);
+        image.save(&buffer, "png");
+        return bytes.toStdString();
+    }
+
+    void copyImage(const std::string& bytes, std::string_view type = core::PasteboardTypes::png) {
+        pasteboard.copy({{{{std::string(type), bytes}}, {}}});
+        copied();
+    }
+
+    void copyFiles(const std::vector<std::string>& urls) {
+        std::vector<fakes::FakePasteboard::Item> items;
+        for (const auto& url : urls) {
+            items.push_back({{{std::string(core::PasteboardTypes::fileUrl), url}}, {}});
+        }
+        pasteboard.copy(std::move(items));
+        copied();
+    }
+
+    // What is seen
+
+    template <typename Widget>
+    [[nodiscard]] Widget& find(const char* name) {
+        auto* found = window().template findChild<Widget*>(QLatin1String(name));
+        if (found == nullptr) {
+            throw std::logic_error(std::string("no widget ") + name);
+        }
+        return *found;
+    }
+
+    [[nodiscard]] QListView& list() {
+        return find<QListView>("list");
+    }
+
+    [[nodiscard]] QLineEdit& field() {
+        return find<QLineEdit>("search");
+    }
+
+    [[nodiscard]] int rows() {
+        return list().model()->rowCount();
+    }
+
+    [[nodiscard]] QString nameOfRow(int row) {
+        return list().model()->index(row, 0).data(Qt::AccessibleTextRole).toString();
+    }
+
+    [[nodiscard]] static const ClipboardRow& delegateOf(QListView& list) {
+        return *qobject_cast<const ClipboardRow*>(list.itemDelegate());
+    }
+
+    [[nodiscard]] std::string pasted() const {
+        return pasteboard.string(core::PasteboardTypes::string).value_or(std::string());
+    }
+
+    static void useDark(bool dark) {
+        QPalette palette;
+        palette.setColor(QPalette::Window, dark ? QColor(30, 31, 34) : QColor(240, 240, 240));
+        palette.setColor(QPalette::WindowText, dark ? Qt::white : Qt::black);
+        QApplication::setPalette(palette);
+        QApplication::processEvents();
+    }
+
+private:
+    fakes::OffscreenApplication application_;
+
+protected:
+    fakes::TemporaryFiles files;
+    fakes::FakeMainQueue queue;
+    fakes::FakeUserDefaults userDefaults;
+    core::AppPreferences preferences{userDefaults};
+    fakes::FakeWorkspace workspace;
+    fakes::FakePasteboard pasteboard;
+    fakes::FakeHotKeys hotKeys{queue};
+    fakes::FakeSecureInput secureInput;
+    fakes::FakeSecretStore secrets;
+    fakes::FakeSerialQueue vaultQueue;
+    fakes::FakeSerialQueue imageQueue;
+    fakes::FakeSerialQueue fileQueue;
+    fakes::FakeKeyEvents keyEvents;
+    fakes::FakePermissionService permissions;
+    fakes::FakeWindowTraits windowTraits;
+    int settingsOpened = 0;
+    ClipboardManager manager{
+        {.mainQueue = queue,
+         .userDefaults = userDefaults,
+         .workspace = workspace,
+         .pasteboard = pasteboard,
+         .hotKeys = hotKeys,
+         .secureInput = secureInput,
+         .secretStore = secrets,
+         .vaultQueue = vaultQueue,
+         .vaultFolder = files.folder() / "history",
+         .now = [this] { return core::Date{7.8e8 + static_cast<double>(queue.now().count()) / 1e3}; }}};
+    ClipboardPanel panel{manager,
+                         {.mainQueue = queue,
+                          .workspace = workspace,
+                          .pasteboard = pasteboard,
+                          .keyEvents = keyEvents,
+                          .secureInput = secureInput,
+                          .permissions = permissions}};
+
+private:
+    std::unique_ptr<HistoryPanel> window_;
+};
+
+} // namespace quillane

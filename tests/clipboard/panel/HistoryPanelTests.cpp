@@ -1,0 +1,408 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "clipboard/panel/HistoryPanelTest.hpp"
+
+#include <QAccessible>
+#include <QCursor>
+#include <QScreen>
+#include <QScrollBar>
+
+namespace quillane {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+using ::testing::SizeIs;
+namespace texts = core::texts;
+
+class HistoryPanelWindow : public HistoryPanelTest {
+protected:
+    void copyThree() {
+        copyText("first");
+        copyText("second");
+        copyText("third");
+    }
+
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(&field(), key, modifiers);
+        settle();
+    }
+
+    void click(int row, Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mouseClick(list().viewport(), button, {}, list().visualRect(list().model()->index(row, 0)).center());
+        settle();
+    }
+
+    void rest(int row) {
+        QTest::mouseMove(list().viewport(), list().visualRect(list().model()->index(row, 0)).center());
+        emit list().entered(list().model()->index(row, 0));
+        queue.advance(700ms);
+        load();
+    }
+
+    [[nodiscard]] QWidget& preview() { return find<QWidget>("preview"); }
+
+    QMenu& openMenu(int row) {
+        emit list().customContextMenuRequested(list().visualRect(list().model()->index(row, 0)).center());
+        settle();
+        return find<QMenu>("rowMenu");
+    }
+
+    static QStringList titles(const QMenu& menu) {
+        QStringList all;
+        for (const auto* action : menu.actions()) {
+            if (!action->isSeparator()) {
+                all << action->text();
+            }
+        }
+        return all;
+    }
+
+    static void trigger(QMenu& menu, const QString& title) {
+        for (auto* action : menu.actions()) {
+            if (action->text() == title) {
+                action->trigger();
+                menu.close();
+                return;
+            }
+        }
+        FAIL() << title.toStdString();
+    }
+};
+
+// Opening and closing
+
+TEST_F(HistoryPanelWindow, IsASearchPanelThatOpensWithTheKeysInAnEmptyField) {
+    copyThree();
+    open();
+    EXPECT_THAT(windowTraits.panels, ElementsAre(std::pair<QWidget*, PanelKind>{&window(), PanelKind::search}));
+    EXPECT_TRUE(window().isVisible());
+    EXPECT_TRUE(field().hasFocus());
+    press(Qt::Key_S);
+    EXPECT_EQ(panel.query(), "s");
+    panel.close();
+    EXPECT_FALSE(window().isVisible());
+    open();
+    EXPECT_EQ(field().text(), QString());
+    EXPECT_EQ(list().currentIndex().row(), 0);
+}
+
+TEST_F(HistoryPanelWindow, HidesNoMatterHowItIsClosed) {
+    copyThree();
+    open();
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(panel.isVisible());
+    EXPECT_FALSE(window().isVisible());
+    open();
+    window().close(); // as a click elsewhere does to a pop-up
+    EXPECT_FALSE(panel.isVisible());
+    open();
+    press(Qt::Key_V, Qt::MetaModifier | Qt::ShiftModifier);
+    EXPECT_FALSE(panel.isVisible());
+}
+
+TEST_F(HistoryPanelWindow, StaysOnItsScreenWithAMargin) {
+    const auto screen = QGuiApplication::primaryScreen()->availableGeometry();
+    QCursor::setPos(screen.bottomRight());
+    open();
+    EXPECT_EQ(window().geometry().right(), screen.right() - 8);
+    EXPECT_EQ(window().geometry().bottom(), screen.bottom() - 8);
+    panel.close();
+    QCursor::setPos(screen.topLeft() + QPoint(100, 0));
+    open();
+    EXPECT_EQ(window().geometry().topLeft(), screen.topLeft() + QPoint(64, 12));
+    panel.close();
+    auto options = manager.options();
+    options.popupAtCursor = false;
+    manager.setOptions(options);
+    open();
+    EXPECT_LE((window().geometry().center() - screen.center()).manhattanLength(), 2);
+}
+
+TEST_F(HistoryPanelWindow, LetsGoOfEverythingWhenItCloses) {
+    copyThree();
+    open();
+    EXPECT_EQ(rows(), 3);
+    panel.close();
+    EXPECT_EQ(rows(), 0);
+}
+
+// Keys
+
+TEST_F(HistoryPanelWindow, ArrowsMoveTheSelectionWhileTheFieldHasTheKeys) {
+    copyThree();
+    open();
+    press(Qt::Key_Down);
+    EXPECT_EQ(list().currentIndex().row(), 1);
+    EXPECT_TRUE(field().hasFocus());
+    press(Qt::Key_Up);
+    press(Qt::Key_Up);
+    EXPECT_EQ(list().currentIndex().row(), 0);
+}
+
+TEST_F(HistoryPanelWindow, ReturnPastesTheSelectedEntry) {
+    copyThree();
+    open();
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_FALSE(panel.isVisible());
+    EXPECT_EQ(pasted(), "second");
+    queue.advance(50ms);
+    EXPECT_THAT(keyEvents.posted, SizeIs(1));
+}
+
+TEST_F(HistoryPanelWindow, OptionReturnOnlyCopiesAndDigitsChooseByPlace) {
+    copyThree();
+    open();
+    press(Qt::Key_5, Qt::ControlModifier);
+    EXPECT_TRUE(panel.isVisible());
+    QKeyEvent three(QEvent::KeyPress, 0x0663, Qt::ControlModifier); // the Arabic digit
+    QCoreApplication::sendEvent(&field(), &three);
+    EXPECT_EQ(pasted(), "first");
+    queue.advance(50ms);
+    EXPECT_THAT(keyEvents.posted, SizeIs(1));
+    open();
+    press(Qt::Key_Enter, Qt::AltModifier | Qt::KeypadModifier);
+    EXPECT_FALSE(panel.isVisible());
+    queue.advance(50ms);
+    EXPECT_THAT(keyEvents.posted, SizeIs(1));
+}
+
+TEST_F(HistoryPanelWindow, CommandDeleteDeletesAndPlainDeleteDoesNot) {
+    copyThree();
+    open();
+    press(Qt::Key_Backspace, Qt::ControlModifier);
+    EXPECT_EQ(rows(), 2);
+    EXPECT_EQ(list().currentIndex().row(), 0);
+    QTest::keyClicks(&field(), "fir");
+    press(Qt::Key_Backspace);
+    EXPECT_EQ(panel.query(), "fi");
+    EXPECT_EQ(rows(), 1);
+}
+
+TEST_F(HistoryPanelWindow, ButtonsArePressedByKeysAndLettersStillSearch) {
+    copyThree();
+    open();
+    auto& settings = find<QToolButton>("settings");
+    settings.setFocus();
+    QTest::keyClick(&settings, Qt::Key_T);
+    settle();
+    EXPECT_EQ(panel.query(), "t");
+    EXPECT_TRUE(field().hasFocus());
+    settings.setFocus();
+    QTest::keyClick(&settings, Qt::Key_Return);
+    settle();
+    EXPECT_EQ(settingsOpened, 1);
+    EXPECT_FALSE(panel.isVisible());
+}
+
+// Searching
+
+TEST_F(HistoryPanelWindow, TypingFiltersAtOnceAndTheSelectionFollows) {
+    copyThree();
+    open();
+    press(Qt::Key_Down);
+    QTest::keyClicks(&field(), "thi");
+    settle();
+    EXPECT_EQ(rows(), 1);
+    EXPECT_EQ(list().currentIndex().row(), 0);
+    EXPECT_TRUE(nameOfRow(0).contains("third"));
+    find<QToolButton>("clear").click();
+    EXPECT_EQ(rows(), 3);
+    EXPECT_TRUE(field().hasFocus());
+}
+
+TEST_F(HistoryPanelWindow, TheFieldRunsInTheDirectionOfWhatIsTyped) {
+    copyThree();
+    open();
+    EXPECT_EQ(field().layoutDirection(), Qt::LeftToRight);
+    field().setText(QStringLiteral("שלום"));
+    EXPECT_EQ(field().layoutDirection(), Qt::RightToLeft);
+    EXPECT_EQ(find<QFrame>("searchBox").layoutDirection(), Qt::LeftToRight);
+    preferences.choose(core::AppLanguage::arabic);
+    field().setText(QStringLiteral("word"));
+    EXPECT_EQ(field().layoutDirection(), Qt::LeftToRight);
+    EXPECT_EQ(find<QFrame>("searchBox").layoutDirection(), Qt::RightToLeft);
+}
+
+TEST_F(HistoryPanelWindow, ACopyWhileItIsOpenAppears) {
+    copyThree();
+    open();
+    copyText("fourth");
+    EXPECT_EQ(rows(), 4);
+    EXPECT_TRUE(nameOfRow(0).contains("fourth"));
+    EXPECT_EQ(list().currentIndex().row(), 1); // what was selected still is
+}
+
+TEST_F(HistoryPanelWindow, SaysWhyThereIsNothing) {
+    open();
+    EXPECT_FALSE(list().isVisible());
+    EXPECT_EQ(find<QLabel>("emptyTitle").text(), "Your next copy will appear here");
+    EXPECT_EQ(find<QLabel>("emptyText").text(), "Text, images and files in one place.");
+    copyText("one");
+    EXPECT_TRUE(list().isVisible());
+    QTest::keyClicks(&field(), "zzz");
+    settle();
+    EXPECT_FALSE(list().isVisible());
+    EXPECT_EQ(find<QLabel>("emptyTitle").text(), "No matching items");
+    EXPECT_FALSE(find<QLabel>("emptyText").isVisible());
+}
+
+TEST_F(HistoryPanelWindow, TheFooterNamesTheKeysOrTellsOfTheLastChoice) {
+    permissions.revoke(core::MacPermission::accessibility);
+    copyThree();
+    open();
+    EXPECT_EQ(find<QLabel>("footerText").text(), "Enter to paste · ⌥Enter to copy · ⇧Enter for plain text");
+    press(Qt::Key_Return);
+    EXPECT_EQ(find<QLabel>("footerText").text().toStdString(),
+              core::LocalizedText(texts::itemCopiedAllowAccessibility).rendered(core::AppLanguage::english));
+}
+
+// Acting on rows
+
+TEST_F(HistoryPanelWindow, AClickPastes) {
+    copyThree();
+    open();
+    click(2);
+    EXPECT_FALSE(panel.isVisible());
+    EXPECT_EQ(pasted(), "first");
+}
+
+TEST_F(HistoryPanelWindow, TheMenuOfATextHasEverythingAndThatOfAnImageNoPlainText) {
+    copyThree();
+    copyImage(png({4, 4}));
+    open();
+    auto& menu = openMenu(1);
+    EXPECT_EQ(titles(menu),
+              (QStringList{"Paste", "Paste as plain text", "Pin", "Delete from history", "History settings"}));
+    EXPECT_EQ(list().currentIndex().row(), 1);
+    trigger(menu, "Pin");
+    settle();
+    EXPECT_TRUE(manager.history().entries()[2].pinned);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(nameOfRow(0).endsWith("Pinned"));
+    EXPECT_EQ(titles(openMenu(1)), (QStringList{"Paste", "Pin", "Delete from history", "History settings"}));
+}
+
+TEST_F(HistoryPanelWindow, TheMenuDeletesPastesPlainlyAndOpensTheSettings) {
+    copyThree();
+    open();
+    trigger(openMenu(0), "Delete from history");
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(rows(), 2);
+    trigger(openMenu(1), "Paste as plain text");
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(pasted(), "first");
+    EXPECT_FALSE(panel.isVisible());
+    open();
+    trigger(openMenu(0), "History settings");
+    EXPECT_EQ(settingsOpened, 1);
+    EXPECT_FALSE(panel.isVisible());
+}
+
+TEST_F(HistoryPanelWindow, TheMenuKeyOpensTheMenuOfTheSelectedRow) {
+    copyThree();
+    open();
+    press(Qt::Key_Down);
+    press(Qt::Key_F10, Qt::ShiftModifier);
+    trigger(find<QMenu>("rowMenu"), "Delete from history");
+    settle();
+    EXPECT_EQ(rows(), 2);
+    EXPECT_TRUE(nameOfRow(0).contains("third"));
+    EXPECT_TRUE(nameOfRow(1).contains("first"));
+}
+
+// The preview
+
+TEST_F(HistoryPanelWindow, ThePreviewOpensAfterThePointerHasRestedAndGoesWithAnyKey) {
+    copyThree();
+    open();
+    emit list().entered(list().model()->index(1, 0));
+    queue.advance(699ms);
+    settle();
+    EXPECT_FALSE(preview().isVisible());
+    queue.advance(1ms);
+    settle();
+    EXPECT_TRUE(preview().isVisible());
+    EXPECT_TRUE(window().screen()->availableGeometry().contains(preview().geometry()));
+    EXPECT_FALSE(preview().geometry().intersects(window().geometry()));
+    press(Qt::Key_Down);
+    EXPECT_FALSE(preview().isVisible());
+}
+
+TEST_F(HistoryPanelWindow, ThePreviewOfARowThatThePointerHasLeftDoesNotOpen) {
+    copyThree();
+    open();
+    emit list().entered(list().model()->index(1, 0));
+    queue.advance(500ms);
+    emit list().viewportEntered();
+    queue.advance(500ms);
+    settle();
+    EXPECT_FALSE(preview().isVisible());
+    emit list().entered(list().model()->index(1, 0));
+    panel.close();
+    queue.advance(1s);
+    settle();
+    EXPECT_FALSE(preview().isVisible());
+}
+
+TEST_F(HistoryPanelWindow, ThePreviewOfAPictureWaitsForIt) {
+    copyImage(png({900, 300}));
+    open();
+    load();
+    emit list().entered(list().model()->index(0, 0));
+    queue.advance(700ms);
+    settle();
+    EXPECT_FALSE(preview().isVisible());
+    load();
+    EXPECT_TRUE(preview().isVisible());
+    EXPECT_GE(preview().width(), 480);
+    EXPECT_LT(preview().height(), 300);
+}
+
+// Languages, appearance, people who do not see it
+
+TEST_F(HistoryPanelWindow, EverythingIsMirroredInHebrewAndArabicAtOnce) {
+    copyThree();
+    open();
+    const auto leftOfSettings = [&] { return find<QToolButton>("settings").geometry().left(); };
+    EXPECT_GT(leftOfSettings(), window().width() / 2);
+    for (const auto language : {core::AppLanguage::hebrew, core::AppLanguage::arabic}) {
+        preferences.choose(language);
+        settle();
+        EXPECT_EQ(window().view().layoutDirection(), Qt::RightToLeft);
+        EXPECT_LT(leftOfSettings(), window().width() / 2);
+        EXPECT_EQ(find<QLabel>("footerText").text().toStdString(),
+                  core::LocalizedText(texts::panelKeys).rendered(language));
+    }
+}
+
+TEST_F(HistoryPanelWindow, EveryControlHasANameInEveryLanguage) {
+    copyThree();
+    open();
+    for (const auto language : core::allLanguages) {
+        preferences.choose(language);
+        settle();
+        EXPECT_FALSE(field().accessibleName().isEmpty());
+        EXPECT_FALSE(list().accessibleName().isEmpty());
+        for (const auto* button : window().findChildren<QToolButton*>()) {
+            EXPECT_FALSE(button->accessibleName().isEmpty()) << button->objectName().toStdString();
+        }
+    }
+}
+
+TEST_F(HistoryPanelWindow, RowsSayWhatTheyAreHowTheyBeginAndWhereTheyComeFrom) {
+    copyText("  some\n\ttext  ");
+    copyImage(png({4, 4}));
+    copyFiles({"file:///nowhere/a.txt", "file:///nowhere/b.txt"});
+    open();
+    load();
+    EXPECT_EQ(nameOfRow(2), QStringLiteral("Text, \u2068some text\u2069, From Editor"));
+    EXPECT_EQ(nameOfRow(1), QStringLiteral("Image, From Editor"));
+    EXPECT_EQ(nameOfRow(0),
+              QStringLiteral("Files, \u2068a.txt\u2069, \u2068b.txt\u2069, File moved or deleted, From Editor"));
+}
+
+} // namespace
+} // namespace quillane
