@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QScrollBar>
 #include <QStackedLayout>
@@ -61,6 +62,12 @@ QScrollBar::add-line, QScrollBar::sub-line { height: 0; }
 QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
 )";
 
+/// Names of keys read from left to right, their signs first, in every language.
+QString withKeysInOrder(QString text) {
+    static const QRegularExpression keys(QStringLiteral("[⌘⌥⇧][A-Za-z]+"));
+    return text.replace(keys, QStringLiteral("\u2066\\0\u2069"));
+}
+
 QLabel* wrappingLabel(const char* role) {
     auto* label = new QLabel;
     label->setTextFormat(Qt::PlainText);
@@ -102,7 +109,7 @@ ClipboardHistoryView::ClipboardHistoryView(const HistoryPanelServices& services)
       help_(symbolButton("help")),
       settings_(symbolButton("settings")),
       preview_(new EntryPreview(images_, files_, this)),
-      panelChange_(services.panel.onChanged([this] { update(); })),
+      panelChange_(services.panel.onChanged([this] { refresh(); })),
       languageChange_(services.preferences.onChanged([this] { redraw(); })) {
     entries_->setParent(this);
     build();
@@ -209,7 +216,11 @@ void ClipboardHistoryView::begin() {
     search_->field().clear();
     redraw();
     list_->scrollToTop();
+}
+
+void ClipboardHistoryView::shown() {
     search_->field().setFocus();
+    updateSelection();
 }
 
 void ClipboardHistoryView::end() {
@@ -220,7 +231,7 @@ void ClipboardHistoryView::end() {
 
 // What is shown
 
-void ClipboardHistoryView::update() {
+void ClipboardHistoryView::refresh() {
     if (!services_.panel.isVisible()) {
         return;
     }
@@ -233,7 +244,7 @@ void ClipboardHistoryView::update() {
     entries_->setEntries(panel.filtered(), panel.query());
     pages_->setCurrentIndex(panel.filtered().empty() ? 1 : 0);
     updateEmptyState(language);
-    footer_->setText(rendered(panel.message().value_or(texts::panelKeys), language));
+    footer_->setText(withKeysInOrder(rendered(panel.message().value_or(texts::panelKeys), language)));
     updateSelection();
 }
 
@@ -249,7 +260,7 @@ void ClipboardHistoryView::updateSelection() {
         list_->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
         list_->scrollTo(index);
     }
-    if (announced_ != selection) {
+    if (isVisible() && announced_ != selection) {
         announced_ = selection;
         list_->announce(*row); // the keys stay in the search field, what they move is here
     }
@@ -291,7 +302,7 @@ void ClipboardHistoryView::redraw() {
     help_->setToolTip(help);
     help_->setAccessibleName(rendered(texts::historyHelp, language));
     help_->setAccessibleDescription(help);
-    update();
+    refresh();
     list_->viewport()->update();
 }
 

@@ -26,8 +26,11 @@ class ClipboardHistoryView : public QWidget {
 public:
     explicit ClipboardHistoryView(const HistoryPanelServices& services);
 
-    /// The panel opens: from the top, with the keys in the search field.
+    /// The panel is about to open: from the top, with an empty search field.
     void begin();
+
+    /// The panel is open: the keys go to the search field.
+    void shown();
 
     /// The panel has closed: lets go of everything that it showed.
     void end();
@@ -45,7 +48,7 @@ protected:
 private:
     void build();
     void connectList();
-    void update();
+    void refresh();
     void updateSelection();
     void updateEmptyState(core::AppLanguage language);
     void redraw();

@@ -67,6 +67,7 @@ void HistoryPanel::present() {
     show();
     raise();
     activateWindow();
+    view_->shown();
 }
 
 void HistoryPanel::place() {

@@ -1,0 +1,188 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+// How long the panel of the clipboard history takes to be seen, from the call that opens it or the key that is typed
+// until the list has been painted, with 1,000 entries of 2 KB. Drawn off the screen: what the display server takes
+// comes on top.
+
+#include "clipboard/panel/HistoryPanel.hpp"
+#include "fakes/FakeHotKeys.hpp"
+#include "fakes/FakeKeyEvents.hpp"
+#include "fakes/FakeMainQueue.hpp"
+#include "fakes/FakePasteboard.hpp"
+#include "fakes/FakePermissionService.hpp"
+#include "fakes/FakeSecretStore.hpp"
+#include "fakes/FakeSecureInput.hpp"
+#include "fakes/FakeSerialQueue.hpp"
+#include "fakes/FakeUserDefaults.hpp"
+#include "fakes/FakeWindowTraits.hpp"
+#include "fakes/FakeWorkspace.hpp"
+#include "fakes/OffscreenApplication.hpp"
+#include "fakes/TemporaryFiles.hpp"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace quillane {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+constexpr int entries = 1000;
+constexpr std::size_t entryBytes = 2048;
+constexpr int rounds = 31;
+
+/// Notes when the list has been asked to paint; it has painted when its event is over.
+class PaintWatch : public QObject {
+public:
+    bool painted = false;
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        painted = painted || event->type() == QEvent::Paint;
+        return false;
+    }
+};
+
+struct Bench {
+    Bench() {
+        permissions.grant(core::MacPermission::accessibility);
+        manager.start();
+        settle();
+        auto options = manager.options();
+        options.enabled = true;
+        options.persist = false;
+        options.limit = entries;
+        manager.setOptions(options);
+        workspace.activate(workspace.open("com.example.editor", "Text Editor"));
+        fill();
+    }
+
+    void settle() {
+        queue.runPosted();
+        vaultQueue.wait();
+        queue.runPosted();
+    }
+
+    void fill() {
+        const std::vector<std::string> words{"paper", "river",  "שלום",  "window", "كتاب",  "clipboard",
+                                             "מילה",  "report", "green", "مدينة",  "stone", "letter"};
+        std::mt19937 random(7); // the same contents in every run
+        for (int i = 0; i < entries; ++i) {
+            std::string text = std::to_string(i) + ' ';
+            while (text.size() < entryBytes) {
+                text += words[random() % words.size()] + ' ';
+            }
+            pasteboard.copyText(text);
+            queue.advance(std::chrono::milliseconds(500));
+        }
+        settle();
+    }
+
+    /// From the act until the list has been painted.
+    double measure(const std::function<void()>& act) {
+        watch.painted = false;
+        const auto begin = Clock::now();
+        act();
+        while (!watch.painted) {
+            QApplication::processEvents();
+        }
+        return Milliseconds(Clock::now() - begin).count();
+    }
+
+    void type(Qt::Key key, const QString& text) {
+        QKeyEvent event(QEvent::KeyPress, key, {}, text);
+        QCoreApplication::sendEvent(&field(), &event);
+    }
+
+    QLineEdit& field() { return *window.findChild<QLineEdit*>(QStringLiteral("search")); }
+
+    fakes::OffscreenApplication application;
+    fakes::TemporaryFiles files;
+    fakes::FakeMainQueue queue;
+    fakes::FakeUserDefaults userDefaults;
+    core::AppPreferences preferences{userDefaults};
+    fakes::FakeWorkspace workspace;
+    fakes::FakePasteboard pasteboard;
+    fakes::FakeHotKeys hotKeys{queue};
+    fakes::FakeSecureInput secureInput;
+    fakes::FakeSecretStore secrets;
+    fakes::FakeSerialQueue vaultQueue;
+    fakes::FakeSerialQueue imageQueue;
+    fakes::FakeSerialQueue fileQueue;
+    fakes::FakeKeyEvents keyEvents;
+    fakes::FakePermissionService permissions;
+    fakes::FakeWindowTraits windowTraits;
+    ClipboardManager manager{{.mainQueue = queue,
+                              .userDefaults = userDefaults,
+                              .workspace = workspace,
+                              .pasteboard = pasteboard,
+                              .hotKeys = hotKeys,
+                              .secureInput = secureInput,
+                              .secretStore = secrets,
+                              .vaultQueue = vaultQueue,
+                              .vaultFolder = files.folder() / "history",
+                              .now = [this] { return core::Date{static_cast<double>(queue.now().count()) / 1e3}; }}};
+    ClipboardPanel panel{manager,
+                         {.mainQueue = queue,
+                          .workspace = workspace,
+                          .pasteboard = pasteboard,
+                          .keyEvents = keyEvents,
+                          .secureInput = secureInput,
+                          .permissions = permissions}};
+    PaintWatch watch;
+    HistoryPanel window{{.panel = panel,
+                         .preferences = preferences,
+                         .windowTraits = windowTraits,
+                         .mainQueue = queue,
+                         .imageQueue = imageQueue,
+                         .fileQueue = fileQueue,
+                         .symbol = [](const std::string&, const QColor&) { return QIcon(); },
+                         .openSettings = [] {}}};
+};
+
+void report(const char* what, std::vector<double> times, double goal) {
+    std::ranges::sort(times);
+    std::printf("%-44s median %6.2f ms  worst %6.2f ms  goal %.0f ms\n", what, times[times.size() / 2], times.back(),
+                goal);
+}
+
+void run() {
+    Bench bench;
+    bench.window.findChild<QAbstractItemView*>(QStringLiteral("list"))->viewport()->installEventFilter(&bench.watch);
+    const auto open = [&] { bench.panel.show(bench.workspace.frontmostApplication()); };
+    std::printf("%zu entries of %zu bytes\n", bench.manager.history().entries().size(), entryBytes);
+    std::printf("%-44s        %6.2f ms                     goal 50 ms\n", "first opening", bench.measure(open));
+    std::vector<double> opening;
+    std::vector<double> narrowing;
+    std::vector<double> keeping;
+    for (int i = 0; i < rounds; ++i) {
+        bench.panel.close();
+        QApplication::processEvents();
+        opening.push_back(bench.measure(open));
+        keeping.push_back(bench.measure([&] { bench.type(Qt::Key_E, QStringLiteral("e")); }));    // all rows stay
+        narrowing.push_back(bench.measure([&] { bench.type(Qt::Key_4, QStringLiteral(" 4")); })); // few rows stay
+        narrowing.push_back(bench.measure([&] { bench.type(Qt::Key_Backspace, {}); }));
+    }
+    report("opening", opening, 50);
+    report("a key that keeps every entry", keeping, 16);
+    report("a key that changes what is found", narrowing, 16);
+}
+
+} // namespace
+} // namespace quillane
+
+int main() {
+    quillane::run();
+    return 0;
+}
