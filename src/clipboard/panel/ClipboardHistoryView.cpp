@@ -64,8 +64,8 @@ QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
 
 /// Names of keys read from left to right, their signs first, in every language.
 QString withKeysInOrder(QString text) {
-    static const QRegularExpression keys(QStringLiteral("[⌘⌥⇧][A-Za-z]+"));
-    return text.replace(keys, QStringLiteral("\u2066\\0\u2069"));
+    static const QRegularExpression keys(QStringLiteral("([⌘⌥⇧][A-Za-z]+)"));
+    return text.replace(keys, QStringLiteral("\u2066\\1\u2069"));
 }
 
 QLabel* wrappingLabel(const char* role) {

@@ -77,9 +77,17 @@ QSize ClipboardRow::imageBounds(int width, qreal ratio) const {
     return (QSizeF(width, imageHeight_) * ratio).toSize();
 }
 
+const ClipboardRow::Metrics& ClipboardRow::metrics(const QFont& font) const {
+    if (metrics_.lineHeight == 0 || metrics_.font != font) {
+        metrics_ = {font, TextBlock::lineHeight(font), TextBlock::lineHeight(smallFont(font)),
+                    std::max(1, QFontMetrics(font).averageCharWidth())};
+    }
+    return metrics_;
+}
+
 int ClipboardRow::contentHeight(const QFont& font, const core::ClipboardEntry& entry, int width) const {
-    const QFontMetrics metrics(font);
-    const int below = lineGap + TextBlock::lineHeight(smallFont(font));
+    const auto& measures = metrics(font);
+    const int below = lineGap + measures.smallLineHeight;
     if (entry.kind == core::ClipboardKind::image) {
         return imageHeight_ + 2 * lineGap + below;
     }
@@ -87,10 +95,10 @@ int ClipboardRow::contentHeight(const QFont& font, const core::ClipboardEntry& e
     if (entry.kind == core::ClipboardKind::files) {
         lines = std::clamp(static_cast<int>(std::ranges::count(*entry.text, '\n')) + 1, 1, mostFileLines);
     } else {
-        const auto fitting = width / std::max(1, metrics.averageCharWidth());
+        const auto fitting = width / measures.characterWidth;
         lines = excerptLength(*entry.text, fitting + 1) > fitting ? mostTextLines : 1;
     }
-    return lines * TextBlock::lineHeight(font) + below;
+    return lines * measures.lineHeight + below;
 }
 
 QSize ClipboardRow::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {

@@ -8,6 +8,7 @@
 #include "clipboard/panel/EntryList.hpp"
 #include "clipboard/panel/PanelSymbols.hpp"
 
+#include <QFont>
 #include <QStyledItemDelegate>
 
 namespace quillane {
@@ -32,11 +33,20 @@ public:
 private:
     struct Drawing;
 
+    /// What the heights of rows are made of.
+    struct Metrics {
+        QFont font;
+        int lineHeight = 0;
+        int smallLineHeight = 0;
+        int characterWidth = 1;
+    };
+
     int drawText(const Drawing& drawing, const QRect& rect) const;
     int drawImage(const Drawing& drawing, const QRect& rect) const;
     int drawFiles(const Drawing& drawing, const QRect& rect) const;
     void drawTile(const Drawing& drawing, const QRect& rect) const;
     void drawMarks(const Drawing& drawing, const QRect& rect) const;
+    [[nodiscard]] const Metrics& metrics(const QFont& font) const;
     [[nodiscard]] int contentHeight(const QFont& font, const core::ClipboardEntry& entry, int width) const;
     [[nodiscard]] QSize imageBounds(int width, qreal ratio) const;
 
@@ -45,6 +55,7 @@ private:
     EntryFiles& files_;
     PanelSymbols& symbols_;
     int imageHeight_ = 60;
+    mutable Metrics metrics_; ///< of the font that was asked for last
     mutable int drawn_ = 0;
 };
 

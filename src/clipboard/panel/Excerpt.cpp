@@ -73,6 +73,9 @@ Excerpt excerpt(const std::string& utf8, const core::SearchQuery& query) {
 }
 
 qsizetype excerptLength(const std::string& utf8, qsizetype most) {
+    if (utf8.size() > 8 * static_cast<std::size_t>(most)) {
+        return most; // unless most of it is space
+    }
     return collapsed(piece(utf8, 0, 4 * static_cast<std::size_t>(most))).size();
 }
 

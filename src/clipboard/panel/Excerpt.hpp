@@ -32,7 +32,7 @@ struct Excerpt {
 /// The beginning of the text, or what is around the first match when that is further on.
 [[nodiscard]] Excerpt excerpt(const std::string& utf8, const core::SearchQuery& query);
 
-/// The characters that an excerpt of the beginning has, without making it, as far as `most`.
+/// About how many characters an excerpt has, as far as `most`. Takes no longer for a long text.
 [[nodiscard]] qsizetype excerptLength(const std::string& utf8, qsizetype most);
 
 /// The text as it is, and what in it is bold.
