@@ -114,6 +114,8 @@ AppServices services(const Platform& platform, CurlUrlSessions& urlSessions) {
             .secureInput = *platform.secureInput,
             .secretStore = *platform.secretStore,
             .vaultQueue = *platform.vaultQueue,
+            .imageQueue = *platform.imageQueue,
+            .fileQueue = *platform.fileQueue,
             .filePanel = *platform.filePanel,
             .systemSymbols = *platform.systemSymbols,
             .servicesMenu = *platform.servicesMenu,

@@ -121,6 +121,7 @@ void AppDelegate::wireControllers() {
     permissions_.terminate = environment_.terminate;
     permissions_.presentGuide = [this](core::MacPermission permission) { permissionGuide_.present(permission); };
     permissions_.applicationIsActive = [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; };
+    clipboardPanel_.onShow = [this] { makeHistoryPanel(); };
     subscriptions_.push_back(clipboard_.onChanged([this] {
         if (settings_) {
             settings_->refresh();
@@ -183,6 +184,21 @@ void AppDelegate::showClipboard() {
     } else {
         showSettings(core::SettingsPage::clipboard); // where it is turned on
     }
+}
+
+/// When it is first wanted: most of what it draws with is loaded then, too.
+void AppDelegate::makeHistoryPanel() {
+    historyPanel_ = std::make_unique<HistoryPanel>(HistoryPanelServices{
+        .panel = clipboardPanel_,
+        .preferences = preferences_,
+        .windowTraits = services_.windowTraits,
+        .mainQueue = services_.mainQueue,
+        .imageQueue = services_.imageQueue,
+        .fileQueue = services_.fileQueue,
+        .symbol = [&symbols = services_.systemSymbols](
+                      const std::string& name, const QColor& color) { return tintedSymbol(symbols, name, color); },
+        .openSettings = [this] { showSettings(core::SettingsPage::clipboard); }});
+    clipboardPanel_.onShow();
 }
 
 void AppDelegate::showPermissionsIfNeeded() {
@@ -258,6 +274,7 @@ void AppDelegate::applicationWillTerminate() {
     direction_.cancelPending();
     alive_.reset();
     settings_.reset();
+    historyPanel_.reset();
     permissionGuide_.dismiss();
     monitor_.stop();
     model_.endKeepAwake();

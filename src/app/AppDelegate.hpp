@@ -9,6 +9,7 @@
 #include "app/StatusReport.hpp"
 #include "clipboard/ClipboardManager.hpp"
 #include "clipboard/ClipboardPanel.hpp"
+#include "clipboard/panel/HistoryPanel.hpp"
 #include "core/preferences/AppPreferences.hpp"
 #include "direction/DirectionCommands.hpp"
 #include "fileshare/FileShareService.hpp"
@@ -75,6 +76,7 @@ private:
 
     void showSettings(core::SettingsPage page);
     void showClipboard();
+    void makeHistoryPanel();
     void showPermissionsIfNeeded();
     void requestNextPermissionIfNeeded();
     [[nodiscard]] SettingsServices settingsServices();
@@ -109,6 +111,7 @@ private:
         false; ///< the permissions have been read; until then the status row says that they are being checked
     std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with steps that are still to come
     std::unique_ptr<SettingsWindow> settings_;              ///< made when it is first wanted, then kept
+    std::unique_ptr<HistoryPanel> historyPanel_;            ///< likewise
     std::vector<core::Subscription> subscriptions_;         // last: dropped before what their callbacks use
     core::Subscription refreshTimer_;
 };

@@ -50,6 +50,8 @@ struct AppServices {
     SecureInput& secureInput;
     core::SecretStore& secretStore;
     SerialQueue& vaultQueue; ///< where the clipboard history's disk work runs
+    SerialQueue& imageQueue; ///< where pictures are decoded
+    SerialQueue& fileQueue;  ///< where files are asked after
     FilePanel& filePanel;
     SystemSymbols& systemSymbols;
     ServicesMenu& servicesMenu;

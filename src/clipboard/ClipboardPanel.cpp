@@ -66,8 +66,8 @@ void ClipboardPanel::show(std::optional<RunningApplication> target) {
     message_.reset();
     selection_.reset();
     update();
-    if (onShow) {
-        onShow();
+    if (const auto callback = onShow) { // the first call may replace it
+        callback();
     }
 }
 

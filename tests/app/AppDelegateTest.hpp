@@ -47,6 +47,8 @@ protected:
                                      .secureInput = desktop.secureInput,
                                      .secretStore = desktop.secretStore,
                                      .vaultQueue = desktop.vaultQueue,
+                                     .imageQueue = desktop.imageQueue,
+                                     .fileQueue = desktop.fileQueue,
                                      .filePanel = desktop.filePanel,
                                      .systemSymbols = desktop.systemSymbols,
                                      .servicesMenu = desktop.servicesMenu,

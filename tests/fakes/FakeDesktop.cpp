@@ -30,6 +30,8 @@ Platform makeFakes() {
     made.secureInput = std::make_unique<FakeSecureInput>();
     made.secretStore = std::make_unique<FakeSecretStore>();
     made.vaultQueue = std::make_unique<FakeSerialQueue>();
+    made.imageQueue = std::make_unique<FakeSerialQueue>();
+    made.fileQueue = std::make_unique<FakeSerialQueue>();
     made.filePanel = std::make_unique<FakeFilePanel>();
     made.systemSymbols = std::make_unique<FakeSystemSymbols>();
     made.servicesMenu = std::make_unique<FakeServicesMenu>();
@@ -82,6 +84,8 @@ FakeDesktop::FakeDesktop(Platform made)
       secureInput(fake<FakeSecureInput>(platform.secureInput)),
       secretStore(fake<FakeSecretStore>(platform.secretStore)),
       vaultQueue(fake<FakeSerialQueue>(platform.vaultQueue)),
+      imageQueue(fake<FakeSerialQueue>(platform.imageQueue)),
+      fileQueue(fake<FakeSerialQueue>(platform.fileQueue)),
       filePanel(fake<FakeFilePanel>(platform.filePanel)),
       systemSymbols(fake<FakeSystemSymbols>(platform.systemSymbols)),
       servicesMenu(fake<FakeServicesMenu>(platform.servicesMenu)),

@@ -78,6 +78,8 @@ public:
     FakeSecureInput& secureInput;
     FakeSecretStore& secretStore;
     FakeSerialQueue& vaultQueue;
+    FakeSerialQueue& imageQueue;
+    FakeSerialQueue& fileQueue;
     FakeFilePanel& filePanel;
     FakeSystemSymbols& systemSymbols;
     FakeServicesMenu& servicesMenu;

@@ -161,6 +161,8 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.secureInput = std::make_unique<FocusSecureInput>(*platform.accessibility, *platform.workspace);
     platform.secretStore = std::make_unique<SecretServiceStore>();
     platform.vaultQueue = std::make_unique<ThreadSerialQueue>();
+    platform.imageQueue = std::make_unique<ThreadSerialQueue>();
+    platform.fileQueue = std::make_unique<ThreadSerialQueue>();
     platform.filePanel = std::make_unique<QtFilePanel>();
     platform.proxySettings = std::make_shared<LinuxProxySettings>();
     platform.systemSymbols = std::make_unique<LineArtSymbols>();

@@ -61,6 +61,8 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.secureInput = std::make_unique<MacSecureInput>();
     platform.secretStore = std::make_unique<MacSecretStore>();
     platform.vaultQueue = std::make_unique<ThreadSerialQueue>();
+    platform.imageQueue = std::make_unique<ThreadSerialQueue>();
+    platform.fileQueue = std::make_unique<ThreadSerialQueue>();
     platform.filePanel = std::make_unique<MacFilePanel>();
     platform.proxySettings = std::make_shared<MacProxySettings>();
     platform.systemSymbols = std::make_unique<MacSystemSymbols>();

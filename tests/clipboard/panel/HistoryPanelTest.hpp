@@ -21,7 +21,6 @@
 #include "fakes/TemporaryFiles.hpp"
 
 #ifdef QUILLANE_LINE_ART
-#include "platform/linux/LinuxWindowTraits.hpp"
 #include "platform/linux/SystemSymbols.hpp"
 #endif
 
@@ -70,7 +69,7 @@ protected:
     [[nodiscard]] HistoryPanelServices services() {
         return {.panel = panel,
                 .preferences = preferences,
-                .windowTraits = *traits,
+                .windowTraits = windowTraits,
                 .mainQueue = queue,
                 .imageQueue = imageQueue,
                 .fileQueue = fileQueue,
@@ -210,7 +209,6 @@ protected:
     fakes::FakeKeyEvents keyEvents;
     fakes::FakePermissionService permissions;
     fakes::FakeWindowTraits windowTraits;
-    WindowTraits* traits = &windowTraits; ///< those that the window gets
     int settingsOpened = 0;
     ClipboardManager manager{
         {.mainQueue = queue,

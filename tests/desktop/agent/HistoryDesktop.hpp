@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "core/clipboard/ClipboardOptions.hpp"
+#include "desktop/agent/LiveAgent.hpp"
+
+namespace quillane::live {
+
+/// A keyring that is open, in which the clipboard history keeps its key.
+[[nodiscard]] tl::expected<ChildProcess, std::string> startKeyring(LiveDesktop& desktop);
+
+/// Writes the agent's settings with these options of the clipboard history, as the settings window stores them.
+[[nodiscard]] bool writeHistorySettings(const LiveDesktop& desktop, const core::ClipboardOptions& options);
+
+} // namespace quillane::live

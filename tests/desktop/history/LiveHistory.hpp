@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "desktop/agent/AgentTest.hpp"
+#include "desktop/agent/HistoryDesktop.hpp"
+#include "desktop/fixture/FocusWatcher.hpp"
+
+#include <optional>
+
+namespace quillane::live {
+
+/// The clipboard history of the agent, beside a keyring that is open and programs that copy.
+class LiveHistory : public AgentTest {
+protected:
+    void SetUp() override {
+        AgentTest::SetUp();
+        core::ClipboardOptions options;
+        options.enabled = true;
+        require(writeHistorySettings(desktop(), options), "the settings cannot be written");
+        keyring_ = required(startKeyring(desktop()));
+    }
+
+    void TearDown() override {
+        AgentTest::TearDown();
+        keyring_.reset();
+    }
+
+    /// Starts the agent and waits until its history is there.
+    void startHistory() {
+        startAgent();
+        require(agent().waitForStatus([](const auto& status) {
+            return status.at("clipboard").at("status") == "Clipboard history is active";
+        }),
+                "the history is not active");
+    }
+
+    /// Opens the panel by its hot key, and waits until it has the keys.
+    void openPanel() {
+        open([&] { pressHotKey(); });
+    }
+
+    /// Does what opens the panel, and waits until it says that it has the focus: like a menu it is no child of the
+    /// application for who reads the screen.
+    template <typename Steps>
+    void open(const Steps& steps) {
+        FocusWatcher focus(desktop().accessibility());
+        steps();
+        require(isPanelOpen(true), "the panel does not open");
+        const auto root = desktop().accessibility().application(agent().process().pid());
+        require(root && waitUntil([&] {
+                    const auto focused = focus.next(std::chrono::milliseconds{300});
+                    return focused && focused->bus == root->bus;
+                }),
+                "the panel has no focus");
+    }
+
+    void pressHotKey() { desktop().keyboard().tapWith({Key::leftSuper, Key::leftShift}, Key::v); }
+
+    /// Waits until it is open, or closed.
+    [[nodiscard]] bool isPanelOpen(bool expected) {
+        return agent().waitForStatus(
+            [&](const auto& status) { return status.at("clipboard").at("panelOpen") == expected; });
+    }
+
+    /// What another program would paste.
+    [[nodiscard]] std::string clipboard(const std::string& type = "UTF8_STRING") {
+        return desktop().run({"xclip", "-selection", "clipboard", "-o", "-t", type}).output;
+    }
+
+    void copy(const std::string& text) {
+        const auto copying = desktop().run({"sh", "-c", "printf %s \"$0\" | xclip -selection clipboard -i", text});
+        ASSERT_TRUE(copying.succeeded()) << copying.errors;
+    }
+
+    [[nodiscard]] bool hasEntries(int count) {
+        return agent().waitForStatus([&](const auto& status) { return status.at("clipboard").at("entries") == count; });
+    }
+
+private:
+    std::optional<ChildProcess> keyring_;
+};
+
+} // namespace quillane::live
