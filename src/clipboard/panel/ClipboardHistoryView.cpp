@@ -144,6 +144,7 @@ void ClipboardHistoryView::build() {
     list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     list_->setContextMenuPolicy(Qt::CustomContextMenu);
     list_->setMouseTracking(true);
+    list_->viewport()->setAttribute(Qt::WA_Hover);
 
     auto* empty = new QWidget;
     auto* column = new QVBoxLayout(empty);

@@ -16,8 +16,13 @@ namespace {
 
 EntryFiles::State examine(const core::ClipboardItems& items) {
     const auto files = referencedFiles(items);
+    std::size_t references = 0;
+    for (const auto& item : items) {
+        references += item.size();
+    }
     std::error_code error;
-    if (files.empty() || !std::ranges::all_of(files, [&](const auto& file) { return exists(file, error); })) {
+    if (files.empty() || files.size() < references ||
+        !std::ranges::all_of(files, [&](const auto& file) { return exists(file, error); })) {
         return EntryFiles::State::gone;
     }
     return files.size() == 1 && is_directory(files.front(), error) ? EntryFiles::State::folder

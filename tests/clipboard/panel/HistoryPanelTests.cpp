@@ -34,11 +34,10 @@ protected:
         settle();
     }
 
-    void rest(int row) {
+    /// The pointer comes to the middle of the row.
+    void pointAt(int row) {
         QTest::mouseMove(list().viewport(), list().visualRect(list().model()->index(row, 0)).center());
-        emit list().entered(list().model()->index(row, 0));
-        queue.advance(700ms);
-        load();
+        QApplication::processEvents();
     }
 
     [[nodiscard]] QWidget& preview() { return find<QWidget>("preview"); }
@@ -323,7 +322,8 @@ TEST_F(HistoryPanelWindow, TheMenuKeyOpensTheMenuOfTheSelectedRow) {
 TEST_F(HistoryPanelWindow, ThePreviewOpensAfterThePointerHasRestedAndGoesWithAnyKey) {
     copyThree();
     open();
-    emit list().entered(list().model()->index(1, 0));
+    pointAt(0);
+    pointAt(1);
     queue.advance(699ms);
     settle();
     EXPECT_FALSE(preview().isVisible());
