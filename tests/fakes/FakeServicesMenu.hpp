@@ -15,6 +15,8 @@ class FakeServicesMenu final : public ServicesMenu {
 public:
     void provideShare(Share share) override { share_ = std::move(share); }
 
+    [[nodiscard]] bool isOffered() const { return share_ != nullptr; }
+
     /// What another program does with its selection; the error that it is told.
     std::optional<std::string> chooseShare(const std::vector<std::string>& urls) {
         if (!share_) {

@@ -3,6 +3,7 @@
 
 #include "platform/EventTapContract.hpp"
 #include "platform/InputSourcesContract.hpp"
+#include "platform/KeyEventsContract.hpp"
 #include "platform/X11TestClient.hpp"
 #include "platform/X11TestKeyboard.hpp"
 #include "platform/X11TestServer.hpp"
@@ -10,12 +11,15 @@
 #include "platform/linux/X11EventTap.hpp"
 #include "platform/linux/X11InputSources.hpp"
 #include "platform/linux/X11KeyCodes.hpp"
+#include "platform/linux/X11KeyEvents.hpp"
 
+#include <algorithm>
 #include <array>
 #include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace quillane {
 namespace {
@@ -126,10 +130,38 @@ public:
     }
 };
 
+class X11KeyEventsDriver : public X11Driver {
+public:
+    X11KeyEventsDriver() {
+        settle();
+        watched_ = session_.input->onKey([this](const X11RawEvent& event) {
+            if (event.isPress) {
+                pressed_.push_back(X11KeyCodes::macKeyCode(event.detail));
+            }
+        });
+    }
+
+    KeyEvents& events() { return events_; }
+
+    void holdShift() { user_.press(testing::key::leftShift); }
+
+    void releaseShift() { user_.release(testing::key::leftShift); }
+
+    [[nodiscard]] std::size_t pressesOf(core::KeyCode keyCode) const {
+        return static_cast<std::size_t>(std::ranges::count(pressed_, keyCode));
+    }
+
+private:
+    X11KeyEvents events_{*session_.connection, *session_.keyboard};
+    std::vector<core::KeyCode> pressed_;
+    core::Subscription watched_;
+};
+
 } // namespace
 
 namespace testing {
 
+INSTANTIATE_TYPED_TEST_SUITE_P(X11, KeyEventsContract, X11KeyEventsDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(X11, EventTapContract, X11EventTapDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(X11, InputSourcesContract, X11InputSourcesDriver);
 

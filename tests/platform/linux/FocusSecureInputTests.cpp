@@ -4,6 +4,7 @@
 #include "platform/linux/FocusSecureInput.hpp"
 
 #include "fakes/FakeDesktop.hpp"
+#include "platform/SecureInputContract.hpp"
 
 #include <gtest/gtest.h>
 
@@ -24,5 +25,24 @@ TEST(FocusSecureInput, IsOnWhileTheFocusIsOnAPasswordField) {
     EXPECT_FALSE(input.isEnabled());
 }
 
+class FocusSecureInputDriver {
+public:
+    FocusSecureInputDriver() { desktop_.withFrontApplication("com.example.browser").withFocusedTextField(); }
+
+    SecureInput& input() { return input_; }
+
+    void beginPassword() { desktop_.withFocusedPasswordField(); }
+
+    void endPassword() { desktop_.withFocusedTextField(); }
+
+private:
+    fakes::FakeDesktop desktop_;
+    FocusSecureInput input_{desktop_.accessibility, desktop_.workspace};
+};
+
 } // namespace
+
+namespace testing {
+INSTANTIATE_TYPED_TEST_SUITE_P(Focus, SecureInputContract, FocusSecureInputDriver);
+} // namespace testing
 } // namespace quillane

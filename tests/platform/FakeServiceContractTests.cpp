@@ -1,0 +1,103 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "fakes/FakeKeyEvents.hpp"
+#include "fakes/FakeLauncher.hpp"
+#include "fakes/FakeSecureInput.hpp"
+#include "fakes/FakeSerialQueue.hpp"
+#include "fakes/FakeServicesMenu.hpp"
+#include "platform/KeyEventsContract.hpp"
+#include "platform/LauncherContract.hpp"
+#include "platform/SecureInputContract.hpp"
+#include "platform/SerialQueueContract.hpp"
+#include "platform/ServicesMenuContract.hpp"
+
+#include <algorithm>
+#include <functional>
+
+namespace quillane {
+namespace {
+
+class FakeSerialQueueDriver {
+public:
+    SerialQueue& queue() { return fake_; }
+
+private:
+    fakes::FakeSerialQueue fake_;
+};
+
+class FakeSecureInputDriver {
+public:
+    SecureInput& input() { return fake_; }
+
+    void beginPassword() { fake_.setEnabled(true); }
+
+    void endPassword() { fake_.setEnabled(false); }
+
+private:
+    fakes::FakeSecureInput fake_;
+};
+
+class FakeServicesMenuDriver {
+public:
+    ServicesMenu& menu() { return fake_; }
+
+    [[nodiscard]] bool isOffered() const { return fake_.isOffered(); }
+
+    std::optional<std::string> choose(const std::vector<std::string>& urls) { return fake_.chooseShare(urls); }
+
+private:
+    fakes::FakeServicesMenu fake_;
+};
+
+class FakeLauncherDriver {
+public:
+    Launcher& launcher() { return fake_; }
+
+    [[nodiscard]] static core::ProcessCommand command(const std::string& word) { return {"/bin/true", {word}}; }
+
+    [[nodiscard]] core::ProcessCommand impossible() {
+        fake_.fails = true;
+        return {"/nowhere", {}};
+    }
+
+    [[nodiscard]] bool hasRun(const std::string& word) const {
+        return std::ranges::any_of(fake_.launched,
+                                   [&](const auto& command) { return command.arguments == std::vector{word}; });
+    }
+
+private:
+    fakes::FakeLauncher fake_;
+};
+
+class FakeKeyEventsDriver {
+public:
+    KeyEvents& events() { return fake_; }
+
+    void holdShift() { fake_.setCurrentFlags(core::flags::shift | core::flags::leftShift); }
+
+    void releaseShift() { fake_.setCurrentFlags(0); }
+
+    static bool waitUntil(const std::function<bool()>& condition) { return condition(); }
+
+    [[nodiscard]] std::size_t pressesOf(core::KeyCode keyCode) const {
+        return static_cast<std::size_t>(
+            std::ranges::count(fake_.posted, keyCode, &fakes::FakeKeyEvents::PostedKey::keyCode));
+    }
+
+private:
+    fakes::FakeKeyEvents fake_;
+};
+
+} // namespace
+
+namespace testing {
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SerialQueueContract, FakeSerialQueueDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SecureInputContract, FakeSecureInputDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, ServicesMenuContract, FakeServicesMenuDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, LauncherContract, FakeLauncherDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, KeyEventsContract, FakeKeyEventsDriver);
+
+} // namespace testing
+} // namespace quillane
