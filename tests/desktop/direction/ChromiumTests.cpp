@@ -16,8 +16,9 @@ protected:
         require(chooseAgentLanguage(desktop(), "en"), "the language in the settings");
         startAgent();
         browser_.emplace(required(LiveBrowser::start(desktop(), focus)));
-        require(agent().waitForStatus([](const auto& status) { return status.at("monitorRunning") == true; }),
-                "the agent observes the keyboard");
+        require(
+            agent().waitForStatus([](const auto& status) { return status.at("monitorRunning").template get<bool>(); }),
+            "the agent observes the keyboard");
     }
 
     void TearDown() override {
