@@ -54,7 +54,7 @@ QToolButton:focus { border-color: %amber; }
 QMenu { color: %primary; background: %field; border: 1px solid %outline; padding: 4px; }
 QMenu::item { padding: 5px 18px; border-radius: 4px; }
 QMenu::item:selected { color: %onAmber; background: %amber; }
-QMenu::separator { height: 1px; background: %hairline; margin: 4px 8px; }
+QMenu::separator { height: 1px; background: %off; margin: 4px 8px; }
 QToolTip { color: %primary; background: %card; border: 1px solid %outline; padding: 6px; }
 QScrollBar:vertical { background: transparent; width: 10px; margin: 2px; }
 QScrollBar::handle:vertical { background: %off; border-radius: 3px; min-height: 30px; }
@@ -64,8 +64,18 @@ QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
 
 /// Names of keys read from left to right, their signs first, in every language.
 QString withKeysInOrder(QString text) {
-    static const QRegularExpression keys(QStringLiteral("([⌘⌥⇧][A-Za-z]+)"));
+    static const QRegularExpression keys(QStringLiteral("([⌘⌥⇧][A-Za-z0-9]+)"));
     return text.replace(keys, QStringLiteral("\u2066\\1\u2069"));
+}
+
+/// A tool tip of several paragraphs, which breaks lines, in the direction of the language.
+QString toolTipText(const QStringList& paragraphs, Qt::LayoutDirection direction) {
+    const auto opening = direction == Qt::RightToLeft ? QStringLiteral("<p dir='rtl'>") : QStringLiteral("<p>");
+    QString text;
+    for (const auto& paragraph : paragraphs) {
+        text += opening + withKeysInOrder(paragraph).toHtmlEscaped() + QStringLiteral("</p>");
+    }
+    return text;
 }
 
 QLabel* wrappingLabel(const char* role) {
@@ -295,14 +305,12 @@ void ClipboardHistoryView::redraw() {
     settings_->setIcon(symbols_.icon("gearshape", secondary));
     settings_->setToolTip(rendered(texts::historySettings, language));
     settings_->setAccessibleName(rendered(texts::historySettings, language));
-    const auto help =
-        QStringList{rendered(texts::searchHistoryHelp, language), rendered(texts::searchMatchesAreBold, language),
-                    rendered(texts::hoverToPreview, language)}
-            .join(QLatin1Char('\n'));
+    const QStringList help{rendered(texts::searchHistoryHelp, language),
+                           rendered(texts::searchMatchesAreBold, language), rendered(texts::hoverToPreview, language)};
     help_->setIcon(symbols_.icon("questionmark.circle", secondary));
-    help_->setToolTip(help);
+    help_->setToolTip(toolTipText(help, layoutDirection()));
     help_->setAccessibleName(rendered(texts::historyHelp, language));
-    help_->setAccessibleDescription(help);
+    help_->setAccessibleDescription(help.join(QLatin1Char('\n')));
     refresh();
     list_->viewport()->update();
 }

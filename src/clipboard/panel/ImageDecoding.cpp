@@ -56,12 +56,12 @@ DecodedImage decodeImage(const core::ClipboardItems& items, QSize bound) {
             if (found == item.end()) {
                 continue;
             }
-            const auto decoded = decode(*found->data, format, bound);
+            auto decoded = decode(*found->data, format, bound);
             if (!decoded.image.isNull()) {
                 return decoded;
             }
             if (result.original.isEmpty()) {
-                result = decoded;
+                result = std::move(decoded);
             }
         }
     }

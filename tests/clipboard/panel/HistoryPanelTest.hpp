@@ -21,6 +21,7 @@
 #include "fakes/TemporaryFiles.hpp"
 
 #ifdef QUILLANE_LINE_ART
+#include "platform/linux/LinuxWindowTraits.hpp"
 #include "platform/linux/SystemSymbols.hpp"
 #endif
 
@@ -69,7 +70,7 @@ protected:
     [[nodiscard]] HistoryPanelServices services() {
         return {.panel = panel,
                 .preferences = preferences,
-                .windowTraits = windowTraits,
+                .windowTraits = *traits,
                 .mainQueue = queue,
                 .imageQueue = imageQueue,
                 .fileQueue = fileQueue,
@@ -209,6 +210,7 @@ protected:
     fakes::FakeKeyEvents keyEvents;
     fakes::FakePermissionService permissions;
     fakes::FakeWindowTraits windowTraits;
+    WindowTraits* traits = &windowTraits; ///< those that the window gets
     int settingsOpened = 0;
     ClipboardManager manager{
         {.mainQueue = queue,

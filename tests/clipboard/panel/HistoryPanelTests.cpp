@@ -408,5 +408,56 @@ TEST_F(HistoryPanelWindow, RowsSayWhatTheyAreHowTheyBeginAndWhereTheyComeFrom) {
               QStringLiteral("Files, \u2068a.txt\u2069, \u2068b.txt\u2069, File moved or deleted, From Editor"));
 }
 
+#ifdef QUILLANE_LINE_ART
+// As the pop-up that it is where panels are pop-ups
+
+class HistoryPanelPopUp : public HistoryPanelWindow {
+protected:
+    HistoryPanelPopUp() { traits = &linuxTraits_; }
+
+    void clickAt(QPoint place) {
+        QTest::mouseClick(window().windowHandle(), Qt::LeftButton, {}, place);
+        settle();
+    }
+
+private:
+    LinuxWindowTraits linuxTraits_;
+};
+
+TEST_F(HistoryPanelPopUp, HasTheKeysAndClosesWithoutPastingOnAClickElsewhere) {
+    copyThree();
+    open();
+    EXPECT_EQ(QApplication::activePopupWidget(), &window());
+    QTest::keyClick(window().windowHandle(), Qt::Key_S);
+    settle();
+    EXPECT_EQ(panel.query(), "s");
+    clickAt(QPoint(-60, -60));
+    EXPECT_FALSE(panel.isVisible());
+    EXPECT_FALSE(window().isVisible());
+    queue.advance(1s);
+    EXPECT_THAT(keyEvents.posted, SizeIs(0));
+}
+
+TEST_F(HistoryPanelPopUp, AMenuOfItsOwnDoesNotCloseIt) {
+    copyThree();
+    open();
+    auto& menu = openMenu(1);
+    EXPECT_EQ(QApplication::activePopupWidget(), &menu);
+    menu.close();
+    settle();
+    EXPECT_TRUE(window().isVisible());
+    EXPECT_EQ(QApplication::activePopupWidget(), &window());
+    press(Qt::Key_Down);
+    EXPECT_EQ(list().currentIndex().row(), 2);
+}
+
+TEST_F(HistoryPanelPopUp, ItsCornersAreRound) {
+    open();
+    EXPECT_FALSE(window().mask().contains(QPoint(0, 0)));
+    EXPECT_TRUE(window().mask().contains(QPoint(20, 0)));
+    EXPECT_TRUE(window().mask().contains(window().rect().center()));
+}
+#endif
+
 } // namespace
 } // namespace quillane

@@ -146,6 +146,14 @@ TEST_F(HistoryScreenshots, InAllLanguagesLightAndDark) {
                 EXPECT_TRUE(preview.grab().save(QDir(QStringLiteral(QUILLANE_SCREENSHOTS))
                                                     .filePath(name("preview") + QString::number(row) + ".png")));
             }
+            find<QToolButton>("help").click();
+            settle();
+            for (auto* widget : QApplication::topLevelWidgets()) {
+                if (widget->inherits("QTipLabel") && widget->isVisible()) {
+                    EXPECT_TRUE(widget->grab().save(
+                        QDir(QStringLiteral(QUILLANE_SCREENSHOTS)).filePath(name("help") + ".png")));
+                }
+            }
             emit list().customContextMenuRequested(list().visualRect(list().model()->index(1, 0)).center());
             settle();
             auto& menu = find<QMenu>("rowMenu");
