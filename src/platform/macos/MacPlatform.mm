@@ -8,6 +8,7 @@
 #include "platform/common/ThreadSerialQueue.hpp"
 #include "platform/macos/MacAccessibility.hpp"
 #include "platform/macos/MacApplicationCatalog.hpp"
+#include "platform/macos/MacApplicationIcon.hpp"
 #include "platform/macos/MacApplicationMenu.hpp"
 #include "platform/macos/MacEventTap.hpp"
 #include "platform/macos/MacFilePanel.hpp"
@@ -31,6 +32,13 @@
 #include "platform/macos/MacWindowTraits.hpp"
 #include "platform/macos/MacWorkspace.hpp"
 
+#include <QGuiApplication>
+
+/// What is built into a static library is there once it was asked for, from outside every namespace.
+static void initializeResources() {
+    Q_INIT_RESOURCE(symbols);
+}
+
 namespace quillane {
 
 std::optional<PlatformError> checkDesktop() {
@@ -38,6 +46,8 @@ std::optional<PlatformError> checkDesktop() {
 }
 
 std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options) {
+    initializeResources();
+    QGuiApplication::setWindowIcon(applicationIcon());
     Platform platform;
     platform.mainQueue = std::make_unique<QtMainQueue>();
     platform.userDefaults = std::make_unique<MacUserDefaults>();
