@@ -75,6 +75,7 @@ AppDelegate::AppDelegate(AppServices services, core::AppPreferences& preferences
                     .windowTraits = services.windowTraits,
                     .launcher = services.launcher},
                    environment_.location),
+      symbols_(services.systemSymbols),
       permissionGuide_(guideServices()),
       input_(services.inputSources, services.accessibility, services.workspace),
       monitor_(services.eventTap, services.keyEvents, services.workspace, services.mainQueue, input_),
@@ -168,7 +169,7 @@ void AppDelegate::observeWorkspace() {
 }
 
 void AppDelegate::applicationShouldHandleReopen() {
-    showSettings(core::SettingsPage::general);
+    showSettings(model_.page()); // as it was left
 }
 
 void AppDelegate::showSettings(core::SettingsPage page) {
@@ -244,28 +245,25 @@ SettingsServices AppDelegate::settingsServices() {
             .updater = updater_,
             .windowTraits = services_.windowTraits,
             .clipboard = std::move(clipboard),
-            .symbol = [&symbols = services_.systemSymbols](
-                          const std::string& name, const QColor& color) { return tintedSymbol(symbols, name, color); },
+            .symbol = [this](const std::string& name, const QColor& color) { return symbols_.icon(name, color); },
             .applicationIcon = QGuiApplication::windowIcon()};
 }
 
 PermissionGuideServices AppDelegate::guideServices() {
-    return {.mainQueue = services_.mainQueue,
-            .workspace = services_.workspace,
-            .windowList = services_.windowList,
-            .permissions = permissions_,
-            .screens = currentScreens,
-            .makePanel = [this]() -> std::unique_ptr<PermissionGuidePanel> {
-                return std::make_unique<PermissionDragGuideWindow>(PermissionCardServices{
-                    .permissions = permissions_,
-                    .preferences = preferences_,
-                    .windowTraits = services_.windowTraits,
-                    .symbol =
-                        [&symbols = services_.systemSymbols](const std::string& name, const QColor& color) {
-                            return tintedSymbol(symbols, name, color);
-                        },
-                    .applicationIcon = QGuiApplication::windowIcon()});
-            }};
+    return {
+        .mainQueue = services_.mainQueue,
+        .workspace = services_.workspace,
+        .windowList = services_.windowList,
+        .permissions = permissions_,
+        .screens = currentScreens,
+        .makePanel = [this]() -> std::unique_ptr<PermissionGuidePanel> {
+            return std::make_unique<PermissionDragGuideWindow>(PermissionCardServices{
+                .permissions = permissions_,
+                .preferences = preferences_,
+                .windowTraits = services_.windowTraits,
+                .symbol = [this](const std::string& name, const QColor& color) { return symbols_.icon(name, color); },
+                .applicationIcon = QGuiApplication::windowIcon()});
+        }};
 }
 
 void AppDelegate::applicationWillTerminate() {

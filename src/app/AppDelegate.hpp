@@ -7,6 +7,7 @@
 #include "app/SettingsModel.hpp"
 #include "app/StatusMenu.hpp"
 #include "app/StatusReport.hpp"
+#include "app/TintedSymbol.hpp"
 #include "clipboard/ClipboardManager.hpp"
 #include "clipboard/ClipboardPanel.hpp"
 #include "clipboard/panel/HistoryPanel.hpp"
@@ -93,6 +94,7 @@ private:
     Environment environment_;
 
     PermissionController permissions_;
+    SymbolIcons symbols_; ///< for the windows
     PermissionDragGuide permissionGuide_;
     RTLInput input_;
     KeyboardMonitor monitor_;

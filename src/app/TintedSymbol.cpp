@@ -3,7 +3,6 @@
 
 #include "app/TintedSymbol.hpp"
 
-#include <QColor>
 #include <QImage>
 #include <QPixmap>
 
@@ -38,6 +37,14 @@ QIcon tintedSymbol(const SystemSymbols& symbols, const std::string& name, const 
         }
     }
     return icon;
+}
+
+QIcon SymbolIcons::icon(const std::string& name, const QColor& color) {
+    const auto [place, isNew] = drawn_.try_emplace({name, color.rgba()});
+    if (isNew) {
+        place->second = tintedSymbol(symbols_, name, color);
+    }
+    return place->second;
 }
 
 } // namespace quillane

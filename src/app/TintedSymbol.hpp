@@ -5,15 +5,28 @@
 
 #include "platform/SystemSymbols.hpp"
 
+#include <QColor>
 #include <QIcon>
 
+#include <map>
 #include <string>
-
-class QColor;
+#include <utility>
 
 namespace quillane {
 
 /// The symbol in a colour, in the sizes of menu rows, buttons and windows; a null icon for names without a symbol.
 [[nodiscard]] QIcon tintedSymbol(const SystemSymbols& symbols, const std::string& name, const QColor& color);
+
+/// Tinted symbols that are asked for again and again, each drawn once. Names and colours are few.
+class SymbolIcons {
+public:
+    explicit SymbolIcons(const SystemSymbols& symbols) : symbols_(symbols) {}
+
+    [[nodiscard]] QIcon icon(const std::string& name, const QColor& color);
+
+private:
+    const SystemSymbols& symbols_;
+    std::map<std::pair<std::string, QRgb>, QIcon> drawn_;
+};
 
 } // namespace quillane

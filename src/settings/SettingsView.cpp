@@ -53,7 +53,7 @@ SettingsView::SettingsView(const SettingsServices& services)
 }
 
 void SettingsView::follow() {
-    const auto redraw = [this] { refresh(); };
+    const auto redraw = [this] { this->redraw(); };
     connect(&services_.model, &SettingsModel::changed, this, redraw);
     subscriptions_.push_back(services_.preferences.onChanged(redraw));
     subscriptions_.push_back(services_.permissions.onChanged(redraw));
@@ -61,7 +61,21 @@ void SettingsView::follow() {
     subscriptions_.push_back(services_.updater.onChanged(redraw));
 }
 
+void SettingsView::redraw() {
+    stale_ = true;
+    if (isVisible()) {
+        refresh();
+    }
+}
+
+void SettingsView::refreshIfStale() {
+    if (stale_) {
+        refresh();
+    }
+}
+
 void SettingsView::refresh() {
+    stale_ = false;
     applyAppearance();
     const auto language = services_.preferences.state().language;
     const auto direction = core::isRTL(language) ? Qt::RightToLeft : Qt::LeftToRight;
@@ -123,7 +137,7 @@ bool SettingsView::apply(core::WritingDirection direction) {
 
 bool SettingsView::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::ApplicationPaletteChange && currentAppearance() != appearance_) {
-        refresh();
+        redraw();
     }
     return QWidget::eventFilter(watched, event);
 }

@@ -33,6 +33,10 @@ public:
     /// Shows everything as it is now.
     void refresh();
 
+    /// Shows everything as it is now when it can be seen, else when `refreshIfStale` is called.
+    void redraw();
+    void refreshIfStale();
+
     /// Turns a paragraph of the testing page; false when its text box does not have the keys.
     bool apply(core::WritingDirection direction);
 
@@ -54,6 +58,7 @@ private:
     std::map<core::SettingsPage, int> indices_; ///< of the pages that were made
     std::vector<SettingsPageView*> pages_;      ///< by index
     std::optional<core::Appearance> appearance_;
+    bool stale_ = false; ///< something has changed while nobody saw it
     std::vector<core::Subscription> subscriptions_;
 };
 

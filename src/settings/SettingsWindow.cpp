@@ -76,7 +76,7 @@ SettingsWindow::SettingsWindow(SettingsServices services)
 
 void SettingsWindow::present(core::SettingsPage page) {
     services_.model.setPage(page);
-    view_->refresh();
+    view_->refreshIfStale();
     services_.windowTraits.setActivationPolicy(ActivationPolicy::regular);
     services_.windowTraits.activateApplication();
     if (isMinimized()) {
@@ -92,9 +92,7 @@ void SettingsWindow::present(core::SettingsPage page) {
 }
 
 void SettingsWindow::refresh() {
-    if (isVisible()) {
-        view_->refresh();
-    }
+    view_->redraw();
 }
 
 bool SettingsWindow::showsPermissions() const {

@@ -21,6 +21,7 @@ namespace quillane {
 namespace {
 
 constexpr std::array iconSizes{16, 20, 24, 32, 48};
+constexpr std::array applicationIconSizes{16, 24, 32, 48, 64, 128};
 
 /// Where the drawing of a symbol is; empty without one.
 QString pathOf(std::string_view name) {
@@ -81,7 +82,7 @@ QIcon applicationIcon() {
     registerResources();
     QSvgRenderer renderer(QStringLiteral(":/artwork/application.svg"));
     QIcon icon;
-    for (const int size : iconSizes) {
+    for (const int size : applicationIconSizes) {
         icon.addPixmap(render(renderer, size));
     }
     return icon;
