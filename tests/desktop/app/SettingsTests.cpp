@@ -30,7 +30,30 @@ protected:
         require(desktop().run(keys).succeeded(), "xdotool fails");
     }
 
+    /// A control of the window by what assistive technologies call it.
+    [[nodiscard]] std::optional<AccessibleNode> control(const std::string& name, const std::string& role) {
+        const auto root = desktop().accessibility().application(agent().process().pid());
+        return !root ? std::nullopt : desktop().accessibility().find(*root, [&](const AccessibleNode& node) {
+            return node.name == name && node.role == role && node.is(AccessibleNode::State::showing);
+        });
+    }
+
+    [[nodiscard]] bool shows(const std::string& name, const std::string& role) {
+        return control(name, role).has_value();
+    }
+
+    void closeWindow() {
+        const auto window = desktop().screen().activeWindow();
+        require(window.has_value(), "no window is active");
+        require(desktop().run({"wmctrl", "-i", "-c", std::to_string(*window)}).succeeded(), "wmctrl fails");
+        require(waitUntil([&] { return std::ranges::count(desktop().screen().managedWindows(), *window) == 0; }),
+                "the window stays open");
+    }
+
+    static constexpr auto refresh = std::chrono::seconds(2); ///< between two looks of the agent at the desktop
+
     /// The controls of the window in their order: the language, the pages, then the switches of the first page.
+    static constexpr auto pageRole = "radio button";
     static constexpr int firstSwitch = 3;
     static constexpr int loginSwitch = 8;
 };
@@ -56,6 +79,73 @@ TEST_F(LiveSettings, ClosedAndOpenedAgainItIsWhereItWas) {
     const auto second = desktop().screen().activeWindow();
     EXPECT_EQ(desktop().run({"xdotool", "getwindowgeometry", std::to_string(*second)}).output.substr(place.find('\n')),
               place.substr(place.find('\n')));
+}
+
+TEST_F(LiveSettings, OpenedAgainItShowsThePageThatWasLeft) {
+    startAgent();
+    open();
+    const auto page = control("Updates", pageRole);
+    ASSERT_TRUE(page);
+    ASSERT_TRUE(desktop().accessibility().activate(*page));
+    ASSERT_TRUE(waitUntil([&] { return shows("Quillane updates", "label"); }));
+    closeWindow();
+    open();
+    EXPECT_TRUE(waitUntil([&] { return shows("Quillane updates", "label"); }));
+}
+
+TEST_F(LiveSettings, AnAssistiveTechnologyFlipsASwitch) {
+    startAgent();
+    open();
+    const auto found = control("Temporary English with Shift", "check box");
+    ASSERT_TRUE(found) << desktop().accessibility().dump();
+    EXPECT_TRUE(found->is(AccessibleNode::State::checked));
+    ASSERT_TRUE(desktop().accessibility().activate(*found));
+    EXPECT_TRUE(agent().waitForStatus(
+        [](const nlohmann::json& status) { return status.at("options").at("shiftEnglish") == false; }));
+    EXPECT_TRUE(waitUntil([&] {
+        const auto now = desktop().accessibility().refreshed(*found);
+        return now && !now->is(AccessibleNode::State::checked);
+    }));
+}
+
+TEST_F(LiveSettings, ALanguageThatIsChosenIsSeenInTheWindowAndTheMenuWithinOneRefresh) {
+    startAgent();
+    open();
+    ASSERT_EQ(title(), "Quillane — Settings");
+    ASSERT_TRUE(shows("General", pageRole));
+    const auto start = std::chrono::steady_clock::now();
+    ASSERT_TRUE(desktop().run({"xdotool", "key", "Tab", "Down"}).succeeded()); // from English to Hebrew
+    EXPECT_TRUE(waitUntil([&] { return title() == "Quillane — הגדרות"; }, refresh)) << title();
+    EXPECT_TRUE(waitUntil([&] { return shows("כללי", pageRole); }, refresh));
+    EXPECT_FALSE(shows("General", pageRole));
+    EXPECT_TRUE(shows("אנגלית זמנית עם Shift", "check box"));
+    EXPECT_EQ(agent().status().at("language"), "he");
+    EXPECT_LT(std::chrono::steady_clock::now() - start, refresh);
+    const auto rows = required(LiveMenu::open(desktop())).rows();
+    ASSERT_EQ(rows.size(), 20U);
+    EXPECT_EQ(rows[8].title, "הגדרות");
+    EXPECT_EQ(rows[18].title, "השהיית הכול");
+}
+
+TEST_F(LiveSettings, TheLoginItemStartsTheAgentByTheRulesOfDesktops) {
+    startAgent();
+    open();
+    pressControl(loginSwitch);
+    const auto entry = desktop().home() / ".config" / "autostart" / "com.quillane.app.desktop";
+    ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(entry); }));
+    EXPECT_EQ(endAgent(), (ExitStatus{0, 0}));
+    // What a session runs when its user signs in.
+    const auto session =
+        desktop().run({"/bin/sh", "-c", "$(find /usr/lib /usr/libexec -name openbox-xdg-autostart) >/dev/null 2>&1"});
+    ASSERT_TRUE(session.succeeded());
+    const auto answer = [&] { return desktop().run({agentExecutable(), "status", "--json"}); };
+    ASSERT_TRUE(waitUntil([&] { return answer().succeeded(); }));
+    EXPECT_EQ(popUps(desktop().screen()).size(), 0U);
+    EXPECT_FALSE(std::ranges::any_of(desktop().screen().managedWindows(), [&](auto window) {
+        return desktop().screen().text(window, "_NET_WM_NAME") == "Quillane — Settings";
+    }));
+    EXPECT_TRUE(desktop().run({agentExecutable(), "quit"}).succeeded());
+    EXPECT_TRUE(waitUntil([&] { return !answer().succeeded(); }));
 }
 
 TEST_F(LiveSettings, TheLoginItemAppearsAndDisappears) {

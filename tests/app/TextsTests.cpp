@@ -1,0 +1,135 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "app/AppDelegateTest.hpp"
+#include "core/fileshare/FileShareServer.hpp"
+#include "core/localization/Texts.hpp"
+#include "fakes/KnownTexts.hpp"
+#include "fileshare/FileShareWindow.hpp"
+
+#include <QPushButton>
+
+namespace quillane {
+namespace {
+
+using namespace std::chrono_literals;
+using core::AppLanguage;
+
+/// Menus, and the windows beside the settings: everything that the running agent can show in one language.
+class TextsTests : public AppDelegateTest, public ::testing::WithParamInterface<AppLanguage> {
+protected:
+    TextsTests() {
+        for (const auto* data : {"Quillane 1.2", "report.txt", "files.example:8443", "files.example"}) {
+            known.allow(QString::fromUtf8(data));
+        }
+    }
+
+    AppDelegate& launchInLanguage() {
+        core::FileShareServer::validating("https://files.example:8443/up")->save(defaults);
+        auto& made = launch();
+        preferences->choose(GetParam());
+        return made;
+    }
+
+    void checkMenus() {
+        for (const auto& row : desktop.statusItem.rows()) {
+            known.expect(QString::fromStdString(row.title), "status menu");
+        }
+        known.expect(QString::fromStdString(desktop.statusItem.accessibilityLabel()), "status item");
+        for (const auto& menu : desktop.applicationMenu.menus()) {
+            known.expect(QString::fromStdString(menu.title), "application menu");
+            for (const auto& [row, standard] : menu.rows) {
+                known.expect(QString::fromStdString(row.title), "application menu");
+            }
+        }
+    }
+
+    void checkWindows() {
+        int visible = 0;
+        for (const auto* window : QApplication::topLevelWidgets()) {
+            if (window->isVisible()) {
+                ++visible;
+                known.checkWindow(*window);
+            }
+        }
+        EXPECT_GT(visible, 0);
+    }
+
+    fakes::KnownTexts known{GetParam()};
+};
+
+TEST_P(TextsTests, OfTheMenus) {
+    launchInLanguage();
+    checkMenus();
+    auto options = model->options();
+    options.paused = true;
+    model->setOptions(options);
+    checkMenus();
+    options.paused = false;
+    options.keepAwake = true;
+    model->setOptions(options);
+    desktop.withPermissions({});
+    desktop.queue.advance(2s);
+    checkMenus();
+    desktop.workspace.open(std::string(legacyBundleID));
+    desktop.queue.advance(2s);
+    checkMenus();
+    EXPECT_GT(known.checked(), 100);
+}
+
+TEST_P(TextsTests, OfTheShareWindow) {
+    auto& agent = launchInLanguage();
+    known.allowPattern(QStringLiteral("https://files\\.example.*"));
+    const auto file = files.url("report.txt", std::string(1000, 'x')).absoluteString();
+    const auto share = [&] {
+        EXPECT_TRUE(agent.handleControlRequest({"share", {file}}).ok);
+        QApplication::processEvents();
+        checkWindows();
+    };
+    const auto closeAll = [] {
+        for (auto* window : QApplication::topLevelWidgets()) {
+            window->close();
+        }
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    };
+    share();
+    desktop.urlSessions.last().receive("https://files.example:8443/up/abc/report.txt\n");
+    desktop.urlSessions.last().complete(core::UrlResponse{201});
+    QApplication::processEvents();
+    checkWindows();
+    closeAll();
+    for (const int status : {403, 404, 413, 500, 507}) {
+        share();
+        desktop.urlSessions.last().complete(core::UrlResponse{status});
+        QApplication::processEvents();
+        checkWindows();
+        closeAll();
+    }
+    EXPECT_GT(known.checked(), 200);
+}
+
+TEST_P(TextsTests, OfTheCardBesideSystemSettings) {
+    desktop.withPermissions({});
+    launchInLanguage();
+    click(core::texts::permissions.rendered(GetParam()));
+    const auto openTitle = QString::fromStdString(core::texts::openSystemSettings.rendered(GetParam()));
+    const auto buttons = settingsWindow()->findChildren<QPushButton*>();
+    const auto open = std::ranges::find(buttons, openTitle, &QPushButton::text);
+    ASSERT_NE(open, buttons.end());
+    (*open)->click();
+    settingsWindow()->close();
+    desktop.withFrontApplication("com.apple.systempreferences");
+    desktop.queue.advance(500ms);
+    checkWindows();
+    desktop.permissions.grant(core::MacPermission::inputMonitoring);
+    desktop.permissions.grant(core::MacPermission::accessibility);
+    desktop.queue.advance(500ms);
+    checkWindows();
+    EXPECT_GT(known.checked(), 20);
+}
+
+INSTANTIATE_TEST_SUITE_P(In, TextsTests, ::testing::ValuesIn(core::allLanguages),
+                         [](const auto& parameter) { return std::string(core::languageID(parameter.param)); });
+
+} // namespace
+} // namespace quillane

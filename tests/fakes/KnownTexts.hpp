@@ -1,0 +1,121 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "core/localization/AppTranslations.hpp"
+#include "core/localization/LocalizedText.hpp"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRegularExpression>
+#include <QTextDocument>
+#include <QTextEdit>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+#include <string_view>
+#include <vector>
+
+namespace quillane::fakes {
+
+/// Every text that the table has in one language, to find those on a view that come from somewhere else.
+class KnownTexts {
+public:
+    explicit KnownTexts(core::AppLanguage language) {
+        for (const auto& row : core::AppTranslations::entries()) {
+            const auto one = textIn(row, language);
+            const auto text = QString::fromUtf8(one.data(), static_cast<qsizetype>(one.size()));
+            if (text.contains(QStringLiteral("%@"))) {
+                auto pattern = QRegularExpression::escape(text);
+                pattern.replace(QRegularExpression::escape(QStringLiteral("%@")), QStringLiteral(".+"));
+                patterns_.emplace_back(QRegularExpression::anchoredPattern(pattern));
+            } else {
+                rows_.insert(text);
+            }
+        }
+    }
+
+    /// A text that is data: a name, a sign, an address.
+    void allow(const QString& data) { data_.insert(data); }
+
+    /// Data of a form, for example a speed.
+    void allowPattern(const QString& pattern) { patterns_.emplace_back(QRegularExpression::anchoredPattern(pattern)); }
+
+    [[nodiscard]] bool has(const QString& text) const {
+        return text.isEmpty() || rows_.contains(text) || data_.contains(text) ||
+               std::any_of(patterns_.begin(), patterns_.end(),
+                           [&](const QRegularExpression& pattern) { return pattern.match(text).hasMatch(); });
+    }
+
+    /// Fails for a text that is not known.
+    void expect(const QString& text, std::string_view where) {
+        ++checked_;
+        EXPECT_TRUE(has(text)) << where << ": " << text.toStdString();
+    }
+
+    /// Fails for every text on the widget itself that is not known.
+    void check(const QWidget& widget) {
+        const auto where = std::string(widget.metaObject()->className()) + " " + widget.objectName().toStdString();
+        expect(widget.accessibleDescription(), where);
+        expect(widget.toolTip(), where);
+        if (widget.inherits("quillane::ChordView")) {
+            for (const auto& key : widget.accessibleName().split(QStringLiteral(" + "))) {
+                expect(key, where);
+            }
+        } else {
+            expect(widget.accessibleName(), where);
+        }
+        if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
+            QTextDocument plain;
+            label->textFormat() == Qt::RichText ? plain.setHtml(label->text()) : plain.setPlainText(label->text());
+            expect(plain.toPlainText(), where);
+        } else if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
+            expect(button->text(), where);
+        } else if (const auto* box = qobject_cast<const QComboBox*>(&widget)) {
+            for (int i = 0; i < box->count(); ++i) {
+                expect(box->itemText(i), where);
+            }
+        } else if (const auto* field = qobject_cast<const QLineEdit*>(&widget)) {
+            expect(field->placeholderText(), where);
+        } else if (const auto* text = qobject_cast<const QTextEdit*>(&widget)) {
+            expect(text->placeholderText(), where);
+        }
+    }
+
+    /// Checks a window with everything on it.
+    void checkWindow(const QWidget& window) {
+        expect(window.windowTitle(), "window title");
+        check(window);
+        for (const auto* widget : window.findChildren<QWidget*>()) {
+            check(*widget);
+        }
+    }
+
+    [[nodiscard]] int checked() const { return checked_; }
+
+private:
+    [[nodiscard]] static std::string_view textIn(const core::AppTranslations::Entry& row, core::AppLanguage language) {
+        switch (language) {
+        case core::AppLanguage::hebrew:
+            return row.key;
+        case core::AppLanguage::english:
+            return row.english;
+        case core::AppLanguage::arabic:
+            break;
+        }
+        return row.arabic;
+    }
+
+    std::set<QString> rows_;
+    std::set<QString> data_;
+    std::vector<QRegularExpression> patterns_;
+    int checked_ = 0;
+};
+
+} // namespace quillane::fakes
