@@ -3,9 +3,12 @@
 
 #include "app/TintedSymbol.hpp"
 
+#include <QIconEngine>
 #include <QImage>
+#include <QPainter>
 #include <QPixmap>
 
+#include <algorithm>
 #include <array>
 
 namespace quillane {
@@ -27,6 +30,44 @@ QPixmap tinted(const TemplateImage& image, const QColor& color) {
     return QPixmap::fromImage(canvas);
 }
 
+/// Draws a symbol in whatever size is wanted, once each.
+class SymbolEngine final : public QIconEngine {
+public:
+    SymbolEngine(const SystemSymbols& symbols, std::string name, const QColor& color)
+        : symbols_(symbols), name_(std::move(name)), color_(color) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
+        const double scale = painter->device() != nullptr ? painter->device()->devicePixelRatioF() : 1;
+        painter->drawPixmap(rect, pixmap(rect.size() * scale, mode, state));
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override {
+        const int side = std::min(size.width(), size.height());
+        const bool faded = mode == QIcon::Disabled;
+        const auto [place, isNew] = drawn_.try_emplace({side, faded});
+        if (isNew) {
+            auto color = color_;
+            color.setAlphaF(faded ? color.alphaF() * fading : color.alphaF());
+            if (const auto image = side > 0 ? symbols_.image(name_, side) : std::nullopt) {
+                place->second = tinted(*image, color);
+            }
+        }
+        return place->second;
+    }
+
+    [[nodiscard]] QIconEngine* clone() const override { return new SymbolEngine(*this); }
+
+    [[nodiscard]] bool isNull() override { return pixmap({iconSizes.front(), iconSizes.front()}, {}, {}).isNull(); }
+
+private:
+    static constexpr float fading = 0.4F;
+
+    const SystemSymbols& symbols_;
+    std::string name_;
+    QColor color_;
+    std::map<std::pair<int, bool>, QPixmap> drawn_;
+};
+
 } // namespace
 
 QIcon tintedSymbol(const SystemSymbols& symbols, const std::string& name, const QColor& color) {
@@ -42,7 +83,7 @@ QIcon tintedSymbol(const SystemSymbols& symbols, const std::string& name, const 
 QIcon SymbolIcons::icon(const std::string& name, const QColor& color) {
     const auto [place, isNew] = drawn_.try_emplace({name, color.rgba()});
     if (isNew) {
-        place->second = tintedSymbol(symbols_, name, color);
+        place->second = QIcon(new SymbolEngine(symbols_, name, color)); // the icon owns it
     }
     return place->second;
 }

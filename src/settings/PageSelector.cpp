@@ -25,7 +25,6 @@ constexpr double radius = 8;
 
 PageButton::PageButton(QWidget* parent) : QAbstractButton(parent) {
     setCheckable(true);
-    setAutoExclusive(true); // one of several, also for assistive technologies
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }

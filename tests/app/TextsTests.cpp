@@ -19,9 +19,11 @@ using core::AppLanguage;
 class TextsTests : public AppDelegateTest, public ::testing::WithParamInterface<AppLanguage> {
 protected:
     TextsTests() {
-        for (const auto* data : {"Quillane 1.2", "report.txt", "files.example:8443", "files.example"}) {
+        for (const auto* data :
+             {"Quillane 1.2", "report.txt", "files.example:8443", "files.example", "English", "עברית", "العربية"}) {
             known.allow(QString::fromUtf8(data));
         }
+        known.allow(QString::fromStdString(core::FileShareServer::standard().host()));
     }
 
     AppDelegate& launchInLanguage() {
@@ -80,6 +82,8 @@ TEST_P(TextsTests, OfTheMenus) {
 TEST_P(TextsTests, OfTheShareWindow) {
     auto& agent = launchInLanguage();
     known.allowPattern(QStringLiteral("https://files\\.example.*"));
+    known.allowPattern(QStringLiteral("/.*report\\.txt"));
+    known.allowPattern(QStringLiteral("\\d+%"));
     const auto file = files.url("report.txt", std::string(1000, 'x')).absoluteString();
     const auto share = [&] {
         EXPECT_TRUE(agent.handleControlRequest({"share", {file}}).ok);

@@ -53,7 +53,7 @@ protected:
     static constexpr auto refresh = std::chrono::seconds(2); ///< between two looks of the agent at the desktop
 
     /// The controls of the window in their order: the language, the pages, then the switches of the first page.
-    static constexpr auto pageRole = "radio button";
+    static constexpr auto pageRole = "check box";
     static constexpr int firstSwitch = 3;
     static constexpr int loginSwitch = 8;
 };
