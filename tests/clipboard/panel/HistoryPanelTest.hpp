@@ -141,6 +141,7 @@ protected:
 
     void copyFiles(const std::vector<std::string>& urls) {
         std::vector<fakes::FakePasteboard::Item> items;
+        items.reserve(urls.size());
         for (const auto& url : urls) {
             items.push_back({{{std::string(core::PasteboardTypes::fileUrl), url}}, {}});
         }
