@@ -37,6 +37,7 @@ ClipboardEntry ClipboardEntry::make(ClipboardKind kind, std::string text, std::s
     entry.kind = kind;
     text = validUtf8(std::move(text));
     text.resize(firstCharacters(text, maximumTextCharacters).size());
+    text.shrink_to_fit(); // it may have been 20 MiB
     entry.text = std::move(text);
     entry.source = validUtf8(std::move(source));
     entry.sourceName = validUtf8(std::move(sourceName));

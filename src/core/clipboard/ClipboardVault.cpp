@@ -115,14 +115,15 @@ ClipboardVault::Result<std::vector<ClipboardEntry>> ClipboardVault::load() const
 }
 
 ClipboardVault::Result<void> ClipboardVault::writeSealed(const std::string& name,
-                                                         const std::optional<std::vector<std::byte>>& plaintext) {
+                                                         std::optional<std::vector<std::byte>> plaintext) {
     if (!plaintext) {
         return failure(Reason::tooLarge);
     }
-    const auto box = SealedBox::seal(key_, *plaintext);
+    auto box = SealedBox::seal(key_, *plaintext);
     if (!box) {
         return failure(Reason::crypto);
     }
+    plaintext.reset(); // it may be large
     return folder_.replace(name, *box);
 }
 

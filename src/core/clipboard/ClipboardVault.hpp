@@ -52,8 +52,7 @@ public:
 private:
     ClipboardVault(VaultFolder folder, SecretBytes key) : folder_(std::move(folder)), key_(std::move(key)) {}
 
-    [[nodiscard]] Result<void> writeSealed(const std::string& name,
-                                           const std::optional<std::vector<std::byte>>& plaintext);
+    [[nodiscard]] Result<void> writeSealed(const std::string& name, std::optional<std::vector<std::byte>> plaintext);
     [[nodiscard]] Result<void> settlePending();
     [[nodiscard]] Result<void> commitPending(std::span<const ClipboardEntry* const> overwritten);
     [[nodiscard]] Result<void> removeStale(std::span<const ClipboardEntry> entries);

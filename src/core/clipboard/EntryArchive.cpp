@@ -109,18 +109,19 @@ Value itemsValue(const ClipboardItems& items) {
     for (const auto& item : items) {
         Value::Array representations;
         for (const auto& representation : item) {
-            representations.emplace_back(
-                Value::Dictionary{{"type", representation.type}, {"data", *representation.data}});
+            Value::Dictionary fields{{"type", representation.type}};
+            fields.emplace("data", *representation.data); // not in the list above, whose elements are copied
+            representations.emplace_back(std::move(fields));
         }
         list.emplace_back(std::move(representations));
     }
-    return list;
+    return Value(std::move(list));
 }
 
 } // namespace
 
 std::optional<std::vector<std::byte>> encode(const ClipboardEntry& entry) {
-    return serialized(Value::Dictionary{
+    Value::Dictionary fields{
         {"id", entry.id.toString()},
         {"digest", entry.digest},
         {"kind", std::string(rawValue(entry.kind))},
@@ -130,8 +131,9 @@ std::optional<std::vector<std::byte>> encode(const ClipboardEntry& entry) {
         {"createdAt", Value::Date{entry.createdAt.secondsSinceReferenceDate}},
         {"copiedAt", Value::Date{entry.copiedAt.secondsSinceReferenceDate}},
         {"pinned", entry.pinned},
-        {"items", itemsValue(*entry.items)},
-    });
+    };
+    fields.emplace("items", itemsValue(*entry.items));
+    return serialized(Value(std::move(fields)));
 }
 
 std::optional<ClipboardEntry> decode(std::span<const std::byte> propertyList) {

@@ -20,6 +20,9 @@ std::size_t byteWidth(std::uint64_t number) {
     return std::bit_ceil((bits + 7) / 8);
 }
 
+/// A marker with a size, and the object's place in the table and in what refers to it. More only in large lists.
+constexpr std::size_t mostBytesBesideContent = 32;
+
 /// Writes one value, members first, so that the root is the last object.
 class Writer {
 public:
@@ -30,6 +33,7 @@ public:
             return tl::unexpected(*error);
         }
         referenceSize_ = byteWidth(budget_.values());
+        bytes_.reserve(contentBytes_ + budget_.values() * mostBytesBesideContent);
         appendText("bplist00");
         const auto rootIndex = add(root);
         const auto tableStart = bytes_.size();
@@ -90,6 +94,7 @@ private:
     }
 
     std::optional<PropertyListError> take(std::size_t size) {
+        contentBytes_ += size;
         return budget_.takeBytes(size) ? std::nullopt : std::optional(PropertyListError::tooLarge);
     }
 
@@ -210,6 +215,7 @@ private:
     PropertyListBudget budget_;
     std::size_t maximumBytes_;
     std::size_t referenceSize_ = 1;
+    std::size_t contentBytes_ = 0; ///< of texts and data
     std::vector<std::byte> bytes_;
     std::vector<std::uint64_t> offsets_;
 };
