@@ -35,7 +35,7 @@ constexpr int margin = 14;
 constexpr int bodySpace = 18;
 constexpr int wordsSpace = 6;
 constexpr double titleScale = 1.2;
-constexpr double leastScale = 0.6; ///< of text that would not fit otherwise
+constexpr int leastPercent = 60; ///< of text that would not fit otherwise
 
 QLabel* lineLabel(const char* name) {
     auto* label = new QLabel;
@@ -137,7 +137,8 @@ void PermissionDragGuideView::fitWords() {
     const int width = this->width() - 2 * margin - bodySpace - chip_->sizeHint().width();
     const int top = std::max(heading_->sizeHint().height(), close_->sizeHint().height());
     const int height = this->height() - 2 * margin - top - wordsSpace;
-    for (double scale = 1; scale >= leastScale; scale -= 0.05) {
+    for (int percent = 100; percent >= leastPercent; percent -= 5) {
+        const double scale = percent / 100.0;
         auto title = font();
         title.setPointSizeF(font().pointSizeF() * titleScale * scale);
         title.setBold(true);
