@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/agent/LiveMenu.hpp"
 #include "desktop/tour/DirectionTour.hpp"
+#include "desktop/tour/HistoryTour.hpp"
 #include "desktop/tour/ShareTour.hpp"
 #include "desktop/tour/Tour.hpp"
 
@@ -24,6 +25,7 @@ public:
         pauseAndResume();
         mustSee(agent_->process().end() == ExitStatus{0, 0}, "the agent's orderly end");
         shareTour(tour_, desktop_);
+        historyTour(tour_, desktop_);
         directionTour(tour_, desktop_);
         for (const char* language : {"en", "he", "ar"}) {
             showMenu(language);
