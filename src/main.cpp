@@ -110,6 +110,7 @@ AppServices services(const Platform& platform, CurlUrlSessions& urlSessions) {
             .windowTraits = *platform.windowTraits,
             .windowList = *platform.windowList,
             .pasteboard = *platform.pasteboard,
+            .areaCapture = *platform.areaCapture,
             .hotKeys = *platform.hotKeys,
             .secureInput = *platform.secureInput,
             .secretStore = *platform.secretStore,

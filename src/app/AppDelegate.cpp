@@ -14,6 +14,8 @@
 #include <QColor>
 #include <QGuiApplication>
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <utility>
 
@@ -86,6 +88,11 @@ AppDelegate::AppDelegate(AppServices services, core::AppPreferences& preferences
       fileShare_(fileShareServices(services, preferences)),
       clipboard_(clipboardServices(services, environment_.applicationSupport)),
       clipboardPanel_(clipboard_, clipboardPanelServices(services)),
+      capture_({.mainQueue = services.mainQueue,
+                .keyEvents = services.keyEvents,
+                .permissions = services.permissions,
+                .areaCapture = services.areaCapture,
+                .language = [&preferences] { return preferences.state().language; }}),
       loginItem_(services.loginItem, environment_.location.installed),
       updater_(services.updater, services.windowTraits, environment_.version),
       wasPaused_(model.options().paused) {}
@@ -147,6 +154,10 @@ void AppDelegate::wireControllers() {
         refreshRuntime();
     };
     monitor_.onKeyboardActivity = [this] { publishRuntime(); };
+    capture_.report = [this](const core::LocalizedText& text) { reportCapture(text); };
+    capture_.offer = [this](const core::LocalizedText& title, std::function<void()> action) {
+        model_.offer({title, std::move(action)});
+    };
     switcher_.report = [this](const core::LocalizedText& text) { report(text); };
     subscriptions_.push_back(preferences_.onChanged([this] { rebuildMenus(); }));
     subscriptions_.push_back(services_.inputSources.onChanged([this] { publishRuntime(); }));
@@ -300,6 +311,8 @@ void AppDelegate::updateStatusItem() {
                           .version = environment_.version,
                           .options = model_.options(),
                           .keepAwakeActive = model_.runtime().keepAwakeActive,
+                          .captureMeans = services_.areaCapture.means(),
+                          .accessibilityGranted = permissions_.granted().contains(core::MacPermission::accessibility),
                           .status = checked_ ? statusRow(facts) : StatusRow{core::texts::checkingPermissions, "clock"}};
     if (state == shownMenu_) {
         return;
@@ -314,6 +327,9 @@ StatusMenuActions AppDelegate::menuActions() {
     StatusMenuActions actions;
     actions.toggleKeepAwake = [this] { toggle(&core::FeatureOptions::keepAwake); };
     actions.showClipboard = [this] { showClipboard(); };
+    if (services_.areaCapture.means() != AreaCapture::Means::none) {
+        actions.captureArea = [this] { capture_.start(); };
+    }
     actions.shareFile = [this] { fileShare_.choose(); };
     actions.showSettings = [this] { showSettings(core::SettingsPage::general); };
     actions.showPermissions = [this] { showSettings(core::SettingsPage::permissions); };
@@ -427,6 +443,9 @@ ControlReply AppDelegate::handleControlRequest(const ControlRequest& request) {
         showClipboard();
         return {};
     }
+    if (request.command == "capture") {
+        return capture();
+    }
     if (request.command == "share") {
         return share(request.arguments);
     }
@@ -435,6 +454,25 @@ ControlReply AppDelegate::handleControlRequest(const ControlRequest& request) {
         return {};
     }
     return {false, "The running agent does not know the command '" + request.command + "'."};
+}
+
+void AppDelegate::reportCapture(const core::LocalizedText& text) {
+    report(text);
+    const std::array begun{core::LocalizedText(core::texts::selectAreaToCapture),
+                           core::LocalizedText(core::texts::selectAreaOrCheckShortcut)};
+    if (std::ranges::find(begun, text) == begun.end()) { // otherwise the menu would close and nothing be seen
+        const auto language = preferences_.state().language;
+        services_.statusItem.notify(core::LocalizedText(core::texts::quillane).rendered(language),
+                                    text.rendered(language));
+    }
+}
+
+ControlReply AppDelegate::capture() {
+    if (services_.areaCapture.means() == AreaCapture::Means::none) {
+        return {false, core::LocalizedText(core::texts::areaCaptureNeedsX11).rendered(core::AppLanguage::english)};
+    }
+    capture_.start(); // how it goes is told to the user, who may still hold the keys of a shortcut
+    return {};
 }
 
 ControlReply AppDelegate::share(const std::vector<std::string>& urls) {

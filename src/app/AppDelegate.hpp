@@ -11,6 +11,7 @@
 #include "clipboard/ClipboardManager.hpp"
 #include "clipboard/ClipboardPanel.hpp"
 #include "clipboard/panel/HistoryPanel.hpp"
+#include "clipboard/ClipboardScreenCapture.hpp"
 #include "core/preferences/AppPreferences.hpp"
 #include "direction/DirectionCommands.hpp"
 #include "fileshare/FileShareService.hpp"
@@ -85,6 +86,8 @@ private:
 
     void toggle(bool core::FeatureOptions::*option);
     void rememberTarget();
+    void reportCapture(const core::LocalizedText& text);
+    [[nodiscard]] ControlReply capture();
     [[nodiscard]] ControlReply share(const std::vector<std::string>& urls);
     void report(const core::LocalizedText& text);
 
@@ -103,6 +106,7 @@ private:
     FileShareService fileShare_;
     ClipboardManager clipboard_;
     ClipboardPanel clipboardPanel_;
+    ClipboardScreenCapture capture_;
     LoginItemController loginItem_;
     AppUpdater updater_;
     bool wasPaused_; ///< when the options were applied last

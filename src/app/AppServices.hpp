@@ -8,6 +8,7 @@
 #include "platform/Accessibility.hpp"
 #include "platform/ApplicationCatalog.hpp"
 #include "platform/ApplicationMenu.hpp"
+#include "platform/AreaCapture.hpp"
 #include "platform/EventTap.hpp"
 #include "platform/FilePanel.hpp"
 #include "platform/HotKeys.hpp"
@@ -46,6 +47,7 @@ struct AppServices {
     WindowTraits& windowTraits;
     WindowList& windowList;
     Pasteboard& pasteboard;
+    AreaCapture& areaCapture;
     HotKeys& hotKeys;
     SecureInput& secureInput;
     core::SecretStore& secretStore;

@@ -9,7 +9,7 @@ namespace quillane::CommandLine {
 
 namespace {
 
-constexpr std::array<std::string_view, 4> simpleCommands{"history", "pause", "resume", "quit"};
+constexpr std::array<std::string_view, 5> simpleCommands{"capture", "history", "pause", "resume", "quit"};
 
 UsageError unknown(std::string_view kind, std::string_view word) {
     return {"unknown " + std::string(kind) + " '" + std::string(word) + "'"};
@@ -58,6 +58,7 @@ std::string_view usage() {
            "       quillane status [--json]    say what the agent does\n"
            "       quillane share [FILE]       upload a file and show its download link\n"
            "       quillane history            open the clipboard history, or close it\n"
+           "       quillane capture            select an area of the screen and copy its picture\n"
            "       quillane pause | resume     pause everything, or go on\n"
            "       quillane quit               end the agent\n"
            "       quillane --help | --version\n";

@@ -46,6 +46,12 @@ void SettingsModel::refreshKeepAwake() {
 
 void SettingsModel::setLastAction(core::LocalizedText text) {
     lastAction_ = std::move(text);
+    offer_.reset();
+    emit changed();
+}
+
+void SettingsModel::offer(Offer offer) {
+    offer_ = std::move(offer);
     emit changed();
 }
 

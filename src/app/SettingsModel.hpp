@@ -13,6 +13,7 @@
 #include <QObject>
 
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 
@@ -63,6 +64,17 @@ public:
 
     void setLastAction(core::LocalizedText text);
 
+    /// What the user can do about the last action.
+    struct Offer {
+        core::LocalizedText title;
+        std::function<void()> action;
+    };
+
+    /// None, as a rule. The next outcome takes it back.
+    [[nodiscard]] const std::optional<Offer>& offer() const { return offer_; }
+
+    void offer(Offer offer);
+
     /// The bundle identifier of the supported application that was in front last; empty before there was one.
     [[nodiscard]] const std::string& testTargetID() const { return testTargetID_; }
 
@@ -101,6 +113,7 @@ private:
     core::FeatureOptions options_;
     Runtime runtime_;
     core::LocalizedText lastAction_;
+    std::optional<Offer> offer_;
     std::string testTargetID_;
     core::SettingsPage page_ = core::SettingsPage::general;
 };

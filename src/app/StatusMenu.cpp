@@ -16,6 +16,18 @@ MenuRow separator() {
     return row;
 }
 
+/// What the command to capture an area does, or what it lacks.
+core::LocalizedText captureDescription(const StatusMenuState& state) {
+    if (state.captureMeans == AreaCapture::Means::none) {
+        return texts::areaCaptureNeedsX11;
+    }
+    if (!state.accessibilityGranted) {
+        return texts::areaCaptureNeedsAccessibility;
+    }
+    return state.captureMeans == AreaCapture::Means::systemShortcut ? texts::captureAreaLikeShortcut
+                                                                    : texts::selectAreaToCapture;
+}
+
 } // namespace
 
 std::vector<MenuRow> statusMenuRows(const StatusMenuState& state, const StatusMenuActions& actions) {
@@ -45,6 +57,8 @@ std::vector<MenuRow> statusMenuRows(const StatusMenuState& state, const StatusMe
         row.checked = on;
         return row;
     };
+    auto capture = item(texts::captureAreaToClipboard, "", actions.captureArea);
+    capture.toolTip = text(captureDescription(state));
     auto settings = item(texts::settings, "gearshape", actions.showSettings);
     settings.keyEquivalent = ",";
 
@@ -53,7 +67,7 @@ std::vector<MenuRow> statusMenuRows(const StatusMenuState& state, const StatusMe
         header,
         item(state.status.text, state.status.symbol, nullptr),
         separator(),
-        item(texts::captureAreaToClipboard, "", actions.captureArea),
+        capture,
         item(texts::clipboardHistory, "clock.arrow.circlepath", actions.showClipboard),
         item(texts::quillaneShare, "square.and.arrow.up", actions.shareFile),
         toggle(texts::keepMacAwake, "cup.and.saucer", actions.toggleKeepAwake, state.keepAwakeActive),

@@ -4,6 +4,7 @@
 
 #include "app/RuntimeStatus.hpp"
 #include "core/localization/AppLanguage.hpp"
+#include "platform/AreaCapture.hpp"
 #include "platform/StatusItem.hpp"
 
 #include <functional>
@@ -18,6 +19,8 @@ struct StatusMenuState {
     std::string version;
     core::FeatureOptions options;
     bool keepAwakeActive = false;
+    AreaCapture::Means captureMeans = AreaCapture::Means::none;
+    bool accessibilityGranted = false;
     StatusRow status;
 
     bool operator==(const StatusMenuState&) const = default;

@@ -8,6 +8,7 @@
 #include "platform/Accessibility.hpp"
 #include "platform/ApplicationCatalog.hpp"
 #include "platform/ApplicationMenu.hpp"
+#include "platform/AreaCapture.hpp"
 #include "platform/EventTap.hpp"
 #include "platform/FilePanel.hpp"
 #include "platform/HotKeys.hpp"
@@ -55,6 +56,7 @@ struct Platform {
     std::unique_ptr<WindowList> windowList;
     std::unique_ptr<core::SleepAssertionClient> sleepAssertions;
     std::unique_ptr<Pasteboard> pasteboard;
+    std::unique_ptr<AreaCapture> areaCapture; ///< after the pasteboard, on which it puts pictures
     std::unique_ptr<HotKeys> hotKeys;
     std::unique_ptr<SecureInput> secureInput;
     std::unique_ptr<core::SecretStore> secretStore;

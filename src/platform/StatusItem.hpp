@@ -58,7 +58,8 @@ public:
     /// Opens the menu, as a click on the item does.
     virtual void popUpMenu() = 0;
 
-    /// A short notice by the desktop's own means, for when the item cannot be seen.
+    /// A short notice by the desktop's own means, for when the item cannot be seen or a command of its
+    /// menu could not be done.
     virtual void notify(const std::string& title, const std::string& text) = 0;
 };
 

@@ -128,12 +128,23 @@ void TestingPage::addCheck() {
             const auto& name = model.runtime().inputName;
             return name.empty() ? core::LocalizedText(texts::unknownInputSource) : core::LocalizedText(name);
         });
-    addRow(
+    auto& last = addRow(
         card, "clock", [] { return texts::lastAction; },
         [&model]() -> core::LocalizedText {
             return model.lastAction() == core::LocalizedText() ? core::LocalizedText(texts::noActionYet)
                                                                : model.lastAction();
         });
+    auto* offer = button({}, [&model] {
+        if (const auto offered = model.offer()) { // a copy: the action may bring the next outcome
+            offered->action();
+        }
+    });
+    offer->setObjectName(QStringLiteral("offer"));
+    bind([&model, offer](core::AppLanguage language) {
+        offer->setVisible(model.offer().has_value());
+        offer->setText(model.offer() ? rendered(model.offer()->title, language) : QString());
+    });
+    last.setControl(offer);
 }
 
 bool TestingPage::apply(core::WritingDirection direction) {

@@ -43,6 +43,7 @@ protected:
                                      .windowTraits = desktop.windowTraits,
                                      .windowList = desktop.windowList,
                                      .pasteboard = desktop.pasteboard,
+                                     .areaCapture = desktop.areaCapture,
                                      .hotKeys = desktop.hotKeys,
                                      .secureInput = desktop.secureInput,
                                      .secretStore = desktop.secretStore,

@@ -26,7 +26,7 @@ TEST(CommandLine, TheSessionStartsTheAgentAtLogin) {
 }
 
 TEST(CommandLine, CommandsAreSentToTheRunningAgent) {
-    for (const auto* command : {"history", "pause", "resume", "quit", "status"}) {
+    for (const auto* command : {"capture", "history", "pause", "resume", "quit", "status"}) {
         EXPECT_EQ(parsed({command}), Call(SendRequest{{command, {}}}));
     }
     EXPECT_EQ(parsed({"status", "--json"}), Call(SendRequest{{"status", {"--json"}}}));
@@ -56,7 +56,8 @@ TEST(CommandLine, UnknownWordsAreNamed) {
 }
 
 TEST(CommandLine, UsageNamesEveryCommand) {
-    for (const auto* command : {"status", "share", "history", "pause", "resume", "quit", "--help", "--version"}) {
+    for (const auto* command :
+         {"status", "capture", "share", "history", "pause", "resume", "quit", "--help", "--version"}) {
         EXPECT_NE(usage().find(command), std::string_view::npos) << command;
     }
 }

@@ -26,6 +26,7 @@ Platform makeFakes() {
     made.windowList = std::make_unique<FakeWindowList>();
     made.sleepAssertions = std::make_unique<FakeSleepAssertions>();
     made.pasteboard = std::make_unique<FakePasteboard>();
+    made.areaCapture = std::make_unique<FakeAreaCapture>();
     made.hotKeys = std::make_unique<FakeHotKeys>(*made.mainQueue);
     made.secureInput = std::make_unique<FakeSecureInput>();
     made.secretStore = std::make_unique<FakeSecretStore>();
@@ -80,6 +81,7 @@ FakeDesktop::FakeDesktop(Platform made)
       windowList(fake<FakeWindowList>(platform.windowList)),
       sleepAssertions(fake<FakeSleepAssertions>(platform.sleepAssertions)),
       pasteboard(fake<FakePasteboard>(platform.pasteboard)),
+      areaCapture(fake<FakeAreaCapture>(platform.areaCapture)),
       hotKeys(fake<FakeHotKeys>(platform.hotKeys)),
       secureInput(fake<FakeSecureInput>(platform.secureInput)),
       secretStore(fake<FakeSecretStore>(platform.secretStore)),

@@ -5,6 +5,7 @@
 #include "fakes/FakeAccessibility.hpp"
 #include "fakes/FakeApplicationCatalog.hpp"
 #include "fakes/FakeApplicationMenu.hpp"
+#include "fakes/FakeAreaCapture.hpp"
 #include "fakes/FakeEventTap.hpp"
 #include "fakes/FakeFilePanel.hpp"
 #include "fakes/FakeHotKeys.hpp"
@@ -74,6 +75,7 @@ public:
     FakeWindowList& windowList;
     FakeSleepAssertions& sleepAssertions;
     FakePasteboard& pasteboard;
+    FakeAreaCapture& areaCapture;
     FakeHotKeys& hotKeys;
     FakeSecureInput& secureInput;
     FakeSecretStore& secretStore;

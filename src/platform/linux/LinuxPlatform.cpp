@@ -22,8 +22,10 @@
 #include "platform/linux/SessionBus.hpp"
 #include "platform/linux/SystemSymbols.hpp"
 #include "platform/linux/TrayStatusItem.hpp"
+#include "platform/linux/UnavailableAreaCapture.hpp"
 #include "platform/linux/UnavailableKeyboard.hpp"
 #include "platform/linux/WindowKeysApplicationMenu.hpp"
+#include "platform/linux/X11AreaCapture.hpp"
 #include "platform/linux/X11Blanking.hpp"
 #include "platform/linux/X11EventTap.hpp"
 #include "platform/linux/X11HotKeys.hpp"
@@ -153,6 +155,11 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.sleepAssertions = std::make_unique<LinuxSleepAssertions>(
         session->bus, session->x11 ? std::make_unique<X11Blanking>(*session->x11->connection) : nullptr);
     platform.pasteboard = makePasteboard(desktop, *session);
+    if (session->x11) {
+        platform.areaCapture = std::make_unique<X11AreaCapture>(*platform.pasteboard, *platform.mainQueue);
+    } else {
+        platform.areaCapture = std::make_unique<UnavailableAreaCapture>();
+    }
     if (session->x11 && session->pasteboard) {
         platform.hotKeys = std::make_unique<X11HotKeys>(*session->pasteboard, *session->x11->keyboard);
     } else {

@@ -10,6 +10,7 @@
 #include "platform/macos/MacApplicationCatalog.hpp"
 #include "platform/macos/MacApplicationIcon.hpp"
 #include "platform/macos/MacApplicationMenu.hpp"
+#include "platform/macos/MacAreaCapture.hpp"
 #include "platform/macos/MacEventTap.hpp"
 #include "platform/macos/MacFilePanel.hpp"
 #include "platform/macos/MacHotKeys.hpp"
@@ -67,6 +68,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.windowList = std::make_unique<MacWindowList>();
     platform.sleepAssertions = std::make_unique<MacSleepAssertions>();
     platform.pasteboard = std::make_unique<MacPasteboard>();
+    platform.areaCapture = std::make_unique<MacAreaCapture>();
     platform.hotKeys = std::make_unique<MacHotKeys>();
     platform.secureInput = std::make_unique<MacSecureInput>();
     platform.secretStore = std::make_unique<MacSecretStore>();

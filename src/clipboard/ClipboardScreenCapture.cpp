@@ -1,0 +1,87 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "clipboard/ClipboardScreenCapture.hpp"
+
+#include "core/keyboard/EventFlags.hpp"
+#include "core/localization/Texts.hpp"
+
+#include <chrono>
+#include <utility>
+
+namespace quillane {
+
+namespace texts = core::texts;
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int lastAttempt = 20;
+constexpr auto betweenAttempts = 50ms;
+constexpr auto modifiers = core::flags::shift | core::flags::control | core::flags::option | core::flags::command;
+
+} // namespace
+
+ClipboardScreenCapture::ClipboardScreenCapture(ScreenCaptureServices services) : services_(std::move(services)) {}
+
+void ClipboardScreenCapture::start() {
+    ++operation_;
+    attempt(0);
+}
+
+void ClipboardScreenCapture::attempt(int number) {
+    if ((services_.keyEvents.currentFlags() & modifiers) == 0) {
+        begin();
+        return;
+    }
+    if (number == lastAttempt) {
+        tell(texts::releaseModifierKeys);
+        return;
+    }
+    services_.mainQueue.postAfter(
+        betweenAttempts, [this, alive = std::weak_ptr<void>(alive_), operation = operation_, next = number + 1] {
+            if (!alive.expired() && operation == operation_) {
+                attempt(next);
+            }
+        });
+}
+
+void ClipboardScreenCapture::begin() {
+    using Means = AreaCapture::Means;
+    const auto means = services_.areaCapture.means();
+    if (means == Means::none) {
+        tell(texts::areaCaptureNeedsX11);
+        return;
+    }
+    const auto keptOut = [this, alive = std::weak_ptr<void>(alive_)] {
+        if (!alive.expired()) {
+            tell(texts::areaCaptureKeptOut);
+        }
+    };
+    if (!services_.permissions.isGranted(core::MacPermission::accessibility) ||
+        !services_.areaCapture.start(services_.language(), keptOut)) {
+        tell(texts::couldNotStartAreaCapture);
+        return;
+    }
+    if (means == Means::ownSelection) {
+        tell(texts::selectAreaToCapture);
+        return;
+    }
+    tell(texts::selectAreaOrCheckShortcut);
+    if (offer) {
+        offer(texts::openKeyboardSettings, [this, alive = std::weak_ptr<void>(alive_)] {
+            if (!alive.expired()) {
+                services_.areaCapture.openShortcutSettings();
+            }
+        });
+    }
+}
+
+void ClipboardScreenCapture::tell(const core::LocalizedText& text) const {
+    if (report) {
+        report(text);
+    }
+}
+
+} // namespace quillane

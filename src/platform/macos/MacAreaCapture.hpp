@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/AreaCapture.hpp"
+
+namespace quillane {
+
+/// The system's own area screenshot, started by its shortcut (Quartz Event Services). Needs the Accessibility
+/// permission. Whether the shortcut is turned off cannot be told.
+class MacAreaCapture final : public AreaCapture {
+public:
+    [[nodiscard]] Means means() const override { return Means::systemShortcut; }
+
+    [[nodiscard]] bool start(core::AppLanguage language, std::function<void()> keptOut) override;
+    bool openShortcutSettings() override;
+};
+
+} // namespace quillane
