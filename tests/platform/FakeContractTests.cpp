@@ -1,10 +1,12 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
+#include "fakes/FakeAreaCapture.hpp"
 #include "fakes/FakeDesktop.hpp"
 #include "fakes/FakeHotKeys.hpp"
 #include "fakes/FakePasteboard.hpp"
 #include "fakes/FakeSecretStore.hpp"
 #include "platform/AccessibilityContract.hpp"
+#include "platform/AreaCaptureContract.hpp"
 #include "platform/EventTapContract.hpp"
 #include "platform/HotKeysContract.hpp"
 #include "platform/InputSourcesContract.hpp"
@@ -182,6 +184,28 @@ private:
     fakes::FakeSecretStore store_;
 };
 
+class FakeAreaCaptureDriver {
+public:
+    AreaCapture& capture() { return capture_; }
+
+    [[nodiscard]] bool isSelecting() const { return capture_.selecting().has_value(); }
+
+    void cancel() { capture_.end(); }
+
+    void keepKeyboard() { keeps_ = true; }
+
+    bool waitUntil(const std::function<bool()>& condition) {
+        if (keeps_ && isSelecting()) {
+            capture_.keepOut();
+        }
+        return condition();
+    }
+
+private:
+    FakeAreaCapture capture_;
+    bool keeps_ = false;
+};
+
 } // namespace
 
 namespace testing {
@@ -193,6 +217,7 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Fake, AccessibilityContract, FakeAccessibilityDri
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, PasteboardContract, FakePasteboardDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SecretStoreContract, FakeSecretStoreDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, HotKeysContract, FakeHotKeysDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, AreaCaptureContract, FakeAreaCaptureDriver);
 
 } // namespace testing
 } // namespace quillane

@@ -30,6 +30,7 @@ constexpr double hintDistance = 48;
 
 constexpr QColor dimming{0, 0, 0, 110};
 constexpr QColor labelGround{20, 20, 22, 225};
+constexpr QColor labelEdge{255, 255, 255, 60};
 
 } // namespace
 
@@ -59,7 +60,9 @@ QRect AreaOverlayWindow::here(const core::PixelRect& area) const {
 }
 
 core::PixelPoint AreaOverlayWindow::pointOf(const QMouseEvent& event) const {
-    const auto inside = event.position() * devicePixelRatioF();
+    // Qt rounds the position in the widget to whole points while a widget has the pointer, but not the one in the
+    // window.
+    const auto inside = event.scenePosition() * devicePixelRatioF();
     return {picture().area.x + qRound(inside.x()), picture().area.y + qRound(inside.y())};
 }
 
@@ -110,7 +113,8 @@ QString AreaOverlayWindow::number(int pixels) const {
 
 QString AreaOverlayWindow::sizeText() const {
     const auto area = overlay_.selection().area();
-    // A width comes before its height, from the left, in all three languages: the text is isolated from left to right.
+    // Isolated, so that Hebrew writes it from left to right, as it does all arithmetic. Arabic digits run from right to
+    // left by themselves.
     return area ? QStringLiteral("\u2066%1 × %2\u2069").arg(number(area->width), number(area->height)) : QString();
 }
 
@@ -184,9 +188,10 @@ void AreaOverlayWindow::drawLabel(QPainter& painter, const QRect& place, const Q
         return;
     }
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
+    painter.setPen(QPen(labelEdge, scaled(1)));
     painter.setBrush(labelGround);
-    painter.drawRoundedRect(place, scaled(5), scaled(5));
+    const double half = scaled(1) / 2.0; // a line is drawn half on each side of its place
+    painter.drawRoundedRect(QRectF(place).adjusted(half, half, -half, -half), scaled(5), scaled(5));
     painter.setPen(Qt::white);
     painter.setFont(labelFont_);
     painter.setLayoutDirection(core::isRTL(overlay_.language()) ? Qt::RightToLeft : Qt::LeftToRight);

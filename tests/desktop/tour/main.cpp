@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 #include "desktop/agent/LiveMenu.hpp"
+#include "desktop/tour/CaptureTour.hpp"
 #include "desktop/tour/DirectionTour.hpp"
 #include "desktop/tour/HistoryTour.hpp"
 #include "desktop/tour/ShareTour.hpp"
@@ -26,6 +27,7 @@ public:
         mustSee(agent_->process().end() == ExitStatus{0, 0}, "the agent's orderly end");
         shareTour(tour_, desktop_);
         historyTour(tour_, desktop_);
+        captureTour(tour_, desktop_);
         directionTour(tour_, desktop_);
         for (const char* language : {"en", "he", "ar"}) {
             showMenu(language);
