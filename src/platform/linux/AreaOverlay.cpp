@@ -6,6 +6,7 @@
 #include "platform/linux/AreaOverlayWindow.hpp"
 
 #include <QCursor>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScreen>
 
@@ -44,7 +45,8 @@ core::PixelPoint pointerOn(const std::vector<ScreenPicture>& pictures) {
 
 } // namespace
 
-AreaOverlay::AreaOverlay(std::vector<ScreenPicture> pictures, core::AppLanguage language, Outcome outcome)
+AreaOverlay::AreaOverlay(std::vector<ScreenPicture> pictures, core::AppLanguage language,
+                         std::chrono::milliseconds patience, Outcome outcome)
     : pictures_(std::move(pictures)),
       language_(language),
       outcome_(std::move(outcome)),
@@ -57,6 +59,10 @@ AreaOverlay::AreaOverlay(std::vector<ScreenPicture> pictures, core::AppLanguage 
     }
     connect(&grabTimer_, &QTimer::timeout, this, &AreaOverlay::tryToGrab);
     grabTimer_.start(betweenGrabs);
+    connect(&idleTimer_, &QTimer::timeout, this, &AreaOverlay::cancel);
+    idleTimer_.start(patience);
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, &AreaOverlay::cancel);
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &AreaOverlay::cancel);
 }
 
 AreaOverlay::~AreaOverlay() = default;
@@ -71,29 +77,36 @@ void AreaOverlay::tryToGrab() {
     }
 }
 
+void AreaOverlay::cancel() {
+    end(outcome_.cancelled);
+}
+
 void AreaOverlay::mousePress(Qt::MouseButton button, core::PixelPoint point) {
+    idleTimer_.start();
     if (button == Qt::LeftButton) {
         change([&] { selection_.press(point); });
     }
 }
 
 void AreaOverlay::mouseMove(core::PixelPoint point) {
+    idleTimer_.start();
     change([&] { selection_.pointTo(point); });
 }
 
 void AreaOverlay::mouseRelease(Qt::MouseButton button, core::PixelPoint point) {
     if (button == Qt::RightButton) { // only now, so that the release does not reach what is below
-        end(outcome_.cancelled);
+        cancel();
     } else if (button == Qt::LeftButton && selection_.isPressed()) {
         selection_.pointTo(point);
-        selection_.release() ? take() : end(outcome_.cancelled);
+        selection_.release() ? take() : cancel();
     }
 }
 
 void AreaOverlay::keyPress(const QKeyEvent& event) {
+    idleTimer_.start();
     switch (event.key()) {
     case Qt::Key_Escape:
-        end(outcome_.cancelled);
+        cancel();
         break;
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -165,6 +178,7 @@ void AreaOverlay::end(const std::function<void()>& outcome) {
         return;
     }
     grabTimer_.stop();
+    idleTimer_.stop();
     ready_ = false;
     windows_.front()->releaseInput();
     for (const auto& window : windows_) {

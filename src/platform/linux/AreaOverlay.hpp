@@ -9,6 +9,7 @@
 
 #include <QTimer>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -25,7 +26,8 @@ class AreaOverlayWindow;
 ///
 /// Drag selects; Space moves the area meanwhile, Shift keeps one of its sides; release takes it, a click cancels. Arrow
 /// keys move an area and with Shift resize it, by ten pixels or with Control by one; Return takes it. Escape and the
-/// right button cancel.
+/// right button cancel, and so does a while without any input: no lock can take the screen as long as this has the
+/// keyboard.
 class AreaOverlay final : public QObject {
     Q_OBJECT
 
@@ -36,9 +38,10 @@ public:
         std::function<void()> keptOut; ///< another program does not let go of the pointer or the keyboard
     };
 
-    /// `pictures` is not empty. One of the functions is called, once, from the event loop; from then on nothing is
-    /// shown, and the overlay may be destroyed later.
-    AreaOverlay(std::vector<ScreenPicture> pictures, core::AppLanguage language, Outcome outcome);
+    /// `pictures` is not empty; `patience` is how long it stays without input. One of the functions is called, once,
+    /// from the event loop; from then on nothing is shown, and the overlay may be destroyed later.
+    AreaOverlay(std::vector<ScreenPicture> pictures, core::AppLanguage language, std::chrono::milliseconds patience,
+                Outcome outcome);
     ~AreaOverlay() override;
 
     [[nodiscard]] const std::vector<ScreenPicture>& pictures() const { return pictures_; }
@@ -62,6 +65,7 @@ private:
     void tryToGrab();
     void arrow(int dx, int dy, Qt::KeyboardModifiers modifiers);
     void take();
+    void cancel();
     void change(const std::function<void()>& step);
     void end(const std::function<void()>& outcome);
 
@@ -71,6 +75,7 @@ private:
     core::AreaSelection selection_;
     std::vector<std::unique_ptr<AreaOverlayWindow>> windows_;
     QTimer grabTimer_;
+    QTimer idleTimer_;
     int grabAttempts_ = 0;
     bool ready_ = false;
     bool ended_ = false;

@@ -19,8 +19,8 @@ constexpr auto untilMenusHaveGone = 200ms;
 
 } // namespace
 
-X11AreaCapture::X11AreaCapture(Pasteboard& pasteboard, MainQueue& mainQueue)
-    : pasteboard_(pasteboard), mainQueue_(mainQueue) {}
+X11AreaCapture::X11AreaCapture(Pasteboard& pasteboard, MainQueue& mainQueue, std::chrono::milliseconds patience)
+    : pasteboard_(pasteboard), mainQueue_(mainQueue), patience_(patience) {}
 
 X11AreaCapture::~X11AreaCapture() {
     delete overlay_.release(); // there may be no event loop any more
@@ -47,7 +47,7 @@ void X11AreaCapture::show(core::AppLanguage language, std::function<void()> kept
         keptOut();
         return;
     }
-    overlay_.reset(new AreaOverlay(std::move(pictures), language,
+    overlay_.reset(new AreaOverlay(std::move(pictures), language, patience_,
                                    {.taken =
                                         [this](const QImage& picture) {
                                             overlay_.reset();

@@ -11,6 +11,7 @@
 
 #include <QObject>
 
+#include <chrono>
 #include <memory>
 
 namespace quillane {
@@ -18,7 +19,9 @@ namespace quillane {
 /// An own selection over all screens of the X server. The picture stays on the clipboard as long as the program runs.
 class X11AreaCapture final : public AreaCapture {
 public:
-    X11AreaCapture(Pasteboard& pasteboard, MainQueue& mainQueue);
+    /// `patience` is how long a selection stays on the screen without input.
+    X11AreaCapture(Pasteboard& pasteboard, MainQueue& mainQueue,
+                   std::chrono::milliseconds patience = std::chrono::seconds(60));
     ~X11AreaCapture() override;
 
     [[nodiscard]] Means means() const override { return Means::ownSelection; }
@@ -41,6 +44,7 @@ private:
 
     Pasteboard& pasteboard_;
     MainQueue& mainQueue_;
+    std::chrono::milliseconds patience_;
     bool starting_ = false;
     std::unique_ptr<AreaOverlay, DeleteLater> overlay_;
     std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< for what comes back after this has gone

@@ -53,6 +53,8 @@ public:
 
     AreaCapture& capture() { return *capture_; }
 
+    void losePatienceAfter(std::chrono::milliseconds patience) { capture_.emplace(pasteboard_, *queue_, patience); }
+
     [[nodiscard]] bool isSelecting() const { return capture_->overlay() && capture_->overlay()->isReady(); }
 
     void cancel() { keyboard_.tap(key::escape); }
@@ -319,6 +321,25 @@ TEST_F(X11AreaCaptureTest, AMenuThatClosesAMomentLaterIsWaitedFor) {
     EXPECT_FALSE(testing::waitUntil([&] { return driver_->isSelecting(); }, std::chrono::milliseconds(700)));
     driver_->giveKeyboardBack();
     EXPECT_TRUE(driver_->waitUntil([&] { return driver_->isSelecting(); }));
+}
+
+TEST_F(X11AreaCaptureTest, WithoutInputForLongItGivesTheKeyboardBack) {
+    driver_->losePatienceAfter(std::chrono::milliseconds(600));
+    start();
+    for (int i = 0; i < 4; ++i) { // somebody who moves the pointer is still there
+        driver_->point({100 + i, 100});
+        EXPECT_FALSE(testing::waitUntil([&] { return !driver_->overlay(); }, std::chrono::milliseconds(250)));
+    }
+    EXPECT_TRUE(ends());
+    driver_->keepKeyboard(); // would fail
+}
+
+TEST_F(X11AreaCaptureTest, AChangeOfScreensCancels) {
+    start();
+    EXPECT_EQ(testing::run({"xrandr", "--setmonitor", "left", "250/100x480/100+0+0", "screen"}), 0);
+    EXPECT_EQ(testing::run({"xrandr", "--setmonitor", "right", "390/100x480/100+250+0", "none"}), 0);
+    EXPECT_TRUE(ends());
+    EXPECT_EQ(driver_->pasteboard().clears(), 0);
 }
 
 TEST_F(X11AreaCaptureTest, TheFocusStaysWhereItIs) {
