@@ -45,6 +45,10 @@ protected:
                                                                    std::string("<data>") + historyIsOn + "</data>"}}),
                 "the settings cannot be written");
         startAgent(more);
+        require(language != "en" || agent().waitForStatus([](const auto& status) {
+            return status.at("clipboard").at("status") == "Clipboard history is active";
+        }),
+                "the history is not active");
     }
 
     [[nodiscard]] LiveAreaSelection selection() { return LiveAreaSelection(desktop()); }

@@ -7,6 +7,9 @@
 #include "desktop/agent/LiveAreaSelection.hpp"
 #include "desktop/agent/LiveMenu.hpp"
 
+#include <algorithm>
+#include <string_view>
+
 namespace quillane::live {
 
 namespace {
@@ -52,9 +55,16 @@ private:
 
     std::string show() {
         window_.reset();
-        auto viewer = got(desktop_.startApplication({"display", "-geometry", "+520+320", "captured.png"}));
-        viewer_ = std::move(viewer);
-        return "an image viewer shows it";
+        viewer_ = got(desktop_.startProcess({"display", "-geometry", "+520+320", "captured.png"}));
+        mustSee(waitUntil([&] { return isShown("captured.png"); }), "a window of the image viewer");
+        return "an image viewer opens it";
+    }
+
+    /// A window has the text in its title.
+    [[nodiscard]] bool isShown(std::string_view title) const {
+        return std::ranges::any_of(desktop_.screen().managedWindows(), [&](xcb_window_t window) {
+            return desktop_.screen().text(window, "WM_NAME").find(title) != std::string::npos;
+        });
     }
 
     Tour& tour_;
