@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "app/AppDelegate.hpp"
+
+#include "core/localization/Texts.hpp"
+
+// What the command asks of the running agent.
+
+namespace quillane {
+
+ControlReply AppDelegate::handleControlRequest(const ControlRequest& request) {
+    if (request.command == "open") {
+        applicationShouldHandleReopen();
+        return {};
+    }
+    if (request.command == "status") {
+        const bool json = !request.arguments.empty() && request.arguments.front() == "--json";
+        return {true, json ? toJson(statusReport()) : toText(statusReport())};
+    }
+    if (request.command == "pause" || request.command == "resume") {
+        auto options = model_.options();
+        options.paused = request.command == "pause";
+        if (options != model_.options()) {
+            model_.setOptions(options);
+        }
+        return {};
+    }
+    if (request.command == "history") {
+        showClipboard();
+        return {};
+    }
+    if (request.command == "capture") {
+        return capture();
+    }
+    if (request.command == "share") {
+        return share(request.arguments);
+    }
+    if (request.command == "quit") {
+        environment_.terminate();
+        return {};
+    }
+    return {false, "The running agent does not know the command '" + request.command + "'."};
+}
+
+ControlReply AppDelegate::capture() {
+    if (services_.areaCapture.means() == AreaCapture::Means::none) {
+        return {false, core::LocalizedText(core::texts::areaCaptureNeedsX11).rendered(core::AppLanguage::english)};
+    }
+    capture_.start(); // how it goes is told to the user, who may still hold the keys of a shortcut
+    return {};
+}
+
+ControlReply AppDelegate::share(const std::vector<std::string>& urls) {
+    if (urls.empty()) {
+        fileShare_.choose();
+        return {};
+    }
+    const auto refusal = fileShare_.share(urls);
+    if (!refusal) {
+        return {};
+    }
+    fileShare_.tell(*refusal); // a file manager shows nobody what the command prints
+    return {false, refusal->rendered(core::AppLanguage::english)};
+}
+
+StatusReport AppDelegate::statusReport() const {
+    return {.version = environment_.version,
+            .language = preferences_.state().language,
+            .options = model_.options(),
+            .runtime = model_.runtime(),
+            .lastAction = model_.lastAction(),
+            .directions = directions_,
+            .clipboard = {.status = clipboard_.status(),
+                          .entries = clipboard_.history().entries().size(),
+                          .storageError = clipboard_.hasStorageError(),
+                          .hotKeyConflict = clipboard_.hasHotKeyConflict(),
+                          .panelOpen = clipboardPanel_.isVisible()},
+            .statusItemVisible = services_.statusItem.isVisible()};
+}
+
+} // namespace quillane
