@@ -328,7 +328,7 @@ StatusMenuActions AppDelegate::menuActions() {
     actions.toggleKeepAwake = [this] { toggle(&core::FeatureOptions::keepAwake); };
     actions.showClipboard = [this] { showClipboard(); };
     if (services_.areaCapture.means() != AreaCapture::Means::none) {
-        actions.captureArea = [this] { capture_.start(); };
+        actions.captureArea = [this] { startCapture(); };
     }
     actions.shareFile = [this] { fileShare_.choose(); };
     actions.showSettings = [this] { showSettings(core::SettingsPage::general); };
@@ -344,6 +344,11 @@ StatusMenuActions AppDelegate::menuActions() {
     actions.togglePause = [this] { toggle(&core::FeatureOptions::paused); };
     actions.quit = environment_.terminate;
     return actions;
+}
+
+void AppDelegate::startCapture() {
+    direction_.cancelPending(); // a menu that opens now would be in the picture
+    capture_.start();
 }
 
 void AppDelegate::toggle(bool core::FeatureOptions::*option) {

@@ -78,6 +78,7 @@ private:
 
     void showSettings(core::SettingsPage page);
     void showClipboard();
+    void startCapture();
     void makeHistoryPanel();
     void showPermissionsIfNeeded();
     void requestNextPermissionIfNeeded();

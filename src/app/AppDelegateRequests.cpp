@@ -47,7 +47,7 @@ ControlReply AppDelegate::capture() {
     if (services_.areaCapture.means() == AreaCapture::Means::none) {
         return {false, core::LocalizedText(core::texts::areaCaptureNeedsX11).rendered(core::AppLanguage::english)};
     }
-    capture_.start(); // how it goes is told to the user, who may still hold the keys of a shortcut
+    startCapture(); // how it goes is told to the user, who may still hold the keys of a shortcut
     return {};
 }
 

@@ -124,6 +124,14 @@ TEST_F(DirectionFlow, ATapThatTheSystemDisabledCancels) {
     EXPECT_EQ(lastStatus(), "The system stopped the keyboard engine; it was restarted");
 }
 
+TEST_F(DirectionFlow, AnAreaCaptureCancels) {
+    openChrome();
+    chord();
+    ASSERT_TRUE(isWaiting());
+    click("Capture Area to Clipboard…");
+    EXPECT_FALSE(isWaiting());
+}
+
 TEST_F(DirectionFlow, AnotherApplicationInFrontCancels) {
     openChrome();
     const auto chrome = desktop.frontPid();
