@@ -40,6 +40,10 @@ private:
 class BenchKeyEvents final : public KeyEvents {
 public:
     [[nodiscard]] core::EventFlags currentFlags() const override { return 0; }
+
+    [[nodiscard]] bool postKey(pid_t /*pid*/, core::KeyCode /*keyCode*/, core::EventFlags /*flags*/) override {
+        return false;
+    }
 };
 
 class BenchWorkspace final : public Workspace {
@@ -49,6 +53,8 @@ public:
     [[nodiscard]] std::vector<RunningApplication> runningApplications(std::string_view /*bundleID*/) const override {
         return {front_};
     }
+
+    [[nodiscard]] bool isRunning(pid_t pid) const override { return pid == front_.pid; }
 
     bool activateApplication(pid_t /*pid*/) override { return false; }
 

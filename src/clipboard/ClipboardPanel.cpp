@@ -27,6 +27,9 @@ struct Overloaded : Cases... {
     using Cases::operator()...;
 };
 
+template <typename... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>; // which not every compiler deduces by itself
+
 } // namespace
 
 ClipboardPanel::ClipboardPanel(ClipboardManager& manager, ClipboardPanelServices services)

@@ -93,7 +93,7 @@ void ClipboardPage::addKinds() {
     auto& card = addCard(texts::whatToKeep);
     addFeature(card, optionFeature("doc.text", texts::keepText, {}, &Options::saveText));
     addFeature(card, optionFeature("photo", texts::keepImages, {}, &Options::saveImages));
-    addFeature(card, optionFeature("folder", texts::keepFiles, {}, &Options::saveFiles));
+    addFeature(card, optionFeature("folder", texts::keepFiles, texts::filesAreReferences, &Options::saveFiles));
 }
 
 void ClipboardPage::addNumber(Card& card, NumberText text, std::int64_t Options::*option, NumberStepper::Range range) {
@@ -112,12 +112,13 @@ void ClipboardPage::addNumber(Card& card, NumberText text, std::int64_t Options:
 
 void ClipboardPage::addStorage() {
     auto& card = addCard(texts::storage);
-    addFeature(card, optionFeature("lock", texts::keepHistoryBetweenLaunches, texts::keepHistoryExplanation,
-                                   &Options::persist));
+    addFeature(card,
+               optionFeature("lock", texts::keepHistoryBetweenLaunches, texts::forgettingNote, &Options::persist));
     addNumber(card, [](std::string value) { return texts::historyLimit(std::move(value)); }, &Options::limit,
               {10, 1000, 10});
     addNumber(card, [](std::string value) { return texts::storageLimit(std::move(value)); }, &Options::storageMB,
               {25, 1000, 25});
+    addNote(texts::keepHistoryExplanation);
     addNote(texts::limitsNote);
 }
 

@@ -25,11 +25,13 @@ namespace {
 #undef QUILLANE_TEXT
 
 #define QUILLANE_TEXT(name, hebrew, english, arabic) Entry{hebrew, english, arabic},
-constexpr std::array rows{
+// As many as there are. NOLINTNEXTLINE(modernize-avoid-c-arrays)
+constexpr Entry list[] = {
 #include "core/localization/AppTranslations.def"
 };
 #undef QUILLANE_TEXT
 #undef QUILLANE_NAME
+constexpr auto rows = std::to_array(list);
 
 /// FNV-1a, 64 bits (RFC 9923): sorting and searching numbers is cheaper than comparing texts that begin alike, for the
 /// compiler as well.

@@ -7,6 +7,7 @@
 #include "platform/linux/X11KeyCodes.hpp"
 
 #include <array>
+#include <ranges>
 #include <vector>
 
 #include <xcb/xtest.h>
@@ -52,8 +53,8 @@ bool X11KeyEvents::postKey(pid_t, core::KeyCode keyCode, core::EventFlags wanted
     }
     fake(XCB_KEY_PRESS, *key);
     fake(XCB_KEY_RELEASE, *key);
-    for (auto modifier = held.rbegin(); modifier != held.rend(); ++modifier) {
-        fake(XCB_KEY_RELEASE, *modifier);
+    for (const auto modifier : std::views::reverse(held)) {
+        fake(XCB_KEY_RELEASE, modifier);
     }
     connection_.flush();
     return true;
