@@ -252,22 +252,20 @@ private:
         }
         must(writeFile(file, large), "a large file");
         const auto newest = [&] {
-            return desktop_->run({"copyq", "eval", "print(String(read(0)).length)"}, milliseconds{20'000}).output;
+            return desktop_->run({"copyq", "eval", "print(str(read(0)).length)"}, milliseconds{20'000}).output;
         };
-        const auto before = agentEntries();
-        const auto file2 = desktop_->home() / ".local" / "share" / "Quillane" / "ClipboardHistory";
+        const auto folder = desktop_->home() / ".local" / "share" / "Quillane" / "ClipboardHistory";
         const auto begin = Clock::now();
         must(desktop_->run({"xclip", "-selection", "clipboard", "-i", file.string()}).succeeded(), "xclip");
         const auto stored = [&] {
             std::error_code error;
-            for (const auto& one : std::filesystem::directory_iterator(file2, error)) {
+            for (const auto& one : std::filesystem::directory_iterator(folder, error)) {
                 if (one.file_size(error) > large.size() && !error && one.path().extension() != ".new") {
                     return true;
                 }
             }
             return false;
         };
-        static_cast<void>(before);
         must(soon(stored), "the large entry on the disk");
         const auto ours = millisecondsSince(begin);
         const auto theirs = waitUntil([&] { return newest() == std::to_string(large.size()); }, milliseconds{30'000})

@@ -200,7 +200,8 @@ TEST_F(LivePanel, TenQuickCopiesAreWrittenOnce) {
     ASSERT_TRUE(holdsFor(milliseconds{500}, [] { return true; }));
     std::set<std::filesystem::file_time_type> written{std::filesystem::last_write_time(index)};
     auto copying = required(desktop().startProcess(
-        {"sh", "-c", "for i in $(seq 10); do printf %s \"copy $i\" | xclip -selection clipboard -i; done"}));
+        {"sh", "-c",
+         "for i in $(seq 10); do printf %s \"copy $i\" | xclip -selection clipboard -i; sleep 0.03; done"}));
     EXPECT_TRUE(holdsFor(milliseconds{2500}, [&] {
         std::error_code gone; // it is replaced by a new file
         const auto time = std::filesystem::last_write_time(index, gone);
