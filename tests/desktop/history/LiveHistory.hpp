@@ -42,18 +42,20 @@ protected:
     }
 
     /// Does what opens the panel, and waits until it says that it has the focus: like a menu it is no child of the
-    /// application for who reads the screen.
+    /// application for who reads the screen. What has the focus.
     template <typename Steps>
-    void open(const Steps& steps) {
+    AccessibleNode open(const Steps& steps) {
         FocusWatcher focus(desktop().accessibility());
         steps();
         require(isPanelOpen(true), "the panel does not open");
         const auto root = desktop().accessibility().application(agent().process().pid());
+        std::optional<AccessibleNode> focused;
         require(root && waitUntil([&] {
-                    const auto focused = focus.next(std::chrono::milliseconds{300});
+                    focused = focus.next(std::chrono::milliseconds{300});
                     return focused && focused->bus == root->bus;
                 }),
                 "the panel has no focus");
+        return *focused;
     }
 
     void pressHotKey() { desktop().keyboard().tapWith({Key::leftSuper, Key::leftShift}, Key::v); }

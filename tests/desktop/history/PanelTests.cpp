@@ -176,6 +176,18 @@ TEST_F(LivePanel, WithNothingCopiedItOpensAndEscapeClosesIt) {
     EXPECT_TRUE(isPanelOpen(false));
 }
 
+TEST_F(LivePanel, ALanguageThatIsChosenIsSeenInIt) {
+    startHistory();
+    EXPECT_EQ(open([&] { pressHotKey(); }).name, "Search history…");
+    desktop().keyboard().tap(Key::escape);
+    ASSERT_TRUE(isPanelOpen(false));
+    ASSERT_TRUE(desktop().run({agentExecutable()}).succeeded());
+    ASSERT_TRUE(desktop().waitUntilInFront(agent().process().pid()));
+    ASSERT_TRUE(desktop().run({"xdotool", "key", "Tab", "Down"}).succeeded()); // from English to Hebrew
+    ASSERT_TRUE(agent().waitForStatus([](const auto& status) { return status.at("language") == "he"; }));
+    EXPECT_EQ(open([&] { pressHotKey(); }).name, "חיפוש בהיסטוריה…");
+}
+
 TEST_F(LivePanel, TheCommandOpensAndClosesIt) {
     startHistory();
     EXPECT_TRUE(agent().command({"history"}).succeeded());
