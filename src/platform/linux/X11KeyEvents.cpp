@@ -6,8 +6,8 @@
 #include "core/keyboard/ShiftEnglish.hpp"
 #include "platform/linux/X11KeyCodes.hpp"
 
+#include <algorithm>
 #include <array>
-#include <ranges>
 #include <vector>
 
 #include <xcb/xtest.h>
@@ -53,7 +53,8 @@ bool X11KeyEvents::postKey(pid_t, core::KeyCode keyCode, core::EventFlags wanted
     }
     fake(XCB_KEY_PRESS, *key);
     fake(XCB_KEY_RELEASE, *key);
-    for (const auto modifier : std::views::reverse(held)) {
+    std::ranges::reverse(held); // they are released the other way round
+    for (const auto modifier : held) {
         fake(XCB_KEY_RELEASE, modifier);
     }
     connection_.flush();
