@@ -6,19 +6,9 @@
 // comes on top.
 
 #include "clipboard/panel/HistoryPanel.hpp"
-#include "fakes/FakeHotKeys.hpp"
-#include "fakes/FakeKeyEvents.hpp"
-#include "fakes/FakeMainQueue.hpp"
-#include "fakes/FakePasteboard.hpp"
-#include "fakes/FakePermissionService.hpp"
-#include "fakes/FakeSecretStore.hpp"
-#include "fakes/FakeSecureInput.hpp"
-#include "fakes/FakeSerialQueue.hpp"
-#include "fakes/FakeUserDefaults.hpp"
+#include "fakes/FakeClipboardHistory.hpp"
 #include "fakes/FakeWindowTraits.hpp"
-#include "fakes/FakeWorkspace.hpp"
 #include "fakes/OffscreenApplication.hpp"
-#include "fakes/TemporaryFiles.hpp"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -61,7 +51,7 @@ public:
     }
 };
 
-struct Bench {
+struct Bench : fakes::FakeClipboardHistory {
     Bench() {
         permissions.grant(core::MacPermission::accessibility);
         manager.start();
@@ -117,38 +107,10 @@ struct Bench {
     QLineEdit& field() { return *window.findChild<QLineEdit*>(QStringLiteral("search")); }
 
     fakes::OffscreenApplication application;
-    fakes::TemporaryFiles files;
-    fakes::FakeMainQueue queue;
-    fakes::FakeUserDefaults userDefaults;
     core::AppPreferences preferences{userDefaults};
-    fakes::FakeWorkspace workspace;
-    fakes::FakePasteboard pasteboard;
-    fakes::FakeHotKeys hotKeys{queue};
-    fakes::FakeSecureInput secureInput;
-    fakes::FakeSecretStore secrets;
-    fakes::FakeSerialQueue vaultQueue;
     fakes::FakeSerialQueue imageQueue;
     fakes::FakeSerialQueue fileQueue;
-    fakes::FakeKeyEvents keyEvents;
-    fakes::FakePermissionService permissions;
     fakes::FakeWindowTraits windowTraits;
-    ClipboardManager manager{{.mainQueue = queue,
-                              .userDefaults = userDefaults,
-                              .workspace = workspace,
-                              .pasteboard = pasteboard,
-                              .hotKeys = hotKeys,
-                              .secureInput = secureInput,
-                              .secretStore = secrets,
-                              .vaultQueue = vaultQueue,
-                              .vaultFolder = files.folder() / "history",
-                              .now = [this] { return core::Date{static_cast<double>(queue.now().count()) / 1e3}; }}};
-    ClipboardPanel panel{manager,
-                         {.mainQueue = queue,
-                          .workspace = workspace,
-                          .pasteboard = pasteboard,
-                          .keyEvents = keyEvents,
-                          .secureInput = secureInput,
-                          .permissions = permissions}};
     PaintWatch watch;
     HistoryPanel window{{.panel = panel,
                          .preferences = preferences,

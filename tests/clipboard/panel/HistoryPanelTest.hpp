@@ -6,19 +6,9 @@
 #include "clipboard/panel/HistoryPanel.hpp"
 #include "core/clipboard/PasteboardTypes.hpp"
 #include "core/localization/Texts.hpp"
-#include "fakes/FakeHotKeys.hpp"
-#include "fakes/FakeKeyEvents.hpp"
-#include "fakes/FakeMainQueue.hpp"
-#include "fakes/FakePasteboard.hpp"
-#include "fakes/FakePermissionService.hpp"
-#include "fakes/FakeSecretStore.hpp"
-#include "fakes/FakeSecureInput.hpp"
-#include "fakes/FakeSerialQueue.hpp"
-#include "fakes/FakeUserDefaults.hpp"
+#include "fakes/FakeClipboardHistory.hpp"
 #include "fakes/FakeWindowTraits.hpp"
-#include "fakes/FakeWorkspace.hpp"
 #include "fakes/OffscreenApplication.hpp"
-#include "fakes/TemporaryFiles.hpp"
 
 #ifdef QUILLANE_LINE_ART
 #include "platform/linux/LinuxWindowTraits.hpp"
@@ -44,7 +34,7 @@
 namespace quillane {
 
 /// The window over the real model and manager, with the desktop faked and drawn off the screen.
-class HistoryPanelTest : public ::testing::Test {
+class HistoryPanelTest : public ::testing::Test, protected fakes::FakeClipboardHistory {
 protected:
     HistoryPanelTest() {
         preferences.choose(core::AppLanguage::english);
@@ -196,41 +186,12 @@ private:
     fakes::OffscreenApplication application_;
 
 protected:
-    fakes::TemporaryFiles files;
-    fakes::FakeMainQueue queue;
-    fakes::FakeUserDefaults userDefaults;
     core::AppPreferences preferences{userDefaults};
-    fakes::FakeWorkspace workspace;
-    fakes::FakePasteboard pasteboard;
-    fakes::FakeHotKeys hotKeys{queue};
-    fakes::FakeSecureInput secureInput;
-    fakes::FakeSecretStore secrets;
-    fakes::FakeSerialQueue vaultQueue;
     fakes::FakeSerialQueue imageQueue;
     fakes::FakeSerialQueue fileQueue;
-    fakes::FakeKeyEvents keyEvents;
-    fakes::FakePermissionService permissions;
     fakes::FakeWindowTraits windowTraits;
     WindowTraits* traits = &windowTraits; ///< those that the window gets
     int settingsOpened = 0;
-    ClipboardManager manager{
-        {.mainQueue = queue,
-         .userDefaults = userDefaults,
-         .workspace = workspace,
-         .pasteboard = pasteboard,
-         .hotKeys = hotKeys,
-         .secureInput = secureInput,
-         .secretStore = secrets,
-         .vaultQueue = vaultQueue,
-         .vaultFolder = files.folder() / "history",
-         .now = [this] { return core::Date{7.8e8 + static_cast<double>(queue.now().count()) / 1e3}; }}};
-    ClipboardPanel panel{manager,
-                         {.mainQueue = queue,
-                          .workspace = workspace,
-                          .pasteboard = pasteboard,
-                          .keyEvents = keyEvents,
-                          .secureInput = secureInput,
-                          .permissions = permissions}};
 
 private:
     std::unique_ptr<HistoryPanel> window_;
