@@ -20,6 +20,8 @@ using namespace std::chrono_literals;
 
 constexpr auto pollInterval = 500ms;
 constexpr auto saveDelay = 250ms;
+constexpr auto rereadDelay = 100ms;
+constexpr int mostRereads = 5;
 constexpr HotKey shortcut{9, core::flags::command | core::flags::shift}; // V
 
 core::ClipboardOptions storedOptions(const core::UserDefaults& defaults) {
@@ -109,8 +111,27 @@ void ClipboardManager::stop() {
 
 void ClipboardManager::poll() {
     const auto changeCount = services_.pasteboard.changeCount();
-    if (std::exchange(revision_, changeCount) == changeCount || !isCollecting() || !ready_ ||
-        services_.pasteboard.itemTypes().empty()) {
+    if (std::exchange(revision_, changeCount) == changeCount) {
+        return;
+    }
+    ++reading_; // what was still to be read is no longer there
+    if (isCollecting() && ready_) {
+        record(0);
+    }
+}
+
+/// A program may empty the pasteboard a moment before it fills it, which is one change: what is not there yet is looked
+/// for again.
+void ClipboardManager::record(int rereads) {
+    if (services_.pasteboard.itemTypes().empty()) {
+        if (rereads < mostRereads) {
+            services_.mainQueue.postAfter(
+                rereadDelay, [this, weak = std::weak_ptr(alive_), reading = reading_, rereads] {
+                    if (!weak.expired() && reading == reading_ && services_.pasteboard.changeCount() == revision_) {
+                        record(rereads + 1);
+                    }
+                });
+        }
         return;
     }
     const auto front = services_.workspace.frontmostApplication();
@@ -140,6 +161,7 @@ void ClipboardManager::updateCollecting() {
     if (!started_ || std::exchange(collects_, isCollecting()) == isCollecting()) {
         return;
     }
+    ++reading_;
     timer_.cancel(); // while it is off, nothing wakes the processor for it
     if (collects_) {
         revision_ = services_.pasteboard.changeCount();
@@ -217,6 +239,7 @@ bool ClipboardManager::copy(const core::Uuid& id, core::ClipboardSnapshot::Resto
     }
     history_.touch(id, services_.now());
     revision_ = services_.pasteboard.changeCount(); // not a copy of the user's
+    ++reading_;
     save();
     changes_.notify();
     return true;

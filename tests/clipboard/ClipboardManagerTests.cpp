@@ -33,6 +33,33 @@ TEST_F(ClipboardManagerTest, RecordsEveryCopyWithWhereItCameFrom) {
     EXPECT_EQ(manager_->history().entries()[0].sourceName, "Editor");
 }
 
+TEST_F(ClipboardManagerTest, WhatIsFilledAMomentLaterIsReadAgain) {
+    start();
+    pasteboard_.copy({}); // emptied, to be filled
+    pass(550ms);
+    pasteboard_.fillText("a moment later");
+    pass(100ms);
+    EXPECT_THAT(recorded(), ElementsAre("a moment later"));
+    pass(2s);
+    EXPECT_EQ(recorded().size(), 1U);
+}
+
+TEST_F(ClipboardManagerTest, WhatStaysEmptyIsGivenUpAndWhatIsFilledWhilePausedIsNotRecorded) {
+    start();
+    pasteboard_.copy({});
+    pass(2s);
+    pasteboard_.fillText("too late");
+    pass(2s);
+    EXPECT_THAT(recorded(), IsEmpty());
+    pasteboard_.copy({});
+    pass(550ms);
+    manager_->configure({.paused = true});
+    pasteboard_.fillText("secret");
+    manager_->configure({});
+    pass(2s);
+    EXPECT_THAT(recorded(), IsEmpty());
+}
+
 TEST_F(ClipboardManagerTest, WhatIsOnThePasteboardAtLaunchIsNotRecorded) {
     pasteboard_.copyText("before");
     start();

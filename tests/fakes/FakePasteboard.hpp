@@ -36,6 +36,11 @@ public:
 
     void copyText(std::string text) { copy({{{{std::string(core::PasteboardTypes::string), std::move(text)}}, {}}}); }
 
+    /// The application that copied fills what it has emptied before: the change count stays.
+    void fillText(std::string text) {
+        items_ = {{{{std::string(core::PasteboardTypes::string), std::move(text)}}, {}}};
+    }
+
     /// The system refuses what is written from now on.
     void refuseWrites() { refusesWrites_ = true; }
 
