@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstring>
 #include <utility>
 
@@ -27,6 +28,9 @@ xcb_atom_t atomOf(X11Connection& connection, std::string_view name) {
 }
 
 /// Whether the rest of the contents may still be had after this.
+constexpr int mostRefusals = 3;
+constexpr std::chrono::milliseconds untilAskedAgain{100};
+
 bool isFatal(std::optional<Failure> failure) {
     return failure == Failure::tooLarge || failure == Failure::noAnswer;
 }
@@ -44,8 +48,11 @@ X11Pasteboard::X11Pasteboard(X11Connection& connection, X11PasteboardLimits limi
         atoms_[names[i]] = atoms[i];
         targetNames_[atoms[i]] = names[i];
     }
+    askAgain_.setSingleShot(true);
+    QObject::connect(&askAgain_, &QTimer::timeout, &askAgain_, [this] { fetchTargets(); });
     events_ = connection_.onEvent([this](const xcb_generic_event_t& event) { handle(event); });
     losses_ = connection_.onLost([this] {
+        askAgain_.stop();
         takeovers_ = 0;
         ++changeCount_;
         items_.clear();
@@ -90,7 +97,7 @@ void X11Pasteboard::ownerChanged(xcb_window_t owner, xcb_timestamp_t time) {
         return; // it was before this program's, which has been counted
     }
     owner_.lost();
-    reader_.cancel();
+    cancelFetch();
     items_.clear();
     ++changeCount_;
     time_ = time;
@@ -102,6 +109,22 @@ void X11Pasteboard::ownerChanged(xcb_window_t owner, xcb_timestamp_t time) {
 
 // Fetching
 
+void X11Pasteboard::cancelFetch() {
+    reader_.cancel();
+    askAgain_.stop();
+    refusals_ = 0;
+}
+
+/// A program may take the clipboard a moment before it has anything to give. False when it was asked often enough.
+bool X11Pasteboard::asksAgain() {
+    if (refusals_ == mostRefusals) {
+        return false;
+    }
+    ++refusals_;
+    askAgain_.start(untilAskedAgain);
+    return true;
+}
+
 std::vector<std::string_view> X11Pasteboard::wanted() const {
     return interest_ ? interest_(types_) : std::vector<std::string_view>();
 }
@@ -110,8 +133,12 @@ void X11Pasteboard::fetchTargets() {
     targets_.clear();
     toFetch_.clear();
     fetched_.assign(1, {});
+    isRefused_ = false;
     reader_.request(atoms_["TARGETS"], time_, maximumTargetsBytes,
                     [this](const X11SelectionReader::Contents& contents) {
+                        if (contents.failure == Failure::refused && asksAgain()) {
+                            return;
+                        }
                         if (contents.failure || contents.format != 32) {
                             publish({});
                             return;
@@ -183,6 +210,7 @@ void X11Pasteboard::fetchNext() {
                     publish({});
                     return;
                 }
+                isRefused_ = isRefused_ || contents.failure == Failure::refused;
                 auto data =
                     contents.failure ? std::nullopt : ClipboardTargets::toUniform(target, std::move(contents.bytes));
                 if (data) {
@@ -190,6 +218,9 @@ void X11Pasteboard::fetchNext() {
                 }
                 fetchNext();
             });
+        return;
+    }
+    if (fetched_.front().data.empty() && isRefused_ && asksAgain()) {
         return;
     }
     fetched_.front().types.assign(types_.begin(), types_.end());
@@ -242,7 +273,7 @@ std::optional<std::string> X11Pasteboard::string(std::string_view type) const {
 }
 
 void X11Pasteboard::clear() {
-    reader_.cancel();
+    cancelFetch();
     items_.clear();
     ++changeCount_;
     if (owner_.own({})) {

@@ -7,6 +7,8 @@
 #include "platform/linux/X11SelectionOwner.hpp"
 #include "platform/linux/X11SelectionReader.hpp"
 
+#include <QTimer>
+
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -55,6 +57,8 @@ private:
     void ownerChanged(xcb_window_t owner, xcb_timestamp_t time);
     [[nodiscard]] std::vector<std::string_view> wanted() const;
     void fetchTargets();
+    void cancelFetch();
+    [[nodiscard]] bool asksAgain();
     void fetchUriList();
     void takeUriList(const X11SelectionReader::Contents& contents);
     void fetchNext();
@@ -73,6 +77,9 @@ private:
 
     // The fetch under way
     xcb_timestamp_t time_ = XCB_CURRENT_TIME;
+    QTimer askAgain_;
+    int refusals_ = 0;       ///< how often the owner was asked again
+    bool isRefused_ = false; ///< something that is on offer was not given
     std::vector<std::string_view> targets_;
     core::PasteboardTypeSet types_;
     std::vector<std::string> toFetch_;

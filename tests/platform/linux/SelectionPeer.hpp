@@ -55,6 +55,9 @@ public:
             xcb_get_input_focus_reply(connection_->raw(), xcb_get_input_focus(connection_->raw()), nullptr));
     }
 
+    /// Refuses so many requests before it answers, as a program that takes the clipboard too early does.
+    void refuseAtFirst(int requests) { refusals_ = requests; }
+
     void announceSize(std::uint32_t size) { announcedSize_ = size; }
 
     [[nodiscard]] X11Connection& connection() { return *connection_; }
@@ -99,7 +102,10 @@ private:
         }
         auto* c = connection_->raw();
         xcb_atom_t property = request.property;
-        if (request.target == atom("TARGETS")) {
+        if (refusals_ > 0) {
+            --refusals_;
+            property = XCB_ATOM_NONE;
+        } else if (request.target == atom("TARGETS")) {
             std::vector<xcb_atom_t> targets{atom("TARGETS")};
             for (const auto& [target, bytes] : contents_) {
                 targets.push_back(target);
@@ -159,6 +165,7 @@ private:
     std::array<xcb_atom_t, 3> transfer_{}; ///< window, property, target
     std::size_t sent_ = 0;
     std::vector<std::string> asked_;
+    int refusals_ = 0;
     bool isOwner_ = true;
     core::Subscription events_;
 };

@@ -156,6 +156,17 @@ TEST_F(X11PasteboardTest, ReadsTextOfAnyUsualTarget) {
     EXPECT_EQ(capturedText(), "ends in NUL");
 }
 
+TEST_F(X11PasteboardTest, AnOwnerThatHasNothingToGiveYetIsAskedAgain) {
+    peer_.refuseAtFirst(2);
+    copied({{"UTF8_STRING", "a moment later"}});
+    EXPECT_EQ(capturedText(), "a moment later");
+    const auto before = pasteboard_.changeCount();
+    peer_.refuseAtFirst(100);
+    copied({{"UTF8_STRING", "never"}});
+    EXPECT_EQ(pasteboard_.changeCount(), before + 2);
+    EXPECT_EQ(capturedText(), "(nothing)");
+}
+
 TEST_F(X11PasteboardTest, ReadsStyledTextAndAddresses) {
     copied({{"UTF8_STRING", "x"}, {"text/html", "<b>x</b>"}, {"text/rtf", "{\\rtf1 x}"}, {"com.example.private", "y"}});
     const auto entry = capture();
