@@ -32,6 +32,21 @@ public:
         throw std::out_of_range("No row has the title " + std::string(title));
     }
 
+    /// Chooses the row whose key this is, as a key press does: never one that is disabled.
+    void press(std::string_view key) {
+        for (const auto& menu : menus_) {
+            for (const auto& [row, standard] : menu.rows) {
+                if (standard == StandardCommand::close && key == "w") {
+                    return standardCommands_.push_back(*standard);
+                }
+                if (!standard && row.enabled && row.keyEquivalent == key) {
+                    const auto action = row.action; // it may install other menus
+                    return action();
+                }
+            }
+        }
+    }
+
     [[nodiscard]] const std::vector<ApplicationSubmenu>& menus() const { return menus_; }
 
     [[nodiscard]] LayoutDirection direction() const { return direction_; }

@@ -17,7 +17,8 @@ public:
 
     void activateApplication() override { ++activations; }
 
-    void makePanel(QWidget& window, PanelKind kind) override { panels.emplace_back(&window, kind); }
+    /// Makes it a panel as far as Qt alone can.
+    void makePanel(QWidget& window, PanelKind kind) override;
 
     std::vector<std::pair<QWidget*, PanelKind>> panels; ///< the windows that were made panels, in order
 

@@ -1,18 +1,24 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 #include "fakes/FakeApplicationCatalog.hpp"
+#include "fakes/FakeApplicationMenu.hpp"
 #include "fakes/FakeFilePanel.hpp"
 #include "fakes/FakeMainQueue.hpp"
+#include "fakes/FakePermissionService.hpp"
 #include "fakes/FakeSleepAssertions.hpp"
 #include "fakes/FakeStatusItem.hpp"
 #include "fakes/FakeSystemSymbols.hpp"
+#include "fakes/FakeUpdaterService.hpp"
 #include "fakes/FakeWindowList.hpp"
 #include "platform/ApplicationCatalogContract.hpp"
+#include "platform/ApplicationMenuContract.hpp"
 #include "platform/FilePanelContract.hpp"
 #include "platform/MainQueueContract.hpp"
+#include "platform/PermissionServiceContract.hpp"
 #include "platform/SleepAssertionsContract.hpp"
 #include "platform/StatusItemContract.hpp"
 #include "platform/SystemSymbolsContract.hpp"
+#include "platform/UpdaterServiceContract.hpp"
 #include "platform/WindowListContract.hpp"
 
 #include <algorithm>
@@ -143,6 +149,74 @@ private:
     pid_t last_ = 100;
 };
 
+/// Asks until the condition holds, as a loop of events would, but nothing happens meanwhile.
+bool askAgain(const std::function<bool()>& condition) {
+    bool holds = condition();
+    for (int turn = 0; turn < 100 && !holds; ++turn) {
+        holds = condition();
+    }
+    return holds;
+}
+
+class FakePermissionServiceDriver {
+public:
+    PermissionService& service() { return fake_; }
+
+    bool set(core::MacPermission permission, bool granted) {
+        granted ? fake_.grant(permission) : fake_.revoke(permission);
+        return true;
+    }
+
+    static bool waitUntil(const std::function<bool()>& condition) { return askAgain(condition); }
+
+protected:
+    fakes::FakePermissionService fake_;
+};
+
+/// The permissions are switched on by a request.
+class FakePermissionSwitchDriver : public FakePermissionServiceDriver {
+public:
+    FakePermissionSwitchDriver() { fake_.grantOnRequest(); }
+};
+
+class FakeApplicationMenuDriver {
+public:
+    std::unique_ptr<ApplicationMenu>& menu() { return menu_; }
+
+    void press(char key) {
+        if (menu_) {
+            fake().press(std::string_view(&key, 1));
+        }
+    }
+
+    [[nodiscard]] bool isWindowOpen() const {
+        return !menu_ || std::ranges::count(fake().standardCommands(), StandardCommand::close) == 0;
+    }
+
+    [[nodiscard]] LayoutDirection direction() const { return fake().direction(); }
+
+    static bool waitUntil(const std::function<bool()>& condition) { return askAgain(condition); }
+
+private:
+    [[nodiscard]] fakes::FakeApplicationMenu& fake() const { return static_cast<fakes::FakeApplicationMenu&>(*menu_); }
+
+    std::unique_ptr<ApplicationMenu> menu_ = std::make_unique<fakes::FakeApplicationMenu>();
+};
+
+class FakeUpdaterServiceDriver {
+public:
+    UpdaterService& updater() { return fake_; }
+
+    [[nodiscard]] int checks() const { return fake_.checks; }
+
+    void finish(core::Date date) { fake_.finish(date); }
+
+    static bool waitUntil(const std::function<bool()>& condition) { return askAgain(condition); }
+
+private:
+    fakes::FakeUpdaterService fake_;
+};
+
 } // namespace
 
 namespace testing {
@@ -154,6 +228,10 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Fake, FilePanelContract, FakeFilePanelDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SystemSymbolsContract, FakeSystemSymbolsDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, WindowListContract, FakeWindowListDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, ApplicationCatalogContract, FakeApplicationCatalogDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(FakeSettings, PermissionServiceContract, FakePermissionServiceDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(FakeSwitch, PermissionServiceContract, FakePermissionSwitchDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, ApplicationMenuContract, FakeApplicationMenuDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, UpdaterServiceContract, FakeUpdaterServiceDriver);
 
 } // namespace testing
 } // namespace quillane

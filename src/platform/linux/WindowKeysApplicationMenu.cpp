@@ -11,13 +11,13 @@ namespace quillane {
 
 namespace {
 
-/// The key of a row in this program's windows: its own with Control, or the usual one of a window command. Editing
-/// commands have none here, because text widgets bring their own.
+/// The key of a row in this program's windows: its own with Control, or the usual one of a window command. Rows that
+/// are disabled have none, nor have editing commands here, because text widgets bring their own.
 QKeySequence keyOf(const ApplicationMenuRow& row) {
     if (row.standard == StandardCommand::close) {
         return QKeySequence(Qt::CTRL | Qt::Key_W);
     }
-    if (row.standard || row.row.keyEquivalent.empty()) {
+    if (row.standard || row.row.keyEquivalent.empty() || !row.row.enabled) {
         return {};
     }
     return QKeySequence(QStringLiteral("Ctrl+") + QString::fromStdString(row.row.keyEquivalent));

@@ -45,6 +45,7 @@ void MacWindowTraits::activateApplication() {
 
 void MacWindowTraits::makePanel(QWidget& window, PanelKind kind) {
     window.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint); // Qt makes tools NSPanels
+    window.setWindowFlag(Qt::WindowDoesNotAcceptFocus, kind == PanelKind::card); // else a click gives it the keys
     window.setAttribute(Qt::WA_MacAlwaysShowToolWindow);
     window.setAttribute(Qt::WA_ShowWithoutActivating, kind == PanelKind::card);
     @autoreleasepool {

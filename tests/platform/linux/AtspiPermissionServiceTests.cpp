@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/AtspiPermissionService.hpp"
 
+#include "platform/PermissionServiceContract.hpp"
 #include "platform/linux/BusTest.hpp"
 #include "platform/linux/SessionBus.hpp"
 
@@ -78,6 +79,45 @@ TEST_F(AtspiPermissionServiceWithoutLauncherTest, NoSessionBusMeansNotGranted) {
     EXPECT_TRUE(service.isGranted(MacPermission::inputMonitoring));
 }
 
+/// A desktop of its own, whose user can switch accessibility on and off. Input Monitoring cannot be taken away.
+class AtspiPermissionDriver : public AtspiPermissionServiceTest {
+public:
+    AtspiPermissionDriver() {
+        SetUp();
+        session_.emplace();
+        service_.emplace(*session_);
+    }
+
+    ~AtspiPermissionDriver() override {
+        service_.reset();
+        session_.reset();
+        TearDown();
+    }
+
+    void TestBody() override {}
+
+    PermissionService& service() { return *service_; }
+
+    bool set(MacPermission permission, bool granted) {
+        if (permission == MacPermission::accessibility) {
+            setEnabled(*session_->connection(), granted);
+        }
+        return permission == MacPermission::accessibility;
+    }
+
+    bool waitUntil(const std::function<bool()>& condition) { return testing::waitUntil(condition); }
+
+private:
+    std::optional<SessionBus> session_;
+    std::optional<AtspiPermissionService> service_;
+};
+
 } // namespace
+
+namespace testing {
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Atspi, PermissionServiceContract, AtspiPermissionDriver);
+
+} // namespace testing
 
 } // namespace quillane

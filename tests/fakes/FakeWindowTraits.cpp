@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "fakes/FakeWindowTraits.hpp"
+
+#include <QWidget>
+
+namespace quillane::fakes {
+
+void FakeWindowTraits::makePanel(QWidget& window, PanelKind kind) {
+    panels.emplace_back(&window, kind);
+    // Off the screen, where tests show it, Qt gives the keyboard to every window but a tool tip.
+    window.setWindowFlags((kind == PanelKind::card ? Qt::ToolTip | Qt::WindowDoesNotAcceptFocus : Qt::Tool) |
+                          Qt::FramelessWindowHint);
+}
+
+} // namespace quillane::fakes
