@@ -160,10 +160,13 @@ public:
     }
 
     static void notified(AXObserverRef, AXUIElementRef element, CFStringRef, void* self) {
-        const auto& observation = *static_cast<Observation*>(self);
-        const auto handler = observation.handler_; // it may end the observation
-        const auto about = wrap(element, observation.timeout_);
-        guarded([&] { handler(about); });
+        @autoreleasepool {
+            guarded([&] {
+                const auto& observation = *static_cast<Observation*>(self);
+                const auto handler = observation.handler_; // it may end the observation
+                handler(wrap(element, observation.timeout_));
+            });
+        }
     }
 
 private:

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/macos/MacFilePanel.hpp"
 
+#include "platform/macos/MacCallback.hpp"
 #include "platform/macos/MacStrings.hpp"
 
 #import <AppKit/AppKit.h>
@@ -10,24 +11,9 @@
 
 namespace quillane {
 
-struct MacFilePanel::State {
-    NSOpenPanel* panel = nil; ///< the open one
-};
+namespace {
 
-MacFilePanel::MacFilePanel() : state_(std::make_shared<State>()) {}
-
-MacFilePanel::~MacFilePanel() {
-    NSOpenPanel* panel = std::exchange(state_->panel, nil);
-    state_.reset(); // so that the completion finds nobody to tell
-    [panel cancel:nil];
-}
-
-void MacFilePanel::chooseFile(const Texts& texts, Chosen chosen, Dropped) {
-    [NSApp activateIgnoringOtherApps:YES];
-    if (state_->panel) {
-        [state_->panel makeKeyAndOrderFront:nil];
-        return;
-    }
+NSOpenPanel* openPanel(const FilePanel::Texts& texts) {
     NSOpenPanel* panel = [NSOpenPanel openPanel];
     panel.title = nsString(texts.title);
     panel.message = nsString(texts.message);
@@ -35,18 +21,45 @@ void MacFilePanel::chooseFile(const Texts& texts, Chosen chosen, Dropped) {
     panel.canChooseFiles = YES;
     panel.canChooseDirectories = NO;
     panel.allowsMultipleSelection = NO;
-    state_->panel = panel;
-    const std::weak_ptr<State> weak = state_;
-    [panel beginWithCompletionHandler:^(NSModalResponse response) {
-      const auto state = weak.lock();
-      if (!state) {
-          return;
-      }
-      NSURL* url = std::exchange(state->panel, nil).URLs.firstObject;
-      if (response == NSModalResponseOK && url.fileURL) {
-          chosen(std::filesystem::path(url.fileSystemRepresentation));
-      }
-    }];
+    return panel;
+}
+
+} // namespace
+
+struct MacFilePanel::State {
+    NSOpenPanel* panel = nil; ///< the open one
+};
+
+MacFilePanel::MacFilePanel() : state_(std::make_shared<State>()) {}
+
+MacFilePanel::~MacFilePanel() {
+    @autoreleasepool {
+        NSOpenPanel* panel = std::exchange(state_->panel, nil);
+        state_.reset(); // so that the completion finds nobody to tell
+        [panel cancel:nil];
+    }
+}
+
+void MacFilePanel::chooseFile(const Texts& texts, Chosen chosen, Dropped) {
+    @autoreleasepool {
+        [NSApplication.sharedApplication activateIgnoringOtherApps:YES];
+        if (state_->panel) {
+            [state_->panel makeKeyAndOrderFront:nil];
+            return;
+        }
+        state_->panel = openPanel(texts);
+        const std::weak_ptr<State> weak = state_;
+        [state_->panel beginWithCompletionHandler:^(NSModalResponse response) {
+          const auto state = weak.lock();
+          if (!state) {
+              return;
+          }
+          NSURL* url = std::exchange(state->panel, nil).URLs.firstObject;
+          if (response == NSModalResponseOK && url.fileURL) {
+              guarded([&] { chosen(std::filesystem::path(url.fileSystemRepresentation)); });
+          }
+        }];
+    }
 }
 
 } // namespace quillane

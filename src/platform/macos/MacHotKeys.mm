@@ -80,9 +80,11 @@ core::Subscription MacHotKeys::registerHotKey(const HotKey& key, std::function<v
                                               std::function<void()> taken) {
     const UInt32 identifier = state_->next++;
     State::Registered registered{nullptr, std::move(pressed)};
-    const OSStatus status =
-        RegisterEventHotKey(key.keyCode, carbonModifiers(key.modifiers), EventHotKeyID{signature, identifier},
-                            GetApplicationEventTarget(), 0, &registered.reference);
+    OSStatus status = eventInternalErr; // without a handler no press would be heard
+    if (state_->handler != nullptr) {
+        status = RegisterEventHotKey(key.keyCode, carbonModifiers(key.modifiers), EventHotKeyID{signature, identifier},
+                                     GetApplicationEventTarget(), 0, &registered.reference);
+    }
     if (status != noErr) {
         const auto alive = std::make_shared<int>(); // as long as the token
         const std::weak_ptr<int> weak = alive;

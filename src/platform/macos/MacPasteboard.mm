@@ -37,7 +37,9 @@ NSPasteboardItem* pasteboardItem(const core::PasteboardItem& item) {
 } // namespace
 
 std::int64_t MacPasteboard::changeCount() const {
-    return general().changeCount;
+    @autoreleasepool {
+        return general().changeCount;
+    }
 }
 
 std::vector<std::vector<std::string>> MacPasteboard::itemTypes() const {
@@ -73,7 +75,9 @@ std::optional<std::string> MacPasteboard::string(std::string_view type) const {
 }
 
 void MacPasteboard::clear() {
-    [general() clearContents];
+    @autoreleasepool {
+        [general() clearContents];
+    }
 }
 
 bool MacPasteboard::setString(std::string_view type, std::string_view text) {

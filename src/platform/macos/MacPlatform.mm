@@ -48,6 +48,7 @@ std::optional<PlatformError> checkDesktop() {
 
 std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options) {
     initializeResources();
+    qputenv("QT_MAC_SET_RAISE_PROCESS", "0"); // else a panel that is raised brings the whole application to the front
     QGuiApplication::setWindowIcon(applicationIcon());
     Platform platform;
     platform.mainQueue = std::make_unique<QtMainQueue>();

@@ -5,6 +5,7 @@
 #include "platform/macos/MacStrings.hpp"
 
 #include <algorithm>
+#include <cstring>
 
 namespace quillane {
 
@@ -60,9 +61,11 @@ std::optional<TemplateImage> MacSystemSymbols::image(std::string_view name, int 
         if (!symbol || !context) {
             return std::nullopt;
         }
+        std::memset(canvas.bitmapData, 0, static_cast<std::size_t>(canvas.bytesPerPlane));
         [NSGraphicsContext saveGraphicsState];
         NSGraphicsContext.currentContext = context;
         [symbol drawInRect:fitted(symbol.size, pixels)];
+        [context flushGraphics];
         [NSGraphicsContext restoreGraphicsState];
         TemplateImage result{pixels, pixels, 1, {}};
         for (int y = 0; y < pixels; ++y) {

@@ -4,6 +4,7 @@
 #include "platform/macos/MacUpdaterService.hpp"
 
 #include "core/support/Listeners.hpp"
+#include "platform/macos/MacCallback.hpp"
 
 #import <Foundation/Foundation.h>
 
@@ -42,7 +43,7 @@
     dispatch_async(dispatch_get_main_queue(), ^{
       QuillaneUpdaterObserver* alive = observer;
       if (alive && alive.changed) {
-          alive.changed();
+          quillane::guarded(alive.changed);
       }
     });
 }
@@ -74,22 +75,42 @@ public:
         }
     }
 
-    void start() override { [controller_ startUpdater]; }
+    void start() override {
+        @autoreleasepool {
+            [controller_ startUpdater];
+        }
+    }
 
-    [[nodiscard]] bool canCheck() const override { return [updater_ canCheckForUpdates]; }
+    [[nodiscard]] bool canCheck() const override {
+        @autoreleasepool {
+            return [updater_ canCheckForUpdates];
+        }
+    }
 
     [[nodiscard]] std::optional<core::Date> lastCheck() const override {
-        NSDate* date = [updater_ lastUpdateCheckDate];
-        return date ? std::optional(core::Date{date.timeIntervalSinceReferenceDate}) : std::nullopt;
+        @autoreleasepool {
+            NSDate* date = [updater_ lastUpdateCheckDate];
+            return date ? std::optional(core::Date{date.timeIntervalSinceReferenceDate}) : std::nullopt;
+        }
     }
 
-    [[nodiscard]] bool checksAutomatically() const override { return [updater_ automaticallyChecksForUpdates]; }
+    [[nodiscard]] bool checksAutomatically() const override {
+        @autoreleasepool {
+            return [updater_ automaticallyChecksForUpdates];
+        }
+    }
 
     void setChecksAutomatically(bool automatically) override {
-        [updater_ setAutomaticallyChecksForUpdates:automatically];
+        @autoreleasepool {
+            [updater_ setAutomaticallyChecksForUpdates:automatically];
+        }
     }
 
-    void checkForUpdates() override { [controller_ checkForUpdates:nil]; }
+    void checkForUpdates() override {
+        @autoreleasepool {
+            [controller_ checkForUpdates:nil];
+        }
+    }
 
     core::Subscription onChanged(std::function<void()> callback) override {
         return changed_.subscribe(std::move(callback));
@@ -110,10 +131,13 @@ private:
 
 std::unique_ptr<UpdaterService> makeMacUpdaterService() {
     @autoreleasepool {
+        // Absent when the program is not in a bundle; then whatever of that name is there already is taken.
         NSString* path =
             [NSBundle.mainBundle.privateFrameworksPath stringByAppendingPathComponent:@"Sparkle.framework"];
-        const Class controller =
-            path && [[NSBundle bundleWithPath:path] load] ? NSClassFromString(@"SPUStandardUpdaterController") : Nil;
+        if (path) {
+            [[NSBundle bundleWithPath:path] load];
+        }
+        const Class controller = NSClassFromString(@"SPUStandardUpdaterController");
         return controller ? std::make_unique<MacUpdaterService>(controller) : nullptr;
     }
 }

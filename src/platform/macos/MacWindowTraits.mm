@@ -6,6 +6,13 @@
 
 #import <AppKit/AppKit.h>
 
+/// What AppKit itself calls while it makes a panel with NSWindowStyleMaskNonactivatingPanel, so that the window server
+/// activates nobody when the panel is clicked. Setting the style mask of a panel that exists does not call it (Feedback
+/// Assistant FB16484811), and Qt makes its panels without that style. Not public: asked for before it is called.
+@protocol QuillanePreventsActivation
+- (void)_setPreventsActivation:(BOOL)prevents;
+@end
+
 namespace quillane {
 
 namespace {
@@ -18,6 +25,12 @@ static_assert(cardStyle == 128 && searchStyle == 32897);
 constexpr NSWindowCollectionBehavior panelBehavior =
     NSWindowCollectionBehaviorMoveToActiveSpace | NSWindowCollectionBehaviorFullScreenAuxiliary;
 static_assert(panelBehavior == 258);
+
+void preventActivation(NSWindow* panel) {
+    if ([panel respondsToSelector:@selector(_setPreventsActivation:)]) {
+        [(id<QuillanePreventsActivation>)panel _setPreventsActivation:YES];
+    }
+}
 
 void hideTitle(NSWindow* window) {
     window.titleVisibility = NSWindowTitleHidden;
@@ -46,15 +59,15 @@ void MacWindowTraits::activateApplication() {
 void MacWindowTraits::makePanel(QWidget& window, PanelKind kind) {
     window.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint); // Qt makes tools NSPanels
     window.setWindowFlag(Qt::WindowDoesNotAcceptFocus, kind == PanelKind::card); // else a click gives it the keys
-    window.setAttribute(Qt::WA_MacAlwaysShowToolWindow);
     window.setAttribute(Qt::WA_ShowWithoutActivating, kind == PanelKind::card);
     @autoreleasepool {
         NSView* view = (__bridge NSView*)reinterpret_cast<void*>(window.winId());
         NSWindow* panel = view.window;
         panel.styleMask = kind == PanelKind::card ? cardStyle : searchStyle;
+        preventActivation(panel);
         panel.level = NSFloatingWindowLevel;
         panel.collectionBehavior = panelBehavior;
-        panel.hidesOnDeactivate = NO;
+        panel.hidesOnDeactivate = NO; // not by WA_MacAlwaysShowToolWindow, with which Qt changes the level at times
         panel.releasedWhenClosed = NO;
         panel.hasShadow = YES;
         if (kind == PanelKind::card) {
