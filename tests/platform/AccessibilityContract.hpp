@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/Accessibility.hpp"
+#include "platform/Lacking.hpp"
 
 #include <gtest/gtest.h>
 
@@ -27,6 +28,8 @@ namespace quillane::testing {
 template <typename Driver>
 class AccessibilityContract : public ::testing::Test {
 protected:
+    void SetUp() override { skipWhatIsLacking(driver); }
+
     template <typename Value>
     [[nodiscard]] std::optional<Value> read(const AXElement& element, std::string_view name) {
         const auto value = driver.accessibility().attribute(element, name);

@@ -4,6 +4,7 @@
 
 #include "fakes/Modifier.hpp"
 #include "platform/EventTap.hpp"
+#include "platform/Lacking.hpp"
 
 #include <gtest/gtest.h>
 
@@ -28,6 +29,8 @@ namespace quillane::testing {
 template <typename Driver>
 class EventTapContract : public ::testing::Test {
 protected:
+    void SetUp() override { skipWhatIsLacking(driver); }
+
     using Modifier = fakes::Modifier;
 
     static constexpr std::array allTypes{EventType::flagsChanged,  EventType::keyDown,        EventType::keyUp,

@@ -178,7 +178,10 @@ class FakeSecretStoreDriver {
 public:
     core::SecretStore& store() { return store_; }
 
-    void lock() { store_.failWith(core::SecretStatus::interactionNotAllowed); }
+    bool lock() {
+        store_.failWith(core::SecretStatus::interactionNotAllowed);
+        return true;
+    }
 
 private:
     fakes::FakeSecretStore store_;

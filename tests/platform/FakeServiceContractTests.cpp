@@ -74,6 +74,8 @@ class FakeKeyEventsDriver {
 public:
     KeyEvents& events() { return fake_; }
 
+    [[nodiscard]] static pid_t target() { return 1; }
+
     void holdShift() { fake_.setCurrentFlags(core::flags::shift | core::flags::leftShift); }
 
     void releaseShift() { fake_.setCurrentFlags(0); }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/HotKeys.hpp"
+#include "platform/Lacking.hpp"
 
 #include <gtest/gtest.h>
 
@@ -22,6 +23,8 @@ namespace quillane::testing {
 template <typename Driver>
 class HotKeysContract : public ::testing::Test {
 protected:
+    void SetUp() override { skipWhatIsLacking(driver); }
+
     static constexpr HotKey hotKey{9, core::flags::command | core::flags::shift};
 
     [[nodiscard]] core::Subscription registerHere() {

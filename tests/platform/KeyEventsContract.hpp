@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/KeyEvents.hpp"
+#include "platform/Lacking.hpp"
 
 #include <gtest/gtest.h>
 
@@ -12,12 +13,15 @@ namespace quillane::testing {
 /// What every KeyEvents promises. The driver is made anew for each test and has:
 ///
 ///     KeyEvents& events();
+///     pid_t target();                                        // an application in front that takes keys
 ///     void holdShift(); void releaseShift();                 // as the user does
 ///     bool waitUntil(std::function<bool()>);                 // lets the world go on; false when it takes too long
 ///     std::size_t pressesOf(core::KeyCode keyCode);          // so far, with whatever modifiers
 template <typename Driver>
 class KeyEventsContract : public ::testing::Test {
 protected:
+    void SetUp() override { skipWhatIsLacking(driver); }
+
     static constexpr core::KeyCode keyV = 9;
     Driver driver;
 };
@@ -34,7 +38,7 @@ TYPED_TEST_P(KeyEventsContract, FlagsAreThoseThatAreHeld) {
 }
 
 TYPED_TEST_P(KeyEventsContract, APostedKeyIsPressedOnceAndHoldsNothingAfterwards) {
-    ASSERT_TRUE(this->driver.events().postKey(1, this->keyV, core::flags::command));
+    ASSERT_TRUE(this->driver.events().postKey(this->driver.target(), this->keyV, core::flags::command));
     EXPECT_TRUE(this->driver.waitUntil([&] { return this->driver.pressesOf(this->keyV) == 1; }));
     EXPECT_TRUE(this->driver.waitUntil([&] { return this->driver.events().currentFlags() == 0; }));
     EXPECT_EQ(this->driver.pressesOf(this->keyV), 1U);

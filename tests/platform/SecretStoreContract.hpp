@@ -18,7 +18,7 @@ namespace quillane::testing {
 /// has:
 ///
 ///     core::SecretStore& store();
-///     void lock();    // until the user opens it
+///     bool lock();    // until the user opens it; false when it cannot be locked for a test
 template <typename Driver>
 class SecretStoreContract : public ::testing::Test {
 protected:
@@ -74,7 +74,9 @@ TYPED_TEST_P(SecretStoreContract, AnItemIsNeverReplaced) {
 
 TYPED_TEST_P(SecretStoreContract, ALockedStoreIsAnErrorAndAsksNobody) {
     ASSERT_EQ(this->driver.store().add(this->name, "Label", this->everyByte()), core::SecretStatus::success);
-    this->driver.lock();
+    if (!this->driver.lock()) {
+        GTEST_SKIP() << "the store cannot be locked for a test";
+    }
     EXPECT_EQ(this->statusOf(this->name), core::SecretStatus::interactionNotAllowed);
     EXPECT_EQ(this->statusOf({"com.example.other", "account"}), core::SecretStatus::interactionNotAllowed);
     EXPECT_EQ(this->driver.store().add({"com.example.other", "account"}, "Label", {}),

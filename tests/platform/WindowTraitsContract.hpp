@@ -25,8 +25,8 @@ class WindowTraitsContract : public ::testing::Test {
 protected:
     /// A window with a field that takes what is typed.
     struct Window : QWidget {
-        explicit Window(const QRect& place) {
-            setGeometry(place);
+        explicit Window(const QRect& frame) {
+            setGeometry(frame);
             field.setGeometry(10, 10, 100, 30);
         }
 

@@ -143,6 +143,8 @@ public:
 
     KeyEvents& events() { return events_; }
 
+    [[nodiscard]] static pid_t target() { return 1; } // whoever has the keyboard
+
     void holdShift() { user_.press(testing::key::leftShift); }
 
     void releaseShift() { user_.release(testing::key::leftShift); }

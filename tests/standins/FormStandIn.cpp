@@ -75,7 +75,8 @@ int main(int argc, char** argv) {
     parser.addHelpOption();
     parser.addOptions({{"report", "File for what happens.", "file"},
                        {"focus", "Field that has the focus first.", "plain|password|readonly", "plain"},
-                       {"window-class", "Class of the window.", "class", "FormStandIn"}});
+                       {"window-class", "Class of the window.", "class", "FormStandIn"},
+                       {"content", "Place of the window's content, in points.", "x,y,width,height"}});
     parser.process(application);
     QApplication::setApplicationName(parser.value("window-class"));
 
@@ -111,6 +112,10 @@ int main(int argc, char** argv) {
         first->setFocus();
     }
     window.resize(500, 200);
+    if (const auto content = parser.value("content").split(','); content.size() == 4) {
+        window.setGeometry(content[0].toInt(), content[1].toInt(), content[2].toInt(), content[3].toInt());
+    }
     window.show();
+    window.raise(); // on a Mac a program that is started by another does not come to the front by itself
     return QApplication::exec();
 }

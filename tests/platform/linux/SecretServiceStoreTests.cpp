@@ -112,7 +112,10 @@ public:
 
     core::SecretStore& store() { return store_; }
 
-    void lock() { session_.lockKeyring(); }
+    bool lock() {
+        session_.lockKeyring();
+        return true;
+    }
 
 private:
     PrivateSession session_;

@@ -62,9 +62,13 @@ private:
 
 class X11WindowListTest : public testing::WindowListContract<X11WindowListDriver> {};
 
+TEST_F(X11WindowListTest, AnEmptyScreenHasNoWindows) {
+    EXPECT_TRUE(read().empty());
+}
+
 TEST_F(X11WindowListTest, AMinimisedWindowIsNotOnTheScreen) {
-    const auto first = driver.open({50, 50, 500, 400});
-    const auto second = driver.open({80, 80, 500, 400});
+    const auto first = open({50, 50, 500, 400});
+    const auto second = open({80, 80, 500, 400});
     ASSERT_TRUE(driver.waitUntil([&] { return owners().size() == 2; }));
     driver.minimise(second);
     EXPECT_TRUE(driver.waitUntil([&] { return owners() == std::vector{first}; }));

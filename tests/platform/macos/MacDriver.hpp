@@ -19,7 +19,8 @@ namespace quillane::testing {
 /// window server, so a session of a user who is logged in.
 class MacDriver {
 public:
-    /// Runs the main run loop until the condition holds; false when it does not within five seconds.
+    /// Runs the main run loop and handles the events of windows until the condition holds; false when it does not
+    /// within five seconds.
     bool waitUntil(const std::function<bool()>& condition) {
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(5);
         while (!condition()) {
@@ -27,6 +28,7 @@ public:
                 return false;
             }
             CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0.01, true);
+            QCoreApplication::processEvents(); // of windows, too
         }
         return true;
     }
