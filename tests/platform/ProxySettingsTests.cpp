@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/LinuxProxySettings.hpp"
 
+#include "platform/ProxySettingsContract.hpp"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -10,7 +12,7 @@ namespace quillane {
 namespace {
 
 /// An environment without any proxy.
-class LinuxProxySettingsTests : public testing::Test {
+class LinuxProxySettingsTests : public ::testing::Test {
 protected:
     void SetUp() override {
         for (const auto* name : {"http_proxy", "https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY", "HTTP_PROXY"}) {
@@ -39,5 +41,17 @@ TEST_F(LinuxProxySettingsTests, AHeaderThatBecameAVariableIsIgnored) {
     ::unsetenv("HTTP_PROXY");
 }
 
+class LinuxProxySettingsDriver {
+public:
+    [[nodiscard]] const ProxySettings& settings() const { return settings_; }
+
+private:
+    LinuxProxySettings settings_;
+};
+
 } // namespace
+
+namespace testing {
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, ProxySettingsContract, LinuxProxySettingsDriver);
+} // namespace testing
 } // namespace quillane

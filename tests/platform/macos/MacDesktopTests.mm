@@ -3,11 +3,13 @@
 
 #include "platform/macos/MacApplicationCatalog.hpp"
 #include "platform/macos/MacPermissionService.hpp"
+#include "platform/macos/MacProxySettings.hpp"
 #include "platform/macos/MacSystemSymbols.hpp"
 #include "platform/macos/MacWindowList.hpp"
 
 #include "platform/ApplicationCatalogContract.hpp"
 #include "platform/PermissionServiceContract.hpp"
+#include "platform/ProxySettingsContract.hpp"
 #include "platform/SystemSymbolsContract.hpp"
 #include "platform/WindowListContract.hpp"
 #include "platform/macos/MacDriver.hpp"
@@ -37,6 +39,14 @@ public:
 
 private:
     MacPermissionService service_;
+};
+
+class MacProxySettingsDriver {
+public:
+    [[nodiscard]] const ProxySettings& settings() const { return settings_; }
+
+private:
+    MacProxySettings settings_;
 };
 
 class MacSystemSymbolsDriver : public testing::MacDriver {
@@ -85,6 +95,7 @@ private:
 namespace testing {
 INSTANTIATE_TYPED_TEST_SUITE_P(Mac, ApplicationCatalogContract, MacApplicationCatalogDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Mac, PermissionServiceContract, MacPermissionServiceDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, ProxySettingsContract, MacProxySettingsDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Mac, SystemSymbolsContract, MacSystemSymbolsDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Mac, WindowListContract, MacWindowListDriver);
 } // namespace testing
