@@ -56,25 +56,25 @@ constexpr std::array identities{
     Identity{"xfreerdp", screenSharing},
     // Password managers.
     Identity{"1password", "com.1password.1password"},
+    Identity{"com.1password.1password", "com.1password.1password"},
     Identity{"bitwarden", "com.bitwarden.desktop"},
+    Identity{"com.bitwarden.desktop", "com.bitwarden.desktop"},
     Identity{"keepassxc", "org.keepassxc.keepassxc"},
     Identity{"org.keepassxc.keepassxc", "org.keepassxc.keepassxc"},
 };
 
-char lowered(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool isSame(std::string_view lowerCase, std::string_view windowClass) {
-    return std::ranges::equal(lowerCase, windowClass, {}, {}, lowered);
-}
-
 } // namespace
 
-std::string bundleIdentifierOfWindowClass(std::string_view windowClass) {
-    const auto* found =
-        std::ranges::find_if(identities, [&](const Identity& one) { return isSame(one.windowClass, windowClass); });
-    return std::string(found != identities.end() ? found->bundleID : windowClass);
+std::string caseless(std::string_view name) {
+    std::string result(name);
+    std::ranges::transform(result, result.begin(),
+                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return result;
+}
+
+std::optional<std::string> knownBundleIdentifier(std::string_view windowClass) {
+    const auto* found = std::ranges::find(identities, caseless(windowClass), &Identity::windowClass);
+    return found != identities.end() ? std::optional<std::string>(found->bundleID) : std::nullopt;
 }
 
 } // namespace quillane

@@ -3,9 +3,8 @@
 
 #include "platform/linux/DesktopEntries.hpp"
 
-#include "platform/linux/ApplicationIdentities.hpp"
-
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <memory>
 #include <optional>
@@ -45,7 +44,10 @@ bool isSet(GKeyFile& file, const char* key) {
     return g_key_file_get_boolean(&file, group, key, nullptr) != FALSE;
 }
 
-/// The program that an Exec key starts, without its folder; empty for one that only starts others.
+/// Programs whose own name says nothing of the application that they start.
+constexpr std::array<std::string_view, 14> starters{"bash", "dbus-launch", "env",    "flatpak", "gjs", "java", "node",
+                                                    "perl", "pkexec",      "python", "python3", "sh",  "snap", "wine"};
+
 std::string programOf(const std::string& exec) {
     int count = 0;
     char** arguments = nullptr;
@@ -54,22 +56,15 @@ std::string programOf(const std::string& exec) {
     }
     const std::unique_ptr<char*, decltype(&g_strfreev)> owned(arguments, &g_strfreev);
     auto name = fs::path(arguments[0]).filename().string();
-    const bool startsOthers = name == "env" || name == "flatpak" || name == "snap" || name == "sh" || name == "bash";
-    return startsOthers ? std::string() : name;
+    return std::ranges::find(starters, name) != starters.end() ? std::string() : name;
 }
 
-std::string windowClassOf(GKeyFile& file) {
-    if (auto told = value(file, G_KEY_FILE_DESKTOP_KEY_STARTUP_WM_CLASS); !told.empty()) {
-        return told;
-    }
-    auto program = programOf(value(file, G_KEY_FILE_DESKTOP_KEY_EXEC));
-    if (!program.empty()) {
-        program.front() = g_ascii_toupper(program.front());
-    }
-    return program;
+bool hasCategory(const std::string& list, std::string_view category) {
+    const auto all = ";" + list + ";";
+    return all.find(";" + std::string(category) + ";") != std::string::npos;
 }
 
-std::optional<KnownApplication> readEntry(const fs::path& path) {
+std::optional<DesktopEntry> readEntry(std::string id, const fs::path& path) {
     std::error_code error;
     if (const auto size = fs::file_size(path, error); error || size > largestEntry) {
         return std::nullopt;
@@ -79,17 +74,19 @@ std::optional<KnownApplication> readEntry(const fs::path& path) {
         return std::nullopt;
     }
     auto& entry = *file;
-    if (value(entry, G_KEY_FILE_DESKTOP_KEY_TYPE) != G_KEY_FILE_DESKTOP_TYPE_APPLICATION ||
-        isSet(entry, G_KEY_FILE_DESKTOP_KEY_NO_DISPLAY) || isSet(entry, G_KEY_FILE_DESKTOP_KEY_HIDDEN) ||
+    const auto exec = value(entry, G_KEY_FILE_DESKTOP_KEY_EXEC);
+    if (value(entry, G_KEY_FILE_DESKTOP_KEY_TYPE) != G_KEY_FILE_DESKTOP_TYPE_APPLICATION || exec.empty() ||
+        isSet(entry, G_KEY_FILE_DESKTOP_KEY_HIDDEN) ||   // as if it were not there
         isSet(entry, G_KEY_FILE_DESKTOP_KEY_TERMINAL)) { // its windows are the terminal's
         return std::nullopt;
     }
-    const auto windowClass = windowClassOf(entry);
-    auto name = taken(g_key_file_get_locale_string(&entry, group, G_KEY_FILE_DESKTOP_KEY_NAME, nullptr, nullptr));
-    if (windowClass.empty() || name.empty()) {
-        return std::nullopt;
-    }
-    return KnownApplication{.bundleID = bundleIdentifierOfWindowClass(windowClass), .name = std::move(name)};
+    return DesktopEntry{
+        .id = std::move(id),
+        .name = taken(g_key_file_get_locale_string(&entry, group, G_KEY_FILE_DESKTOP_KEY_NAME, nullptr, nullptr)),
+        .windowClass = value(entry, G_KEY_FILE_DESKTOP_KEY_STARTUP_WM_CLASS),
+        .program = programOf(exec),
+        .isShown = !isSet(entry, G_KEY_FILE_DESKTOP_KEY_NO_DISPLAY),
+        .isTerminal = hasCategory(value(entry, G_KEY_FILE_DESKTOP_KEY_CATEGORIES), "TerminalEmulator")};
 }
 
 /// The entries below the folder with their identifiers ("Desktop File ID").
@@ -107,6 +104,7 @@ std::vector<std::pair<std::string, fs::path>> entriesBelow(const fs::path& folde
         const auto& path = next->path();
         if (path.native().ends_with(suffix)) {
             auto id = path.lexically_relative(folder).string();
+            id.resize(id.size() - suffix.size());
             std::ranges::replace(id, '/', '-');
             found.emplace_back(std::move(id), path);
         }
@@ -142,25 +140,23 @@ std::vector<fs::path> applicationFolders() {
     return folders;
 }
 
-std::vector<KnownApplication> installedApplications(std::span<const fs::path> folders, const std::stop_token& stop) {
-    std::vector<KnownApplication> applications;
+std::vector<DesktopEntry> desktopEntries(std::span<const fs::path> folders, const std::stop_token& stop) {
+    std::vector<DesktopEntry> entries;
     std::set<std::string> seen;
     for (const auto& folder : folders) {
-        for (const auto& [id, path] : entriesBelow(folder)) {
+        for (auto& [id, path] : entriesBelow(folder)) {
             if (stop.stop_requested()) {
-                return applications;
+                return entries;
             }
             if (!seen.insert(id).second) {
                 continue;
             }
-            auto entry = readEntry(path);
-            if (entry &&
-                std::ranges::find(applications, entry->bundleID, &KnownApplication::bundleID) == applications.end()) {
-                applications.push_back(std::move(*entry));
+            if (auto entry = readEntry(std::move(id), path)) {
+                entries.push_back(std::move(*entry));
             }
         }
     }
-    return applications;
+    return entries;
 }
 
 } // namespace quillane

@@ -3,24 +3,33 @@
 
 #pragma once
 
-#include "platform/ApplicationCatalog.hpp"
-
 #include <filesystem>
 #include <span>
 #include <stop_token>
+#include <string>
 #include <vector>
 
 namespace quillane {
+
+/// What an entry tells of an application (freedesktop.org, "Desktop Entry Specification").
+struct DesktopEntry {
+    std::string id;               ///< its Desktop File ID, without the suffix
+    std::string name;             ///< in the language of the session; may be empty
+    std::string windowClass = {}; ///< StartupWMClass; may be empty
+    std::string program = {};     ///< that it starts, without a folder; empty for one that only starts others
+    bool isShown = true;          ///< in menus
+    bool isTerminal = false;      ///< of the category TerminalEmulator
+
+    bool operator==(const DesktopEntry&) const = default;
+};
 
 /// The folders that installed applications describe themselves in, the user's first (XDG Base Directory
 /// Specification: XDG_DATA_HOME, XDG_DATA_DIRS).
 [[nodiscard]] std::vector<std::filesystem::path> applicationFolders();
 
-/// The applications with windows that menus show, by the entries of those folders (freedesktop.org, "Desktop Entry
-/// Specification"); an entry hides those of the same name in later folders. An entry that does not tell the class of
-/// its windows is taken for a program that names it after itself, as Qt and GTK do. Reads files: not on the main
-/// thread.
-[[nodiscard]] std::vector<KnownApplication> installedApplications(std::span<const std::filesystem::path> folders,
-                                                                  const std::stop_token& stop = {});
+/// The entries of the applications with windows of their own; an entry hides those of the same identifier in later
+/// folders. Reads files: not on the main thread.
+[[nodiscard]] std::vector<DesktopEntry> desktopEntries(std::span<const std::filesystem::path> folders,
+                                                       const std::stop_token& stop = {});
 
 } // namespace quillane

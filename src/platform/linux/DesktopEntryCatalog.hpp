@@ -4,32 +4,33 @@
 #pragma once
 
 #include "platform/ApplicationCatalog.hpp"
-#include "platform/MainQueue.hpp"
 #include "platform/Workspace.hpp"
+#include "platform/linux/InstalledApplications.hpp"
 
+#include <functional>
 #include <memory>
-#include <thread>
+#include <utility>
+#include <vector>
 
 namespace quillane {
 
-/// The applications that have an entry (see DesktopEntries) or a window.
+/// The applications that have an entry (see ApplicationIndex) or a window.
 class DesktopEntryCatalog final : public ApplicationCatalog {
 public:
     using Running = std::function<std::vector<RunningApplication>()>;
 
     /// `running` tells who has windows; it is asked on the main thread.
-    DesktopEntryCatalog(MainQueue& mainQueue, Running running);
+    DesktopEntryCatalog(std::shared_ptr<InstalledApplications> installed, Running running)
+        : installed_(std::move(installed)), running_(std::move(running)) {}
 
     void read(Handler handler) override;
 
 private:
-    void finish(const std::vector<KnownApplication>& installed);
+    [[nodiscard]] std::vector<KnownApplication> applications() const;
 
-    MainQueue& mainQueue_;
+    std::shared_ptr<InstalledApplications> installed_; // shared with the workspace
     Running running_;
-    std::vector<Handler> waiting_;
     std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with an answer that is on its way
-    std::jthread reader_;                                   ///< runs while anybody waits
 };
 
 } // namespace quillane

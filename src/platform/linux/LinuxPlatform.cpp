@@ -11,6 +11,7 @@
 #include "platform/linux/CommandServicesMenu.hpp"
 #include "platform/linux/DesktopEntryCatalog.hpp"
 #include "platform/linux/FocusSecureInput.hpp"
+#include "platform/linux/InstalledApplications.hpp"
 #include "platform/linux/LinuxDesktop.hpp"
 #include "platform/linux/LinuxProxySettings.hpp"
 #include "platform/linux/LinuxSleepAssertions.hpp"
@@ -74,9 +75,10 @@ struct LinuxSession {
 
 /// The keyboard, input sources and workspace on an X server that the whole session runs on.
 void addX11(Platform& platform, const X11Session& session, const LaunchOptions& options) {
-    auto workspace = std::make_unique<X11Workspace>(*session.connection, options.atLogin);
-    platform.applicationCatalog = std::make_unique<DesktopEntryCatalog>(
-        *platform.mainQueue, [&windows = *workspace] { return windows.applications(); });
+    auto installed = std::make_shared<InstalledApplications>(*platform.mainQueue);
+    auto workspace = std::make_unique<X11Workspace>(*session.connection, installed, options.atLogin);
+    platform.applicationCatalog =
+        std::make_unique<DesktopEntryCatalog>(installed, [&windows = *workspace] { return windows.applications(); });
     platform.workspace = std::move(workspace);
     platform.windowList = std::make_unique<X11WindowList>(*session.connection);
     platform.inputSources = std::make_unique<X11InputSources>(*session.connection, *session.keyboard);
@@ -86,8 +88,8 @@ void addX11(Platform& platform, const X11Session& session, const LaunchOptions& 
 
 void addUnavailableKeyboard(Platform& platform, const LaunchOptions& options) {
     platform.workspace = std::make_unique<UnavailableWorkspace>(options.atLogin);
-    platform.applicationCatalog =
-        std::make_unique<DesktopEntryCatalog>(*platform.mainQueue, [] { return std::vector<RunningApplication>(); });
+    platform.applicationCatalog = std::make_unique<DesktopEntryCatalog>(
+        std::make_shared<InstalledApplications>(*platform.mainQueue), [] { return std::vector<RunningApplication>(); });
     platform.windowList = std::make_unique<UnavailableWindowList>();
     platform.inputSources = std::make_unique<UnavailableInputSources>();
     platform.keyEvents = std::make_unique<UnavailableKeyEvents>();

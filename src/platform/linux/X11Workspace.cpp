@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/X11Workspace.hpp"
 
-#include "platform/linux/ApplicationIdentities.hpp"
+#include "platform/linux/InstalledApplications.hpp"
 #include "platform/linux/X11Connection.hpp"
 #include "platform/linux/X11Properties.hpp"
 
@@ -28,8 +28,13 @@ constexpr std::uint32_t longestProperty = 4096; // in units of four bytes
 constexpr int highestLevel = 16;                // windows to climb from the focus to one with a class
 constexpr std::uint32_t sourceIsPager = 2;      // the request comes from the user's side, not from an application
 
-/// The second string of WM_CLASS in UTF-8; the property is Latin-1.
-std::string windowClass(const xcb_get_property_reply_t* reply) {
+/// WM_CLASS: two strings in Latin-1, each ended by a zero.
+struct WindowNames {
+    std::string instance;
+    std::string windowClass;
+};
+
+WindowNames windowNames(const xcb_get_property_reply_t* reply) {
     if (reply == nullptr || reply->format != 8) {
         return {};
     }
@@ -38,9 +43,11 @@ std::string windowClass(const xcb_get_property_reply_t* reply) {
     if (end == std::string_view::npos) {
         return {};
     }
+    const auto utf8 = [](std::string_view text) {
+        return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())).toStdString();
+    };
     const auto second = both.substr(end + 1);
-    const auto length = std::min(second.find('\0'), second.size());
-    return QString::fromLatin1(second.data(), static_cast<qsizetype>(length)).toStdString();
+    return {utf8(both.substr(0, end)), utf8(second.substr(0, second.find('\0')))};
 }
 
 std::string processName(pid_t pid) {
@@ -57,12 +64,13 @@ struct X11Workspace::Reading {
     xcb_window_t window = noWindow;
     pid_t serverSaid = 0; ///< by the X-Resource extension, right in containers too
     pid_t windowSaid = 0; ///< by _NET_WM_PID
-    std::string windowClass;
+    WindowNames names;
     bool closes = false;
 };
 
-X11Workspace::X11Workspace(X11Connection& connection, bool launchedAtLogin)
-    : connection_(connection), launchedAtLogin_(launchedAtLogin) {
+X11Workspace::X11Workspace(X11Connection& connection, std::shared_ptr<InstalledApplications> installed,
+                           bool launchedAtLogin)
+    : connection_(connection), installed_(std::move(installed)), launchedAtLogin_(launchedAtLogin) {
     constexpr std::array<std::string_view, 7> names{
         "_NET_SUPPORTING_WM_CHECK", "_NET_ACTIVE_WINDOW", "_NET_CLIENT_LIST",
         "_NET_CLOSE_WINDOW",        "_NET_WM_PID",        "WM_PROTOCOLS",
@@ -78,6 +86,7 @@ X11Workspace::X11Workspace(X11Connection& connection, bool launchedAtLogin)
         setFront(std::nullopt);
     });
     openings_ = connection.onOpened([this] { restart(); });
+    installations_ = installed_->onChanged([this] { identifyAgain(); });
     connection.selectRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_FOCUS_CHANGE);
     restart();
 }
@@ -325,11 +334,11 @@ void X11Workspace::readClass(const std::shared_ptr<Reading>& reading, xcb_window
     auto* c = connection_.raw();
     connection_.await<xcb_get_property_reply_t>(
         xcb_get_property(c, 0, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, longestProperty), alive_,
-        [reading](const auto* reply) { reading->windowClass = windowClass(reply); });
+        [reading](const auto* reply) { reading->names = windowNames(reply); });
     // The focus may be on a window inside the one with the class.
     connection_.await<xcb_query_tree_reply_t>(
         xcb_query_tree(c, window), alive_, [this, reading, levels](const auto* reply) {
-            const bool climbs = reading->windowClass.empty() && levels > 0 && reply != nullptr &&
+            const bool climbs = reading->names.windowClass.empty() && levels > 0 && reply != nullptr &&
                                 reply->parent != noWindow && reply->parent != connection_.root();
             if (climbs) {
                 readClass(reading, reply->parent, levels - 1);
@@ -347,18 +356,39 @@ void X11Workspace::finish(const Reading& reading) {
     const auto pid = reading.serverSaid > 0 ? reading.serverSaid : reading.windowSaid;
     auto& known = entry->second;
     known.closes = reading.closes;
+    known.windowClass = reading.names.windowClass;
+    known.instance = reading.names.instance;
     known.application.reset();
     if (pid > 0) {
         known.application =
             RunningApplication{.pid = pid,
-                               .bundleID = std::nullopt,
-                               .name = reading.windowClass.empty() ? processName(pid) : reading.windowClass};
-        if (!reading.windowClass.empty()) {
-            known.application->bundleID = bundleIdentifierOfWindowClass(reading.windowClass);
-        }
+                               .bundleID = identifierOf(known),
+                               .name = known.windowClass.empty() ? processName(pid) : known.windowClass};
     }
     if (reading.window == frontWindow_) {
         setFront(known.application);
+    }
+}
+
+std::optional<std::string> X11Workspace::identifierOf(const Window& window) const {
+    if (window.windowClass.empty()) {
+        return std::nullopt;
+    }
+    if (!installed_->index().knows(window.windowClass, window.instance)) {
+        installed_->lookFor(window.windowClass);
+    }
+    return installed_->index().identifierOf(window.windowClass, window.instance);
+}
+
+/// More may be known of the windows now. That is no switch: nobody is told.
+void X11Workspace::identifyAgain() {
+    for (auto& [window, known] : windows_) {
+        if (known.application) {
+            known.application->bundleID = identifierOf(known);
+        }
+        if (window == frontWindow_ && front_ && known.application && front_->pid == known.application->pid) {
+            front_ = known.application;
+        }
     }
 }
 

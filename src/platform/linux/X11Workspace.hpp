@@ -8,11 +8,13 @@
 
 #include <map>
 #include <memory>
+#include <string>
 
 #include <xcb/xcb.h>
 
 namespace quillane {
 
+class InstalledApplications;
 class X11Connection;
 
 /// The session as the window manager describes it on the root window (Extended Window Manager Hints 1.5). What is in
@@ -22,7 +24,8 @@ class X11Connection;
 /// Without a window manager the window with the input focus is in front, and it alone is known to run.
 class X11Workspace final : public Workspace {
 public:
-    X11Workspace(X11Connection& connection, bool launchedAtLogin);
+    /// `installed` tells which application a window belongs to; shared with who shows them.
+    X11Workspace(X11Connection& connection, std::shared_ptr<InstalledApplications> installed, bool launchedAtLogin);
     ~X11Workspace() override;
 
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override;
@@ -48,6 +51,8 @@ public:
 private:
     struct Window {
         std::optional<RunningApplication> application; ///< none while it is not known
+        std::string windowClass;                       ///< the second string of WM_CLASS in UTF-8; may be empty
+        std::string instance;                          ///< the first one
         bool closes = false;                           ///< takes part in WM_DELETE_WINDOW
     };
 
@@ -69,11 +74,14 @@ private:
     void readWindow(xcb_window_t window);
     void readClass(const std::shared_ptr<Reading>& reading, xcb_window_t window, int levels);
     void finish(const Reading& reading);
+    [[nodiscard]] std::optional<std::string> identifierOf(const Window& window) const;
+    void identifyAgain();
     void setFront(std::optional<RunningApplication> application);
     void forgetOthers();
     void sendMessage(xcb_window_t to, xcb_window_t about, xcb_atom_t type, std::uint32_t first, std::uint32_t second);
 
     X11Connection& connection_;
+    std::shared_ptr<InstalledApplications> installed_;
     const bool launchedAtLogin_;
     Atoms atoms_{};
     xcb_window_t manager_ = XCB_WINDOW_NONE;     ///< the window by which the window manager shows that it is alive
@@ -88,6 +96,7 @@ private:
     core::Subscription events_;
     core::Subscription losses_;
     core::Subscription openings_;
+    core::Subscription installations_;
 };
 
 } // namespace quillane

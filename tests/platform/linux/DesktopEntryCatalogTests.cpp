@@ -33,9 +33,13 @@ void write(const fs::path& file, const std::string& lines) {
 
 class DesktopEntriesTests : public ::testing::Test {
 protected:
+    [[nodiscard]] ApplicationIndex index() const { return ApplicationIndex(desktopEntries(folders)); }
+
+    /// What menus show.
     [[nodiscard]] std::vector<std::string> found() const {
         std::vector<std::string> result;
-        for (const auto& one : installedApplications(folders)) {
+        const auto all = index();
+        for (const auto& one : all.applications()) {
             result.push_back(one.bundleID + "=" + one.name);
         }
         return result;
@@ -55,11 +59,24 @@ TEST_F(DesktopEntriesTests, AnEntryWithoutAClassIsNamedAfterItsProgram) {
     EXPECT_THAT(found(), ElementsAre("Mousepad=Mousepad"));
 }
 
-TEST_F(DesktopEntriesTests, ProgramsThatOnlyStartOthersTellNothing) {
-    write(folders[1] / "a.desktop", "Name=A\nExec=flatpak run org.example.A\n");
+TEST_F(DesktopEntriesTests, ProgramsThatOnlyStartOthersAreCalledByTheirEntries) {
+    write(folders[1] / "org.example.A.desktop", "Name=A\nExec=flatpak run org.example.A\n");
     write(folders[1] / "b.desktop", "Name=B\nExec=env X=1 b\n");
     write(folders[1] / "c.desktop", "Name=C\nExec=flatpak run org.example.C\nStartupWMClass=org.example.C\n");
-    EXPECT_THAT(found(), ElementsAre("org.example.C=C"));
+    EXPECT_THAT(found(), ElementsAre("b=B", "org.example.C=C", "org.example.A=A"));
+}
+
+TEST_F(DesktopEntriesTests, TheCategoryMakesATerminal) {
+    write(folders[1] / "a.desktop", "Name=A\nExec=a\nCategories=GTK;System;TerminalEmulator;\n");
+    write(folders[1] / "b.desktop", "Name=B\nExec=b\nCategories=TerminalEmulator\nNoDisplay=true\n");
+    write(folders[1] / "c.desktop", "Name=C\nExec=c\nCategories=System;X-TerminalEmulators;\n");
+    write(folders[1] / "d.desktop", "Name=D\nExec=d\n");
+    const auto all = index();
+    EXPECT_TRUE(all.isTerminal(all.identifierOf("A")));
+    EXPECT_TRUE(all.isTerminal(all.identifierOf("B")));
+    EXPECT_FALSE(all.isTerminal(all.identifierOf("C")));
+    EXPECT_FALSE(all.isTerminal(all.identifierOf("D")));
+    EXPECT_FALSE(all.isTerminal(all.identifierOf("Unknown")));
 }
 
 TEST_F(DesktopEntriesTests, WhatMenusDoNotShowIsLeftOut) {
@@ -96,7 +113,7 @@ TEST_F(DesktopEntriesTests, FoldersThatAreNotThereAreEmpty) {
 class DesktopEntryCatalogDriver {
 public:
     static constexpr auto installed = "Mousepad";
-    static constexpr auto running = "Featherpad";
+    static constexpr auto running = "featherPad";
 
     DesktopEntryCatalogDriver() {
         ::setenv("XDG_DATA_HOME", files_.folder().c_str(), 1);
@@ -105,6 +122,13 @@ public:
         write(folder / "org.xfce.mousepad.desktop", "Name=Mousepad\nExec=mousepad\n");
         write(folder / "com.quillane.app.desktop", "Name=Quillane\nExec=quillane\nStartupWMClass=quillane\n");
         write(folder / "featherpad.desktop", "Name=FeatherPad\nExec=featherpad\nStartupWMClass=featherPad\n");
+        installed_ = std::make_shared<InstalledApplications>(queue_);
+        catalog_ = std::make_unique<DesktopEntryCatalog>(installed_, [this] {
+            const auto identifier = installed_->index().identifierOf("Featherpad");
+            return std::vector<RunningApplication>{{.pid = 77, .bundleID = identifier, .name = "Featherpad"},
+                                                   {.pid = 78, .bundleID = identifier, .name = "Featherpad"},
+                                                   {.pid = 79, .bundleID = std::nullopt, .name = "secret"}};
+        });
     }
 
     ~DesktopEntryCatalogDriver() {
@@ -133,18 +157,15 @@ private:
     QCoreApplication application_{argc_, argv_.data()};
     fakes::TemporaryFiles files_;
     QtMainQueue queue_;
-    std::unique_ptr<ApplicationCatalog> catalog_ = std::make_unique<DesktopEntryCatalog>(queue_, [] {
-        return std::vector<RunningApplication>{{.pid = 77, .bundleID = "Featherpad", .name = "Featherpad"},
-                                               {.pid = 78, .bundleID = "Featherpad", .name = "Featherpad"},
-                                               {.pid = 79, .bundleID = std::nullopt, .name = "secret"}};
-    });
+    std::shared_ptr<InstalledApplications> installed_; // shared with the catalog
+    std::unique_ptr<ApplicationCatalog> catalog_;
 };
 
 using DesktopEntryCatalogTests = testing::ApplicationCatalogContract<DesktopEntryCatalogDriver>;
 
-TEST_F(DesktopEntryCatalogTests, ARunningProgramHasTheNameOfItsEntryAndTheSpellingOfItsWindow) {
+TEST_F(DesktopEntryCatalogTests, ARunningProgramIsTheOneOfItsEntryHoweverItsWindowIsSpelled) {
     EXPECT_THAT(read(), ::testing::UnorderedElementsAre(KnownApplication{"Mousepad", "Mousepad", false},
-                                                        KnownApplication{"Featherpad", "FeatherPad", true}));
+                                                        KnownApplication{"featherPad", "FeatherPad", true}));
 }
 
 } // namespace

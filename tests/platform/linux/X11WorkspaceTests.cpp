@@ -2,13 +2,19 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/X11Workspace.hpp"
 
+#include "fakes/TemporaryFiles.hpp"
 #include "platform/WorkspaceContract.hpp"
 #include "platform/X11TestServer.hpp"
-#include "platform/linux/ApplicationIdentities.hpp"
+#include "platform/common/QtMainQueue.hpp"
+#include "platform/linux/InstalledApplications.hpp"
 #include "platform/linux/WindowProcess.hpp"
 #include "platform/linux/X11Connection.hpp"
 
 #include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 
 namespace quillane {
 
@@ -20,13 +26,35 @@ using testing::WindowProcess;
 
 class X11WorkspaceTest : public testing::X11Test {
 protected:
-    X11WorkspaceTest() : connection_(std::move(*X11Connection::open(server_.display()))) {}
+    X11WorkspaceTest() : connection_(std::move(*X11Connection::open(server_.display()))) {
+        ::setenv("XDG_DATA_HOME", files_.folder().c_str(), 1);
+    }
+
+    ~X11WorkspaceTest() override { ::unsetenv("XDG_DATA_HOME"); }
+
+    X11WorkspaceTest(const X11WorkspaceTest&) = delete;
+    X11WorkspaceTest& operator=(const X11WorkspaceTest&) = delete;
+
+    /// Installs an application.
+    void install(const std::string& id, const std::string& lines) const {
+        const auto folder = files_.folder() / "applications";
+        std::filesystem::create_directories(folder);
+        std::ofstream(folder / (id + ".desktop")) << "[Desktop Entry]\nType=Application\nName=N\n" << lines;
+    }
+
+    bool isInFrontAs(const std::string& identifier) {
+        return waitUntil([&] {
+            const auto front = workspace().frontmostApplication();
+            return front && front->bundleID == identifier;
+        });
+    }
 
     void startWindowManager() { manager_ = testing::startWindowManager(*connection_); }
 
     X11Workspace& workspace() {
         if (!workspace_) {
-            workspace_ = std::make_unique<X11Workspace>(*connection_, false);
+            installed_ = std::make_shared<InstalledApplications>(queue_);
+            workspace_ = std::make_unique<X11Workspace>(*connection_, installed_, false);
             activations_ = workspace_->onDidActivateApplication([this] {
                 const auto front = workspace_->frontmostApplication();
                 activated_.push_back(front ? front->pid : 0);
@@ -75,7 +103,10 @@ protected:
     }
 
     std::shared_ptr<X11Connection> connection_; // shared so that it can stand for the owner of answers
+    fakes::TemporaryFiles files_;
+    QtMainQueue queue_;
     std::unique_ptr<TestProcess> manager_;
+    std::shared_ptr<InstalledApplications> installed_; // shared with the workspace
     std::unique_ptr<X11Workspace> workspace_;
     std::vector<pid_t> activated_;
     core::Subscription activations_;
@@ -87,6 +118,24 @@ TEST_F(X11WorkspaceTest, TellsTheActiveApplicationByItsBundleIdentifier) {
     ASSERT_TRUE(comesToFront(browser));
     const RunningApplication expected{.pid = browser.pid(), .bundleID = "com.google.Chrome", .name = "Chromium"};
     EXPECT_EQ(workspace().frontmostApplication(), expected);
+}
+
+TEST_F(X11WorkspaceTest, AWindowBelongsToTheApplicationWhoseEntryIsCalledAsItIs) {
+    install("org.example.editor", "Exec=editor\n");
+    startWindowManager();
+    const WindowProcess window("org.example.Editor");
+    EXPECT_TRUE(isInFrontAs("Editor"));
+}
+
+TEST_F(X11WorkspaceTest, AnApplicationThatIsInstalledMeanwhileIsKnownByItsFirstWindow) {
+    startWindowManager();
+    bool read = false;
+    workspace();
+    installed_->read([&] { read = true; });
+    ASSERT_TRUE(waitUntil([&] { return read; }));
+    install("org.example.editor", "Exec=editor\n");
+    const WindowProcess window("org.example.Editor");
+    EXPECT_TRUE(isInFrontAs("Editor"));
 }
 
 TEST_F(X11WorkspaceTest, GivesNoticeOfEachSwitchWithTheNewApplicationAlreadyInFront) {
@@ -301,19 +350,6 @@ public:
 private:
     std::vector<std::unique_ptr<WindowProcess>> processes_;
 };
-
-TEST(ApplicationIdentities, AClassIsKnownInAnySpelling) {
-    EXPECT_EQ(bundleIdentifierOfWindowClass("Google-chrome"), "com.google.Chrome");
-    EXPECT_EQ(bundleIdentifierOfWindowClass("chromium"), "com.google.Chrome");
-    EXPECT_EQ(bundleIdentifierOfWindowClass("KeePassXC"), "org.keepassxc.keepassxc");
-    EXPECT_EQ(bundleIdentifierOfWindowClass("org.remmina.Remmina"), "com.apple.ScreenSharing");
-}
-
-TEST(ApplicationIdentities, AnUnknownClassStandsForItself) {
-    EXPECT_EQ(bundleIdentifierOfWindowClass("Mousepad"), "Mousepad");
-    EXPECT_EQ(bundleIdentifierOfWindowClass("Chromium 2"), "Chromium 2");
-    EXPECT_EQ(bundleIdentifierOfWindowClass(""), "");
-}
 
 } // namespace
 

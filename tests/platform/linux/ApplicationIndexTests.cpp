@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/ApplicationIndex.hpp"
+
+#include "core/clipboard/ClipboardPrivacy.hpp"
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
+
+namespace quillane {
+
+namespace {
+
+using ::testing::ElementsAre;
+
+const DesktopEntry told{.id = "firefox-esr", .name = "Firefox", .windowClass = "Firefox-esr", .program = "firefox"};
+const DesktopEntry named{.id = "org.gnome.Nautilus", .name = "Files", .program = "nautilus"};
+const DesktopEntry settings{.id = "org.gnome.Nautilus-settings", .name = "Files' settings", .program = "nautilus"};
+
+/// The classes and instances that windows of one application are seen with.
+struct Spelling {
+    const char* windowClass;
+    const char* instance;
+    const char* identifier;
+};
+
+void PrintTo(const Spelling& spelling, std::ostream* out) {
+    *out << spelling.instance << ", " << spelling.windowClass;
+}
+
+class ApplicationSpelling : public ::testing::TestWithParam<Spelling> {};
+
+TEST_P(ApplicationSpelling, IsTheOneIdentifierOfTheApplication) {
+    const ApplicationIndex index(std::vector{settings, told, named});
+    const auto& [windowClass, instance, identifier] = GetParam();
+    EXPECT_EQ(index.identifierOf(windowClass, instance), identifier);
+    EXPECT_EQ(index.identifierOf(identifier), identifier);
+}
+
+INSTANTIATE_TEST_SUITE_P(Windows, ApplicationSpelling,
+                         ::testing::Values(Spelling{"Firefox-esr", "Navigator", "Firefox-esr"},
+                                           Spelling{"firefox-ESR", "", "Firefox-esr"},
+                                           Spelling{"firefox", "Navigator", "Firefox-esr"},
+                                           Spelling{"Something", "firefox", "Firefox-esr"},
+                                           Spelling{"Nautilus", "nautilus", "Nautilus"},
+                                           Spelling{"org.gnome.Nautilus", "org.gnome.Nautilus", "Nautilus"},
+                                           Spelling{"Org.gnome.nautilus", "", "Nautilus"},
+                                           Spelling{"Unheard-of", "unheard-of", "Unheard-of"},
+                                           Spelling{"", "firefox", ""}, Spelling{"Chromium", "", "com.google.Chrome"},
+                                           Spelling{"com.Bitwarden.Desktop", "", "com.bitwarden.desktop"},
+                                           Spelling{"KeePassXC", "keepassxc", "org.keepassxc.keepassxc"}));
+
+TEST(ApplicationIndex, AnExcludedApplicationIsIgnoredWhateverItsWindowsAreCalled) {
+    const ApplicationIndex index(std::vector{told, named});
+    std::vector<std::string> excluded; // before any of them ever ran
+    for (const auto& one : index.applications()) {
+        excluded.push_back(one.bundleID);
+    }
+    for (const auto* windowClass : {"org.gnome.Nautilus", "Nautilus", "firefox", "Firefox-esr"}) {
+        EXPECT_TRUE(core::ClipboardPrivacy::shouldIgnore({}, "", index.identifierOf(windowClass), excluded, false))
+            << windowClass;
+    }
+    EXPECT_FALSE(core::ClipboardPrivacy::shouldIgnore({}, "", index.identifierOf("Other"), excluded, false));
+}
+
+TEST(ApplicationIndex, AnApplicationWithManyEntriesIsShownOnceByItsMainOne) {
+    const ApplicationIndex index(std::vector{settings, named});
+    EXPECT_THAT(index.applications(), ElementsAre(KnownApplication{.bundleID = "Nautilus", .name = "Files"}));
+}
+
+TEST(ApplicationIndex, WhatAnEntryTellsGoesBeforeWhatAnotherIsCalled) {
+    const DesktopEntry called{.id = "viewer", .name = "Old", .program = "old"};
+    const DesktopEntry tells{.id = "org.example.V", .name = "New", .windowClass = "Viewer", .program = "new"};
+    EXPECT_EQ(ApplicationIndex(std::vector{called, tells}).identifierOf("viewer"), "Viewer");
+}
+
+TEST(ApplicationIndex, EntriesOfOneApplicationMayBeSpelledDifferently) {
+    const DesktopEntry one{.id = "a", .name = "A", .windowClass = "Tool"};
+    const DesktopEntry other{.id = "bb", .name = "B", .windowClass = "tool"};
+    const ApplicationIndex index(std::vector{one, other});
+    EXPECT_EQ(index.identifierOf("bb"), "Tool");
+    EXPECT_EQ(index.applications().size(), 1U);
+}
+
+TEST(ApplicationIndex, WithoutEntriesAClassStandsForItself) {
+    const ApplicationIndex index;
+    EXPECT_EQ(index.identifierOf("Mousepad", "mousepad"), "Mousepad");
+    EXPECT_EQ(index.identifierOf("org.remmina.Remmina"), "com.apple.ScreenSharing");
+    EXPECT_EQ(index.identifierOf(""), "");
+    EXPECT_FALSE(index.knows("Mousepad", "mousepad"));
+    EXPECT_TRUE(index.knows("chromium"));
+}
+
+} // namespace
+
+} // namespace quillane
