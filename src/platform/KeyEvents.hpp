@@ -18,9 +18,9 @@ public:
     [[nodiscard]] virtual core::EventFlags currentFlags() const = 0;
 
     /// Presses and releases a key with exactly these modifiers (of command, option, control and shift) for an
-    /// application. Where a shortcut of applications has another modifier than Command, it is pressed instead. False
-    /// when it cannot be done now: where keys go to whatever has the keyboard, the application has to be in front, and
-    /// modifiers that the user holds would be added to the key.
+    /// application. Where a shortcut of applications has another modifier than Command, or this application has another
+    /// one for the same, that is pressed instead. False when it cannot be done now: where keys go to whatever has the
+    /// keyboard, the application has to be in front, and modifiers that the user holds would be added to the key.
     [[nodiscard]] virtual bool postKey(pid_t pid, core::KeyCode keyCode, core::EventFlags flags) = 0;
 };
 

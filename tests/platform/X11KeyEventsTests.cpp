@@ -19,7 +19,9 @@ class X11KeyEventsTest : public testing::X11Test {
 protected:
     X11KeyEvents& open() {
         session_ = *X11Session::open();
-        events_ = std::make_unique<X11KeyEvents>(*session_.connection, *session_.keyboard);
+        events_ = std::make_unique<X11KeyEvents>(
+            *session_.connection, *session_.keyboard, [this](pid_t pid) { return pid == 2 ? style_ : ShortcutStyle{}; },
+            [this] { return offersSelection_; });
         return *events_;
     }
 
@@ -29,6 +31,8 @@ protected:
         return same;
     }
 
+    ShortcutStyle style_ = ShortcutStyle::controlShift; ///< of process 2; that of others is control
+    bool offersSelection_ = false;
     testing::X11TestKeyboard user_;
     X11Session session_;
     std::unique_ptr<X11KeyEvents> events_;
@@ -123,6 +127,22 @@ TEST_F(X11PostedKeysTest, CommandIsPostedAsControl) {
     ASSERT_TRUE(events_->postKey(1, keyV, flags::command));
     EXPECT_TRUE(see({key::leftControl, inPlaceOfV, -inPlaceOfV, -key::leftControl}));
     EXPECT_TRUE(user_.keysDown().empty());
+}
+
+TEST_F(X11PostedKeysTest, AShortcutIsPostedAsTheApplicationTakesIt) {
+    watch();
+    ASSERT_TRUE(events_->postKey(2, keyV, flags::command));
+    EXPECT_TRUE(see({key::leftControl, key::leftShift, inPlaceOfV, -inPlaceOfV, -key::leftShift, -key::leftControl}));
+}
+
+TEST_F(X11PostedKeysTest, TheSelectedTextIsPastedOnlyWhenItIsThePasteboards) {
+    watch();
+    style_ = ShortcutStyle::shiftInsert;
+    EXPECT_FALSE(events_->postKey(2, keyV, flags::command));
+    offersSelection_ = true;
+    ASSERT_TRUE(events_->postKey(2, keyV, flags::command));
+    constexpr int insert = 118;
+    EXPECT_TRUE(see({key::leftShift, insert, -insert, -key::leftShift}));
 }
 
 TEST_F(X11PostedKeysTest, EveryModifierIsPressedBeforeAndReleasedAfterTheKey) {

@@ -57,7 +57,7 @@ constexpr std::array roles{
     Role{55, "AXTable"},                                 // table
     Role{56, "AXCell", {}, textArea},                    // table cell
     Role{59, "AXMenuItem"},                              // tear-off menu item
-    Role{60, textArea},                                  // terminal
+    Role{60, textArea, "AXTerminal"},                    // terminal; macOS has no name for it
     Role{61, textField},                                 // text
     Role{62, "AXCheckBox", "AXToggleButton"},            // toggle button
     Role{63, "AXToolbar"},                               // tool bar

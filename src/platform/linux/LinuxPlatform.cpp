@@ -22,6 +22,7 @@
 #include "platform/linux/SecretServiceStore.hpp"
 #include "platform/linux/SessionBus.hpp"
 #include "platform/linux/SystemSymbols.hpp"
+#include "platform/linux/TerminalFocus.hpp"
 #include "platform/linux/TrayStatusItem.hpp"
 #include "platform/linux/UnavailableAreaCapture.hpp"
 #include "platform/linux/UnavailableKeyboard.hpp"
@@ -33,6 +34,7 @@
 #include "platform/linux/X11InputSources.hpp"
 #include "platform/linux/X11KeyEvents.hpp"
 #include "platform/linux/X11Pasteboard.hpp"
+#include "platform/linux/X11PrimarySelection.hpp"
 #include "platform/linux/X11Session.hpp"
 #include "platform/linux/X11WindowList.hpp"
 #include "platform/linux/X11Workspace.hpp"
@@ -74,15 +76,14 @@ struct LinuxSession {
 };
 
 /// The keyboard, input sources and workspace on an X server that the whole session runs on.
-void addX11(Platform& platform, const X11Session& session, const LaunchOptions& options) {
-    auto installed = std::make_shared<InstalledApplications>(*platform.mainQueue);
+void addX11(Platform& platform, const X11Session& session, const std::shared_ptr<InstalledApplications>& installed,
+            const LaunchOptions& options) {
     auto workspace = std::make_unique<X11Workspace>(*session.connection, installed, options.atLogin);
     platform.applicationCatalog =
         std::make_unique<DesktopEntryCatalog>(installed, [&windows = *workspace] { return windows.applications(); });
     platform.workspace = std::move(workspace);
     platform.windowList = std::make_unique<X11WindowList>(*session.connection);
     platform.inputSources = std::make_unique<X11InputSources>(*session.connection, *session.keyboard);
-    platform.keyEvents = std::make_unique<X11KeyEvents>(*session.connection, *session.keyboard);
     platform.eventTap = std::make_unique<X11EventTap>(session, *platform.inputSources, *platform.mainQueue);
 }
 
@@ -104,6 +105,21 @@ std::unique_ptr<Pasteboard> makePasteboard(const LinuxDesktop& desktop, LinuxSes
     }
     session.pasteboard = std::move(*connection);
     return std::make_unique<X11Pasteboard>(*session.pasteboard);
+}
+
+/// Keys that are posted as the application in front takes them.
+std::unique_ptr<KeyEvents> makeKeyEvents(const Platform& platform, const LinuxSession& session,
+                                         std::shared_ptr<const InstalledApplications> installed) {
+    const auto focus =
+        std::make_shared<TerminalFocus>(*platform.accessibility, *platform.workspace, std::move(installed));
+    X11KeyEvents::OffersSelection offersSelection;
+    if (session.pasteboard) {
+        offersSelection = [selection = std::make_shared<X11PrimarySelection>(
+                               *session.pasteboard, *platform.pasteboard)] { return selection->offer(); };
+    }
+    return std::make_unique<X11KeyEvents>(
+        *session.x11->connection, *session.x11->keyboard, [focus](pid_t pid) { return focus->styleIn(pid); },
+        std::move(offersSelection));
 }
 
 } // namespace
@@ -139,6 +155,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.mainQueue = std::make_unique<QtMainQueue>();
     platform.userDefaults = std::make_unique<PropertyListDefaults>(standardDefaultsFile());
     platform.keyboardUnavailableReason = keyboardUnavailableReason(desktop);
+    std::shared_ptr<InstalledApplications> installed; // shared by who tells, shows and treats them
     if (platform.keyboardUnavailableReason) {
         addUnavailableKeyboard(platform, options);
     } else {
@@ -147,7 +164,8 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
             return PlatformError{x11.error()};
         }
         session->x11 = std::move(*x11);
-        addX11(platform, *session->x11, options);
+        installed = std::make_shared<InstalledApplications>(*platform.mainQueue);
+        addX11(platform, *session->x11, installed, options);
     }
     platform.accessibility = std::make_unique<AtspiAccessibility>(session->bus);
     platform.permissions = std::make_unique<AtspiPermissionService>(session->bus);
@@ -158,6 +176,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
         session->bus, session->x11 ? std::make_unique<X11Blanking>(*session->x11->connection) : nullptr);
     platform.pasteboard = makePasteboard(desktop, *session);
     if (session->x11) {
+        platform.keyEvents = makeKeyEvents(platform, *session, installed);
         platform.areaCapture = std::make_unique<X11AreaCapture>(*platform.pasteboard, *platform.mainQueue);
     } else {
         platform.areaCapture = std::make_unique<UnavailableAreaCapture>();

@@ -24,22 +24,21 @@ constexpr bool isLatinLetter(std::uint32_t keysym) { // the symbols of ASCII are
     return keysym >= 'a' && keysym <= 'z';
 }
 
-/// Command makes a shortcut on a Mac, Control does here.
-constexpr core::EventFlags withShortcutModifier(core::EventFlags held) {
-    return (held & flags::command) != 0 ? (held & ~flags::command) | flags::control : held;
-}
-
 } // namespace
 
-bool X11KeyEvents::postKey(pid_t, core::KeyCode keyCode, core::EventFlags wanted) {
-    const auto key = keycodeFor(keyCode);
+bool X11KeyEvents::postKey(pid_t pid, core::KeyCode keyCode, core::EventFlags wanted) {
     constexpr auto any = flags::control | flags::option | flags::shift | flags::command;
-    if (!key || connection_.isLost() || !connection_.extensions().hasXTest || (keyboard_.flags() & any) != 0) {
+    if (connection_.isLost() || !connection_.extensions().hasXTest || (keyboard_.flags() & any) != 0) {
+        return false;
+    }
+    const auto press = pressIn(pid, {keyCode, wanted});
+    const auto key = press ? keycodeFor(press->keyCode) : std::nullopt;
+    if (!key) {
         return false;
     }
     std::vector<xcb_keycode_t> held;
     for (const auto flag : allModifiers) {
-        if ((withShortcutModifier(wanted) & flag) == 0) {
+        if ((press->flags & flag) == 0) {
             continue;
         }
         const auto modifier = modifierKey(flag);
@@ -59,6 +58,15 @@ bool X11KeyEvents::postKey(pid_t, core::KeyCode keyCode, core::EventFlags wanted
     }
     connection_.flush();
     return true;
+}
+
+std::optional<KeyPress> X11KeyEvents::pressIn(pid_t pid, const KeyPress& onMac) const {
+    const bool isShortcut = (onMac.flags & flags::command) != 0;
+    const auto style = isShortcut && styleIn_ ? styleIn_(pid) : ShortcutStyle::control;
+    if (style == ShortcutStyle::shiftInsert && !(offersSelection_ && offersSelection_())) {
+        return std::nullopt;
+    }
+    return TerminalShortcuts::pressed(style, onMac);
 }
 
 /// The key in that place, unless the layout in use has another Latin letter there: then the key with the letter, which

@@ -96,8 +96,8 @@ protected:
     }
 
     /// What another program gets for a target.
-    X11SelectionReader::Contents paste(std::string_view target) {
-        X11SelectionReader reader(peer_.connection(), peer_.atom("CLIPBOARD"), patient.reading);
+    X11SelectionReader::Contents paste(std::string_view target, std::string_view selection = "CLIPBOARD") {
+        X11SelectionReader reader(peer_.connection(), peer_.atom(selection), patient.reading);
         std::optional<X11SelectionReader::Contents> result;
         reader.request(peer_.atom(target), XCB_CURRENT_TIME, 100 * mega,
                        [&](auto contents) { result = std::move(contents); });
@@ -105,8 +105,8 @@ protected:
         return std::move(*result);
     }
 
-    std::string pastedText(std::string_view target) {
-        const auto contents = paste(target);
+    std::string pastedText(std::string_view target, std::string_view selection = "CLIPBOARD") {
+        const auto contents = paste(target, selection);
         return contents.failure ? "(failed)" : textOf(contents.bytes);
     }
 
