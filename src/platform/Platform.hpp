@@ -62,7 +62,7 @@ struct Platform {
     std::unique_ptr<core::SecretStore> secretStore;
     std::unique_ptr<SerialQueue> vaultQueue; ///< after the secret store, which its tasks use
     std::unique_ptr<SerialQueue> imageQueue;
-    std::unique_ptr<SerialQueue> fileQueue;
+    std::unique_ptr<SerialQueue> fileQueue; ///< its tasks may be left behind when it goes (see ThreadSerialQueue)
     std::unique_ptr<FilePanel> filePanel;
     std::shared_ptr<const ProxySettings> proxySettings; ///< shared with the threads of transfers
     std::unique_ptr<SystemSymbols> systemSymbols;

@@ -47,12 +47,21 @@ std::vector<std::filesystem::path> referencedFiles(const core::ClipboardItems& i
 EntryFiles::State EntryFiles::state(const core::ClipboardEntry& entry) {
     const auto [found, isNew] = states_.try_emplace(entry.id, State::unknown);
     if (isNew) {
-        queue_.post([this, id = entry.id, items = entry.items, current = std::weak_ptr(current_), &main = mainQueue_] {
-            if (current.expired()) {
+        queue_.post([this, id = entry.id, items = entry.items, asking = asking_] {
+            const auto isOver = [&] {
+                const std::lock_guard lock(asking->mutex);
+                return asking->isOver;
+            };
+            if (isOver()) {
                 return;
             }
-            main.post([this, id, current, state = examine(*items)] {
-                if (current.expired()) {
+            const auto state = examine(*items); // a server that is away may hold this up until after the program's end
+            const std::lock_guard lock(asking->mutex);
+            if (asking->isOver) {
+                return;
+            }
+            mainQueue_.post([this, id, asking, state] {
+                if (asking->isOver) { // only this thread changes it
                     return;
                 }
                 states_[id] = state;
@@ -65,9 +74,19 @@ EntryFiles::State EntryFiles::state(const core::ClipboardEntry& entry) {
     return found->second;
 }
 
+EntryFiles::~EntryFiles() {
+    stopAsking();
+}
+
 void EntryFiles::forget() {
     states_.clear();
-    current_ = std::make_shared<int>();
+    stopAsking();
+    asking_ = std::make_shared<Asking>();
+}
+
+void EntryFiles::stopAsking() {
+    const std::lock_guard lock(asking_->mutex);
+    asking_->isOver = true;
 }
 
 } // namespace quillane

@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <unordered_map>
 #include <vector>
 
@@ -30,6 +31,10 @@ public:
 
     EntryFiles(MainQueue& mainQueue, SerialQueue& queue) : mainQueue_(mainQueue), queue_(queue) {}
 
+    ~EntryFiles();
+    EntryFiles(const EntryFiles&) = delete;
+    EntryFiles& operator=(const EntryFiles&) = delete;
+
     [[nodiscard]] State state(const core::ClipboardEntry& entry);
 
     /// Asks anew from now on.
@@ -38,10 +43,18 @@ public:
     std::function<void()> onReady; ///< one more state is known
 
 private:
+    /// Whether answers are still wanted. While a question holds the lock, everything that it refers to is there.
+    struct Asking {
+        std::mutex mutex;
+        bool isOver = false;
+    };
+
+    void stopAsking();
+
     MainQueue& mainQueue_;
     SerialQueue& queue_;
     std::unordered_map<core::Uuid, State> states_;
-    std::shared_ptr<void> current_ = std::make_shared<int>(); ///< dropped answers hold another one
+    std::shared_ptr<Asking> asking_ = std::make_shared<Asking>(); // shared with the questions, which may take forever
 };
 
 } // namespace quillane

@@ -8,48 +8,61 @@
 namespace quillane {
 
 ThreadSerialQueue::~ThreadSerialQueue() {
+    const bool isLeftBehind = atEnd_ == AtEnd::leaves && leaves();
     {
-        const std::lock_guard lock(mutex_);
-        isEnding_ = true;
+        const std::lock_guard lock(state_->mutex);
+        state_->isEnding = true;
     }
-    changed_.notify_all();
-    if (thread_.joinable()) {
+    state_->changed.notify_all();
+    if (isLeftBehind) {
+        thread_.detach();
+    } else if (thread_.joinable()) {
         thread_.join();
     }
 }
 
+/// Drops what has not begun, and tells whether the task that runs goes on for too long.
+bool ThreadSerialQueue::leaves() {
+    std::deque<Task> dropped; // what they hold goes outside the lock
+    std::unique_lock lock(state_->mutex);
+    dropped.swap(state_->tasks);
+    const bool isDone = state_->changed.wait_for(lock, patience, [this] { return !state_->isRunningTask; });
+    lock.unlock();
+    return !isDone;
+}
+
 void ThreadSerialQueue::post(Task task) {
     {
-        const std::lock_guard lock(mutex_);
-        tasks_.push_back(std::move(task));
+        const std::lock_guard lock(state_->mutex);
+        state_->tasks.push_back(std::move(task));
         if (!thread_.joinable()) {
-            thread_ = std::thread([this] { run(); });
+            thread_ = std::thread([state = state_] { run(*state); });
         }
     }
-    changed_.notify_all();
+    state_->changed.notify_all();
 }
 
 void ThreadSerialQueue::wait() {
-    std::unique_lock lock(mutex_);
-    changed_.wait(lock, [this] { return tasks_.empty() && !isRunningTask_; });
+    std::unique_lock lock(state_->mutex);
+    state_->changed.wait(lock, [this] { return state_->tasks.empty() && !state_->isRunningTask; });
 }
 
-void ThreadSerialQueue::run() {
-    std::unique_lock lock(mutex_);
+void ThreadSerialQueue::run(State& state) {
+    std::unique_lock lock(state.mutex);
     for (;;) {
-        changed_.wait(lock, [this] { return isEnding_ || !tasks_.empty(); });
-        if (tasks_.empty()) {
+        state.changed.wait(lock, [&] { return state.isEnding || !state.tasks.empty(); });
+        if (state.tasks.empty()) {
             return;
         }
-        auto task = std::exchange(tasks_.front(), nullptr);
-        tasks_.pop_front();
-        isRunningTask_ = true;
+        auto task = std::exchange(state.tasks.front(), nullptr);
+        state.tasks.pop_front();
+        state.isRunningTask = true;
         lock.unlock();
         task();
         task = nullptr; // what it holds goes before the others are told
         lock.lock();
-        isRunningTask_ = false;
-        changed_.notify_all();
+        state.isRunningTask = false;
+        state.changed.notify_all();
     }
 }
 

@@ -5,29 +5,52 @@
 
 #include "platform/SerialQueue.hpp"
 
+#include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <memory>
 #include <mutex>
 #include <thread>
 
 namespace quillane {
 
-/// A queue with a thread of its own, which starts with the first task. What has been posted runs before it goes.
+/// A queue with a thread of its own, which starts with the first task.
 class ThreadSerialQueue final : public SerialQueue {
 public:
+    /// What becomes of the tasks when the queue goes.
+    enum class AtEnd {
+        finishes, ///< they run before it goes
+        leaves,   ///< those that have not begun are dropped, and one that takes longer than a moment is left behind
+    };
+
+    /// How long a queue that leaves waits for the task that runs.
+    static constexpr std::chrono::milliseconds patience{200};
+
+    /// A task that may be left behind ends with the process, or later than everything else of the program: it may touch
+    /// only what it owns.
+    explicit ThreadSerialQueue(AtEnd atEnd = AtEnd::finishes) : atEnd_(atEnd) {}
+
     ~ThreadSerialQueue() override;
+    ThreadSerialQueue(const ThreadSerialQueue&) = delete;
+    ThreadSerialQueue& operator=(const ThreadSerialQueue&) = delete;
 
     void post(Task task) override;
     void wait() override;
 
 private:
-    void run();
+    struct State {
+        std::mutex mutex;
+        std::condition_variable changed;
+        std::deque<Task> tasks;
+        bool isRunningTask = false;
+        bool isEnding = false;
+    };
 
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::deque<Task> tasks_;
-    bool isRunningTask_ = false;
-    bool isEnding_ = false;
+    static void run(State& state);
+    [[nodiscard]] bool leaves();
+
+    const AtEnd atEnd_;
+    std::shared_ptr<State> state_ = std::make_shared<State>(); // shared with the thread, which may be left behind
     std::thread thread_;
 };
 

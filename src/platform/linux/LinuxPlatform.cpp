@@ -190,7 +190,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.secretStore = std::make_unique<SecretServiceStore>();
     platform.vaultQueue = std::make_unique<ThreadSerialQueue>();
     platform.imageQueue = std::make_unique<ThreadSerialQueue>();
-    platform.fileQueue = std::make_unique<ThreadSerialQueue>();
+    platform.fileQueue = std::make_unique<ThreadSerialQueue>(ThreadSerialQueue::AtEnd::leaves);
     platform.filePanel = std::make_unique<QtFilePanel>();
     platform.proxySettings = std::make_shared<LinuxProxySettings>();
     platform.systemSymbols = std::make_unique<LineArtSymbols>();

@@ -75,7 +75,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.secretStore = std::make_unique<MacSecretStore>();
     platform.vaultQueue = std::make_unique<ThreadSerialQueue>();
     platform.imageQueue = std::make_unique<ThreadSerialQueue>();
-    platform.fileQueue = std::make_unique<ThreadSerialQueue>();
+    platform.fileQueue = std::make_unique<ThreadSerialQueue>(ThreadSerialQueue::AtEnd::leaves);
     platform.filePanel = std::make_unique<MacFilePanel>();
     platform.proxySettings = std::make_shared<MacProxySettings>();
     platform.systemSymbols = std::make_unique<MacSystemSymbols>();

@@ -27,9 +27,9 @@ protected:
         keyring_.reset();
     }
 
-    /// Starts the agent and waits until its history is there.
-    void startHistory() {
-        startAgent();
+    /// Starts the agent and waits until its history is there. `more` is added to its environment.
+    void startHistory(const Environment& more = {}) {
+        startAgent(more);
         require(agent().waitForStatus([](const auto& status) {
             return status.at("clipboard").at("status") == "Clipboard history is active";
         }),
