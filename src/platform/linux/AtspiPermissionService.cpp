@@ -16,7 +16,7 @@ constexpr auto launcher = "org.a11y.Bus";
 constexpr auto launcherPath = "/org/a11y/bus";
 constexpr auto statusInterface = "org.a11y.Status";
 constexpr auto isEnabled = "IsEnabled";
-constexpr std::chrono::milliseconds firstAnswer{100};
+constexpr std::chrono::seconds firstAnswer{1}; // without a launcher the bus answers at once
 
 /// What a notice of changed properties says of `IsEnabled`; the new value may be left out.
 struct Change {

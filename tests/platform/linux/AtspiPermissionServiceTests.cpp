@@ -6,6 +6,13 @@
 #include "platform/linux/BusTest.hpp"
 #include "platform/linux/SessionBus.hpp"
 
+#include <chrono>
+#include <csignal>
+#include <cstdint>
+#include <thread>
+
+#include <sys/types.h>
+
 namespace quillane {
 
 namespace {
@@ -38,6 +45,65 @@ TEST_F(AtspiPermissionServiceTest, IsGrantedFromTheFirstQuestionOnWhenAccessibil
     const AtspiPermissionService service(session);
     EXPECT_TRUE(service.isGranted(MacPermission::accessibility));
     EXPECT_TRUE(service.isGranted(MacPermission::inputMonitoring));
+}
+
+/// The process that answers for accessibility, stopped as one is that a busy machine gives no time.
+class StoppedLauncher {
+public:
+    explicit StoppedLauncher(BusConnection& bus) {
+        testing::callBus(bus, "GetConnectionUnixProcessID", "org.a11y.Bus", [this](DBusMessage* reply) {
+            std::uint32_t process = 0;
+            if (dbus_message_get_args(reply, nullptr, DBUS_TYPE_UINT32, &process, DBUS_TYPE_INVALID) != 0) {
+                pid_ = static_cast<pid_t>(process);
+            }
+        });
+        EXPECT_GT(pid_, 1);
+        if (pid_ > 1) {
+            ::kill(pid_, SIGSTOP);
+        }
+    }
+
+    ~StoppedLauncher() { goOn(); }
+
+    StoppedLauncher(const StoppedLauncher&) = delete;
+    StoppedLauncher& operator=(const StoppedLauncher&) = delete;
+
+    void goOn() const {
+        if (pid_ > 1) {
+            ::kill(pid_, SIGCONT);
+        }
+    }
+
+private:
+    pid_t pid_ = -1;
+};
+
+TEST_F(AtspiPermissionServiceTest, AFirstAnswerThatIsLateIsWaitedFor) {
+    SessionBus asking;
+    const StoppedLauncher launcher(*asking.connection());
+    SessionBus session;
+    const AtspiPermissionService service(session);
+    std::jthread later([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        launcher.goOn();
+    });
+    EXPECT_TRUE(service.isGranted(MacPermission::accessibility));
+}
+
+TEST_F(AtspiPermissionServiceTest, AFirstAnswerThatDoesNotComeIsWaitedForOnce) {
+    SessionBus asking;
+    const StoppedLauncher launcher(*asking.connection());
+    SessionBus session;
+    const AtspiPermissionService service(session);
+    const auto timed = [&] {
+        const auto begin = std::chrono::steady_clock::now();
+        EXPECT_FALSE(service.isGranted(MacPermission::accessibility));
+        return std::chrono::steady_clock::now() - begin;
+    };
+    EXPECT_LT(timed(), std::chrono::seconds(3));
+    EXPECT_LT(timed(), std::chrono::milliseconds(500));
+    launcher.goOn();
+    EXPECT_TRUE(waitUntil([&] { return service.isGranted(MacPermission::accessibility); }));
 }
 
 TEST_F(AtspiPermissionServiceTest, FollowsChangesAndARequestSwitchesItOn) {
