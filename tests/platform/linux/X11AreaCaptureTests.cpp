@@ -68,6 +68,39 @@ public:
         EXPECT_TRUE(reply && reply->status == XCB_GRAB_STATUS_SUCCESS);
     }
 
+    /// Whether another program can take the keyboard and the pointer, as the server says.
+    [[nodiscard]] bool isInputFree() {
+        auto* const raw = keyboard_.raw();
+        constexpr auto mode = XCB_GRAB_MODE_ASYNC;
+        const XReply<xcb_grab_keyboard_reply_t> keys(xcb_grab_keyboard_reply(
+            raw, xcb_grab_keyboard(raw, 0, keyboard_.root(), XCB_CURRENT_TIME, mode, mode), nullptr));
+        const XReply<xcb_grab_pointer_reply_t> pointer(
+            xcb_grab_pointer_reply(raw,
+                                   xcb_grab_pointer(raw, 0, keyboard_.root(), XCB_EVENT_MASK_BUTTON_PRESS, mode, mode,
+                                                    XCB_WINDOW_NONE, XCB_CURSOR_NONE, XCB_CURRENT_TIME),
+                                   nullptr));
+        xcb_ungrab_pointer(raw, XCB_CURRENT_TIME);
+        giveKeyboardBack();
+        return keys && keys->status == XCB_GRAB_STATUS_SUCCESS && pointer && pointer->status == XCB_GRAB_STATUS_SUCCESS;
+    }
+
+    /// How many windows the server shows on the screen, whoever they belong to.
+    [[nodiscard]] int shownWindows() {
+        auto* const raw = keyboard_.raw();
+        const XReply<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(raw, xcb_query_tree(raw, keyboard_.root()), nullptr));
+        int shown = 0;
+        for (int i = 0; tree && i < xcb_query_tree_children_length(tree.get()); ++i) {
+            const XReply<xcb_get_window_attributes_reply_t> window(xcb_get_window_attributes_reply(
+                raw, xcb_get_window_attributes(raw, xcb_query_tree_children(tree.get())[i]), nullptr));
+            shown += window && window->map_state == XCB_MAP_STATE_VIEWABLE ? 1 : 0;
+        }
+        return shown;
+    }
+
+    /// As when the program quits; its connection to the server is the last thing to go.
+    void endCapture() { capture_.reset(); }
+
     void giveKeyboardBack() {
         xcb_ungrab_keyboard(keyboard_.raw(), XCB_CURRENT_TIME);
         xcb_flush(keyboard_.raw());
@@ -359,9 +392,13 @@ TEST_F(X11AreaCaptureTest, NothingIsHeldAfterwards) {
 }
 
 TEST_F(X11AreaCaptureTest, ASelectionEndsWithTheProgram) {
+    const auto before = driver_->shownWindows();
     start();
-    driver_.reset();
-    SUCCEED();
+    ASSERT_GT(driver_->shownWindows(), before);
+    ASSERT_FALSE(driver_->isInputFree());
+    driver_->endCapture();
+    EXPECT_TRUE(driver_->waitUntil([&] { return driver_->shownWindows() == before; }));
+    EXPECT_TRUE(driver_->waitUntil([&] { return driver_->isInputFree(); }));
 }
 
 } // namespace

@@ -52,6 +52,18 @@ public:
         return reply ? reply->status : -1;
     }
 
+    /// Whether another program could take the key, as the server says.
+    [[nodiscard]] bool isKeyFree() const {
+        const XReply<xcb_generic_error_t> error(
+            xcb_request_check(other(), xcb_grab_key_checked(other(), 0, root(), XCB_MOD_MASK_4 | XCB_MOD_MASK_SHIFT,
+                                                            vKey, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC)));
+        if (!error) {
+            xcb_ungrab_key(other(), vKey, root(), XCB_MOD_MASK_4 | XCB_MOD_MASK_SHIFT);
+            synchronizeOther();
+        }
+        return error == nullptr;
+    }
+
     void giveBack() {
         xcb_ungrab_key(other(), vKey, root(), XCB_MOD_MASK_4 | XCB_MOD_MASK_SHIFT);
         synchronizeOther();
@@ -176,16 +188,24 @@ TEST_F(X11HotKeysTest, TheKeyboardIsStillHeard) {
     EXPECT_TRUE(driver_.session().keyboard->keysDown().none());
 }
 
-TEST_F(X11HotKeysTest, TheOtherRegistrationsOfADestroyedObjectDoNothing) {
-    auto token = registerHere();
+TEST_F(X11HotKeysTest, ADestroyedObjectGivesItsKeysBackAndItsTokensDoNothing) {
+    const auto connection = std::move(*X11Connection::open({})); // outlives what uses it
+    core::Subscription old;
     {
-        auto connection = std::move(*X11Connection::open({}));
         X11HotKeys shortLived(*connection, *driver_.session().keyboard);
-        token = shortLived.registerHotKey(
-            {8, core::flags::command}, [] {}, [] {});
+        old = shortLived.registerHotKey(
+            {9, core::flags::command | core::flags::shift}, [] {}, [] {});
+        ASSERT_TRUE(testing::waitUntil([&] { return !driver_.isKeyFree(); }));
     }
-    token.cancel();
-    SUCCEED();
+    ASSERT_TRUE(testing::waitUntil([&] { return driver_.isKeyFree(); }));
+    const auto token = registerHere();
+    driver_.settle();
+    old.cancel();
+    driver_.settle();
+    EXPECT_FALSE(driver_.isKeyFree());
+    driver_.press();
+    EXPECT_TRUE(testing::waitUntil([&] { return presses_ == 1; }));
+    EXPECT_EQ(taken_, 0);
 }
 
 } // namespace
