@@ -17,8 +17,8 @@ class SessionBus;
 /// Any program may observe the keyboard.
 ///
 /// The first answer is on its way since the object was made; being asked before it is there waits for it, once and for
-/// a second at most: a machine that is busy with a session's start must not make a grant look as if it were missing. One
-/// that comes later counts from then on.
+/// a second at most: a machine that is busy with a session's start must not make a grant look as if it were missing.
+/// One that comes later counts from then on.
 class AtspiPermissionService final : public PermissionService {
 public:
     explicit AtspiPermissionService(SessionBus& session);
