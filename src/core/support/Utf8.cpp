@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <utility>
 
 namespace quillane::core {
@@ -30,15 +31,32 @@ std::pair<UChar32, std::size_t> first(std::string_view text) {
 
 #pragma GCC diagnostic pop
 
+/// How many bytes at the start are ASCII, counted in whole words.
+std::size_t asciiWords(std::string_view bytes) {
+    constexpr std::uint64_t highBits = 0x8080'8080'8080'8080;
+    std::size_t count = 0;
+    for (std::uint64_t word = 0; count + sizeof word <= bytes.size(); count += sizeof word) {
+        std::memcpy(&word, bytes.data() + count, sizeof word);
+        if ((word & highBits) != 0) {
+            break;
+        }
+    }
+    return count;
+}
+
 } // namespace
 
 bool isValidUtf8(std::string_view bytes) {
+    bytes.remove_prefix(asciiWords(bytes));
     while (!bytes.empty()) {
         const auto [character, length] = first(bytes);
         if (character < 0) {
             return false;
         }
         bytes.remove_prefix(length);
+        if (character < 0x80) {
+            bytes.remove_prefix(asciiWords(bytes));
+        }
     }
     return true;
 }

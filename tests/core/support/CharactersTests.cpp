@@ -30,6 +30,13 @@ TEST(Characters, TellsAndMendsIllFormedBytes) {
         EXPECT_TRUE(isValidUtf8(validUtf8(std::string(bytes))));
     }
     EXPECT_TRUE(isValidUtf8("\xF0\x9F\x98\x80 שלום"));
+    const std::string ascii(40, 'a');
+    for (std::size_t at = 0; at <= ascii.size(); ++at) { // ASCII is read by the word
+        for (const std::string_view bytes : {"\xff", "\x80", "\xd7"}) {
+            EXPECT_FALSE(isValidUtf8(std::string(ascii).insert(at, bytes))) << at;
+        }
+        EXPECT_TRUE(isValidUtf8(std::string(ascii).insert(at, "ש"))) << at;
+    }
     EXPECT_EQ(validUtf8("a\xff"
                         "b"),
               "a\xEF\xBF\xBD"
