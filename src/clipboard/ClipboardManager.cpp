@@ -26,7 +26,7 @@ constexpr HotKey shortcut{9, core::flags::command | core::flags::shift}; // V
 
 core::ClipboardOptions storedOptions(const core::UserDefaults& defaults) {
     const auto data = defaults.data(core::clipboardOptionsKey);
-    return data ? core::decodeClipboardOptions(*data).value_or(core::ClipboardOptions()) : core::ClipboardOptions();
+    return data ? core::decodeClipboardOptions(**data).value_or(core::ClipboardOptions()) : core::ClipboardOptions();
 }
 
 } // namespace

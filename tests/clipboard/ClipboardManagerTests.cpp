@@ -372,7 +372,7 @@ TEST_F(ClipboardManagerTest, OptionsAreStoredAtOnceAndTrimTheHistory) {
     manager_->setOptions(options);
     EXPECT_EQ(notices, 1);
     EXPECT_EQ(recorded().size(), 10U);
-    EXPECT_EQ(core::decodeClipboardOptions(*userDefaults_.data(core::clipboardOptionsKey)), options);
+    EXPECT_EQ(core::decodeClipboardOptions(**userDefaults_.data(core::clipboardOptionsKey)), options);
     pass(1s);
     EXPECT_EQ(stored().size(), 10U);
     manager_->setOptions(options);

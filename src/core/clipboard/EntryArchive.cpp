@@ -110,7 +110,7 @@ Value itemsValue(const ClipboardItems& items) {
         Value::Array representations;
         for (const auto& representation : item) {
             Value::Dictionary fields{{"type", representation.type}};
-            fields.emplace("data", *representation.data); // not in the list above, whose elements are copied
+            fields.emplace("data", representation.data);
             representations.emplace_back(std::move(fields));
         }
         list.emplace_back(std::move(representations));

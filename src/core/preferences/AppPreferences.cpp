@@ -17,7 +17,7 @@ InstallationPreferences load(const UserDefaults& defaults) {
     if (!data) {
         return {};
     }
-    const std::string_view document(reinterpret_cast<const char*>(data->data()), data->size());
+    const std::string_view document(reinterpret_cast<const char*>((*data)->data()), (*data)->size());
     return InstallationPreferences::fromJson(document).value_or(InstallationPreferences());
 }
 
@@ -38,7 +38,7 @@ void AppPreferences::choose(AppLanguage language) {
 void AppPreferences::save() {
     const auto document = state_.toJson();
     const auto bytes = std::as_bytes(std::span(document));
-    defaults_.setObject(defaultsKeys::installation, PropertyListValue::Data(bytes.begin(), bytes.end()));
+    defaults_.setObject(defaultsKeys::installation, PropertyListValue::Data({bytes.begin(), bytes.end()}));
 }
 
 /// Texts that the system itself provides follow the interface language.

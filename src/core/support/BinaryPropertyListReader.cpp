@@ -183,7 +183,7 @@ private:
             return fail(PropertyListError::tooLarge);
         }
         const auto content = rest.first(static_cast<std::size_t>(count));
-        return PropertyListValue::Data(content.begin(), content.end());
+        return PropertyListValue::Data({content.begin(), content.end()});
     }
 
     std::optional<PropertyListValue> text(Bytes rest, std::uint64_t count, bool utf16) {

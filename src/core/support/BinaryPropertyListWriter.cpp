@@ -66,7 +66,7 @@ private:
             return take(text->size());
         }
         if (const auto* data = value.as<PropertyListValue::Data>()) {
-            return take(data->size());
+            return take((*data)->size());
         }
         if (const auto* elements = value.as<PropertyListValue::Array>()) {
             for (const auto& element : *elements) {
@@ -139,8 +139,8 @@ private:
 
     std::uint64_t addObject(const PropertyListValue::Data& value) {
         const auto index = begin();
-        appendMarker(0x4, value.size());
-        bytes_.insert(bytes_.end(), value.begin(), value.end());
+        appendMarker(0x4, value->size());
+        bytes_.insert(bytes_.end(), value->begin(), value->end());
         return index;
     }
 

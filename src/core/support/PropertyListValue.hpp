@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/support/Shared.hpp"
+
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
@@ -17,7 +19,7 @@ namespace quillane::core {
 /// A value of a property list (Apple, "Property List Programming Guide"). Dates are seconds since 2001-01-01 UTC.
 class PropertyListValue {
 public:
-    using Data = std::vector<std::byte>;
+    using Data = Shared<std::vector<std::byte>>; ///< it may be large
     using Array = std::vector<PropertyListValue>;
     using Dictionary = std::map<std::string, PropertyListValue>;
 

@@ -136,7 +136,7 @@ private:
         case PLIST_DATA: {
             std::uint64_t size = 0;
             const auto* bytes = reinterpret_cast<const std::byte*>(plist_get_data_ptr(node, &size));
-            return bytes != nullptr ? PropertyListValue::Data(bytes, bytes + size) : PropertyListValue::Data();
+            return bytes != nullptr ? PropertyListValue::Data({bytes, bytes + size}) : PropertyListValue::Data();
         }
         case PLIST_DATE:
             return date(node);

@@ -61,7 +61,7 @@ std::optional<Value> propertyListValue(id object) {
     if ([object isKindOfClass:NSData.class]) {
         NSData* data = (NSData*)object;
         const auto* bytes = static_cast<const std::byte*>(data.bytes);
-        return Value(Value::Data(bytes, bytes + data.length));
+        return Value(Value::Data({bytes, bytes + data.length}));
     }
     if ([object isKindOfClass:NSDate.class]) {
         return Value(Value::Date{((NSDate*)object).timeIntervalSinceReferenceDate});
@@ -88,7 +88,7 @@ id propertyListObject(const Value& value) {
             } else if constexpr (std::is_same_v<Exact, std::string>) {
                 return nsString(exact);
             } else if constexpr (std::is_same_v<Exact, Value::Data>) {
-                return [NSData dataWithBytes:exact.data() length:exact.size()];
+                return [NSData dataWithBytes:exact->data() length:exact->size()];
             } else if constexpr (std::is_same_v<Exact, Value::Date>) {
                 return [NSDate dateWithTimeIntervalSinceReferenceDate:exact.secondsSinceReferenceDate];
             } else if constexpr (std::is_same_v<Exact, Value::Array>) {

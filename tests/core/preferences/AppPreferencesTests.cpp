@@ -19,13 +19,13 @@ using fakes::FakeUserDefaults;
 
 PropertyListValue::Data record(std::string_view document) {
     const auto bytes = std::as_bytes(std::span(document));
-    return {bytes.begin(), bytes.end()};
+    return std::vector(bytes.begin(), bytes.end());
 }
 
 /// The stored record as another start of the program would read it.
 std::optional<InstallationPreferences> stored(const FakeUserDefaults& defaults) {
     const auto data = defaults.data("QuillaneInstallationV1");
-    return data ? InstallationPreferences::fromJson({reinterpret_cast<const char*>(data->data()), data->size()})
+    return data ? InstallationPreferences::fromJson({reinterpret_cast<const char*>((*data)->data()), (*data)->size()})
                 : std::nullopt;
 }
 

@@ -66,7 +66,7 @@ TEST(FeatureOptions, AnythingButABooleanGivesTheInitialValue) {
                                           "YES",
                                           "false",
                                           "",
-                                          PropertyListValue::Data{std::byte{1}},
+                                          PropertyListValue::Data({std::byte{1}}),
                                           PropertyListValue::Date{0},
                                           PropertyListValue::Array{true},
                                           PropertyListValue::Dictionary{{"a", true}}};

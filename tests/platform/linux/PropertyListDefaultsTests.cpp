@@ -360,7 +360,7 @@ TEST_F(PropertyListDefaultsTest, WhatCouldNotBeReadBackIsNotWritten) {
     }
     defaults.setObject("Deep", deep);
     EXPECT_EQ(defaults.lastError(), core::FileError{EFBIG});
-    defaults.setObject("Deep", PropertyListValue::Data(PropertyListDefaults::maximumBytes));
+    defaults.setObject("Deep", std::vector<std::byte>(PropertyListDefaults::maximumBytes));
     EXPECT_EQ(defaults.lastError(), core::FileError{EFBIG});
     EXPECT_EQ(PropertyListDefaults(file_).boolean("Small"), true);
     defaults.removeObject("Deep");
