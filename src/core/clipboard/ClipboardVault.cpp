@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <string_view>
 #include <system_error>
-#include <unordered_set>
 #include <utility>
 
 namespace quillane::core {
@@ -33,6 +32,12 @@ std::string pendingName(const Uuid& id) {
 
 bool isClip(std::string_view name) {
     return name.size() > extension.size() && name.ends_with(extension);
+}
+
+/// Whether it is the name of the file of one of these entries.
+bool isFileOfOne(const std::unordered_map<Uuid, Date>& entries, std::string_view name) {
+    const auto id = Uuid::parse(name.substr(0, name.size() - extension.size()));
+    return id && entries.contains(*id) && name == fileName(*id);
 }
 
 tl::unexpected<VaultError> failure(Reason reason) {
@@ -119,16 +124,19 @@ ClipboardVault::Result<void> ClipboardVault::writeSealed(const std::string& name
     if (!plaintext) {
         return failure(Reason::tooLarge);
     }
-    auto box = SealedBox::seal(key_, *plaintext);
-    if (!box) {
+    const auto ends = SealedBox::sealInPlace(key_, *plaintext);
+    if (!ends) {
         return failure(Reason::crypto);
     }
-    plaintext.reset(); // it may be large
-    return folder_.replace(name, *box);
+    return folder_.replace(name, {ends->nonce, *plaintext, ends->tag});
 }
 
 ClipboardVault::Result<void> ClipboardVault::save(std::span<const ClipboardEntry> entries) {
-    if (auto settled = settlePending(); !settled) {
+    auto names = folder_.names();
+    if (!names) {
+        return tl::unexpected(names.error());
+    }
+    if (auto settled = settlePending(*names); !settled) {
         return settled;
     }
     std::vector<Uuid> ids;
@@ -167,32 +175,34 @@ ClipboardVault::Result<void> ClipboardVault::save(std::span<const ClipboardEntry
             return committed;
         }
     }
-    if (auto removed = removeStale(entries); !removed) {
-        return removed;
-    }
-    persisted_.clear();
+    std::unordered_map<Uuid, Date> current;
+    current.reserve(entries.size());
     for (const auto& entry : entries) {
-        persisted_[entry.id] = entry.copiedAt;
+        current[entry.id] = entry.copiedAt;
     }
+    for (const auto& name : *names) {
+        if (isClip(name) && !isFileOfOne(current, name)) {
+            if (auto removed = folder_.remove(name); !removed) {
+                return removed;
+            }
+        }
+    }
+    persisted_ = std::move(current);
     indexed_ = std::move(ids);
     return folder_.flush();
 }
 
 /// Ends what a process that was killed had begun: gives the files of a save that counts as done their names, or removes
-/// those of one that does not.
-ClipboardVault::Result<void> ClipboardVault::settlePending() {
-    const auto names = folder_.names();
-    if (!names) {
-        return tl::unexpected(names.error());
-    }
-    const bool isDone = std::ranges::find(*names, pendingIndexName) != names->end();
-    for (const auto& name : *names) {
+/// those of one that does not. The names are those in the folder, before and after.
+ClipboardVault::Result<void> ClipboardVault::settlePending(std::span<std::string> names) {
+    const bool isDone = std::ranges::find(names, pendingIndexName) != names.end();
+    for (auto& name : names) {
         if (isClip(name) && name.starts_with(pendingPrefix) && name != pendingIndexName) {
-            const auto settled =
-                isDone ? folder_.rename(name, name.substr(pendingPrefix.size())) : folder_.remove(name);
-            if (!settled) {
+            auto settledName = name.substr(pendingPrefix.size());
+            if (auto settled = isDone ? folder_.rename(name, settledName) : folder_.remove(name); !settled) {
                 return settled;
             }
+            name = std::move(settledName);
         }
     }
     return isDone ? folder_.rename(pendingIndexName, indexName) : Result<void>();
@@ -206,25 +216,6 @@ ClipboardVault::Result<void> ClipboardVault::commitPending(std::span<const Clipb
         persisted_[entry->id] = entry->copiedAt;
     }
     return folder_.rename(pendingIndexName, indexName);
-}
-
-ClipboardVault::Result<void> ClipboardVault::removeStale(std::span<const ClipboardEntry> entries) {
-    const auto names = folder_.names();
-    if (!names) {
-        return tl::unexpected(names.error());
-    }
-    std::unordered_set<std::string> current;
-    for (const auto& entry : entries) {
-        current.insert(fileName(entry.id));
-    }
-    for (const auto& name : *names) {
-        if (isClip(name) && !current.contains(name)) {
-            if (auto removed = folder_.remove(name); !removed) {
-                return removed;
-            }
-        }
-    }
-    return {};
 }
 
 ClipboardVault::Result<void> ClipboardVault::erase() {

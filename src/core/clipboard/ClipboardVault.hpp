@@ -53,9 +53,8 @@ private:
     ClipboardVault(VaultFolder folder, SecretBytes key) : folder_(std::move(folder)), key_(std::move(key)) {}
 
     [[nodiscard]] Result<void> writeSealed(const std::string& name, std::optional<std::vector<std::byte>> plaintext);
-    [[nodiscard]] Result<void> settlePending();
+    [[nodiscard]] Result<void> settlePending(std::span<std::string> names);
     [[nodiscard]] Result<void> commitPending(std::span<const ClipboardEntry* const> overwritten);
-    [[nodiscard]] Result<void> removeStale(std::span<const ClipboardEntry> entries);
 
     VaultFolder folder_;
     SecretBytes key_;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/clipboard/VaultFolder.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <memory>
@@ -69,6 +70,19 @@ bool writeAll(int descriptor, std::span<const std::byte> contents) {
         contents = contents.subspan(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
     }
     return true;
+}
+
+/// A new file to be written, in place of one that a process that was killed has left behind.
+int create(int folder) {
+    const auto open = [folder] {
+        return openat(folder, temporaryName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, fileMode);
+    };
+    const int file = open();
+    if (file >= 0 || errno != EEXIST) {
+        return file;
+    }
+    unlinkat(folder, temporaryName, 0);
+    return open();
 }
 
 /// Fills the buffer; the number of bytes is less at the end of the file, and -1 on an error.
@@ -153,15 +167,15 @@ VaultFolder::Result<std::optional<std::vector<std::byte>>> VaultFolder::read(con
     return contents;
 }
 
-VaultFolder::Result<void> VaultFolder::replace(const std::string& name, std::span<const std::byte> contents) {
-    unlinkat(descriptor_, temporaryName, 0); // left behind by a process that was killed
+VaultFolder::Result<void> VaultFolder::replace(const std::string& name,
+                                               std::initializer_list<std::span<const std::byte>> parts) {
     {
-        const Descriptor file(
-            openat(descriptor_, temporaryName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, fileMode));
+        const Descriptor file(create(descriptor_));
         if (!file.isOpen()) {
             return failure(Reason::write);
         }
-        if (!writeAll(file.get(), contents) || fchmod(file.get(), fileMode) != 0 || fsync(file.get()) != 0) {
+        const auto isWritten = [&](std::span<const std::byte> part) { return writeAll(file.get(), part); };
+        if (!std::ranges::all_of(parts, isWritten) || fchmod(file.get(), fileMode) != 0 || fsync(file.get()) != 0) {
             const auto failed = failure(Reason::write);
             unlinkat(descriptor_, temporaryName, 0);
             return failed;

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <initializer_list>
 #include <optional>
 #include <span>
 #include <string>
@@ -49,9 +50,10 @@ public:
     [[nodiscard]] Result<std::optional<std::vector<std::byte>>> read(const std::string& name,
                                                                      std::size_t maximumBytes) const;
 
-    /// Gives the file, of mode 0600, new contents: they are written beside it, flushed, and take its place at once. The
-    /// name used meanwhile ends in ".clip", like those of entries.
-    [[nodiscard]] Result<void> replace(const std::string& name, std::span<const std::byte> contents);
+    /// Gives the file, of mode 0600, new contents, the parts one after the other: they are written beside it, flushed,
+    /// and take its place at once. The name used meanwhile ends in ".clip", like those of entries.
+    [[nodiscard]] Result<void> replace(const std::string& name,
+                                       std::initializer_list<std::span<const std::byte>> parts);
 
     /// Gives a file the name of another one, which is replaced if it exists.
     [[nodiscard]] Result<void> rename(const std::string& from, const std::string& to);

@@ -27,13 +27,8 @@ auto* bytesOf(std::byte* bytes) {
     return reinterpret_cast<unsigned char*>(bytes);
 }
 
-/// A box taken apart: the three parts of its buffer.
+/// A box taken apart.
 struct Parts {
-    explicit Parts(std::span<std::byte> box)
-        : nonce(box.first(nonceSize)),
-          text(box.subspan(nonceSize, box.size() - nonceSize - tagSize)),
-          tag(box.last(tagSize)) {}
-
     std::span<std::byte> nonce;
     std::span<std::byte> text;
     std::span<std::byte> tag;
@@ -68,41 +63,40 @@ bool transform(Direction direction, const SecretBytes& key, const Parts& parts) 
            EVP_CIPHER_CTX_ctrl(context.get(), EVP_CTRL_GCM_GET_TAG, tagSize, static_cast<void*>(parts.tag.data())) == 1;
 }
 
-tl::expected<void, SealedBoxError> check(const SecretBytes& key, std::size_t boxSize) {
+} // namespace
+
+tl::expected<Ends, SealedBoxError> sealInPlace(const SecretBytes& key, std::span<std::byte> buffer) {
     if (key.size() != keySize) {
         return tl::unexpected(SealedBoxError::wrongKeySize);
     }
-    if (boxSize < nonceSize + tagSize) {
-        return tl::unexpected(SealedBoxError::tooShort);
-    }
-    return {};
-}
-
-} // namespace
-
-tl::expected<void, SealedBoxError> sealInPlace(const SecretBytes& key, std::span<std::byte> buffer) {
-    if (const auto checked = check(key, buffer.size()); !checked) {
-        return checked;
-    }
-    const Parts parts(buffer);
-    if (RAND_bytes(bytesOf(parts.nonce.data()), nonceSize) != 1 || !transform(Direction::seal, key, parts)) {
+    Ends ends;
+    if (RAND_bytes(bytesOf(ends.nonce.data()), nonceSize) != 1 ||
+        !transform(Direction::seal, key, {ends.nonce, buffer, ends.tag})) {
         return tl::unexpected(SealedBoxError::noRandomNumber);
     }
-    return {};
+    return ends;
 }
 
 tl::expected<std::vector<std::byte>, SealedBoxError> seal(const SecretBytes& key,
                                                           std::span<const std::byte> plaintext) {
     std::vector<std::byte> box(nonceSize + plaintext.size() + tagSize);
     std::ranges::copy(plaintext, box.begin() + nonceSize);
-    return sealInPlace(key, box).map([&] { return std::move(box); });
+    return sealInPlace(key, std::span(box).subspan(nonceSize, plaintext.size())).map([&](const Ends& ends) {
+        std::ranges::copy(ends.nonce, box.begin());
+        std::ranges::copy(ends.tag, box.end() - tagSize);
+        return std::move(box);
+    });
 }
 
 tl::expected<std::span<const std::byte>, SealedBoxError> openInPlace(const SecretBytes& key, std::span<std::byte> box) {
-    if (const auto checked = check(key, box.size()); !checked) {
-        return tl::unexpected(checked.error());
+    if (key.size() != keySize) {
+        return tl::unexpected(SealedBoxError::wrongKeySize);
     }
-    const Parts parts(box);
+    if (box.size() < nonceSize + tagSize) {
+        return tl::unexpected(SealedBoxError::tooShort);
+    }
+    const auto rest = box.subspan(nonceSize);
+    const Parts parts{box.first(nonceSize), rest.first(rest.size() - tagSize), rest.last(tagSize)};
     if (!transform(Direction::open, key, parts)) {
         OPENSSL_cleanse(box.data(), box.size());
         return tl::unexpected(SealedBoxError::notAuthentic);

@@ -6,6 +6,7 @@
 
 #include <tl/expected.hpp>
 
+#include <array>
 #include <cstddef>
 #include <span>
 #include <vector>
@@ -30,9 +31,14 @@ inline constexpr std::size_t tagSize = 16;
 [[nodiscard]] tl::expected<std::vector<std::byte>, SealedBoxError> seal(const SecretBytes& key,
                                                                         std::span<const std::byte> plaintext);
 
-/// The same over one buffer: on entry its bytes after the first 12 and before the last 16 are the plaintext, on success
-/// all of it is the box. On failure its contents are of no use.
-[[nodiscard]] tl::expected<void, SealedBoxError> sealInPlace(const SecretBytes& key, std::span<std::byte> buffer);
+/// What a box has beside its ciphertext.
+struct Ends {
+    std::array<std::byte, nonceSize> nonce{}; ///< comes first
+    std::array<std::byte, tagSize> tag{};     ///< comes last
+};
+
+/// The same over the plaintext's own buffer, which on success is the ciphertext. On failure its contents are of no use.
+[[nodiscard]] tl::expected<Ends, SealedBoxError> sealInPlace(const SecretBytes& key, std::span<std::byte> buffer);
 
 [[nodiscard]] tl::expected<std::vector<std::byte>, SealedBoxError> open(const SecretBytes& key,
                                                                         std::span<const std::byte> box);

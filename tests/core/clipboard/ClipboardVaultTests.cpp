@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 #include "core/clipboard/VaultTest.hpp"
+#include "core/support/Utf8.hpp"
 
 #include <gmock/gmock.h>
 
@@ -234,6 +235,7 @@ TEST_F(ClipboardVaultTest, RemovesTheFilesOfEntriesThatAreGoneAndStrayOnes) {
     ASSERT_TRUE(open.save(entries));
     write(folder_ / "E621E1F8-C36C-495A-93FC-0C247A3E6E5F.clip", "stray");
     write(folder_ / "stray.clip", "stray");
+    write(folder_ / (lowercased(entries[1].id.toString()) + ".clip"), "stray");
     write(folder_ / "temporary.clip", "of a killed process");
     write(folder_ / "notes.txt", "kept");
     write(folder_ / ".clip", "kept");
@@ -297,6 +299,20 @@ TEST_F(ClipboardVaultTest, ASaveThatCountsAsDoneIsLoadedAndFinishedByTheNextOne)
     saved(expected);
     EXPECT_EQ(vault().load(), expected);
     EXPECT_EQ(fileNames().size(), 4U);
+}
+
+TEST_F(ClipboardVaultTest, WhatIsFinishedOfAnEntryThatIsGoneIsRemovedByTheSameSave) {
+    const auto entries = threeEntries();
+    saved(entries);
+    const auto first = contents(fileOf(entries[0]));
+    const auto index = contents(folder_ / "index");
+    const std::vector left{entries[1]};
+    saved(left);
+    write(folder_ / ("pending-" + entries[0].id.toString() + ".clip"), first);
+    write(folder_ / "pending-index.clip", index);
+    saved(left);
+    EXPECT_EQ(vault().load(), left);
+    EXPECT_EQ(fileNames(), (std::set<std::string>{"index", entries[1].id.toString() + ".clip"}));
 }
 
 TEST_F(ClipboardVaultTest, WhatASaveThatWasNotDoneLeftBehindIsNeverUsed) {
