@@ -29,16 +29,13 @@ std::string clipboardDigest(ClipboardKind kind, const ClipboardItems& items) {
     return digest.finish();
 }
 
-ClipboardEntry ClipboardEntry::make(ClipboardKind kind, std::string text, std::string source, std::string sourceName,
-                                    ClipboardItems items, Date now) {
+ClipboardEntry ClipboardEntry::make(ClipboardKind kind, std::string_view text, std::string source,
+                                    std::string sourceName, ClipboardItems items, Date now) {
     ClipboardEntry entry;
     entry.id = Uuid::random();
     entry.digest = clipboardDigest(kind, items);
     entry.kind = kind;
-    text = validUtf8(std::move(text));
-    text.resize(firstCharacters(text, maximumTextCharacters).size());
-    text.shrink_to_fit(); // it may have been 20 MiB
-    entry.text = std::move(text);
+    entry.text = validUtf8(std::string(firstCharacters(text, maximumTextCharacters)));
     entry.source = validUtf8(std::move(source));
     entry.sourceName = validUtf8(std::move(sourceName));
     entry.createdAt = now;

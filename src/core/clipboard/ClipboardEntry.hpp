@@ -44,8 +44,9 @@ struct ClipboardEntry {
 
     bool operator==(const ClipboardEntry&) const = default;
 
-    /// A new entry, copied now, with a fresh identifier. Texts are made valid UTF-8, and `text` is cut.
-    [[nodiscard]] static ClipboardEntry make(ClipboardKind kind, std::string text, std::string source,
+    /// A new entry, copied now, with a fresh identifier. Texts are made valid UTF-8, and `text` is cut. It may be a
+    /// part of the items' contents.
+    [[nodiscard]] static ClipboardEntry make(ClipboardKind kind, std::string_view text, std::string source,
                                              std::string sourceName, ClipboardItems items, Date now);
 
     /// The bytes of all contents together, which is what limits count.

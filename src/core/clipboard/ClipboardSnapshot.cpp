@@ -89,6 +89,11 @@ std::string fileNames(const ClipboardItems& items) {
     return names;
 }
 
+std::optional<std::string_view> plainText(const std::vector<ClipboardRepresentation>& item) {
+    const auto plain = std::ranges::find(item, PasteboardTypes::string, &ClipboardRepresentation::type);
+    return plain != item.end() ? utf8(plain->data) : std::nullopt;
+}
+
 std::string textOf(const PasteboardContents& pasteboard, ClipboardKind kind, const ClipboardItems& items) {
     switch (kind) {
     case ClipboardKind::files:
@@ -117,9 +122,7 @@ bool restorePlainText(const ClipboardEntry& entry, PasteboardContents& pasteboar
     if (entry.kind != ClipboardKind::text || entry.items->empty()) {
         return false;
     }
-    const auto& item = entry.items->front();
-    const auto plain = std::ranges::find(item, PasteboardTypes::string, &ClipboardRepresentation::type);
-    const auto text = plain != item.end() ? utf8(plain->data) : std::nullopt;
+    const auto text = plainText(entry.items->front());
     if (!text) {
         return false;
     }
@@ -153,8 +156,9 @@ std::optional<ClipboardEntry> capture(const PasteboardContents& pasteboard, cons
     if (!items || pasteboard.changeCount() != changeCount) {
         return std::nullopt;
     }
-    auto text = textOf(pasteboard, kind, *items);
-    return ClipboardEntry::make(kind, std::move(text), std::move(source), moment.sourceName, std::move(*items),
+    const auto text = kind == ClipboardKind::text && items->size() == 1 ? plainText(items->front()) : std::nullopt;
+    const auto asked = text ? std::string() : textOf(pasteboard, kind, *items);
+    return ClipboardEntry::make(kind, text.value_or(asked), std::move(source), moment.sourceName, std::move(*items),
                                 moment.now);
 }
 

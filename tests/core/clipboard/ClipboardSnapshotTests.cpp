@@ -220,6 +220,13 @@ TEST_F(ClipboardSnapshotTest, TextFallsBackToTheUrlAndThenToNothing) {
     EXPECT_EQ(*capture()->text, "");
 }
 
+TEST_F(ClipboardSnapshotTest, TextIsThePasteboardsWhenAnItemAloneDoesNotSayIt) {
+    pasteboard_.copyText("caf\xe9");
+    EXPECT_EQ(*capture()->text, "caf\xEF\xBF\xBD");
+    pasteboard_.copy({Item{{{"public.html", "<b>x</b>"}}, {}}, Item{{{stringType, "second"}}, {}}});
+    EXPECT_EQ(*capture()->text, "second");
+}
+
 TEST_F(ClipboardSnapshotTest, TwoFilesHaveTheirNamesOnTwoLines) {
     pasteboard_.copy({fileItem("file:///home/a/%D7%A9%D7%9C%D7%95%D7%9D.txt"), fileItem("file:///home/b%2Fc/")});
     EXPECT_EQ(*capture()->text, "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D.txt\nb%2Fc");
