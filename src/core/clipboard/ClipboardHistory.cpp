@@ -105,21 +105,23 @@ void ClipboardHistory::trim(const ClipboardOptions& options) {
             oldestFirst.push_back(i);
         }
     }
-    std::ranges::stable_sort(oldestFirst, {}, [&](std::size_t i) { return entries_[i].copiedAt; });
     std::size_t bytes = byteCount();
     std::size_t unpinned = oldestFirst.size();
+    const auto fits = [&] { return unpinned <= options.safeLimit() && bytes <= options.byteLimit(); };
+    if (fits()) {
+        return;
+    }
+    std::ranges::stable_sort(oldestFirst, {}, [&](std::size_t i) { return entries_[i].copiedAt; });
     std::vector<bool> isRemoved(entries_.size());
     for (const auto i : oldestFirst) {
-        if (unpinned <= options.safeLimit() && bytes <= options.byteLimit()) {
+        if (fits()) {
             break;
         }
         isRemoved[i] = true;
         bytes -= entries_[i].byteCount();
         --unpinned;
     }
-    if (unpinned != oldestFirst.size()) {
-        removeIf([&](std::size_t i) { return isRemoved[i]; });
-    }
+    removeIf([&](std::size_t i) { return isRemoved[i]; });
 }
 
 std::vector<ClipboardEntry> ClipboardHistory::filtered(std::string_view query, const ClipboardOptions& options) const {
