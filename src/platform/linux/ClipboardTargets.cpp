@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace quillane::ClipboardTargets {
 
@@ -167,11 +168,14 @@ std::string_view firstLine(std::string_view text) {
 }
 
 /// Text as UTF-8 without the NUL that some owners end it with.
-std::optional<std::vector<std::byte>> utf8Bytes(std::string_view text) {
-    if (text.ends_with('\0')) {
-        text.remove_suffix(1);
+std::optional<std::vector<std::byte>> utf8Bytes(std::vector<std::byte> bytes) {
+    if (!core::isValidUtf8(textOf(bytes))) {
+        return std::nullopt;
     }
-    return core::isValidUtf8(text) ? std::optional(bytesOf(text)) : std::nullopt;
+    if (!bytes.empty() && bytes.back() == std::byte{0}) {
+        bytes.pop_back();
+    }
+    return bytes;
 }
 
 bool startsWithFileScheme(std::string_view line) {
@@ -281,19 +285,19 @@ std::optional<std::vector<std::byte>> toUniform(std::string_view name, std::vect
     case Form::same:
         return bytes;
     case Form::utf8:
-        return utf8Bytes(textOf(bytes));
+        return utf8Bytes(std::move(bytes));
     case Form::utf8OrLatin1:
-        if (auto text = utf8Bytes(textOf(bytes))) {
-            return text;
+        if (core::isValidUtf8(textOf(bytes))) {
+            return utf8Bytes(std::move(bytes));
         }
-        return utf8Bytes(fromLatin1(textOf(bytes)));
+        return utf8Bytes(bytesOf(fromLatin1(textOf(bytes))));
     case Form::latin1:
-        return utf8Bytes(fromLatin1(textOf(bytes)));
+        return utf8Bytes(bytesOf(fromLatin1(textOf(bytes))));
     case Form::utf16Lines:
     case Form::utf8Lines: {
         const std::string text = target->form == Form::utf16Lines ? fromUtf16(bytes) : std::string(textOf(bytes));
         const auto url = firstLine(text);
-        return url.empty() ? std::nullopt : utf8Bytes(url);
+        return url.empty() ? std::nullopt : utf8Bytes(bytesOf(url));
     }
     case Form::uriList:
     case Form::fileOperation:

@@ -10,8 +10,8 @@ namespace quillane {
 
 namespace {
 
-/// How much of a property is asked for at once, in units of four bytes.
-constexpr std::uint32_t partUnits = 64 * 1'024;
+/// How much of a property is asked for at once, in units of four bytes: as much as most owners put into an increment.
+constexpr std::uint32_t partUnits = 256 * 1'024;
 
 } // namespace
 
@@ -40,7 +40,7 @@ X11SelectionReader::~X11SelectionReader() {
 
 void X11SelectionReader::request(xcb_atom_t target, xcb_timestamp_t time, std::size_t maximumBytes,
                                  std::function<void(Contents)> done) {
-    cancel();
+    end();
     target_ = target;
     maximumBytes_ = maximumBytes;
     done_ = std::move(done);
@@ -61,13 +61,18 @@ void X11SelectionReader::request(xcb_atom_t target, xcb_timestamp_t time, std::s
 }
 
 void X11SelectionReader::cancel() {
+    end();
+    connection_.flush();
+}
+
+/// Does not tell the server yet: what comes next can be told with it.
+void X11SelectionReader::end() {
     done_ = nullptr;
     alive_.reset();
     pauseTimer_.stop();
     totalTimer_.stop();
     if (const auto window = std::exchange(window_, XCB_WINDOW_NONE); window != XCB_WINDOW_NONE) {
         xcb_destroy_window(connection_.raw(), window);
-        connection_.flush();
     }
 }
 
@@ -129,6 +134,7 @@ void X11SelectionReader::take(const xcb_get_property_reply_t* reply) {
             return;
         }
         isIncremental_ = true;
+        contents_.bytes.reserve(announced > 0 ? announced : maximumBytes_); // costs nothing until it is filled
         if (std::exchange(hasNewPart_, false)) {
             readPart();
         }
@@ -158,6 +164,9 @@ void X11SelectionReader::take(const xcb_get_property_reply_t* reply) {
     offset_ = 0;
     const bool isLast = std::exchange(partBytes_, 0) == 0 || !isIncremental_;
     if (isLast) {
+        if (contents_.bytes.size() < contents_.bytes.capacity() / 2) {
+            contents_.bytes.shrink_to_fit();
+        }
         finish(std::nullopt);
     } else if (std::exchange(hasNewPart_, false)) {
         readPart();
@@ -168,10 +177,12 @@ void X11SelectionReader::finish(std::optional<Failure> failure) {
     const auto done = std::exchange(done_, nullptr);
     auto contents = failure ? Contents{} : std::move(contents_);
     contents.failure = failure;
-    cancel();
+    end();
+    auto& connection = connection_; // `done` may be the end of this
     if (done) {
         done(std::move(contents));
     }
+    connection.flush();
 }
 
 } // namespace quillane

@@ -52,6 +52,7 @@ private:
     void readPart();
     void take(const xcb_get_property_reply_t* reply);
     void finish(std::optional<Failure> failure);
+    void end();
 
     X11Connection& connection_;
     xcb_atom_t selection_;

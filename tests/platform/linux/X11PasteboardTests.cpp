@@ -92,6 +92,13 @@ TEST_F(X11PasteboardTest, ReadsAnImageWholeOrInIncrements) {
     EXPECT_EQ(capturedBytes(), png.substr(0, 2 * mega));
 }
 
+TEST_F(X11PasteboardTest, WhatCameInIncrementsTakesNoMoreMemoryThanItNeeds) {
+    copied({{"image/png", noise(mega / 2)}}, Manner::parts);
+    const auto entry = capture();
+    ASSERT_TRUE(entry);
+    EXPECT_LE(entry->items->front().front().data->capacity(), mega);
+}
+
 TEST_F(X11PasteboardTest, AnImageOfTwentyFiveMegabytesIsRefusedHoweverItComes) {
     const auto png = noise(25 * mega);
     copied({{"image/png", png}}, Manner::parts);
