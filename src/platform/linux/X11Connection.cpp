@@ -9,6 +9,7 @@
 #include <mutex>
 #include <optional>
 #include <thread>
+#include <utility>
 
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -176,10 +177,13 @@ void X11Connection::flush() {
         notifier_->setEnabled(false); // XCB has closed the socket
     }
     // XCB reads while it waits to write: what it has read then does not make the socket readable any more.
-    drain_.start(0);
+    if (!isProcessing_) {
+        drain_.start(0);
+    }
 }
 
 void X11Connection::process() {
+    const bool wasProcessing = std::exchange(isProcessing_, true); // a handler may wait for answers
     bool again = true;
     while (again && !lost_) {
         xcb_flush(raw()); // first, as it may read: the last round finds nothing to send and nothing to do
@@ -193,6 +197,7 @@ void X11Connection::process() {
             }
         }
     }
+    isProcessing_ = wasProcessing;
     if (lost_) {
         failPending();
     } else if (xcb_connection_has_error(raw()) != 0) {

@@ -142,6 +142,7 @@ private:
     std::string display_;
     Link link_;
     bool lost_ = false;
+    bool isProcessing_ = false;
     std::uint32_t rootMask_ = 0;
     std::deque<Pending> pending_;
     std::deque<XReply<xcb_generic_event_t>> received_;
