@@ -19,6 +19,12 @@ void require(int succeeded) {
     }
 }
 
+/// Found once: OpenSSL would look for its implementation again for every digest.
+const EVP_MD* sha256() {
+    static const EVP_MD* const found = EVP_MD_fetch(nullptr, "SHA256", nullptr);
+    return found;
+}
+
 } // namespace
 
 void ChunkDigest::Free::operator()(evp_md_ctx_st* context) const {
@@ -27,7 +33,7 @@ void ChunkDigest::Free::operator()(evp_md_ctx_st* context) const {
 
 ChunkDigest::ChunkDigest() : context_(EVP_MD_CTX_new()) {
     require(context_ ? 1 : 0);
-    require(EVP_DigestInit_ex(context_.get(), EVP_sha256(), nullptr));
+    require(EVP_DigestInit_ex(context_.get(), sha256(), nullptr));
 }
 
 void ChunkDigest::add(std::span<const std::byte> chunk) {

@@ -34,11 +34,17 @@ struct Parts {
     std::span<std::byte> tag;
 };
 
+/// Found once: OpenSSL would look for its implementation again for every box.
+const EVP_CIPHER* aes256Gcm() {
+    static const EVP_CIPHER* const found = EVP_CIPHER_fetch(nullptr, "AES-256-GCM", nullptr);
+    return found;
+}
+
 /// Encrypts or decrypts the text over itself and makes or checks the tag.
 bool transform(Direction direction, const SecretBytes& key, const Parts& parts) {
     const std::unique_ptr<EVP_CIPHER_CTX, Free> context(EVP_CIPHER_CTX_new());
     const auto* keyBytes = reinterpret_cast<const unsigned char*>(key.bytes().data());
-    if (!context || EVP_CipherInit_ex(context.get(), EVP_aes_256_gcm(), nullptr, keyBytes, bytesOf(parts.nonce.data()),
+    if (!context || EVP_CipherInit_ex(context.get(), aes256Gcm(), nullptr, keyBytes, bytesOf(parts.nonce.data()),
                                       static_cast<int>(direction)) != 1) {
         return false;
     }
