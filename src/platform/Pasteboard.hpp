@@ -27,8 +27,8 @@ public:
     /// Replaces the interest, which holds for changes from now on. At first, and with an empty function, there is none.
     virtual void setInterest(Interest interest) = 0;
 
-    /// The change count has moved by another program's doing. A desktop that does not tell of changes, as macOS, never
-    /// gives this notice: there the change count has to be looked at from time to time.
+    /// Another program has changed the contents, and what is of interest can be read. A desktop that does not tell of
+    /// changes, as macOS, never gives this notice: there the change count has to be looked at from time to time.
     virtual core::Subscription onChanged([[maybe_unused]] std::function<void()> callback) { return {}; }
 };
 

@@ -102,9 +102,10 @@ void X11Pasteboard::ownerChanged(xcb_window_t owner, xcb_timestamp_t time) {
     ++changeCount_;
     time_ = time;
     if (owner != XCB_WINDOW_NONE && interest_) {
-        fetchTargets();
+        fetchTargets(); // which gives notice in the end
+    } else {
+        changes_.notify();
     }
-    changes_.notify();
 }
 
 // Fetching

@@ -141,6 +141,20 @@ TEST_F(X11PasteboardTest, WithoutInterestNothingIsAskedAndTheCountMovesOnce) {
     EXPECT_EQ(pasteboard_.changeCount(), before + 3);
 }
 
+TEST_F(X11PasteboardTest, ACopyGivesOneNoticeWhichIsWhenItCanBeRead) {
+    std::vector<std::string> read;
+    const auto notices = pasteboard_.onChanged(
+        [&] { read.push_back(pasteboard_.string(core::PasteboardTypes::string).value_or("(nothing)")); });
+    copied({{"UTF8_STRING", "text"}});
+    EXPECT_THAT(read, ElementsAre("text"));
+    copied({{"application/unknown", "x"}});
+    EXPECT_THAT(read, ElementsAre("text", "(nothing)"));
+    pasteboard_.setInterest(nullptr);
+    peer_.own({{"UTF8_STRING", "of no interest"}}, Manner::whole);
+    EXPECT_TRUE(waitUntil([&] { return read.size() == 3; }));
+    EXPECT_EQ(read.back(), "(nothing)");
+}
+
 TEST_F(X11PasteboardTest, ReadsTheSourceMarker) {
     copied({{"UTF8_STRING", "x"}, {"org.nspasteboard.source", "com.example.marked"}});
     ASSERT_TRUE(capture());
