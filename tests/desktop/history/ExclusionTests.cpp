@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "desktop/agent/LiveForm.hpp"
+#include "desktop/history/LiveHistory.hpp"
+
+namespace quillane::live {
+namespace {
+
+using std::chrono::milliseconds;
+
+class LiveExclusion : public LiveHistory {
+protected:
+    /// The history, with an application excluded that has never run: by what the list of installed ones calls it.
+    void startExcluding(const std::string& application) {
+        core::ClipboardOptions options;
+        options.enabled = true;
+        options.ignoredApps = {application};
+        require(writeHistorySettings(desktop(), options), "the settings cannot be written");
+        const auto folder = desktop().home() / ".local" / "share" / "applications";
+        std::filesystem::create_directories(folder);
+        require(writeFile(folder / "org.example.Notes.desktop",
+                          "[Desktop Entry]\nType=Application\nName=Notes\nExec=/opt/notes/bin/notes %U\n"),
+                "the application cannot be installed");
+        startHistory();
+    }
+};
+
+TEST_F(LiveExclusion, HoldsHoweverTheApplicationsWindowsAreCalled) {
+    startExcluding("Notes");
+    for (const auto* windowClass : {"org.example.Notes", "org.example.notes", "notes", "NOTES"}) {
+        const auto notes = required(LiveForm::start(desktop(), "plain", windowClass));
+        copy(std::string("in ") + windowClass);
+        EXPECT_TRUE(holdsFor(milliseconds{600}, [&] { return agent().status().at("clipboard").at("entries") == 0; }))
+            << windowClass;
+    }
+    const auto other = required(LiveForm::start(desktop(), "plain", "org.example.NotesReader"));
+    copy("elsewhere");
+    EXPECT_TRUE(hasEntries(1));
+}
+
+} // namespace
+} // namespace quillane::live
