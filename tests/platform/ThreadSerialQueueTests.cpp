@@ -78,11 +78,14 @@ private:
     std::filesystem::path path_ = files_.folder() / "silent";
 };
 
+/// Asks until it is true, and not once more: asking may change the answer.
 bool comesTrue(const std::function<bool()>& condition) {
-    for (int turn = 0; turn < 5000 && !condition(); ++turn) {
+    bool holds = condition();
+    for (int turn = 0; turn < 5000 && !holds; ++turn) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        holds = condition();
     }
-    return condition();
+    return holds;
 }
 
 TEST(ThreadSerialQueue, ATaskThatHangsIsLeftBehind) {
