@@ -18,8 +18,8 @@ namespace {
 using Applications = std::vector<KnownApplication>;
 
 void add(Applications& applications, NSString* bundleID, NSString* name, bool running) {
-    if (bundleID.length == 0 || name.length == 0 ||
-        [bundleID isEqualToString:NSBundle.mainBundle.bundleIdentifier ?: @""]) {
+    NSString* own = NSBundle.mainBundle.bundleIdentifier;
+    if (bundleID.length == 0 || name.length == 0 || (own && [bundleID isEqualToString:own])) {
         return;
     }
     const auto id = utf8(bundleID);

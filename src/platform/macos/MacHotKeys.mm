@@ -46,9 +46,9 @@ struct MacHotKeys::State {
                 identifier.signature != signature) {
                 return;
             }
-            auto& keys = static_cast<State*>(context)->keys;
-            const auto found = keys.find(identifier.id);
-            if (found == keys.end()) {
+            const auto& registered = static_cast<State*>(context)->keys;
+            const auto found = registered.find(identifier.id);
+            if (found == registered.end()) {
                 return;
             }
             result = noErr;
