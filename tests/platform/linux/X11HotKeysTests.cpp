@@ -9,6 +9,7 @@
 #include "platform/linux/X11Session.hpp"
 
 #include <array>
+#include <chrono>
 #include <memory>
 
 namespace quillane {
