@@ -35,9 +35,9 @@ TEST_F(ClipboardManagerTest, RecordsEveryCopyWithWhereItCameFrom) {
 
 TEST_F(ClipboardManagerTest, WhatIsFilledAMomentLaterIsReadAgain) {
     start();
-    pasteboard_.copy({}); // emptied, to be filled
+    pasteboard.copy({}); // emptied, to be filled
     pass(550ms);
-    pasteboard_.fillText("a moment later");
+    pasteboard.fillText("a moment later");
     pass(100ms);
     EXPECT_THAT(recorded(), ElementsAre("a moment later"));
     pass(2s);
@@ -46,22 +46,22 @@ TEST_F(ClipboardManagerTest, WhatIsFilledAMomentLaterIsReadAgain) {
 
 TEST_F(ClipboardManagerTest, WhatStaysEmptyIsGivenUpAndWhatIsFilledWhilePausedIsNotRecorded) {
     start();
-    pasteboard_.copy({});
+    pasteboard.copy({});
     pass(2s);
-    pasteboard_.fillText("too late");
+    pasteboard.fillText("too late");
     pass(2s);
     EXPECT_THAT(recorded(), IsEmpty());
-    pasteboard_.copy({});
+    pasteboard.copy({});
     pass(550ms);
     manager_->configure({.paused = true});
-    pasteboard_.fillText("secret");
+    pasteboard.fillText("secret");
     manager_->configure({});
     pass(2s);
     EXPECT_THAT(recorded(), IsEmpty());
 }
 
 TEST_F(ClipboardManagerTest, WhatIsOnThePasteboardAtLaunchIsNotRecorded) {
-    pasteboard_.copyText("before");
+    pasteboard.copyText("before");
     start();
     pass(2s);
     EXPECT_THAT(recorded(), IsEmpty());
@@ -70,8 +70,8 @@ TEST_F(ClipboardManagerTest, WhatIsOnThePasteboardAtLaunchIsNotRecorded) {
 TEST_F(ClipboardManagerTest, ACopyWhileTheHistoryIsBeingLoadedIsNotRecorded) {
     make();
     manager_->start();
-    pasteboard_.copyText("too early");
-    queue_.advance(2s);
+    pasteboard.copyText("too early");
+    queue.advance(2s);
     EXPECT_FALSE(manager_->isReady());
     EXPECT_EQ(manager_->status(), core::LocalizedText(texts::loadingHistory));
     settle();
@@ -102,10 +102,10 @@ TEST_F(ClipboardManagerTest, NothingIsRecordedWhileItIsOff) {
 
 TEST_F(ClipboardManagerTest, NoPasswordIsRecorded) {
     start();
-    secureInput_.setEnabled(true);
+    secureInput.setEnabled(true);
     copy("typed password");
-    secureInput_.setEnabled(false);
-    workspace_.activate(workspace_.open("com.bitwarden.desktop", "Bitwarden"));
+    secureInput.setEnabled(false);
+    workspace.activate(workspace.open("com.bitwarden.desktop", "Bitwarden"));
     copy("kept password");
     EXPECT_THAT(recorded(), IsEmpty());
 }
@@ -113,20 +113,20 @@ TEST_F(ClipboardManagerTest, NoPasswordIsRecorded) {
 TEST_F(ClipboardManagerTest, NobodyIsAskedForContentsThatAreNotRecorded) {
     start();
     const core::PasteboardTypeSet types{std::string(core::PasteboardTypes::string)};
-    EXPECT_EQ(pasteboard_.interest()(types).size(), 1U);
+    EXPECT_EQ(pasteboard.interest()(types).size(), 1U);
     manager_->configure({.paused = true});
-    EXPECT_THAT(pasteboard_.interest()(types), IsEmpty());
+    EXPECT_THAT(pasteboard.interest()(types), IsEmpty());
     manager_->configure({});
     setOption(&core::ClipboardOptions::enabled, false);
-    EXPECT_THAT(pasteboard_.interest()(types), IsEmpty());
+    EXPECT_THAT(pasteboard.interest()(types), IsEmpty());
 }
 
 TEST_F(ClipboardManagerTest, ANoticeOfAChangeIsNotWaitedForByTheTimer) {
-    pasteboard_.tellOfChanges();
+    pasteboard.tellOfChanges();
     start();
     for (int i = 0; i < 20; ++i) {
-        pasteboard_.copyText(std::to_string(i));
-        queue_.advance(50ms);
+        pasteboard.copyText(std::to_string(i));
+        queue.advance(50ms);
     }
     EXPECT_EQ(recorded().size(), 20U);
 }
@@ -155,17 +155,17 @@ TEST_F(ClipboardManagerTest, APinOfAnEntryThatIsStoredLasts) {
 }
 
 TEST_F(ClipboardManagerTest, TenQuickCopiesAreOneWriteAQuarterSecondAfterTheLast) {
-    pasteboard_.tellOfChanges();
+    pasteboard.tellOfChanges();
     start();
     pass(1s);
     for (int i = 0; i < 10; ++i) {
-        pasteboard_.copyText(std::to_string(i));
-        queue_.advance(20ms);
+        pasteboard.copyText(std::to_string(i));
+        queue.advance(20ms);
     }
-    queue_.advance(229ms);
-    EXPECT_EQ(vaultQueue_.count(), 0U);
-    queue_.advance(1ms);
-    EXPECT_EQ(vaultQueue_.count(), 1U);
+    queue.advance(229ms);
+    EXPECT_EQ(vaultQueue.count(), 0U);
+    queue.advance(1ms);
+    EXPECT_EQ(vaultQueue.count(), 1U);
     settle();
     EXPECT_EQ(stored().size(), 10U);
     pass(5s);
@@ -174,8 +174,8 @@ TEST_F(ClipboardManagerTest, TenQuickCopiesAreOneWriteAQuarterSecondAfterTheLast
 
 TEST_F(ClipboardManagerTest, StoppingSavesWhatIsPending) {
     start();
-    pasteboard_.copyText("last");
-    queue_.advance(500ms); // the poll, and no save yet
+    pasteboard.copyText("last");
+    queue.advance(500ms); // the poll, and no save yet
     manager_->stop();
     EXPECT_THAT(stored(), ElementsAre("last"));
 }
@@ -210,7 +210,7 @@ TEST_F(ClipboardManagerTest, WithoutPersistenceALaunchErasesTheFiles) {
     core::ClipboardOptions options;
     options.enabled = true;
     options.persist = false;
-    userDefaults_.setObject(core::clipboardOptionsKey, core::encodeClipboardOptions(options));
+    userDefaults.setObject(core::clipboardOptionsKey, core::encodeClipboardOptions(options));
     start();
     EXPECT_THAT(recorded(), IsEmpty());
     EXPECT_TRUE(std::filesystem::is_empty(folder()));
@@ -218,7 +218,7 @@ TEST_F(ClipboardManagerTest, WithoutPersistenceALaunchErasesTheFiles) {
 }
 
 TEST_F(ClipboardManagerTest, WithoutAKeyTheHistoryIsInMemoryOnly) {
-    secrets_.failWith(core::SecretStatus::interactionNotAllowed);
+    secrets.failWith(core::SecretStatus::interactionNotAllowed);
     start();
     EXPECT_TRUE(manager_->isReady());
     EXPECT_TRUE(manager_->hasStorageError());
@@ -253,7 +253,7 @@ TEST_F(ClipboardManagerTest, NothingComesBackAfterItHasGone) {
     start();
     copy("one");
     manager_->clear(Clearing::includePins);
-    queue_.advance(250ms); // the save waits on the queue
+    queue.advance(250ms); // the save waits on the queue
     manager_.reset();
     settle();
 }
@@ -264,21 +264,21 @@ TEST_F(ClipboardManagerTest, TheHotKeyIsThereWhileItIsOnAndNoOtherComputerIsInFr
     start();
     int toggles = 0;
     manager_->onTogglePanel = [&] { ++toggles; };
-    EXPECT_TRUE(hotKeys_.press(shortcut));
+    EXPECT_TRUE(hotKeys.press(shortcut));
     EXPECT_EQ(toggles, 1);
     manager_->configure({.paused = true});
-    EXPECT_TRUE(hotKeys_.isRegistered(shortcut));
+    EXPECT_TRUE(hotKeys.isRegistered(shortcut));
     manager_->configure({.remote = true});
-    EXPECT_FALSE(hotKeys_.isRegistered(shortcut));
+    EXPECT_FALSE(hotKeys.isRegistered(shortcut));
     EXPECT_EQ(manager_->status(), core::LocalizedText(texts::clipboardHistoryPaused));
     manager_->configure({});
-    EXPECT_TRUE(hotKeys_.isRegistered(shortcut));
+    EXPECT_TRUE(hotKeys.isRegistered(shortcut));
     setOption(&core::ClipboardOptions::enabled, false);
-    EXPECT_FALSE(hotKeys_.isRegistered(shortcut));
+    EXPECT_FALSE(hotKeys.isRegistered(shortcut));
 }
 
 TEST_F(ClipboardManagerTest, AHotKeyOfAnotherProgramIsSaidAndCanBeTriedAgain) {
-    hotKeys_.take(shortcut);
+    hotKeys.take(shortcut);
     start();
     EXPECT_TRUE(manager_->hasHotKeyConflict());
     EXPECT_EQ(manager_->status(), core::LocalizedText(texts::historyShortcutInUse));
@@ -287,16 +287,16 @@ TEST_F(ClipboardManagerTest, AHotKeyOfAnotherProgramIsSaidAndCanBeTriedAgain) {
     manager_->registerShortcut();
     settle();
     EXPECT_TRUE(manager_->hasHotKeyConflict());
-    hotKeys_.giveBack(shortcut);
+    hotKeys.giveBack(shortcut);
     manager_->registerShortcut();
     settle();
     EXPECT_FALSE(manager_->hasHotKeyConflict());
-    EXPECT_TRUE(hotKeys_.isRegistered(shortcut));
+    EXPECT_TRUE(hotKeys.isRegistered(shortcut));
     EXPECT_EQ(manager_->status(), core::LocalizedText(texts::clipboardHistoryActive));
 }
 
 TEST_F(ClipboardManagerTest, TheFirstConditionThatHoldsIsTheStatus) {
-    hotKeys_.take(shortcut);
+    hotKeys.take(shortcut);
     start();
     setOption(&core::ClipboardOptions::enabled, false);
     EXPECT_EQ(manager_->status(), core::LocalizedText(texts::clipboardHistoryOff));
@@ -325,7 +325,7 @@ TEST_F(ClipboardManagerTest, ThePanelIsClosedWhenCollectionEnds) {
 
 TEST_F(ClipboardManagerTest, NoMoreThanTwoHundredEntriesArePinned) {
     start();
-    pasteboard_.tellOfChanges();
+    pasteboard.tellOfChanges();
     auto options = manager_->options();
     options.limit = 1'000;
     manager_->setOptions(options);
@@ -356,7 +356,7 @@ TEST_F(ClipboardManagerTest, CopyingFromTheHistoryMakesNoNewEntryAndMovesItToThe
     EXPECT_THAT(recorded(), ElementsAre("one", "two"));
     EXPECT_EQ(manager_->history().entries()[0].copiedAt, used); // it has not been taken for a copy of the user's
     EXPECT_EQ(*manager_->history().filtered("", manager_->options()).front().text, "one");
-    EXPECT_EQ(pasteboard_.string(core::PasteboardTypes::string), "one");
+    EXPECT_EQ(pasteboard.string(core::PasteboardTypes::string), "one");
     EXPECT_FALSE(manager_->copy(core::Uuid::random(), RestoreMode::full));
 }
 
@@ -372,7 +372,7 @@ TEST_F(ClipboardManagerTest, OptionsAreStoredAtOnceAndTrimTheHistory) {
     manager_->setOptions(options);
     EXPECT_EQ(notices, 1);
     EXPECT_EQ(recorded().size(), 10U);
-    EXPECT_EQ(core::decodeClipboardOptions(**userDefaults_.data(core::clipboardOptionsKey)), options);
+    EXPECT_EQ(core::decodeClipboardOptions(**userDefaults.data(core::clipboardOptionsKey)), options);
     pass(1s);
     EXPECT_EQ(stored().size(), 10U);
     manager_->setOptions(options);
@@ -380,9 +380,9 @@ TEST_F(ClipboardManagerTest, OptionsAreStoredAtOnceAndTrimTheHistory) {
 }
 
 TEST_F(ClipboardManagerTest, OptionsThatCannotBeReadAreTheDefaults) {
-    userDefaults_.setObject(core::clipboardOptionsKey, "text");
+    userDefaults.setObject(core::clipboardOptionsKey, "text");
     EXPECT_EQ(start().options(), core::ClipboardOptions());
-    EXPECT_FALSE(hotKeys_.isRegistered(shortcut));
+    EXPECT_FALSE(hotKeys.isRegistered(shortcut));
 }
 
 TEST_F(ClipboardManagerTest, ClearingKeepsPinsUnlessTheyAreMeant) {

@@ -36,7 +36,7 @@ class ClipboardPanelTest : public testing::ClipboardTest {
 protected:
     ClipboardPanelTest() {
         permissions_.grant(core::MacPermission::accessibility);
-        editor_ = *workspace_.frontmostApplication();
+        editor_ = *workspace.frontmostApplication();
     }
 
     /// A history of these texts, the last one copied last, and its panel.
@@ -47,7 +47,7 @@ protected:
         }
         pass(10ms);
         panel_ = std::make_unique<ClipboardPanel>(
-            *manager_, ClipboardPanelServices{queue_, workspace_, pasteboard_, keyEvents_, secureInput_, permissions_});
+            *manager_, ClipboardPanelServices{queue, workspace, pasteboard, keyEvents_, secureInput, permissions_});
         panel_->onShow = [this] { ++shown_; };
         panel_->onClose = [this] { ++closed_; };
         panel_->toggle();
@@ -72,7 +72,7 @@ protected:
     }
 
     [[nodiscard]] std::string onPasteboard() const {
-        const auto& items = pasteboard_.items();
+        const auto& items = pasteboard.items();
         return items.empty() || items.front().flavours.empty() ? "" : items.front().flavours.front().second;
     }
 
@@ -189,11 +189,11 @@ TEST_F(ClipboardPanelTest, ReturnPastesIntoTheApplicationThatWasInFront) {
     EXPECT_EQ(onPasteboard(), "one");
     EXPECT_FALSE(panel_->isVisible());
     EXPECT_THAT(keyEvents_.posted, IsEmpty());
-    queue_.advance(49ms);
+    queue.advance(49ms);
     EXPECT_THAT(keyEvents_.posted, IsEmpty());
-    queue_.advance(1ms);
+    queue.advance(1ms);
     EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
-    queue_.advance(5s);
+    queue.advance(5s);
     EXPECT_THAT(keyEvents_.posted, SizeIs(1));
     EXPECT_THAT(recorded(), ElementsAre("one", "two")); // nothing was copied anew
     panel_->toggle();
@@ -206,7 +206,7 @@ TEST_F(ClipboardPanelTest, CommandAndADigitPastesThatEntry) {
     EXPECT_TRUE(panel_->isVisible());
     EXPECT_EQ(onPasteboard(), "three");
     panel_->handle(key::one + 1, flags::command); // the key of 2
-    queue_.advance(50ms);
+    queue.advance(50ms);
     EXPECT_EQ(onPasteboard(), "two");
     EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
 }
@@ -217,92 +217,92 @@ TEST_F(ClipboardPanelTest, OptionReturnOnlyCopies) {
     panel_->handle(key::enter, flags::option);
     EXPECT_EQ(onPasteboard(), "one");
     EXPECT_FALSE(panel_->isVisible());
-    queue_.advance(5s);
+    queue.advance(5s);
     EXPECT_THAT(keyEvents_.posted, IsEmpty());
 }
 
 TEST_F(ClipboardPanelTest, ShiftReturnPastesWithoutStyles) {
     start();
-    pasteboard_.copy({{{{std::string(core::PasteboardTypes::rtf), "{\\rtf1 one}"},
-                        {std::string(core::PasteboardTypes::string), "one"}},
-                       {}}});
+    pasteboard.copy({{{{std::string(core::PasteboardTypes::rtf), "{\\rtf1 one}"},
+                       {std::string(core::PasteboardTypes::string), "one"}},
+                      {}}});
     pass(500ms);
     open({});
-    pasteboard_.copyText("something else");
+    pasteboard.copyText("something else");
     panel_->handle(key::enter, flags::shift);
-    ASSERT_THAT(pasteboard_.items(), SizeIs(1));
-    EXPECT_THAT(pasteboard_.items().front().flavours, SizeIs(1));
+    ASSERT_THAT(pasteboard.items(), SizeIs(1));
+    EXPECT_THAT(pasteboard.items().front().flavours, SizeIs(1));
     EXPECT_EQ(onPasteboard(), "one");
 }
 
 TEST_F(ClipboardPanelTest, ThePasteWaitsUntilTheApplicationIsInFront) {
-    const auto other = workspace_.open("com.example.other");
+    const auto other = workspace.open("com.example.other");
     open({"one"});
-    workspace_.activate(other);
-    workspace_.setRefusesActivation(true);
+    workspace.activate(other);
+    workspace.setRefusesActivation(true);
     panel_->handle(key::enter, 0);
-    queue_.advance(500ms);
+    queue.advance(500ms);
     EXPECT_THAT(keyEvents_.posted, IsEmpty());
-    workspace_.activate(editor_.pid);
-    queue_.advance(50ms);
+    workspace.activate(editor_.pid);
+    queue.advance(50ms);
     EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
 }
 
 TEST_F(ClipboardPanelTest, ItBringsTheApplicationToTheFront) {
-    const auto other = workspace_.open("com.example.other");
+    const auto other = workspace.open("com.example.other");
     open({"one"});
-    workspace_.activate(other);
+    workspace.activate(other);
     panel_->handle(key::enter, 0);
-    EXPECT_EQ(workspace_.frontmostApplication()->pid, editor_.pid);
+    EXPECT_EQ(workspace.frontmostApplication()->pid, editor_.pid);
 }
 
 TEST_F(ClipboardPanelTest, ThePasteWaitsForTheEndOfSecureInputAndForKeysThatAreHeld) {
     open({"one"});
-    secureInput_.setEnabled(true);
+    secureInput.setEnabled(true);
     panel_->handle(key::enter, 0);
-    queue_.advance(300ms);
-    secureInput_.setEnabled(false);
+    queue.advance(300ms);
+    secureInput.setEnabled(false);
     keyEvents_.refusesKeys = true;
-    queue_.advance(300ms);
+    queue.advance(300ms);
     EXPECT_THAT(keyEvents_.posted, IsEmpty());
     keyEvents_.refusesKeys = false;
-    queue_.advance(50ms);
+    queue.advance(50ms);
     EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
 }
 
 TEST_F(ClipboardPanelTest, ItGivesUpAfterTwentyAttempts) {
     open({"one"});
-    secureInput_.setEnabled(true);
+    secureInput.setEnabled(true);
     panel_->handle(key::enter, 0);
-    queue_.advance(999ms); // the twentieth is at 1000 ms
-    const auto waiting = queue_.timerCount();
-    queue_.advance(1ms);
-    EXPECT_EQ(queue_.timerCount(), waiting - 1);
-    secureInput_.setEnabled(false);
-    queue_.advance(5s);
+    queue.advance(999ms); // the twentieth is at 1000 ms
+    const auto waiting = queue.timerCount();
+    queue.advance(1ms);
+    EXPECT_EQ(queue.timerCount(), waiting - 1);
+    secureInput.setEnabled(false);
+    queue.advance(5s);
     EXPECT_THAT(keyEvents_.posted, IsEmpty());
     EXPECT_EQ(onPasteboard(), "one");
 }
 
 TEST_F(ClipboardPanelTest, TheTwentiethAttemptStillPastes) {
     open({"one"});
-    secureInput_.setEnabled(true);
+    secureInput.setEnabled(true);
     panel_->handle(key::enter, 0);
-    queue_.advance(999ms);
-    secureInput_.setEnabled(false);
-    queue_.advance(1ms);
+    queue.advance(999ms);
+    secureInput.setEnabled(false);
+    queue.advance(1ms);
     EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
 }
 
 TEST_F(ClipboardPanelTest, ANewerChoiceReplacesAPasteThatIsUnderWay) {
     open({"one", "two"});
-    secureInput_.setEnabled(true);
+    secureInput.setEnabled(true);
     panel_->handle(key::enter, 0);
     panel_->toggle();
     panel_->handle(key::down, 0);
     panel_->handle(key::enter, 0);
-    secureInput_.setEnabled(false);
-    queue_.advance(5s);
+    secureInput.setEnabled(false);
+    queue.advance(5s);
     EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
     EXPECT_EQ(onPasteboard(), "one");
 }
@@ -311,30 +311,30 @@ TEST_F(ClipboardPanelTest, NothingIsPastedWhileThePanelIsOpenAgain) {
     open({"one"});
     panel_->handle(key::enter, 0);
     panel_->toggle();
-    queue_.advance(5s);
+    queue.advance(5s);
     EXPECT_THAT(keyEvents_.posted, IsEmpty());
 }
 
 TEST_F(ClipboardPanelTest, NothingIsPastedWhenSomethingElseWasCopied) {
     open({"one"});
     panel_->handle(key::enter, 0);
-    pasteboard_.copyText("two");
-    queue_.advance(5s);
+    pasteboard.copyText("two");
+    queue.advance(5s);
     EXPECT_THAT(keyEvents_.posted, IsEmpty());
 }
 
 TEST_F(ClipboardPanelTest, NothingIsPastedWhenTheApplicationQuits) {
     open({"one"});
     panel_->handle(key::enter, 0);
-    workspace_.quit(editor_.pid);
-    queue_.advance(5s);
+    workspace.quit(editor_.pid);
+    queue.advance(5s);
     EXPECT_THAT(keyEvents_.posted, IsEmpty());
 }
 
 TEST_F(ClipboardPanelTest, NothingIsPastedByAPanelThatHasGone) {
     open({"one"}).handle(key::enter, 0);
     panel_.reset();
-    queue_.advance(5s);
+    queue.advance(5s);
     EXPECT_THAT(keyEvents_.posted, IsEmpty());
 }
 
@@ -353,7 +353,7 @@ TEST_F(ClipboardPanelTest, WithoutAccessibilityItSaysHowToPaste) {
 
 TEST_F(ClipboardPanelTest, WithoutAnApplicationToReturnToItSaysSo) {
     open({"one"});
-    workspace_.quit(editor_.pid);
+    workspace.quit(editor_.pid);
     panel_->handle(key::enter, 0);
     EXPECT_EQ(panel_->message(), core::LocalizedText(texts::itemCopiedReturnToApp));
     EXPECT_TRUE(panel_->isVisible());
@@ -361,14 +361,14 @@ TEST_F(ClipboardPanelTest, WithoutAnApplicationToReturnToItSaysSo) {
 
 TEST_F(ClipboardPanelTest, AFileThatIsGoneIsSaidAndNothingIsCopied) {
     start();
-    const auto path = files_.folder() / "note.txt";
+    const auto path = files.folder() / "note.txt";
     std::ofstream(path) << "note";
-    pasteboard_.copy({{{{std::string(core::PasteboardTypes::fileUrl), "file://" + path.string()}}, {}}});
+    pasteboard.copy({{{{std::string(core::PasteboardTypes::fileUrl), "file://" + path.string()}}, {}}});
     pass(500ms);
     open({});
     ASSERT_THAT(panel_->filtered(), SizeIs(1));
     std::filesystem::remove(path);
-    pasteboard_.copyText("still here");
+    pasteboard.copyText("still here");
     panel_->handle(key::enter, 0);
     EXPECT_EQ(panel_->message(), core::LocalizedText(texts::originalFileIsGone));
     EXPECT_EQ(onPasteboard(), "still here");
@@ -377,7 +377,7 @@ TEST_F(ClipboardPanelTest, AFileThatIsGoneIsSaidAndNothingIsCopied) {
 
 TEST_F(ClipboardPanelTest, APasteboardThatRefusesIsSaid) {
     open({"one"});
-    pasteboard_.refuseWrites();
+    pasteboard.refuseWrites();
     panel_->handle(key::enter, 0);
     EXPECT_EQ(panel_->message(), core::LocalizedText(texts::cannotCopyItem));
 }

@@ -6,20 +6,11 @@
 #include "clipboard/ClipboardManager.hpp"
 #include "core/clipboard/ClipboardKey.hpp"
 #include "core/clipboard/ClipboardVault.hpp"
-#include "fakes/FakeHotKeys.hpp"
-#include "fakes/FakeMainQueue.hpp"
-#include "fakes/FakePasteboard.hpp"
-#include "fakes/FakeSecretStore.hpp"
-#include "fakes/FakeSecureInput.hpp"
-#include "fakes/FakeSerialQueue.hpp"
-#include "fakes/FakeUserDefaults.hpp"
-#include "fakes/FakeWorkspace.hpp"
-#include "fakes/TemporaryFiles.hpp"
+#include "fakes/FakeClipboardDesktop.hpp"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <utility>
@@ -28,31 +19,19 @@
 namespace quillane::testing {
 
 /// A clipboard history on fakes, beside an editor that is in front.
-class ClipboardTest : public ::testing::Test {
+class ClipboardTest : public ::testing::Test, protected fakes::FakeClipboardDesktop {
 protected:
     ClipboardTest() {
         core::ClipboardOptions options;
         options.enabled = true;
-        userDefaults_.setObject(core::clipboardOptionsKey, core::encodeClipboardOptions(options));
-        workspace_.activate(workspace_.open("com.example.editor", "Editor"));
+        userDefaults.setObject(core::clipboardOptionsKey, core::encodeClipboardOptions(options));
+        workspace.activate(workspace.open("com.example.editor", "Editor"));
     }
-
-    [[nodiscard]] std::filesystem::path folder() const { return files_.folder() / "Quillane" / "ClipboardHistory"; }
 
     /// Makes a manager, in place of the one before.
     void make() {
         manager_.reset();
-        manager_ = std::make_unique<ClipboardManager>(
-            ClipboardServices{.mainQueue = queue_,
-                              .userDefaults = userDefaults_,
-                              .workspace = workspace_,
-                              .pasteboard = pasteboard_,
-                              .hotKeys = hotKeys_,
-                              .secureInput = secureInput_,
-                              .secretStore = secrets_,
-                              .vaultQueue = vaultQueue_,
-                              .vaultFolder = folder(),
-                              .now = [this] { return core::Date{static_cast<double>(queue_.now().count()) / 1e3}; }});
+        manager_ = std::make_unique<ClipboardManager>(managerServices());
     }
 
     /// Starts a new manager and loads its history.
@@ -64,19 +43,19 @@ protected:
     }
 
     void settle() {
-        queue_.runPosted();
-        vaultQueue_.wait();
-        queue_.runPosted();
+        queue.runPosted();
+        vaultQueue.wait();
+        queue.runPosted();
     }
 
     /// Time goes by, and the disk keeps up.
     void pass(std::chrono::milliseconds time) {
-        queue_.advance(time);
+        queue.advance(time);
         settle();
     }
 
     void copy(const std::string& text) {
-        pasteboard_.copyText(text);
+        pasteboard.copyText(text);
         pass(std::chrono::milliseconds(500));
     }
 
@@ -89,8 +68,8 @@ protected:
     }
 
     /// What another process would load.
-    [[nodiscard]] std::vector<std::string> stored() const {
-        auto key = core::obtainClipboardKey(secrets_);
+    [[nodiscard]] std::vector<std::string> stored() {
+        auto key = core::obtainClipboardKey(secrets);
         auto loaded = core::ClipboardVault::open(folder(), std::move(*key))->load();
         std::vector<std::string> all;
         for (const auto& entry : loaded.value()) {
@@ -106,15 +85,6 @@ protected:
         settle();
     }
 
-    fakes::TemporaryFiles files_;
-    fakes::FakeMainQueue queue_;
-    fakes::FakeUserDefaults userDefaults_;
-    fakes::FakeWorkspace workspace_;
-    fakes::FakePasteboard pasteboard_;
-    fakes::FakeHotKeys hotKeys_{queue_};
-    fakes::FakeSecureInput secureInput_;
-    mutable fakes::FakeSecretStore secrets_;
-    fakes::FakeSerialQueue vaultQueue_;
     std::unique_ptr<ClipboardManager> manager_;
 };
 

@@ -27,10 +27,10 @@ xcb_atom_t atomOf(X11Connection& connection, std::string_view name) {
     return connection.internAtoms(std::array{name}).front();
 }
 
-/// Whether the rest of the contents may still be had after this.
 constexpr int mostRefusals = 3;
 constexpr std::chrono::milliseconds untilAskedAgain{100};
 
+/// Whether the rest of the contents cannot be had either after this.
 bool isFatal(std::optional<Failure> failure) {
     return failure == Failure::tooLarge || failure == Failure::noAnswer;
 }
