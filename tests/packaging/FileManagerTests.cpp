@@ -39,5 +39,18 @@ TEST(FileManagers, ADoubleClickNeverSharesAFile) {
     EXPECT_EQ(text.find("MimeType"), std::string::npos);
 }
 
+TEST(DesktopEntry, CommentAndKeywordsStandInThreeLanguages) {
+    const auto text = contentOf(std::filesystem::path(QUILLANE_PACKAGING) / "linux" / "com.quillane.app.desktop");
+    // What the program does, and words of it that somebody may look for.
+    for (const auto* line : {"\nComment=Keyboard and writing direction for Hebrew", "\nComment[he]=מקלדת וכיוון כתיבה",
+                             "\nComment[ar]=لوحة المفاتيح واتجاه الكتابة"}) {
+        EXPECT_NE(text.find(line), std::string::npos) << line;
+    }
+    for (const auto* word : {"\nKeywords=", ";clipboard;", ";hebrew;", "\nKeywords[he]=", ";לוח;", ";עברית;",
+                             "\nKeywords[ar]=", ";حافظة;", ";عربية;"}) {
+        EXPECT_NE(text.find(word), std::string::npos) << word;
+    }
+}
+
 } // namespace
 } // namespace quillane
