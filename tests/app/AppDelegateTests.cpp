@@ -266,7 +266,7 @@ TEST_F(AppDelegateTests, AViewerOfAnotherScreenInFrontSuspends) {
     launch();
     desktop.withFrontApplication("com.apple.ScreenSharing");
     EXPECT_TRUE(model->runtime().screenSharingSuspended);
-    EXPECT_EQ(statusRowTitle(), "Shortcuts are suspended during Screen Sharing");
+    EXPECT_EQ(statusRowTitle(), "Shortcuts are paused during Screen Sharing");
     desktop.withFrontApplication("com.apple.TextEdit");
     EXPECT_FALSE(model->runtime().screenSharingSuspended);
 }

@@ -152,14 +152,14 @@ TEST_F(SettingsWindowTests, PermissionsAreShownAndAskedFor) {
     present(SettingsPage::permissions);
     EXPECT_TRUE(window().showsPermissions());
     EXPECT_TRUE(shows("Permissions approved: 0 of 2"));
-    buttonNamed("Request Permission").click();
+    buttonNamed("Request permission").click();
     EXPECT_EQ(desktop.permissions.requests(), std::vector{core::MacPermission::inputMonitoring});
     EXPECT_TRUE(shows("Input Monitoring requested. Enable Quillane in the list, then return here."));
     desktop.permissions.grant(core::MacPermission::inputMonitoring);
     desktop.permissions.grant(core::MacPermission::accessibility);
     permissions.refresh();
     EXPECT_TRUE(shows("Permissions approved: 2 of 2"));
-    EXPECT_THROW(static_cast<void>(buttonNamed("Request Permission")), std::logic_error);
+    EXPECT_THROW(static_cast<void>(buttonNamed("Request permission")), std::logic_error);
 }
 
 TEST_F(SettingsWindowTests, ClipboardOptionsAreBoundBothWays) {

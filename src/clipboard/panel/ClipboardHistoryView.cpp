@@ -299,7 +299,7 @@ void ClipboardHistoryView::redraw() {
     scaleFont(*emptyTitle_, titleFont);
     entries_->setLanguage(language);
     search_->redraw(rendered(texts::searchHistory, language), rendered(texts::clearSearch, language));
-    list_->pressName = rendered(texts::paste, language);
+    list_->pressName = rendered(texts::pasteItem, language);
     list_->menuName = rendered(texts::moreActions, language);
     list_->setAccessibleName(rendered(texts::historyItems, language));
     settings_->setIcon(symbols_.icon("gearshape", secondary));
@@ -360,7 +360,7 @@ void ClipboardHistoryView::openMenu(const core::Uuid& id, QPoint at) {
     const auto add = [&](const core::LocalizedText& text, const std::function<void()>& action) {
         connect(menu->addAction(rendered(text, language)), &QAction::triggered, this, [action] { action(); });
     };
-    add(texts::paste, [&panel, id] { panel.choose(id, ClipboardPanel::Choice::paste); });
+    add(texts::pasteItem, [&panel, id] { panel.choose(id, ClipboardPanel::Choice::paste); });
     if (entry.kind == core::ClipboardKind::text) {
         add(texts::pasteAsPlainText, [&panel, id] { panel.choose(id, ClipboardPanel::Choice::plainPaste); });
     }

@@ -133,7 +133,7 @@ TEST(LocalizedTextInterpolation, ANestedTextStaysNested) {
 
 TEST(LocalizedTextInterpolation, MeetsItsTranslationThroughTheKeyItBuilds) {
     const auto text = LocalizedText::Interpolation()
-                          .appendLiteral("הרשאות שאושרו: ")
+                          .appendLiteral("הרשאות שניתנו: ")
                           .appendInterpolation(1)
                           .appendLiteral(" מתוך 2")
                           .text();
