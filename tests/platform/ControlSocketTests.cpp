@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -127,6 +128,27 @@ TEST_F(ControlSocketTests, SocketIsForItsUserOnlyAndGoesWithTheAgent) {
         EXPECT_EQ(status.st_mode & 0777, 0600U);
     }
     EXPECT_FALSE(std::filesystem::exists(path()));
+}
+
+TEST_F(ControlSocketTests, FolderAndLockAreOpenToTheUserWhateverTheMask) {
+    const auto inNewFolder = path().parent_path() / "runtime" / "quillane.sock";
+    const mode_t before = ::umask(0777);
+    {
+        const auto first = ControlSocket::claim(inNewFolder);
+        EXPECT_TRUE(first);
+        const auto second = ControlSocket::claim(inNewFolder);
+        EXPECT_FALSE(second);
+        EXPECT_EQ(second.error(), ClaimError::alreadyRunning);
+    }
+    EXPECT_TRUE(ControlSocket::claim(inNewFolder)) << "the lock file that the first agent left can be opened";
+    ::umask(before);
+    for (const auto& [file, mode] : {std::pair(inNewFolder.parent_path(), 0700U),
+                                     std::pair(std::filesystem::path(inNewFolder.native() + ".lock"), 0600U)}) {
+        struct stat status {};
+
+        ASSERT_EQ(::stat(file.c_str(), &status), 0) << file;
+        EXPECT_EQ(status.st_mode & 0777, mode) << file;
+    }
 }
 
 TEST_F(ControlSocketTests, ARequestBeforeTheHandlerIsAnsweredLater) {

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "core/clipboard/VaultFolder.hpp"
 
+#include "core/support/AtomicFile.hpp"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -48,18 +50,6 @@ public:
 private:
     int descriptor_;
 };
-
-/// Makes the folder and those above it.
-bool makeFolders(const std::filesystem::path& path) {
-    if (mkdir(path.c_str(), folderMode) == 0 || errno == EEXIST) {
-        return true;
-    }
-    const auto parent = path.parent_path();
-    if (errno != ENOENT || parent.empty() || parent == path || !makeFolders(parent)) {
-        return false;
-    }
-    return mkdir(path.c_str(), folderMode) == 0 || errno == EEXIST;
-}
 
 bool writeAll(int descriptor, std::span<const std::byte> contents) {
     while (!contents.empty()) {
@@ -121,8 +111,8 @@ VaultFolder::Result<VaultFolder> VaultFolder::open(const std::filesystem::path& 
     if (!clean.has_filename()) {
         clean = clean.parent_path(); // a trailing slash
     }
-    if (!makeFolders(clean)) {
-        return failure(Reason::folder);
+    if (const auto made = createPrivateFolder(clean); !made) {
+        return tl::unexpected(VaultError{Reason::folder, made.error().number});
     }
     VaultFolder folder(::open(clean.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
 

@@ -162,7 +162,7 @@ tl::expected<void, FileError> createPrivateFolder(const fs::path& folder) {
             return above;
         }
     }
-    if (::mkdir(folder.c_str(), S_IRWXU) == 0) {
+    if (::mkdir(folder.c_str(), S_IRWXU) == 0 && ::chmod(folder.c_str(), S_IRWXU) == 0) { // the mask may take any bit
         return {};
     }
     const int number = errno;

@@ -38,7 +38,8 @@ struct FileError {
 /// Deletes the temporaries that killed writers of this file have left. Only while nobody else writes the file.
 void removeAbandonedTemporaries(const std::filesystem::path& file);
 
-/// Creates the folder and those above it that are missing, each with mode 0700. One that exists is left as it is.
+/// Creates the folder and those above it that are missing, each with mode 0700 whatever the mask (umask(2)). One that
+/// exists is left as it is.
 [[nodiscard]] tl::expected<void, FileError> createPrivateFolder(const std::filesystem::path& folder);
 
 } // namespace quillane::core

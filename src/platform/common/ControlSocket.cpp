@@ -189,12 +189,14 @@ tl::expected<std::unique_ptr<ControlSocket>, ClaimError> ControlSocket::claim(co
 
     struct stat status {};
 
-    if (!address || (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) || ::stat(folder.c_str(), &status) != 0 ||
+    const bool isFolderThere =
+        ::mkdir(folder.c_str(), 0700) == 0 ? ::chmod(folder.c_str(), 0700) == 0 : errno == EEXIST; // whatever the mask
+    if (!address || !isFolderThere || ::stat(folder.c_str(), &status) != 0 ||
         status.st_uid != ::geteuid()) { // a folder of somebody else's is not to be trusted
         return tl::unexpected(ClaimError::unavailable);
     }
     FileDescriptor lock(::open((path.native() + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-    if (!lock) {
+    if (!lock || ::fchmod(lock.get(), 0600) != 0) {
         return tl::unexpected(ClaimError::unavailable);
     }
     if (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {

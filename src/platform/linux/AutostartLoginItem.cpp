@@ -77,8 +77,9 @@ LoginItemStatus AutostartLoginItem::status() const {
 }
 
 bool AutostartLoginItem::enable() {
-    std::error_code error;
-    std::filesystem::create_directories(file_.parent_path(), error);
+    if (!core::createPrivateFolder(file_.parent_path())) {
+        return false;
+    }
     const std::string entry = "[Desktop Entry]\n"
                               "Type=Application\n"
                               "Name=Quillane\n"

@@ -110,18 +110,15 @@ TEST_F(ClipboardVaultTest, FilesAreNamedByUpperCaseIdentifiers) {
 
 TEST_F(ClipboardVaultTest, OnlyTheUserMayReadWhateverTheMask) {
     for (const mode_t mask : {0U, 0777U}) {
+        std::filesystem::remove_all(folder_.parent_path());
         const mode_t before = umask(mask);
-        std::filesystem::remove_all(folder_);
-        if (mask == 0) {
-            saved(threeEntries());
-        } else {
-            std::filesystem::create_directories(root_);
-            mkdir(folder_.parent_path().c_str(), 0777);
-            chmod(folder_.parent_path().c_str(), 0755);
-            saved(threeEntries());
-        }
+        auto opened = ClipboardVault::open(folder_, testKey());
+        const bool isSaved = opened && opened->save(threeEntries());
         umask(before);
+        ASSERT_TRUE(isSaved) << "mask " << mask;
+        EXPECT_EQ(modeOf(folder_.parent_path()), 0700U);
         EXPECT_EQ(modeOf(folder_), 0700U);
+        EXPECT_EQ(fileNames().size(), 4U);
         for (const auto& name : fileNames()) {
             EXPECT_EQ(modeOf(folder_ / name), 0600U) << name;
         }

@@ -16,6 +16,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -46,7 +47,10 @@ protected:
         folder_ = root_ / "Quillane" / "ClipboardHistory";
     }
 
-    ~VaultTest() override { std::filesystem::remove_all(root_); }
+    ~VaultTest() override {
+        std::error_code ignored; // a folder that a failed test has left locked
+        std::filesystem::remove_all(root_, ignored);
+    }
 
     [[nodiscard]] ClipboardVault vault(SecretBytes key = testKey()) const {
         auto opened = ClipboardVault::open(folder_, std::move(key));

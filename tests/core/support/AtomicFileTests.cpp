@@ -142,6 +142,19 @@ TEST_F(AtomicFile, CreatesMissingFoldersForTheUserAlone) {
     EXPECT_TRUE(createPrivateFolder(folder)) << "it is there already";
 }
 
+TEST_F(AtomicFile, CreatesFoldersAndFilesWithTheirModesWhateverTheMask) {
+    const auto folder = files_.folder() / "a" / "b";
+    const mode_t before = ::umask(0777);
+    const auto created = createPrivateFolder(folder);
+    const auto written = writeFileAtomically(folder / "file", bytesOf("new"), 0600);
+    ::umask(before);
+    EXPECT_TRUE(created);
+    EXPECT_TRUE(written);
+    EXPECT_EQ(mode(folder.parent_path()), 0700U);
+    EXPECT_EQ(mode(folder), 0700U);
+    EXPECT_EQ(mode(folder / "file"), 0600U);
+}
+
 TEST_F(AtomicFile, LeavesAnExistingFolderAsItIs) {
     ::chmod(files_.folder().c_str(), 0755);
     ASSERT_TRUE(createPrivateFolder(files_.folder()));
