@@ -58,10 +58,11 @@ function(quillane_library name)
   target_link_libraries(${name} PUBLIC ${ARG_LINK})
 endfunction()
 
-# quillane_test(name LABELS label... SOURCES file... LINK target... [TIMEOUT seconds] [SERIAL]): one GoogleTest program
-# whose tests carry the labels. File names may hold wildcards. SERIAL tests run while no other test does.
+# quillane_test(name LABELS label... SOURCES file... LINK target... [TIMEOUT seconds] [SERIAL] [PRIVILEGED test...]): one
+# GoogleTest program whose tests carry the labels. File names may hold wildcards. SERIAL tests run while no other test does.
+# PRIVILEGED names the tests that may need root; they carry the label "privileged" too.
 function(quillane_test name)
-  cmake_parse_arguments(ARG "SERIAL" "TIMEOUT" "LABELS;SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "SERIAL" "TIMEOUT" "LABELS;SOURCES;LINK;PRIVILEGED" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 60)
   endif()
@@ -78,6 +79,13 @@ function(quillane_test name)
   file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${name}_labels.cmake @ONLY CONTENT [=[
 if(@name@_TESTS)
   set_tests_properties(${@name@_TESTS} PROPERTIES LABELS "@ARG_LABELS@" RUN_SERIAL @serial@)
+  foreach(test @ARG_PRIVILEGED@)
+    list(FIND @name@_TESTS ${test} index)
+    if(index EQUAL -1)
+      message(SEND_ERROR "@name@ has no test ${test}")
+    endif()
+    set_tests_properties(${test} PROPERTIES LABELS "@ARG_LABELS@;privileged")
+  endforeach()
 endif()
 ]=])
   set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}_labels.cmake)
