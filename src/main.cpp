@@ -96,7 +96,8 @@ int shareFiles(int argc, char** argv, const CommandLine::ShareFiles& call) {
 }
 
 AppServices services(const Platform& platform, CurlUrlSessions& urlSessions) {
-    return {.mainQueue = *platform.mainQueue,
+    return {.desktop = platform.desktop,
+            .mainQueue = *platform.mainQueue,
             .userDefaults = *platform.userDefaults,
             .workspace = *platform.workspace,
             .applicationCatalog = *platform.applicationCatalog,

@@ -30,7 +30,8 @@ constexpr std::string_view lastStatusKey = "LastStatus";
 constexpr auto beforeShowingPermissions = 500ms;
 
 FileShareServices fileShareServices(const AppServices& services, core::AppPreferences& preferences) {
-    return {.userDefaults = services.userDefaults,
+    return {.desktop = services.desktop,
+            .userDefaults = services.userDefaults,
             .preferences = preferences,
             .pasteboard = services.pasteboard,
             .filePanel = services.filePanel,
@@ -42,7 +43,8 @@ FileShareServices fileShareServices(const AppServices& services, core::AppPrefer
 }
 
 ClipboardServices clipboardServices(const AppServices& services, const std::filesystem::path& applicationSupport) {
-    return {.mainQueue = services.mainQueue,
+    return {.desktop = services.desktop,
+            .mainQueue = services.mainQueue,
             .userDefaults = services.userDefaults,
             .workspace = services.workspace,
             .pasteboard = services.pasteboard,
@@ -55,7 +57,8 @@ ClipboardServices clipboardServices(const AppServices& services, const std::file
 }
 
 ClipboardPanelServices clipboardPanelServices(const AppServices& services) {
-    return {.mainQueue = services.mainQueue,
+    return {.desktop = services.desktop,
+            .mainQueue = services.mainQueue,
             .workspace = services.workspace,
             .pasteboard = services.pasteboard,
             .keyEvents = services.keyEvents,
@@ -75,13 +78,14 @@ AppDelegate::AppDelegate(AppServices services, core::AppPreferences& preferences
                     .userDefaults = services.userDefaults,
                     .pasteboard = services.pasteboard,
                     .windowTraits = services.windowTraits,
-                    .launcher = services.launcher},
+                    .launcher = services.launcher,
+                    .desktop = services.desktop},
                    environment_.location),
       symbols_(services.systemSymbols),
       permissionGuide_(guideServices()),
       input_(services.inputSources, services.accessibility, services.workspace),
       monitor_(services.eventTap, services.keyEvents, services.workspace, services.mainQueue, input_),
-      switcher_(services.inputSources),
+      switcher_(services.inputSources, services.desktop),
       direction_(
           DirectionServices{services.accessibility, services.workspace, services.mainQueue, services.userDefaults},
           [this] { return model_.canTestDirection(); }, [this](const core::LocalizedText& text) { report(text); }),
@@ -93,7 +97,7 @@ AppDelegate::AppDelegate(AppServices services, core::AppPreferences& preferences
                 .permissions = services.permissions,
                 .areaCapture = services.areaCapture,
                 .language = [&preferences] { return preferences.state().language; }}),
-      loginItem_(services.loginItem, environment_.location.installed),
+      loginItem_(services.loginItem, environment_.location.installed, services.desktop),
       updater_(services.updater, services.windowTraits, environment_.version),
       wasPaused_(model.options().paused) {}
 
@@ -201,6 +205,7 @@ void AppDelegate::showClipboard() {
 /// When it is first wanted: most of what it draws with is loaded then, too.
 void AppDelegate::makeHistoryPanel() {
     historyPanel_ = std::make_unique<HistoryPanel>(HistoryPanelServices{
+        .desktop = services_.desktop,
         .panel = clipboardPanel_,
         .preferences = preferences_,
         .windowTraits = services_.windowTraits,
@@ -248,7 +253,8 @@ SettingsServices AppDelegate::settingsServices() {
     clipboard.findApplications = [this](ApplicationCatalog::Handler handler) {
         services_.applicationCatalog.read(std::move(handler));
     };
-    return {.model = model_,
+    return {.desktop = services_.desktop,
+            .model = model_,
             .preferences = preferences_,
             .userDefaults = defaults,
             .permissions = permissions_,
@@ -308,6 +314,7 @@ void AppDelegate::updateStatusItem() {
     const auto language = preferences_.state().language;
     const auto facts = runtimeFacts();
     StatusMenuState state{.language = language,
+                          .desktop = services_.desktop,
                           .version = environment_.version,
                           .options = model_.options(),
                           .keepAwakeActive = model_.runtime().keepAwakeActive,
@@ -405,7 +412,8 @@ void AppDelegate::publishRuntime() {
 RuntimeFacts AppDelegate::runtimeFacts() const {
     const auto front = services_.workspace.frontmostApplication();
     const auto& options = model_.options();
-    return {.options = options,
+    return {.desktop = services_.desktop,
+            .options = options,
             .oldCopyRunning = !services_.workspace.runningApplications(environment_.legacyBundleID).empty(),
             .keyboardAvailable = environment_.keyboardAvailable,
             .canStartMonitor = core::PermissionSetupPolicy::canStartKeyboardMonitor(permissions_.granted()),

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/fileshare/UrlSession.hpp"
+#include "core/localization/Desktop.hpp"
 #include "core/preferences/UserDefaults.hpp"
 #include "core/support/SecretStore.hpp"
 #include "platform/Accessibility.hpp"
@@ -33,6 +34,7 @@ namespace quillane {
 
 /// What the application needs of the desktop, borrowed: the real backend in the program, fakes in tests.
 struct AppServices {
+    core::Desktop desktop{}; ///< what texts speak of
     MainQueue& mainQueue;
     core::UserDefaults& userDefaults;
     Workspace& workspace;

@@ -30,7 +30,7 @@ core::LocalizedText statusText(const RuntimeFacts& facts) {
         return texts::permissionsApproved(std::to_string(facts.grantedPermissions));
     }
     if (facts.screenSharingSuspended) {
-        return texts::suspendedForScreenSharing;
+        return texts::suspendedForScreenSharing.on(facts.desktop);
     }
     return facts.monitorRunning ? texts::shortcutsActive : texts::shortcutsCouldNotStart;
 }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/localization/Desktop.hpp"
 #include "core/localization/LocalizedText.hpp"
 #include "core/preferences/FeatureOptions.hpp"
 
@@ -12,6 +13,7 @@ namespace quillane {
 
 /// The facts that decide what the status row and the status item say.
 struct RuntimeFacts {
+    core::Desktop desktop{}; ///< what the texts speak of
     core::FeatureOptions options;
     bool oldCopyRunning = false;
     bool keyboardAvailable = true; ///< false where the desktop cannot observe keys at all

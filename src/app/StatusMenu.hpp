@@ -4,6 +4,7 @@
 
 #include "app/RuntimeStatus.hpp"
 #include "core/localization/AppLanguage.hpp"
+#include "core/localization/Desktop.hpp"
 #include "platform/AreaCapture.hpp"
 #include "platform/StatusItem.hpp"
 
@@ -16,6 +17,7 @@ namespace quillane {
 /// What the status menu shows.
 struct StatusMenuState {
     core::AppLanguage language{};
+    core::Desktop desktop{}; ///< what the texts speak of
     std::string version;
     core::FeatureOptions options;
     bool keepAwakeActive = false;

@@ -195,7 +195,7 @@ core::LocalizedText ClipboardManager::status() const {
         return texts::loadingHistory;
     }
     if (hotKeyConflict_) {
-        return texts::historyShortcutInUse;
+        return texts::historyShortcutInUse.on(services_.desktop);
     }
     return texts::clipboardHistoryActive;
 }

@@ -6,6 +6,7 @@
 #include "core/clipboard/ClipboardHistory.hpp"
 #include "core/clipboard/ClipboardOptions.hpp"
 #include "core/clipboard/ClipboardSnapshot.hpp"
+#include "core/localization/Desktop.hpp"
 #include "core/localization/LocalizedText.hpp"
 #include "core/preferences/UserDefaults.hpp"
 #include "core/support/Listeners.hpp"
@@ -27,6 +28,7 @@ namespace quillane {
 
 /// What the clipboard history needs of the desktop, borrowed.
 struct ClipboardServices {
+    core::Desktop desktop{}; ///< what the texts speak of, and the keys that they name
     MainQueue& mainQueue;
     core::UserDefaults& userDefaults;
     Workspace& workspace;

@@ -148,7 +148,7 @@ void ClipboardPanel::remove(const core::Uuid& id) {
 }
 
 bool ClipboardPanel::handle(core::KeyCode keyCode, core::EventFlags flags) {
-    const auto action = keys::action(keyCode, flags);
+    const auto action = keys::action(keyCode, flags, services_.desktop);
     if (!action) {
         return false;
     }
@@ -191,11 +191,11 @@ void ClipboardPanel::choose(const core::Uuid& id, Choice choice) {
         return;
     }
     if (!services_.permissions.isGranted(core::MacPermission::accessibility)) {
-        showMessage(texts::itemCopiedAllowAccessibility);
+        showMessage(texts::itemCopiedAllowAccessibility.on(services_.desktop));
         return;
     }
     if (!target_ || !services_.workspace.isRunning(target_->pid)) {
-        showMessage(texts::itemCopiedReturnToApp);
+        showMessage(texts::itemCopiedReturnToApp.on(services_.desktop));
         return;
     }
     close();

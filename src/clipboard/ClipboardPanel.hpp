@@ -5,6 +5,7 @@
 
 #include "clipboard/ClipboardManager.hpp"
 #include "core/clipboard/ClipboardPanelKeys.hpp"
+#include "core/localization/Desktop.hpp"
 #include "core/permissions/MacPermission.hpp"
 #include "platform/KeyEvents.hpp"
 #include "platform/PermissionService.hpp"
@@ -19,6 +20,7 @@ namespace quillane {
 
 /// What the panel needs of the desktop, borrowed.
 struct ClipboardPanelServices {
+    core::Desktop desktop{}; ///< what the texts speak of, and the keys that they name
     MainQueue& mainQueue;
     Workspace& workspace;
     Pasteboard& pasteboard;

@@ -83,7 +83,7 @@ void DirectionCommands::cancelPending() {
 
 std::optional<std::string> DirectionCommands::target() const {
     const auto front = services_.workspace.frontmostApplication();
-    return front && front->bundleID && core::supportedApplication(*front->bundleID) ? front->bundleID : std::nullopt;
+    return front && front->bundleID && core::hasDirectionCommands(*front->bundleID) ? front->bundleID : std::nullopt;
 }
 
 } // namespace quillane

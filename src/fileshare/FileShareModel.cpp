@@ -24,7 +24,8 @@ std::int64_t sizeOf(const core::Url& file) {
 } // namespace
 
 FileShareModel::FileShareModel(core::Url file, const FileShareServices& services)
-    : file_(std::move(file)),
+    : desktop_(services.desktop),
+      file_(std::move(file)),
       userDefaults_(services.userDefaults),
       pasteboard_(services.pasteboard),
       sessions_(services.sessions),
@@ -89,7 +90,7 @@ void FileShareModel::complete(const core::FileShareUpload::Result& result) {
     } else if (result.error() == core::FileShareFailure(core::UrlError::cancelled)) {
         state_ = Cancelled{};
     } else {
-        state_ = Failed{message(result.error(), server_)};
+        state_ = Failed{message(result.error(), server_, desktop_)};
     }
     emit changed();
 }

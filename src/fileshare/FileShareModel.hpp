@@ -76,6 +76,7 @@ private:
     void setProgress(double fraction);
     void complete(const core::FileShareUpload::Result& result);
 
+    core::Desktop desktop_;
     core::Url file_;
     core::UserDefaults& userDefaults_;
     core::PasteboardContents& pasteboard_;

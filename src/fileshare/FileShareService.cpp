@@ -47,7 +47,8 @@ std::optional<core::LocalizedText> FileShareService::share(const std::vector<std
         }
     }
     if (files.size() != 1) {
-        return message(core::FileShareError::selectOneFile, core::FileShareServer::saved(services_.userDefaults));
+        return message(core::FileShareError::selectOneFile, core::FileShareServer::saved(services_.userDefaults),
+                       services_.desktop);
     }
     show(files.front());
     return std::nullopt;

@@ -4,6 +4,7 @@
 
 #include "core/clipboard/PasteboardContents.hpp"
 #include "core/fileshare/UrlSession.hpp"
+#include "core/localization/Desktop.hpp"
 #include "core/preferences/AppPreferences.hpp"
 #include "core/preferences/UserDefaults.hpp"
 #include "platform/FilePanel.hpp"
@@ -19,6 +20,7 @@ namespace quillane {
 
 /// What sharing files needs of the rest of the program. Everything referred to must outlive the windows.
 struct FileShareServices {
+    core::Desktop desktop{}; ///< what the texts speak of
     core::UserDefaults& userDefaults;
     core::AppPreferences& preferences;
     core::PasteboardContents& pasteboard;

@@ -30,9 +30,11 @@ QLabel* wrappingLabel(const char* name) {
 
 } // namespace
 
-FileShareSettingsView::FileShareSettingsView(core::UserDefaults& defaults, core::AppPreferences& preferences)
+FileShareSettingsView::FileShareSettingsView(core::UserDefaults& defaults, core::AppPreferences& preferences,
+                                             core::Desktop desktop)
     : defaults_(defaults),
       preferences_(preferences),
+      desktop_(desktop),
       current_(core::FileShareServer::saved(defaults)),
       heading_(wrappingLabel("heading")),
       explanation_(wrappingLabel("explanation")),
@@ -102,7 +104,7 @@ void FileShareSettingsView::redraw() {
     const auto server = draft();
     setLayoutDirection(core::isRTL(language) ? Qt::RightToLeft : Qt::LeftToRight);
     heading_->setText(rendered(texts::fileSharingServer, language));
-    explanation_->setText(rendered(texts::fileSharingServerExplanation, language));
+    explanation_->setText(rendered(texts::fileSharingServerExplanation.on(desktop_), language));
     address_->setAccessibleName(rendered(texts::fileSharingServerAddress, language));
     save_->setText(rendered(texts::save, language));
     save_->setEnabled(!server || *server != current_);

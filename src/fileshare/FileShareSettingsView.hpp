@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/fileshare/FileShareServer.hpp"
+#include "core/localization/Desktop.hpp"
 #include "core/preferences/AppPreferences.hpp"
 #include "core/preferences/UserDefaults.hpp"
 
@@ -20,7 +21,7 @@ class FileShareSettingsView : public QWidget {
     Q_OBJECT
 
 public:
-    FileShareSettingsView(core::UserDefaults& defaults, core::AppPreferences& preferences);
+    FileShareSettingsView(core::UserDefaults& defaults, core::AppPreferences& preferences, core::Desktop desktop);
 
 private:
     void build();
@@ -31,6 +32,7 @@ private:
 
     core::UserDefaults& defaults_;
     core::AppPreferences& preferences_;
+    core::Desktop desktop_;
     core::FileShareServer current_;
 
     QLabel* heading_;

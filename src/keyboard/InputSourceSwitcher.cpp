@@ -44,7 +44,7 @@ core::LocalizedText InputSourceSwitcher::switched() {
         return texts::enableTwoKeyboardLanguages;
     }
     if (!sources_.select(*next)) {
-        return texts::couldNotSwitchKeyboardLanguage;
+        return texts::couldNotSwitchKeyboardLanguage.on(desktop_);
     }
     // Read again: the system may have chosen another one, which then is what counts for people.
     return named(sources_.current().value_or(*std::ranges::find(*sources, *next, &InputSource::id)));

@@ -95,7 +95,7 @@ void PermissionController::copyPath() {
 void PermissionController::restart() {
     desktop_.userDefaults.setObject(showPermissionsKey, true);
     if (!desktop_.launcher.launch(core::relaunchCommand(::getpid(), location_.application))) {
-        say(texts::couldNotReopen);
+        say(texts::couldNotReopen.on(desktop_.desktop));
     } else if (terminate) {
         terminate();
     }

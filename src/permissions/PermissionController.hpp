@@ -4,6 +4,7 @@
 #pragma once
 
 #include "core/clipboard/PasteboardContents.hpp"
+#include "core/localization/Desktop.hpp"
 #include "core/localization/LocalizedText.hpp"
 #include "core/permissions/ApplicationLocation.hpp"
 #include "core/permissions/PermissionSetupPolicy.hpp"
@@ -25,6 +26,7 @@ struct PermissionDesktop {
     core::PasteboardContents& pasteboard;
     WindowTraits& windowTraits;
     Launcher& launcher;
+    core::Desktop desktop{}; ///< what the texts speak of
 };
 
 /// The grants as of the last refresh, and everything that helps the user to give them. Main thread.

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/localization/Desktop.hpp"
 #include "core/power/SleepAssertionClient.hpp"
 #include "core/preferences/UserDefaults.hpp"
 #include "core/support/SecretStore.hpp"
@@ -40,6 +41,7 @@ namespace quillane {
 
 /// Every platform interface of one desktop. Members are destroyed last to first, so later ones may use earlier ones.
 struct Platform {
+    core::Desktop desktop = core::Desktop::macOS; ///< what texts speak of, and the keys that they name
     std::shared_ptr<void> session; ///< what the backend's members share (connections); shared by all of them
     std::unique_ptr<MainQueue> mainQueue;
     std::unique_ptr<core::UserDefaults> userDefaults;

@@ -79,7 +79,8 @@ void ClipboardPage::addSwitch() {
         const auto& hasError = services().clipboard.hasStorageError;
         return hasError && hasError();
     });
-    auto& row = addRow(card, "exclamationmark.circle", [] { return texts::historyShortcutInUse; });
+    auto& row = addRow(card, "exclamationmark.circle",
+                       [desktop = services().desktop] { return texts::historyShortcutInUse.on(desktop); });
     row.setObjectName(QStringLiteral("shortcutTaken"));
     row.setControl(button(texts::retryShortcutRegistration, [this] {
         if (services().clipboard.retryShortcut) {
@@ -118,7 +119,7 @@ void ClipboardPage::addStorage() {
               {10, 1000, 10});
     addNumber(card, [](std::string value) { return texts::storageLimit(std::move(value)); }, &Options::storageMB,
               {25, 1000, 25});
-    addNote(texts::keepHistoryExplanation);
+    addNote(texts::keepHistoryExplanation.on(services().desktop));
     addNote(texts::limitsNote);
 }
 

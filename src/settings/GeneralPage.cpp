@@ -20,7 +20,7 @@ GeneralPage::GeneralPage(const SettingsServices& services) : SettingsPageView(se
     addFeatures();
     addKeepAwake();
     addLoginItem();
-    auto* fileShare = new FileShareSettingsView(services.userDefaults, services.preferences);
+    auto* fileShare = new FileShareSettingsView(services.userDefaults, services.preferences, services.desktop);
     fileShare->layout()->setContentsMargins(14, 10, 14, 10);
     auto& card = addCard();
     card.addRow(fileShare);
@@ -45,35 +45,37 @@ SettingsPageView::Feature GeneralPage::optionFeature(const char* symbol, const c
 
 void GeneralPage::addFeatures() {
     using Options = core::FeatureOptions;
+    const auto desktop = services().desktop;
     auto& card = addCard(texts::keyboardAndText);
     addFeature(card, optionFeature("textformat.abc", texts::temporaryEnglish, texts::temporaryEnglishExplanation,
                                    &Options::shiftEnglish));
-    addFeature(card, optionFeature("globe", texts::switchLanguage, texts::switchLanguageExplanation,
-                                   &Options::languageSwitch));
+    addFeature(card, optionFeature("globe", texts::switchLanguage.on(desktop),
+                                   texts::switchLanguageExplanation.on(desktop), &Options::languageSwitch));
     addFeature(card, optionFeature("paragraphsign", texts::paragraphDirectionShortcuts,
                                    texts::paragraphDirectionExplanation, &Options::writingDirection));
-    addFeature(card, optionFeature("rectangle.on.rectangle", texts::excludeScreenSharing,
-                                   texts::excludeScreenSharingExplanation, &Options::excludeScreenSharing));
+    addFeature(card, optionFeature("rectangle.on.rectangle", texts::excludeScreenSharing.on(desktop),
+                                   texts::excludeScreenSharingExplanation.on(desktop), &Options::excludeScreenSharing));
 }
 
 void GeneralPage::addKeepAwake() {
     auto& model = services().model;
+    const auto desktop = services().desktop;
     auto& card = addCard(texts::energy);
-    addFeature(card, optionFeature("cup.and.saucer", texts::keepMacAwake, texts::keepAwakeExplanation,
-                                   &core::FeatureOptions::keepAwake));
+    addFeature(card, optionFeature("cup.and.saucer", texts::keepMacAwake.on(desktop),
+                                   texts::keepAwakeExplanation.on(desktop), &core::FeatureOptions::keepAwake));
     auto* status = new FeatureRow;
     status->setObjectName(QStringLiteral("keepAwakeStatus"));
-    bind([this, &model, status](core::AppLanguage language) {
+    bind([this, &model, status, desktop](core::AppLanguage language) {
         const auto& runtime = model.runtime();
         const auto* symbol = runtime.keepAwakeFailed   ? "exclamationmark.circle"
                              : runtime.keepAwakeActive ? "cup.and.saucer.fill"
                                                        : "moon";
         status->setSymbol(tileSymbol(symbol, runtime.keepAwakeActive), runtime.keepAwakeActive);
         status->setTitle(rendered(runtime.keepAwakeStatus, language));
-        status->setExplanation(rendered(texts::keepAwakeLimits, language));
+        status->setExplanation(rendered(texts::keepAwakeLimits.on(desktop), language));
     });
     card.addRow(status);
-    addNote(texts::keepAwakeIndication);
+    addNote(texts::keepAwakeIndication.on(desktop));
 }
 
 void GeneralPage::addLoginItem() {
@@ -81,7 +83,7 @@ void GeneralPage::addLoginItem() {
     auto& card = addCard(texts::startup);
     addFeature(card, {.symbol = "power",
                       .title = texts::launchAtLogin,
-                      .explanation = texts::launchAtLoginExplanation,
+                      .explanation = texts::launchAtLoginExplanation.on(services().desktop),
                       .isOn = [&loginItem] { return loginItem.isOn(); },
                       .set = [&loginItem](bool on) { loginItem.setEnabled(on); },
                       .isEnabled = [&loginItem] { return loginItem.isInstalled() && !loginItem.isChanging(); }});

@@ -66,8 +66,8 @@ void PermissionsPage::addPermission(Card& card, MacPermission permission, const 
         request->setVisible(!isGranted());
         request->setEnabled(permissions.isInstalled() && !permissions.isRequesting());
     });
-    auto* settings =
-        button(texts::openSystemSettings, [&permissions, permission] { permissions.openSettings(permission); });
+    auto* settings = button(texts::openSystemSettings.on(services().desktop),
+                            [&permissions, permission] { permissions.openSettings(permission); });
     bindVisible(settings, [&permissions, permission] {
         return permissions.isGrantedInSettings() || permission == MacPermission::accessibility;
     });

@@ -5,6 +5,7 @@
 
 #include "app/SettingsModel.hpp"
 #include "core/clipboard/ClipboardOptions.hpp"
+#include "core/localization/Desktop.hpp"
 #include "core/preferences/AppPreferences.hpp"
 #include "permissions/PermissionController.hpp"
 #include "platform/ApplicationCatalog.hpp"
@@ -34,6 +35,7 @@ struct ClipboardSettings {
 
 /// What the settings window shows and changes. Everything referred to must outlive the window.
 struct SettingsServices {
+    core::Desktop desktop{}; ///< what the texts speak of
     SettingsModel& model;
     core::AppPreferences& preferences;
     core::UserDefaults& userDefaults;

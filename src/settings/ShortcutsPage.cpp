@@ -18,36 +18,44 @@ namespace {
 
 using Side = ChordKey::Side;
 
-ChordKey control() {
-    return {"⌃", texts::keyControl, Side::any};
-}
+/// The modifiers as the desktop's keyboard names them. The keys of a Mac have signs beside their names.
+struct Modifiers {
+    core::Desktop desktop;
 
-ChordKey option(Side side) {
-    return {"⌥", texts::keyOption, side};
-}
+    [[nodiscard]] ChordKey control() const { return key("⌃", texts::keyControl, texts::keyCtrl); }
 
-ChordKey shift(Side side) {
-    return {"⇧", texts::keyShift, side};
-}
+    [[nodiscard]] ChordKey option(Side side) const { return key("⌥", texts::keyOption, texts::keyAlt, side); }
+
+    [[nodiscard]] ChordKey shift(Side side) const { return key("⇧", texts::keyShift, texts::keyShift, side); }
+
+    [[nodiscard]] ChordKey command() const { return key("⌘", texts::keyCommand, texts::keySuper); }
+
+private:
+    [[nodiscard]] ChordKey key(const char* sign, const core::TextRow<0>& onMacOS, const core::TextRow<0>& onLinux,
+                               Side side = Side::any) const {
+        return desktop == core::Desktop::macOS ? ChordKey{sign, onMacOS, side} : ChordKey{"", onLinux, side};
+    }
+};
 
 } // namespace
 
 ShortcutsPage::ShortcutsPage(const SettingsServices& services) : SettingsPageView(services) {
+    const Modifiers keys{services.desktop};
     auto& direction = addCard(texts::paragraphDirection);
     addChord(direction, "text.alignright", texts::rightToLeft,
-             {{control(), shift(Side::right)}, {option(Side::right), shift(Side::right)}});
-    addChord(direction, "text.alignleft", texts::leftToRight, {{control(), shift(Side::left)}});
-    addNote(texts::directionChords);
+             {{keys.control(), keys.shift(Side::right)}, {keys.option(Side::right), keys.shift(Side::right)}});
+    addChord(direction, "text.alignleft", texts::leftToRight, {{keys.control(), keys.shift(Side::left)}});
+    addNote(texts::directionChords.on(services.desktop));
 
     auto& languages = addCard(texts::keyboardLanguages);
-    addChord(languages, "globe", texts::nextInputSource, {{option(Side::left), shift(Side::left)}});
+    addChord(languages, "globe", texts::nextInputSource, {{keys.option(Side::left), keys.shift(Side::left)}});
     addChord(languages, "textformat.abc", texts::lowerCaseEnglishLetter,
-             {{shift(Side::any), {"", texts::anyLetter, Side::any}}});
+             {{keys.shift(Side::any), {"", texts::anyLetter, Side::any}}});
     addNote(texts::temporaryEnglishExplanation);
 
     auto& clipboard = addCard(texts::history);
     addChord(clipboard, "clock.arrow.circlepath", texts::openClipboardHistory,
-             {{{"⌘", texts::keyCommand, Side::any}, shift(Side::any), {"", texts::keyV, Side::any}}});
+             {{keys.command(), keys.shift(Side::any), {"", texts::keyV, Side::any}}});
     addStretch();
 }
 

@@ -3,7 +3,7 @@
 
 #include "settings/TestingPage.hpp"
 
-#include "core/direction/SupportedApplication.hpp"
+#include "core/direction/DirectionTarget.hpp"
 #include "core/localization/Texts.hpp"
 #include "settings/Card.hpp"
 #include "settings/FeatureRow.hpp"
@@ -16,6 +16,8 @@
 #include <QTextCursor>
 #include <QTextEdit>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace quillane {
 
@@ -43,7 +45,7 @@ void TestingPage::addTryOut() {
         box_->setAccessibleName(rendered(texts::tryDirectionShortcuts, language));
     });
     auto* explanation = scaledLabel(0.9, false, "secondary");
-    bindText(explanation, [] { return texts::directionChords; });
+    bindText(explanation, [desktop = services().desktop] { return texts::directionChords.on(desktop); });
     column->addWidget(box_);
     column->addWidget(explanation);
     card.addRow(cardRow(column));
@@ -60,18 +62,18 @@ void TestingPage::addTarget() {
     auto* target = new QComboBox;
     target->setObjectName(QStringLiteral("target"));
     target->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-    for (const auto& application : core::supportedApplications) {
-        const auto name = application.displayName;
+    const auto targets = core::directionTestTargets(services().desktop);
+    for (const auto& [bundleID, name] : targets) {
         target->addItem(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
     }
     target->setPlaceholderText(QStringLiteral("—"));
-    connect(target, &QComboBox::activated, this, [&model](int index) {
-        model.setTestTargetID(std::string(core::supportedApplications.at(static_cast<std::size_t>(index)).bundleID));
+    connect(target, &QComboBox::activated, this, [&model, targets](int index) {
+        model.setTestTargetID(std::string(targets.at(static_cast<std::size_t>(index)).bundleID));
     });
-    bind([&model, target](core::AppLanguage language) {
+    bind([&model, target, targets](core::AppLanguage language) {
         target->setAccessibleName(rendered(texts::applicationToTest, language));
-        const auto chosen = core::supportedApplication(model.testTargetID());
-        target->setCurrentIndex(chosen ? static_cast<int>(*chosen) : -1);
+        const auto chosen = std::ranges::find(targets, model.testTargetID(), &core::DirectionTestTarget::bundleID);
+        target->setCurrentIndex(chosen != targets.end() ? static_cast<int>(chosen - targets.begin()) : -1);
     });
     row.setControl(target);
 
@@ -85,7 +87,7 @@ void TestingPage::addTarget() {
         });
         made->setObjectName(QLatin1String(name));
         bind([&model, made](core::AppLanguage) {
-            made->setEnabled(model.canTestDirection() && core::supportedApplication(model.testTargetID()));
+            made->setEnabled(model.canTestDirection() && core::hasDirectionCommands(model.testTargetID()));
         });
         buttons->addWidget(made);
     };

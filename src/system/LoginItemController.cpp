@@ -11,8 +11,8 @@ namespace quillane {
 
 namespace texts = core::texts;
 
-LoginItemController::LoginItemController(LoginItemService& service, bool installed)
-    : service_(service), installed_(installed), status_(service.status()) {}
+LoginItemController::LoginItemController(LoginItemService& service, bool installed, core::Desktop desktop)
+    : service_(service), installed_(installed), desktop_(desktop), status_(service.status()) {}
 
 void LoginItemController::refresh() {
     const auto status = service_.status();
@@ -41,7 +41,7 @@ void LoginItemController::change(bool enabled) {
     if (!done) {
         refresh();
         if (status_ != LoginItemStatus::requiresApproval) {
-            errorMessage_ = texts::couldNotChangeLoginItem;
+            errorMessage_ = texts::couldNotChangeLoginItem.on(desktop_);
         }
     }
     changing_ = false;
@@ -61,7 +61,7 @@ core::LocalizedText LoginItemController::statusText() const {
     case LoginItemStatus::unknown:
         break;
     }
-    return texts::loginItemUnreadable;
+    return texts::loginItemUnreadable.on(desktop_);
 }
 
 } // namespace quillane

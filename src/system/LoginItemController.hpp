@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "core/localization/Desktop.hpp"
 #include "core/localization/LocalizedText.hpp"
 #include "core/support/Listeners.hpp"
 #include "platform/LoginItemService.hpp"
@@ -16,7 +17,7 @@ namespace quillane {
 class LoginItemController {
 public:
     /// `installed` says whether this copy may be started at login.
-    LoginItemController(LoginItemService& service, bool installed);
+    LoginItemController(LoginItemService& service, bool installed, core::Desktop desktop = {});
 
     /// Reads the status again; listeners hear of it only when it differs.
     void refresh();
@@ -51,6 +52,7 @@ private:
 
     LoginItemService& service_;
     bool installed_;
+    core::Desktop desktop_; ///< what the texts speak of
     LoginItemStatus status_;
     bool changing_ = false;
     std::optional<core::LocalizedText> errorMessage_;

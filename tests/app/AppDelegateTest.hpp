@@ -29,7 +29,8 @@ protected:
     AppDelegate& launch() {
         model.emplace(defaults, desktop.sleepAssertions);
         preferences.emplace(defaults);
-        delegate.emplace(AppServices{.mainQueue = desktop.queue,
+        delegate.emplace(AppServices{.desktop = shownOn,
+                                     .mainQueue = desktop.queue,
                                      .userDefaults = defaults,
                                      .workspace = desktop.workspace,
                                      .applicationCatalog = desktop.applicationCatalog,
@@ -96,6 +97,7 @@ protected:
     fakes::TemporaryFiles files;
     fakes::FakeDesktop desktop;
     fakes::FakeUserDefaults defaults;
+    core::Desktop shownOn = core::Desktop::macOS; ///< what texts speak of
     bool keyboardAvailable = true;
     int terminations = 0;
     std::optional<core::AppPreferences> preferences;

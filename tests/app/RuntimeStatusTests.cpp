@@ -52,7 +52,10 @@ TEST(RuntimeStatus, SaysWhyNothingRuns) {
     EXPECT_EQ(statusRow(facts).text, core::LocalizedText(texts::shortcutsOff));
     facts = running();
     facts.screenSharingSuspended = true;
-    EXPECT_EQ(statusRow(facts).text, core::LocalizedText(texts::suspendedForScreenSharing));
+    EXPECT_EQ(statusRow(facts).text, core::LocalizedText(texts::suspendedForScreenSharing.on(core::Desktop::macOS)));
+    facts.desktop = core::Desktop::linuxDesktop;
+    EXPECT_EQ(statusRow(facts).text,
+              core::LocalizedText(texts::suspendedForScreenSharing.on(core::Desktop::linuxDesktop)));
 }
 
 TEST(RuntimeStatus, TheMarkShowsPauseBeforeKeepAwake) {

@@ -116,7 +116,7 @@ TEST_P(TextsTests, OfTheCardBesideSystemSettings) {
     desktop.withPermissions({});
     launchInLanguage();
     click(core::texts::permissions.rendered(GetParam()));
-    const auto openTitle = QString::fromStdString(core::texts::openSystemSettings.rendered(GetParam()));
+    const auto openTitle = QString::fromStdString(core::texts::openSystemSettings.on(shownOn).rendered(GetParam()));
     const auto buttons = settingsWindow()->findChildren<QPushButton*>();
     const auto open = std::ranges::find(buttons, openTitle, &QPushButton::text);
     ASSERT_NE(open, buttons.end());

@@ -281,7 +281,7 @@ TEST_F(ClipboardManagerTest, AHotKeyOfAnotherProgramIsSaidAndCanBeTriedAgain) {
     hotKeys.take(shortcut);
     start();
     EXPECT_TRUE(manager_->hasHotKeyConflict());
-    EXPECT_EQ(manager_->status(), core::LocalizedText(texts::historyShortcutInUse));
+    EXPECT_EQ(manager_->status(), core::LocalizedText(texts::historyShortcutInUse.on(core::Desktop::macOS)));
     copy("still recorded");
     EXPECT_THAT(recorded(), ElementsAre("still recorded"));
     manager_->registerShortcut();
@@ -305,7 +305,7 @@ TEST_F(ClipboardManagerTest, TheFirstConditionThatHoldsIsTheStatus) {
     setOption(&core::ClipboardOptions::enabled, true);
     EXPECT_EQ(manager_->status(), core::LocalizedText(texts::clipboardHistoryPaused));
     manager_->configure({});
-    EXPECT_EQ(manager_->status(), core::LocalizedText(texts::historyShortcutInUse));
+    EXPECT_EQ(manager_->status(), core::LocalizedText(texts::historyShortcutInUse.on(core::Desktop::macOS)));
 }
 
 TEST_F(ClipboardManagerTest, ThePanelIsClosedWhenCollectionEnds) {

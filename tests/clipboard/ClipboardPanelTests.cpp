@@ -46,8 +46,9 @@ protected:
             copy(text);
         }
         pass(10ms);
-        panel_ = std::make_unique<ClipboardPanel>(
-            *manager_, ClipboardPanelServices{queue, workspace, pasteboard, keyEvents_, secureInput, permissions_});
+        panel_ = std::make_unique<ClipboardPanel>(*manager_, ClipboardPanelServices{core::Desktop::macOS, queue,
+                                                                                    workspace, pasteboard, keyEvents_,
+                                                                                    secureInput, permissions_});
         panel_->onShow = [this] { ++shown_; };
         panel_->onClose = [this] { ++closed_; };
         panel_->toggle();
@@ -345,7 +346,7 @@ TEST_F(ClipboardPanelTest, WithoutAccessibilityItSaysHowToPaste) {
     open({"one"}).handle(key::enter, 0);
     EXPECT_EQ(onPasteboard(), "one");
     EXPECT_TRUE(panel_->isVisible());
-    EXPECT_EQ(panel_->message(), core::LocalizedText(texts::itemCopiedAllowAccessibility));
+    EXPECT_EQ(panel_->message(), core::LocalizedText(texts::itemCopiedAllowAccessibility.on(core::Desktop::macOS)));
     panel_->toggle();
     panel_->toggle();
     EXPECT_FALSE(panel_->message());
@@ -355,7 +356,7 @@ TEST_F(ClipboardPanelTest, WithoutAnApplicationToReturnToItSaysSo) {
     open({"one"});
     workspace.quit(editor_.pid);
     panel_->handle(key::enter, 0);
-    EXPECT_EQ(panel_->message(), core::LocalizedText(texts::itemCopiedReturnToApp));
+    EXPECT_EQ(panel_->message(), core::LocalizedText(texts::itemCopiedReturnToApp.on(core::Desktop::macOS)));
     EXPECT_TRUE(panel_->isVisible());
 }
 

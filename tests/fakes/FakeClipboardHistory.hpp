@@ -12,11 +12,15 @@ namespace quillane::fakes {
 
 /// The clipboard history and the model of its panel on a faked desktop, for what draws them.
 struct FakeClipboardHistory : FakeClipboardDesktop {
+    explicit FakeClipboardHistory(core::Desktop desktop = core::Desktop::macOS) : shownOn(desktop) {}
+
+    core::Desktop shownOn;
     FakeKeyEvents keyEvents;
     FakePermissionService permissions;
     ClipboardManager manager{managerServices()};
     ClipboardPanel panel{manager,
-                         {.mainQueue = queue,
+                         {.desktop = shownOn,
+                          .mainQueue = queue,
                           .workspace = workspace,
                           .pasteboard = pasteboard,
                           .keyEvents = keyEvents,

@@ -30,6 +30,11 @@ class SettingsScreenshots : public SettingsTest {
 protected:
     SettingsScreenshots() {
         useReadableFont(1);
+#ifdef QUILLANE_LINE_ART
+        shownOn = core::Desktop::linuxDesktop;
+        desktop.permissions.grantOnRequest();
+        desktop.loginItem.settings = false;
+#endif
         model.optionsChanged = [this] { model.refreshKeepAwake(); };
         auto options = model.options();
         options.keepAwake = true;
@@ -49,7 +54,9 @@ protected:
         desktop.updater.finish({785'000'000});
     }
 
-    ~SettingsScreenshots() override { useDark(false); }
+    ~SettingsScreenshots() override {
+        useDark(false);
+    }
 
     static void useReadableFont(double scale) {
         QFont font(QStringLiteral("Noto Sans"));

@@ -55,7 +55,8 @@ protected:
         clipboard.findApplications = [this](const ApplicationCatalog::Handler& handler) {
             desktop.applicationCatalog.read(handler);
         };
-        return {.model = model,
+        return {.desktop = shownOn,
+                .model = model,
                 .preferences = preferences,
                 .userDefaults = desktop.userDefaults,
                 .permissions = permissions,
@@ -108,6 +109,7 @@ protected:
                                      {"/Applications/Quillane.app", true}};
     LoginItemController loginItem{desktop.loginItem, true};
     AppUpdater updater{&desktop.updater, desktop.windowTraits, "1.2"};
+    core::Desktop shownOn = core::Desktop::macOS; ///< what texts speak of
     core::ClipboardOptions clipboardOptions;
     bool shortcutTaken = false;
     bool historyIsUnsaved = false;

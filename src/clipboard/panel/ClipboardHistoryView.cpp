@@ -111,7 +111,7 @@ ClipboardHistoryView::ClipboardHistoryView(const HistoryPanelServices& services)
       entries_(new EntryList(files_)),
       search_(new SearchBox(symbols_)),
       list_(new HistoryList),
-      row_(new ClipboardRow(*entries_, images_, files_, symbols_, list_)),
+      row_(new ClipboardRow(*entries_, images_, files_, symbols_, services.desktop, list_)),
       emptySymbol_(new QLabel),
       emptyTitle_(wrappingLabel("title")),
       emptyText_(wrappingLabel("secondary")),
@@ -255,7 +255,8 @@ void ClipboardHistoryView::refresh() {
     entries_->setEntries(panel.filtered(), panel.query());
     pages_->setCurrentIndex(panel.filtered().empty() ? 1 : 0);
     updateEmptyState(language);
-    footer_->setText(withKeysInOrder(rendered(panel.message().value_or(texts::panelKeys), language)));
+    footer_->setText(
+        withKeysInOrder(rendered(panel.message().value_or(texts::panelKeys.on(services_.desktop)), language)));
     updateSelection();
 }
 
@@ -305,7 +306,7 @@ void ClipboardHistoryView::redraw() {
     settings_->setIcon(symbols_.icon("gearshape", secondary));
     settings_->setToolTip(rendered(texts::historySettings, language));
     settings_->setAccessibleName(rendered(texts::historySettings, language));
-    const QStringList help{rendered(texts::searchHistoryHelp, language),
+    const QStringList help{rendered(texts::searchHistoryHelp.on(services_.desktop), language),
                            rendered(texts::searchMatchesAreBold, language), rendered(texts::hoverToPreview, language)};
     help_->setIcon(symbols_.icon("questionmark.circle", secondary));
     help_->setToolTip(toolTipText(help, layoutDirection()));

@@ -5,6 +5,7 @@
 
 #include "clipboard/panel/EntryTexts.hpp"
 #include "clipboard/panel/TextBlock.hpp"
+#include "core/clipboard/ClipboardPanelKeys.hpp"
 #include "core/localization/Texts.hpp"
 #include "views/Colors.hpp"
 
@@ -23,7 +24,7 @@ constexpr int padding = 9;
 constexpr int tileSide = 28;
 constexpr int tileSymbol = 17;
 constexpr int gap = 10;
-constexpr int marksWidth = 34;
+constexpr int leastMarksWidth = 34;
 constexpr int pinSide = 14;
 constexpr int lineGap = 2;
 constexpr int mostTextLines = 2;
@@ -44,8 +45,8 @@ QColor mixed(const QColor& a, const QColor& b, double part) {
     return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
 }
 
-int contentWidth(int rowWidth) {
-    return rowWidth - 2 * (sideMargin + padding) - tileSide - 2 * gap - marksWidth;
+QString keyOf(int row, core::Desktop desktop) {
+    return QString::fromStdString(core::ClipboardPanelKeys::pasteKey(static_cast<std::size_t>(row), desktop));
 }
 
 } // namespace
@@ -70,8 +71,8 @@ struct ClipboardRow::Drawing {
 };
 
 ClipboardRow::ClipboardRow(const EntryList& list, EntryImages& images, EntryFiles& files, PanelSymbols& symbols,
-                           QObject* parent)
-    : QStyledItemDelegate(parent), list_(list), images_(images), files_(files), symbols_(symbols) {}
+                           core::Desktop desktop, QObject* parent)
+    : QStyledItemDelegate(parent), list_(list), images_(images), files_(files), symbols_(symbols), desktop_(desktop) {}
 
 QSize ClipboardRow::imageBounds(int width, qreal ratio) const {
     return (QSizeF(width, imageHeight_) * ratio).toSize();
@@ -79,10 +80,16 @@ QSize ClipboardRow::imageBounds(int width, qreal ratio) const {
 
 const ClipboardRow::Metrics& ClipboardRow::metrics(const QFont& font) const {
     if (metrics_.lineHeight == 0 || metrics_.font != font) {
+        const QFontMetrics small(smallFont(font));
         metrics_ = {font, TextBlock::lineHeight(font), TextBlock::lineHeight(smallFont(font)),
-                    std::max(1, QFontMetrics(font).averageCharWidth())};
+                    std::max(1, QFontMetrics(font).averageCharWidth()),
+                    std::max(leastMarksWidth, small.horizontalAdvance(keyOf(numberedRows - 1, desktop_)))};
     }
     return metrics_;
+}
+
+int ClipboardRow::contentWidth(const QFont& font, int rowWidth) const {
+    return rowWidth - 2 * (sideMargin + padding) - tileSide - 2 * gap - metrics(font).marksWidth;
 }
 
 int ClipboardRow::contentHeight(const QFont& font, const core::ClipboardEntry& entry, int width) const {
@@ -103,7 +110,7 @@ int ClipboardRow::contentHeight(const QFont& font, const core::ClipboardEntry& e
 
 QSize ClipboardRow::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
     const int width = option.rect.width();
-    const int content = contentHeight(option.font, list_.entry(index.row()), contentWidth(width));
+    const int content = contentHeight(option.font, list_.entry(index.row()), contentWidth(option.font, width));
     return {0, std::max(content, tileSide) + 2 * padding};
 }
 
@@ -138,7 +145,7 @@ void ClipboardRow::paint(QPainter* painter, const QStyleOptionViewItem& option, 
         painter->setBrush(selected ? amber : qColor(shades.selection));
         painter->drawRoundedRect(ground, rowRadius, rowRadius);
     }
-    const int width = contentWidth(option.rect.width());
+    const int width = contentWidth(option.font, option.rect.width());
     const int height = contentHeight(option.font, entry, width);
     const auto inner = ground.adjusted(padding, 0, -padding, 0);
     const int top = option.rect.top() + (option.rect.height() - height) / 2;
@@ -172,6 +179,7 @@ void ClipboardRow::paint(QPainter* painter, const QStyleOptionViewItem& option, 
         wholeText(line, list_.query()),  smallFont(option.font), drawing.secondary, option.direction, 1,
         TextBlock::Alignment::interface, option.direction};
     source.draw(*painter, content.adjusted(0, used + lineGap, 0, 0));
+    const int marksWidth = metrics(option.font).marksWidth;
     drawMarks(drawing, placed(inner.width() - marksWidth, ground.top(), marksWidth, ground.height()));
     painter->restore();
 }
@@ -287,7 +295,7 @@ void ClipboardRow::drawMarks(const Drawing& drawing, const QRect& rect) const {
         painter.setLayoutDirection(Qt::LeftToRight); // keys are named alike everywhere
         const auto side = drawing.direction == Qt::RightToLeft ? Qt::AlignLeft : Qt::AlignRight;
         painter.drawText(QRect(rect.left(), y, rect.width(), textHeight), static_cast<int>(side | Qt::AlignVCenter),
-                         QStringLiteral("⌘%1").arg(drawing.row + 1));
+                         keyOf(drawing.row, desktop_));
     }
 }
 

@@ -7,6 +7,7 @@
 #include "clipboard/panel/EntryImages.hpp"
 #include "clipboard/panel/EntryList.hpp"
 #include "clipboard/panel/PanelSymbols.hpp"
+#include "core/localization/Desktop.hpp"
 
 #include <QFont>
 #include <QStyledItemDelegate>
@@ -19,7 +20,8 @@ class ClipboardRow : public QStyledItemDelegate {
     Q_OBJECT
 
 public:
-    ClipboardRow(const EntryList& list, EntryImages& images, EntryFiles& files, PanelSymbols& symbols, QObject* parent);
+    ClipboardRow(const EntryList& list, EntryImages& images, EntryFiles& files, PanelSymbols& symbols,
+                 core::Desktop desktop, QObject* parent);
 
     /// The height of pictures, in points.
     void setImageHeight(int height) { imageHeight_ = height; }
@@ -39,6 +41,7 @@ private:
         int lineHeight = 0;
         int smallLineHeight = 0;
         int characterWidth = 1;
+        int marksWidth = 0; ///< of the pin and the key that pastes an entry
     };
 
     int drawText(const Drawing& drawing, const QRect& rect) const;
@@ -47,6 +50,7 @@ private:
     void drawTile(const Drawing& drawing, const QRect& rect) const;
     void drawMarks(const Drawing& drawing, const QRect& rect) const;
     [[nodiscard]] const Metrics& metrics(const QFont& font) const;
+    [[nodiscard]] int contentWidth(const QFont& font, int rowWidth) const;
     [[nodiscard]] int contentHeight(const QFont& font, const core::ClipboardEntry& entry, int width) const;
     [[nodiscard]] QSize imageBounds(int width, qreal ratio) const;
 
@@ -54,6 +58,7 @@ private:
     EntryImages& images_;
     EntryFiles& files_;
     PanelSymbols& symbols_;
+    core::Desktop desktop_;
     int imageHeight_ = 60;
     mutable Metrics metrics_; ///< of the font that was asked for last
     mutable int drawn_ = 0;

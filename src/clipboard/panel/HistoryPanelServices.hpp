@@ -4,6 +4,7 @@
 #pragma once
 
 #include "clipboard/ClipboardPanel.hpp"
+#include "core/localization/Desktop.hpp"
 #include "core/preferences/AppPreferences.hpp"
 #include "platform/MainQueue.hpp"
 #include "platform/SerialQueue.hpp"
@@ -18,6 +19,7 @@ namespace quillane {
 
 /// What the window of the clipboard history needs. Everything referred to must outlive it.
 struct HistoryPanelServices {
+    core::Desktop desktop{}; ///< what the texts speak of, and the keys that they name
     ClipboardPanel& panel;
     core::AppPreferences& preferences;
     WindowTraits& windowTraits;

@@ -15,6 +15,7 @@ namespace {
 constexpr core::KeyCode returnKey = 36;
 constexpr core::KeyCode keypadEnter = 76;
 constexpr core::KeyCode deleteKey = 51;
+constexpr core::KeyCode forwardDelete = 117;
 constexpr core::KeyCode escape = 53;
 constexpr core::KeyCode down = 125;
 constexpr core::KeyCode up = 126;
@@ -48,6 +49,8 @@ std::optional<core::KeyCode> keyCode(const QKeyEvent& event) {
         return keypadEnter;
     case Qt::Key_Backspace:
         return deleteKey;
+    case Qt::Key_Delete:
+        return forwardDelete;
     case Qt::Key_Escape:
         return escape;
     case Qt::Key_Up:

@@ -15,6 +15,7 @@ constexpr EventFlags modifiers = flags::shift | flags::control | flags::option |
 constexpr KeyCode returnKey = 36;
 constexpr KeyCode keypadEnter = 76;
 constexpr KeyCode deleteKey = 51; // the one that deletes backwards
+constexpr KeyCode forwardDelete = 117;
 constexpr KeyCode escape = 53;
 constexpr KeyCode down = 125;
 constexpr KeyCode up = 126;
@@ -34,9 +35,6 @@ std::optional<Action> choiceAction(EventFlags held) {
 }
 
 std::optional<Action> commandAction(KeyCode keyCode) {
-    if (keyCode == deleteKey) {
-        return RemoveSelected{};
-    }
     const auto* const digit = std::ranges::find(digits, keyCode);
     if (digit == digits.end()) {
         return std::nullopt;
@@ -44,10 +42,18 @@ std::optional<Action> commandAction(KeyCode keyCode) {
     return PasteAt{static_cast<std::size_t>(digit - digits.begin())};
 }
 
+bool removes(KeyCode keyCode, EventFlags held, Desktop desktop) {
+    return desktop == Desktop::macOS ? keyCode == deleteKey && held == flags::command
+                                     : keyCode == forwardDelete && held == flags::shift;
+}
+
 } // namespace
 
-std::optional<Action> action(KeyCode keyCode, EventFlags flags) {
+std::optional<Action> action(KeyCode keyCode, EventFlags flags, Desktop desktop) {
     const auto held = flags & modifiers;
+    if (removes(keyCode, held, desktop)) {
+        return RemoveSelected{};
+    }
     if (keyCode == returnKey || keyCode == keypadEnter) {
         return choiceAction(held);
     }
@@ -67,6 +73,10 @@ std::optional<Action> action(KeyCode keyCode, EventFlags flags) {
     default:
         return std::nullopt;
     }
+}
+
+std::string pasteKey(std::size_t index, Desktop desktop) {
+    return (desktop == Desktop::macOS ? "⌘" : "Ctrl+") + std::to_string(index + 1);
 }
 
 } // namespace quillane::core::ClipboardPanelKeys

@@ -4,9 +4,11 @@
 #pragma once
 
 #include "core/keyboard/EventFlags.hpp"
+#include "core/localization/Desktop.hpp"
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <variant>
 
 /// What the keys do while the panel of the clipboard history is open.
@@ -48,7 +50,11 @@ struct Close {
 using Action = std::variant<Move, ChooseSelected, PasteAt, RemoveSelected, Close>;
 
 /// The action of a key press; none for a key that types in the search field. Of the flags, only Shift, Control, Option
-/// and Command count.
-[[nodiscard]] std::optional<Action> action(KeyCode keyCode, EventFlags flags);
+/// and Command count. An entry is deleted by the keys that the desktop has for it: Command with the key that deletes
+/// backwards on macOS, Shift with the one that deletes forwards on Linux, where the former deletes a word.
+[[nodiscard]] std::optional<Action> action(KeyCode keyCode, EventFlags flags, Desktop desktop);
+
+/// The keys of `PasteAt` as they are shown beside an entry: "⌘1", or "Ctrl+1" on Linux.
+[[nodiscard]] std::string pasteKey(std::size_t index, Desktop desktop);
 
 } // namespace quillane::core::ClipboardPanelKeys

@@ -11,7 +11,7 @@ namespace quillane::core {
 
 namespace {
 
-LocalizedText message(const FileShareError& error, const FileShareServer& server) {
+LocalizedText message(const FileShareError& error, const FileShareServer& server, Desktop desktop) {
     switch (error.kind()) {
     case FileShareError::Kind::httpStatus:
         return error.status() == 413 ? texts::fileTooLarge(server.displayName())
@@ -19,7 +19,7 @@ LocalizedText message(const FileShareError& error, const FileShareServer& server
     case FileShareError::Kind::selectOneFile:
         return texts::selectOneFile;
     case FileShareError::Kind::unreadableFile:
-        return texts::cannotReadFile;
+        return texts::cannotReadFile.on(desktop);
     case FileShareError::Kind::notRegularFile:
         return texts::selectRegularFile;
     case FileShareError::Kind::invalidResponse:
@@ -31,9 +31,9 @@ LocalizedText message(const FileShareError& error, const FileShareServer& server
 
 } // namespace
 
-LocalizedText message(const FileShareFailure& failure, const FileShareServer& server) {
+LocalizedText message(const FileShareFailure& failure, const FileShareServer& server, Desktop desktop) {
     if (const auto* error = std::get_if<FileShareError>(&failure)) {
-        return message(*error, server);
+        return message(*error, server, desktop);
     }
     return std::get<UrlError>(failure) == UrlError::timedOut ? texts::uploadTimedOut : texts::couldNotUpload;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/fileshare/UrlError.hpp"
+#include "core/localization/Desktop.hpp"
 #include "core/localization/LocalizedText.hpp"
 
 #include <variant>
@@ -56,6 +57,6 @@ using FileShareFailure = std::variant<FileShareError, UrlError>;
 
 /// What people are told. The server is the one that the upload went to. A cancelled upload is no failure and has no
 /// message of its own.
-[[nodiscard]] LocalizedText message(const FileShareFailure& failure, const FileShareServer& server);
+[[nodiscard]] LocalizedText message(const FileShareFailure& failure, const FileShareServer& server, Desktop desktop);
 
 } // namespace quillane::core

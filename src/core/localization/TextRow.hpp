@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/localization/Desktop.hpp"
 #include "core/localization/LocalizedText.hpp"
 
 #include <concepts>
@@ -66,6 +67,17 @@ struct TextRow<0> {
     operator LocalizedText() const { return LocalizedText(std::string(key)); } // NOLINT(google-explicit-constructor)
 
     [[nodiscard]] std::string rendered(AppLanguage language) const { return LocalizedText(*this).rendered(language); }
+};
+
+/// A message that speaks of the computer or its keys: one row for each desktop.
+template <std::size_t placeholders>
+struct DesktopTextRow {
+    TextRow<placeholders> onMacOS;
+    TextRow<placeholders> onLinux;
+
+    [[nodiscard]] constexpr const TextRow<placeholders>& on(Desktop desktop) const {
+        return desktop == Desktop::macOS ? onMacOS : onLinux;
+    }
 };
 
 } // namespace quillane::core

@@ -150,6 +150,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     const auto desktop = LinuxDesktop::fromEnvironment();
     QApplication::setWindowIcon(applicationIcon());
     Platform platform;
+    platform.desktop = core::Desktop::linuxDesktop;
     const auto session = std::make_shared<LinuxSession>(); // shared only to hide its type
     platform.session = session;
     platform.mainQueue = std::make_unique<QtMainQueue>();

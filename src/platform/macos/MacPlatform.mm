@@ -51,6 +51,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     qputenv("QT_MAC_SET_RAISE_PROCESS", "0"); // else a panel that is raised brings the whole application to the front
     QGuiApplication::setWindowIcon(applicationIcon());
     Platform platform;
+    platform.desktop = core::Desktop::macOS;
     platform.mainQueue = std::make_unique<QtMainQueue>();
     platform.userDefaults = std::make_unique<MacUserDefaults>();
     platform.legacyPreferences = preferencesDomain(core::InstallationMigration::legacyBundleID);

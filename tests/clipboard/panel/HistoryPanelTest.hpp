@@ -36,7 +36,7 @@ namespace quillane {
 /// The window over the real model and manager, with the desktop faked and drawn off the screen.
 class HistoryPanelTest : public ::testing::Test, protected fakes::FakeClipboardHistory {
 protected:
-    HistoryPanelTest() {
+    explicit HistoryPanelTest(core::Desktop desktop = core::Desktop::macOS) : FakeClipboardHistory(desktop) {
         preferences.choose(core::AppLanguage::english);
         workspace.activate(workspace.open("com.example.editor", "Editor"));
         permissions.grant(core::MacPermission::accessibility);
@@ -58,7 +58,8 @@ protected:
     }
 
     [[nodiscard]] HistoryPanelServices services() {
-        return {.panel = panel,
+        return {.desktop = shownOn,
+                .panel = panel,
                 .preferences = preferences,
                 .windowTraits = *traits,
                 .mainQueue = queue,

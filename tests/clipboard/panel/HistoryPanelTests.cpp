@@ -259,8 +259,9 @@ TEST_F(HistoryPanelWindow, TheFooterNamesTheKeysOrTellsOfTheLastChoice) {
     open();
     EXPECT_EQ(footer(), "Enter to paste · ⌥Enter to copy · ⇧Enter for plain text");
     press(Qt::Key_Return);
-    EXPECT_EQ(footer().toStdString(),
-              core::LocalizedText(texts::itemCopiedAllowAccessibility).rendered(core::AppLanguage::english));
+    EXPECT_EQ(
+        footer().toStdString(),
+        core::LocalizedText(texts::itemCopiedAllowAccessibility.on(shownOn)).rendered(core::AppLanguage::english));
 }
 
 // Acting on rows
@@ -378,7 +379,7 @@ TEST_F(HistoryPanelWindow, EverythingIsMirroredInHebrewAndArabicAtOnce) {
         settle();
         EXPECT_EQ(window().view().layoutDirection(), Qt::RightToLeft);
         EXPECT_LT(leftOfSettings(), window().width() / 2);
-        EXPECT_EQ(footer().toStdString(), core::LocalizedText(texts::panelKeys).rendered(language));
+        EXPECT_EQ(footer().toStdString(), core::LocalizedText(texts::panelKeys.on(shownOn)).rendered(language));
     }
 }
 

@@ -13,7 +13,7 @@ namespace {
 /// Pictures of the panel for people to look at, and what can be measured on them.
 class HistoryScreenshots : public HistoryPanelTest {
 protected:
-    HistoryScreenshots() {
+    HistoryScreenshots() : HistoryPanelTest(core::Desktop::linuxDesktop) {
         QFont font(QStringLiteral("Noto Sans"));
         font.setFamilies(
             {"Noto Sans", "Noto Sans Hebrew", "Noto Sans Arabic", "Noto Sans Symbols", "Noto Sans Symbols 2"});

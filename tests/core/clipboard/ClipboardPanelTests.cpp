@@ -15,31 +15,53 @@ namespace {
 namespace keys = ClipboardPanelKeys;
 using keys::Choice;
 
+constexpr auto mac = Desktop::macOS;
+
 TEST(ClipboardPanelKeysTest, ReturnChoosesInThreeWays) {
     for (const auto enter : std::array<KeyCode, 2>{36, 76}) {
-        EXPECT_EQ(keys::action(enter, 0), keys::Action(keys::ChooseSelected{Choice::paste}));
-        EXPECT_EQ(keys::action(enter, flags::option), keys::Action(keys::ChooseSelected{Choice::copyOnly}));
-        EXPECT_EQ(keys::action(enter, flags::shift), keys::Action(keys::ChooseSelected{Choice::plainPaste}));
-        EXPECT_EQ(keys::action(enter, flags::shift | flags::option), std::nullopt);
-        EXPECT_EQ(keys::action(enter, flags::command), std::nullopt);
+        EXPECT_EQ(keys::action(enter, 0, mac), keys::Action(keys::ChooseSelected{Choice::paste}));
+        EXPECT_EQ(keys::action(enter, flags::option, mac), keys::Action(keys::ChooseSelected{Choice::copyOnly}));
+        EXPECT_EQ(keys::action(enter, flags::shift, mac), keys::Action(keys::ChooseSelected{Choice::plainPaste}));
+        EXPECT_EQ(keys::action(enter, flags::shift | flags::option, mac), std::nullopt);
+        EXPECT_EQ(keys::action(enter, flags::command, mac), std::nullopt);
     }
 }
 
 TEST(ClipboardPanelKeysTest, CommandAndADigitPastesByNumber) {
     constexpr std::array<KeyCode, 9> digits{18, 19, 20, 21, 23, 22, 26, 28, 25};
     for (std::size_t i = 0; i < digits.size(); ++i) {
-        EXPECT_EQ(keys::action(digits[i], flags::command | flags::leftCommand), keys::Action(keys::PasteAt{i}));
-        EXPECT_EQ(keys::action(digits[i], 0), std::nullopt);
+        EXPECT_EQ(keys::action(digits[i], flags::command | flags::leftCommand, mac), keys::Action(keys::PasteAt{i}));
+        EXPECT_EQ(keys::action(digits[i], 0, mac), std::nullopt);
     }
-    EXPECT_EQ(keys::action(29, flags::command), std::nullopt); // 0
+    EXPECT_EQ(keys::action(29, flags::command, mac), std::nullopt); // 0
 }
 
 TEST(ClipboardPanelKeysTest, SidesAndLocksDoNotCount) {
     constexpr auto noise = flags::capsLock | flags::secondaryFn | flags::rightShift;
-    EXPECT_EQ(keys::action(126, noise), keys::Action(keys::Move{-1}));
-    EXPECT_EQ(keys::action(125, noise), keys::Action(keys::Move{1}));
-    EXPECT_EQ(keys::action(53, noise), keys::Action(keys::Close{}));
-    EXPECT_EQ(keys::action(51, noise | flags::command), keys::Action(keys::RemoveSelected{}));
+    EXPECT_EQ(keys::action(126, noise, mac), keys::Action(keys::Move{-1}));
+    EXPECT_EQ(keys::action(125, noise, mac), keys::Action(keys::Move{1}));
+    EXPECT_EQ(keys::action(53, noise, mac), keys::Action(keys::Close{}));
+    EXPECT_EQ(keys::action(51, noise | flags::command, mac), keys::Action(keys::RemoveSelected{}));
+}
+
+TEST(ClipboardPanelKeysTest, EntryIsDeletedByTheKeysOfTheDesktop) {
+    constexpr KeyCode backspace = 51;
+    constexpr KeyCode forwardDelete = 117;
+    const keys::Action remove = keys::RemoveSelected{};
+    EXPECT_EQ(keys::action(backspace, flags::command, Desktop::macOS), remove);
+    EXPECT_EQ(keys::action(forwardDelete, flags::shift, Desktop::macOS), std::nullopt);
+    EXPECT_EQ(keys::action(forwardDelete, flags::shift, Desktop::linuxDesktop), remove);
+    EXPECT_EQ(keys::action(backspace, flags::command, Desktop::linuxDesktop), std::nullopt); // a word of the search
+    for (const auto desktop : {Desktop::macOS, Desktop::linuxDesktop}) {
+        EXPECT_EQ(keys::action(backspace, 0, desktop), std::nullopt);
+        EXPECT_EQ(keys::action(forwardDelete, 0, desktop), std::nullopt);
+        EXPECT_EQ(keys::action(forwardDelete, flags::shift | flags::command, desktop), std::nullopt);
+    }
+}
+
+TEST(ClipboardPanelKeysTest, PasteKeyIsShownAsTheDesktopNamesIt) {
+    EXPECT_EQ(keys::pasteKey(0, Desktop::macOS), "⌘1");
+    EXPECT_EQ(keys::pasteKey(8, Desktop::linuxDesktop), "Ctrl+9");
 }
 
 constexpr Rect screen{0, 40, 1440, 820};

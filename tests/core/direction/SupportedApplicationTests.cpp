@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "core/direction/SupportedApplication.hpp"
+#include "core/direction/DirectionTarget.hpp"
 
 #include <gtest/gtest.h>
 
@@ -39,6 +39,20 @@ TEST(SupportedApplication, IdentifiersAreComparedExactly) {
     for (const auto* other : {"com.apple.Mail", "com.apple.textedit", "com.apple.mail ", "com.apple", ""}) {
         EXPECT_EQ(supportedApplication(other), std::nullopt) << other;
     }
+}
+
+TEST(DirectionTestTargets, AreThoseOfTheDesktop) {
+    const auto names = [](Desktop desktop) {
+        std::vector<std::string> all;
+        for (const auto& target : directionTestTargets(desktop)) {
+            EXPECT_TRUE(hasDirectionCommands(target.bundleID)) << target.name;
+            all.emplace_back(target.name);
+        }
+        return all;
+    };
+    EXPECT_EQ(names(Desktop::macOS),
+              (std::vector<std::string>{"Outlook", "Chrome", "Safari", "TextEdit", "Notes", "Mail", "Word"}));
+    EXPECT_EQ(names(Desktop::linuxDesktop), (std::vector<std::string>{"Chrome", "LibreOffice Writer"}));
 }
 
 } // namespace

@@ -12,7 +12,7 @@ namespace {
 
 std::string english(const FileShareFailure& failure) {
     const auto server = FileShareServer::validating("https://files.example:8443/up").value();
-    return message(failure, server).rendered(AppLanguage::english);
+    return message(failure, server, Desktop::macOS).rendered(AppLanguage::english);
 }
 
 TEST(FileShareMessage, EveryErrorHasItsMessage) {
@@ -48,7 +48,7 @@ TEST(FileShareMessage, AnInvalidAddressIsExplained) {
 TEST(FileShareMessage, TheServersNameIsIsolatedInRightToLeftText) {
     const auto server = FileShareServer::validating("https://files.example").value();
     for (const auto language : {AppLanguage::hebrew, AppLanguage::arabic}) {
-        const auto text = message(FileShareError::httpStatus(413), server).rendered(language);
+        const auto text = message(FileShareError::httpStatus(413), server, Desktop::macOS).rendered(language);
         EXPECT_NE(text.find("\u2068files.example\u2069"), std::string::npos) << text;
     }
 }

@@ -3,6 +3,7 @@
 #include "core/localization/AppTranslations.hpp"
 
 #include "core/localization/Texts.hpp"
+#include "fakes/DesktopWords.hpp"
 
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
@@ -145,12 +146,34 @@ TEST(AppTranslations, WritesEachLanguageInItsScript) {
 
 TEST(AppTranslations, KeepsLatinNamesInEveryLanguage) {
     for (const auto& [name, entry, isName] : messages()) {
-        for (const auto* latin : {"Quillane", "Shift", "Option", "Command + Shift + G", "macOS", "X11"}) {
+        for (const auto* latin :
+             {"Quillane", "Shift", "Option", "Alt", "Ctrl", "Enter", "Command + Shift + G", "macOS", "X11"}) {
             const bool inEnglish = entry.english.find(latin) != std::string_view::npos;
             EXPECT_EQ(entry.key.find(latin) != std::string_view::npos, inEnglish) << name << ", " << latin;
             EXPECT_EQ(entry.arabic.find(latin) != std::string_view::npos, inEnglish) << name << ", " << latin;
         }
     }
+}
+
+TEST(AppTranslations, RowOfADesktopNamesNothingOfAnother) {
+    int pairs = 0;
+    const auto check = [](const AppTranslations::Entry* entry, Desktop desktop) {
+        ASSERT_NE(entry, nullptr);
+        for (const auto text : {entry->key, entry->english, entry->arabic}) {
+            EXPECT_EQ(fakes::wordOfAnotherDesktop(text, desktop), std::nullopt) << text;
+        }
+    };
+#define QUILLANE_TEXT(name, hebrew, english, arabic)
+#define QUILLANE_NAME(name, text)
+#define QUILLANE_ON_MACOS(name, hebrew, english, arabic)                                                               \
+    check(AppTranslations::entry(texts::name.on(Desktop::macOS).key), Desktop::macOS);                                 \
+    check(AppTranslations::entry(texts::name.on(Desktop::linuxDesktop).key), Desktop::linuxDesktop);                   \
+    ++pairs;
+#define QUILLANE_ON_LINUX(name, hebrew, english, arabic)
+#include "core/localization/AppTranslations.def"
+#undef QUILLANE_NAME
+#undef QUILLANE_TEXT
+    EXPECT_GT(pairs, 20);
 }
 
 constexpr UChar32 leftToRightMark = 0x200E;

@@ -37,7 +37,7 @@ TEST_F(KeepAwakeTests, TheMenuRowKeepsTheMachineAndTheDisplayAwakeUntilItIsChose
     EXPECT_TRUE(isKeptAwake(false));
     for (const bool on : {true, false}) {
         auto menu = required(LiveMenu::open(desktop()));
-        ASSERT_TRUE(menu.choose("Keep Mac Awake"));
+        ASSERT_TRUE(menu.choose("Keep Awake"));
         EXPECT_TRUE(isKeptAwake(on));
         EXPECT_TRUE(agent().waitForStatus(
             [&](const nlohmann::json& status) { return status.at("keepAwake").at("active") == on; }));

@@ -273,7 +273,7 @@ TEST_F(LivePanel, AHotKeyOfAnotherProgramIsToldAndCanBeTriedAgain) {
     startAgent();
     ASSERT_TRUE(agent().waitForStatus([](const auto& status) { return status.at("clipboard").at("hotKeyConflict"); }));
     EXPECT_EQ(agent().status().at("clipboard").at("status"),
-              "The shortcut is in use. Quit Maccy or change the shortcut in the other app, then retry.");
+              "The shortcut is in use. Change it in the other app or in your desktop’s keyboard settings, then retry.");
     ungrabHotKey();
     ASSERT_TRUE(desktop().run({agentExecutable()}).succeeded());
     const auto press = [&](const std::string& name) {

@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "clipboard/panel/HistoryPanelTest.hpp"
+
+namespace quillane {
+namespace {
+
+/// The panel with the keys and texts of Linux, on every desktop.
+class HistoryPanelOnLinux : public HistoryPanelTest {
+protected:
+    HistoryPanelOnLinux() : HistoryPanelTest(core::Desktop::linuxDesktop) {}
+
+    void copyThree() {
+        copyText("first");
+        copyText("second");
+        copyText("third");
+    }
+
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(&field(), key, modifiers);
+        settle();
+    }
+};
+
+TEST_F(HistoryPanelOnLinux, ShiftDeleteDeletesTheEntry) {
+    copyThree();
+    open();
+    press(Qt::Key_Delete);
+    EXPECT_EQ(rows(), 3);
+    press(Qt::Key_Delete, Qt::ShiftModifier);
+    EXPECT_EQ(rows(), 2);
+    EXPECT_EQ(*panel.filtered().front().text, "second");
+}
+
+TEST_F(HistoryPanelOnLinux, ControlBackspaceDeletesAWordOfTheSearch) {
+    copyThree();
+    open();
+    QTest::keyClicks(&field(), "fir t");
+    press(Qt::Key_Backspace, Qt::ControlModifier);
+    EXPECT_EQ(panel.query(), "fir ");
+    press(Qt::Key_Backspace, Qt::ControlModifier);
+    EXPECT_EQ(panel.query(), "");
+    EXPECT_EQ(rows(), 3);
+}
+
+TEST_F(HistoryPanelOnLinux, TheFooterAndTheHelpNameItsKeys) {
+    copyThree();
+    open();
+    EXPECT_EQ(find<QLabel>("footerText").text(), "Enter to paste · Alt+Enter to copy · Shift+Enter for plain text");
+    EXPECT_TRUE(find<QToolButton>("help").toolTip().contains("Ctrl+1–Ctrl+9"));
+    EXPECT_TRUE(find<QToolButton>("help").toolTip().contains("Shift+Delete"));
+}
+
+} // namespace
+} // namespace quillane
