@@ -4,6 +4,7 @@
 #include "settings/ClipboardPage.hpp"
 
 #include "core/localization/Texts.hpp"
+#include "settings/AccessibleSettings.hpp"
 #include "settings/Card.hpp"
 #include "settings/FeatureRow.hpp"
 #include "settings/SwitchButton.hpp"
@@ -134,7 +135,7 @@ void ClipboardPage::addPanel() {
             [this](int index) { change([&](Options& changed) { changed.popupAtCursor = index == 0; }); });
     row.setControl(place);
     bind([this, place](core::AppLanguage language) {
-        place->setAccessibleName(rendered(texts::openPanelAt, language));
+        nameList(*place, rendered(texts::openPanelAt, language));
         place->setItemText(0, rendered(texts::mousePointer, language));
         place->setItemText(1, rendered(texts::centerOfScreen, language));
         place->setCurrentIndex(options().popupAtCursor ? 0 : 1);

@@ -6,6 +6,7 @@
 #include "core/localization/Texts.hpp"
 #include "views/Colors.hpp"
 
+#include <QAccessible>
 #include <QButtonGroup>
 #include <QHBoxLayout>
 #include <QPainter>
@@ -32,6 +33,14 @@ PageButton::PageButton(QWidget* parent) : QAbstractButton(parent) {
 QSize PageButton::sizeHint() const {
     return {std::max(fontMetrics().horizontalAdvance(text()), symbolSide) + 2 * padding,
             symbolSide + space + fontMetrics().height() + 2 * padding};
+}
+
+void PageButton::checkStateSet() {
+    QAbstractButton::checkStateSet();
+    QAccessible::State changed;
+    changed.selected = 1;
+    QAccessibleStateChangeEvent event(this, changed);
+    QAccessible::updateAccessibility(&event);
 }
 
 void PageButton::paintEvent(QPaintEvent*) {

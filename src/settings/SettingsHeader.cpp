@@ -4,6 +4,7 @@
 #include "settings/SettingsHeader.hpp"
 
 #include "core/localization/Texts.hpp"
+#include "settings/AccessibleSettings.hpp"
 #include "settings/FeatureRow.hpp"
 #include "views/Colors.hpp"
 
@@ -75,7 +76,7 @@ void SettingsHeader::refresh() {
     icon_->setPixmap(services_.applicationIcon.pixmap(QSize(iconSide, iconSide)));
     wordmark_->setText(wordmarkMarkup());
     status_->setText(rendered(services_.model.runtime().runtimeStatus));
-    language_->setAccessibleName(rendered(core::texts::interfaceLanguage));
+    nameList(*language_, rendered(core::texts::interfaceLanguage));
     language_->setToolTip(rendered(core::texts::interfaceLanguage));
     language_->setCurrentIndex(static_cast<int>(language));
 }

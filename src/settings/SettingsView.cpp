@@ -3,6 +3,7 @@
 
 #include "settings/SettingsView.hpp"
 
+#include "settings/AccessibleSettings.hpp"
 #include "settings/ClipboardPage.hpp"
 #include "settings/GeneralPage.hpp"
 #include "settings/PageSelector.hpp"
@@ -13,6 +14,7 @@
 #include "settings/UpdatesPage.hpp"
 #include "views/Colors.hpp"
 
+#include <QAccessible>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QScrollArea>
@@ -33,6 +35,7 @@ SettingsView::SettingsView(const SettingsServices& services)
       header_(new SettingsHeader(services)),
       selector_(new PageSelector(services.symbol)),
       stack_(new QStackedWidget) {
+    QAccessible::installFactory(&accessibleSettings); // Qt keeps it once, however often it is installed
     setObjectName(QStringLiteral("settingsView"));
     setAttribute(Qt::WA_StyledBackground);
     stack_->setObjectName(QStringLiteral("pages"));

@@ -5,15 +5,14 @@
 
 #include "core/localization/Texts.hpp"
 #include "settings/SettingsView.hpp"
+#include "settings/WindowFrame.hpp"
 
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QScreen>
-#include <QStringList>
 #include <QVBoxLayout>
+#include <QWindow>
 
-#include <algorithm>
-#include <array>
 #include <chrono>
 #include <utility>
 
@@ -27,30 +26,22 @@ constexpr QSize contentSize(760, 780);
 constexpr QSize smallest(740, 720);
 constexpr auto settled = 500ms; ///< after the last move
 
-QRect frameOf(const std::string& stored) {
-    const auto parts = QString::fromStdString(stored).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    std::array<int, 4> numbers{};
-    if (parts.size() < static_cast<qsizetype>(numbers.size())) {
-        return {};
-    }
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        bool ok = false;
-        numbers.at(i) = parts.at(static_cast<qsizetype>(i)).toInt(&ok);
-        if (!ok) {
-            return {};
+/// Of a window that the window manager has not decorated yet.
+constexpr QMargins expectedDecoration(0, 36, 0, 0);
+
+/// The screen of which a window with this frame covers the most; none when its title bar cannot be reached on any.
+QScreen* screenFor(const QRect& frame) {
+    QScreen* best = nullptr;
+    int most = 0;
+    for (auto* screen : QGuiApplication::screens()) {
+        const auto area = screen->availableGeometry();
+        const auto shared = area.intersected(frame);
+        if (WindowFrame::isReachable(frame, area) && shared.width() * shared.height() > most) {
+            most = shared.width() * shared.height();
+            best = screen;
         }
     }
-    return {numbers[0], numbers[1], numbers[2], numbers[3]};
-}
-
-/// A window whose title bar cannot be reached on any screen is of no use.
-bool isReachable(const QRect& frame) {
-    const QRect bar(frame.left(), frame.top(), frame.width(), 40);
-    const auto screens = QGuiApplication::screens();
-    return std::any_of(screens.begin(), screens.end(), [&](const QScreen* screen) {
-        const auto shared = screen->availableGeometry().intersected(bar);
-        return shared.width() >= 80 && shared.height() >= 20;
-    });
+    return best;
 }
 
 } // namespace
@@ -65,11 +56,12 @@ SettingsWindow::SettingsWindow(SettingsServices services)
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(view_);
     view_->setFocusPolicy(Qt::ClickFocus);
-    setMinimumSize(smallest);
-    resize(contentSize);
     frameChanged_.setSingleShot(true);
     frameChanged_.setInterval(settled);
-    connect(&frameChanged_, &QTimer::timeout, this, [this] { saveFrame(); });
+    connect(&frameChanged_, &QTimer::timeout, this, [this] {
+        isOpening_ = false;
+        saveFrame();
+    });
     retitle();
     restoreFrame();
 }
@@ -79,11 +71,14 @@ void SettingsWindow::present(core::SettingsPage page) {
     view_->refreshIfStale();
     services_.windowTraits.setActivationPolicy(ActivationPolicy::regular);
     services_.windowTraits.activateApplication();
-    if (isMinimized()) {
-        showNormal();
-    } else {
-        show();
+    fitMinimumSize();
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    if (isOpening_) {
+        fitScreen();
+        frameChanged_.start();
     }
+    connect(windowHandle(), &QWindow::screenChanged, this, &SettingsWindow::fitMinimumSize, Qt::UniqueConnection);
     raise();
     activateWindow();
     if (focusWidget() == nullptr) {
@@ -111,14 +106,19 @@ void SettingsWindow::closeEvent(QCloseEvent* event) {
 
 void SettingsWindow::moveEvent(QMoveEvent* event) {
     QWidget::moveEvent(event);
-    if (isVisible()) {
-        frameChanged_.start();
-    }
+    frameHasChanged();
 }
 
 void SettingsWindow::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
+    frameHasChanged();
+}
+
+void SettingsWindow::frameHasChanged() {
     if (isVisible()) {
+        if (isOpening_) {
+            fitScreen(); // the window manager has placed and decorated the window
+        }
         frameChanged_.start();
     }
 }
@@ -133,26 +133,59 @@ void SettingsWindow::changeEvent(QEvent* event) {
 
 void SettingsWindow::restoreFrame() {
     const auto stored = services_.userDefaults.string(frameKey);
-    const auto frame = stored ? frameOf(*stored) : QRect();
-    if (!frame.isEmpty() && isReachable(frame)) {
-        resize(frame.size());
-        move(frame.topLeft());
-    } else if (const auto* screen = QGuiApplication::primaryScreen()) {
-        move(screen->availableGeometry().center() - rect().center());
+    const auto frame = stored ? WindowFrame::parse(*stored) : std::nullopt;
+    auto* screen = frame ? screenFor(*frame) : nullptr;
+    if (screen != nullptr) {
+        setScreen(screen);
+    }
+    fitMinimumSize();
+    resize(screen != nullptr ? frame->size() : contentSize);
+    move(screen != nullptr ? frame->topLeft() : this->screen()->availableGeometry().center() - rect().center());
+    fitScreen();
+    frame_ = QRect(pos(), size());
+}
+
+QMargins SettingsWindow::decoration() const {
+    const auto outside = frameGeometry();
+    const auto inside = geometry();
+    return isVisible() ? QMargins(inside.left() - outside.left(), inside.top() - outside.top(),
+                                  outside.right() - inside.right(), outside.bottom() - inside.bottom())
+                       : expectedDecoration;
+}
+
+void SettingsWindow::fitMinimumSize() {
+    setMinimumSize(smallest.boundedTo(screen()->availableGeometry().marginsRemoved(decoration()).size()));
+}
+
+void SettingsWindow::fitScreen() {
+    if (windowState() != Qt::WindowNoState) {
+        return;
+    }
+    const auto margins = decoration();
+    const QRect frame(pos(), size().grownBy(margins));
+    const auto fitted = WindowFrame::fitted(frame, screen()->availableGeometry());
+    if (fitted != frame) {
+        fitMinimumSize();
+        resize(fitted.size().shrunkBy(margins));
+        move(fitted.topLeft());
     }
 }
 
 void SettingsWindow::saveFrame() {
     frameChanged_.stop();
-    const auto place = isMaximized() ? normalGeometry() : QRect(pos(), size());
-    const auto text =
-        QStringLiteral("%1 %2 %3 %4").arg(place.x()).arg(place.y()).arg(place.width()).arg(place.height());
-    services_.userDefaults.setObject(frameKey, text.toStdString());
+    if (windowState() == Qt::WindowNoState) {
+        frame_ = QRect(pos(), size());
+    }
+    if (auto text = WindowFrame::stored(frame_); services_.userDefaults.string(frameKey) != text) {
+        services_.userDefaults.setObject(frameKey, std::move(text));
+    }
 }
 
 void SettingsWindow::retitle() {
-    setWindowTitle(
-        QString::fromStdString(core::texts::settingsWindowTitle.rendered(services_.preferences.state().language)));
+    const auto title =
+        QString::fromStdString(core::texts::settingsWindowTitle.rendered(services_.preferences.state().language));
+    setWindowTitle(title);
+    view_->setAccessibleName(title); // it has the focus until a control gets it
 }
 
 } // namespace quillane

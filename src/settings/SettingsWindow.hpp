@@ -8,6 +8,8 @@
 #include "core/direction/WritingDirection.hpp"
 #include "core/settings/SettingsPage.hpp"
 
+#include <QMargins>
+#include <QRect>
 #include <QTimer>
 #include <QWidget>
 
@@ -16,7 +18,8 @@ namespace quillane {
 class SettingsView;
 
 /// The one settings window. It is made once and kept: closing hides it. While it is open the program is like any other
-/// application; its place and size are remembered, across launches as well.
+/// application; its place and size are remembered, across launches as well,
+/// but not those of a maximized or full-screen window. The first time it is moved onto the screen as a whole.
 class SettingsWindow : public QWidget {
     Q_OBJECT
 
@@ -48,12 +51,24 @@ protected:
 
 private:
     void restoreFrame();
+    void frameHasChanged();
     void saveFrame();
     void retitle();
+
+    /// What the window manager draws around the window, or is expected to draw.
+    [[nodiscard]] QMargins decoration() const;
+
+    /// Lets the minimum size give way to a screen that is smaller.
+    void fitMinimumSize();
+
+    /// Moves the whole window onto its screen, smaller if need be.
+    void fitScreen();
 
     SettingsServices services_;
     SettingsView* view_;
     QTimer frameChanged_;
+    bool isOpening_ = true; ///< for the first time, until it stays where it is
+    QRect frame_;           ///< the last one that was neither maximized nor full-screen
     core::Subscription languageChange_;
 };
 

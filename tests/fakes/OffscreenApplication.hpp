@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "fakes/TemporaryFiles.hpp"
+
 #include <QApplication>
+#include <QSize>
 
 #include <cstdlib>
 #include <string>
@@ -12,9 +15,28 @@ namespace quillane::fakes {
 /// The application object of a test that draws windows without a display. To be made before anything that draws.
 class OffscreenApplication {
     struct Platform {
-        Platform() { ::setenv("QT_QPA_PLATFORM", "offscreen", 1); }
+        explicit Platform(const QSize& screen) {
+            std::string platform = "offscreen";
+            if (!screen.isEmpty()) {
+                const auto size =
+                    "\"width\": " + std::to_string(screen.width()) + ", \"height\": " + std::to_string(screen.height());
+                platform += ":configfile=" +
+                            files
+                                .file("screen.json", R"({"screens": [{"name": "", "x": 0, "y": 0, )" + size +
+                                                         R"(, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})")
+                                .string();
+            }
+            ::setenv("QT_QPA_PLATFORM", platform.c_str(), 1);
+        }
+
+        TemporaryFiles files;
     };
 
+public:
+    /// The screen is 800 × 800 unless another size is given.
+    explicit OffscreenApplication(const QSize& screen = {}) : platform_(screen) {}
+
+private:
     Platform platform_;
     int argc_ = 1;
     std::string name_ = "tests";

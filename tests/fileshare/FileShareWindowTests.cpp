@@ -3,6 +3,7 @@
 #include "fileshare/FileShareWindow.hpp"
 
 #include "core/localization/Texts.hpp"
+#include "fakes/FocusableNames.hpp"
 #include "fileshare/FileShareTest.hpp"
 
 #include <QDragEnterEvent>
@@ -53,7 +54,8 @@ protected:
         return names;
     }
 
-    /// Draws the window in every language, into a file for whoever wants to look, and finds no text cut off.
+    /// Draws the window in every language, into a file for whoever wants to look, and finds no text cut off and a name
+    /// on everything that takes the focus.
     void expectFits(FileShareWindow& window, const std::string& name) {
         for (const auto language : core::allLanguages) {
             preferences_.choose(language);
@@ -63,6 +65,7 @@ protected:
             const auto file =
                 std::string(QUILLANE_SCREENSHOTS) + "/share-" + name + '-' + std::string(languageID(language)) + ".png";
             EXPECT_TRUE(picture.save(QString::fromStdString(file)));
+            fakes::expectNamedFocusables(window);
             for (const auto* label : window.findChildren<QLabel*>()) {
                 if (label->isVisibleTo(&window) && !label->text().isEmpty()) {
                     EXPECT_GE(label->height(), label->heightForWidth(label->width()))

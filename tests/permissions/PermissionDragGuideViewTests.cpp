@@ -5,6 +5,7 @@
 
 #include "core/localization/Texts.hpp"
 #include "fakes/FakeDesktop.hpp"
+#include "fakes/FocusableNames.hpp"
 #include "fakes/OffscreenApplication.hpp"
 #include "permissions/AppDragView.hpp"
 
@@ -197,6 +198,7 @@ TEST_F(PermissionDragGuideViewTests, PicturesInAllLanguagesLightAndDark) {
             window();
             settle();
             expectNothingCut();
+            fakes::expectNamedFocusables(window());
             const auto picture = window().grab();
             const auto name = QStringLiteral("permission-guide-%1-%2.png")
                                   .arg(QLatin1String(std::string(core::languageID(language)).c_str()),

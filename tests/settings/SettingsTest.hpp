@@ -21,7 +21,8 @@ namespace quillane {
 /// The settings window over real models, with the desktop faked and drawn off the screen.
 class SettingsTest : public testing::Test {
 protected:
-    SettingsTest() {
+    /// On a screen that shows the longest page as a whole, or on one of another size.
+    explicit SettingsTest(const QSize& screen = {1600, 4000}) : application_(screen) {
         preferences.choose(core::AppLanguage::english);
         desktop.applicationCatalog.applications = {{"com.example.mail", "Mail"},
                                                    {"com.example.editor", "Editor", true}};

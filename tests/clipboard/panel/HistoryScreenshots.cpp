@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "clipboard/panel/HistoryPanelTest.hpp"
+#include "fakes/FocusableNames.hpp"
 
 #include <QDir>
 #include <QLinearGradient>
@@ -122,11 +123,13 @@ TEST_F(HistoryScreenshots, InAllLanguagesLightAndDark) {
             open();
             EXPECT_GT(drawnPixels(take(name("empty"))), 300);
             expectNothingCut();
+            fakes::expectNamedFocusables(window());
             panel.close();
             copyADay();
             open();
             EXPECT_GT(drawnPixels(take(name("entries"))), 5000);
             expectNothingCut();
+            fakes::expectNamedFocusables(window());
             list().scrollToBottom();
             EXPECT_GT(drawnPixels(take(name("more"))), 3000);
             QTest::keyClicks(&field(), "re");

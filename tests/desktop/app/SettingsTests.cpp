@@ -5,7 +5,9 @@
 #include "desktop/agent/LiveMenu.hpp"
 
 #include <algorithm>
+#include <cstdlib>
 #include <fstream>
+#include <string_view>
 
 namespace quillane::live {
 namespace {
@@ -38,6 +40,18 @@ protected:
         });
     }
 
+    /// Where the active window is, as xdotool prints it.
+    [[nodiscard]] std::string geometry() {
+        const auto active = desktop().screen().activeWindow();
+        const auto said = active ? desktop().run({"xdotool", "getwindowgeometry", std::to_string(*active)}).output : "";
+        return said.substr(std::min(said.find('\n'), said.size()));
+    }
+
+    [[nodiscard]] static int numberAfter(const std::string& text, std::string_view label) {
+        const auto at = text.find(label);
+        return at == std::string::npos ? -1 : std::atoi(text.c_str() + at + label.size());
+    }
+
     [[nodiscard]] bool shows(const std::string& name, const std::string& role) {
         return control(name, role).has_value();
     }
@@ -53,7 +67,7 @@ protected:
     static constexpr auto refresh = std::chrono::seconds(2); ///< between two looks of the agent at the desktop
 
     /// The controls of the window in their order: the language, the pages, then the switches of the first page.
-    static constexpr auto pageRole = "check box";
+    static constexpr auto pageRole = "page tab";
     static constexpr int firstSwitch = 3;
     static constexpr int loginSwitch = 8;
 };
@@ -79,6 +93,54 @@ TEST_F(LiveSettings, ClosedAndOpenedAgainItIsWhereItWas) {
     const auto second = desktop().screen().activeWindow();
     EXPECT_EQ(desktop().run({"xdotool", "getwindowgeometry", std::to_string(*second)}).output.substr(place.find('\n')),
               place.substr(place.find('\n')));
+}
+
+TEST_F(LiveSettings, FrameOfAMaximizedOrFullScreenWindowDoesNotDriftAcrossLaunches) {
+    std::string place;
+    for (const auto* state : {"maximized_vert,maximized_horz", "fullscreen"}) {
+        startAgent();
+        open();
+        const auto window = std::to_string(*desktop().screen().activeWindow());
+        if (place.empty()) {
+            ASSERT_TRUE(desktop().run({"xdotool", "windowsize", "--sync", window, "745", "725"}).succeeded());
+            ASSERT_TRUE(desktop().run({"xdotool", "windowmove", "--sync", window, "120", "30"}).succeeded());
+            place = geometry();
+            // It has been noted a little after the last move.
+            const auto settings = desktop().home() / ".config" / "quillane" / "defaults.plist";
+            ASSERT_TRUE(waitUntil([&] { return readFile(settings).find(" 745 725") != std::string::npos; }));
+        }
+        EXPECT_EQ(geometry(), place) << "before " << state;
+        ASSERT_TRUE(desktop().run({"wmctrl", "-i", "-r", window, "-b", std::string("add,") + state}).succeeded());
+        ASSERT_TRUE(waitUntil([&] { return geometry() != place; }));
+        closeWindow();
+        ASSERT_EQ(endAgent(), (ExitStatus{0, 0}));
+    }
+    startAgent();
+    open();
+    EXPECT_EQ(geometry(), place);
+}
+
+TEST_F(LiveSettings, OpensAsAWholeOnAScreenWithAPanel) {
+    const auto tray = desktop().run({"xdotool", "search", "--onlyvisible", "--class", "trayer"}).output;
+    const auto panel = tray.substr(0, tray.find('\n'));
+    ASSERT_TRUE(desktop()
+                    .run({"xprop", "-id", panel, "-f", "_NET_WM_STRUT", "32c", "-set", "_NET_WM_STRUT", "0,0,28,0"})
+                    .succeeded());
+    const auto workArea = [&] { return desktop().screen().numbers(desktop().screen().root(), "_NET_WORKAREA"); };
+    ASSERT_TRUE(waitUntil([&] { return workArea().size() >= 4 && workArea()[1] == 28; })) << tray;
+    startAgent();
+    open();
+    int top = -1;
+    int height = -1;
+    const auto isInside = [&] {
+        const auto frame =
+            desktop().run({"xwininfo", "-frame", "-id", std::to_string(*desktop().screen().activeWindow())});
+        top = numberAfter(frame.output, "Absolute upper-left Y:");
+        height = numberAfter(frame.output, "Height:");
+        return top >= 28 && top + height <= 800;
+    };
+    EXPECT_TRUE(waitUntil(isInside)) << top << ' ' << height;
+    EXPECT_GT(height, 700);
 }
 
 TEST_F(LiveSettings, OpenedAgainItShowsThePageThatWasLeft) {

@@ -3,6 +3,7 @@
 
 #include "platform/linux/QtFilePanel.hpp"
 
+#include "fakes/FocusableNames.hpp"
 #include "fakes/TemporaryFiles.hpp"
 #include "platform/FilePanelContract.hpp"
 
@@ -102,6 +103,13 @@ TEST_F(QtFilePanelTests, ShowsItsTextsAndTakesNoFolder) {
     EXPECT_TRUE(std::ranges::any_of(labels, [](const QLabel* label) {
         return label->text() == "To <b>nas</b>" && label->textFormat() == Qt::PlainText;
     }));
+    QtFilePanelDriver::cancel();
+}
+
+TEST_F(QtFilePanelTests, EverythingThatTakesTheFocusHasAName) {
+    choose();
+    QCoreApplication::processEvents();
+    fakes::expectNamedFocusables(*QtFilePanelDriver::dialog());
     QtFilePanelDriver::cancel();
 }
 
