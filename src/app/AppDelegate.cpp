@@ -6,6 +6,7 @@
 #include "app/StatusBarArtwork.hpp"
 #include "app/StatusMenu.hpp"
 #include "app/TintedSymbol.hpp"
+#include "core/direction/DirectionTarget.hpp"
 #include "core/keyboard/ScreenSharingPolicy.hpp"
 #include "core/localization/Texts.hpp"
 #include "core/permissions/PermissionSetupPolicy.hpp"
@@ -425,8 +426,10 @@ RuntimeFacts AppDelegate::runtimeFacts() const {
 }
 
 void AppDelegate::rememberTarget() {
-    if (auto target = direction_.target()) {
-        model_.setTestTargetID(std::move(*target));
+    const auto front = direction_.target();
+    const auto targets = core::directionTestTargets(services_.desktop);
+    if (front && std::ranges::find(targets, *front, &core::DirectionTestTarget::bundleID) != targets.end()) {
+        model_.setTestTargetID(*front);
     }
 }
 

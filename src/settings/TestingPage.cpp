@@ -5,6 +5,7 @@
 
 #include "core/direction/DirectionTarget.hpp"
 #include "core/localization/Texts.hpp"
+#include "settings/AccessibleSettings.hpp"
 #include "settings/Card.hpp"
 #include "settings/FeatureRow.hpp"
 
@@ -71,7 +72,7 @@ void TestingPage::addTarget() {
         model.setTestTargetID(std::string(targets.at(static_cast<std::size_t>(index)).bundleID));
     });
     bind([&model, target, targets](core::AppLanguage language) {
-        target->setAccessibleName(rendered(texts::applicationToTest, language));
+        nameList(*target, rendered(texts::applicationToTest, language));
         const auto chosen = std::ranges::find(targets, model.testTargetID(), &core::DirectionTestTarget::bundleID);
         target->setCurrentIndex(chosen != targets.end() ? static_cast<int>(chosen - targets.begin()) : -1);
     });

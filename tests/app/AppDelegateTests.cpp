@@ -302,6 +302,22 @@ TEST_F(AppDelegateTests, TheLastSupportedApplicationIsRemembered) {
     EXPECT_EQ(model->testTargetID(), "com.apple.Notes");
 }
 
+TEST_F(AppDelegateTests, OnlyTestTargetsOfTheDesktopAreRemembered) {
+    launch();
+    desktop.withFrontApplication("com.apple.Notes");
+    desktop.withFrontApplication("org.libreoffice.script");
+    EXPECT_EQ(model->testTargetID(), "com.apple.Notes") << "macOS does not offer it";
+}
+
+TEST_F(AppDelegateTests, LinuxRemembersItsOwnTestTargets) {
+    shownOn = core::Desktop::linuxDesktop;
+    launch();
+    desktop.withFrontApplication("org.libreoffice.script");
+    EXPECT_EQ(model->testTargetID(), "org.libreoffice.script");
+    desktop.withFrontApplication("com.apple.Notes");
+    EXPECT_EQ(model->testTargetID(), "org.libreoffice.script") << "no application of this desktop";
+}
+
 TEST_F(AppDelegateTests, ATapThatTheSystemDisablesIsReported) {
     launch();
     desktop.tap.disable();

@@ -243,6 +243,23 @@ TEST_F(SettingsWindowTests, ADirectionIsTestedInTheApplicationThatIsChosen) {
     EXPECT_FALSE(rightToLeft.isEnabled());
 }
 
+TEST_F(SettingsWindowTests, TestTargetsAreThoseOfTheDesktop) {
+    shownOn = core::Desktop::linuxDesktop;
+    auto runtime = model.runtime();
+    runtime.monitorRunning = runtime.accessibilityGranted = true;
+    model.setRuntime(runtime);
+    present(SettingsPage::testing);
+    auto& target = find<QComboBox>("target");
+    ASSERT_EQ(target.count(), 2);
+    EXPECT_EQ(target.itemText(1), "LibreOffice Writer");
+    EXPECT_EQ(target.currentIndex(), -1);
+    EXPECT_FALSE(find<QPushButton>("testRightToLeft").isEnabled());
+    target.activated(1);
+    EXPECT_EQ(model.testTargetID(), "org.libreoffice.script");
+    EXPECT_EQ(target.currentText(), "LibreOffice Writer");
+    EXPECT_TRUE(find<QPushButton>("testRightToLeft").isEnabled());
+}
+
 TEST_F(SettingsWindowTests, AWarningHasTheColourOfWarnings) {
     present(SettingsPage::general);
     for (const bool dark : {true, false}) {
