@@ -81,6 +81,17 @@ TEST_P(LivePanelOverEditor, ANumberPastesThatEntry) {
     expectEditorText("two");
 }
 
+TEST_P(LivePanelOverEditor, ShiftDeleteDeletesTheEntryAndControlBackspaceAWordOfTheSearch) {
+    start({"one", "two", "three"});
+    openPanel();
+    desktop().keyboard().type("nothing");
+    desktop().keyboard().tapWith({Key::leftControl}, Key::backspace);
+    desktop().keyboard().tapWith({Key::leftShift}, Key{119}); // Delete
+    EXPECT_TRUE(hasEntries(2));
+    desktop().keyboard().tap(Key::enter);
+    expectEditorText("two");
+}
+
 TEST_P(LivePanelOverEditor, ArrowsMoveTheSelection) {
     start({"one", "two", "three"});
     openPanel();
