@@ -33,6 +33,7 @@ struct DirectionTestTarget {
         return {{chrome.bundleID, chrome.displayName}, {libreOfficeBundleID, "LibreOffice Writer"}};
     }
     std::vector<DirectionTestTarget> targets;
+    targets.reserve(supportedApplications.size());
     for (const auto& application : supportedApplications) {
         targets.push_back({application.bundleID, application.displayName});
     }
