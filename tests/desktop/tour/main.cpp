@@ -4,6 +4,7 @@
 #include "desktop/tour/CaptureTour.hpp"
 #include "desktop/tour/DirectionTour.hpp"
 #include "desktop/tour/HistoryTour.hpp"
+#include "desktop/tour/SettingsTour.hpp"
 #include "desktop/tour/ShareTour.hpp"
 #include "desktop/tour/Tour.hpp"
 
@@ -29,6 +30,7 @@ public:
         historyTour(tour_, desktop_);
         captureTour(tour_, desktop_);
         directionTour(tour_, desktop_);
+        settingsTour(tour_, desktop_);
         for (const char* language : {"en", "he", "ar"}) {
             showMenu(language);
         }

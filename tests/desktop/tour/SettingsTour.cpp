@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "desktop/tour/SettingsTour.hpp"
+
+#include "core/localization/Texts.hpp"
+#include "core/settings/SettingsPage.hpp"
+#include "desktop/agent/LiveMenu.hpp"
+#include "desktop/fixture/MockServices.hpp"
+
+#include <algorithm>
+
+namespace quillane::live {
+
+namespace {
+
+constexpr auto sessionManager = "org.gnome.SessionManager";
+constexpr std::size_t keepAwakeRow = 6; ///< of the status menu
+
+class SettingsTour {
+public:
+    SettingsTour(Tour& tour, LiveDesktop& desktop) : tour_(tour), desktop_(desktop) {}
+
+    void walk() {
+        tour_.step("Keep Awake on", [&] {
+            start();
+            return toggleKeepAwake(true);
+        });
+        tour_.step("Keep Awake off", [&] { return toggleKeepAwake(false); });
+        for (const auto language : core::allLanguages) {
+            for (const auto page : core::allSettingsPages) {
+                const auto name = "settings in " + std::string(core::languageID(language)) + ' ' +
+                                  core::title(page).rendered(core::AppLanguage::english);
+                tour_.step(name, [&] {
+                    choose(language);
+                    return show(page, language);
+                });
+            }
+        }
+        mustSee(agent_->process().end() == ExitStatus{0, 0}, "the agent's orderly end");
+    }
+
+private:
+    void start() {
+        login_ = got(startLoginManager(desktop_));
+        manager_ = got(startInhibitionService(desktop_, sessionManager));
+        mustSee(chooseAgentLanguage(desktop_, "en"), "the language in the settings");
+        agent_ = got(LiveAgent::start(desktop_, true, withSystemBus(desktop_)));
+    }
+
+    std::string toggleKeepAwake(bool on) {
+        auto menu = got(LiveMenu::open(desktop_));
+        const auto rows = menu.rows();
+        mustSee(rows.size() > keepAwakeRow && menu.choose(rows[keepAwakeRow].title), "the row of Keep Awake");
+        std::string machine;
+        std::string display;
+        const auto isSeen = [&] {
+            machine = loginInhibitors(desktop_);
+            display = sessionInhibitors(desktop_, sessionManager);
+            return (machine.find("Quillane Keep Awake") != std::string::npos) == on && display.empty() != on;
+        };
+        mustSee(waitUntil(isSeen), "the inhibitors, but: " + machine + " and " + display);
+        return on ? "the login manager lists \"Quillane Keep Awake\", and the session manager \"" +
+                        display.substr(0, display.find('\n')) + "\""
+                  : "neither the login manager nor the session manager lists it any more";
+    }
+
+    /// With the keys alone: the list of languages comes first in the window, and an arrow key goes to the next one.
+    void choose(core::AppLanguage language) {
+        if (chosen_ == language) {
+            return;
+        }
+        if (!chosen_) {
+            mustSee(desktop_.run({agentExecutable()}).succeeded(), "an answer to quillane");
+            mustSee(desktop_.waitUntilInFront(agent_->process().pid()), "the settings in front");
+            mustSee(waitUntil([&] { return title() == settingsTitle(core::AppLanguage::english); }), "its title");
+            desktop_.keyboard().tap(Key::tab);
+        }
+        if (language != core::AppLanguage::english) {
+            desktop_.keyboard().tap(Key::down);
+        }
+        chosen_ = language;
+        mustSee(waitUntil([&] { return title() == settingsTitle(language); }), "its title, but: " + title());
+    }
+
+    std::string show(core::SettingsPage page, core::AppLanguage language) {
+        const auto name = core::title(page).rendered(language);
+        const auto tab = find([&](const AccessibleNode& node) { return node.role == "page tab" && node.name == name; });
+        mustSee(tab && desktop_.accessibility().activate(*tab), "the tab \"" + name + "\"");
+        const auto isSelected = [&] {
+            const auto now = desktop_.accessibility().refreshed(*tab);
+            return now && now->is(AccessibleNode::State::selected);
+        };
+        mustSee(waitUntil(isSelected), "the tab selected");
+        std::size_t texts = 0;
+        static_cast<void>(find([&](const AccessibleNode& node) {
+            texts += node.role == "label" && !node.name.empty() && node.is(AccessibleNode::State::showing) ? 1 : 0;
+            return false;
+        }));
+        mustSee(texts >= 5, "the texts of the page");
+        return "the tab \"" + name + "\" is selected, " + std::to_string(texts) + " texts are shown";
+    }
+
+    [[nodiscard]] std::optional<AccessibleNode> find(const AccessibleTree::Predicate& matches) {
+        const auto root = desktop_.accessibility().application(agent_->process().pid());
+        return root ? desktop_.accessibility().find(*root, matches) : std::nullopt;
+    }
+
+    [[nodiscard]] static std::string settingsTitle(core::AppLanguage language) {
+        return core::texts::settingsWindowTitle.rendered(language);
+    }
+
+    [[nodiscard]] std::string title() const {
+        const auto active = desktop_.screen().activeWindow();
+        return active ? desktop_.screen().text(*active, "_NET_WM_NAME") : std::string();
+    }
+
+    Tour& tour_;
+    LiveDesktop& desktop_;
+    std::optional<ChildProcess> login_;
+    std::optional<ChildProcess> manager_;
+    std::optional<LiveAgent> agent_;
+    std::optional<core::AppLanguage> chosen_;
+};
+
+} // namespace
+
+void settingsTour(Tour& tour, LiveDesktop& desktop) {
+    SettingsTour(tour, desktop).walk();
+}
+
+} // namespace quillane::live

@@ -1,0 +1,13 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "desktop/tour/Tour.hpp"
+
+namespace quillane::live {
+
+/// Keep Awake is turned on and off, and every page of the settings is shown in three languages.
+void settingsTour(Tour& tour, LiveDesktop& desktop);
+
+} // namespace quillane::live
