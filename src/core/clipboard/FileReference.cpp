@@ -4,20 +4,36 @@
 
 #include "core/support/Url.hpp"
 
+#include <algorithm>
+
 namespace quillane::core {
 
 namespace {
 
-/// The URL with its characters outside ASCII encoded.
+/// Whether a URL must have the character encoded. Controls are not: no program leaves them in a URL.
+bool isToEncode(char c) {
+    constexpr std::string_view printable = " \"<>[\\]^`{|}";
+    return static_cast<unsigned char>(c) >= 0x80 || printable.find(c) != std::string_view::npos;
+}
+
+/// Where the host ends, whose brackets hold an address.
+std::size_t hostEnd(std::string_view url) {
+    const auto scheme = std::min(url.find(':'), url.size());
+    return url.substr(scheme).starts_with("://") ? url.find_first_of("/?#", scheme + 3) : 0;
+}
+
+/// The URL with the characters encoded that it should have encoded, so that the strict parser takes it.
 std::string encoded(std::string_view url) {
     constexpr std::string_view digits = "0123456789ABCDEF";
+    const auto end = hostEnd(url);
     std::string ascii;
-    for (const char c : url) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x80) {
-            ascii += c;
-        } else {
+    for (std::size_t i = 0; i < url.size(); ++i) {
+        const char c = url[i];
+        if (isToEncode(c) && !(i < end && (c == '[' || c == ']'))) {
+            const auto byte = static_cast<unsigned char>(c);
             ascii += {'%', digits[byte >> 4U], digits[byte & 0x0fU]};
+        } else {
+            ascii += c;
         }
     }
     return ascii;

@@ -14,8 +14,8 @@ TEST(FileReference, FindsTheFileOfAFileUrl) {
 }
 
 TEST(FileReference, NothingElseNamesAFile) {
-    for (const auto* url : {"", "/tmp/a", "tmp", "file", "file:///a b", "file:///%zz", "file:///%4", "file:///a%00b",
-                            ":", "file:///a\n", "https://x.org/a", "file://elsewhere.example/a"}) {
+    for (const auto* url : {"", "/tmp/a", "tmp", "file", "file:///%zz", "file:///%4", "file:///a%00b", ":",
+                            "file:///a\n", "https://x.org/a", "file://elsewhere.example/a"}) {
         EXPECT_FALSE(referencedFile(url)) << url;
     }
 }
@@ -23,6 +23,17 @@ TEST(FileReference, NothingElseNamesAFile) {
 TEST(FileReference, TakesCharactersOutsideAsciiAsTheyAre) {
     EXPECT_EQ(referencedFile("file:///tmp/\xD7\xA9"), "/tmp/\xD7\xA9");
     EXPECT_EQ(lastPathComponent("file:///tmp/\xD7\xA9"), "\xD7\xA9");
+}
+
+TEST(FileReference, TakesBracketsAndSpacesInPathsAsTheyAre) {
+    EXPECT_EQ(referencedFile("file:///tmp/report%20[1].txt"), "/tmp/report [1].txt"); // as Qt writes it
+    EXPECT_EQ(referencedFile("file:///tmp/a b.txt"), "/tmp/a b.txt");
+    EXPECT_EQ(referencedFile("file:///tmp/{a}|\"b\"<c>\\^`%5B%5d"), "/tmp/{a}|\"b\"<c>\\^`[]");
+    EXPECT_EQ(lastPathComponent("file:///tmp/report%20[1].txt"), "report [1].txt");
+    EXPECT_EQ(lastPathComponent("file:///tmp/a b.txt"), "a b.txt");
+    EXPECT_EQ(lastPathComponent("file:/[a]/[b]"), "[b]");
+    EXPECT_EQ(lastPathComponent("https://[::1]:8080/[a]"), "[a]");
+    EXPECT_EQ(lastPathComponent("https://[::1"), std::nullopt);
 }
 
 TEST(FileReference, NamesTheLastComponent) {
