@@ -264,6 +264,10 @@ core::PasteboardTypeSet typesOf(std::span<const std::string_view> offered) {
             types.emplace(name);
         }
     }
+    if (types.contains(Types::png)) {
+        types.erase(std::string(Types::jpeg));
+        types.erase(std::string(Types::tiff));
+    }
     return types;
 }
 

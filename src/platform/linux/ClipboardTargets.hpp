@@ -17,7 +17,9 @@ namespace quillane::ClipboardTargets {
 /// Every target that is understood, markers included. Those not here are passed over.
 [[nodiscard]] std::span<const std::string_view> known();
 
-/// The uniform types that an owner with these targets offers. Lists of URIs count as files until they have been read.
+/// The uniform types that an owner with these targets offers. Lists of URIs count as files until they have been read. A
+/// picture that is offered as PNG is offered as nothing else: programs convert it to the other formats when asked, and
+/// all of them together would exceed what an entry may hold.
 [[nodiscard]] core::PasteboardTypeSet typesOf(std::span<const std::string_view> targets);
 
 /// The target to ask for a type: the one that keeps most of it.
