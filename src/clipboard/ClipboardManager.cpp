@@ -81,10 +81,13 @@ ClipboardManager::~ClipboardManager() {
 void ClipboardManager::start() {
     started_ = true;
     services_.pasteboard.setInterest([this, weak = std::weak_ptr(alive_)](const core::PasteboardTypeSet& types) {
-        return weak.expired() || !isCollecting() ? std::vector<std::string_view>()
-                                                 : core::ClipboardSnapshot::wantedTypes(types, options_);
+        return weak.expired() || !copied_ ? std::vector<std::string_view>()
+                                          : core::ClipboardSnapshot::wantedTypes(types, options_, *copied_);
     });
-    notices_ = services_.pasteboard.onChanged([this] { poll(); });
+    notices_ = services_.pasteboard.onChanged([this] {
+        noteChange();
+        record();
+    });
     load();
     updateCollecting();
     updateShortcut();
@@ -110,37 +113,49 @@ void ClipboardManager::stop() {
 // Collecting
 
 void ClipboardManager::poll() {
+    if (noteChange()) {
+        recordOnceFilled(0);
+    }
+}
+
+/// Whether a copy may be recorded, and from where, is decided when the pasteboard changes hands, however late its
+/// contents arrive. False when it has not.
+bool ClipboardManager::noteChange() {
     const auto changeCount = services_.pasteboard.changeCount();
     if (std::exchange(revision_, changeCount) == changeCount) {
-        return;
+        return false;
     }
-    ++reading_; // what was still to be read is no longer there
+    copied_.reset();
     if (isCollecting() && ready_) {
-        record(0);
+        const auto front = services_.workspace.frontmostApplication();
+        copied_ = {.foreground = front ? front->bundleID.value_or(std::string()) : std::string(),
+                   .sourceName = front ? front->name : std::string(),
+                   .secureInput = services_.secureInput.isEnabled(),
+                   .now = services_.now()};
     }
+    return true;
 }
 
 /// A program may empty the pasteboard a moment before it fills it, which is one change: what is not there yet is looked
 /// for again.
-void ClipboardManager::record(int rereads) {
-    if (services_.pasteboard.itemTypes().empty()) {
-        if (rereads < mostRereads) {
-            services_.mainQueue.postAfter(
-                rereadDelay, [this, weak = std::weak_ptr(alive_), reading = reading_, rereads] {
-                    if (!weak.expired() && reading == reading_ && services_.pasteboard.changeCount() == revision_) {
-                        record(rereads + 1);
-                    }
-                });
-        }
+void ClipboardManager::recordOnceFilled(int rereads) {
+    record();
+    if (copied_ && rereads < mostRereads) {
+        services_.mainQueue.postAfter(rereadDelay, [this, weak = std::weak_ptr(alive_), revision = revision_, rereads] {
+            if (!weak.expired() && revision == revision_) {
+                recordOnceFilled(rereads + 1);
+            }
+        });
+    }
+}
+
+/// Does nothing while the copy that was noted cannot be read.
+void ClipboardManager::record() {
+    if (!copied_ || services_.pasteboard.changeCount() != revision_ || services_.pasteboard.itemTypes().empty()) {
         return;
     }
-    const auto front = services_.workspace.frontmostApplication();
-    auto entry =
-        core::ClipboardSnapshot::capture(services_.pasteboard, options_,
-                                         {.foreground = front ? front->bundleID.value_or(std::string()) : std::string(),
-                                          .sourceName = front ? front->name : std::string(),
-                                          .secureInput = services_.secureInput.isEnabled(),
-                                          .now = services_.now()});
+    const auto moment = std::exchange(copied_, std::nullopt);
+    auto entry = core::ClipboardSnapshot::capture(services_.pasteboard, options_, *moment);
     if (entry && history_.insert(std::move(*entry), options_)) {
         save();
         changes_.notify();
@@ -161,7 +176,7 @@ void ClipboardManager::updateCollecting() {
     if (!started_ || std::exchange(collects_, isCollecting()) == isCollecting()) {
         return;
     }
-    ++reading_;
+    copied_.reset();
     timer_.cancel(); // while it is off, nothing wakes the processor for it
     if (collects_) {
         revision_ = services_.pasteboard.changeCount();
@@ -239,7 +254,7 @@ bool ClipboardManager::copy(const core::Uuid& id, core::ClipboardSnapshot::Resto
     }
     history_.touch(id, services_.now());
     revision_ = services_.pasteboard.changeCount(); // not a copy of the user's
-    ++reading_;
+    copied_.reset();
     save();
     changes_.notify();
     return true;

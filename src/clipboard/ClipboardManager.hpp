@@ -121,7 +121,9 @@ private:
     [[nodiscard]] bool isCollecting() const { return options_.enabled && !isSuspended(); }
 
     void poll();
-    void record(int rereads);
+    bool noteChange();
+    void recordOnceFilled(int rereads);
+    void record();
     void load();
     void finishLoading(Loaded loaded);
     void save();
@@ -135,8 +137,8 @@ private:
     core::ClipboardHistory history_;
     std::shared_ptr<Vault> vault_; ///< shared with tasks on the vault's queue, and used by them only
     Suspension suspension_;
-    std::int64_t revision_ = 0; ///< the change count that was seen last
-    std::uint64_t reading_ = 0; ///< of the change that is being read; a later look of an older one stops
+    std::int64_t revision_ = 0;                             ///< the change count that was seen last
+    std::optional<core::ClipboardSnapshot::Moment> copied_; ///< when the copy that is to be read was made
     std::uint64_t saveWork_ = 0;
     bool started_ = false;
     bool collects_ = false;

@@ -14,20 +14,21 @@ namespace quillane {
 
 /// The system's general pasteboard. Main thread. Nothing here waits for another program.
 ///
-/// On a desktop where contents stay with the program that was copied from, they are fetched when they change, in the
-/// background, and read from memory: the change count moves when the contents change hands, and once more when they
-/// have been fetched. Until then, when nobody is interested in them, when they are larger than an entry may be and when
-/// their owner does not give them, the pasteboard reads as empty. What was on it before the program started is not
-/// fetched.
+/// On a desktop where contents stay with the program that was copied from, they are fetched when they change hands, in
+/// the background, and read from memory: the change count moves when they change hands and stays when they have been
+/// fetched. Until then, when nobody is interested in them, when they are larger than an entry may be and when their
+/// owner does not give them, the pasteboard reads as empty. What was on it before the program started is not fetched.
 class Pasteboard : public core::PasteboardContents {
 public:
-    /// Says which of the types on offer will be read. Called for every change, perhaps more than once.
+    /// Says which of the types on offer will be read. Called for every change, after its first notice and perhaps more
+    /// than once.
     using Interest = std::function<std::vector<std::string_view>(const core::PasteboardTypeSet& types)>;
 
     /// Replaces the interest, which holds for changes from now on. At first, and with an empty function, there is none.
     virtual void setInterest(Interest interest) = 0;
 
-    /// Another program has changed the contents, and what is of interest can be read. A desktop that does not tell of
+    /// Another program has changed the contents: given as soon as they change hands, and once more, with the same
+    /// change count, when what is of interest can be read or has been given up. A desktop that does not announce
     /// changes, as macOS, never gives this notice: there the change count has to be looked at from time to time.
     virtual core::Subscription onChanged([[maybe_unused]] std::function<void()> callback) { return {}; }
 };

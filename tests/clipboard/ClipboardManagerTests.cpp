@@ -110,15 +110,110 @@ TEST_F(ClipboardManagerTest, NoPasswordIsRecorded) {
     EXPECT_THAT(recorded(), IsEmpty());
 }
 
-TEST_F(ClipboardManagerTest, NobodyIsAskedForContentsThatAreNotRecorded) {
+/// On a desktop that announces changes and brings the contents later.
+class LateContentsTest : public ClipboardManagerTest {
+protected:
+    LateContentsTest() { pasteboard.tellOfChanges(); }
+
+    /// What is fetched of a text that is on offer.
+    [[nodiscard]] std::vector<std::string_view> wanted() const {
+        return pasteboard.interest()({std::string(core::PasteboardTypes::string)});
+    }
+
+    void arrive(const std::string& text) {
+        pasteboard.arrive(text);
+        pass(2s);
+    }
+};
+
+TEST_F(LateContentsTest, AreRecordedHoweverLateTheyArrive) {
     start();
-    const core::PasteboardTypeSet types{std::string(core::PasteboardTypes::string)};
-    EXPECT_EQ(pasteboard.interest()(types).size(), 1U);
+    pasteboard.copyUnfetched();
+    EXPECT_THAT(wanted(), ElementsAre(core::PasteboardTypes::string));
+    pass(20s);
+    arrive("late");
+    EXPECT_THAT(recorded(), ElementsAre("late"));
+    EXPECT_EQ(manager_->history().entries()[0].copiedAt, manager_->history().entries()[0].createdAt);
+}
+
+TEST_F(LateContentsTest, AreRecordedAsOfTheMomentOfTheCopy) {
+    start();
+    const auto copied = managerServices().now();
+    pasteboard.copyUnfetched();
+    workspace.activate(workspace.open("com.example.viewer", "Viewer"));
+    secureInput.setEnabled(true);
+    pass(5s);
+    arrive("late");
+    ASSERT_THAT(recorded(), ElementsAre("late"));
+    EXPECT_EQ(manager_->history().entries()[0].source, "com.example.editor");
+    EXPECT_EQ(manager_->history().entries()[0].sourceName, "Editor");
+    EXPECT_EQ(manager_->history().entries()[0].copiedAt, copied);
+}
+
+TEST_F(LateContentsTest, OfACopyMadeWhilePausedAreNeitherAskedForNorRecorded) {
+    start();
     manager_->configure({.paused = true});
-    EXPECT_THAT(pasteboard.interest()(types), IsEmpty());
+    pasteboard.copyUnfetched();
     manager_->configure({});
+    EXPECT_THAT(wanted(), IsEmpty());
+    arrive("secret");
+    EXPECT_THAT(recorded(), IsEmpty());
+}
+
+TEST_F(LateContentsTest, AreNotRecordedAfterAPauseSinceTheCopy) {
+    start();
+    pasteboard.copyUnfetched();
+    manager_->configure({.paused = true});
+    EXPECT_THAT(wanted(), IsEmpty());
+    manager_->configure({});
+    arrive("copied before the pause");
+    EXPECT_THAT(recorded(), IsEmpty());
+}
+
+TEST_F(LateContentsTest, OfACopyMadeWhileItIsOffAreNeitherAskedForNorRecorded) {
+    start();
     setOption(&core::ClipboardOptions::enabled, false);
-    EXPECT_THAT(pasteboard.interest()(types), IsEmpty());
+    pasteboard.copyUnfetched();
+    setOption(&core::ClipboardOptions::enabled, true);
+    EXPECT_THAT(wanted(), IsEmpty());
+    arrive("off");
+    EXPECT_THAT(recorded(), IsEmpty());
+}
+
+TEST_F(LateContentsTest, OfACopyMadeWhileTheHistoryIsLoadingAreNeitherAskedForNorRecorded) {
+    make();
+    manager_->start();
+    pasteboard.copyUnfetched();
+    EXPECT_THAT(wanted(), IsEmpty());
+    settle();
+    EXPECT_TRUE(manager_->isReady());
+    arrive("too early");
+    EXPECT_THAT(recorded(), IsEmpty());
+}
+
+TEST_F(LateContentsTest, OfAnExcludedApplicationAreNeitherAskedForNorRecorded) {
+    start();
+    auto options = manager_->options();
+    options.ignoredApps = {"com.example.excluded"};
+    manager_->setOptions(options);
+    for (const auto* application : {"com.example.excluded", "com.bitwarden.desktop"}) {
+        workspace.activate(workspace.open(application, "Excluded"));
+        pasteboard.copyUnfetched();
+        EXPECT_THAT(wanted(), IsEmpty()) << application;
+        workspace.activate(workspace.open("com.example.editor", "Editor"));
+        arrive("secret");
+        EXPECT_THAT(recorded(), IsEmpty()) << application;
+    }
+}
+
+TEST_F(LateContentsTest, OfACopyMadeFromAPasswordFieldAreNeitherAskedForNorRecorded) {
+    start();
+    secureInput.setEnabled(true);
+    pasteboard.copyUnfetched();
+    EXPECT_THAT(wanted(), IsEmpty());
+    secureInput.setEnabled(false);
+    arrive("typed password");
+    EXPECT_THAT(recorded(), IsEmpty());
 }
 
 TEST_F(ClipboardManagerTest, ANoticeOfAChangeIsNotWaitedForByTheTimer) {

@@ -36,6 +36,14 @@ public:
 
     void copyText(std::string text) { copy({{{{std::string(core::PasteboardTypes::string), std::move(text)}}, {}}}); }
 
+    /// Another application copies, and its contents are still to be fetched: `arrive` brings them.
+    void copyUnfetched() { copy({}); }
+
+    void arrive(std::string text) {
+        fillText(std::move(text));
+        changes_.notify();
+    }
+
     /// The application that copied fills what it has emptied before: the change count stays.
     void fillText(std::string text) {
         items_ = {{{{std::string(core::PasteboardTypes::string), std::move(text)}}, {}}};

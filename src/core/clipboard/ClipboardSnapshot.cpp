@@ -162,9 +162,11 @@ std::optional<ClipboardEntry> capture(const PasteboardContents& pasteboard, cons
                                 moment.now);
 }
 
-std::vector<std::string_view> wantedTypes(const PasteboardTypeSet& types, const ClipboardOptions& options) {
+std::vector<std::string_view> wantedTypes(const PasteboardTypeSet& types, const ClipboardOptions& options,
+                                          const Moment& moment) {
     const auto kind = kindOf(types);
-    if (ClipboardPrivacy::hasIgnoredType(types) || !options.accepts(kind)) {
+    if (ClipboardPrivacy::shouldIgnore(types, {}, moment.foreground, options.ignoredApps, moment.secureInput) ||
+        !options.accepts(kind)) {
         return {};
     }
     std::vector<std::string_view> wanted;

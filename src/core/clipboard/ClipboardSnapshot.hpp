@@ -34,8 +34,8 @@ struct Moment {
 
 /// The types that `capture` would read of a pasteboard that offers these, the source marker included. Empty when it
 /// would keep nothing of it, so that nothing has to be fetched.
-[[nodiscard]] std::vector<std::string_view> wantedTypes(const PasteboardTypeSet& types,
-                                                        const ClipboardOptions& options);
+[[nodiscard]] std::vector<std::string_view> wantedTypes(const PasteboardTypeSet& types, const ClipboardOptions& options,
+                                                        const Moment& moment = {});
 
 enum class RestoreMode { full, plainText };
 

@@ -99,12 +99,11 @@ void X11Pasteboard::ownerChanged(xcb_window_t owner, xcb_timestamp_t time) {
     owner_.lost();
     cancelFetch();
     items_.clear();
-    ++changeCount_;
-    time_ = time;
-    if (owner != XCB_WINDOW_NONE && interest_) {
+    const auto change = ++changeCount_;
+    changes_.notify();
+    if (change == changeCount_ && owner != XCB_WINDOW_NONE && interest_) {
+        time_ = time;
         fetchTargets(); // which gives notice in the end
-    } else {
-        changes_.notify();
     }
 }
 
@@ -241,7 +240,6 @@ std::size_t X11Pasteboard::bytesLeft() const {
 void X11Pasteboard::publish(std::vector<Item> items) {
     fetched_.clear();
     items_ = std::move(items);
-    ++changeCount_;
     changes_.notify();
 }
 

@@ -28,6 +28,7 @@ public:
         endless,  ///< increments that never end
         stalling, ///< stops after the first increment
         lying,    ///< says that it has answered and has not
+        late,     ///< answers when `answerNow` is called
     };
 
     explicit SelectionPeer(const std::string& display) : connection_(std::move(*X11Connection::open(display))) {
@@ -58,6 +59,14 @@ public:
     /// Refuses so many requests before it answers, as a program that takes the clipboard too early does.
     void refuseAtFirst(int requests) { refusals_ = requests; }
 
+    /// Answers what it has been asked meanwhile, and from now on at once.
+    void answerNow() {
+        manner_ = Manner::whole;
+        for (const auto& request : std::exchange(unanswered_, {})) {
+            answer(request);
+        }
+    }
+
     void announceSize(std::uint32_t size) { announcedSize_ = size; }
 
     [[nodiscard]] X11Connection& connection() { return *connection_; }
@@ -81,6 +90,7 @@ private:
             isOwner_ = false;
             return;
         case XCB_SELECTION_REQUEST:
+            note(reinterpret_cast<const xcb_selection_request_event_t&>(event));
             answer(reinterpret_cast<const xcb_selection_request_event_t&>(event));
             return;
         case XCB_PROPERTY_NOTIFY:
@@ -91,13 +101,19 @@ private:
         }
     }
 
-    void answer(const xcb_selection_request_event_t& request) {
+    void note(const xcb_selection_request_event_t& request) {
         for (const auto& [name, value] : atoms_) {
             if (value == request.target) {
                 asked_.push_back(name);
             }
         }
-        if (manner_ == Manner::silent) {
+    }
+
+    void answer(const xcb_selection_request_event_t& request) {
+        if (manner_ == Manner::late) {
+            unanswered_.push_back(request);
+        }
+        if (manner_ == Manner::silent || manner_ == Manner::late) {
             return;
         }
         auto* c = connection_->raw();
@@ -165,6 +181,7 @@ private:
     std::array<xcb_atom_t, 3> transfer_{}; ///< window, property, target
     std::size_t sent_ = 0;
     std::vector<std::string> asked_;
+    std::vector<xcb_selection_request_event_t> unanswered_;
     int refusals_ = 0;
     bool isOwner_ = true;
     core::Subscription events_;

@@ -30,7 +30,7 @@ protected:
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(bytes.data(), static_cast<qint64>(bytes.size()));
         file.close();
-        const auto before = pasteboard_.changeCount();
+        const auto before = notices_;
         copying_.start("xclip", {"-quiet", "-selection", "clipboard", "-t", target, "-i", file.fileName()});
         ASSERT_TRUE(copying_.waitForStarted());
         waitForContents(before);

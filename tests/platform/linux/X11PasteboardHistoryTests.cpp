@@ -1,0 +1,103 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "clipboard/ClipboardManager.hpp"
+#include "fakes/FakeClipboardDesktop.hpp"
+#include "platform/linux/X11PasteboardTest.hpp"
+
+namespace quillane {
+namespace {
+
+/// The clipboard history over a real selection, beside an editor that is in front. Its owner answers late.
+class LateOwnerTest : public X11PasteboardTest {
+protected:
+    LateOwnerTest() {
+        core::ClipboardOptions options;
+        options.enabled = true;
+        options.ignoredApps = {"com.example.vault"};
+        manager_.setOptions(options);
+        desktop_.workspace.activate(editor_);
+        manager_.start();
+    }
+
+    void finishLoading() {
+        desktop_.vaultQueue.wait();
+        desktop_.queue.runPosted();
+        ASSERT_TRUE(manager_.isReady());
+    }
+
+    /// Another program copies, and is asked for nothing or does not answer yet.
+    void copyUnanswered() {
+        const auto before = notices_;
+        peer_.own({{"UTF8_STRING", "late"}}, Manner::late);
+        ASSERT_TRUE(waitUntil([&] { return notices_ == before + 1 && !peer_.asked().empty(); }));
+    }
+
+    void answer() {
+        const auto before = notices_;
+        peer_.answerNow();
+        ASSERT_TRUE(waitUntil([&] { return notices_ > before; }));
+        desktop_.queue.advance(std::chrono::seconds(2));
+    }
+
+    [[nodiscard]] std::vector<std::string> recorded() const {
+        std::vector<std::string> texts;
+        for (const auto& entry : manager_.history().entries()) {
+            texts.push_back(*entry.text);
+        }
+        return texts;
+    }
+
+    fakes::FakeClipboardDesktop desktop_;
+    pid_t editor_ = desktop_.workspace.open("com.example.editor", "Editor");
+    ClipboardManager manager_{ClipboardServices{.mainQueue = desktop_.queue,
+                                                .userDefaults = desktop_.userDefaults,
+                                                .workspace = desktop_.workspace,
+                                                .pasteboard = pasteboard_,
+                                                .hotKeys = desktop_.hotKeys,
+                                                .secureInput = desktop_.secureInput,
+                                                .secretStore = desktop_.secrets,
+                                                .vaultQueue = desktop_.vaultQueue,
+                                                .vaultFolder = desktop_.folder(),
+                                                .now = [] { return core::Date{1}; }}};
+};
+
+TEST_F(LateOwnerTest, CopyIsRecordedFromWhereItWasMade) {
+    finishLoading();
+    copyUnanswered();
+    desktop_.workspace.activate(desktop_.workspace.open("com.example.viewer", "Viewer"));
+    answer();
+    ASSERT_THAT(recorded(), ElementsAre("late"));
+    EXPECT_EQ(manager_.history().entries().front().source, "com.example.editor");
+}
+
+TEST_F(LateOwnerTest, CopyMadeWhilePausedIsNotRecorded) {
+    finishLoading();
+    manager_.configure({.paused = true});
+    copyUnanswered();
+    manager_.configure({});
+    answer();
+    EXPECT_THAT(recorded(), IsEmpty());
+    EXPECT_THAT(peer_.asked(), ElementsAre("TARGETS"));
+}
+
+TEST_F(LateOwnerTest, CopyMadeWhileTheHistoryIsLoadingIsNotRecorded) {
+    copyUnanswered();
+    finishLoading();
+    answer();
+    EXPECT_THAT(recorded(), IsEmpty());
+    EXPECT_THAT(peer_.asked(), ElementsAre("TARGETS"));
+}
+
+TEST_F(LateOwnerTest, CopyFromAnExcludedApplicationIsNotRecordedAndItsContentsAreNotAskedFor) {
+    finishLoading();
+    desktop_.workspace.activate(desktop_.workspace.open("com.example.vault", "Vault"));
+    copyUnanswered();
+    desktop_.workspace.activate(editor_);
+    answer();
+    EXPECT_THAT(recorded(), IsEmpty());
+    EXPECT_THAT(peer_.asked(), ElementsAre("TARGETS"));
+}
+
+} // namespace
+} // namespace quillane
