@@ -59,6 +59,9 @@ std::vector<MenuRow> statusMenuRows(const StatusMenuState& state, const StatusMe
     };
     auto capture = item(texts::captureAreaToClipboard, "", actions.captureArea);
     capture.toolTip = text(captureDescription(state));
+    auto keepAwake =
+        toggle(texts::keepMacAwake.on(state.desktop), "cup.and.saucer", actions.toggleKeepAwake, state.keepAwakeActive);
+    keepAwake.toolTip = text(state.keepAwakeStatus);
     auto settings = item(texts::settings, "gearshape", actions.showSettings);
     settings.keyEquivalent = ",";
 
@@ -70,7 +73,7 @@ std::vector<MenuRow> statusMenuRows(const StatusMenuState& state, const StatusMe
         capture,
         item(texts::clipboardHistory, "clock.arrow.circlepath", actions.showClipboard),
         item(texts::quillaneShare, "square.and.arrow.up", actions.shareFile),
-        toggle(texts::keepMacAwake.on(state.desktop), "cup.and.saucer", actions.toggleKeepAwake, state.keepAwakeActive),
+        keepAwake,
         separator(),
         settings,
         item(texts::permissions, "hand.raised", actions.showPermissions),

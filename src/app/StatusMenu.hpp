@@ -21,6 +21,7 @@ struct StatusMenuState {
     std::string version;
     core::FeatureOptions options;
     bool keepAwakeActive = false;
+    core::LocalizedText keepAwakeStatus;
     AreaCapture::Means captureMeans = AreaCapture::Means::none;
     bool accessibilityGranted = false;
     StatusRow status;

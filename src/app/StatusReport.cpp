@@ -29,7 +29,10 @@ std::string toJson(const StatusReport& report) {
           {"writingDirection", options.writingDirection},
           {"keepAwake", options.keepAwake},
           {"excludeScreenSharing", options.excludeScreenSharing}}},
-        {"keepAwake", {{"active", runtime.keepAwakeActive}, {"failed", runtime.keepAwakeFailed}}},
+        {"keepAwake",
+         {{"active", runtime.keepAwakeActive},
+          {"failed", runtime.keepAwakeFailed},
+          {"status", runtime.keepAwakeStatus.rendered(report.language)}}},
         {"lastDirection",
          {{"direction", report.directions.last ? Json(core::rawValue(*report.directions.last)) : Json(nullptr)},
           {"count", report.directions.count}}},
@@ -48,6 +51,9 @@ std::string toJson(const StatusReport& report) {
 
 std::string toText(const StatusReport& report) {
     auto text = "Quillane " + report.version + "\n" + report.runtime.runtimeStatus.rendered(report.language);
+    if (report.runtime.keepAwakeFailed) {
+        text += "\n" + report.runtime.keepAwakeStatus.rendered(report.language);
+    }
     if (const auto action = report.lastAction.rendered(report.language); !action.empty()) {
         text += "\n" + action;
     }

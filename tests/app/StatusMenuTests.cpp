@@ -136,6 +136,12 @@ TEST(StatusMenu, KeepAwakeIsCheckedByWhatIsActiveNotByTheWish) {
     EXPECT_FALSE(statusMenuRows(shown, allActions())[6].checked);
 }
 
+TEST(StatusMenu, KeepAwakeSaysInItsToolTipHowItStands) {
+    auto shown = state();
+    shown.keepAwakeStatus = core::texts::keepAwakeFailed;
+    EXPECT_EQ(statusMenuRows(shown, allActions())[6].toolTip, "Could not prevent sleep. Turn off and on to retry.");
+}
+
 TEST(StatusMenu, PausedOffersToResume) {
     auto shown = state();
     shown.options.paused = true;

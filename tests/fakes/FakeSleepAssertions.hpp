@@ -4,10 +4,13 @@
 #pragma once
 
 #include "core/power/SleepAssertionClient.hpp"
+#include "core/support/Listeners.hpp"
 
+#include <algorithm>
 #include <map>
 #include <set>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace quillane::fakes {
@@ -33,6 +36,22 @@ public:
         }
     }
 
+    core::Subscription
+    onLost(std::function<void(core::SleepAssertionID, core::SleepAssertionError)> callback) override {
+        return losses_.subscribe(std::move(callback));
+    }
+
+    /// Who keeps the assertion of this kind has gone. Throws when none is held.
+    void lose(Kind kind, std::int32_t code) {
+        const auto found = std::ranges::find(held_, kind, &std::pair<const core::SleepAssertionID, Kind>::second);
+        if (found == held_.end()) {
+            throw std::logic_error("nothing to lose");
+        }
+        const auto assertion = found->first;
+        held_.erase(found);
+        losses_.notify(assertion, {code});
+    }
+
     void refuse(Kind kind, std::int32_t code) { refusals_[kind] = code; }
 
     void allowAll() { refusals_.clear(); }
@@ -52,6 +71,7 @@ public:
     [[nodiscard]] const std::vector<Kind>& released() const { return released_; }
 
 private:
+    core::Listeners<core::SleepAssertionID, core::SleepAssertionError> losses_;
     core::SleepAssertionID last_ = 0;
     std::map<core::SleepAssertionID, Kind> held_;
     std::map<Kind, std::int32_t> refusals_;

@@ -3,8 +3,11 @@
 
 #pragma once
 
+#include "core/support/Subscription.hpp"
+
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <variant>
 
 namespace quillane::core {
@@ -37,6 +40,14 @@ public:
 
     /// Lets go of one assertion. A number that stands for none is passed over.
     virtual void release(SleepAssertionID assertion) = 0;
+
+    /// Who kept an assertion has gone, as a service that is restarted: nothing is held for it any more, and it need not
+    /// be released. Called outside `create` and `release`, when creating it again can succeed. A system whose
+    /// assertions last as long as the process, as macOS, never gives this notice.
+    virtual Subscription
+    onLost([[maybe_unused]] std::function<void(SleepAssertionID assertion, SleepAssertionError reason)> callback) {
+        return {};
+    }
 };
 
 } // namespace quillane::core

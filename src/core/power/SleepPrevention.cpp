@@ -5,7 +5,13 @@
 
 #include "core/localization/Texts.hpp"
 
+#include <algorithm>
+
 namespace quillane::core {
+
+SleepPrevention::SleepPrevention(SleepAssertionClient& client)
+    : client_(client),
+      losses_(client.onLost([this](SleepAssertionID lost, SleepAssertionError reason) { takeAgain(lost, reason); })) {}
 
 void SleepPrevention::setEnabled(bool enabled) {
     if (enabled == requested_) {
@@ -13,6 +19,7 @@ void SleepPrevention::setEnabled(bool enabled) {
     }
     requested_ = enabled;
     error_.reset();
+    takenAgain_.clear();
     if (!enabled) {
         releaseAll();
         return;
@@ -26,6 +33,23 @@ void SleepPrevention::setEnabled(bool enabled) {
         }
         assertions_.push_back(std::get<SleepAssertionID>(created));
     }
+}
+
+void SleepPrevention::takeAgain(SleepAssertionID lost, SleepAssertionError reason) {
+    const auto place = std::ranges::find(assertions_, lost);
+    if (place == assertions_.end()) {
+        return;
+    }
+    const auto kind = allSleepAssertionKinds.at(static_cast<std::size_t>(place - assertions_.begin()));
+    const std::variant<SleepAssertionID, SleepAssertionError> taken =
+        takenAgain_.insert(kind).second ? client_.create(kind) : reason;
+    if (const auto* assertion = std::get_if<SleepAssertionID>(&taken)) {
+        *place = *assertion;
+        return;
+    }
+    error_ = std::get<SleepAssertionError>(taken);
+    assertions_.erase(place);
+    releaseAll();
 }
 
 void SleepPrevention::releaseAll() {

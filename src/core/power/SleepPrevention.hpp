@@ -8,14 +8,16 @@
 #include "core/preferences/FeatureOptions.hpp"
 
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace quillane::core {
 
-/// Keeps the machine and its display awake while it is enabled. Either both assertions are held or none. Main thread.
+/// Keeps the machine and its display awake while it is enabled. Either both assertions are held or none. One that is
+/// lost is taken again, once for each enabling; after that, or when it cannot be had, enabling has failed. Main thread.
 class SleepPrevention {
 public:
-    explicit SleepPrevention(SleepAssertionClient& client) : client_(client) {}
+    explicit SleepPrevention(SleepAssertionClient& client);
 
     /// Releases what is held.
     ~SleepPrevention() { releaseAll(); }
@@ -24,22 +26,25 @@ public:
     SleepPrevention& operator=(const SleepPrevention&) = delete;
 
     /// Asks for both assertions, or releases them. The value of the last call again does nothing: after a failure only
-    /// disabling and enabling tries anew.
+    /// disabling and enabling tries again.
     void setEnabled(bool enabled);
 
     /// Both assertions are held.
     [[nodiscard]] bool isActive() const { return assertions_.size() == allSleepAssertionKinds.size(); }
 
-    /// Why the last enabling failed.
+    /// Why the last enabling failed, or did not last.
     [[nodiscard]] const std::optional<SleepAssertionError>& error() const { return error_; }
 
 private:
+    void takeAgain(SleepAssertionID lost, SleepAssertionError reason);
     void releaseAll();
 
     SleepAssertionClient& client_;
-    std::vector<SleepAssertionID> assertions_; ///< in the order of creation
+    std::vector<SleepAssertionID> assertions_;     ///< in the order of creation, which is that of the kinds
+    std::set<SleepAssertionKind> takenAgain_ = {}; ///< since the last enabling
     bool requested_ = false;
     std::optional<SleepAssertionError> error_;
+    Subscription losses_;
 };
 
 /// What Keep Awake says about itself.

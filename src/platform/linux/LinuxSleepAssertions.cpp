@@ -7,6 +7,8 @@
 #include "platform/linux/SessionBus.hpp"
 #include "platform/linux/X11Blanking.hpp"
 
+#include <QTimer>
+
 #include <array>
 #include <cerrno>
 #include <utility>
@@ -56,31 +58,42 @@ constexpr auto screenSaver = "org.freedesktop.ScreenSaver";
 
 } // namespace
 
+LinuxSleepAssertions::LinuxSleepAssertions(SessionBus& session, std::unique_ptr<X11Blanking> blanking, Delays delays)
+    : session_(session),
+      blanking_(std::move(blanking)),
+      delays_(delays),
+      reopenings_(session.onOpened([this](BusConnection&) { onSession_ = {}; })) {}
+
 LinuxSleepAssertions::LinuxSleepAssertions(SessionBus& session, std::unique_ptr<X11Blanking> blanking)
-    : session_(session), blanking_(std::move(blanking)) {}
+    : LinuxSleepAssertions(session, std::move(blanking), Delays()) {}
 
 LinuxSleepAssertions::~LinuxSleepAssertions() = default;
 
 std::variant<core::SleepAssertionID, core::SleepAssertionError>
 LinuxSleepAssertions::create(core::SleepAssertionKind kind) {
-    auto release = kind == core::SleepAssertionKind::system ? inhibitSystem() : inhibitDisplay();
-    if (!release) {
+    auto inhibitor = kind == core::SleepAssertionKind::system ? inhibitSystem() : inhibitDisplay();
+    if (!inhibitor.release) {
         return core::SleepAssertionError{ENOTSUP};
     }
-    held_.emplace(++last_, std::move(release));
+    held_.emplace(++last_, std::move(inhibitor));
     return last_;
 }
 
 void LinuxSleepAssertions::release(core::SleepAssertionID assertion) {
     if (auto found = held_.extract(assertion)) {
-        found.mapped()();
+        found.mapped().release();
     }
 }
 
-LinuxSleepAssertions::Release LinuxSleepAssertions::inhibitSystem() {
+LinuxSleepAssertions::Inhibitor LinuxSleepAssertions::inhibitSystem() {
     if (!system_ || system_->isLost()) {
+        onSystem_ = {};
         system_ = BusConnection::open(systemBusAddress());
     }
+    if (!system_) {
+        return {};
+    }
+    follow(onSystem_, *system_, loginManager);
     auto question = methodCall(loginManager, loginManagerPath, loginManagerInterface, "Inhibit");
     for (const auto* argument : {"idle", "Quillane", reason, "block"}) {
         appendText(*question, argument);
@@ -91,27 +104,33 @@ LinuxSleepAssertions::Release LinuxSleepAssertions::inhibitSystem() {
         return {};
     }
     // std::function asks for something that can be copied.
-    return [kept = std::make_shared<core::FileDescriptor>(std::move(held))] { *kept = core::FileDescriptor(); };
+    return {[kept = std::make_shared<core::FileDescriptor>(std::move(held))] { *kept = core::FileDescriptor(); },
+            loginManager};
 }
 
-LinuxSleepAssertions::Release LinuxSleepAssertions::inhibitDisplay() {
+LinuxSleepAssertions::Inhibitor LinuxSleepAssertions::inhibitDisplay() {
     constexpr std::array services{
         Service{sessionManager, "/org/gnome/SessionManager", "Uninhibit", true},
         Service{screenSaver, "/org/freedesktop/ScreenSaver", "UnInhibit", false},
         Service{screenSaver, "/ScreenSaver", "UnInhibit", false}, // the path that older desktops have
     };
     for (const auto& service : services) {
-        if (auto release = inhibitThrough(service)) {
-            return release;
+        if (auto inhibitor = inhibitThrough(service); inhibitor.release) {
+            return inhibitor;
         }
     }
     if (blanking_ && blanking_->suspend()) {
-        return [this] { blanking_->resume(); };
+        return {[this] { blanking_->resume(); }, {}};
     }
     return {};
 }
 
-LinuxSleepAssertions::Release LinuxSleepAssertions::inhibitThrough(const Service& service) {
+LinuxSleepAssertions::Inhibitor LinuxSleepAssertions::inhibitThrough(const Service& service) {
+    auto* bus = session_.connection();
+    if (bus == nullptr) {
+        return {};
+    }
+    follow(onSession_, *bus, service.name);
     auto question = methodCall(service.name, service.path, service.name, "Inhibit");
     appendText(*question, program);
     if (service.wantsWindowAndFlags) {
@@ -122,11 +141,11 @@ LinuxSleepAssertions::Release LinuxSleepAssertions::inhibitThrough(const Service
         appendNumber(*question, inhibitIdle);
     }
     const auto giveBack = [&session = session_, service](std::uint32_t cookie) {
-        if (auto* bus = session.connection()) {
+        if (auto* connection = session.connection()) {
             auto message = methodCall(service.name, service.path, service.name, service.release);
             appendNumber(*message, cookie);
             dbus_message_set_auto_start(message.get(), 0);
-            bus->send(std::move(message));
+            connection->send(std::move(message));
         }
     };
     const auto late = [giveBack](DBusMessage& reply) {
@@ -134,9 +153,55 @@ LinuxSleepAssertions::Release LinuxSleepAssertions::inhibitThrough(const Service
             giveBack(*cookie);
         }
     };
-    const auto reply = askBus(session_.connection(), std::move(question), patience, late);
+    const auto reply = askBus(bus, std::move(question), patience, late);
     const auto cookie = reply ? BusReader(*reply).uint32() : std::nullopt;
-    return cookie ? Release([giveBack, taken = *cookie] { giveBack(taken); }) : Release();
+    return cookie ? Inhibitor{[giveBack, taken = *cookie] { giveBack(taken); }, service.name} : Inhibitor();
+}
+
+// Losses
+
+void LinuxSleepAssertions::follow(Followed& followed, BusConnection& bus, const std::string& service) {
+    if (followed.services.empty()) {
+        followed.changes = bus.onSignal([this](DBusMessage& signal) { noteOwner(signal); });
+        followed.loss = bus.onLost([this, &followed] {
+            for (const auto& lost : followed.services) {
+                noteChange(lost, delays_.withoutReturn);
+            }
+        });
+    }
+    if (followed.services.insert(service).second) {
+        bus.addMatch("type='signal',sender='org.freedesktop.DBus',interface='org.freedesktop.DBus',"
+                     "member='NameOwnerChanged',arg0='" +
+                     service + "'");
+    }
+}
+
+void LinuxSleepAssertions::noteOwner(DBusMessage& signal) {
+    if (dbus_message_is_signal(&signal, DBUS_INTERFACE_DBUS, "NameOwnerChanged") == 0) {
+        return;
+    }
+    BusReader reader(signal);
+    const auto service = reader.text();
+    reader.skip();
+    const auto owner = reader.text();
+    if (service && owner) {
+        noteChange(std::string(*service), owner->empty() ? delays_.withoutReturn : delays_.afterReturn);
+    }
+}
+
+/// What the service held is held no more. A further change of it begins the delay again.
+void LinuxSleepAssertions::noteChange(const std::string& service, std::chrono::milliseconds delay) {
+    for (auto& [assertion, inhibitor] : held_) {
+        if (inhibitor.holder == service) {
+            QTimer::singleShot(delay, &eventLoop_, [this, lost = assertion, change = ++inhibitor.changes] {
+                const auto found = held_.find(lost);
+                if (found != held_.end() && found->second.changes == change) {
+                    held_.erase(found);
+                    losses_.notify(lost, {EOWNERDEAD});
+                }
+            });
+        }
+    }
 }
 
 } // namespace quillane

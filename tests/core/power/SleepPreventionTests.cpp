@@ -75,6 +75,43 @@ TEST_F(SleepPreventionTests, ARefusedSystemAsksForNothingMore) {
     EXPECT_EQ(prevention->error(), (SleepAssertionError{5}));
 }
 
+TEST_F(SleepPreventionTests, WhatIsLostIsTakenAgain) {
+    prevention->setEnabled(true);
+    system.lose(Kind::system, 130);
+    system.lose(Kind::display, 130);
+    EXPECT_TRUE(prevention->isActive());
+    EXPECT_EQ(prevention->error(), std::nullopt);
+    EXPECT_THAT(system.asked(), ElementsAre(Kind::system, Kind::display, Kind::system, Kind::display));
+    EXPECT_EQ(system.held(), (std::multiset{Kind::system, Kind::display}));
+    prevention->setEnabled(false);
+    EXPECT_THAT(system.released(), ElementsAre(Kind::display, Kind::system));
+}
+
+TEST_F(SleepPreventionTests, WhatIsLostTwiceHasFailedUntilItIsTurnedOffAndOn) {
+    prevention->setEnabled(true);
+    system.lose(Kind::display, 130);
+    system.lose(Kind::display, 130);
+    EXPECT_FALSE(prevention->isActive());
+    EXPECT_EQ(prevention->error(), (SleepAssertionError{130}));
+    EXPECT_THAT(system.held(), IsEmpty());
+    prevention->setEnabled(true);
+    EXPECT_THAT(system.held(), IsEmpty());
+    prevention->setEnabled(false);
+    prevention->setEnabled(true);
+    system.lose(Kind::display, 130);
+    EXPECT_TRUE(prevention->isActive());
+}
+
+TEST_F(SleepPreventionTests, WhatIsLostAndRefusedHasFailedWithNothingHeld) {
+    prevention->setEnabled(true);
+    system.refuse(Kind::system, 95);
+    system.lose(Kind::system, 130);
+    EXPECT_FALSE(prevention->isActive());
+    EXPECT_EQ(prevention->error(), (SleepAssertionError{95}));
+    EXPECT_THAT(system.held(), IsEmpty());
+    EXPECT_THAT(system.released(), ElementsAre(Kind::display));
+}
+
 TEST_F(SleepPreventionTests, DestructionReleasesTheLastFirst) {
     prevention->setEnabled(true);
     prevention.reset();
@@ -90,6 +127,9 @@ TEST_F(SleepPreventionTests, HoldsBothOrNoneWhateverHappens) {
         }
         const bool wanted = random() % 2 == 0;
         prevention->setEnabled(wanted);
+        if (prevention->isActive() && random() % 3 == 0) {
+            system.lose(random() % 2 == 0 ? Kind::system : Kind::display, 2);
+        }
         const auto held = system.held();
         ASSERT_EQ(held.size(), prevention->isActive() ? 2U : 0U);
         ASSERT_TRUE(wanted || held.empty());

@@ -3,6 +3,7 @@
 
 #include "platform/linux/LinuxSleepAssertions.hpp"
 
+#include "core/power/SleepPrevention.hpp"
 #include "desktop/fixture/MockServices.hpp"
 #include "platform/SleepAssertionsContract.hpp"
 #include "platform/linux/BusTest.hpp"
@@ -114,6 +115,92 @@ TEST_F(LinuxSleepAssertionsTest, TheDisplayIsKeptByTheScreenSaverServiceWhereThe
     EXPECT_EQ(live::sessionInhibitors(desktop(), screenSaver), "com.quillane.app|Quillane Keep Awake|");
     client.release(std::get<core::SleepAssertionID>(display));
     EXPECT_TRUE(waitUntil([&] { return live::sessionInhibitors(desktop(), screenSaver).empty(); }));
+}
+
+/// Keep Awake is on, kept by a login manager and a session manager.
+class LostHolderTest : public LinuxSleepAssertionsTest {
+protected:
+    static constexpr LinuxSleepAssertions::Delays soon{std::chrono::milliseconds(50), std::chrono::milliseconds(200)};
+
+    void SetUp() override {
+        LinuxSleepAssertionsTest::SetUp();
+        startLogin();
+        startManager();
+        session_.emplace();
+        client_.emplace(*session_, nullptr, soon);
+        prevention_.emplace(*client_);
+        prevention_->setEnabled(true);
+        ASSERT_TRUE(prevention_->isActive());
+        losses_ = client_->onLost([this](core::SleepAssertionID, core::SleepAssertionError) { ++lost_; });
+    }
+
+    void TearDown() override {
+        prevention_.reset();
+        client_.reset();
+        session_.reset();
+        LinuxSleepAssertionsTest::TearDown();
+    }
+
+    void startLogin() { login_.emplace(live::required(live::startLoginManager(desktop()))); }
+
+    void startManager() { manager_.emplace(live::required(live::startInhibitionService(desktop(), sessionManager))); }
+
+    [[nodiscard]] bool isSystemHeld() {
+        return waitUntil([&] { return live::loginInhibitors(desktop()).find("Quillane") != std::string::npos; });
+    }
+
+    [[nodiscard]] bool isDisplayHeld() {
+        return waitUntil([&] { return !live::sessionInhibitors(desktop(), sessionManager).empty(); });
+    }
+
+    std::optional<live::ChildProcess> login_;
+    std::optional<live::ChildProcess> manager_;
+    std::optional<SessionBus> session_;
+    std::optional<LinuxSleepAssertions> client_;
+    std::optional<core::SleepPrevention> prevention_;
+    core::Subscription losses_;
+    int lost_ = 0;
+};
+
+TEST_F(LostHolderTest, RestartedSessionManagerIsAskedAgain) {
+    manager_->end();
+    startManager();
+    EXPECT_TRUE(isDisplayHeld());
+    EXPECT_TRUE(prevention_->isActive());
+    EXPECT_EQ(lost_, 1);
+    prevention_->setEnabled(false);
+    EXPECT_TRUE(waitUntil([&] { return live::sessionInhibitors(desktop(), sessionManager).empty(); }));
+}
+
+TEST_F(LostHolderTest, RestartedLoginManagerIsAskedAgain) {
+    login_->end();
+    startLogin();
+    EXPECT_TRUE(isSystemHeld());
+    EXPECT_TRUE(prevention_->isActive());
+    EXPECT_EQ(lost_, 1);
+}
+
+TEST_F(LostHolderTest, AnotherServiceTakesThePlaceOfOneThatStaysAway) {
+    const auto other = live::required(live::startInhibitionService(desktop(), screenSaver));
+    manager_->end();
+    EXPECT_TRUE(waitUntil([&] { return !live::sessionInhibitors(desktop(), screenSaver).empty(); }));
+    EXPECT_TRUE(prevention_->isActive());
+}
+
+TEST_F(LostHolderTest, HolderThatStaysAwayMeansThatNothingIsHeld) {
+    manager_->end();
+    EXPECT_TRUE(waitUntil([&] { return !prevention_->isActive(); }));
+    EXPECT_TRUE(prevention_->error());
+    EXPECT_TRUE(waitUntil([&] { return live::loginInhibitors(desktop()).find("Quillane") == std::string::npos; }));
+}
+
+TEST_F(LostHolderTest, WhatIsReleasedBeforeItsHolderIsBackIsNotTakenAgain) {
+    manager_->end();
+    ASSERT_TRUE(waitUntil([&] { return live::sessionInhibitors(desktop(), sessionManager).empty(); }));
+    prevention_->setEnabled(false);
+    startManager();
+    EXPECT_FALSE(waitUntil([&] { return lost_ > 0; }, 3 * soon.withoutReturn));
+    EXPECT_TRUE(live::sessionInhibitors(desktop(), sessionManager).empty());
 }
 
 /// Whether the server blanks the screen within two and a half seconds.
