@@ -91,7 +91,8 @@ struct PlatformError {
     bool operator==(const PlatformError&) const = default;
 };
 
-/// A check made before any window system library is touched; none when the desktop can be used.
+/// A check made before any window system library is touched, while the process has one thread, because it prepares the
+/// process's environment too. None when the desktop can be used.
 [[nodiscard]] std::optional<PlatformError> checkDesktop();
 
 /// Makes the backend of the desktop that the program was built for. The application object of Qt must exist.

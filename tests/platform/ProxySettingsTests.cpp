@@ -2,11 +2,15 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/LinuxProxySettings.hpp"
 
+#include "platform/Platform.hpp"
 #include "platform/ProxySettingsContract.hpp"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <memory>
+
+#include <gio/gio.h>
 
 namespace quillane {
 namespace {
@@ -35,10 +39,41 @@ TEST_F(LinuxProxySettingsTests, TheEnvironmentDecidesWhenItNamesAProxy) {
     }
 }
 
-TEST_F(LinuxProxySettingsTests, AHeaderThatBecameAVariableIsIgnored) {
+/// A resolver that reads HTTP_PROXY, as GIO's module for libproxy does.
+struct HeaderResolver {
+    GObject parent;
+};
+
+struct HeaderResolverClass {
+    GObjectClass parent;
+};
+
+gchar** lookUpHeader(GProxyResolver*, const gchar*, GCancellable*, GError**) {
+    const char* proxy = std::getenv("HTTP_PROXY");
+    return g_strsplit(proxy != nullptr ? proxy : "direct://", ",", -1);
+}
+
+GType headerResolverType() {
+    static const GType type = [] {
+        constexpr auto takeInterface = [](gpointer interface, gpointer) {
+            static_cast<GProxyResolverInterface*>(interface)->lookup = lookUpHeader;
+        };
+        const GInterfaceInfo resolver{takeInterface, nullptr, nullptr};
+        const auto made = g_type_register_static_simple(G_TYPE_OBJECT, "HeaderResolver", sizeof(HeaderResolverClass),
+                                                        nullptr, sizeof(HeaderResolver), nullptr, GTypeFlags{});
+        g_type_add_interface_static(made, G_TYPE_PROXY_RESOLVER, &resolver);
+        return made;
+    }();
+    return type;
+}
+
+TEST_F(LinuxProxySettingsTests, HeaderThatBecameAVariableIsIgnoredWhateverResolverIsInstalled) {
+    const std::unique_ptr<GObject, void (*)(void*)> resolver(
+        static_cast<GObject*>(g_object_new(headerResolverType(), nullptr)), g_object_unref);
     ::setenv("HTTP_PROXY", "http://evil.example:3128", 1);
+    static_cast<void>(checkDesktop()); // as the agent does first
+    EXPECT_EQ(LinuxProxySettings(reinterpret_cast<GProxyResolver*>(resolver.get())).proxyFor("http://nas/a"), "");
     EXPECT_EQ(LinuxProxySettings().proxyFor("http://nas/a"), "");
-    ::unsetenv("HTTP_PROXY");
 }
 
 class LinuxProxySettingsDriver {

@@ -39,15 +39,20 @@ std::string forCurl(std::string_view proxy) {
 
 } // namespace
 
-LinuxProxySettings::LinuxProxySettings() : isInEnvironment_(environmentNamesAProxy()) {}
+LinuxProxySettings::LinuxProxySettings(GProxyResolver* resolver)
+    : isInEnvironment_(environmentNamesAProxy()), resolver_(resolver) {}
+
+void LinuxProxySettings::forgetHeaderVariable() {
+    ::unsetenv("HTTP_PROXY");
+}
 
 std::optional<std::string> LinuxProxySettings::proxyFor(const std::string& url) const {
     if (isInEnvironment_) {
         return std::nullopt;
     }
+    auto* resolver = resolver_ != nullptr ? resolver_ : g_proxy_resolver_get_default();
     // Errors leave no proxies, which means none, as it does for the desktop's own programs.
-    const std::unique_ptr<char*, FreeStrings> proxies(
-        g_proxy_resolver_lookup(g_proxy_resolver_get_default(), url.c_str(), nullptr, nullptr));
+    const std::unique_ptr<char*, FreeStrings> proxies(g_proxy_resolver_lookup(resolver, url.c_str(), nullptr, nullptr));
     return proxies && *proxies != nullptr ? forCurl(*proxies) : std::string();
 }
 

@@ -4,19 +4,26 @@
 
 #include "platform/ProxySettings.hpp"
 
+using GProxyResolver = struct _GProxyResolver; // NOLINT(bugprone-reserved-identifier): GIO's
+
 namespace quillane {
 
 /// The proxies of the environment when it names any, else those of the desktop's settings (GProxyResolver: GNOME's and
 /// KDE's, also automatic configuration, where glib-networking is installed).
 class LinuxProxySettings final : public ProxySettings {
 public:
-    /// Reads the environment.
-    LinuxProxySettings();
+    /// Reads the environment. Without a resolver GIO's default one is asked.
+    explicit LinuxProxySettings(GProxyResolver* resolver = nullptr);
+
+    /// Removes HTTP_PROXY from the environment, which may come from a request's header and which GIO's module for
+    /// libproxy reads all the same. To be called while the process has one thread.
+    static void forgetHeaderVariable();
 
     [[nodiscard]] std::optional<std::string> proxyFor(const std::string& url) const override;
 
 private:
     bool isInEnvironment_;
+    GProxyResolver* resolver_; ///< GIO's default when absent
 };
 
 } // namespace quillane
