@@ -6,11 +6,14 @@
 #include "core/support/AtomicFile.hpp"
 
 #include <cstdlib>
-#include <fstream>
+#include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <system_error>
 #include <utility>
+
+#include <glib.h>
 
 namespace quillane {
 
@@ -35,35 +38,44 @@ std::string execArgument(std::string_view argument) {
     return result + '"';
 }
 
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r";
-    const auto first = text.find_first_not_of(blanks);
-    return first == std::string_view::npos ? std::string_view()
-                                           : text.substr(first, text.find_last_not_of(blanks) - first + 1);
+struct KeyFileFree {
+    void operator()(GKeyFile* file) const { g_key_file_free(file); }
+};
+
+std::string value(GKeyFile& entry, const char* key) {
+    const std::unique_ptr<char, decltype(&g_free)> text(
+        g_key_file_get_string(&entry, G_KEY_FILE_DESKTOP_GROUP, key, nullptr), &g_free);
+    return text ? std::string(text.get()) : std::string();
+}
+
+/// The program of a command line ("The Exec key"), in which a field code is no part of it; empty when there is none.
+std::string programOf(const std::string& exec) {
+    int count = 0;
+    char** arguments = nullptr;
+    if (g_shell_parse_argv(exec.c_str(), &count, &arguments, nullptr) == FALSE) {
+        return {};
+    }
+    const std::unique_ptr<char*, decltype(&g_strfreev)> owned(arguments, &g_strfreev);
+    std::string program = arguments[0];
+    for (std::size_t i = 0; (i = program.find("%%", i)) != std::string::npos; ++i) {
+        program.erase(i, 1);
+    }
+    return program;
+}
+
+bool canBeRun(const std::string& program) {
+    const std::unique_ptr<char, decltype(&g_free)> found(g_find_program_in_path(program.c_str()), &g_free);
+    return found != nullptr;
 }
 
 /// Whether the session would start the entry.
-bool isInEffect(std::istream& entry) {
-    bool inGroup = false;
-    bool starts = false;
-    for (std::string line; std::getline(entry, line);) {
-        const auto text = trimmed(line);
-        if (text.starts_with('[')) {
-            inGroup = text == "[Desktop Entry]";
-            continue;
-        }
-        const auto equals = text.find('=');
-        if (!inGroup || equals == std::string_view::npos) {
-            continue;
-        }
-        const auto key = trimmed(text.substr(0, equals));
-        const auto value = trimmed(text.substr(equals + 1));
-        if ((key == "Hidden" && value == "true") || (key == "X-GNOME-Autostart-enabled" && value == "false")) {
-            return false;
-        }
-        starts = starts || (key == "Exec" && !value.empty());
+bool isInEffect(GKeyFile& entry) {
+    if (value(entry, G_KEY_FILE_DESKTOP_KEY_HIDDEN) == "true" || value(entry, "X-GNOME-Autostart-enabled") == "false") {
+        return false;
     }
-    return starts;
+    const auto required = value(entry, G_KEY_FILE_DESKTOP_KEY_TRY_EXEC);
+    const auto program = programOf(value(entry, G_KEY_FILE_DESKTOP_KEY_EXEC));
+    return !program.empty() && canBeRun(program) && (required.empty() || canBeRun(required));
 }
 
 } // namespace
@@ -72,8 +84,9 @@ AutostartLoginItem::AutostartLoginItem(std::filesystem::path program, const std:
     : program_(std::move(program)), file_(folder / "com.quillane.app.desktop") {}
 
 LoginItemStatus AutostartLoginItem::status() const {
-    std::ifstream entry(file_);
-    return entry && isInEffect(entry) ? LoginItemStatus::enabled : LoginItemStatus::notRegistered;
+    const std::unique_ptr<GKeyFile, KeyFileFree> entry(g_key_file_new());
+    const bool isRead = g_key_file_load_from_file(entry.get(), file_.c_str(), G_KEY_FILE_NONE, nullptr) != FALSE;
+    return isRead && isInEffect(*entry) ? LoginItemStatus::enabled : LoginItemStatus::notRegistered;
 }
 
 bool AutostartLoginItem::enable() {

@@ -15,7 +15,8 @@ public:
     /// `program` is what the entry starts, `folder` where entries are: $XDG_CONFIG_HOME/autostart.
     AutostartLoginItem(std::filesystem::path program, const std::filesystem::path& folder);
 
-    /// The entry decides: one that is hidden or switched off by a desktop's own settings is not registered.
+    /// The entry decides: one that is hidden, or switched off by a desktop's own settings, or whose program is gone is
+    /// not registered.
     [[nodiscard]] LoginItemStatus status() const override;
     [[nodiscard]] bool enable() override;
     [[nodiscard]] bool disable() override;

@@ -21,7 +21,7 @@ public:
 
 private:
     fakes::TemporaryFiles files_;
-    AutostartLoginItem service_{"/usr/bin/quillane", files_.folder() / "config" / "autostart"};
+    AutostartLoginItem service_{"/bin/sh", files_.folder() / "config" / "autostart"};
 };
 
 class FakeDriver {
@@ -41,6 +41,15 @@ protected:
         return {std::istreambuf_iterator<char>(in), {}};
     }
 
+    /// A program with this path below the temporary folder.
+    [[nodiscard]] std::filesystem::path install(const std::string& path) const {
+        const auto program = files.folder() / path;
+        std::filesystem::create_directories(program.parent_path());
+        std::ofstream(program) << "#!/bin/sh\n";
+        std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+        return program;
+    }
+
     fakes::TemporaryFiles files;
     std::filesystem::path folder = files.folder() / "autostart";
 };
@@ -54,8 +63,25 @@ TEST_F(AutostartLoginItemTests, TheEntryStartsTheProgramAtLoginWithItsPathQuoted
         << content();
 }
 
+TEST_F(AutostartLoginItemTests, EntryWhoseProgramIsGoneIsOff) {
+    for (const auto* path : {"quillane", "my apps/50%\"$`\\/quillane's", "50%%f"}) {
+        const auto program = install(path);
+        AutostartLoginItem service(program, folder);
+        ASSERT_TRUE(service.enable());
+        EXPECT_EQ(service.status(), LoginItemStatus::enabled) << path;
+        std::filesystem::permissions(program, std::filesystem::perms::owner_read);
+        EXPECT_EQ(service.status(), LoginItemStatus::notRegistered) << path;
+        std::filesystem::remove(program);
+        EXPECT_EQ(service.status(), LoginItemStatus::notRegistered) << path;
+    }
+    std::ofstream(file()) << "[Desktop Entry]\nExec=sh --at-login\nTryExec=/nowhere/quillane\n";
+    EXPECT_EQ(AutostartLoginItem("/bin/sh", folder).status(), LoginItemStatus::notRegistered);
+    std::ofstream(file()) << "[Desktop Entry]\nExec=sh --at-login\nTryExec=sh\n";
+    EXPECT_EQ(AutostartLoginItem("/bin/sh", folder).status(), LoginItemStatus::enabled);
+}
+
 TEST_F(AutostartLoginItemTests, AnEntryThatTheDesktopHasSwitchedOffIsOff) {
-    AutostartLoginItem service("/usr/bin/quillane", folder);
+    AutostartLoginItem service("/bin/sh", folder);
     for (const auto* line : {"Hidden=true", "X-GNOME-Autostart-enabled=false", "Hidden = true"}) {
         ASSERT_TRUE(service.enable());
         std::ofstream(file(), std::ios::app) << line << '\n';
