@@ -10,7 +10,7 @@
 
 namespace quillane::fakes {
 
-/// Settings in memory. Counts the writes that a file would have seen.
+/// Settings in memory. Counts the writes that a file would have seen at once.
 class FakeUserDefaults final : public core::UserDefaults {
 public:
     using Value = core::PropertyListValue;
@@ -38,6 +38,10 @@ public:
         auto changed = values;
         changed.erase(std::string(key));
         store(std::move(changed));
+    }
+
+    void note(std::string_view key, Value value) override {
+        values.insert_or_assign(std::string(key), std::move(value));
     }
 
     Value::Dictionary values; ///< what is stored; tests may put anything there

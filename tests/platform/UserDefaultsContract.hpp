@@ -81,6 +81,14 @@ TYPED_TEST_P(UserDefaultsContract, EveryTypeOutlivesTheProgram) {
     }
 }
 
+TYPED_TEST_P(UserDefaultsContract, NoteIsThereAtOnceAndAfterTheProgramHasEnded) {
+    this->driver.defaults().note("Note", "one");
+    this->driver.defaults().note("Note", "two");
+    EXPECT_EQ(this->driver.defaults().string("Note"), "two");
+    this->driver.restart();
+    EXPECT_EQ(this->driver.defaults().string("Note"), "two");
+}
+
 TYPED_TEST_P(UserDefaultsContract, AMistypedValueIsAbsent) {
     for (const auto& value : this->values()) {
         auto& defaults = this->driver.defaults();
@@ -139,8 +147,8 @@ TYPED_TEST_P(UserDefaultsContract, KeysAreComparedExactly) {
 }
 
 REGISTER_TYPED_TEST_SUITE_P(UserDefaultsContract, AMissingValueIsAbsent, EveryTypeComesBackExactly,
-                            EveryTypeOutlivesTheProgram, AMistypedValueIsAbsent, AnArrayOfStringsHoldsNothingElse,
-                            SettingSeveralLeavesTheOthers, SettingNothingChangesNothing, ARemovedValueIsAbsentForGood,
-                            KeysAreComparedExactly);
+                            EveryTypeOutlivesTheProgram, NoteIsThereAtOnceAndAfterTheProgramHasEnded,
+                            AMistypedValueIsAbsent, AnArrayOfStringsHoldsNothingElse, SettingSeveralLeavesTheOthers,
+                            SettingNothingChangesNothing, ARemovedValueIsAbsentForGood, KeysAreComparedExactly);
 
 } // namespace quillane::testing

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace quillane::core {
@@ -27,6 +28,10 @@ public:
     virtual void setObjects(const PropertyListValue::Dictionary& values) = 0;
 
     virtual void removeObject(std::string_view key) = 0;
+
+    /// Stores a value that need not survive a kill, such as a status line: a store that writes to the disk at once may
+    /// keep it in memory until the next change, or until it is destroyed.
+    virtual void note(std::string_view key, PropertyListValue value) { setObject(key, std::move(value)); }
 
     [[nodiscard]] std::optional<bool> boolean(std::string_view key) const { return typed<bool>(key); }
 

@@ -78,6 +78,10 @@ PropertyListDefaults::PropertyListDefaults(fs::path file) : file_(std::move(file
     load();
 }
 
+PropertyListDefaults::~PropertyListDefaults() {
+    write();
+}
+
 std::optional<PropertyListValue> PropertyListDefaults::object(std::string_view key) const {
     const auto found = values_.find(std::string(key));
     return found == values_.end() ? std::nullopt : std::optional(found->second);
@@ -98,6 +102,10 @@ void PropertyListDefaults::setObjects(const Dictionary& values) {
 void PropertyListDefaults::removeObject(std::string_view key) {
     change(std::string(key), std::nullopt);
     write();
+}
+
+void PropertyListDefaults::note(std::string_view key, PropertyListValue value) {
+    change(std::string(key), std::move(value));
 }
 
 void PropertyListDefaults::change(std::string key, std::optional<PropertyListValue> value) {

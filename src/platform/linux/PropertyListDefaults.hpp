@@ -20,7 +20,8 @@ namespace quillane {
 ///
 /// A damaged file, or one over 16 MiB, is renamed to `NAME.damaged-TIME` beside itself, and the settings start empty.
 /// While the file cannot be read it is never overwritten: changes stay in memory, and are laid over its content as soon
-/// as it can be read again. A change that cannot be written stays in memory too and goes out with the next one.
+/// as it can be read again. A change that cannot be written stays in memory too and goes out with the next one, as a
+/// note does.
 class PropertyListDefaults final : public core::UserDefaults {
 public:
     static constexpr std::size_t maximumBytes = std::size_t{16} << 20;
@@ -28,10 +29,17 @@ public:
     /// Reads the file. Never fails; `lastError` tells when it could not be read.
     explicit PropertyListDefaults(std::filesystem::path file);
 
+    /// Writes the notes that no change has taken along.
+    ~PropertyListDefaults() override;
+
+    PropertyListDefaults(const PropertyListDefaults&) = delete;
+    PropertyListDefaults& operator=(const PropertyListDefaults&) = delete;
+
     [[nodiscard]] std::optional<core::PropertyListValue> object(std::string_view key) const override;
     void setObject(std::string_view key, core::PropertyListValue value) override;
     void setObjects(const core::PropertyListValue::Dictionary& values) override;
     void removeObject(std::string_view key) override;
+    void note(std::string_view key, core::PropertyListValue value) override;
 
     /// Why the settings in memory are not on the disk, or none when they are. EFBIG: they are too many or too deep.
     [[nodiscard]] std::optional<core::FileError> lastError() const { return lastError_; }

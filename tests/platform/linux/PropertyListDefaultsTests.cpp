@@ -30,7 +30,10 @@ class PropertyListDefaultsDriver {
 public:
     core::UserDefaults& defaults() { return *defaults_; }
 
-    void restart() { defaults_ = std::make_unique<PropertyListDefaults>(file_); }
+    void restart() {
+        defaults_.reset();
+        defaults_ = std::make_unique<PropertyListDefaults>(file_);
+    }
 
 private:
     fakes::TemporaryFiles files_;
@@ -135,6 +138,21 @@ TEST_F(PropertyListDefaultsTest, EachChangeIsOnTheDiskWhenTheCallReturns) {
     defaults.removeObject("Key");
     EXPECT_EQ(PropertyListDefaults(file_).object("Key"), std::nullopt);
     EXPECT_EQ(PropertyListDefaults(file_).boolean("Other"), true);
+}
+
+TEST_F(PropertyListDefaultsTest, NoteIsWrittenWithTheNextChangeOrAtTheEnd) {
+    {
+        PropertyListDefaults defaults(file_);
+        defaults.setObject("Key", "one");
+        const auto before = identity(file_);
+        defaults.note("Note", "first");
+        EXPECT_EQ(defaults.string("Note"), "first");
+        EXPECT_EQ(identity(file_), before);
+        defaults.setObject("Key", "two");
+        EXPECT_EQ(PropertyListDefaults(file_).string("Note"), "first");
+        defaults.note("Note", "second");
+    }
+    EXPECT_EQ(PropertyListDefaults(file_).string("Note"), "second");
 }
 
 TEST_F(PropertyListDefaultsTest, AValueThatIsThereAlreadyIsNotWrittenAgain) {
