@@ -7,6 +7,8 @@
 #include <QKeySequence>
 #include <QWidget>
 
+#include <utility>
+
 namespace quillane {
 
 namespace {
@@ -27,7 +29,7 @@ QKeySequence keyOf(const ApplicationMenuRow& row) {
 
 class WindowKeysApplicationMenu::Keys : public QObject {
 public:
-    Keys() { qApp->installEventFilter(this); }
+    explicit Keys(LatinKey latinKey) : latinKey_(std::move(latinKey)) { qApp->installEventFilter(this); }
 
     void setMenus(std::vector<ApplicationSubmenu> menus) { menus_ = std::move(menus); }
 
@@ -37,7 +39,7 @@ protected:
             return false;
         }
         auto* widget = qobject_cast<QWidget*>(watched);
-        const auto* row = widget ? find(QKeySequence(static_cast<QKeyEvent*>(event)->keyCombination())) : nullptr;
+        const auto* row = widget ? find(*static_cast<QKeyEvent*>(event)) : nullptr;
         if (!row) {
             return false;
         }
@@ -49,6 +51,16 @@ protected:
     }
 
 private:
+    [[nodiscard]] const ApplicationMenuRow* find(const QKeyEvent& event) const {
+        if (const auto* row = find(QKeySequence(event.keyCombination()))) {
+            return row;
+        }
+        const auto latin = latinKey_ ? latinKey_(event.nativeScanCode()) : std::nullopt;
+        return latin ? find(QKeySequence(
+                           QKeyCombination(event.modifiers(), static_cast<Qt::Key>(QChar(*latin).toUpper().unicode()))))
+                     : nullptr;
+    }
+
     [[nodiscard]] const ApplicationMenuRow* find(const QKeySequence& pressed) const {
         for (const auto& menu : menus_) {
             for (const auto& row : menu.rows) {
@@ -68,10 +80,12 @@ private:
         }
     }
 
+    LatinKey latinKey_;
     std::vector<ApplicationSubmenu> menus_;
 };
 
-WindowKeysApplicationMenu::WindowKeysApplicationMenu() : keys_(std::make_unique<Keys>()) {}
+WindowKeysApplicationMenu::WindowKeysApplicationMenu(LatinKey latinKey)
+    : keys_(std::make_unique<Keys>(std::move(latinKey))) {}
 
 WindowKeysApplicationMenu::~WindowKeysApplicationMenu() = default;
 

@@ -4,15 +4,22 @@
 
 #include "platform/ApplicationMenu.hpp"
 
+#include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 
 namespace quillane {
 
 /// The application menu where windows have no menu bar: each row's key works in every window of the program, and the
-/// standard editing keys are left to the widget that has the focus.
+/// standard editing keys are left to the widget that has the focus. A key is known by its symbol, and in a layout
+/// without Latin letters also by the Latin one that it has otherwise.
 class WindowKeysApplicationMenu final : public ApplicationMenu {
 public:
-    WindowKeysApplicationMenu();
+    /// The Latin character of a key, by its native code, where its symbol alone does not decide.
+    using LatinKey = std::function<std::optional<char>(std::uint32_t key)>;
+
+    explicit WindowKeysApplicationMenu(LatinKey latinKey = {});
     ~WindowKeysApplicationMenu() override;
 
     void install(std::vector<ApplicationSubmenu> menus, LayoutDirection direction) override;

@@ -6,6 +6,7 @@
 #include "fakes/OffscreenApplication.hpp"
 #include "platform/ApplicationMenuContract.hpp"
 
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QTest>
 #include <QWidget>
@@ -53,6 +54,26 @@ TEST_F(WindowKeysApplicationMenuTest, EditingKeysAreTheTextFields) {
     driver.field().setText("text");
     driver.press('a');
     EXPECT_EQ(driver.field().selectedText(), "text");
+}
+
+/// In a layout where the key of the letter W has the apostrophe, as in Hebrew.
+TEST_F(WindowKeysApplicationMenuTest, KeyOfALayoutWithoutLatinLettersIsKnownByItsLatinLetter) {
+    constexpr std::uint32_t w = 25;
+    driver.menu() = std::make_unique<WindowKeysApplicationMenu>(
+        [](std::uint32_t key) { return key == w ? std::optional('w') : std::nullopt; });
+    ApplicationMenuRow close;
+    close.standard = StandardCommand::close;
+    install({close});
+    const auto press = [&](std::uint32_t key, Qt::KeyboardModifiers modifiers) {
+        QKeyEvent event(QEvent::KeyPress, Qt::Key_Apostrophe, modifiers, key, 0, 0, "'");
+        QApplication::sendEvent(&driver.field(), &event);
+    };
+    press(w, Qt::NoModifier);
+    press(w + 1, Qt::ControlModifier);
+    EXPECT_TRUE(driver.isWindowOpen());
+    EXPECT_EQ(driver.field().text(), "'");
+    press(w, Qt::ControlModifier);
+    EXPECT_FALSE(driver.isWindowOpen());
 }
 
 } // namespace
