@@ -3,9 +3,10 @@
 
 // An application with one plain window, for tests of what the X server and a window manager tell about applications.
 //
-//     window_standin CLASS [--no-close] [--no-pid] [--content X Y WIDTH HEIGHT]
+//     window_standin CLASS [--no-close] [--no-pid] [--hidden] [--content X Y WIDTH HEIGHT]
 //
-// Prints the window's number when it is on the screen. Ends when its window is asked to close, with status 0.
+// Prints the window's number when it is on the screen, or made when it stays hidden. Ends when its window is asked to
+// close, with status 0.
 
 #include <array>
 #include <cstdio>
@@ -39,6 +40,7 @@ int main(int count, char** arguments) {
     }
     bool closes = true;
     bool tellsPid = true;
+    bool isHidden = false;
     // As the first four items of WM_NORMAL_HINTS have it.
     std::array<std::uint32_t, 4> content{0, 0, 100, 100};
     bool placed = false;
@@ -52,6 +54,7 @@ int main(int count, char** arguments) {
         }
         closes = closes && std::strcmp(arguments[i], "--no-close") != 0;
         tellsPid = tellsPid && std::strcmp(arguments[i], "--no-pid") != 0;
+        isHidden = isHidden || std::strcmp(arguments[i], "--hidden") == 0;
     }
     auto* c = xcb_connect(nullptr, nullptr);
     if (xcb_connection_has_error(c) != 0) {
@@ -87,7 +90,12 @@ int main(int count, char** arguments) {
         const auto pid = static_cast<std::uint32_t>(getpid());
         xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, atom(c, "_NET_WM_PID"), XCB_ATOM_CARDINAL, 32, 1, &pid);
     }
-    bool mapped = false;
+    bool mapped = isHidden;
+    if (isHidden) {
+        xcb_flush(c);
+        std::printf("%u\n", window);
+        std::fflush(stdout);
+    }
     while (xcb_connection_has_error(c) == 0) {
         if (!mapped) {
             xcb_map_window(c, window); // a window manager that is still starting may overlook it once

@@ -70,7 +70,10 @@ struct X11Workspace::Reading {
 
 X11Workspace::X11Workspace(X11Connection& connection, std::shared_ptr<InstalledApplications> installed,
                            bool launchedAtLogin)
-    : connection_(connection), installed_(std::move(installed)), launchedAtLogin_(launchedAtLogin) {
+    : connection_(connection),
+      installed_(std::move(installed)),
+      launchedAtLogin_(launchedAtLogin),
+      clientPrograms_(connection) {
     constexpr std::array<std::string_view, 7> names{
         "_NET_SUPPORTING_WM_CHECK", "_NET_ACTIVE_WINDOW", "_NET_CLIENT_LIST",
         "_NET_CLOSE_WINDOW",        "_NET_WM_PID",        "WM_PROTOCOLS",
@@ -100,6 +103,16 @@ std::optional<RunningApplication> X11Workspace::frontmostApplication() const {
 std::vector<RunningApplication> X11Workspace::runningApplications(std::string_view bundleID) const {
     auto found = applications();
     std::erase_if(found, [&](const RunningApplication& one) { return one.bundleID != bundleID; });
+    return found.empty() && !bundleID.empty() ? withoutWindows(bundleID) : found;
+}
+
+/// An agent may have no window: it is known by its program.
+std::vector<RunningApplication> X11Workspace::withoutWindows(std::string_view bundleID) const {
+    std::vector<RunningApplication> found;
+    for (const auto pid : clientPrograms_.running(
+             [&](std::string_view program) { return installed_->index().identifierOf(program) == bundleID; })) {
+        found.push_back({.pid = pid, .bundleID = std::string(bundleID), .name = processName(pid)});
+    }
     return found;
 }
 

@@ -5,6 +5,7 @@
 #include "core/support/Listeners.hpp"
 #include "platform/Workspace.hpp"
 #include "platform/linux/LogindWake.hpp"
+#include "platform/linux/X11Clients.hpp"
 
 #include <map>
 #include <memory>
@@ -29,6 +30,7 @@ public:
     ~X11Workspace() override;
 
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override;
+    /// Where none has a window: the programs without one that are connected to the X server and whose file is so named.
     [[nodiscard]] std::vector<RunningApplication> runningApplications(std::string_view bundleID) const override;
 
     /// Whether there is such a process: an application may have closed its windows.
@@ -62,6 +64,7 @@ private:
         xcb_atom_t supportingCheck, activeWindow, clientList, closeWindow, pid, protocols, deleteWindow;
     };
 
+    [[nodiscard]] std::vector<RunningApplication> withoutWindows(std::string_view bundleID) const;
     void restart();
     void handle(const xcb_generic_event_t& event);
     void readManager();
@@ -90,6 +93,7 @@ private:
     std::vector<xcb_window_t> clients_;          ///< in the order in which they were opened
     std::map<xcb_window_t, Window> windows_;     ///< of the clients and the front window
     std::optional<RunningApplication> front_;
+    mutable X11Clients clientPrograms_; ///< asks the server again while it is read
     core::Listeners<> activated_;
     LogindWake wake_;
     std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with answers that are on their way

@@ -178,6 +178,23 @@ TEST_F(X11WorkspaceTest, ListsRunningApplicationsOfOneIdentifierInTheOrderOfOpen
     EXPECT_TRUE(workspace().runningApplications("com.google.chrome").empty());
 }
 
+TEST_F(X11WorkspaceTest, FindsAProgramWithoutAWindowByTheNameOfItsFileAndEndsIt) {
+    startWindowManager();
+    const auto program = files_.folder() / "com.example.agent";
+    std::filesystem::copy_file(QUILLANE_WINDOW_STANDIN, program);
+    EXPECT_TRUE(workspace().runningApplications("com.example.agent").empty());
+    TestProcess agent({program.string(), "Agent", "--hidden"});
+    ASSERT_FALSE(agent.readLine().empty());
+    EXPECT_TRUE(waitUntil([&] { return workspace().runningApplications("com.example.agent").size() == 1; }));
+    const auto found = workspace().runningApplications("com.example.agent");
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found.front().pid, agent.pid());
+    EXPECT_EQ(found.front().bundleID, "com.example.agent");
+    EXPECT_TRUE(workspace().runningApplications("").empty());
+    EXPECT_TRUE(workspace().terminate(agent.pid()));
+    EXPECT_TRUE(waitUntil([&] { return workspace().runningApplications("com.example.agent").empty(); }));
+}
+
 TEST_F(X11WorkspaceTest, LeavesThisProcessOutOfTheRunningApplications) {
     startWindowManager();
     workspace();
