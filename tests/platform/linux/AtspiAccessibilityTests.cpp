@@ -370,8 +370,8 @@ public:
     }
 
     ~AtspiDriver() override {
+        TearDown(); // keeps the evidence while everything still runs
         form_.reset();
-        TearDown();
     }
 
     void TestBody() override {}
@@ -410,8 +410,13 @@ private:
     void moveTo(const char* title) {
         for (int i = 0; i < 3; ++i) {
             std::optional<AXElement> before;
-            ASSERT_TRUE(testing::waitUntil([&] { return (before = focused(pid())).has_value(); }));
-            if (read<std::string>(*before, "AXTitle") == title) {
+            std::optional<std::string> titleBefore; // which a busy application may not tell in time
+            ASSERT_TRUE(testing::waitUntil([&] {
+                before = focused(pid());
+                titleBefore = before ? read<std::string>(*before, "AXTitle") : std::nullopt;
+                return titleBefore.has_value();
+            }));
+            if (titleBefore == title) {
                 return;
             }
             desktop().keyboard().tap(Key::tab);
