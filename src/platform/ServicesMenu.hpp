@@ -20,6 +20,13 @@ public:
 
     /// Answers from now on, instead of what was given before. An empty function ends it.
     virtual void provideShare(Share share) = 0;
+
+    /// Whether the file manager has an entry that is made only when the user asks for it. None where nothing can be
+    /// asked for, as on macOS, where the entry is the system's matter. Reads the disk.
+    [[nodiscard]] virtual std::optional<bool> hasUserEntry() const { return std::nullopt; }
+
+    /// Makes that entry under a title, which may replace the one before, or removes it. False when it cannot be done.
+    virtual bool setUserEntry([[maybe_unused]] const std::optional<std::string>& title) { return false; }
 };
 
 } // namespace quillane

@@ -24,6 +24,7 @@ GeneralPage::GeneralPage(const SettingsServices& services) : SettingsPageView(se
     fileShare->layout()->setContentsMargins(14, 10, 14, 10);
     auto& card = addCard();
     card.addRow(fileShare);
+    addFileManager(card);
     addStretch();
 }
 
@@ -101,6 +102,18 @@ void GeneralPage::addLoginItem() {
     bindText(error, [&loginItem] { return loginItem.errorMessage().value_or(core::LocalizedText()); });
     bindVisible(error, [&loginItem] { return loginItem.errorMessage().has_value(); });
     card.addRow(error);
+}
+
+void GeneralPage::addFileManager(Card& card) {
+    const auto& fileManager = services().fileManager;
+    if (!fileManager.hasEntry || !fileManager.hasEntry()) {
+        return;
+    }
+    addFeature(card, {.symbol = "folder",
+                      .title = texts::shareFromFileManager("Nautilus"),
+                      .explanation = texts::shareFromFileManagerExplanation,
+                      .isOn = [&fileManager] { return fileManager.hasEntry().value_or(false); },
+                      .set = [&fileManager](bool on) { fileManager.setEntry(on); }});
 }
 
 void GeneralPage::showEvent(QShowEvent* event) {

@@ -21,6 +21,7 @@ private:
     void addFeatures();
     void addKeepAwake();
     void addLoginItem();
+    void addFileManager(Card& card);
 
     [[nodiscard]] Feature optionFeature(const char* symbol, const core::LocalizedText& title,
                                         const core::LocalizedText& explanation, bool core::FeatureOptions::*option);

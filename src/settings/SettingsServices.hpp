@@ -16,6 +16,7 @@
 #include <QIcon>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,13 @@ struct ClipboardSettings {
     std::function<void(ApplicationCatalog::Handler)> findApplications; ///< as ApplicationCatalog does
 };
 
+/// The entry of a file manager that is made only when the user asks for it (ServicesMenu). Absent functions, or none as
+/// the answer, mean that there is nothing to ask for.
+struct FileManagerSettings {
+    std::function<std::optional<bool>()> hasEntry;
+    std::function<void(bool)> setEntry;
+};
+
 /// What the settings window shows and changes. Everything referred to must outlive the window.
 struct SettingsServices {
     core::Desktop desktop{}; ///< what the texts speak of
@@ -44,6 +52,7 @@ struct SettingsServices {
     AppUpdater& updater;
     WindowTraits& windowTraits;
     ClipboardSettings clipboard;
+    FileManagerSettings fileManager = {};
     std::function<QIcon(const std::string& name, const QColor& color)> symbol; ///< a null icon for unknown names
     QIcon applicationIcon;
 };

@@ -25,6 +25,18 @@ public:
         return share_(urls);
     }
 
+    [[nodiscard]] std::optional<bool> hasUserEntry() const override {
+        return canHaveUserEntry ? std::optional(userEntry.has_value()) : std::nullopt;
+    }
+
+    bool setUserEntry(const std::optional<std::string>& title) override {
+        userEntry = title;
+        return canHaveUserEntry;
+    }
+
+    bool canHaveUserEntry = false;        ///< as where the file manager takes an entry from its user only
+    std::optional<std::string> userEntry; ///< its title
+
 private:
     Share share_;
 };

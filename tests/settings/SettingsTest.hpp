@@ -65,6 +65,12 @@ protected:
                 .updater = updater,
                 .windowTraits = desktop.windowTraits,
                 .clipboard = std::move(clipboard),
+                .fileManager = {.hasEntry = [this] { return desktop.servicesMenu.hasUserEntry(); },
+                                .setEntry =
+                                    [this](bool on) {
+                                        desktop.servicesMenu.setUserEntry(on ? std::optional<std::string>("Share")
+                                                                             : std::nullopt);
+                                    }},
                 .symbol = {},
                 .applicationIcon = {}};
     }

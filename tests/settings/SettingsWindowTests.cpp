@@ -119,6 +119,21 @@ TEST_F(SettingsWindowTests, SwitchesAreTheOptions) {
     EXPECT_FALSE(model.options().shiftEnglish);
 }
 
+TEST_F(SettingsWindowTests, FileManagerThatTakesAnEntryFromItsUserHasASwitch) {
+    present(SettingsPage::general);
+    EXPECT_FALSE(shows("Share from the file manager Nautilus"));
+    closeForever();
+    desktop.servicesMenu.canHaveUserEntry = true;
+    present(SettingsPage::general);
+    auto& entry = switchNamed("Share from the file manager Nautilus");
+    EXPECT_FALSE(entry.isChecked());
+    entry.click();
+    EXPECT_TRUE(desktop.servicesMenu.userEntry);
+    EXPECT_TRUE(entry.isChecked());
+    entry.click();
+    EXPECT_FALSE(desktop.servicesMenu.userEntry);
+}
+
 TEST_F(SettingsWindowTests, KeepAwakeSaysHowItStands) {
     model.optionsChanged = [this] { model.refreshKeepAwake(); };
     model.refreshKeepAwake();

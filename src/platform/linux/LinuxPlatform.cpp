@@ -33,6 +33,7 @@
 #include "platform/linux/X11HotKeys.hpp"
 #include "platform/linux/X11InputSources.hpp"
 #include "platform/linux/X11KeyEvents.hpp"
+#include "platform/linux/X11LatinKeys.hpp"
 #include "platform/linux/X11Pasteboard.hpp"
 #include "platform/linux/X11PrimarySelection.hpp"
 #include "platform/linux/X11Session.hpp"
@@ -125,6 +126,7 @@ std::unique_ptr<KeyEvents> makeKeyEvents(const Platform& platform, const LinuxSe
 } // namespace
 
 std::optional<PlatformError> checkDesktop() {
+    LinuxProxySettings::forgetHeaderVariable();
     const auto desktop = LinuxDesktop::fromEnvironment();
     if (canOpenDisplay(desktop.x11Display)) {
         // Windows, menus and the tray work alike on X11 and on the X server of a Wayland session.
@@ -171,7 +173,10 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.accessibility = std::make_unique<AtspiAccessibility>(session->bus);
     platform.permissions = std::make_unique<AtspiPermissionService>(session->bus);
     platform.statusItem = std::make_unique<TrayStatusItem>();
-    platform.applicationMenu = std::make_unique<WindowKeysApplicationMenu>();
+    platform.applicationMenu = std::make_unique<WindowKeysApplicationMenu>(
+        session->x11 ? [keyboard = session->x11->keyboard.get()](
+                           std::uint32_t key) { return latinKey(keyboard->keymap(), keyboard->group(), key); }
+                     : WindowKeysApplicationMenu::LatinKey());
     platform.windowTraits = std::make_unique<LinuxWindowTraits>();
     platform.sleepAssertions = std::make_unique<LinuxSleepAssertions>(
         session->bus, session->x11 ? std::make_unique<X11Blanking>(*session->x11->connection) : nullptr);
@@ -195,11 +200,12 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.filePanel = std::make_unique<QtFilePanel>();
     platform.proxySettings = std::make_shared<LinuxProxySettings>();
     platform.systemSymbols = std::make_unique<LineArtSymbols>();
-    platform.servicesMenu = std::make_unique<CommandServicesMenu>();
+    const auto program = QCoreApplication::applicationFilePath().toStdString();
+    platform.servicesMenu = std::make_unique<CommandServicesMenu>(
+        isNautilusInstalled() ? std::optional(NautilusScript(program, nautilusScriptsFolder())) : std::nullopt);
     QGuiApplication::setWindowIcon(applicationIcon());
     platform.launcher = std::make_unique<QtLauncher>();
-    platform.loginItem =
-        std::make_unique<AutostartLoginItem>(QCoreApplication::applicationFilePath().toStdString(), autostartFolder());
+    platform.loginItem = std::make_unique<AutostartLoginItem>(program, autostartFolder());
     return platform;
 }
 
