@@ -30,6 +30,10 @@ constexpr auto refreshInterval = 2000ms;
 constexpr std::string_view lastStatusKey = "LastStatus";
 constexpr auto beforeShowingPermissions = 500ms;
 
+/// How long a tray may take to show the item; at login it is started beside this program.
+constexpr auto untilItemIsShown = 3s;
+constexpr auto untilItemIsShownAtLogin = 60s;
+
 FileShareServices fileShareServices(const AppServices& services, core::AppPreferences& preferences) {
     return {.desktop = services.desktop,
             .userDefaults = services.userDefaults,
@@ -124,6 +128,19 @@ void AppDelegate::applicationDidFinishLaunching() {
         return refusal ? std::optional(refusal->rendered(preferences_.state().language)) : std::nullopt;
     });
     showPermissionsIfNeeded();
+    notifyUnlessItemIsShown();
+}
+
+/// Without a place for the status item nothing else says that the program runs.
+void AppDelegate::notifyUnlessItemIsShown() {
+    const auto delay = services_.workspace.launchedAtLogin() ? untilItemIsShownAtLogin : untilItemIsShown;
+    services_.mainQueue.postAfter(delay, [this, alive = std::weak_ptr<void>(alive_)] {
+        if (!alive.expired() && !services_.statusItem.isVisible()) {
+            const auto language = preferences_.state().language;
+            services_.statusItem.notify(core::LocalizedText(core::texts::quillaneIsRunning).rendered(language),
+                                        core::LocalizedText(core::texts::noSystemTray).rendered(language));
+        }
+    });
 }
 
 void AppDelegate::wireControllers() {
@@ -164,7 +181,12 @@ void AppDelegate::wireControllers() {
         model_.offer({title, std::move(action)});
     };
     switcher_.report = [this](const core::LocalizedText& text) { report(text); };
-    subscriptions_.push_back(preferences_.onChanged([this] { rebuildMenus(); }));
+    subscriptions_.push_back(preferences_.onChanged([this] {
+        rebuildMenus();
+        if (services_.servicesMenu.hasUserEntry() == true) {
+            setFileManagerEntry(true); // in the language of now
+        }
+    }));
     subscriptions_.push_back(services_.inputSources.onChanged([this] { publishRuntime(); }));
 }
 
@@ -263,8 +285,16 @@ SettingsServices AppDelegate::settingsServices() {
             .updater = updater_,
             .windowTraits = services_.windowTraits,
             .clipboard = std::move(clipboard),
+            .fileManager = {.hasEntry = [this] { return services_.servicesMenu.hasUserEntry(); },
+                            .setEntry = [this](bool on) { setFileManagerEntry(on); }},
             .symbol = [this](const std::string& name, const QColor& color) { return symbols_.icon(name, color); },
             .applicationIcon = QGuiApplication::windowIcon()};
+}
+
+void AppDelegate::setFileManagerEntry(bool on) {
+    services_.servicesMenu.setUserEntry(
+        on ? std::optional(core::LocalizedText(core::texts::shareWithQuillane).rendered(preferences_.state().language))
+           : std::nullopt);
 }
 
 PermissionGuideServices AppDelegate::guideServices() {
@@ -319,6 +349,7 @@ void AppDelegate::updateStatusItem() {
                           .version = environment_.version,
                           .options = model_.options(),
                           .keepAwakeActive = model_.runtime().keepAwakeActive,
+                          .keepAwakeStatus = model_.runtime().keepAwakeStatus,
                           .captureMeans = services_.areaCapture.means(),
                           .accessibilityGranted = permissions_.granted().contains(core::MacPermission::accessibility),
                           .status = checked_ ? statusRow(facts) : StatusRow{core::texts::checkingPermissions, "clock"}};
@@ -435,7 +466,7 @@ void AppDelegate::rememberTarget() {
 
 void AppDelegate::report(const core::LocalizedText& text) {
     model_.setLastAction(text);
-    services_.userDefaults.setObject(lastStatusKey, text.rendered(preferences_.state().language));
+    services_.userDefaults.note(lastStatusKey, text.rendered(preferences_.state().language));
 }
 
 void AppDelegate::reportCapture(const core::LocalizedText& text) {

@@ -81,8 +81,10 @@ private:
     void startCapture();
     void makeHistoryPanel();
     void showPermissionsIfNeeded();
+    void notifyUnlessItemIsShown();
     void requestNextPermissionIfNeeded();
     [[nodiscard]] SettingsServices settingsServices();
+    void setFileManagerEntry(bool on);
     [[nodiscard]] PermissionGuideServices guideServices();
 
     void toggle(bool core::FeatureOptions::*option);

@@ -274,7 +274,9 @@ TEST_F(AppDelegateTests, AViewerOfAnotherScreenInFrontSuspends) {
 TEST_F(AppDelegateTests, TheLanguageChordSwitchesAndReports) {
     launch();
     desktop.withFrontApplication("com.apple.TextEdit");
+    const auto writes = defaults.writes;
     releaseLanguageChord();
+    EXPECT_EQ(defaults.writes, writes) << "the status line is only a note";
     EXPECT_EQ(desktop.inputSources.current(), fakes::hebrew());
     const auto expected = "Keyboard language: " + fakes::hebrew().localizedName;
     EXPECT_EQ(model->lastAction().rendered(AppLanguage::english), expected);
@@ -460,9 +462,70 @@ TEST_F(AppDelegateTests, ARefusedAssertionIsToldAndNotTriedAgainByTheTimer) {
     EXPECT_FALSE(checked("Keep Mac Awake"));
     EXPECT_TRUE(model->runtime().keepAwakeFailed);
     EXPECT_EQ(model->runtime().keepAwakeStatus, core::LocalizedText(core::texts::keepAwakeFailed));
+    const std::string failed = "Could not prevent sleep. Turn off and on to retry.";
+    EXPECT_EQ(desktop.statusItem.row("Keep Mac Awake").toolTip, failed);
+    EXPECT_NE(delegate->handleControlRequest({"status", {}}).text.find(failed), std::string::npos);
+    const auto json = nlohmann::json::parse(delegate->handleControlRequest({"status", {"--json"}}).text);
+    EXPECT_EQ(json["keepAwake"]["status"], failed);
     const auto asked = desktop.sleepAssertions.asked().size();
     desktop.queue.advance(10s);
     EXPECT_EQ(desktop.sleepAssertions.asked().size(), asked);
+}
+
+TEST_F(AppDelegateTests, WithoutATrayAStartSaysThatTheProgramRuns) {
+    desktop.statusItem.setVisible(false);
+    launch();
+    EXPECT_TRUE(desktop.statusItem.notices().empty()) << "the tray may take a moment";
+    desktop.queue.advance(3s);
+    ASSERT_EQ(desktop.statusItem.notices().size(), 1U);
+    EXPECT_EQ(desktop.statusItem.notices().front(),
+              (fakes::FakeStatusItem::Notice{"Quillane is running",
+                                             "There is no system tray. Open Quillane again to see its settings."}));
+    desktop.queue.advance(120s);
+    EXPECT_EQ(desktop.statusItem.notices().size(), 1U);
+}
+
+TEST_F(AppDelegateTests, TrayThatStartsLaterAtLoginIsWaitedFor) {
+    desktop.workspace.setLaunchedAtLogin(true);
+    desktop.statusItem.setVisible(false);
+    launch();
+    desktop.queue.advance(30s);
+    desktop.statusItem.setVisible(true);
+    desktop.queue.advance(60s);
+    EXPECT_TRUE(desktop.statusItem.notices().empty());
+}
+
+TEST_F(AppDelegateTests, WithATrayAStartSaysNothing) {
+    launch();
+    desktop.queue.advance(120s);
+    EXPECT_TRUE(desktop.statusItem.notices().empty());
+}
+
+TEST_F(AppDelegateTests, EntryOfTheFileManagerFollowsTheLanguage) {
+    desktop.servicesMenu.canHaveUserEntry = true;
+    launch();
+    preferences->choose(AppLanguage::hebrew);
+    EXPECT_EQ(desktop.servicesMenu.userEntry, std::nullopt) << "nobody has asked for it";
+    desktop.servicesMenu.setUserEntry("שיתוף באמצעות Quillane");
+    preferences->choose(AppLanguage::english);
+    EXPECT_EQ(desktop.servicesMenu.userEntry, "Share with Quillane");
+}
+
+TEST_F(AppDelegateTests, AnAssertionThatIsLostTwiceIsShownAsAFailureWithinTwoSeconds) {
+    launch();
+    click("Keep Mac Awake");
+    desktop.sleepAssertions.lose(core::SleepAssertionKind::display, 7);
+    desktop.queue.advance(2s);
+    EXPECT_TRUE(checked("Keep Mac Awake"));
+    EXPECT_EQ(desktop.sleepAssertions.held().size(), 2U);
+    desktop.sleepAssertions.lose(core::SleepAssertionKind::display, 7);
+    desktop.queue.advance(2s);
+    EXPECT_FALSE(checked("Keep Mac Awake"));
+    EXPECT_TRUE(desktop.sleepAssertions.held().empty());
+    EXPECT_EQ(desktop.statusItem.row("Keep Mac Awake").toolTip, "Could not prevent sleep. Turn off and on to retry.");
+    click("Keep Mac Awake"); // off
+    click("Keep Mac Awake");
+    EXPECT_TRUE(checked("Keep Mac Awake"));
 }
 
 } // namespace

@@ -80,6 +80,24 @@ TEST_F(LiveSettings, TheKeyboardAloneReachesASwitchAndChangesTheAgent) {
         [](const nlohmann::json& status) { return status.at("options").at("shiftEnglish") == false; }));
 }
 
+TEST_F(LiveSettings, ControlWClosesTheWindowAndControlQEndsTheAgentInTheHebrewLayout) {
+    startAgent();
+    open();
+    const auto window = desktop().screen().activeWindow();
+    ASSERT_TRUE(agent().useGroup(1, true));
+    const auto pressWithControl = [&](Key key) {
+        const auto& keyboard = desktop().keyboard();
+        keyboard.press(Key::leftControl);
+        keyboard.tap(key);
+        keyboard.release(Key::leftControl);
+    };
+    pressWithControl(Key::w);
+    ASSERT_TRUE(waitUntil([&] { return std::ranges::count(desktop().screen().managedWindows(), *window) == 0; }));
+    open();
+    pressWithControl(Key::q);
+    EXPECT_EQ(agent().process().waitForExit(patience), (ExitStatus{0, 0}));
+}
+
 TEST_F(LiveSettings, ClosedAndOpenedAgainItIsWhereItWas) {
     startAgent();
     open();

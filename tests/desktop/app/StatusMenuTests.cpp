@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/agent/AgentTest.hpp"
 #include "desktop/agent/LiveMenu.hpp"
+#include "desktop/fixture/MockServices.hpp"
 
 #include <algorithm>
 
@@ -53,6 +54,23 @@ TEST_F(LiveStatusMenu, HasItsRowsInOrder) {
     for (const std::size_t toggle : {14U, 15U, 16U}) {
         EXPECT_TRUE(rows[toggle].isChecked) << rows[toggle].title;
     }
+}
+
+/// On a desktop without a tray.
+class WithoutTrayTest : public AgentTest {
+protected:
+    void SetUp() override { startDesktop({.tray = false}); }
+};
+
+TEST_F(WithoutTrayTest, StartIsAnnouncedByANotification) {
+    const auto notices = required(startNotifications(desktop()));
+    require(chooseAgentLanguage(desktop(), "he"), "cannot write the settings");
+    startAgent();
+    EXPECT_EQ(agent().status().at("statusItemVisible"), false);
+    EXPECT_TRUE(waitUntil([&] {
+        return shownNotifications(desktop()) ==
+               "היישום Quillane פועל|לא נמצא מגש מערכת. פתיחה נוספת של Quillane תציג את ההגדרות.";
+    })) << shownNotifications(desktop());
 }
 
 class LiveStatusMenuIn : public LiveStatusMenu, public testing::WithParamInterface<const char*> {};
