@@ -396,7 +396,15 @@ public:
 
     void focusPasswordField() { moveTo("password"); }
 
-    void openContextMenu() { desktop().keyboard().tap(Key::menu); }
+    void openContextMenu() {
+        // The application learns from the registry who observes it. That has arrived once it has answered a question
+        // over the same bus; a key could overtake it.
+        ASSERT_TRUE(testing::waitUntil([&] {
+            const auto field = focused(pid());
+            return field && read<std::string>(*field, "AXTitle").has_value();
+        }));
+        desktop().keyboard().tap(Key::menu);
+    }
 
     void stopAnswering() {
         form_->signal(SIGSTOP);
