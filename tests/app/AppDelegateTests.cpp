@@ -271,73 +271,6 @@ TEST_F(AppDelegateTests, AViewerOfAnotherScreenInFrontSuspends) {
     EXPECT_FALSE(model->runtime().screenSharingSuspended);
 }
 
-TEST_F(AppDelegateTests, TheLanguageChordSwitchesAndReports) {
-    launch();
-    desktop.withFrontApplication("com.apple.TextEdit");
-    const auto writes = defaults.writes;
-    releaseLanguageChord();
-    EXPECT_EQ(defaults.writes, writes) << "the status line is only a note";
-    EXPECT_EQ(desktop.inputSources.current(), fakes::hebrew());
-    const auto expected = "Keyboard language: " + fakes::hebrew().localizedName;
-    EXPECT_EQ(model->lastAction().rendered(AppLanguage::english), expected);
-    EXPECT_EQ(defaults.string("LastStatus"), expected);
-    EXPECT_TRUE(model->runtime().inputIsRTL);
-    EXPECT_EQ(model->runtime().inputName, fakes::hebrew().localizedName);
-}
-
-TEST_F(AppDelegateTests, AChordHeldAcrossAnApplicationSwitchDoesNothing) {
-    launch();
-    desktop.withFrontApplication("com.apple.TextEdit");
-    desktop.press(Modifier::leftOption).press(Modifier::leftShift);
-    desktop.withFrontApplication("com.apple.Notes");
-    desktop.release(Modifier::leftShift).release(Modifier::leftOption).settle();
-    EXPECT_EQ(desktop.inputSources.current(), fakes::english());
-}
-
-TEST_F(AppDelegateTests, TheLastSupportedApplicationIsRemembered) {
-    desktop.withFrontApplication("com.apple.TextEdit");
-    launch();
-    EXPECT_EQ(model->testTargetID(), "com.apple.TextEdit");
-    desktop.withFrontApplication("org.example.unsupported");
-    EXPECT_EQ(model->testTargetID(), "com.apple.TextEdit");
-    desktop.withFrontApplication("com.apple.Notes");
-    EXPECT_EQ(model->testTargetID(), "com.apple.Notes");
-}
-
-TEST_F(AppDelegateTests, OnlyTestTargetsOfTheDesktopAreRemembered) {
-    launch();
-    desktop.withFrontApplication("com.apple.Notes");
-    desktop.withFrontApplication("org.libreoffice.script");
-    EXPECT_EQ(model->testTargetID(), "com.apple.Notes") << "macOS does not offer it";
-}
-
-TEST_F(AppDelegateTests, LinuxRemembersItsOwnTestTargets) {
-    shownOn = core::Desktop::linuxDesktop;
-    launch();
-    desktop.withFrontApplication("org.libreoffice.script");
-    EXPECT_EQ(model->testTargetID(), "org.libreoffice.script");
-    desktop.withFrontApplication("com.apple.Notes");
-    EXPECT_EQ(model->testTargetID(), "org.libreoffice.script") << "no application of this desktop";
-}
-
-TEST_F(AppDelegateTests, ATapThatTheSystemDisablesIsReported) {
-    launch();
-    desktop.tap.disable();
-    desktop.settle();
-    EXPECT_TRUE(desktop.tap.isEnabled());
-    EXPECT_EQ(model->lastAction(), core::LocalizedText(core::texts::keyboardEngineRestarted));
-}
-
-TEST_F(AppDelegateTests, KeyboardActivityIsShown) {
-    launch();
-    desktop.withFrontApplication("com.apple.TextEdit");
-    EXPECT_FALSE(model->runtime().keyboardEventsObserved);
-    EXPECT_TRUE(model->needsRelaunch());
-    desktop.press(Modifier::leftShift).settle();
-    EXPECT_TRUE(model->runtime().keyboardEventsObserved);
-    EXPECT_FALSE(model->needsRelaunch());
-}
-
 TEST_F(AppDelegateTests, WithoutAKeyboardTheMenuSaysSoAndNothingStarts) {
     keyboardAvailable = false;
     launch();
@@ -429,49 +362,6 @@ TEST_F(AppDelegateTests, DirectionChordsAreCounted) {
     EXPECT_EQ(json["lastDirection"]["count"], 1);
 }
 
-TEST_F(AppDelegateTests, TheMenuRowKeepsTheMacAwakeAndPausingLetsItSleep) {
-    launch();
-    EXPECT_FALSE(checked("Keep Mac Awake"));
-    click("Keep Mac Awake");
-    EXPECT_TRUE(checked("Keep Mac Awake"));
-    EXPECT_EQ(desktop.sleepAssertions.held().size(), 2U);
-    click("Pause all");
-    EXPECT_FALSE(checked("Keep Mac Awake"));
-    EXPECT_TRUE(desktop.sleepAssertions.held().empty());
-    EXPECT_EQ(model->runtime().keepAwakeStatus, core::LocalizedText(core::texts::keepAwakePaused));
-    click("Resume");
-    EXPECT_TRUE(checked("Keep Mac Awake"));
-    EXPECT_EQ(desktop.sleepAssertions.held().size(), 2U);
-    click("Keep Mac Awake");
-    EXPECT_TRUE(desktop.sleepAssertions.held().empty());
-}
-
-TEST_F(AppDelegateTests, KeepingAwakeIsRememberedAndEndsWithTheProgram) {
-    defaults.setObject("KeepAwakeEnabled", true);
-    launch();
-    EXPECT_EQ(desktop.sleepAssertions.held().size(), 2U);
-    delegate->applicationWillTerminate();
-    EXPECT_TRUE(desktop.sleepAssertions.held().empty());
-    EXPECT_TRUE(core::FeatureOptions::load(defaults).keepAwake);
-}
-
-TEST_F(AppDelegateTests, ARefusedAssertionIsToldAndNotTriedAgainByTheTimer) {
-    desktop.sleepAssertions.refuse(core::SleepAssertionKind::display, 7);
-    launch();
-    click("Keep Mac Awake");
-    EXPECT_FALSE(checked("Keep Mac Awake"));
-    EXPECT_TRUE(model->runtime().keepAwakeFailed);
-    EXPECT_EQ(model->runtime().keepAwakeStatus, core::LocalizedText(core::texts::keepAwakeFailed));
-    const std::string failed = "Could not prevent sleep. Turn off and on to retry.";
-    EXPECT_EQ(desktop.statusItem.row("Keep Mac Awake").toolTip, failed);
-    EXPECT_NE(delegate->handleControlRequest({"status", {}}).text.find(failed), std::string::npos);
-    const auto json = nlohmann::json::parse(delegate->handleControlRequest({"status", {"--json"}}).text);
-    EXPECT_EQ(json["keepAwake"]["status"], failed);
-    const auto asked = desktop.sleepAssertions.asked().size();
-    desktop.queue.advance(10s);
-    EXPECT_EQ(desktop.sleepAssertions.asked().size(), asked);
-}
-
 TEST_F(AppDelegateTests, WithoutATrayAStartSaysThatTheProgramRuns) {
     desktop.statusItem.setVisible(false);
     launch();
@@ -509,23 +399,6 @@ TEST_F(AppDelegateTests, EntryOfTheFileManagerFollowsTheLanguage) {
     desktop.servicesMenu.setUserEntry("שיתוף באמצעות Quillane");
     preferences->choose(AppLanguage::english);
     EXPECT_EQ(desktop.servicesMenu.userEntry, "Share with Quillane");
-}
-
-TEST_F(AppDelegateTests, AnAssertionThatIsLostTwiceIsShownAsAFailureWithinTwoSeconds) {
-    launch();
-    click("Keep Mac Awake");
-    desktop.sleepAssertions.lose(core::SleepAssertionKind::display, 7);
-    desktop.queue.advance(2s);
-    EXPECT_TRUE(checked("Keep Mac Awake"));
-    EXPECT_EQ(desktop.sleepAssertions.held().size(), 2U);
-    desktop.sleepAssertions.lose(core::SleepAssertionKind::display, 7);
-    desktop.queue.advance(2s);
-    EXPECT_FALSE(checked("Keep Mac Awake"));
-    EXPECT_TRUE(desktop.sleepAssertions.held().empty());
-    EXPECT_EQ(desktop.statusItem.row("Keep Mac Awake").toolTip, "Could not prevent sleep. Turn off and on to retry.");
-    click("Keep Mac Awake"); // off
-    click("Keep Mac Awake");
-    EXPECT_TRUE(checked("Keep Mac Awake"));
 }
 
 } // namespace

@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "app/AppDelegateTest.hpp"
+#include "core/localization/Texts.hpp"
+
+namespace quillane {
+namespace {
+
+using core::AppLanguage;
+using fakes::Modifier;
+
+/// From keys to their effect on the desktop and on what the program shows.
+using KeyboardFlow = AppDelegateTest;
+
+TEST_F(KeyboardFlow, TheLanguageChordSwitchesAndReports) {
+    launch();
+    desktop.withFrontApplication("com.apple.TextEdit");
+    const auto writes = defaults.writes;
+    releaseLanguageChord();
+    EXPECT_EQ(defaults.writes, writes) << "the status line is only a note";
+    EXPECT_EQ(desktop.inputSources.current(), fakes::hebrew());
+    const auto expected = "Keyboard language: " + fakes::hebrew().localizedName;
+    EXPECT_EQ(model->lastAction().rendered(AppLanguage::english), expected);
+    EXPECT_EQ(defaults.string("LastStatus"), expected);
+    EXPECT_TRUE(model->runtime().inputIsRTL);
+    EXPECT_EQ(model->runtime().inputName, fakes::hebrew().localizedName);
+}
+
+TEST_F(KeyboardFlow, AChordHeldAcrossAnApplicationSwitchDoesNothing) {
+    launch();
+    desktop.withFrontApplication("com.apple.TextEdit");
+    desktop.press(Modifier::leftOption).press(Modifier::leftShift);
+    desktop.withFrontApplication("com.apple.Notes");
+    desktop.release(Modifier::leftShift).release(Modifier::leftOption).settle();
+    EXPECT_EQ(desktop.inputSources.current(), fakes::english());
+}
+
+TEST_F(KeyboardFlow, TheLastSupportedApplicationIsRemembered) {
+    desktop.withFrontApplication("com.apple.TextEdit");
+    launch();
+    EXPECT_EQ(model->testTargetID(), "com.apple.TextEdit");
+    desktop.withFrontApplication("org.example.unsupported");
+    EXPECT_EQ(model->testTargetID(), "com.apple.TextEdit");
+    desktop.withFrontApplication("com.apple.Notes");
+    EXPECT_EQ(model->testTargetID(), "com.apple.Notes");
+}
+
+TEST_F(KeyboardFlow, OnlyTestTargetsOfTheDesktopAreRemembered) {
+    launch();
+    desktop.withFrontApplication("com.apple.Notes");
+    desktop.withFrontApplication("org.libreoffice.script");
+    EXPECT_EQ(model->testTargetID(), "com.apple.Notes") << "macOS does not offer it";
+}
+
+TEST_F(KeyboardFlow, LinuxRemembersItsOwnTestTargets) {
+    shownOn = core::Desktop::linuxDesktop;
+    launch();
+    desktop.withFrontApplication("org.libreoffice.script");
+    EXPECT_EQ(model->testTargetID(), "org.libreoffice.script");
+    desktop.withFrontApplication("com.apple.Notes");
+    EXPECT_EQ(model->testTargetID(), "org.libreoffice.script") << "no application of this desktop";
+}
+
+TEST_F(KeyboardFlow, ATapThatTheSystemDisablesIsReported) {
+    launch();
+    desktop.tap.disable();
+    desktop.settle();
+    EXPECT_TRUE(desktop.tap.isEnabled());
+    EXPECT_EQ(model->lastAction(), core::LocalizedText(core::texts::keyboardEngineRestarted));
+}
+
+TEST_F(KeyboardFlow, KeyboardActivityIsShown) {
+    launch();
+    desktop.withFrontApplication("com.apple.TextEdit");
+    EXPECT_FALSE(model->runtime().keyboardEventsObserved);
+    EXPECT_TRUE(model->needsRelaunch());
+    desktop.press(Modifier::leftShift).settle();
+    EXPECT_TRUE(model->runtime().keyboardEventsObserved);
+    EXPECT_FALSE(model->needsRelaunch());
+}
+
+} // namespace
+} // namespace quillane
