@@ -3,6 +3,7 @@
 #include "core/clipboard/VaultFolder.hpp"
 
 #include "core/support/AtomicFile.hpp"
+#include "core/support/DiskFlush.hpp"
 
 #include <algorithm>
 #include <cerrno>
@@ -165,7 +166,7 @@ VaultFolder::Result<void> VaultFolder::replace(const std::string& name,
             return failure(Reason::write);
         }
         const auto isWritten = [&](std::span<const std::byte> part) { return writeAll(file.get(), part); };
-        if (!std::ranges::all_of(parts, isWritten) || fchmod(file.get(), fileMode) != 0 || fsync(file.get()) != 0) {
+        if (!std::ranges::all_of(parts, isWritten) || fchmod(file.get(), fileMode) != 0 || !flushToDisk(file.get())) {
             const auto failed = failure(Reason::write);
             unlinkat(descriptor_, temporaryName, 0);
             return failed;
@@ -218,7 +219,7 @@ VaultFolder::Result<std::vector<std::string>> VaultFolder::names() const {
 }
 
 VaultFolder::Result<void> VaultFolder::flush() {
-    if (fsync(descriptor_) != 0) {
+    if (!flushToDisk(descriptor_)) {
         return failure(Reason::write);
     }
     return {};

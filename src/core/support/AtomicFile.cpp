@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/support/AtomicFile.hpp"
 
+#include "core/support/DiskFlush.hpp"
 #include "core/support/FileDescriptor.hpp"
 
 #include <algorithm>
@@ -62,12 +63,7 @@ tl::expected<void, FileError> fill(const FileDescriptor& fd, std::span<const std
     if (auto written = writeAll(fd.get(), content); !written) {
         return written;
     }
-#ifdef F_FULLFSYNC // where it exists, fsync alone stops at the drive's cache
-    if (::fcntl(fd.get(), F_FULLFSYNC) == 0) {
-        return {};
-    }
-#endif
-    if (::fsync(fd.get()) != 0) {
+    if (!flushToDisk(fd.get())) {
         return systemError();
     }
     return {};
@@ -77,7 +73,7 @@ tl::expected<void, FileError> fill(const FileDescriptor& fd, std::span<const std
 void flushFolder(const fs::path& folder) {
     const FileDescriptor fd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (fd) {
-        static_cast<void>(::fsync(fd.get()));
+        static_cast<void>(flushToDisk(fd.get()));
     }
 }
 
