@@ -15,9 +15,23 @@ UsageError unknown(std::string_view kind, std::string_view word) {
     return {"unknown " + std::string(kind) + " '" + std::string(word) + "'"};
 }
 
-} // namespace
+/// Leaves out what macOS itself gives an application that it starts: its process serial number at the first launch of a
+/// download (-psn_0_12345), and settings for this launch only in pairs (-NSQuitAlwaysKeepsWindows NO, -AppleLanguages
+/// (he)).
+std::span<const std::string_view> withoutLaunchArguments(std::span<const std::string_view> words) {
+    while (!words.empty()) {
+        if (words.front().starts_with("-psn_")) {
+            words = words.subspan(1);
+        } else if (words.front().starts_with("-NS") || words.front().starts_with("-Apple")) {
+            words = words.subspan(std::min<std::size_t>(2, words.size()));
+        } else {
+            break;
+        }
+    }
+    return words;
+}
 
-Call parse(std::span<const std::string_view> words) {
+Call parseOwn(std::span<const std::string_view> words) {
     if (words.empty()) {
         return RunAgent{};
     }
@@ -51,6 +65,12 @@ Call parse(std::span<const std::string_view> words) {
         return SendRequest{{std::string(command), {}}};
     }
     return unknown(command.starts_with('-') ? "option" : "command", command);
+}
+
+} // namespace
+
+Call parse(std::span<const std::string_view> words) {
+    return parseOwn(withoutLaunchArguments(words));
 }
 
 std::string_view usage() {

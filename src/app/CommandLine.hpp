@@ -47,7 +47,7 @@ struct UsageError {
 
 using Call = std::variant<RunAgent, SendRequest, ShareFiles, ShowHelp, ShowVersion, UsageError>;
 
-/// Reads the words after the program's name.
+/// Reads the words after the program's name, without those that macOS puts before them.
 [[nodiscard]] Call parse(std::span<const std::string_view> words);
 
 /// The usage text, for people; English, because a terminal does not order mixed text reliably.

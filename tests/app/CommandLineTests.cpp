@@ -25,6 +25,14 @@ TEST(CommandLine, TheSessionStartsTheAgentAtLogin) {
     EXPECT_EQ(parsed({"--at-login"}), Call(RunAgent{true}));
 }
 
+TEST(CommandLine, LaunchArgumentsOfMacOSAreIgnored) {
+    EXPECT_EQ(parsed({"-psn_0_989382"}), Call(RunAgent{}));
+    EXPECT_EQ(parsed({"-NSQuitAlwaysKeepsWindows", "NO"}), Call(RunAgent{}));
+    EXPECT_EQ(parsed({"-AppleLanguages", "(he)", "-psn_0_1", "--at-login"}), Call(RunAgent{true}));
+    EXPECT_EQ(parsed({"-NSDocumentRevisionsDebugMode"}), Call(RunAgent{}));
+    EXPECT_EQ(parsed({"share", "-psn_0_1", "-NSfile"}), Call(ShareFiles{{"-psn_0_1", "-NSfile"}}));
+}
+
 TEST(CommandLine, CommandsAreSentToTheRunningAgent) {
     for (const auto* command : {"capture", "history", "pause", "resume", "quit", "status"}) {
         EXPECT_EQ(parsed({command}), Call(SendRequest{{command, {}}}));
