@@ -18,10 +18,18 @@ enum class PanelKind {
     search, ///< has the keys while it is open, and closes when the user turns to something else
 };
 
+/// How Qt numbers the keys of a window's key events, and which modifier it makes of Command.
+enum class KeyNumbering {
+    x11,   ///< scan codes of the X server; the Super key, which stands in for Command in hot keys, is Meta
+    macOS, ///< virtual key codes of macOS; Command is Control, and Control is Meta
+};
+
 /// What the desktop makes of this program's windows. Main thread.
 class WindowTraits {
 public:
     virtual ~WindowTraits() = default;
+
+    [[nodiscard]] virtual KeyNumbering keyNumbering() const = 0;
 
     virtual void setActivationPolicy(ActivationPolicy policy) = 0;
 

@@ -13,6 +13,8 @@ namespace quillane::fakes {
 /// Records what was asked of the desktop.
 class FakeWindowTraits final : public WindowTraits {
 public:
+    [[nodiscard]] KeyNumbering keyNumbering() const override { return numbering; }
+
     void setActivationPolicy(ActivationPolicy policy) override { policies_.push_back(policy); }
 
     void activateApplication() override { ++activations; }
@@ -25,6 +27,7 @@ public:
     /// Every policy that was set, in order.
     [[nodiscard]] const std::vector<ActivationPolicy>& policies() const { return policies_; }
 
+    KeyNumbering numbering = KeyNumbering::x11;
     int activations = 0; ///< how often the program was brought to the front
 
 private:

@@ -420,7 +420,8 @@ void ClipboardHistoryView::dismissPreview() {
 
 bool ClipboardHistoryView::handleKey(const QKeyEvent& event) {
     dismissPreview();
-    if (PanelKeyEvents::isHotKey(event)) {
+    const auto numbering = services_.windowTraits.keyNumbering();
+    if (PanelKeyEvents::isHotKey(event, numbering)) {
         services_.panel.close();
         return true;
     }
@@ -428,7 +429,7 @@ bool ClipboardHistoryView::handleKey(const QKeyEvent& event) {
         openMenu();
         return true;
     }
-    const auto keyCode = PanelKeyEvents::keyCode(event);
+    const auto keyCode = PanelKeyEvents::keyCode(event, numbering);
     return keyCode && services_.panel.handle(*keyCode, PanelKeyEvents::flags(event));
 }
 

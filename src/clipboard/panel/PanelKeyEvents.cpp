@@ -21,27 +21,39 @@ constexpr core::KeyCode down = 125;
 constexpr core::KeyCode up = 126;
 constexpr std::array<core::KeyCode, 9> digits{18, 19, 20, 21, 23, 22, 26, 28, 25}; // 1 to 9
 
-/// Key codes of the X server, which are those of the Linux kernel (input-event-codes.h) and 8. On other desktops Qt has
-/// no such number.
+/// Key codes of the X server, which are those of the Linux kernel (input-event-codes.h) and 8.
 constexpr quint32 scanCodeOfV = 55;
 constexpr quint32 scanCodeOfOne = 10; // those of 2 to 9 follow
 
-std::optional<std::size_t> digit(const QKeyEvent& event) {
-    const auto key = static_cast<quint32>(event.key());
-    const int value = key < 0x10000 ? QChar(static_cast<char16_t>(key)).digitValue() : -1;
-    if (value >= 1 && value <= 9) {
-        return static_cast<std::size_t>(value);
+constexpr core::KeyCode keyCodeOfV = 9;
+
+/// The place of a key of the digit row, from 0.
+std::optional<std::size_t> digitByPlace(const QKeyEvent& event, KeyNumbering numbering) {
+    if (numbering == KeyNumbering::macOS) {
+        const auto* const place = std::ranges::find(digits, event.nativeVirtualKey());
+        return place != digits.end() ? std::optional<std::size_t>(place - digits.begin()) : std::nullopt;
     }
     const auto scanCode = event.nativeScanCode();
-    if (value < 0 && scanCode >= scanCodeOfOne && scanCode < scanCodeOfOne + digits.size()) {
-        return scanCode - scanCodeOfOne + 1; // layouts that have other signs there
+    return scanCode >= scanCodeOfOne && scanCode < scanCodeOfOne + digits.size()
+               ? std::optional<std::size_t>(scanCode - scanCodeOfOne)
+               : std::nullopt;
+}
+
+/// The index of a digit key, from 0. macOS numbers keys by their place alone; on X11 a digit that is written on the key
+/// counts first.
+std::optional<std::size_t> digit(const QKeyEvent& event, KeyNumbering numbering) {
+    const auto key = static_cast<quint32>(event.key());
+    const int written = key < 0x10000 ? QChar(static_cast<char16_t>(key)).digitValue() : -1;
+    const auto place = digitByPlace(event, numbering);
+    if (place && (written < 0 || numbering == KeyNumbering::macOS)) {
+        return place;
     }
-    return std::nullopt;
+    return written >= 1 && written <= 9 ? std::optional<std::size_t>(written - 1) : std::nullopt;
 }
 
 } // namespace
 
-std::optional<core::KeyCode> keyCode(const QKeyEvent& event) {
+std::optional<core::KeyCode> keyCode(const QKeyEvent& event, KeyNumbering numbering) {
     switch (event.key()) {
     case Qt::Key_Return:
         return returnKey;
@@ -60,8 +72,8 @@ std::optional<core::KeyCode> keyCode(const QKeyEvent& event) {
     default:
         break;
     }
-    if (const auto number = digit(event)) {
-        return digits.at(*number - 1);
+    if (const auto index = digit(event, numbering)) {
+        return digits.at(*index);
     }
     return std::nullopt;
 }
@@ -76,8 +88,11 @@ core::EventFlags flags(const QKeyEvent& event) {
     return held;
 }
 
-bool isHotKey(const QKeyEvent& event) {
+bool isHotKey(const QKeyEvent& event, KeyNumbering numbering) {
     const auto modifiers = event.modifiers() & ~Qt::KeypadModifier & ~Qt::GroupSwitchModifier;
+    if (numbering == KeyNumbering::macOS) {
+        return modifiers == (Qt::ControlModifier | Qt::ShiftModifier) && event.nativeVirtualKey() == keyCodeOfV;
+    }
     return modifiers == (Qt::MetaModifier | Qt::ShiftModifier) &&
            (event.key() == Qt::Key_V || event.nativeScanCode() == scanCodeOfV);
 }

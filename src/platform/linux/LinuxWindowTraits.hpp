@@ -10,6 +10,8 @@ namespace quillane {
 /// what the desktop does anyway. Windows come to the front one by one (QWidget::activateWindow).
 class LinuxWindowTraits final : public WindowTraits {
 public:
+    [[nodiscard]] KeyNumbering keyNumbering() const override { return KeyNumbering::x11; }
+
     void setActivationPolicy(ActivationPolicy) override {}
 
     void activateApplication() override {}

@@ -8,6 +8,8 @@ namespace quillane {
 
 class MacWindowTraits final : public WindowTraits {
 public:
+    [[nodiscard]] KeyNumbering keyNumbering() const override { return KeyNumbering::macOS; }
+
     /// NSApplication.activationPolicy.
     void setActivationPolicy(ActivationPolicy policy) override;
     void activateApplication() override;
