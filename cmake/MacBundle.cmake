@@ -10,11 +10,26 @@ set(QUILLANE_BUILD_NUMBER "${PROJECT_VERSION}" CACHE STRING
 set(QUILLANE_UPDATE_FEED "https://updates.quillane.example/appcast.xml" CACHE STRING
   "The https address of the appcast that says which versions there are")
 set(QUILLANE_UPDATE_KEY "" CACHE STRING
-  "The public half of the EdDSA key that updates are signed with, in base64; without one no update is accepted")
+  "The public half of the EdDSA key that updates are signed with, in base64; without one the program does not update itself")
 
-# quillane_information(FOLDER): writes Info.plist into the folder.
+# quillane_information(FOLDER): writes Info.plist into the folder. An empty key would be taken for a wrong one.
 function(quillane_information folder)
+  set(updateKeyEntry)
+  if(QUILLANE_UPDATE_KEY)
+    set(updateKeyEntry "    <key>SUPublicEDKey</key>\n    <string>${QUILLANE_UPDATE_KEY}</string>\n")
+  endif()
   configure_file(${CMAKE_SOURCE_DIR}/resources/macos/Info.plist.in ${folder}/Info.plist @ONLY)
+endfunction()
+
+# quillane_find_sparkle(): has SPARKLE_FRAMEWORK name Sparkle 2. Homebrew keeps a cask in a folder named after its version.
+function(quillane_find_sparkle)
+  set(casks)
+  foreach(root IN LISTS CMAKE_FIND_ROOT_PATH ITEMS "")
+    file(GLOB found LIST_DIRECTORIES true ${root}/opt/homebrew/Caskroom/sparkle/* ${root}/usr/local/Caskroom/sparkle/*)
+    list(APPEND casks ${found})
+  endforeach()
+  list(SORT casks COMPARE NATURAL ORDER DESCENDING)
+  find_library(SPARKLE_FRAMEWORK Sparkle REQUIRED PATHS ${casks} DOC "Sparkle.framework, 2.x (https://sparkle-project.org)")
 endfunction()
 
 # quillane_bundle(TARGET): has the program linked into Quillane.app beside everything that the bundle needs.

@@ -16,7 +16,11 @@ class UpdaterService {
 public:
     virtual ~UpdaterService() = default;
 
-    /// Begins to check in the background, when that is switched on. Called once, after the program has started.
+    /// Whether this build carries the key that updates are verified with. Without one nothing is ever started or
+    /// checked.
+    [[nodiscard]] virtual bool hasKey() const = 0;
+
+    /// Begins to check in the background, when that is switched on. Called at most once, after the program has started.
     virtual void start() = 0;
 
     /// False while a check or an update goes on.

@@ -20,7 +20,15 @@ UpdatesPage::UpdatesPage(const SettingsServices& services) : SettingsPageView(se
     auto& version = addRow(
         card, "arrow.down.app", [&updater] { return texts::installedVersion(updater.version()); },
         [&updater]() -> core::LocalizedText {
-            return updater.updatesItself() ? core::LocalizedText() : core::LocalizedText(texts::packageManagerUpdates);
+            switch (updater.means()) {
+            case AppUpdater::Means::packageManager:
+                return texts::packageManagerUpdates;
+            case AppUpdater::Means::none:
+                return texts::noUpdateKey;
+            case AppUpdater::Means::itself:
+                break;
+            }
+            return {};
         });
     version.setObjectName(QStringLiteral("version"));
     if (updater.updatesItself()) {

@@ -14,18 +14,25 @@ AppUpdater::AppUpdater(UpdaterService* service, WindowTraits& windowTraits, std:
     }
 }
 
+AppUpdater::Means AppUpdater::means() const {
+    if (service_ == nullptr) {
+        return Means::packageManager;
+    }
+    return service_->hasKey() ? Means::itself : Means::none;
+}
+
 void AppUpdater::start() {
-    if (service_ != nullptr && !std::exchange(started_, true)) {
+    if (updatesItself() && !std::exchange(started_, true)) {
         service_->start();
     }
 }
 
 std::optional<core::Date> AppUpdater::lastCheck() const {
-    return service_ != nullptr ? service_->lastCheck() : std::nullopt;
+    return updatesItself() ? service_->lastCheck() : std::nullopt;
 }
 
 void AppUpdater::setChecksAutomatically(bool automatically) {
-    if (service_ != nullptr) {
+    if (updatesItself()) {
         service_->setChecksAutomatically(automatically);
     }
 }

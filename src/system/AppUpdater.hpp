@@ -13,8 +13,8 @@
 
 namespace quillane {
 
-/// Updates as the user sees them. Where a package manager updates the program, there is no service and nothing to
-/// switch. Main thread.
+/// Updates as the user sees them. Where a package manager updates the program there is no service, and in a
+/// build without an update key the service rests: then nothing can be switched. Main thread.
 class AppUpdater {
 public:
     /// An empty version is shown as a dash.
@@ -23,14 +23,21 @@ public:
     /// Once, when the program has finished launching: nothing checks before.
     void start();
 
-    /// The program updates itself.
-    [[nodiscard]] bool updatesItself() const { return service_ != nullptr; }
+    enum class Means {
+        packageManager, ///< updates the program together with the other software
+        none,           ///< a build without the key that updates are verified with
+        itself,
+    };
 
-    [[nodiscard]] bool canCheck() const { return service_ != nullptr && service_->canCheck(); }
+    [[nodiscard]] Means means() const;
+
+    [[nodiscard]] bool updatesItself() const { return means() == Means::itself; }
+
+    [[nodiscard]] bool canCheck() const { return updatesItself() && service_->canCheck(); }
 
     [[nodiscard]] std::optional<core::Date> lastCheck() const;
 
-    [[nodiscard]] bool checksAutomatically() const { return service_ != nullptr && service_->checksAutomatically(); }
+    [[nodiscard]] bool checksAutomatically() const { return updatesItself() && service_->checksAutomatically(); }
 
     void setChecksAutomatically(bool automatically);
 

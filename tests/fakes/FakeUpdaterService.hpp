@@ -11,6 +11,8 @@ namespace quillane::fakes {
 /// An updater that keeps its own settings and finds nothing.
 class FakeUpdaterService final : public UpdaterService {
 public:
+    [[nodiscard]] bool hasKey() const override { return key; }
+
     void start() override { ++starts; }
 
     [[nodiscard]] bool canCheck() const override { return !checking; }
@@ -41,6 +43,7 @@ public:
         changed.notify();
     }
 
+    bool key = true;
     int starts = 0;
     int checks = 0;
     bool checking = false;

@@ -72,8 +72,7 @@ TEST_F(InformationTest, HasTheseKeysAndNoOthers) {
                             "CFBundlePackageType", "CFBundleShortVersionString", "CFBundleVersion",
                             "LSApplicationCategoryType", "LSMinimumSystemVersion", "LSUIElement",
                             "NSHighResolutionCapable", "NSHumanReadableCopyright", "NSLocalNetworkUsageDescription",
-                            "NSPrincipalClass", "NSServices", "SUFeedURL", "SUPublicEDKey",
-                            "SUScheduledCheckInterval"));
+                            "NSPrincipalClass", "NSServices", "SUFeedURL", "SUScheduledCheckInterval"));
 }
 
 TEST_F(InformationTest, NamesTheApplicationAsTheCodeDoes) {
@@ -118,7 +117,14 @@ TEST_F(InformationTest, OffersTheServiceThatTheProviderAnswers) {
 TEST_F(InformationTest, UpdatesComeFromAnHttpsAddressEverySixHours) {
     EXPECT_TRUE(text("SUFeedURL").starts_with("https://"));
     EXPECT_EQ(information_.at("SUScheduledCheckInterval"), PropertyListValue(std::int64_t{21600}));
-    EXPECT_NE(text("SUPublicEDKey"), "(none)");
+}
+
+TEST_F(InformationTest, OnlyABuildWithAnUpdateKeyCarriesOne) {
+    EXPECT_FALSE(information_.contains("SUPublicEDKey"));
+    auto updated = readDictionary(QUILLANE_UPDATED_INFORMATION);
+    EXPECT_EQ(textOf(updated, "SUPublicEDKey"), "a key that verifies nothing");
+    updated.erase("SUPublicEDKey");
+    EXPECT_EQ(updated, information_);
 }
 
 TEST_F(InformationTest, EveryPlaceholderWasFilledIn) {

@@ -35,6 +35,7 @@ protected:
 TYPED_TEST_SUITE_P(UpdaterServiceContract);
 
 TYPED_TEST_P(UpdaterServiceContract, NothingIsCheckedBeforeItIsAsked) {
+    EXPECT_TRUE(this->driver.updater().hasKey());
     EXPECT_EQ(this->driver.checks(), 0);
     EXPECT_EQ(this->driver.updater().lastCheck(), std::nullopt);
     this->driver.updater().start();

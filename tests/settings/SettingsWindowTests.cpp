@@ -333,6 +333,13 @@ TEST_F(SettingsWindowTests, WhileACheckRunsTheButtonIsDisabled) {
     EXPECT_FALSE(shows("No update check yet"));
 }
 
+TEST_F(SettingsWindowTests, ABuildWithoutAnUpdateKeySaysSo) {
+    desktop.updater.key = false;
+    present(SettingsPage::updates);
+    EXPECT_TRUE(shows("This copy was built without an update key, so it does not update itself."));
+    EXPECT_EQ(window().findChild<QPushButton*>("checkNow"), nullptr);
+}
+
 TEST_F(SettingsWindowTests, ChoosingALanguageRedrawsEverythingMirrored) {
     present(SettingsPage::shortcuts);
     find<QComboBox>("language").activated(1);

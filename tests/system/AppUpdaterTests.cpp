@@ -45,11 +45,27 @@ TEST_F(AppUpdaterTests, TheSwitchIsTheUpdatersOwn) {
     EXPECT_FALSE(updater.checksAutomatically());
 }
 
+TEST_F(AppUpdaterTests, WithoutAKeyNothingIsStartedOrChecked) {
+    service.key = false;
+    updater.start();
+    updater.setChecksAutomatically(false);
+    updater.checkNow();
+    EXPECT_EQ(updater.means(), AppUpdater::Means::none);
+    EXPECT_FALSE(updater.updatesItself());
+    EXPECT_FALSE(updater.canCheck());
+    EXPECT_FALSE(updater.checksAutomatically());
+    EXPECT_EQ(service.starts, 0);
+    EXPECT_EQ(service.checks, 0);
+    EXPECT_TRUE(service.automatic);
+    EXPECT_EQ(windows.activations, 0);
+}
+
 TEST_F(AppUpdaterTests, WithoutAServiceThereIsNothingToDo) {
     AppUpdater packaged(nullptr, windows, "");
     packaged.start();
     packaged.setChecksAutomatically(true);
     packaged.checkNow();
+    EXPECT_EQ(packaged.means(), AppUpdater::Means::packageManager);
     EXPECT_FALSE(packaged.updatesItself());
     EXPECT_FALSE(packaged.canCheck());
     EXPECT_FALSE(packaged.checksAutomatically());

@@ -75,6 +75,13 @@ public:
         }
     }
 
+    [[nodiscard]] bool hasKey() const override {
+        @autoreleasepool {
+            id key = [NSBundle.mainBundle objectForInfoDictionaryKey:@"SUPublicEDKey"];
+            return [key isKindOfClass:NSString.class] && [key length] > 0;
+        }
+    }
+
     void start() override {
         @autoreleasepool {
             [controller_ startUpdater];
