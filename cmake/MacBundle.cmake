@@ -56,12 +56,13 @@ function(quillane_bundle target)
   add_custom_target(${target}_icon DEPENDS ${icon})
   add_dependencies(${target} ${target}_icon)
 
-  # Sparkle comes as a framework of its own makers' signing; it is copied, links inside it included.
-  find_library(SPARKLE_FRAMEWORK Sparkle REQUIRED PATHS /opt/homebrew/Caskroom/sparkle /usr/local/Caskroom/sparkle
-    PATH_SUFFIXES latest DOC "Sparkle.framework, 2.x (https://sparkle-project.org)")
+  # Sparkle comes as a framework of its own makers' signing; it is copied, links inside it included, and without the mark of
+  # a download, for which macOS would ask the user about each part of the bundle.
+  quillane_find_sparkle()
   target_link_libraries(${target} PRIVATE ${SPARKLE_FRAMEWORK})
   add_custom_command(TARGET ${target} POST_BUILD
     COMMAND ditto ${SPARKLE_FRAMEWORK} ${contents}/Frameworks/Sparkle.framework
+    COMMAND xattr -dr com.apple.quarantine ${contents}/Frameworks/Sparkle.framework
     COMMENT "Copying Sparkle into the bundle" VERBATIM)
 
   install(DIRECTORY ${CMAKE_BINARY_DIR}/Quillane.app DESTINATION . USE_SOURCE_PERMISSIONS)
