@@ -49,6 +49,8 @@ std::optional<PlatformError> checkDesktop() {
 std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options) {
     initializeResources();
     qputenv("QT_MAC_SET_RAISE_PROCESS", "0"); // else a panel that is raised brings the whole application to the front
+    // Else Qt's application delegate takes the focus as soon as launching is finished, at every login.
+    qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
     QGuiApplication::setWindowIcon(applicationIcon());
     Platform platform;
     platform.desktop = core::Desktop::macOS;
