@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
+#include "clipboard/FileCache.hpp"
 #include "clipboard/Measurement.hpp"
 
 #include "core/clipboard/ClipboardHistory.hpp"
@@ -83,15 +84,6 @@ std::vector<std::byte> noise(std::size_t size) {
 ClipboardEntry image(std::size_t bytes, double date) {
     return ClipboardEntry::make(core::ClipboardKind::image, "", "com.example.draw", "Draw",
                                 {{{"public.png", noise(bytes)}}}, core::Date{date});
-}
-
-/// Forgets what the system keeps of the files in memory, so that they are read from the disk.
-void dropCache(const std::filesystem::path& folder) {
-    for (const auto& file : std::filesystem::directory_iterator(folder)) {
-        const int descriptor = open(file.path().c_str(), O_RDONLY | O_CLOEXEC);
-        posix_fadvise(descriptor, 0, 0, POSIX_FADV_DONTNEED);
-        close(descriptor);
-    }
 }
 
 struct FreeCipher {
@@ -215,9 +207,9 @@ bool measureWholeVault() {
         vault.invalidateCache();
         const double write = secondsOf([&] { require(vault.save(entries).has_value(), "saving failed"); });
         sync();
-        dropCache(bareFolder);
+        dropFileCache(bareFolder);
         const double bareRead = bareReading(bareFolder, contents.size());
-        dropCache(vaultFolder);
+        dropFileCache(vaultFolder);
         const double read = secondsOf([&] { require(vault.load().has_value(), "loading failed"); });
         std::printf("    rewrite %.3f s, AES-GCM and disk %.3f s; load %.3f s, AES-GCM and disk %.3f s\n", write,
                     bareWrite, read, bareRead);

@@ -4,12 +4,14 @@
 
 #include "core/support/Url.hpp"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+
+#include <stdlib.h>
+#include <unistd.h>
 
 namespace quillane::fakes {
 

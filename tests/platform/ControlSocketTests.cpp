@@ -15,9 +15,11 @@
 #include <thread>
 #include <utility>
 
+#include <stdlib.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
+#include <unistd.h>
 
 namespace quillane {
 namespace {

@@ -66,7 +66,7 @@ protected:
                 .imageQueue = imageQueue,
                 .fileQueue = fileQueue,
                 .symbol =
-                    [](const std::string& name, const QColor& color) {
+                    []([[maybe_unused]] const std::string& name, [[maybe_unused]] const QColor& color) {
 #ifdef QUILLANE_LINE_ART
                         auto icon = symbolIcon(name, color);
                         EXPECT_FALSE(icon.isNull()) << name;

@@ -109,7 +109,7 @@ TEST_F(ClipboardVaultTest, FilesAreNamedByUpperCaseIdentifiers) {
 }
 
 TEST_F(ClipboardVaultTest, OnlyTheUserMayReadWhateverTheMask) {
-    for (const mode_t mask : {0U, 0777U}) {
+    for (const mode_t mask : std::initializer_list<mode_t>{0, 0777}) {
         std::filesystem::remove_all(folder_.parent_path());
         const mode_t before = umask(mask);
         auto opened = ClipboardVault::open(folder_, testKey());

@@ -44,7 +44,7 @@ TEST_F(VaultDamageTest, AnyByteFlippedFailsTheWholeLoad) {
         const auto intact = contents(file);
         for (std::size_t i = 0; i < intact.size(); ++i) {
             auto damaged = intact;
-            damaged[i] = static_cast<char>(damaged[i] ^ (1U << i % 8));
+            damaged[i] = static_cast<char>(static_cast<unsigned char>(damaged[i]) ^ (1U << i % 8));
             write(file, damaged);
             ASSERT_EQ(reasonOfLoading(), Reason::notAuthentic) << name << " " << i;
         }

@@ -21,6 +21,7 @@
 #include <vector>
 
 #include <stdlib.h>
+#include <unistd.h>
 
 namespace quillane::core::testing {
 

@@ -14,6 +14,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+extern "C" char** environ; // POSIX leaves its declaration to the program
+
 namespace quillane::core {
 namespace {
 
