@@ -32,12 +32,20 @@ took() {
     fi
 }
 
-# step NAME COMMAND...: runs the command between a line that names it and one that says how long it took.
+# step NAME COMMAND...: runs the command between a line that names it and one that says how long it took. A function ends with
+# the first command in it that fails, as a script does; it runs in a shell of its own, because errexit is off for whatever
+# stands before "||".
 step() {
-    local name=$1 status=0 step_start=$SECONDS
+    local name=$1 status step_start=$SECONDS
     shift
     echo "==> $name"
-    "$@" || status=$?
+    set +e
+    (
+        set -e
+        "$@"
+    )
+    status=$?
+    set -e
     took "$name"
     return $status
 }
