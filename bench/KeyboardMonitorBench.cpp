@@ -41,6 +41,8 @@ class BenchKeyEvents final : public KeyEvents {
 public:
     [[nodiscard]] core::EventFlags currentFlags() const override { return 0; }
 
+    [[nodiscard]] bool isKeyDown(core::KeyCode /*keyCode*/) const override { return true; }
+
     [[nodiscard]] bool postKey(pid_t /*pid*/, core::KeyCode /*keyCode*/, core::EventFlags /*flags*/) override {
         return false;
     }

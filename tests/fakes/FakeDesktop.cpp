@@ -153,6 +153,7 @@ FakeDesktop& FakeDesktop::release(Modifier modifier) {
 
 FakeDesktop& FakeDesktop::press(core::KeyCode key) {
     keys_.insert(key); // pressing a held key is its repetition
+    keyEvents.press(key);
     send(EventType::keyDown, key);
     return *this;
 }
@@ -161,7 +162,16 @@ FakeDesktop& FakeDesktop::release(core::KeyCode key) {
     if (keys_.erase(key) == 0) {
         throw std::logic_error("This key is not held");
     }
+    keyEvents.release(key);
     send(EventType::keyUp, key);
+    return *this;
+}
+
+FakeDesktop& FakeDesktop::releaseUnseen(core::KeyCode key) {
+    if (keys_.erase(key) == 0) {
+        throw std::logic_error("This key is not held");
+    }
+    keyEvents.release(key);
     return *this;
 }
 

@@ -112,6 +112,9 @@ public:
     FakeDesktop& press(core::KeyCode key);
     FakeDesktop& release(core::KeyCode key);
 
+    /// Releases a key without an event, as while secure input is on.
+    FakeDesktop& releaseUnseen(core::KeyCode key);
+
     /// Presses and releases a key.
     FakeDesktop& type(core::KeyCode key);
 

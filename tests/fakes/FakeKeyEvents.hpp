@@ -4,6 +4,7 @@
 
 #include "platform/KeyEvents.hpp"
 
+#include <set>
 #include <vector>
 
 namespace quillane::fakes {
@@ -12,6 +13,12 @@ namespace quillane::fakes {
 class FakeKeyEvents final : public KeyEvents {
 public:
     [[nodiscard]] core::EventFlags currentFlags() const override { return flags_; }
+
+    [[nodiscard]] bool isKeyDown(core::KeyCode keyCode) const override { return down_.contains(keyCode); }
+
+    void press(core::KeyCode keyCode) { down_.insert(keyCode); }
+
+    void release(core::KeyCode keyCode) { down_.erase(keyCode); }
 
     /// As where posted keys say themselves which modifiers are held.
     [[nodiscard]] bool postKey(pid_t pid, core::KeyCode keyCode, core::EventFlags flags) override {
@@ -35,6 +42,7 @@ public:
 
 private:
     core::EventFlags flags_ = 0;
+    std::set<core::KeyCode> down_;
 };
 
 } // namespace quillane::fakes

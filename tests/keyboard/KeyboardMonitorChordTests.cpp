@@ -135,6 +135,14 @@ TEST_F(KeyboardMonitorTest, AHeldKeyCancelsChords) {
     EXPECT_THAT(chords(), ElementsAre("direction RTL", "language switch"));
 }
 
+TEST_F(KeyboardMonitorTest, AKeyWhoseReleaseWasHiddenIsNoLongerHeld) {
+    start();
+    desktop.press(digit1).releaseUnseen(digit1);
+    directionChord();
+    languageChord();
+    EXPECT_THAT(chords(), ElementsAre("direction RTL", "language switch"));
+}
+
 TEST_F(KeyboardMonitorTest, EachChordHasItsSwitch) {
     start();
     change([](auto& options) { options.writingDirection = false; });

@@ -76,13 +76,21 @@ private:
 
 class FakeKeyEventsDriver {
 public:
+    static constexpr core::KeyCode leftShift = 56;
+
     KeyEvents& events() { return fake_; }
 
     [[nodiscard]] static pid_t target() { return 1; }
 
-    void holdShift() { fake_.setCurrentFlags(core::flags::shift | core::flags::leftShift); }
+    void holdShift() {
+        fake_.setCurrentFlags(core::flags::shift | core::flags::leftShift);
+        fake_.press(leftShift);
+    }
 
-    void releaseShift() { fake_.setCurrentFlags(0); }
+    void releaseShift() {
+        fake_.setCurrentFlags(0);
+        fake_.release(leftShift);
+    }
 
     static bool waitUntil(const std::function<bool()>& condition) { return condition(); }
 

@@ -14,7 +14,7 @@ namespace quillane::testing {
 ///
 ///     KeyEvents& events();
 ///     pid_t target();                                        // an application in front that takes keys
-///     void holdShift(); void releaseShift();                 // as the user does
+///     void holdShift(); void releaseShift();                 // as the user does, the left one
 ///     bool waitUntil(std::function<bool()>);                 // lets the world go on; false when it takes too long
 ///     std::size_t pressesOf(core::KeyCode keyCode);          // so far, with whatever modifiers
 template <typename Driver>
@@ -23,6 +23,7 @@ protected:
     void SetUp() override { skipWhatIsLacking(driver); }
 
     static constexpr core::KeyCode keyV = 9;
+    static constexpr core::KeyCode keyLeftShift = 56;
     Driver driver;
 };
 
@@ -37,6 +38,16 @@ TYPED_TEST_P(KeyEventsContract, FlagsAreThoseThatAreHeld) {
     EXPECT_TRUE(this->driver.waitUntil([&] { return !isShiftHeld(); }));
 }
 
+TYPED_TEST_P(KeyEventsContract, AKeyIsDownUntilItIsReleased) {
+    const auto isShiftDown = [&] { return this->driver.events().isKeyDown(this->keyLeftShift); };
+    EXPECT_FALSE(isShiftDown());
+    this->driver.holdShift();
+    EXPECT_TRUE(this->driver.waitUntil(isShiftDown));
+    EXPECT_FALSE(this->driver.events().isKeyDown(this->keyV));
+    this->driver.releaseShift();
+    EXPECT_TRUE(this->driver.waitUntil([&] { return !isShiftDown(); }));
+}
+
 TYPED_TEST_P(KeyEventsContract, APostedKeyIsPressedOnceAndHoldsNothingAfterwards) {
     ASSERT_TRUE(this->driver.events().postKey(this->driver.target(), this->keyV, core::flags::command));
     EXPECT_TRUE(this->driver.waitUntil([&] { return this->driver.pressesOf(this->keyV) == 1; }));
@@ -44,7 +55,7 @@ TYPED_TEST_P(KeyEventsContract, APostedKeyIsPressedOnceAndHoldsNothingAfterwards
     EXPECT_EQ(this->driver.pressesOf(this->keyV), 1U);
 }
 
-REGISTER_TYPED_TEST_SUITE_P(KeyEventsContract, FlagsAreThoseThatAreHeld,
+REGISTER_TYPED_TEST_SUITE_P(KeyEventsContract, FlagsAreThoseThatAreHeld, AKeyIsDownUntilItIsReleased,
                             APostedKeyIsPressedOnceAndHoldsNothingAfterwards);
 
 } // namespace quillane::testing

@@ -29,6 +29,8 @@ class UnavailableKeyEvents final : public KeyEvents {
 public:
     [[nodiscard]] core::EventFlags currentFlags() const override { return 0; }
 
+    [[nodiscard]] bool isKeyDown(core::KeyCode) const override { return false; }
+
     [[nodiscard]] bool postKey(pid_t, core::KeyCode, core::EventFlags) override { return false; }
 };
 

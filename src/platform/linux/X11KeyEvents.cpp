@@ -26,6 +26,11 @@ constexpr bool isLatinLetter(std::uint32_t keysym) { // the symbols of ASCII are
 
 } // namespace
 
+bool X11KeyEvents::isKeyDown(core::KeyCode keyCode) const {
+    const auto place = X11KeyCodes::keycode(keyCode);
+    return place && keyboard_.keysDown().test(*place);
+}
+
 bool X11KeyEvents::postKey(pid_t pid, core::KeyCode keyCode, core::EventFlags wanted) {
     constexpr auto any = flags::control | flags::option | flags::shift | flags::command;
     if (connection_.isLost() || !connection_.extensions().hasXTest || (keyboard_.flags() & any) != 0) {

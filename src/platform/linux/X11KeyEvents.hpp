@@ -31,6 +31,8 @@ public:
 
     [[nodiscard]] core::EventFlags currentFlags() const override { return keyboard_.settledFlags(); }
 
+    [[nodiscard]] bool isKeyDown(core::KeyCode keyCode) const override;
+
     [[nodiscard]] bool postKey(pid_t pid, core::KeyCode keyCode, core::EventFlags flags) override;
 
 private:

@@ -11,6 +11,7 @@ class MacKeyEvents final : public KeyEvents {
 public:
     /// CGEventSourceFlagsState of the combined session state: what hardware and programs hold down together.
     [[nodiscard]] core::EventFlags currentFlags() const override;
+    [[nodiscard]] bool isKeyDown(core::KeyCode keyCode) const override;
 
     /// CGEventPostToPid: events that carry their modifiers, whatever is held.
     [[nodiscard]] bool postKey(pid_t pid, core::KeyCode keyCode, core::EventFlags flags) override;

@@ -12,6 +12,10 @@ core::EventFlags MacKeyEvents::currentFlags() const {
     return CGEventSourceFlagsState(kCGEventSourceStateCombinedSessionState);
 }
 
+bool MacKeyEvents::isKeyDown(core::KeyCode keyCode) const {
+    return CGEventSourceKeyState(kCGEventSourceStateCombinedSessionState, keyCode);
+}
+
 bool MacKeyEvents::postKey(pid_t pid, core::KeyCode keyCode, core::EventFlags flags) {
     const auto press = CFRef<CGEventRef>::adopt(CGEventCreateKeyboardEvent(nullptr, keyCode, true));
     const auto release = CFRef<CGEventRef>::adopt(CGEventCreateKeyboardEvent(nullptr, keyCode, false));
