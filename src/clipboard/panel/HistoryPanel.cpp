@@ -27,6 +27,14 @@ core::Rect flipped(const QRect& rect) {
             static_cast<double>(rect.width()), static_cast<double>(rect.height())};
 }
 
+/// The panel's window on macOS has a title bar that nobody sees; Qt 6.8 and later would keep a strip free for it.
+void ignoreSafeArea(QWidget& window) {
+    window.setAttribute(Qt::WA_ContentsMarginsRespectsSafeArea, false);
+    for (auto* part : window.findChildren<QWidget*>()) {
+        part->setAttribute(Qt::WA_ContentsMarginsRespectsSafeArea, false);
+    }
+}
+
 QRect flipped(const core::Rect& rect) {
     return QRectF(rect.x, -rect.maxY(), rect.width, rect.height).toRect();
 }
@@ -40,6 +48,7 @@ HistoryPanel::HistoryPanel(const HistoryPanelServices& services)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(1, 1, 1, 1);
     layout->addWidget(view_);
+    ignoreSafeArea(*this);
     resize(preferredSize);
     const auto name = [this, &preferences = services.preferences] {
         const auto title = QString::fromStdString(core::texts::clipboardHistory.rendered(preferences.state().language));

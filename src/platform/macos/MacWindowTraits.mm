@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/macos/MacWindowTraits.hpp"
 
+#include "platform/macos/MacPointerTracking.hpp"
+
 #include <QWidget>
 
 #import <AppKit/AppKit.h>
@@ -75,6 +77,7 @@ void MacWindowTraits::makePanel(QWidget& window, PanelKind kind) {
             panel.backgroundColor = NSColor.clearColor;
         } else {
             hideTitle(panel);
+            trackPointerAlways(window);
         }
     }
 }

@@ -92,6 +92,19 @@ TEST_F(HistoryPanelWindow, IsASearchPanelThatOpensWithTheKeysInAnEmptyField) {
     EXPECT_EQ(list().currentIndex().row(), 0);
 }
 
+TEST_F(HistoryPanelWindow, NoPartLeavesAStripForAHiddenTitleBar) {
+    copyThree();
+    open();
+    const auto& panel = window();
+    EXPECT_FALSE(panel.testAttribute(Qt::WA_ContentsMarginsRespectsSafeArea));
+    for (const auto* part : panel.findChildren<QWidget*>()) {
+        if (!part->isWindow()) {
+            EXPECT_FALSE(part->testAttribute(Qt::WA_ContentsMarginsRespectsSafeArea))
+                << part->metaObject()->className();
+        }
+    }
+}
+
 TEST_F(HistoryPanelWindow, HidesNoMatterHowItIsClosed) {
     copyThree();
     open();
