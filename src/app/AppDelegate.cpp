@@ -272,6 +272,8 @@ SettingsServices AppDelegate::settingsServices() {
     clipboard.hasStorageError = [this] { return clipboard_.hasStorageError(); };
     clipboard.isShortcutTaken = [this] { return clipboard_.hasHotKeyConflict(); };
     clipboard.retryShortcut = [this] { clipboard_.registerShortcut(); };
+    clipboard.access = [this] { return services_.pasteboard.access(); };
+    clipboard.openAccessSettings = [this] { services_.pasteboard.openAccessSettings(); };
     clipboard.clear = [this] { clipboard_.clear(core::ClipboardHistory::Clearing::includePins); };
     clipboard.findApplications = [this](ApplicationCatalog::Handler handler) {
         services_.applicationCatalog.read(std::move(handler));

@@ -80,10 +80,6 @@ ClipboardManager::~ClipboardManager() {
 
 void ClipboardManager::start() {
     started_ = true;
-    services_.pasteboard.setInterest([this, weak = std::weak_ptr(alive_)](const core::PasteboardTypeSet& types) {
-        return weak.expired() || !copied_ ? std::vector<std::string_view>()
-                                          : core::ClipboardSnapshot::wantedTypes(types, options_, *copied_);
-    });
     notices_ = services_.pasteboard.onChanged([this] {
         noteChange();
         record();
@@ -178,12 +174,19 @@ void ClipboardManager::updateCollecting() {
     }
     copied_.reset();
     timer_.cancel(); // while it is off, nothing wakes the processor for it
-    if (collects_) {
-        revision_ = services_.pasteboard.changeCount();
-        timer_ = services_.mainQueue.repeat(pollInterval, [this] { poll(); });
-    } else if (onClosePanel) {
-        onClosePanel();
+    if (!collects_) {
+        services_.pasteboard.setInterest(nullptr);
+        if (onClosePanel) {
+            onClosePanel();
+        }
+        return;
     }
+    services_.pasteboard.setInterest([this, weak = std::weak_ptr(alive_)](const core::PasteboardTypeSet& types) {
+        return weak.expired() || !copied_ ? std::vector<std::string_view>()
+                                          : core::ClipboardSnapshot::wantedTypes(types, options_, *copied_);
+    });
+    revision_ = services_.pasteboard.changeCount();
+    timer_ = services_.mainQueue.repeat(pollInterval, [this] { poll(); });
 }
 
 void ClipboardManager::setOptions(const core::ClipboardOptions& options) {

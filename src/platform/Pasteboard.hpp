@@ -12,6 +12,13 @@
 
 namespace quillane {
 
+/// What the system lets this program read of what other programs have copied.
+enum class PasteboardAccess {
+    allowed,
+    asked, ///< it asks the user each time
+    denied,
+};
+
 /// The system's general pasteboard. Main thread. Nothing here waits for another program.
 ///
 /// On a desktop where contents stay with the program that was copied from, they are fetched when they change hands, in
@@ -24,8 +31,15 @@ public:
     /// than once.
     using Interest = std::function<std::vector<std::string_view>(const core::PasteboardTypeSet& types)>;
 
-    /// Replaces the interest, which holds for changes from now on. At first, and with an empty function, there is none.
+    /// Replaces the interest, which there is only while copies are recorded. It holds for changes from now on. At
+    /// first, and with an empty function, there is none.
     virtual void setInterest(Interest interest) = 0;
+
+    /// Reads a setting that the system keeps; never asks the user.
+    [[nodiscard]] virtual PasteboardAccess access() const { return PasteboardAccess::allowed; }
+
+    /// Shows the page of the system's settings that the access is given on.
+    virtual void openAccessSettings() {}
 
     /// Another program has changed the contents: given as soon as they change hands, and once more, with the same
     /// change count, when what is of interest can be read or has been given up. A desktop that does not announce

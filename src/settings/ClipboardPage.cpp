@@ -89,6 +89,24 @@ void ClipboardPage::addSwitch() {
         }
     }));
     bindVisible(&row, taken);
+    addAccess(card);
+}
+
+void ClipboardPage::addAccess(Card& card) {
+    const auto access = [this] {
+        const auto& read = services().clipboard.access;
+        return read ? read() : PasteboardAccess::allowed;
+    };
+    auto& row = addRow(card, "exclamationmark.circle", [access]() -> core::LocalizedText {
+        return access() == PasteboardAccess::denied ? texts::pasteboardDenied : texts::pasteboardAsks;
+    });
+    row.setObjectName(QStringLiteral("pasteboardAccess"));
+    row.setControl(button(texts::openSystemSettings, [this] {
+        if (services().clipboard.openAccessSettings) {
+            services().clipboard.openAccessSettings();
+        }
+    }));
+    bindVisible(&row, [access] { return access() != PasteboardAccess::allowed; });
 }
 
 void ClipboardPage::addKinds() {

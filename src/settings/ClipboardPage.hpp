@@ -22,6 +22,7 @@ private:
     using NumberText = std::function<core::LocalizedText(std::string)>;
 
     void addSwitch();
+    void addAccess(Card& card);
     void addKinds();
     void addStorage();
     void addPanel();

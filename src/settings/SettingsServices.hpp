@@ -9,6 +9,7 @@
 #include "core/preferences/AppPreferences.hpp"
 #include "permissions/PermissionController.hpp"
 #include "platform/ApplicationCatalog.hpp"
+#include "platform/Pasteboard.hpp"
 #include "platform/WindowTraits.hpp"
 #include "system/AppUpdater.hpp"
 #include "system/LoginItemController.hpp"
@@ -30,6 +31,8 @@ struct ClipboardSettings {
     std::function<bool()> hasStorageError; ///< the history is in memory only
     std::function<bool()> isShortcutTaken; ///< another program has the hot key
     std::function<void()> retryShortcut;
+    std::function<PasteboardAccess()> access; ///< whether the system lets copies be read
+    std::function<void()> openAccessSettings;
     std::function<void()> clear;                                       ///< forgets everything, pinned entries too
     std::function<void(ApplicationCatalog::Handler)> findApplications; ///< as ApplicationCatalog does
 };

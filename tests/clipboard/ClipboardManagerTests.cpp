@@ -110,6 +110,17 @@ TEST_F(ClipboardManagerTest, NoPasswordIsRecorded) {
     EXPECT_THAT(recorded(), IsEmpty());
 }
 
+TEST_F(ClipboardManagerTest, InterestsItselfForCopiesOnlyWhileTheyAreRecorded) {
+    start();
+    EXPECT_TRUE(pasteboard.interest());
+    manager_->configure({.paused = true});
+    EXPECT_FALSE(pasteboard.interest());
+    manager_->configure({});
+    EXPECT_TRUE(pasteboard.interest());
+    setOption(&core::ClipboardOptions::enabled, false);
+    EXPECT_FALSE(pasteboard.interest());
+}
+
 /// On a desktop that announces changes and brings the contents later.
 class LateContentsTest : public ClipboardManagerTest {
 protected:
@@ -117,7 +128,8 @@ protected:
 
     /// What is fetched of a text that is on offer.
     [[nodiscard]] std::vector<std::string_view> wanted() const {
-        return pasteboard.interest()({std::string(core::PasteboardTypes::string)});
+        return pasteboard.interest() ? pasteboard.interest()({std::string(core::PasteboardTypes::string)})
+                                     : std::vector<std::string_view>();
     }
 
     void arrive(const std::string& text) {

@@ -27,8 +27,7 @@ namespace texts = core::texts;
 
 namespace key {
 
-constexpr core::KeyCode one = 18, five = 23, nine = 25, a = 0, v = 9, enter = 36, backspace = 51, escape = 53,
-                        down = 125, up = 126;
+constexpr core::KeyCode one = 18, five = 23, a = 0, v = 9, enter = 36, backspace = 51, down = 125, up = 126;
 
 } // namespace key
 

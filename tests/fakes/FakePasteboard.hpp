@@ -30,6 +30,7 @@ public:
 
     void copy(std::vector<Item> items) {
         items_ = std::move(items);
+        ownTypes_.clear();
         ++changeCount_;
         changes_.notify();
     }
@@ -55,9 +56,17 @@ public:
     /// Runs whenever data is read, as an application that copies meanwhile does.
     void onRead(std::function<void()> callback) { onRead_ = std::move(callback); }
 
+    /// What the pasteboard as a whole offers under older names, until the next copy.
+    void offerAsAWhole(std::vector<std::string> types) { ownTypes_ = std::move(types); }
+
+    [[nodiscard]] std::vector<std::string> ownTypes() const override { return ownTypes_; }
+
     [[nodiscard]] const std::vector<Item>& items() const { return items_; }
 
     [[nodiscard]] int reads() const { return reads_; }
+
+    /// The types whose text was asked for, in order.
+    [[nodiscard]] const std::vector<std::string>& stringsRead() const { return stringsRead_; }
 
     [[nodiscard]] int clears() const { return clears_; }
 
@@ -98,6 +107,7 @@ public:
     }
 
     [[nodiscard]] std::optional<std::string> string(std::string_view type) const override {
+        stringsRead_.emplace_back(type);
         for (const auto& item : items_) {
             if (const auto* found = flavour(item, type)) {
                 return *found;
@@ -146,10 +156,12 @@ private:
     }
 
     std::vector<Item> items_;
+    std::vector<std::string> ownTypes_;
     std::int64_t changeCount_ = 1;
     bool refusesWrites_ = false;
     int clears_ = 0;
     mutable int reads_ = 0;
+    mutable std::vector<std::string> stringsRead_;
     mutable std::function<void()> onRead_;
     Interest interest_;
 };

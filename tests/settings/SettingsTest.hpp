@@ -52,6 +52,8 @@ protected:
         clipboard.hasStorageError = [this] { return historyIsUnsaved; };
         clipboard.isShortcutTaken = [this] { return shortcutTaken; };
         clipboard.retryShortcut = [this] { ++retries; };
+        clipboard.access = [this] { return pasteboardAccess; };
+        clipboard.openAccessSettings = [this] { ++accessSettingsOpened; };
         clipboard.clear = [this] { ++clearings; };
         clipboard.findApplications = [this](const ApplicationCatalog::Handler& handler) {
             desktop.applicationCatalog.read(handler);
@@ -121,6 +123,8 @@ protected:
     bool shortcutTaken = false;
     bool historyIsUnsaved = false;
     int retries = 0;
+    PasteboardAccess pasteboardAccess = PasteboardAccess::allowed;
+    int accessSettingsOpened = 0;
     int clearings = 0;
 
 private:

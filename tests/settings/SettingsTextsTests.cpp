@@ -28,6 +28,7 @@ TEST_P(SettingsTextsTests, EveryTextHasARowInTheTable) {
     clipboardOptions.ignoredApps = {"com.example.editor"};
     shortcutTaken = true;
     historyIsUnsaved = true;
+    pasteboardAccess = PasteboardAccess::denied;
     auto runtime = model.runtime();
     runtime.inputName = "ABC";
     runtime.runtimeStatus = core::texts::shortcutsActive;

@@ -300,6 +300,21 @@ TEST_F(SettingsWindowTests, AShortcutThatIsTakenCanBeTriedAgain) {
     EXPECT_EQ(retries, 1);
 }
 
+TEST_F(SettingsWindowTests, APasteboardThatMayNotBeReadIsSaidWithTheWayToItsSettings) {
+    present(SettingsPage::clipboard);
+    const auto& row = find<QWidget>("pasteboardAccess");
+    EXPECT_FALSE(row.isVisible());
+    pasteboardAccess = PasteboardAccess::asked;
+    window().view().refresh();
+    EXPECT_TRUE(
+        shows("macOS asks each time Quillane reads what was copied. You can always allow it in System Settings."));
+    pasteboardAccess = PasteboardAccess::denied;
+    window().view().refresh();
+    EXPECT_TRUE(shows("macOS does not let Quillane read what was copied. You can allow it in System Settings."));
+    row.findChild<QPushButton*>()->click();
+    EXPECT_EQ(accessSettingsOpened, 1);
+}
+
 TEST_F(SettingsWindowTests, AHistoryThatCannotBeSavedIsSaid) {
     present(SettingsPage::clipboard);
     const QString unsaved = "Cannot save encrypted history. History is available in memory only.";

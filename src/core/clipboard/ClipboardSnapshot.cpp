@@ -94,7 +94,14 @@ std::optional<std::string_view> plainText(const std::vector<ClipboardRepresentat
     return plain != item.end() ? utf8(plain->data) : std::nullopt;
 }
 
-std::string textOf(const PasteboardContents& pasteboard, ClipboardKind kind, const ClipboardItems& items) {
+/// Text is asked for only where it is on offer: on macOS each question may ask the user for access.
+std::optional<std::string> offeredString(const PasteboardContents& pasteboard, const PasteboardTypeSet& types,
+                                         std::string_view type) {
+    return types.contains(type) ? pasteboard.string(type) : std::nullopt;
+}
+
+std::string textOf(const PasteboardContents& pasteboard, ClipboardKind kind, const PasteboardTypeSet& types,
+                   const ClipboardItems& items) {
     switch (kind) {
     case ClipboardKind::files:
         return fileNames(items);
@@ -104,7 +111,7 @@ std::string textOf(const PasteboardContents& pasteboard, ClipboardKind kind, con
         break;
     }
     for (const auto type : {PasteboardTypes::string, PasteboardTypes::url}) {
-        if (auto text = pasteboard.string(type)) {
+        if (auto text = offeredString(pasteboard, types, type)) {
             return std::move(*text);
         }
     }
@@ -143,9 +150,13 @@ std::optional<ClipboardEntry> capture(const PasteboardContents& pasteboard, cons
     for (const auto& item : offered) {
         types.insert(item.begin(), item.end());
     }
-    std::string source = pasteboard.string(PasteboardTypes::source).value_or(moment.foreground);
+    auto markers = types;
+    for (auto& type : pasteboard.ownTypes()) {
+        markers.insert(std::move(type));
+    }
+    std::string source = offeredString(pasteboard, types, PasteboardTypes::source).value_or(moment.foreground);
     source.resize(firstCharacters(source, maximumSourceCharacters).size());
-    if (ClipboardPrivacy::shouldIgnore(types, source, moment.foreground, options.ignoredApps, moment.secureInput)) {
+    if (ClipboardPrivacy::shouldIgnore(markers, source, moment.foreground, options.ignoredApps, moment.secureInput)) {
         return std::nullopt;
     }
     const auto kind = kindOf(types);
@@ -157,7 +168,7 @@ std::optional<ClipboardEntry> capture(const PasteboardContents& pasteboard, cons
         return std::nullopt;
     }
     const auto text = kind == ClipboardKind::text && items->size() == 1 ? plainText(items->front()) : std::nullopt;
-    const auto asked = text ? std::string() : textOf(pasteboard, kind, *items);
+    const auto asked = text ? std::string() : textOf(pasteboard, kind, types, *items);
     return ClipboardEntry::make(kind, text.value_or(asked), std::move(source), moment.sourceName, std::move(*items),
                                 moment.now);
 }

@@ -32,6 +32,10 @@ public:
     /// The types that each item offers, in the order of the items. Empty while there is nothing to be read.
     [[nodiscard]] virtual std::vector<std::vector<std::string>> itemTypes() const = 0;
 
+    /// The types that the pasteboard offers as a whole. macOS names older ones only here ("Pasteboard generator type"):
+    /// among the types of an item they are dynamic identifiers.
+    [[nodiscard]] virtual std::vector<std::string> ownTypes() const { return {}; }
+
     /// The bytes of one item for a type, or none when it yields none.
     [[nodiscard]] virtual std::optional<SharedBytes> data(std::size_t item, std::string_view type) const = 0;
 

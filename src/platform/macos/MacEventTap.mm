@@ -3,6 +3,7 @@
 #include "platform/macos/MacEventTap.hpp"
 
 #include "platform/macos/CFRef.hpp"
+#include "platform/macos/MacActivity.hpp"
 #include "platform/macos/MacCallback.hpp"
 
 #import <ApplicationServices/ApplicationServices.h>
@@ -36,6 +37,7 @@ InputEvent inputEvent(EventType type, CGEventRef event) {
 } // namespace
 
 struct MacEventTap::Tap {
+    MacActivity activity{"Watches the keyboard"}; // a tap that answers late is taken away
     Receiver receiver;
     CFRef<CFMachPortRef> port;
     CFRef<CFRunLoopSourceRef> source;

@@ -7,9 +7,17 @@
 
 #import <AppKit/AppKit.h>
 
+/// What macOS 15.4 has added to NSPasteboard, for SDKs that are older; asked for before it is called.
+@protocol QuillanePasteboardAccess
+- (NSInteger)accessBehavior;
+@end
+
 namespace quillane {
 
 namespace {
+
+constexpr NSInteger asksForAccess = 1; // NSPasteboardAccessBehaviorAsk
+constexpr NSInteger deniesAccess = 3;  // NSPasteboardAccessBehaviorAlwaysDeny
 
 NSPasteboard* general() {
     return NSPasteboard.generalPasteboard;
@@ -34,7 +42,34 @@ NSPasteboardItem* pasteboardItem(const core::PasteboardItem& item) {
     return result;
 }
 
+std::vector<std::string> names(NSArray<NSPasteboardType>* types) {
+    std::vector<std::string> result;
+    for (NSPasteboardType type in types) {
+        result.push_back(utf8(type));
+    }
+    return result;
+}
+
 } // namespace
+
+/// Each question for the items makes new ones, which fetch their types and data again.
+struct MacPasteboard::Items {
+    NSInteger changeCount = -1;
+    NSArray<NSPasteboardItem*>* items = nil;
+
+    NSArray<NSPasteboardItem*>* current() {
+        NSPasteboard* pasteboard = general();
+        if (pasteboard.changeCount != changeCount || items.count == 0) { // an empty one may be filled within its change
+            changeCount = pasteboard.changeCount;
+            items = pasteboard.pasteboardItems;
+        }
+        return items;
+    }
+};
+
+MacPasteboard::MacPasteboard() : items_(std::make_unique<Items>()) {}
+
+MacPasteboard::~MacPasteboard() = default;
 
 std::int64_t MacPasteboard::changeCount() const {
     @autoreleasepool {
@@ -45,19 +80,22 @@ std::int64_t MacPasteboard::changeCount() const {
 std::vector<std::vector<std::string>> MacPasteboard::itemTypes() const {
     @autoreleasepool {
         std::vector<std::vector<std::string>> result;
-        for (NSPasteboardItem* item in general().pasteboardItems) {
-            auto& types = result.emplace_back();
-            for (NSPasteboardType type in item.types) {
-                types.push_back(utf8(type));
-            }
+        for (NSPasteboardItem* item in items_->current()) {
+            result.push_back(names(item.types));
         }
         return result;
     }
 }
 
+std::vector<std::string> MacPasteboard::ownTypes() const {
+    @autoreleasepool {
+        return names(general().types);
+    }
+}
+
 std::optional<core::SharedBytes> MacPasteboard::data(std::size_t item, std::string_view type) const {
     @autoreleasepool {
-        NSArray<NSPasteboardItem*>* items = general().pasteboardItems;
+        NSArray<NSPasteboardItem*>* items = items_->current();
         NSData* found = item < items.count ? [items[item] dataForType:nsString(type)] : nil;
         if (!found) {
             return std::nullopt;
@@ -71,6 +109,39 @@ std::optional<std::string> MacPasteboard::string(std::string_view type) const {
     @autoreleasepool {
         NSString* found = [general() stringForType:nsString(type)];
         return found ? std::optional(utf8(found)) : std::nullopt;
+    }
+}
+
+PasteboardAccess MacPasteboard::access() const {
+    @autoreleasepool {
+        id pasteboard = general();
+        if (![pasteboard respondsToSelector:@selector(accessBehavior)]) {
+            return PasteboardAccess::allowed;
+        }
+        switch ([(id<QuillanePasteboardAccess>)pasteboard accessBehavior]) {
+        case asksForAccess:
+            return PasteboardAccess::asked;
+        case deniesAccess:
+            return PasteboardAccess::denied;
+        default:
+            return PasteboardAccess::allowed;
+        }
+    }
+}
+
+void MacPasteboard::openAccessSettings() {
+    @autoreleasepool {
+        [NSWorkspace.sharedWorkspace
+            openURL:[NSURL
+                        URLWithString:@"x-apple.systempreferences:com.apple.preference.security?Privacy_Pasteboard"]];
+    }
+}
+
+void MacPasteboard::setInterest(Interest interest) {
+    if (!interest) {
+        recording_.reset();
+    } else if (!recording_) {
+        recording_ = std::make_unique<MacActivity>("Records what is copied");
     }
 }
 

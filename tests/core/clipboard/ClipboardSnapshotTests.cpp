@@ -38,6 +38,20 @@ Item fileItem(const std::string& url) {
     return {{{"public.file-url", url}}, {}};
 }
 
+TEST_F(ClipboardSnapshotTest, AMarkerOfThePasteboardAsAWholeCounts) {
+    pasteboard_.copy({Item{{{stringType, "secret"}}, {"dyn.ah62d4rv4gu8yc6durvwwaznwmuuha2pxsvw0e55bsmwca7d3sbwu"}}});
+    pasteboard_.offerAsAWhole({stringType, "Pasteboard generator type"});
+    EXPECT_EQ(capture(), std::nullopt);
+    pasteboard_.copy({Item{{{stringType, "public"}}, {}}});
+    EXPECT_NE(capture(), std::nullopt);
+}
+
+TEST_F(ClipboardSnapshotTest, TextIsReadOnlyWhereItIsOffered) {
+    pasteboard_.copy({Item{{{"public.rtf", "{}"}}, {}}});
+    ASSERT_NE(capture(), std::nullopt);
+    EXPECT_THAT(pasteboard_.stringsRead(), IsEmpty());
+}
+
 TEST_F(ClipboardSnapshotTest, TextBecomesAnEntry) {
     pasteboard_.copyText("hello");
     const auto entry = capture();

@@ -3,9 +3,12 @@
 
 #include "platform/macos/MacPasteboard.hpp"
 
+#include "core/clipboard/PasteboardTypes.hpp"
 #include "platform/PasteboardContract.hpp"
 #include "platform/macos/MacDriver.hpp"
 #include "platform/macos/MacStrings.hpp"
+
+#include <gmock/gmock.h>
 
 namespace quillane {
 namespace {
@@ -35,6 +38,24 @@ private:
     NSString* before_ = [general() stringForType:NSPasteboardTypeString];
     MacPasteboard pasteboard_;
 };
+
+TEST(MacPasteboardTypes, AreThoseOfAppKit) {
+    namespace types = core::PasteboardTypes;
+    EXPECT_EQ(utf8(NSPasteboardTypeString), types::string);
+    EXPECT_EQ(utf8(NSPasteboardTypeRTF), types::rtf);
+    EXPECT_EQ(utf8(NSPasteboardTypeHTML), types::html);
+    EXPECT_EQ(utf8(NSPasteboardTypeURL), types::url);
+    EXPECT_EQ(utf8(NSPasteboardTypePNG), types::png);
+    EXPECT_EQ(utf8(NSPasteboardTypeTIFF), types::tiff);
+    EXPECT_EQ(utf8(NSPasteboardTypeFileURL), types::fileUrl);
+}
+
+TEST(MacPasteboardOwnTypes, NameALegacyMarkerAsItWasWritten) {
+    MacPasteboardDriver driver;
+    [NSPasteboard.generalPasteboard declareTypes:@[ @"Pasteboard generator type" ] owner:nil];
+    [NSPasteboard.generalPasteboard setString:@"x" forType:@"Pasteboard generator type"];
+    EXPECT_THAT(driver.pasteboard().ownTypes(), ::testing::Contains("Pasteboard generator type"));
+}
 
 } // namespace
 

@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace quillane {
+
+/// While one exists, macOS does not slow this program down as one that nobody sees (App Nap): its timers fire on time.
+/// The machine may sleep as ever. NSProcessInfo.beginActivityWithOptions:reason:.
+class MacActivity {
+public:
+    explicit MacActivity(const char* reason);
+    ~MacActivity();
+    MacActivity(const MacActivity&) = delete;
+    MacActivity& operator=(const MacActivity&) = delete;
+
+private:
+    const void* token_; ///< retained
+};
+
+} // namespace quillane
