@@ -109,7 +109,7 @@ TEST_F(InformationTest, HasTheThreeLanguages) {
 TEST_F(InformationTest, OffersTheServiceThatTheProviderAnswers) {
     const auto entry = service();
     EXPECT_EQ(textOf(entry, "NSMessage"), "share"); // the provider's method is share:userData:error:
-    EXPECT_EQ(textOf(entry, "NSPortName"), text("CFBundleName"));
+    EXPECT_EQ(textOf(entry, "NSPortName"), text("CFBundleExecutable")); // AppKit registers the name of the process
     EXPECT_EQ(entry.at("NSSendFileTypes"), PropertyListValue(Array{PropertyListValue("public.data")}));
     EXPECT_FALSE(entry.contains("NSReturnTypes"));
 }

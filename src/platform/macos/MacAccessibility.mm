@@ -163,7 +163,8 @@ public:
         @autoreleasepool {
             guarded([&] {
                 const auto& observation = *static_cast<Observation*>(self);
-                const auto handler = observation.handler_; // it may end the observation
+                const auto observer = observation.observer_; // the handler may end the observation
+                const auto handler = observation.handler_;
                 handler(wrap(element, observation.timeout_));
             });
         }

@@ -63,6 +63,9 @@ Applications allApplications() {
                                                                    inDomains:NSAllDomainsMask]) {
             addBundles(applications, folder, 1);
         }
+        // Safari is in a volume of its own, which the Finder shows as a part of /Applications.
+        addBundles(applications, [NSURL fileURLWithPath:@"/System/Cryptexes/App/System/Applications" isDirectory:YES],
+                   0);
         for (NSRunningApplication* running in NSWorkspace.sharedWorkspace.runningApplications) {
             if (running.activationPolicy == NSApplicationActivationPolicyRegular) {
                 add(applications, running.bundleIdentifier, running.localizedName, true);

@@ -52,4 +52,10 @@ QIcon applicationIcon() {
     return icon;
 }
 
+void leaveDockIconToSystem() {
+    @autoreleasepool {
+        NSApplication.sharedApplication.applicationIconImage = nil;
+    }
+}
+
 } // namespace quillane

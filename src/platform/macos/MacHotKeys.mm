@@ -34,7 +34,6 @@ struct MacHotKeys::State {
     };
 
     std::map<UInt32, Registered> keys;
-    UInt32 next = 1;
     EventHandlerRef handler = nullptr;
 
     static OSStatus receive(EventHandlerCallRef /*call*/, EventRef event, void* context) {
@@ -78,7 +77,10 @@ MacHotKeys::~MacHotKeys() {
 
 core::Subscription MacHotKeys::registerHotKey(const HotKey& key, std::function<void()> pressed,
                                               std::function<void()> taken) {
-    const UInt32 identifier = state_->next++;
+    UInt32 identifier = 1; // the lowest that is free
+    while (state_->keys.contains(identifier)) {
+        ++identifier;
+    }
     State::Registered registered{nullptr, std::move(pressed)};
     OSStatus status = eventInternalErr; // without a handler no press would be heard
     if (state_->handler != nullptr) {

@@ -52,6 +52,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     // Else Qt's application delegate takes the focus as soon as launching is finished, at every login.
     qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
     QGuiApplication::setWindowIcon(applicationIcon());
+    leaveDockIconToSystem();
     Platform platform;
     platform.desktop = core::Desktop::macOS;
     platform.mainQueue = std::make_unique<QtMainQueue>();

@@ -25,7 +25,7 @@ public:
     /// -[NSControl performClick:] on the item's button, after the call.
     void popUpMenu() override;
 
-    /// NSUserNotificationCenter.
+    /// UNUserNotificationCenter.
     void notify(const std::string& title, const std::string& text) override;
 
 private:

@@ -6,6 +6,7 @@
 #include "platform/macos/MacStrings.hpp"
 
 #import <AppKit/AppKit.h>
+#import <UserNotifications/UserNotifications.h>
 
 namespace quillane {
 
@@ -93,17 +94,25 @@ void MacStatusItem::popUpMenu() {
 }
 
 void MacStatusItem::notify(const std::string& title, const std::string& text) {
-    // The calls that replace these first have to ask the user for leave to notify, which is more of a disturbance than
-    // the rare notice is worth.
-#pragma clang diagnostic push
-#pragma clang diagnostic ignored "-Wdeprecated-declarations"
     @autoreleasepool {
-        NSUserNotification* notification = [[NSUserNotification alloc] init];
-        notification.title = nsString(title);
-        notification.informativeText = nsString(text);
-        [NSUserNotificationCenter.defaultUserNotificationCenter deliverNotification:notification];
+        if (!NSBundle.mainBundle.bundleIdentifier) {
+            return; // outside a bundle there is no notification center, and asking for it ends the program
+        }
+        UNMutableNotificationContent* content = [[UNMutableNotificationContent alloc] init];
+        content.title = nsString(title);
+        content.body = nsString(text);
+        UNNotificationRequest* request = [UNNotificationRequest requestWithIdentifier:NSUUID.UUID.UUIDString
+                                                                              content:content
+                                                                              trigger:nil];
+        UNUserNotificationCenter* center = UNUserNotificationCenter.currentNotificationCenter;
+        // The user is asked the first time only; the answer comes on a queue of the center's own.
+        [center requestAuthorizationWithOptions:UNAuthorizationOptionAlert
+                              completionHandler:^(BOOL granted, NSError*) {
+                                if (granted) {
+                                    [center addNotificationRequest:request withCompletionHandler:nil];
+                                }
+                              }];
     }
-#pragma clang diagnostic pop
 }
 
 } // namespace quillane

@@ -157,8 +157,13 @@ bool MacWorkspace::isRunning(pid_t pid) const {
 
 bool MacWorkspace::activateApplication(pid_t pid) {
     @autoreleasepool {
-        return [[NSRunningApplication runningApplicationWithProcessIdentifier:pid]
-            activateWithOptions:NSApplicationActivateIgnoringOtherApps];
+        NSRunningApplication* application = [NSRunningApplication runningApplicationWithProcessIdentifier:pid];
+        if (@available(macOS 14, *)) { // the active application has to give way first
+            if (application) {
+                [NSApplication.sharedApplication yieldActivationToApplication:application];
+            }
+        }
+        return [application activateWithOptions:NSApplicationActivateIgnoringOtherApps];
     }
 }
 
