@@ -65,6 +65,18 @@ std::optional<CurlLibrary> open() {
 
 } // namespace
 
+bool CurlLibrary::allowOnlyHttp(CURL* easy) const {
+#if CURL_AT_LEAST_VERSION(7, 85, 0)
+    if (const auto result = easySetOption(easy, CURLOPT_PROTOCOLS_STR, "http,https"); result != CURLE_UNKNOWN_OPTION) {
+        return result == CURLE_OK;
+    }
+#endif
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+    return easySetOption(easy, CURLOPT_PROTOCOLS, static_cast<long>(CURLPROTO_HTTP | CURLPROTO_HTTPS)) == CURLE_OK;
+#pragma GCC diagnostic pop
+}
+
 const CurlLibrary* CurlLibrary::load() {
     static const auto curl = open(); // stays: threads of its own may still run at the end of the program
     return curl ? &*curl : nullptr;

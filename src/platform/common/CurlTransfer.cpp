@@ -165,23 +165,8 @@ private:
         return isSameHost(*parts->host, host);
     }
 
-    /// Names came with 7.85; macOS 13 has 7.84. The library that runs decides, not the header.
-    void limitProtocols() {
-#if CURL_AT_LEAST_VERSION(7, 85, 0)
-        const auto result = curl_.easySetOption(easy_.get(), CURLOPT_PROTOCOLS_STR, "http,https");
-        if (result != CURLE_UNKNOWN_OPTION) {
-            isPrepared_ = result == CURLE_OK && isPrepared_;
-            return;
-        }
-#endif
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
-        set(CURLOPT_PROTOCOLS, static_cast<long>(CURLPROTO_HTTP | CURLPROTO_HTTPS));
-#pragma GCC diagnostic pop
-    }
-
     void prepareLimits() {
-        limitProtocols();
+        isPrepared_ = curl_.allowOnlyHttp(easy_.get()) && isPrepared_;
         set(CURLOPT_FOLLOWLOCATION, 0L);
         set(CURLOPT_NETRC, static_cast<long>(CURL_NETRC_IGNORED));
         set(CURLOPT_DISALLOW_USERNAME_IN_URL, 1L);

@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "platform/common/CurlLibrary.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cstdarg>
+
+namespace quillane {
+namespace {
+
+long allowedProtocols = 0;
+
+/// As in libcurl 7.84, which takes protocols as bits only.
+CURLcode setOptionOf784(CURL* /*easy*/, CURLoption option, ...) {
+    if (option == CURLOPT_PROTOCOLS_STR) {
+        return CURLE_UNKNOWN_OPTION;
+    }
+    std::va_list arguments;
+    va_start(arguments, option);
+    allowedProtocols = va_arg(arguments, long);
+    va_end(arguments);
+    return CURLE_OK;
+}
+
+CURLcode refuseOption(CURL* /*easy*/, CURLoption /*option*/, ...) {
+    return CURLE_OUT_OF_MEMORY;
+}
+
+TEST(CurlLibrary, AnOlderLibraryGetsProtocolsAsBits) {
+    CurlLibrary library;
+    library.easySetOption = setOptionOf784;
+    EXPECT_TRUE(library.allowOnlyHttp(nullptr));
+    EXPECT_EQ(allowedProtocols, 3); // http and https
+}
+
+TEST(CurlLibrary, ARefusedLimitIsAFailure) {
+    CurlLibrary library;
+    library.easySetOption = refuseOption;
+    EXPECT_FALSE(library.allowOnlyHttp(nullptr));
+}
+
+TEST(CurlLibrary, TheInstalledLibraryTakesTheLimit) {
+    const auto* library = CurlLibrary::load();
+    ASSERT_NE(library, nullptr);
+    CURL* easy = library->easyInit();
+    EXPECT_TRUE(library->allowOnlyHttp(easy));
+    library->easyCleanup(easy);
+}
+
+} // namespace
+} // namespace quillane
