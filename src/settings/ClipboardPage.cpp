@@ -101,7 +101,7 @@ void ClipboardPage::addAccess(Card& card) {
         return access() == PasteboardAccess::denied ? texts::pasteboardDenied : texts::pasteboardAsks;
     });
     row.setObjectName(QStringLiteral("pasteboardAccess"));
-    row.setControl(button(texts::openSystemSettings, [this] {
+    row.setControl(button(texts::openSystemSettings.on(services().desktop), [this] {
         if (services().clipboard.openAccessSettings) {
             services().clipboard.openAccessSettings();
         }

@@ -95,9 +95,9 @@ TEST_F(HistoryPanelWindow, IsASearchPanelThatOpensWithTheKeysInAnEmptyField) {
 TEST_F(HistoryPanelWindow, NoPartLeavesAStripForAHiddenTitleBar) {
     copyThree();
     open();
-    const auto& panel = window();
-    EXPECT_FALSE(panel.testAttribute(Qt::WA_ContentsMarginsRespectsSafeArea));
-    for (const auto* part : panel.findChildren<QWidget*>()) {
+    const auto& shown = window();
+    EXPECT_FALSE(shown.testAttribute(Qt::WA_ContentsMarginsRespectsSafeArea));
+    for (const auto* part : shown.findChildren<QWidget*>()) {
         if (!part->isWindow()) {
             EXPECT_FALSE(part->testAttribute(Qt::WA_ContentsMarginsRespectsSafeArea))
                 << part->metaObject()->className();
