@@ -30,8 +30,8 @@ struct CurlLibrary {
     decltype(&curl_slist_free_all) listFreeAll = nullptr;
     decltype(&curl_free) free = nullptr;
 
-    /// Keeps a transfer to http and https. Their names may be given since 7.85, and macOS 13 has 7.84: what the library that
-    /// runs knows counts, not its header. False when it refuses.
+    /// Keeps a transfer to http and https. Their names may be given since 7.85, and macOS 13 has 7.84: what the library
+    /// that runs knows counts, not its header. False when it refuses.
     [[nodiscard]] bool allowOnlyHttp(CURL* easy) const;
 
     /// The library, loaded and set up, for as long as the program runs; nullptr when this system has not got it. From

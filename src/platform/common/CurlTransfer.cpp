@@ -216,9 +216,7 @@ private:
     }
 
     /// Whether the server only refuses to say that it wants the body (RFC 9110, 417), which asks for another try.
-    [[nodiscard]] bool isExpectationRefused() const {
-        return expectsContinue_ && status_ == 417;
-    }
+    [[nodiscard]] bool isExpectationRefused() const { return expectsContinue_ && status_ == 417; }
 
     /// Sets up a second try that does not ask; false when that cannot be.
     bool prepareWithoutExpectation() {
