@@ -110,17 +110,6 @@ TEST_F(ClipboardManagerTest, NoPasswordIsRecorded) {
     EXPECT_THAT(recorded(), IsEmpty());
 }
 
-TEST_F(ClipboardManagerTest, InterestsItselfForCopiesOnlyWhileTheyAreRecorded) {
-    start();
-    EXPECT_TRUE(pasteboard.interest());
-    manager_->configure({.paused = true});
-    EXPECT_FALSE(pasteboard.interest());
-    manager_->configure({});
-    EXPECT_TRUE(pasteboard.interest());
-    setOption(&core::ClipboardOptions::enabled, false);
-    EXPECT_FALSE(pasteboard.interest());
-}
-
 /// On a desktop that announces changes and brings the contents later.
 class LateContentsTest : public ClipboardManagerTest {
 protected:
