@@ -72,7 +72,8 @@ FileShareServer::FileShareServer(Url url, std::string scheme, std::string host, 
     : url_(std::move(url)), scheme_(std::move(scheme)), host_(std::move(host)), port_(port), path_(std::move(path)) {}
 
 std::optional<FileShareServer> FileShareServer::validating(std::string_view address) {
-    auto components = UrlComponents::parse(trimmedOfWhiteSpace(address));
+    const auto typed = withoutDirectionMarks(address);
+    auto components = UrlComponents::parseInternational(trimmedOfWhiteSpace(typed));
     if (!components || !components->scheme || !components->host || components->host->empty()) {
         return std::nullopt;
     }
@@ -126,6 +127,12 @@ void FileShareServer::save(UserDefaults& defaults) const {
     } else {
         defaults.setObject(defaultsKey, url_.absoluteString());
     }
+}
+
+bool FileShareServer::isReservedForExamples(std::string_view host) {
+    constexpr std::array domains{"example", "example.com", "example.net", "example.org"};
+    return std::ranges::any_of(
+        domains, [&](std::string_view domain) { return host == domain || host.ends_with('.' + std::string(domain)); });
 }
 
 bool FileShareServer::isLocalNetwork(std::string_view host) {

@@ -21,7 +21,7 @@ public:
 
     /// The server at an address that was typed. None when it is no URL, has another scheme than https and http, no
     /// host, or a user, password, query or fragment, and for http when the host is not on the local network. Blanks
-    /// around the address do not matter.
+    /// around the address and direction marks in it are ignored; a name in any script becomes ASCII (UTS #46).
     [[nodiscard]] static std::optional<FileShareServer> validating(std::string_view address);
 
     /// The server that is used unless another one is saved; the build sets it (QUILLANE_DEFAULT_SHARE_SERVER).
@@ -34,17 +34,24 @@ public:
     /// server takes effect.
     void save(UserDefaults& defaults) const;
 
+    /// Whether this is the standard server of a build that names no real one: no such server can exist.
+    [[nodiscard]] bool isPlaceholder() const { return isReservedForExamples(host_) && *this == standard(); }
+
+    /// Whether this lower-case host is reserved for examples: ".example", "example.com" and their like (RFC 2606).
+    [[nodiscard]] static bool isReservedForExamples(std::string_view host);
+
     /// Whether only machines of the local network can have this lower-case host: names without a dot and names in
     /// ".local", private, loopback and link-local addresses (RFC 1918, RFC 3927, RFC 4193, RFC 4291).
     [[nodiscard]] static bool isLocalNetwork(std::string_view host);
 
-    /// The address without trailing slashes, the scheme and the name in lower case.
+    /// The address without trailing slashes, the scheme and the name in lower case, with the zone of an IPv6 address.
     [[nodiscard]] const Url& url() const { return url_; }
 
     /// "https" or "http".
     [[nodiscard]] const std::string& scheme() const { return scheme_; }
 
-    /// A name in lower case, or an IP address. One that contains ":" is an IPv6 address, as it was typed.
+    /// A name in lower case, or an IP address. One that contains ":" is an IPv6 address as it was typed, without a
+    /// zone.
     [[nodiscard]] const std::string& host() const { return host_; }
 
     /// The port of the address, or that of its scheme.

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/support/Url.hpp"
 
+#include "core/support/HostName.hpp"
 #include "core/support/Utf8.hpp"
 
 #include <uriparser/Uri.h>
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <utility>
 
 namespace quillane::core {
 
@@ -43,6 +45,14 @@ bool isAlphanumeric(char character) {
 /// RFC 3986: unreserved and sub-delims, which both reg-name and pchar take unencoded.
 bool isPlain(char character) {
     return isAlphanumeric(character) || std::string_view("-._~!$&'()*+,;=").find(character) != std::string_view::npos;
+}
+
+bool isAscii(char character) {
+    return static_cast<unsigned char>(character) < 0x80;
+}
+
+bool isZoneCharacter(char character) {
+    return isAlphanumeric(character) || std::string_view("-._~").find(character) != std::string_view::npos;
 }
 
 bool isPathCharacter(char character) {
@@ -100,6 +110,28 @@ bool isUsableName(std::string_view name) {
            });
 }
 
+/// Takes the zone out of the brackets of an IPv6 address, because the parser's grammar has none. The zone is empty
+/// where nothing follows the percent sign.
+std::optional<std::string> takeZone(std::string& text) {
+    const auto bracket = text.find('[');
+    const auto close = text.find(']', bracket);
+    const auto percent = text.substr(0, close).find('%', bracket);
+    if (bracket == std::string::npos || close == std::string::npos || percent == std::string::npos) {
+        return std::nullopt;
+    }
+    auto zone = text.substr(percent + 1, close - percent - 1);
+    text.erase(percent, close - percent);
+    if (zone.starts_with("25")) { // the encoded percent sign
+        zone.erase(0, 2);
+    }
+    return zone;
+}
+
+/// fe80::/10 (RFC 4291, section 2.5.6).
+bool isLinkLocal(const UriIp6& address) {
+    return address.data[0] == 0xFE && (address.data[1] & 0xC0U) == 0x80;
+}
+
 std::string path(const UriUriA& uri, bool hasAuthority) {
     std::string result;
     for (const auto* segment = uri.pathHead; segment != nullptr; segment = segment->next) {
@@ -120,12 +152,19 @@ std::optional<UrlComponents> UrlComponents::parse(std::string_view input) {
     if (input.size() > maximumBytes) {
         return std::nullopt;
     }
+    std::string address(input); // outlives what is parsed of it
+    auto zone = takeZone(address);
     ParsedUri uri;
     const char* position = nullptr;
-    if (uriParseSingleUriExA(uri.get(), input.data(), input.data() + input.size(), &position) != URI_SUCCESS) {
+    if (uriParseSingleUriExA(uri.get(), address.data(), address.data() + address.size(), &position) != URI_SUCCESS) {
+        return std::nullopt;
+    }
+    if (zone && (uri->hostData.ip6 == nullptr || !isLinkLocal(*uri->hostData.ip6) || zone->empty() ||
+                 !std::ranges::all_of(*zone, isZoneCharacter))) {
         return std::nullopt;
     }
     UrlComponents result;
+    result.zone = std::move(zone);
     result.scheme = text(uri->scheme);
     if (auto userInfo = text(uri->userInfo)) {
         const auto colon = userInfo->find(':');
@@ -155,6 +194,23 @@ std::optional<UrlComponents> UrlComponents::parse(std::string_view input) {
     return result;
 }
 
+std::optional<UrlComponents> UrlComponents::parseInternational(std::string_view text) {
+    const auto slashes = text.find("//");
+    if (slashes == std::string_view::npos) {
+        return parse(text);
+    }
+    const auto begin = slashes + 2;
+    const auto end = std::min(text.find_first_of("/?#", begin), text.size());
+    auto result = parse(std::string(text.substr(0, begin))
+                            .append(encoded(text.substr(begin, end - begin), isAscii))
+                            .append(text.substr(end)));
+    if (result && result->host && !std::ranges::all_of(*result->host, isAscii)) {
+        result->host = asciiHostName(*result->host);
+        return result->host ? result : std::nullopt;
+    }
+    return result;
+}
+
 std::string UrlComponents::path() const {
     return decoded(percentEncodedPath, Slashes::keepEncoded);
 }
@@ -176,7 +232,8 @@ std::optional<Url> UrlComponents::url() const {
             result += password ? ':' + *password : "";
             result += '@';
         }
-        result += host->find(':') == std::string::npos ? encoded(*host, isPlain) : '[' + *host + ']';
+        result += host->find(':') == std::string::npos ? encoded(*host, isPlain)
+                                                       : '[' + *host + (zone ? "%25" + *zone : "") + ']';
         result += port ? ':' + std::to_string(*port) : "";
     }
     result += percentEncodedPath;

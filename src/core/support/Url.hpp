@@ -46,15 +46,22 @@ struct UrlComponents {
     std::optional<std::string> password;
     /// A name or address without brackets: one that contains ":" is an IPv6 address, and none other does.
     std::optional<std::string> host;
+    /// The network interface that a link-local IPv6 address belongs to, by its name or number (RFC 6874).
+    std::optional<std::string> zone;
     std::optional<std::uint16_t> port;
     std::string percentEncodedPath;
     std::optional<std::string> query;
     std::optional<std::string> fragment;
 
     /// The parts of the text. Stricter than the grammar where it allows what cannot be used: a port above 65535, an IP
-    /// address of a version to come, and a host that is not text or that hides delimiters, spaces or controls in
-    /// percent-encoding.
+    /// address of a version to come, a zone of any but a link-local address, and a host that is not text or that hides
+    /// delimiters, spaces or controls in percent-encoding. A zone may also follow a bare percent sign, as other
+    /// programs write it.
     [[nodiscard]] static std::optional<UrlComponents> parse(std::string_view text);
+
+    /// The same for an address whose host name may be in any script, whether or not it is percent-encoded: the host is
+    /// the name in ASCII.
+    [[nodiscard]] static std::optional<UrlComponents> parseInternational(std::string_view text);
 
     /// The path decoded, but for encoded slashes, which are no separators.
     [[nodiscard]] std::string path() const;

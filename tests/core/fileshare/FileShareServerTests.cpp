@@ -62,6 +62,30 @@ TEST(FileShareServer, PartsAreThoseOfTheAddress) {
     EXPECT_EQ(ipv6.path(), "/a b");
 }
 
+TEST(FileShareServer, ZoneIsPartOfTheAddressAndNotOfTheHost) {
+    const auto found = server("http://[fe80::1%eth0]:8080");
+    EXPECT_EQ(found.host(), "fe80::1");
+    EXPECT_EQ(found.url().absoluteString(), "http://[fe80::1%25eth0]:8080");
+    EXPECT_NE(found, server("http://[fe80::1%eth1]:8080"));
+}
+
+TEST(FileShareServer, NamesThatAreReservedForExamplesAreKnown) {
+    for (const auto* host :
+         {"share.quillane.example", "example", "example.com", "files.example.net", "a.b.example.org"}) {
+        EXPECT_TRUE(FileShareServer::isReservedForExamples(host)) << host;
+    }
+    for (const auto* host : {"example.de", "notexample.com", "example.com.evil", "files.quillane", "nas", "::1", ""}) {
+        EXPECT_FALSE(FileShareServer::isReservedForExamples(host)) << host;
+    }
+}
+
+TEST(FileShareServer, OnlyAStandardServerThatCannotExistIsAPlaceholder) {
+    const auto& standard = FileShareServer::standard();
+    EXPECT_EQ(standard.isPlaceholder(), FileShareServer::isReservedForExamples(standard.host()));
+    EXPECT_FALSE(server("https://files.example").isPlaceholder()); // somebody typed it
+    EXPECT_FALSE(server("http://nas").isPlaceholder());
+}
+
 TEST(FileShareServer, AnAddressTooLongToBeOneIsRefused) {
     EXPECT_TRUE(FileShareServer::validating("https://files.example/" + std::string(16000, 'a')));
     EXPECT_FALSE(FileShareServer::validating("https://files.example/" + std::string(16384, 'a')));

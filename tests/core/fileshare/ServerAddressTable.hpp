@@ -50,13 +50,21 @@ inline constexpr AddressRow addressTable[] = {
     {"\u202Fhttps://files.example\u1680"sv, "https://files.example"sv, "files.example"sv, 443},
     {"\u200Bhttps://files.example"sv}, // zero width space is no white space
     {"\uFEFFhttps://files.example"sv}, // neither is a byte order mark
-    {"\u200Fhttps://files.example"sv}, // nor a direction mark
     {"https://files.example/a b"sv},
     {"https://files .example"sv},
     {"https://files.example/\ta"sv},
     {"https://files\n.example"sv},
     {"https ://files.example"sv},
     {"https:// files.example"sv},
+
+    // Direction marks, which come along when an address is copied
+    {"\u200Fhttps://files.example"sv, "https://files.example"sv, "files.example"sv, 443},
+    {"\u2068https://files.example/up\u2069"sv, "https://files.example/up"sv, "files.example/up"sv, 443},
+    {"\u200F \u202Ahttps://files.example\u202C \u061C"sv, "https://files.example"sv, "files.example"sv, 443},
+    {"https://files\u200E.example:\u206680\u2069/up\u200F"sv, "https://files.example:80/up"sv, "files.example:80/up"sv,
+     80},
+    {"http://8\u200E.8.8.8"sv},
+    {"\u200F\u200E"sv},
     {""sv},
     {" "sv},
     {"\n"sv},
@@ -239,8 +247,29 @@ inline constexpr AddressRow addressTable[] = {
     {"http://[fec0::1]"sv},
     {"http://[fe7f::1]"sv},
     {"http://[ff02::1]"sv},
-    {"http://[fe80::1%25eth0]"sv}, // zones are no part of the grammar
-    {"http://[fe80::1%eth0]"sv},
+
+    // IPv6 addresses with the zone that they belong to
+    {"http://[fe80::1%25eth0]"sv, "http://[fe80::1%25eth0]"sv, "[fe80::1]"sv, 80},
+    {"http://[fe80::1%eth0]"sv, "http://[fe80::1%25eth0]"sv, "[fe80::1]"sv, 80},
+    {"http://[FE80::1%25Eth0]:8080/up/"sv, "http://[FE80::1%25Eth0]:8080/up"sv, "[FE80::1]:8080/up"sv, 8080},
+    {"https://[febf::1%252]"sv, "https://[febf::1%252]"sv, "[febf::1]"sv, 443},
+    {"http://[fe80::1%3]"sv, "http://[fe80::1%253]"sv, "[fe80::1]"sv, 80},
+    {"http://[fe80::1%25wlan-0._~]"sv, "http://[fe80::1%25wlan-0._~]"sv, "[fe80::1]"sv, 80},
+    {"http://[fe80::1%25]"sv}, // which zone?
+    {"http://[fe80::1%]"sv},
+    {"http://[fe80::1%25eth 0]"sv},
+    {"http://[fe80::1%25eth%30]"sv},
+    {"http://[fe80::1%25eth/0]"sv},
+    {"http://[fe80::1%25א]"sv},
+    {"http://[%25eth0]"sv},
+    {"http://[::1%25lo]"sv}, // only link-local addresses have zones
+    {"http://[fd00::1%25eth0]"sv},
+    {"https://[2001:db8::1%25eth0]"sv},
+    {"https://[fec0::1%25eth0]"sv},
+    {"https://[nas%25eth0]"sv},
+    {"https://nas%25eth0"sv},
+
+    // What is no IPv6 address
     {"https://[::1"sv},
     {"https://::1"sv},
     {"https://::1]"sv},
@@ -261,19 +290,41 @@ inline constexpr AddressRow addressTable[] = {
     {"https://[v1.fe80::a+en1]"sv}, // a version that nobody speaks
     {"https://[vF.x]"sv},
 
-    // Hosts that are not ASCII, and encoded ones
-    {"https://קבצים.example"sv},
-    {"https://ملفات.example"sv},
-    {"https://例え.example"sv},
-    {"https://bücher.example"sv},
-    {"https://files。example"sv},
-    {"https://ｆiles.example"sv},
-    {"http://נאס"sv},
-    {"https://😀.example"sv},
-    {"https://b%C3%BCcher.example"sv, "https://b%C3%BCcher.example"sv, "bücher.example"sv, 443},
-    {"https://B%C3%9CCHER.example"sv, "https://b%C3%BCcher.example"sv, "bücher.example"sv, 443},
-    {"https://%D7%A7%D7%91%D7%A6%D7%99%D7%9D.example"sv, "https://%D7%A7%D7%91%D7%A6%D7%99%D7%9D.example"sv,
-     "קבצים.example"sv, 443},
+    // Hosts that are not ASCII, which are shown in ASCII, and encoded ones
+    {"https://קבצים.example"sv, "https://xn--5dbqm8ad.example"sv, "xn--5dbqm8ad.example"sv, 443},
+    {"https://ملفات.example"sv, "https://xn--mgbg1ele.example"sv, "xn--mgbg1ele.example"sv, 443},
+    {"HTTPS://שתף.קבצים.Example:8443/Up/"sv, "https://xn--oebld.xn--5dbqm8ad.example:8443/Up"sv,
+     "xn--oebld.xn--5dbqm8ad.example:8443/Up"sv, 8443},
+    {"\u2067https://קבצים.example\u2069"sv, "https://xn--5dbqm8ad.example"sv, "xn--5dbqm8ad.example"sv, 443},
+    {"https://例え.example"sv, "https://xn--r8jz45g.example"sv, "xn--r8jz45g.example"sv, 443},
+    {"https://bücher.example"sv, "https://xn--bcher-kva.example"sv, "xn--bcher-kva.example"sv, 443},
+    {"https://BÜCHER.example"sv, "https://xn--bcher-kva.example"sv, "xn--bcher-kva.example"sv, 443},
+    {"https://bu\u0308cher.example"sv, "https://xn--bcher-kva.example"sv, "xn--bcher-kva.example"sv, 443},
+    {"https://files。example"sv, "https://files.example"sv, "files.example"sv, 443},
+    {"https://ｆiles.example"sv, "https://files.example"sv, "files.example"sv, 443},
+    {"https://😀.example"sv, "https://xn--e28h.example"sv, "xn--e28h.example"sv, 443},
+    {"http://נאס"sv, "http://xn--4db5ae"sv, "xn--4db5ae"sv, 80},
+    {"http://נאס:8080/up"sv, "http://xn--4db5ae:8080/up"sv, "xn--4db5ae:8080/up"sv, 8080},
+    {"http://קבצים.local"sv, "http://xn--5dbqm8ad.local"sv, "xn--5dbqm8ad.local"sv, 80},
+    {"http://１０.0.0.1"sv, "http://10.0.0.1"sv, "10.0.0.1"sv, 80},
+    {"http://קבצים.example"sv},
+    {"http://８.8.8.8"sv},
+    {"https://קבצים.example/א"sv},
+    {"https://user@קבצים.example"sv},
+    {"https://קבצים@files.example"sv},
+    {"https://קבצים.example?א"sv},
+    {"https://קבצים .example"sv},
+    {"https://קבצים_1.example"sv},     // letters, digits and hyphens beside other scripts
+    {"https://fileא.example"sv},       // both directions in one label
+    {"https://1.קבצים.example"sv},     // a label of a bidirectional name begins with a letter
+    {"https://\u2100.example"sv},      // looks like "a/c"
+    {"https://files.example\u2488"sv}, // holds a full stop of its own
+    {"https://files\u200D.example"sv}, // a joiner that joins nothing
+    {"https://א\xFF.example"sv},
+    {"https://b%C3%BCcher.example"sv, "https://xn--bcher-kva.example"sv, "xn--bcher-kva.example"sv, 443},
+    {"https://B%C3%9CCHER.example"sv, "https://xn--bcher-kva.example"sv, "xn--bcher-kva.example"sv, 443},
+    {"https://%D7%A7%D7%91%D7%A6%D7%99%D7%9D.example"sv, "https://xn--5dbqm8ad.example"sv, "xn--5dbqm8ad.example"sv,
+     443},
     {"http://%6E%61%73"sv, "http://nas"sv, "nas"sv, 80},
     {"http://%4Eas"sv, "http://nas"sv, "nas"sv, 80},
     {"http://%31%30.0.0.1"sv, "http://10.0.0.1"sv, "10.0.0.1"sv, 80},

@@ -23,5 +23,13 @@ TEST(Text, TrimmingLeavesBytesThatAreNoText) {
     EXPECT_EQ(trimmedOfWhiteSpace(" \xFF\xC2 "), "\xFF\xC2");
 }
 
+TEST(Text, DirectionMarksAreDroppedWhereverTheyStand) {
+    EXPECT_EQ(withoutDirectionMarks("\u200E\u200F\u061C\u202A\u202B\u202C\u202D\u202E\u2066\u2067\u2068\u2069"), "");
+    EXPECT_EQ(withoutDirectionMarks("\u200Fא\u200E b\u2069"), "א b");
+    EXPECT_EQ(withoutDirectionMarks("\u200B\u200D\uFEFF\u2065"), "\u200B\u200D\uFEFF\u2065");
+    EXPECT_EQ(withoutDirectionMarks("a\xE2\x80\xFF\xFF"), "a\xE2\x80\xFF\xFF");
+    EXPECT_EQ(withoutDirectionMarks(""), "");
+}
+
 } // namespace
 } // namespace quillane::core

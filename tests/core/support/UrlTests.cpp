@@ -45,6 +45,29 @@ TEST(UrlComponents, BuildsWhatItParsed) {
     }
 }
 
+TEST(UrlComponents, ZoneOfALinkLocalAddressIsAPartOfItsOwn) {
+    const auto parts = UrlComponents::parse("http://[fe80::1%25en0]:80/a%20b").value();
+    EXPECT_EQ(parts.host, "fe80::1");
+    EXPECT_EQ(parts.zone, "en0");
+    EXPECT_EQ(parts.port, 80);
+    EXPECT_EQ(parts.url()->absoluteString(), "http://[fe80::1%25en0]:80/a%20b");
+    EXPECT_EQ(UrlComponents::parse("http://[fe80::1]/a%25b")->zone, std::nullopt);
+    EXPECT_EQ(UrlComponents::parse("http://nas/a%25b")->zone, std::nullopt);
+    for (const auto* text : {"http://nas/[a%25b]", "http://nas/?[a%25b]", "http://[fe80::1%25en0", "[%]", "]%["}) {
+        EXPECT_FALSE(UrlComponents::parse(text)) << text;
+    }
+}
+
+TEST(UrlComponents, OnlyTheHostMayBeInAnyScript) {
+    EXPECT_EQ(UrlComponents::parseInternational("https://קבצים.example/up")->host, "xn--5dbqm8ad.example");
+    EXPECT_FALSE(UrlComponents::parse("https://קבצים.example/up"));
+    for (const auto* text : {"https://files.example/א", "https://files.example?א", "https://files.example#א",
+                             "א://files", "א", "/א", "//"}) {
+        const auto parts = UrlComponents::parseInternational(text);
+        EXPECT_FALSE(parts && parts->scheme) << text;
+    }
+}
+
 TEST(UrlComponents, PartsThatMakeNoUrlMakeNone) {
     UrlComponents parts;
     EXPECT_FALSE(parts.url());
@@ -94,7 +117,7 @@ TEST(Url, OnlyFileUrlsOfThisMachineAreFiles) {
 }
 
 TEST(Url, RelativeReferencesAreNoUrls) {
-    for (const auto* text : {"", "a", "/a", "//host/a", "?a", "#a", "."}) {
+    for (const auto* text : {"", "https://קבצים.example", "a", "/a", "//host/a", "?a", "#a", "."}) {
         EXPECT_FALSE(Url::parse(text)) << text;
     }
 }
