@@ -76,6 +76,38 @@ std::string configuration(const std::filesystem::path& folder, const NginxServer
     return text;
 }
 
+/// The first block of the page that is marked as nginx's.
+std::string documentedServer() {
+    const auto page = live::readFile(QUILLANE_DOCS "/share-server.md");
+    const std::string opening = "```nginx\n";
+    const auto begin = page.find(opening);
+    return begin == std::string::npos
+               ? std::string()
+               : page.substr(begin + opening.size(), page.find("```", begin + opening.size()) - begin - opening.size());
+}
+
+/// What Debian's own configuration has around the documented one, with the machine's places replaced by the test's.
+std::string documentedConfiguration(const std::filesystem::path& folder, const NginxServer::Ports& ports) {
+    auto text =
+        "load_module /usr/lib/nginx/modules/ngx_http_js_module.so;\ndaemon off;\n@USER@\npid @FOLDER@/nginx.pid;\n"
+        "events {}\nhttp {\naccess_log @FOLDER@/access.log;\nproxy_temp_path @FOLDER@/proxy;\n"
+        "fastcgi_temp_path @FOLDER@/fastcgi;\nuwsgi_temp_path @FOLDER@/uwsgi;\nscgi_temp_path @FOLDER@/scgi;\n"
+        "server { listen [::1]:@HTTP@; return 404; }\n" +
+        documentedServer() + "}\n";
+    replaceAll(text, "/etc/nginx/quillane", QUILLANE_SERVERS);
+    replaceAll(text, "/var/lib/quillane-share", "@FOLDER@");
+    replaceAll(text, "/etc/letsencrypt/live/files.example/fullchain.pem", "@FOLDER@/server.pem");
+    replaceAll(text, "/etc/letsencrypt/live/files.example/privkey.pem", "@FOLDER@/server.key");
+    replaceAll(text, "listen 443", "listen 127.0.0.1:@HTTP2@");
+    replaceAll(text, "listen [::]:443", "listen [::1]:@HTTP2@");
+    replaceAll(text, "allow 192.168.0.0/16", "allow 127.0.0.1");
+    replaceAll(text, "@FOLDER@", folder);
+    replaceAll(text, "@USER@", ::geteuid() == 0 ? "user root;" : "");
+    replaceAll(text, "@HTTP@", std::to_string(ports.http));
+    replaceAll(text, "@HTTP2@", std::to_string(ports.http2));
+    return text;
+}
+
 /// Makes the authority and the server's certificate; an error text when openssl fails.
 std::string makeCertificates(const std::filesystem::path& folder) {
     const std::string base = folder;
@@ -103,6 +135,16 @@ std::string makeCertificates(const std::filesystem::path& folder) {
 } // namespace
 
 tl::expected<NginxServer, std::string> NginxServer::start(std::optional<std::uint16_t> passedOnTo) {
+    return start([passedOnTo](const std::filesystem::path& folder, const Ports& ports) {
+        return configuration(folder, ports, passedOnTo);
+    });
+}
+
+tl::expected<NginxServer, std::string> NginxServer::startDocumented() {
+    return start(documentedConfiguration);
+}
+
+tl::expected<NginxServer, std::string> NginxServer::start(const Configuration& configuration) {
     std::string reason;
     for (int attempt = 0; attempt < 3; ++attempt) { // somebody else may take a free port first
         auto folder = live::TemporaryFolder::create("quillane-nginx");
@@ -115,7 +157,7 @@ tl::expected<NginxServer, std::string> NginxServer::start(std::optional<std::uin
             return tl::unexpected(std::move(error));
         }
         std::filesystem::create_directory(path / "files");
-        if (!live::writeFile(path / "nginx.conf", configuration(path, *ports, passedOnTo))) {
+        if (!live::writeFile(path / "nginx.conf", configuration(path, *ports))) {
             return tl::unexpected("cannot write to " + path.string());
         }
         auto process = live::ChildProcess::start(

@@ -6,6 +6,8 @@
 #include "desktop/fixture/TemporaryFolder.hpp"
 
 #include <cstdint>
+#include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -26,6 +28,10 @@ public:
     /// through nothing but memory: for measuring.
     [[nodiscard]] static tl::expected<NginxServer, std::string> start(std::optional<std::uint16_t> passedOnTo = {});
 
+    /// The server of docs/share-server.md as it stands there, on the port for HTTP/2, where 127.0.0.1 and not [::1] may
+    /// upload.
+    [[nodiscard]] static tl::expected<NginxServer, std::string> startDocumented();
+
     [[nodiscard]] const Ports& ports() const { return ports_; }
 
     /// The certificate of the authority, PEM.
@@ -37,6 +43,10 @@ public:
     [[nodiscard]] pid_t pid() const { return process_.pid(); }
 
 private:
+    using Configuration = std::function<std::string(const std::filesystem::path& folder, const Ports& ports)>;
+
+    static tl::expected<NginxServer, std::string> start(const Configuration& configuration);
+
     NginxServer(live::TemporaryFolder folder, live::ChildProcess process, Ports ports)
         : folder_(std::move(folder)), process_(std::move(process)), ports_(ports) {}
 
