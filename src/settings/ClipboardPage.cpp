@@ -8,6 +8,7 @@
 #include "settings/Card.hpp"
 #include "settings/FeatureRow.hpp"
 #include "settings/SwitchButton.hpp"
+#include "views/ToolTip.hpp"
 
 #include <QCollator>
 #include <QComboBox>
@@ -222,7 +223,7 @@ void ClipboardPage::addExclusions() {
             row->addWidget(remove);
             list->addWidget(entry);
             showText(*label, name); // once it knows the direction of the page
-            label->setToolTip(QString::fromStdString(bundleID));
+            label->setToolTip(plainToolTip(QString::fromStdString(bundleID)));
             remove->setObjectName(QStringLiteral("remove"));
             remove->setAccessibleName(rendered(texts::removeApplication(name.toStdString()), language));
             connect(remove, &QPushButton::clicked, this,
@@ -260,7 +261,7 @@ void ClipboardPage::chooseApplication(QWidget* anchor) {
             }
             auto* action =
                 menu->addAction(QString::fromStdString(choice.name).replace(QLatin1Char('&'), QStringLiteral("&&")));
-            action->setToolTip(QString::fromStdString(choice.bundleID));
+            action->setToolTip(plainToolTip(QString::fromStdString(choice.bundleID)));
             connect(action, &QAction::triggered, this, [this, bundleID = choice.bundleID] {
                 change([&](Options& changed) { changed.ignoredApps.push_back(bundleID); });
             });

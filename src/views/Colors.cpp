@@ -24,8 +24,9 @@ QPushButton, QComboBox, QToolButton[role="stepper"] {
 QPushButton:hover, QComboBox:hover { background: %selection; }
 QPushButton:pressed { background: %selection; }
 QPushButton:disabled, QComboBox:disabled { color: %secondary; border-color: %hairline; background: %card; }
-QPushButton[role="main"] { color: %onAmber; background: %amber; border-color: %amber; }
+QPushButton[role="main"]:enabled { color: %onAmber; background: %amber; border-color: %amber; }
 QPushButton:focus, QComboBox:focus, QToolButton[role="stepper"]:focus { border: 2px solid %amber; padding: 3px 11px; }
+QPushButton[role="main"]:enabled:focus { border-color: %primary; }
 QToolButton[role="stepper"] { padding: 0; min-width: 26px; min-height: 22px; }
 QToolButton[role="stepper"]:focus { padding: 0; min-width: 24px; min-height: 20px; }
 QToolButton[role="stepper"]:disabled { color: %hairline; border-color: %hairline; }

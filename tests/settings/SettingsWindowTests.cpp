@@ -3,6 +3,7 @@
 
 #include "settings/SettingsTest.hpp"
 
+#include "fakes/Contrast.hpp"
 #include "settings/PageSelector.hpp"
 #include "settings/SettingsView.hpp"
 #include "settings/SwitchButton.hpp"
@@ -365,6 +366,26 @@ TEST_F(SettingsWindowTests, ChoosingALanguageRedrawsEverythingMirrored) {
     find<QComboBox>("language").activated(0);
     EXPECT_EQ(window().view().layoutDirection(), Qt::LeftToRight);
     EXPECT_TRUE(shows("Left to right"));
+}
+
+TEST_F(SettingsWindowTests, MainButtonShowsItsStateAndIsReadableInEach) {
+    for (const bool dark : {true, false}) {
+        useDark(dark);
+        present(SettingsPage::updates);
+        auto& check = find<QPushButton>("checkNow");
+        window().activateWindow();
+        window().view().setFocus();
+        settle();
+        const auto plain = check.grab().toImage();
+        EXPECT_GE(fakes::textContrast(check), 4.5);
+        check.setFocus();
+        EXPECT_NE(check.grab().toImage(), plain);
+        EXPECT_GE(fakes::textContrast(check), 4.5);
+        check.setEnabled(false);
+        EXPECT_NE(check.grab().toImage(), plain);
+        EXPECT_GE(fakes::textContrast(check), 4.5);
+        check.setEnabled(true);
+    }
 }
 
 TEST_F(SettingsWindowTests, ADarkAppearanceIsFollowedWhileItIsOpen) {
