@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <unordered_map>
 #include <utility>
 
 namespace quillane::core {
@@ -76,6 +77,30 @@ bool ClipboardHistory::insert(ClipboardEntry entry, const ClipboardOptions& opti
     }
     trim(options);
     return std::ranges::find(entries_, digest, &ClipboardEntry::digest) != entries_.end();
+}
+
+std::vector<Uuid> ClipboardHistory::merge(const ClipboardHistory& later) {
+    std::unordered_map<std::string, std::size_t> places;
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+        places.emplace(entries_[i].digest, i);
+    }
+    std::vector<Uuid> changedPins;
+    for (std::size_t i = 0; i < later.entries_.size(); ++i) {
+        const auto& entry = later.entries_[i];
+        const auto [place, isNew] = places.emplace(entry.digest, entries_.size());
+        if (isNew) {
+            entries_.push_back(entry);
+            searchTexts_.push_back(later.searchTexts_[i]);
+            continue;
+        }
+        auto& same = entries_[place->second];
+        same.copiedAt = std::max(same.copiedAt, entry.copiedAt);
+        if (entry.pinned && !same.pinned) {
+            same.pinned = true;
+            changedPins.push_back(same.id);
+        }
+    }
+    return changedPins;
 }
 
 void ClipboardHistory::touch(const Uuid& id, Date now) {

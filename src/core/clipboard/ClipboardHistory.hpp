@@ -29,6 +29,10 @@ public:
     /// options or its size refuse it, or when trimming has removed it.
     bool insert(ClipboardEntry entry, const ClipboardOptions& options);
 
+    /// Adds what was recorded later. Of entries with the same contents the one that is here stays, with the later copy
+    /// date, and pinned if either is. The entries whose pin has changed by that.
+    [[nodiscard]] std::vector<Uuid> merge(const ClipboardHistory& later);
+
     /// Marks the entry as used now.
     void touch(const Uuid& id, Date now);
 

@@ -30,11 +30,13 @@ public:
     /// Makes the folder if missing. Fails when the key is not exactly 32 bytes.
     [[nodiscard]] static Result<ClipboardVault> open(const std::filesystem::path& directory, SecretBytes key);
 
-    /// All entries in the history's order, or an error and no entry at all. Without an index there are none.
-    [[nodiscard]] Result<std::vector<ClipboardEntry>> load() const;
+    /// All entries in the history's order, or an error and no entry at all. Without an index there are none. The next
+    /// save knows what has been loaded.
+    [[nodiscard]] Result<std::vector<ClipboardEntry>> load();
 
-    /// Writes the entries whose copy date differs from the one that they were last written with, and the index, and
-    /// removes the files of entries that are gone. After an error the earlier history may still be loaded.
+    /// Makes the disk say this: writes the entries whose copy date differs from the one on disk, and the index when it
+    /// differs, and removes the files of entries that are gone. Where nothing differs nothing is written. After an
+    /// error the earlier history may still be loaded.
     [[nodiscard]] Result<void> save(std::span<const ClipboardEntry> entries);
 
     /// Removes the vault's files.
@@ -43,23 +45,43 @@ public:
     /// Removes the files of any vault from a folder, which need not exist.
     [[nodiscard]] static Result<void> eraseFiles(const std::filesystem::path& folder);
 
-    /// The next save writes every entry again.
-    void invalidateCache() { persisted_.clear(); }
+    /// Whether a folder, which need not exist, has files of a vault.
+    [[nodiscard]] static Result<bool> hasFiles(const std::filesystem::path& folder);
+
+    /// What could be read of a history.
+    struct Recovered {
+        std::vector<ClipboardEntry> entries; ///< in its order
+        std::size_t total = 0;               ///< entries that it had, as far as its files show
+    };
+
+    /// Reads what can be read of another history that was sealed under the same key.
+    [[nodiscard]] Result<Recovered> recover(const std::filesystem::path& directory) const;
+
+    /// Moves everything in the folder aside (`SetAsideHistories`) and begins with an empty one.
+    [[nodiscard]] Result<void> setAside(Date now);
+
+    /// The next save writes everything again.
+    void invalidateCache() {
+        persisted_.clear();
+        indexed_.reset();
+    }
 
     /// The next save writes this entry again.
     void invalidateCache(const Uuid& id) { persisted_.erase(id); }
 
 private:
-    ClipboardVault(VaultFolder folder, SecretBytes key) : folder_(std::move(folder)), key_(std::move(key)) {}
+    ClipboardVault(std::filesystem::path directory, VaultFolder folder, SecretBytes key)
+        : directory_(std::move(directory)), folder_(std::move(folder)), key_(std::move(key)) {}
 
     [[nodiscard]] Result<void> writeSealed(const std::string& name, std::optional<std::vector<std::byte>> plaintext);
-    [[nodiscard]] Result<void> settlePending(std::span<std::string> names);
+    [[nodiscard]] Result<bool> settlePending(std::vector<std::string>& names);
     [[nodiscard]] Result<void> commitPending(std::span<const ClipboardEntry* const> overwritten);
 
+    std::filesystem::path directory_;
     VaultFolder folder_;
     SecretBytes key_;
     std::unordered_map<Uuid, Date> persisted_; ///< the copy date that each file on disk was written with
-    std::vector<Uuid> indexed_;                ///< the index on disk, as far as it was written here
+    std::optional<std::vector<Uuid>> indexed_; ///< the index on disk, if it is known
 };
 
 } // namespace quillane::core

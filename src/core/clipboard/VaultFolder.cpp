@@ -92,7 +92,17 @@ ssize_t readAll(int descriptor, std::span<std::byte> buffer) {
     return static_cast<ssize_t>(filled);
 }
 
+/// The file is a link, a socket or a device: opening it will not work the next time either.
+bool isSpecialFile(int openError) {
+    return openError == ELOOP || openError == ENXIO || openError == EOPNOTSUPP;
+}
+
 } // namespace
+
+bool VaultError::isDamage() const {
+    return reason == Reason::tooLarge || reason == Reason::notAuthentic || reason == Reason::malformed ||
+           (reason == Reason::read && systemError == 0);
+}
 
 VaultFolder::VaultFolder(VaultFolder&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
 
@@ -108,10 +118,7 @@ VaultFolder::~VaultFolder() {
 }
 
 VaultFolder::Result<VaultFolder> VaultFolder::open(const std::filesystem::path& path) {
-    auto clean = path.lexically_normal();
-    if (!clean.has_filename()) {
-        clean = clean.parent_path(); // a trailing slash
-    }
+    const auto clean = cleanFolderPath(path);
     if (const auto made = createPrivateFolder(clean); !made) {
         return tl::unexpected(VaultError{Reason::folder, made.error().number});
     }
@@ -135,7 +142,7 @@ VaultFolder::Result<std::optional<std::vector<std::byte>>> VaultFolder::read(con
         if (errno == ENOENT) {
             return std::optional<std::vector<std::byte>>();
         }
-        return failure(Reason::read);
+        return isSpecialFile(errno) ? tl::unexpected(VaultError{Reason::read, 0}) : failure(Reason::read);
     }
 
     struct stat status {};
@@ -189,8 +196,14 @@ VaultFolder::Result<void> VaultFolder::remove(const std::string& name) {
     return {};
 }
 
-bool VaultFolder::contains(const std::string& name) const {
-    return faccessat(descriptor_, name.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0;
+VaultFolder::Result<bool> VaultFolder::contains(const std::string& name) const {
+    if (faccessat(descriptor_, name.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0) {
+        return true;
+    }
+    if (errno == ENOENT) {
+        return false;
+    }
+    return failure(Reason::read);
 }
 
 VaultFolder::Result<std::vector<std::string>> VaultFolder::names() const {
@@ -223,6 +236,19 @@ VaultFolder::Result<void> VaultFolder::flush() {
         return failure(Reason::write);
     }
     return {};
+}
+
+VaultFolder::Result<void> flushFolder(const std::filesystem::path& folder) {
+    const Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!descriptor.isOpen() || fsync(descriptor.get()) != 0) {
+        return failure(Reason::write);
+    }
+    return {};
+}
+
+std::filesystem::path cleanFolderPath(const std::filesystem::path& path) {
+    auto clean = path.lexically_normal();
+    return clean.has_filename() ? clean : clean.parent_path();
 }
 
 } // namespace quillane::core

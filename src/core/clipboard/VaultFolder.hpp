@@ -17,6 +17,7 @@ namespace quillane::core {
 /// What failed in a clipboard vault. Nothing of the contents is in it.
 struct VaultError {
     enum class Reason {
+        noKey,        ///< the key cannot be had now
         wrongKeySize, ///< the key is not 32 bytes
         folder,       ///< the folder cannot be made, opened or listed
         read,         ///< a file is missing or cannot be read
@@ -29,6 +30,9 @@ struct VaultError {
 
     Reason reason = Reason::read;
     int systemError = 0; ///< errno, where the system gave one
+
+    /// A file does not hold what was written, and will not the next time either. Everything else may pass.
+    [[nodiscard]] bool isDamage() const;
 
     bool operator==(const VaultError&) const = default;
 };
@@ -61,7 +65,8 @@ public:
     /// Removes the file if it exists.
     [[nodiscard]] Result<void> remove(const std::string& name);
 
-    [[nodiscard]] bool contains(const std::string& name) const;
+    /// Only a name that the system does not know is absent; a failure to look is an error.
+    [[nodiscard]] Result<bool> contains(const std::string& name) const;
 
     /// The names of everything in the folder.
     [[nodiscard]] Result<std::vector<std::string>> names() const;
@@ -74,5 +79,11 @@ private:
 
     int descriptor_ = -1;
 };
+
+/// Makes renaming, making and removing in a folder last through a loss of power.
+[[nodiscard]] VaultFolder::Result<void> flushFolder(const std::filesystem::path& folder);
+
+/// The path without a slash at its end.
+[[nodiscard]] std::filesystem::path cleanFolderPath(const std::filesystem::path& path);
 
 } // namespace quillane::core

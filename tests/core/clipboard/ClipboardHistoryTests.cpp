@@ -71,6 +71,30 @@ TEST(ClipboardHistory, EqualContentOnlyRenewsTheCopyDateOfTheFirst) {
     EXPECT_THAT(textsOf(history.filtered("", {.pinsOnTop = false})), ElementsAre("pinned", "other"));
 }
 
+TEST(ClipboardHistory, MergingAddsWhatIsNewAndKeepsOneOfEqualContents) {
+    const auto both = entryOf("both", 5);
+    auto again = both;
+    again.id = Uuid::random();
+    again.copiedAt = Date{9};
+    again.createdAt = Date{9};
+    again.pinned = true;
+    auto older = entryOf("older", 8);
+    auto olderAgain = older;
+    olderAgain.copiedAt = Date{2};
+    ClipboardHistory history({entryOf("one", 1), both, older});
+    const ClipboardHistory later({again, entryOf("two words", 7), olderAgain});
+    EXPECT_THAT(history.merge(later), ElementsAre(both.id));
+    EXPECT_THAT(textsOf(history.entries()), ElementsAre("one", "both", "older", "two words"));
+    auto expected = both;
+    expected.copiedAt = Date{9};
+    expected.pinned = true;
+    EXPECT_EQ(history.entries()[1], expected);
+    EXPECT_EQ(history.entries()[2], older);
+    EXPECT_THAT(textsOf(history.filtered("words", {})), ElementsAre("two words"));
+    EXPECT_THAT(history.merge(later), IsEmpty());
+    EXPECT_EQ(history.entries().size(), 4U);
+}
+
 TEST(ClipboardHistory, TellsWhenTrimmingHasRemovedTheNewEntry) {
     ClipboardHistory history;
     for (int i = 0; i < 10; ++i) {

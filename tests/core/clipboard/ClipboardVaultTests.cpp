@@ -276,6 +276,47 @@ TEST_F(ClipboardVaultTest, ErasingAFolderThatDoesNotExistMakesNone) {
     EXPECT_FALSE(std::filesystem::exists(root_ / "none"));
 }
 
+TEST_F(ClipboardVaultTest, LoadedHistoryIsNotWrittenAgain) {
+    auto entries = threeEntries();
+    saved(entries);
+    const auto before = inodes();
+    const auto changed = std::filesystem::last_write_time(folder_);
+    auto open = vault();
+    ASSERT_EQ(open.load(), entries);
+    ASSERT_TRUE(open.save(entries));
+    EXPECT_EQ(inodes(), before);
+    EXPECT_EQ(std::filesystem::last_write_time(folder_), changed);
+    entries[1].copiedAt = Date{1e9};
+    ASSERT_TRUE(open.save(entries));
+    auto after = inodes();
+    const auto name = entries[1].id.toString() + ".clip";
+    EXPECT_NE(after.at(name), before.at(name));
+    after[name] = before.at(name);
+    EXPECT_EQ(after, before);
+    EXPECT_EQ(vault().load(), entries);
+}
+
+TEST_F(ClipboardVaultTest, WhatIsMissingOnTheDiskIsWrittenAlthoughItHasNotChanged) {
+    const auto entries = threeEntries();
+    saved(entries);
+    auto open = vault();
+    ASSERT_EQ(open.load(), entries);
+    std::filesystem::remove(fileOf(entries[0]));
+    std::filesystem::remove(folder_ / "index");
+    ASSERT_TRUE(open.save(entries));
+    EXPECT_EQ(vault().load(), entries);
+}
+
+TEST_F(ClipboardVaultTest, ErasedFilesAreWrittenAgainAfterALoad) {
+    const auto entries = threeEntries();
+    saved(entries);
+    auto open = vault();
+    ASSERT_EQ(open.load(), entries);
+    ASSERT_TRUE(open.erase());
+    ASSERT_TRUE(open.save(entries));
+    EXPECT_EQ(vault().load(), entries);
+}
+
 // A save that was cut short
 
 TEST_F(ClipboardVaultTest, ASaveThatCountsAsDoneIsLoadedAndFinishedByTheNextOne) {

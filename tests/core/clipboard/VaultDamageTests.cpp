@@ -25,6 +25,7 @@ protected:
     Reason reasonOfLoading() const {
         const auto loaded = vault().load();
         EXPECT_FALSE(loaded);
+        EXPECT_TRUE(loaded || loaded.error().isDamage());
         return loaded ? Reason::folder : loaded.error().reason;
     }
 
