@@ -39,7 +39,7 @@ public:
     /// Drops every step that is on its way.
     void cancelPending();
 
-    /// The supported application in front, by its identifier; none when another one is.
+    /// The application in front, by its identifier, if it has direction commands.
     [[nodiscard]] std::optional<std::string> target() const;
 
 private:

@@ -78,11 +78,13 @@ TEST_F(DirectionCommandsTest, ATestEndsSilentlyWhenItsTargetIsNotInFront) {
     EXPECT_THAT(said, IsEmpty());
 }
 
-TEST_F(DirectionCommandsTest, TheTargetIsASupportedApplication) {
+TEST_F(DirectionCommandsTest, TargetIsAnApplicationWithDirectionCommands) {
     EXPECT_FALSE(commands.target());
     openApplication("com.apple.Notes");
     EXPECT_EQ(commands.target(), "com.apple.Notes");
     openApplication("org.libreoffice.script");
+    EXPECT_EQ(commands.target(), "org.libreoffice.script");
+    openApplication("org.example.editor");
     EXPECT_FALSE(commands.target());
 }
 

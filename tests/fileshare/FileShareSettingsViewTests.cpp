@@ -26,7 +26,7 @@ protected:
 
     [[nodiscard]] std::optional<std::string> stored() const { return defaults_.string("FileShareServer"); }
 
-    FileShareSettingsView view_{defaults_, preferences_};
+    FileShareSettingsView view_{defaults_, preferences_, core::Desktop::macOS};
 };
 
 TEST_F(FileShareSettingsViewTests, BeginsWithTheSavedServer) {
