@@ -156,6 +156,7 @@ void AppDelegate::wireControllers() {
         if (settings_) {
             settings_->refresh();
         }
+        updateStatusItem();
     }));
     subscriptions_.push_back(permissions_.onChanged([this] { publishRuntime(); }));
     monitor_.onDirection = [this](core::WritingDirection direction) {
@@ -218,11 +219,7 @@ void AppDelegate::showSettings(core::SettingsPage page) {
 }
 
 void AppDelegate::showClipboard() {
-    if (clipboard_.options().enabled) {
-        clipboardPanel_.toggle();
-    } else {
-        showSettings(core::SettingsPage::clipboard); // where it is turned on
-    }
+    clipboardPanel_.toggle();
 }
 
 /// When it is first wanted: most of what it draws with is loaded then, too.
@@ -274,7 +271,12 @@ SettingsServices AppDelegate::settingsServices() {
     clipboard.retryShortcut = [this] { clipboard_.registerShortcut(); };
     clipboard.access = [this] { return services_.pasteboard.access(); };
     clipboard.openAccessSettings = [this] { services_.pasteboard.openAccessSettings(); };
-    clipboard.clear = [this] { clipboard_.clear(core::ClipboardHistory::Clearing::includePins); };
+    clipboard.isUnread = [this] { return clipboard_.isUnread(); };
+    clipboard.setAside = [this] { return clipboard_.setAside(); };
+    clipboard.recover = [this](const core::SetAsideHistory& history) { clipboard_.recover(history); };
+    clipboard.forget = [this](const core::SetAsideHistory& history) { clipboard_.forget(history); };
+    clipboard.lastRecovery = [this] { return clipboard_.lastRecovery(); };
+    clipboard.clear = [this](core::ClipboardHistory::Clearing clearing) { clipboard_.clear(clearing); };
     clipboard.findApplications = [this](ApplicationCatalog::Handler handler) {
         services_.applicationCatalog.read(std::move(handler));
     };
@@ -354,6 +356,7 @@ void AppDelegate::updateStatusItem() {
                           .keepAwakeStatus = model_.runtime().keepAwakeStatus,
                           .captureMeans = services_.areaCapture.means(),
                           .accessibilityGranted = permissions_.granted().contains(core::MacPermission::accessibility),
+                          .historyNotice = clipboard_.notice(),
                           .status = checked_ ? statusRow(facts) : StatusRow{core::texts::checkingPermissions, "clock"}};
     if (state == shownMenu_) {
         return;

@@ -74,6 +74,8 @@ StatusReport AppDelegate::statusReport() const {
             .clipboard = {.status = clipboard_.status(),
                           .entries = clipboard_.history().entries().size(),
                           .storageError = clipboard_.hasStorageError(),
+                          .unread = clipboard_.isUnread(),
+                          .setAside = clipboard_.setAside().size(),
                           .hotKeyConflict = clipboard_.hasHotKeyConflict(),
                           .panelOpen = clipboardPanel_.isVisible()},
             .statusItemVisible = services_.statusItem.isVisible()};

@@ -62,6 +62,8 @@ std::vector<MenuRow> statusMenuRows(const StatusMenuState& state, const StatusMe
     auto keepAwake =
         toggle(texts::keepMacAwake.on(state.desktop), "cup.and.saucer", actions.toggleKeepAwake, state.keepAwakeActive);
     keepAwake.toolTip = text(state.keepAwakeStatus);
+    auto history = item(texts::clipboardHistory, "clock.arrow.circlepath", actions.showClipboard);
+    history.toolTip = state.historyNotice ? text(*state.historyNotice) : std::string();
     auto settings = item(texts::settings, "gearshape", actions.showSettings);
     settings.keyEquivalent = ",";
 
@@ -71,7 +73,7 @@ std::vector<MenuRow> statusMenuRows(const StatusMenuState& state, const StatusMe
         item(state.status.text, state.status.symbol, nullptr),
         separator(),
         capture,
-        item(texts::clipboardHistory, "clock.arrow.circlepath", actions.showClipboard),
+        history,
         item(texts::quillaneShare, "square.and.arrow.up", actions.shareFile),
         keepAwake,
         separator(),

@@ -9,6 +9,7 @@
 #include "platform/StatusItem.hpp"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,7 @@ struct StatusMenuState {
     core::LocalizedText keepAwakeStatus;
     AreaCapture::Means captureMeans = AreaCapture::Means::none;
     bool accessibilityGranted = false;
+    std::optional<core::LocalizedText> historyNotice; ///< what the user should know of the clipboard history
     StatusRow status;
 
     bool operator==(const StatusMenuState&) const = default;

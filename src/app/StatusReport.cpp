@@ -40,6 +40,8 @@ std::string toJson(const StatusReport& report) {
          {{"status", report.clipboard.status.rendered(report.language)},
           {"entries", report.clipboard.entries},
           {"storageError", report.clipboard.storageError},
+          {"unread", report.clipboard.unread},
+          {"setAside", report.clipboard.setAside},
           {"hotKeyConflict", report.clipboard.hotKeyConflict},
           {"panelOpen", report.clipboard.panelOpen}}},
         {"status", runtime.runtimeStatus.rendered(report.language)},

@@ -3,12 +3,12 @@
 
 #include "clipboard/ClipboardManager.hpp"
 
-#include "core/clipboard/ClipboardKey.hpp"
-#include "core/clipboard/ClipboardVault.hpp"
 #include "core/localization/Texts.hpp"
 
 #include <algorithm>
 #include <chrono>
+#include <string>
+#include <unordered_set>
 #include <utility>
 
 namespace quillane {
@@ -17,11 +17,13 @@ namespace {
 
 namespace texts = core::texts;
 using namespace std::chrono_literals;
+using Outcome = HistoryStorage::Outcome;
 
 constexpr auto pollInterval = 500ms;
 constexpr auto saveDelay = 250ms;
 constexpr auto rereadDelay = 100ms;
 constexpr int mostRereads = 5;
+constexpr auto betweenReadings = 10s;                                    // of a saved history that cannot be read
 constexpr HotKey shortcut{9, core::flags::command | core::flags::shift}; // V
 
 core::ClipboardOptions storedOptions(const core::UserDefaults& defaults) {
@@ -29,48 +31,25 @@ core::ClipboardOptions storedOptions(const core::UserDefaults& defaults) {
     return data ? core::decodeClipboardOptions(**data).value_or(core::ClipboardOptions()) : core::ClipboardOptions();
 }
 
+/// Adds what was recorded before a history could be read to it, without what was cleared meanwhile. The entries whose
+/// pin has changed.
+std::vector<core::Uuid> mergeLater(core::ClipboardHistory& read, const core::ClipboardHistory& later,
+                                   std::optional<core::ClipboardHistory::Clearing> cleared,
+                                   const core::ClipboardOptions& options) {
+    if (cleared) {
+        read.clear(*cleared);
+    }
+    auto changedPins = read.merge(later);
+    read.trim(options);
+    return changedPins;
+}
+
 } // namespace
-
-struct ClipboardManager::Vault {
-    std::filesystem::path folder;
-    core::SecretStore& secretStore;
-    std::optional<core::ClipboardVault> vault = std::nullopt;
-
-    /// Obtains the key and makes the vault.
-    [[nodiscard]] bool open() {
-        auto key = core::obtainClipboardKey(secretStore);
-        if (!key) {
-            return false;
-        }
-        auto opened = core::ClipboardVault::open(folder, std::move(*key));
-        if (!opened) {
-            return false;
-        }
-        vault = std::move(*opened);
-        return true;
-    }
-
-    /// Makes the disk say what the history is. False when it does not.
-    [[nodiscard]] bool save(const std::vector<core::ClipboardEntry>& entries, bool persist) {
-        if (persist) {
-            return vault && vault->save(entries).has_value();
-        }
-        if (vault) {
-            vault->invalidateCache();
-        }
-        return core::ClipboardVault::eraseFiles(folder).has_value();
-    }
-};
-
-struct ClipboardManager::Loaded {
-    core::ClipboardHistory history;
-    bool isComplete = false;
-};
 
 ClipboardManager::ClipboardManager(ClipboardServices services)
     : services_(std::move(services)),
       options_(storedOptions(services_.userDefaults)),
-      vault_(std::make_shared<Vault>(Vault{services_.vaultFolder, services_.secretStore})) {}
+      storage_(std::make_shared<HistoryStorage>(services_.vaultFolder, services_.secretStore)) {}
 
 ClipboardManager::~ClipboardManager() {
     if (started_) {
@@ -101,7 +80,7 @@ void ClipboardManager::stop() {
     wantsHotKey_ = false;
     ++saveWork_; // the one that is pending
     if (ready_) {
-        saveNow();
+        saveLast();
     }
     services_.vaultQueue.wait();
 }
@@ -193,12 +172,17 @@ void ClipboardManager::setOptions(const core::ClipboardOptions& options) {
     if (options == options_) {
         return;
     }
+    const bool isTurnedOff = options_.enabled && !options.enabled;
+    const bool wasCollecting = collects_;
     options_ = options;
     services_.userDefaults.setObject(core::clipboardOptionsKey, core::encodeClipboardOptions(options_));
     history_.trim(options_);
     updateCollecting();
     updateShortcut();
     save();
+    if (isTurnedOff && !wasCollecting && onClosePanel) {
+        onClosePanel(); // it may be open while everything is paused
+    }
     changes_.notify();
 }
 
@@ -228,10 +212,8 @@ void ClipboardManager::pin(const core::Uuid& id) {
         return;
     }
     history_.togglePin(id);
-    services_.vaultQueue.post([vault = vault_, id] {
-        if (vault->vault) {
-            vault->vault->invalidateCache(id); // the date by which the vault tells changes stays the same
-        }
+    services_.vaultQueue.post([storage = storage_, id] {
+        storage->invalidate(id); // the date by which the vault tells changes stays the same
     });
     save();
     changes_.notify();
@@ -243,8 +225,16 @@ void ClipboardManager::remove(const core::Uuid& id) {
     changes_.notify();
 }
 
-void ClipboardManager::clear(core::ClipboardHistory::Clearing clearing) {
+void ClipboardManager::clear(Clearing clearing) {
     history_.clear(clearing);
+    if (!isRead_) {
+        clearedUnread_ = std::max(clearing, clearedUnread_.value_or(clearing));
+    }
+    if (clearing == Clearing::includePins) {
+        lastRecovery_.reset();
+        leavesFiles_ = false;
+        store([](HistoryStorage& storage) { return storage.erase(); });
+    }
     save();
     changes_.notify();
 }
@@ -266,42 +256,117 @@ bool ClipboardManager::copy(const core::Uuid& id, core::ClipboardSnapshot::Resto
 // The vault
 
 void ClipboardManager::load() {
-    loading_ = true;
-    services_.vaultQueue.post([this, weak = std::weak_ptr(alive_), vault = vault_, persist = options_.persist,
-                               &mainQueue = services_.mainQueue] {
-        const auto loaded = std::make_shared<Loaded>(); // shared only since tasks are copied
-        loaded->isComplete = vault->open();
-        if (loaded->isComplete && persist) {
-            auto entries = vault->vault->load();
-            loaded->isComplete = entries.has_value();
-            if (entries) {
-                loaded->history = core::ClipboardHistory(std::move(*entries));
-            }
-        } else if (!persist) {
-            loaded->isComplete = core::ClipboardVault::eraseFiles(vault->folder) && loaded->isComplete;
+    loading_ = !ready_;
+    mayReadAgain_ = false;
+    wantsToRead_ = false;
+    services_.vaultQueue.post([this, weak = std::weak_ptr(alive_), storage = storage_, persist = options_.persist,
+                               now = services_.now(), &mainQueue = services_.mainQueue] {
+        const auto loaded = std::make_shared<HistoryStorage::Loaded>(); // shared only since tasks are copied
+        if (persist) {
+            *loaded = storage->load(now);
+        } else if (storage->begin()) {
+            loaded->outcome = Outcome::loaded;
         }
-        mainQueue.post([this, weak, loaded] {
+        mainQueue.post([this, weak, loaded, setAside = storage->setAside()] {
             if (!weak.expired()) {
+                setAside_ = setAside;
                 finishLoading(std::move(*loaded));
             }
         });
     });
 }
 
-void ClipboardManager::finishLoading(Loaded loaded) {
+void ClipboardManager::finishLoading(HistoryStorage::Loaded loaded) {
     if (!started_) {
         return;
     }
-    history_ = std::move(loaded.history);
-    history_.trim(options_);
-    storageError_ = !loaded.isComplete;
-    revision_ = services_.pasteboard.changeCount(); // what has been on the pasteboard before is not recorded
+    if (!ready_) {
+        revision_ = services_.pasteboard.changeCount(); // what has been on the pasteboard before is not recorded
+    }
     loading_ = false;
     ready_ = true;
-    if (loaded.isComplete) {
-        save(); // else what could not be read stays as it is until there is something to save
+    storageError_ = loaded.outcome != Outcome::loaded;
+    isRead_ = loaded.outcome != Outcome::unavailable;
+    leavesFiles_ = loaded.leavesFiles;
+    if (isRead_) {
+        adopt(std::move(loaded.history));
+        save();
+    } else { // what is on the disk stays as it is until it can be read
+        services_.mainQueue.postAfter(betweenReadings, [this, weak = std::weak_ptr(alive_)] {
+            if (!weak.expired()) {
+                mayReadAgain_ = true;
+                if (wantsToRead_) {
+                    readAgain();
+                }
+            }
+        });
     }
     changes_.notify();
+}
+
+/// Puts what was recorded meanwhile on top of what has been read.
+void ClipboardManager::adopt(core::ClipboardHistory read) {
+    const auto changedPins = mergeLater(read, history_, std::exchange(clearedUnread_, std::nullopt), options_);
+    history_ = std::move(read);
+    for (const auto& id : changedPins) {
+        services_.vaultQueue.post([storage = storage_, id] { storage->invalidate(id); });
+    }
+}
+
+void ClipboardManager::readAgain() {
+    if (!started_ || !ready_ || isRead_ || !options_.persist) {
+        return;
+    }
+    if (mayReadAgain_) {
+        load();
+    } else {
+        wantsToRead_ = true;
+    }
+}
+
+std::optional<core::LocalizedText> ClipboardManager::notice() const {
+    if (isUnread()) {
+        return core::LocalizedText(texts::savedHistoryUnread);
+    }
+    if (!setAside_.empty()) {
+        return core::LocalizedText(texts::historyWasSetAside);
+    }
+    return storageError_ ? std::optional<core::LocalizedText>(texts::cannotSaveHistory) : std::nullopt;
+}
+
+void ClipboardManager::recover(const core::SetAsideHistory& history) {
+    services_.vaultQueue.post(
+        [this, weak = std::weak_ptr(alive_), storage = storage_, history, &mainQueue = services_.mainQueue] {
+            auto found = storage->recover(history);
+            mainQueue.post([this, weak, history, total = found.total,
+                            recovered = core::ClipboardHistory(std::move(found.entries))] {
+                if (!weak.expired()) {
+                    finishRecovery(history, recovered, total);
+                }
+            });
+        });
+}
+
+void ClipboardManager::finishRecovery(const core::SetAsideHistory& history, const core::ClipboardHistory& recovered,
+                                      std::size_t total) {
+    if (!started_ || !isRead_ || !options_.persist) {
+        return;
+    }
+    adopt(recovered);
+    std::unordered_set<std::string> digests;
+    for (const auto& entry : recovered.entries()) {
+        digests.insert(entry.digest);
+    }
+    const auto kept = std::ranges::count_if(
+        history_.entries(), [&](const core::ClipboardEntry& entry) { return digests.contains(entry.digest); });
+    lastRecovery_ = {static_cast<std::size_t>(kept), total};
+    store([entries = history_.entries(), history, isComplete = lastRecovery_->recovered == total](
+              HistoryStorage& storage) { return storage.save(entries) && (!isComplete || storage.erase(history)); });
+    changes_.notify();
+}
+
+void ClipboardManager::forget(const core::SetAsideHistory& history) {
+    store([history](HistoryStorage& storage) { return storage.erase(history); });
 }
 
 void ClipboardManager::save() {
@@ -316,21 +381,48 @@ void ClipboardManager::save() {
 }
 
 void ClipboardManager::saveNow() {
-    services_.vaultQueue.post([this, weak = std::weak_ptr(alive_), vault = vault_, entries = history_.entries(),
-                               persist = options_.persist, &mainQueue = services_.mainQueue] {
-        const bool isSaved = vault->save(entries, persist);
-        mainQueue.post([this, weak, isSaved] {
-            if (!weak.expired()) {
-                setStorageError(!isSaved);
-            }
-        });
+    if (options_.persist && !isRead_) {
+        readAgain(); // which saves when it has succeeded
+        return;
+    }
+    store([entries = history_.entries(), persist = options_.persist](HistoryStorage& storage) {
+        return persist ? storage.save(entries) : storage.erase();
     });
 }
 
-void ClipboardManager::setStorageError(bool error) {
-    if (std::exchange(storageError_, error) != error) {
-        changes_.notify();
+/// At the end there is nothing to come back to: what could not be read before is read where it is saved.
+void ClipboardManager::saveLast() {
+    if (isRead_ || !options_.persist) {
+        saveNow();
+    } else if (!history_.entries().empty() || clearedUnread_) {
+        services_.vaultQueue.post([storage = storage_, history = history_, cleared = clearedUnread_, options = options_,
+                                   now = services_.now()] {
+            auto loaded = storage->load(now);
+            if (loaded.outcome == Outcome::unavailable) {
+                return;
+            }
+            for (const auto& id : mergeLater(loaded.history, history, cleared, options)) {
+                storage->invalidate(id);
+            }
+            static_cast<void>(storage->save(loaded.history.entries())); // nobody is left to be told
+        });
     }
+}
+
+/// Works on the disk, and says whether that has failed and what is set aside now.
+void ClipboardManager::store(std::function<bool(HistoryStorage&)> work) {
+    services_.vaultQueue.post([this, weak = std::weak_ptr(alive_), storage = storage_, work = std::move(work),
+                               &mainQueue = services_.mainQueue] {
+        const bool hasFailed = !work(*storage);
+        mainQueue.post([this, weak, hasFailed, setAside = storage->setAside()] {
+            if (weak.expired() || (storageError_ == hasFailed && setAside_ == setAside)) {
+                return;
+            }
+            storageError_ = hasFailed;
+            setAside_ = setAside;
+            changes_.notify();
+        });
+    });
 }
 
 // The hot key

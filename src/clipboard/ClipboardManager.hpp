@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "clipboard/HistoryStorage.hpp"
 #include "core/clipboard/ClipboardHistory.hpp"
 #include "core/clipboard/ClipboardOptions.hpp"
 #include "core/clipboard/ClipboardSnapshot.hpp"
@@ -23,6 +24,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace quillane {
 
@@ -84,6 +86,32 @@ public:
     /// The history could not be loaded or saved: it is in memory only.
     [[nodiscard]] bool hasStorageError() const { return storageError_; }
 
+    /// There is a saved history that cannot be read now. Nothing is saved over it, and reading is tried again.
+    [[nodiscard]] bool isUnread() const { return ready_ && options_.persist && !isRead_ && leavesFiles_; }
+
+    /// Saved histories that could not be read and were set aside, the latest first.
+    [[nodiscard]] const std::vector<core::SetAsideHistory>& setAside() const { return setAside_; }
+
+    /// What the user should know of the saved history; nothing when all is well.
+    [[nodiscard]] std::optional<core::LocalizedText> notice() const;
+
+    /// Tries to read a history that could not be read, but not more often than every ten seconds.
+    void readAgain();
+
+    /// Adds what can be read of a history that was set aside. It is erased when all of it has been saved again.
+    void recover(const core::SetAsideHistory& history);
+
+    /// Erases a history that was set aside.
+    void forget(const core::SetAsideHistory& history);
+
+    struct Recovery {
+        std::size_t recovered = 0; ///< entries that are in the history now
+        std::size_t total = 0;     ///< that the history had which was set aside
+    };
+
+    /// How the last recovery ended.
+    [[nodiscard]] const std::optional<Recovery>& lastRecovery() const { return lastRecovery_; }
+
     /// Another program has the hot key.
     [[nodiscard]] bool hasHotKeyConflict() const { return hotKeyConflict_; }
 
@@ -94,6 +122,8 @@ public:
     void pin(const core::Uuid& id);
 
     void remove(const core::Uuid& id);
+
+    /// With the pins, what is on the disk is erased at once, and so is what was set aside.
     void clear(core::ClipboardHistory::Clearing clearing);
 
     /// Puts an entry on the pasteboard and moves it to the top. False, with nothing changed, when it cannot be had any
@@ -113,8 +143,7 @@ public:
     core::Subscription onChanged(std::function<void()> callback) { return changes_.subscribe(std::move(callback)); }
 
 private:
-    struct Vault;  // what the vault's queue works on
-    struct Loaded; // what it has loaded
+    using Clearing = core::ClipboardHistory::Clearing;
 
     [[nodiscard]] bool isSuspended() const { return suspension_.paused || suspension_.remote; }
 
@@ -125,17 +154,24 @@ private:
     void recordOnceFilled(int rereads);
     void record();
     void load();
-    void finishLoading(Loaded loaded);
+    void finishLoading(HistoryStorage::Loaded loaded);
+    void adopt(core::ClipboardHistory read);
+    void finishRecovery(const core::SetAsideHistory& history, const core::ClipboardHistory& recovered,
+                        std::size_t total);
     void save();
     void saveNow();
+    void saveLast();
+    void store(std::function<bool(HistoryStorage&)> work);
     void updateCollecting();
     void updateShortcut();
-    void setStorageError(bool error);
 
     ClipboardServices services_;
     core::ClipboardOptions options_;
     core::ClipboardHistory history_;
-    std::shared_ptr<Vault> vault_; ///< shared with tasks on the vault's queue, and used by them only
+    std::shared_ptr<HistoryStorage> storage_; ///< shared with tasks on the vault's queue, and used by them only
+    std::vector<core::SetAsideHistory> setAside_;
+    std::optional<Recovery> lastRecovery_;
+    std::optional<Clearing> clearedUnread_; ///< what was cleared before the saved history could be read
     Suspension suspension_;
     std::int64_t revision_ = 0;                             ///< the change count that was seen last
     std::optional<core::ClipboardSnapshot::Moment> copied_; ///< when the copy that is to be read was made
@@ -144,6 +180,10 @@ private:
     bool collects_ = false;
     bool loading_ = false;
     bool ready_ = false;
+    bool isRead_ = false;      ///< what is on the disk is known, and may be written over
+    bool leavesFiles_ = false; ///< there is something on the disk that could not be read
+    bool mayReadAgain_ = false;
+    bool wantsToRead_ = false; ///< as soon as it may
     bool storageError_ = false;
     bool hotKeyConflict_ = false;
     bool wantsHotKey_ = false;

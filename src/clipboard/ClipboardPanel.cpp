@@ -68,6 +68,7 @@ void ClipboardPanel::show(std::optional<RunningApplication> target) {
     query_.clear();
     message_.reset();
     selection_.reset();
+    manager_.readAgain();
     update();
     if (const auto callback = onShow) { // the first call may replace it
         callback();
@@ -145,6 +146,12 @@ void ClipboardPanel::remove(const core::Uuid& id) {
         }
     }
     manager_.remove(id); // tells of the change
+}
+
+void ClipboardPanel::turnRecordingOn() {
+    auto options = manager_.options();
+    options.enabled = true;
+    manager_.setOptions(options);
 }
 
 bool ClipboardPanel::handle(core::KeyCode keyCode, core::EventFlags flags) {

@@ -87,6 +87,14 @@ public:
 
     [[nodiscard]] const core::ClipboardOptions& options() const { return manager_.options(); }
 
+    /// The history is off: what is kept is here, and nothing is added.
+    [[nodiscard]] bool isRecordingOff() const { return !manager_.options().enabled; }
+
+    void turnRecordingOn();
+
+    /// What the user should know of the saved history.
+    [[nodiscard]] std::optional<core::LocalizedText> notice() const { return manager_.notice(); }
+
     /// The history is empty, whatever the query.
     [[nodiscard]] bool isHistoryEmpty() const { return manager_.history().entries().empty(); }
 

@@ -3,6 +3,8 @@
 
 #include "settings/ClipboardPage.hpp"
 
+#include "core/clipboard/SetAsideHistories.hpp"
+#include "core/localization/DateText.hpp"
 #include "core/localization/Texts.hpp"
 #include "settings/AccessibleSettings.hpp"
 #include "settings/Card.hpp"
@@ -75,7 +77,13 @@ void ClipboardPage::addSwitch() {
     });
     status.setObjectName(QStringLiteral("historyStatus"));
     bindVisible(&status, [this, taken] { return services().clipboard.status && !taken(); });
-    auto& unsaved = addRow(card, "exclamationmark.circle", [] { return texts::cannotSaveHistory; });
+    const auto isUnread = [this] {
+        const auto& read = services().clipboard.isUnread;
+        return read && read();
+    };
+    auto& unsaved = addRow(
+        card, "exclamationmark.circle", [] { return texts::cannotSaveHistory; },
+        [isUnread] { return isUnread() ? core::LocalizedText(texts::savedHistoryUnread) : core::LocalizedText(); });
     unsaved.setObjectName(QStringLiteral("unsavedHistory"));
     bindVisible(&unsaved, [this] {
         const auto& hasError = services().clipboard.hasStorageError;
@@ -91,6 +99,7 @@ void ClipboardPage::addSwitch() {
     }));
     bindVisible(&row, taken);
     addAccess(card);
+    addSetAside(card);
 }
 
 void ClipboardPage::addAccess(Card& card) {
@@ -108,6 +117,51 @@ void ClipboardPage::addAccess(Card& card) {
         }
     }));
     bindVisible(&row, [access] { return access() != PasteboardAccess::allowed; });
+}
+
+/// A row for each history that may have been set aside, and one for what came of recovering one.
+void ClipboardPage::addSetAside(Card& card) {
+    const auto at = [this](std::size_t place) {
+        const auto& list = services().clipboard.setAside;
+        const auto all = list ? list() : std::vector<core::SetAsideHistory>();
+        return place < all.size() ? std::optional(all[place]) : std::nullopt;
+    };
+    for (std::size_t place = 0; place < core::SetAsideHistories::maximumCount; ++place) {
+        auto* row = new FeatureRow;
+        row->setObjectName(QStringLiteral("setAside"));
+        auto* recover = button(texts::recoverHistory, [this, at, place] {
+            if (const auto history = at(place)) {
+                askToRecover(*history);
+            }
+        });
+        recover->setObjectName(QStringLiteral("recover"));
+        row->setControl(recover);
+        bind([this, at, place, row](core::AppLanguage language) {
+            const auto history = at(place);
+            row->setVisible(history.has_value());
+            if (history) {
+                row->setTitle(rendered(texts::historySetAsideOn(core::dateText(history->date, language)), language));
+                row->setSymbol(tileSymbol("exclamationmark.circle", false), false);
+            }
+        });
+        card.addRow(row);
+    }
+    const auto recovery = [this] {
+        const auto& last = services().clipboard.lastRecovery;
+        return last ? last() : std::nullopt;
+    };
+    auto* row = new FeatureRow;
+    row->setObjectName(QStringLiteral("recovered"));
+    bind([this, recovery, row](core::AppLanguage language) {
+        const auto last = recovery();
+        row->setVisible(last.has_value());
+        if (last) {
+            const auto text = [&](std::size_t value) { return number(static_cast<std::int64_t>(value), language); };
+            row->setTitle(rendered(texts::itemsRecovered(text(last->recovered), text(last->total)), language));
+            row->setSymbol(tileSymbol("clock.arrow.circlepath", false), false);
+        }
+    });
+    card.addRow(row);
 }
 
 void ClipboardPage::addKinds() {
@@ -274,34 +328,50 @@ void ClipboardPage::chooseApplication(QWidget* anchor) {
 }
 
 void ClipboardPage::addClearing() {
+    using Clearing = core::ClipboardHistory::Clearing;
     auto& card = addCard();
     auto* row = new QHBoxLayout;
-    auto* clear = button(texts::clearHistoryCommand, [this] { askToClear(); });
+    auto* clear = button(texts::clearHistoryCommand, [this] { askToClear(Clearing::includePins); });
     clear->setObjectName(QStringLiteral("clear"));
+    auto* keepPins = button(texts::clearUnpinnedCommand, [this] { askToClear(Clearing::keepPins); });
+    keepPins->setObjectName(QStringLiteral("clearUnpinned"));
     row->addWidget(clear);
+    row->addWidget(keepPins);
     row->addStretch(1);
-    auto* line = cardRow(row);
-    card.addRow(line);
+    card.addRow(cardRow(row));
     bindVisible(&card, [this] { return services().clipboard.clear != nullptr; });
 }
 
-void ClipboardPage::askToClear() {
+void ClipboardPage::askToClear(core::ClipboardHistory::Clearing clearing) {
+    const bool includesPins = clearing == core::ClipboardHistory::Clearing::includePins;
+    ask(includesPins ? core::LocalizedText(texts::clearHistoryQuestion) : texts::clearUnpinnedQuestion,
+        texts::clearHistoryNote,
+        {{texts::clearHistoryConfirm, true, [this, clearing] { services().clipboard.clear(clearing); }}});
+}
+
+void ClipboardPage::askToRecover(const core::SetAsideHistory& history) {
+    ask(texts::recoverHistoryQuestion, texts::recoverHistoryNote,
+        {{texts::recoverHistoryConfirm, false, [this, history] { services().clipboard.recover(history); }},
+         {texts::clearHistoryConfirm, true, [this, history] { services().clipboard.forget(history); }}});
+}
+
+void ClipboardPage::ask(const core::LocalizedText& question, const core::LocalizedText& note,
+                        const std::vector<Answer>& answers) {
     const auto language = services().preferences.state().language;
-    auto* question = new QMessageBox(QMessageBox::Warning, rendered(texts::clipboardHistory, language),
-                                     rendered(texts::clearHistoryQuestion, language), QMessageBox::NoButton, window());
-    question->setAttribute(Qt::WA_DeleteOnClose);
-    question->setTextFormat(Qt::PlainText);
-    question->setInformativeText(rendered(texts::clearHistoryNote, language));
-    question->addButton(rendered(texts::clearHistoryConfirm, language), QMessageBox::DestructiveRole);
-    auto* cancel = question->addButton(rendered(texts::cancel, language), QMessageBox::RejectRole);
-    question->setDefaultButton(cancel);
-    question->setEscapeButton(cancel);
-    connect(question, &QMessageBox::buttonClicked, this, [this, cancel](const QAbstractButton* chosen) {
-        if (chosen != cancel) {
-            services().clipboard.clear();
-        }
-    });
-    question->open();
+    auto* box = new QMessageBox(QMessageBox::Warning, rendered(texts::clipboardHistory, language),
+                                rendered(question, language), QMessageBox::NoButton, window());
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(rendered(note, language));
+    for (const auto& answer : answers) {
+        const auto* chosen = box->addButton(rendered(answer.text, language),
+                                            answer.destroys ? QMessageBox::DestructiveRole : QMessageBox::AcceptRole);
+        connect(chosen, &QAbstractButton::clicked, this, [action = answer.action] { action(); });
+    }
+    auto* cancel = box->addButton(rendered(texts::cancel, language), QMessageBox::RejectRole);
+    box->setDefaultButton(cancel);
+    box->setEscapeButton(cancel);
+    box->open();
 }
 
 } // namespace quillane

@@ -25,6 +25,7 @@ private:
     void addAccess(Card& card);
     void addKinds();
     void addStorage();
+    void addSetAside(Card& card);
     void addPanel();
     void addExclusions();
     void addClearing();
@@ -38,7 +39,17 @@ private:
     void findApplications(const std::function<void()>& found = {});
     void chooseApplication(QWidget* anchor);
     [[nodiscard]] QString nameOf(const std::string& bundleID) const;
-    void askToClear();
+    void askToClear(core::ClipboardHistory::Clearing clearing);
+    void askToRecover(const core::SetAsideHistory& history);
+
+    /// Asks before something is deleted or changed; the answers are buttons with what they do.
+    struct Answer {
+        core::LocalizedText text;
+        bool destroys = false;
+        std::function<void()> action;
+    };
+
+    void ask(const core::LocalizedText& question, const core::LocalizedText& note, const std::vector<Answer>& answers);
 
     std::vector<KnownApplication> applications_; ///< as of the last time they were looked for, by name
 };

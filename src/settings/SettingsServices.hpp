@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/SettingsModel.hpp"
+#include "clipboard/ClipboardManager.hpp"
 #include "core/clipboard/ClipboardOptions.hpp"
 #include "core/localization/Desktop.hpp"
 #include "core/preferences/AppPreferences.hpp"
@@ -33,7 +34,12 @@ struct ClipboardSettings {
     std::function<void()> retryShortcut;
     std::function<PasteboardAccess()> access; ///< whether the system lets copies be read
     std::function<void()> openAccessSettings;
-    std::function<void()> clear;                                       ///< forgets everything, pinned entries too
+    std::function<bool()> isUnread;                               ///< a saved history cannot be read now
+    std::function<std::vector<core::SetAsideHistory>()> setAside; ///< histories that could not be read
+    std::function<void(const core::SetAsideHistory&)> recover;    ///< adds what can be read of one
+    std::function<void(const core::SetAsideHistory&)> forget;     ///< erases one
+    std::function<std::optional<ClipboardManager::Recovery>()> lastRecovery;
+    std::function<void(core::ClipboardHistory::Clearing)> clear;
     std::function<void(ApplicationCatalog::Handler)> findApplications; ///< as ApplicationCatalog does
 };
 

@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 
 namespace quillane {
 namespace {
@@ -96,13 +97,28 @@ TEST_F(AgentClipboardTest, ThePanelWorksWhileEverythingIsPausedAndClosesWhenThat
     EXPECT_TRUE(isPanelOpen());
 }
 
-TEST_F(AgentClipboardTest, WhereTheHistoryIsOffItsRowLeadsToItsSettings) {
+TEST_F(AgentClipboardTest, HistoryThatIsOffIsOpenedByItsRowAndByTheCommand) {
     defaults.removeObject(core::clipboardOptionsKey);
     start();
     click("Clipboard history");
+    EXPECT_TRUE(isPanelOpen());
+    click("Clipboard history");
     EXPECT_FALSE(isPanelOpen());
-    ASSERT_NE(settingsWindow(), nullptr);
-    EXPECT_TRUE(settingsWindow()->isVisible());
+    EXPECT_TRUE(delegate->handleControlRequest({"history", {}}).ok);
+    EXPECT_TRUE(isPanelOpen());
+    EXPECT_EQ(settingsWindow(), nullptr);
+}
+
+TEST_F(AgentClipboardTest, DamagedHistoryIsSaidInTheMenuAndInTheStatus) {
+    start();
+    copy("one");
+    delegate->applicationWillTerminate();
+    std::ofstream(files.folder() / "Quillane" / "ClipboardHistory" / "index") << "damaged";
+    start();
+    EXPECT_EQ(clipboard().at("setAside"), 1);
+    EXPECT_EQ(clipboard().at("unread"), false);
+    EXPECT_EQ(desktop.statusItem.row("Clipboard history").toolTip,
+              "The saved history could not be read. It was set aside and can be recovered in Settings.");
 }
 
 TEST_F(AgentClipboardTest, ThePanelPastesIntoTheApplicationThatWasInFrontLast) {

@@ -57,6 +57,14 @@ TEST(StatusMenu, HasTheTwentyRowsInOrder) {
                                         "Quit Quillane"}));
 }
 
+TEST(StatusMenu, HistoryRowSaysWhatBecameOfTheSavedHistory) {
+    auto shown = state();
+    EXPECT_EQ(statusMenuRows(shown, allActions())[4].toolTip, "");
+    shown.historyNotice = core::texts::historyWasSetAside;
+    EXPECT_EQ(statusMenuRows(shown, allActions())[4].toolTip,
+              "The saved history could not be read. It was set aside and can be recovered in Settings.");
+}
+
 TEST(StatusMenu, SeparatorsAreRows3And8And14And18) {
     const auto rows = statusMenuRows(state(), allActions());
     std::vector<std::size_t> separators;

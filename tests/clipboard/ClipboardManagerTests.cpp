@@ -325,26 +325,6 @@ TEST_F(ClipboardManagerTest, WithoutAKeyTheHistoryIsInMemoryOnly) {
     EXPECT_FALSE(std::filesystem::exists(folder()));
 }
 
-TEST_F(ClipboardManagerTest, ADamagedHistoryStartsEmptyAndStaysOnTheDiskUntilSomethingIsCopied) {
-    start();
-    copy("one");
-    manager_.reset();
-    for (const auto& file : std::filesystem::directory_iterator(folder())) {
-        if (file.path().extension() == ".clip") {
-            std::filesystem::resize_file(file.path(), 20);
-        }
-    }
-    start();
-    pass(1s);
-    EXPECT_THAT(recorded(), IsEmpty());
-    EXPECT_TRUE(manager_->hasStorageError());
-    EXPECT_TRUE(std::filesystem::exists(folder() / "index"));
-    copy("two");
-    pass(1s);
-    EXPECT_THAT(stored(), ElementsAre("two"));
-    EXPECT_FALSE(manager_->hasStorageError());
-}
-
 TEST_F(ClipboardManagerTest, NothingComesBackAfterItHasGone) {
     start();
     copy("one");
@@ -415,6 +395,18 @@ TEST_F(ClipboardManagerTest, ThePanelIsClosedWhenCollectionEnds) {
     setOption(&core::ClipboardOptions::enabled, false);
     EXPECT_EQ(closes, 2);
     manager_->onClosePanel = nullptr; // the manager stops after this test's count has gone
+}
+
+TEST_F(ClipboardManagerTest, TurningItOffWhilePausedClosesThePanelOnce) {
+    start();
+    int closes = 0;
+    manager_->configure({.paused = true});
+    manager_->onClosePanel = [&] { ++closes; };
+    setOption(&core::ClipboardOptions::enabled, false);
+    EXPECT_EQ(closes, 1);
+    setOption(&core::ClipboardOptions::pinsOnTop, false);
+    EXPECT_EQ(closes, 1);
+    manager_->onClosePanel = nullptr;
 }
 
 // Entries and options

@@ -294,6 +294,55 @@ TEST_F(ClipboardPanelTest, TheTwentiethAttemptStillPastes) {
     EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
 }
 
+// What is wrong, or off
+
+TEST_F(ClipboardPanelTest, OpensWithWhatIsKeptWhileItIsOffAndTurnsItOn) {
+    open({"one", "two"}).close();
+    setOption(&core::ClipboardOptions::enabled, false);
+    panel_->toggle();
+    EXPECT_THAT(found(), ElementsAre("two", "one"));
+    EXPECT_TRUE(panel_->isRecordingOff());
+    panel_->turnRecordingOn();
+    EXPECT_FALSE(panel_->isRecordingOff());
+    EXPECT_TRUE(manager_->options().enabled);
+    EXPECT_TRUE(panel_->isVisible());
+    copy("three");
+    EXPECT_THAT(found(), ElementsAre("three", "two", "one"));
+}
+
+TEST_F(ClipboardPanelTest, PastesWhileItIsOff) {
+    open({"one"}).close();
+    setOption(&core::ClipboardOptions::enabled, false);
+    panel_->toggle();
+    panel_->handle(key::enter, 0);
+    queue.advance(50ms);
+    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
+}
+
+TEST_F(ClipboardPanelTest, IsClosedAtTheChangeFromOnToOff) {
+    open({"one"});
+    setOption(&core::ClipboardOptions::enabled, false);
+    EXPECT_FALSE(panel_->isVisible());
+    EXPECT_EQ(closed_, 1);
+}
+
+TEST_F(ClipboardPanelTest, OpeningItReadsAHistoryThatCouldNotBeRead) {
+    open({"one"});
+    pass(1s);
+    panel_.reset();
+    secrets.failWith(core::SecretStatus::interactionNotAllowed);
+    open({});
+    EXPECT_THAT(found(), IsEmpty());
+    EXPECT_EQ(panel_->notice(), std::optional<core::LocalizedText>(texts::savedHistoryUnread));
+    panel_->close();
+    secrets.failWith(core::SecretStatus::success);
+    pass(10s);
+    panel_->toggle();
+    settle();
+    EXPECT_THAT(found(), ElementsAre("one"));
+    EXPECT_FALSE(panel_->notice());
+}
+
 TEST_F(ClipboardPanelTest, ANewerChoiceReplacesAPasteThatIsUnderWay) {
     open({"one", "two"});
     secureInput.setEnabled(true);

@@ -36,7 +36,11 @@ public:
 
     [[nodiscard]] std::size_t count() const { return items_.size(); }
 
+    /// How often an item was looked for.
+    [[nodiscard]] int searches() const { return searches_; }
+
     [[nodiscard]] std::variant<core::SecretBytes, core::SecretStatus> find(const core::SecretName& name) override {
+        ++searches_;
         if (failure_ != core::SecretStatus::success) {
             return failure_;
         }
@@ -65,6 +69,7 @@ private:
     std::map<std::pair<std::string, std::string>, Item> items_;
     core::SecretStatus failure_ = core::SecretStatus::success;
     core::SecretStatus addFailure_ = core::SecretStatus::success;
+    int searches_ = 0;
 };
 
 } // namespace quillane::fakes

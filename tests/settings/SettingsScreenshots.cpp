@@ -74,6 +74,12 @@ protected:
         return made;
     }
 
+    void showDamage() {
+        historyIsUnsaved = historyIsUnread = true;
+        setAside = {{"one", {785'592'000}}, {"two", {785'500'000}}};
+        lastRecovery = {12, 13};
+    }
+
     /// Tall enough for the whole page, as far as a screen may reach.
     void fit() {
         const auto& page = window().view().currentPage();
@@ -138,7 +144,24 @@ TEST_F(SettingsScreenshots, OfAllPagesInAllLanguagesLightAndDark) {
     }
 }
 
+TEST_F(SettingsScreenshots, OfAHistoryThatCouldNotBeRead) {
+    showDamage();
+    for (const auto language : core::allLanguages) {
+        preferences.choose(language);
+        window().resize(760, 780);
+        present(SettingsPage::clipboard);
+        fit();
+        fit();
+        expectNothingCut();
+        ASSERT_TRUE(window().grab().save(
+            QDir(QStringLiteral(QUILLANE_SCREENSHOTS))
+                .filePath(QStringLiteral("settings-history-damaged-%1.png")
+                              .arg(QLatin1String(std::string(core::languageID(language)).c_str())))));
+    }
+}
+
 TEST_F(SettingsScreenshots, TextThatGrowsByHalfIsNotCut) {
+    showDamage();
     for (const auto language : core::allLanguages) {
         closeForever();
         useReadableFont(1.5);

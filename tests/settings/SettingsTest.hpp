@@ -15,6 +15,8 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
+#include <vector>
 
 namespace quillane {
 
@@ -54,7 +56,12 @@ protected:
         clipboard.retryShortcut = [this] { ++retries; };
         clipboard.access = [this] { return pasteboardAccess; };
         clipboard.openAccessSettings = [this] { ++accessSettingsOpened; };
-        clipboard.clear = [this] { ++clearings; };
+        clipboard.isUnread = [this] { return historyIsUnread; };
+        clipboard.setAside = [this] { return setAside; };
+        clipboard.recover = [this](const core::SetAsideHistory& history) { recovered.push_back(history); };
+        clipboard.forget = [this](const core::SetAsideHistory& history) { std::erase(setAside, history); };
+        clipboard.lastRecovery = [this] { return lastRecovery; };
+        clipboard.clear = [this](core::ClipboardHistory::Clearing clearing) { clearings.push_back(clearing); };
         clipboard.findApplications = [this](const ApplicationCatalog::Handler& handler) {
             desktop.applicationCatalog.read(handler);
         };
@@ -122,10 +129,14 @@ protected:
     core::ClipboardOptions clipboardOptions;
     bool shortcutTaken = false;
     bool historyIsUnsaved = false;
+    bool historyIsUnread = false;
+    std::vector<core::SetAsideHistory> setAside;
+    std::vector<core::SetAsideHistory> recovered; ///< in the order of asking
+    std::optional<ClipboardManager::Recovery> lastRecovery;
     int retries = 0;
     PasteboardAccess pasteboardAccess = PasteboardAccess::allowed;
     int accessSettingsOpened = 0;
-    int clearings = 0;
+    std::vector<core::ClipboardHistory::Clearing> clearings;
 
 private:
     std::unique_ptr<SettingsWindow> window_;

@@ -29,6 +29,9 @@ TEST_P(SettingsTextsTests, EveryTextHasARowInTheTable) {
     shortcutTaken = true;
     historyIsUnsaved = true;
     pasteboardAccess = PasteboardAccess::denied;
+    historyIsUnread = true;
+    setAside = {{"aside", {785'592'000}}};
+    lastRecovery = {1, 2};
     auto runtime = model.runtime();
     runtime.inputName = "ABC";
     runtime.runtimeStatus = core::texts::shortcutsActive;

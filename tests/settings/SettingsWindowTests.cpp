@@ -4,6 +4,7 @@
 #include "settings/SettingsTest.hpp"
 
 #include "fakes/Contrast.hpp"
+#include "core/localization/DateText.hpp"
 #include "settings/PageSelector.hpp"
 #include "settings/SettingsView.hpp"
 #include "settings/SwitchButton.hpp"
@@ -13,6 +14,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
 #include <QTextBlock>
@@ -41,6 +43,25 @@ protected:
         const auto labels = window().findChildren<QLabel*>();
         return std::any_of(labels.begin(), labels.end(),
                            [&](const QLabel* label) { return label->isVisible() && label->text() == text; });
+    }
+
+    [[nodiscard]] int visibleSetAside() {
+        const auto rows = window().findChildren<QWidget*>("setAside");
+        return static_cast<int>(std::ranges::count_if(rows, [](const QWidget* row) { return row->isVisible(); }));
+    }
+
+    [[nodiscard]] QString question() { return window().findChild<QMessageBox*>()->text(); }
+
+    /// Presses a button of the message box that is open, which then goes.
+    void answer(const char* text) {
+        const auto* box = window().findChild<QMessageBox*>();
+        ASSERT_NE(box, nullptr);
+        const auto buttons = box->buttons();
+        const auto found = std::ranges::find(buttons, QString::fromLatin1(text), &QAbstractButton::text);
+        ASSERT_NE(found, buttons.end());
+        (*found)->click();
+        settle();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
     [[nodiscard]] QPushButton& buttonNamed(const char* text) {
@@ -323,6 +344,62 @@ TEST_F(SettingsWindowTests, AHistoryThatCannotBeSavedIsSaid) {
     historyIsUnsaved = true;
     window().view().refresh();
     EXPECT_TRUE(shows(unsaved));
+}
+
+TEST_F(SettingsWindowTests, HistoryThatCannotBeReadNowIsSaidToStayUnchanged) {
+    present(SettingsPage::clipboard);
+    const QString unread =
+        "The saved history cannot be read right now. It stays unchanged, and Quillane will try again.";
+    historyIsUnsaved = true;
+    window().view().refresh();
+    EXPECT_FALSE(shows(unread));
+    historyIsUnread = true;
+    window().view().refresh();
+    EXPECT_TRUE(shows(unread));
+}
+
+TEST_F(SettingsWindowTests, HistoriesThatWereSetAsideAreRecoveredOrDeletedWhenThatIsConfirmed) {
+    present(SettingsPage::clipboard);
+    EXPECT_EQ(visibleSetAside(), 0);
+    const core::SetAsideHistory first{"first", {785'592'000}};
+    const core::SetAsideHistory second{"second", {785'500'000}};
+    setAside = {first, second};
+    window().view().refresh();
+    EXPECT_EQ(visibleSetAside(), 2);
+    EXPECT_TRUE(
+        shows(QString::fromStdString(core::texts::historySetAsideOn(core::dateText(first.date, AppLanguage::english))
+                                         .rendered(AppLanguage::english))));
+    const auto recoverButtons = window().findChildren<QPushButton*>("recover");
+    ASSERT_EQ(recoverButtons.size(), 3);
+    recoverButtons[1]->click();
+    answer("Cancel");
+    EXPECT_TRUE(recovered.empty());
+    recoverButtons[1]->click();
+    answer("Recover");
+    EXPECT_EQ(recovered, std::vector{second});
+    recoverButtons[0]->click();
+    answer("Delete");
+    EXPECT_EQ(setAside, std::vector{second});
+    window().view().refresh();
+    EXPECT_EQ(visibleSetAside(), 1);
+    lastRecovery = {12, 13};
+    window().view().refresh();
+    EXPECT_TRUE(shows("Items recovered: 12 of 13"));
+}
+
+TEST_F(SettingsWindowTests, ClearingAsksFirstAndMayKeepThePins) {
+    present(SettingsPage::clipboard);
+    find<QPushButton>("clear").click();
+    EXPECT_EQ(question(), "Delete all history, including pinned items?");
+    answer("Cancel");
+    EXPECT_TRUE(clearings.empty());
+    find<QPushButton>("clearUnpinned").click();
+    EXPECT_EQ(question(), "Delete all items that are not pinned?");
+    answer("Delete");
+    EXPECT_EQ(clearings, std::vector{core::ClipboardHistory::Clearing::keepPins});
+    find<QPushButton>("clear").click();
+    answer("Delete");
+    EXPECT_EQ(clearings.back(), core::ClipboardHistory::Clearing::includePins);
 }
 
 TEST_F(SettingsWindowTests, ADirectionChordTurnsTheParagraphOfTheTextBox) {

@@ -50,6 +50,10 @@ QListView { background: transparent; border: none; outline: none; }
 QToolButton { background: transparent; border: 1px solid transparent; border-radius: 6px; }
 QToolButton:hover { background: %selection; }
 QToolButton:focus { border-color: %amber; }
+QFrame[role="notice"] { background: %selection; border-radius: 8px; }
+QFrame[role="notice"] QToolButton { color: %primary; border-color: %outline; padding: 3px 8px; }
+QFrame[role="notice"] QToolButton:hover { background: %field; }
+QFrame[role="notice"] QToolButton:focus { border-color: %amber; }
 #footer { border-top: 1px solid %hairline; }
 QMenu { color: %primary; background: %field; border: 1px solid %outline; padding: 4px; }
 QMenu::item { padding: 5px 18px; border-radius: 4px; }
@@ -110,6 +114,8 @@ ClipboardHistoryView::ClipboardHistoryView(const HistoryPanelServices& services)
       files_(services.mainQueue, services.fileQueue),
       entries_(new EntryList(files_)),
       search_(new SearchBox(symbols_)),
+      recordingOff_(new PanelNotice("recordingOff")),
+      notice_(new PanelNotice("notice")),
       list_(new HistoryList),
       row_(new ClipboardRow(*entries_, images_, files_, symbols_, services.desktop, list_)),
       emptySymbol_(new QLabel),
@@ -135,7 +141,14 @@ ClipboardHistoryView::ClipboardHistoryView(const HistoryPanelServices& services)
     });
     connect(settings_, &QToolButton::clicked, this, [this] { openSettings(); });
     connect(help_, &QToolButton::clicked, this, [this] { showHelp(); });
-    for (auto* widget : std::initializer_list<QWidget*>{&search_->field(), &search_->clearButton(), help_, settings_}) {
+    connect(&recordingOff_->button(), &QToolButton::clicked, this, [this] {
+        search_->field().setFocus(); // the button is about to go
+        services_.panel.turnRecordingOn();
+    });
+    connect(&notice_->button(), &QToolButton::clicked, this, [this] { openSettings(); });
+    for (auto* widget :
+         std::initializer_list<QWidget*>{&search_->field(), &search_->clearButton(), &recordingOff_->button(),
+                                         &notice_->button(), help_, settings_}) {
         widget->installEventFilter(this);
     }
     redraw();
@@ -171,7 +184,10 @@ void ClipboardHistoryView::build() {
 
     auto* header = new QVBoxLayout;
     header->setContentsMargins(margin, margin, margin, margin - 4);
+    header->setSpacing(8);
     header->addWidget(search_);
+    header->addWidget(recordingOff_);
+    header->addWidget(notice_);
     pages_ = new QStackedLayout;
     pages_->addWidget(list_);
     pages_->addWidget(empty);
@@ -254,6 +270,7 @@ void ClipboardHistoryView::refresh() {
     }
     entries_->setEntries(panel.filtered(), panel.query());
     pages_->setCurrentIndex(panel.filtered().empty() ? 1 : 0);
+    updateNotices(language);
     updateEmptyState(language);
     footer_->setText(
         withKeysInOrder(rendered(panel.message().value_or(texts::panelKeys.on(services_.desktop)), language)));
@@ -278,12 +295,21 @@ void ClipboardHistoryView::updateSelection() {
     }
 }
 
+void ClipboardHistoryView::updateNotices(core::AppLanguage language) {
+    const auto notice = services_.panel.notice();
+    recordingOff_->showTexts(rendered(texts::recordingIsOff, language), rendered(texts::turnRecordingOn, language));
+    recordingOff_->setVisible(services_.panel.isRecordingOff());
+    notice_->showTexts(notice ? rendered(*notice, language) : QString(), rendered(texts::settings, language));
+    notice_->setVisible(notice.has_value());
+}
+
 void ClipboardHistoryView::updateEmptyState(core::AppLanguage language) {
     const bool isHistoryEmpty = services_.panel.isHistoryEmpty();
     const auto secondary = qColor(core::BrandPalette::shades(currentAppearance()).secondary);
     emptySymbol_->setPixmap(symbols_.pixmap(isHistoryEmpty ? "clock.arrow.circlepath" : "magnifyingglass", secondary,
                                             emptySymbolSide, devicePixelRatioF()));
-    emptyTitle_->setText(rendered(isHistoryEmpty ? texts::nextCopyAppearsHere : texts::noMatchingItems, language));
+    const auto& nothing = services_.panel.isRecordingOff() ? texts::clipboardHistoryOff : texts::nextCopyAppearsHere;
+    emptyTitle_->setText(rendered(isHistoryEmpty ? nothing : texts::noMatchingItems, language));
     emptyText_->setText(isHistoryEmpty ? rendered(texts::textImagesAndFiles, language) : QString());
     emptyText_->setVisible(isHistoryEmpty);
 }

@@ -7,6 +7,7 @@
 #include "clipboard/panel/EntryPreview.hpp"
 #include "clipboard/panel/HistoryList.hpp"
 #include "clipboard/panel/HistoryPanelServices.hpp"
+#include "clipboard/panel/PanelNotice.hpp"
 #include "clipboard/panel/SearchBox.hpp"
 
 #include <QWidget>
@@ -50,6 +51,7 @@ private:
     void connectList();
     void refresh();
     void updateSelection();
+    void updateNotices(core::AppLanguage language);
     void updateEmptyState(core::AppLanguage language);
     void redraw();
     void openMenu(const core::Uuid& id, QPoint at);
@@ -67,6 +69,8 @@ private:
     EntryFiles files_;
     EntryList* entries_;
     SearchBox* search_;
+    PanelNotice* recordingOff_;
+    PanelNotice* notice_;
     HistoryList* list_;
     ClipboardRow* row_;
     QStackedLayout* pages_ = nullptr;

@@ -8,6 +8,8 @@
 #include <QLinearGradient>
 #include <QPainter>
 
+#include <fstream>
+
 namespace quillane {
 namespace {
 
@@ -84,6 +86,18 @@ protected:
         painter.end();
         EXPECT_TRUE(rounded.save(QDir(QStringLiteral(QUILLANE_SCREENSHOTS)).filePath(name + ".png")));
         return picture.toImage();
+    }
+
+    /// The panel of a history that is off and was set aside.
+    void showNotices() {
+        const auto aside = folder().string() + "-2026-11-22T014500Z";
+        std::filesystem::create_directories(aside);
+        std::ofstream(aside + "/index") << "damaged";
+        auto options = manager.options();
+        options.enabled = false;
+        manager.setOptions(options);
+        queue.advance(std::chrono::milliseconds(250));
+        open();
     }
 
     void expectNothingCut() {
@@ -163,6 +177,11 @@ TEST_F(HistoryScreenshots, InAllLanguagesLightAndDark) {
             EXPECT_TRUE(menu.grab().save(QDir(QStringLiteral(QUILLANE_SCREENSHOTS)).filePath(name("menu") + ".png")));
             menu.close();
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            panel.close();
+            showNotices();
+            EXPECT_GT(drawnPixels(take(name("notices"))), 5000);
+            expectNothingCut();
+            panel.turnRecordingOn();
             panel.close();
         }
     }

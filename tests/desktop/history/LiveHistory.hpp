@@ -7,7 +7,9 @@
 #include "desktop/agent/HistoryDesktop.hpp"
 #include "desktop/fixture/FocusWatcher.hpp"
 
+#include <filesystem>
 #include <optional>
+#include <vector>
 
 namespace quillane::live {
 
@@ -78,6 +80,36 @@ protected:
 
     [[nodiscard]] bool hasEntries(int count) {
         return agent().waitForStatus([&](const auto& status) { return status.at("clipboard").at("entries") == count; });
+    }
+
+    [[nodiscard]] std::filesystem::path folder() {
+        return desktop().home() / ".local" / "share" / "Quillane" / "ClipboardHistory";
+    }
+
+    /// The files of entries in the history's folder.
+    [[nodiscard]] std::vector<std::filesystem::path> entryFiles() {
+        std::vector<std::filesystem::path> found;
+        std::error_code absent;
+        for (const auto& file : std::filesystem::directory_iterator(folder(), absent)) {
+            if (file.path().extension() == ".clip" && file.path().stem().string().size() == 36) {
+                found.push_back(file.path());
+            }
+        }
+        return found;
+    }
+
+    /// Presses a button of the settings window, or of a question over it, as a screen reader does.
+    [[nodiscard]] bool pressButton(const std::string& name) {
+        return waitUntil([&] {
+            const auto root = desktop().accessibility().application(agent().process().pid());
+            const auto found = root ? desktop().accessibility().find(*root,
+                                                                     [&](const AccessibleNode& node) {
+                                                                         return node.name == name &&
+                                                                                node.is(AccessibleNode::State::showing);
+                                                                     })
+                                    : std::nullopt;
+            return found && desktop().accessibility().activate(*found);
+        });
     }
 
 private:

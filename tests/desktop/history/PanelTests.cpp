@@ -287,17 +287,8 @@ TEST_F(LivePanel, AHotKeyOfAnotherProgramIsToldAndCanBeTriedAgain) {
               "The shortcut is in use. Change it in the other app or in your desktop’s keyboard settings, then retry.");
     ungrabHotKey();
     ASSERT_TRUE(desktop().run({agentExecutable()}).succeeded());
-    const auto press = [&](const std::string& name) {
-        return waitUntil([&] {
-            const auto root = desktop().accessibility().application(agent().process().pid());
-            const auto found = root ? desktop().accessibility().find(
-                                          *root, [&](const AccessibleNode& node) { return node.name == name; })
-                                    : std::nullopt;
-            return found && desktop().accessibility().activate(*found);
-        });
-    };
-    ASSERT_TRUE(press("History"));
-    ASSERT_TRUE(press("Retry shortcut registration"));
+    ASSERT_TRUE(pressButton("History"));
+    ASSERT_TRUE(pressButton("Retry shortcut registration"));
     EXPECT_TRUE(agent().waitForStatus(
         [](const auto& status) { return status.at("clipboard").at("status") == "Clipboard history is active"; }));
     pressHotKey();
