@@ -152,6 +152,10 @@ void AppDelegate::wireControllers() {
     permissions_.presentGuide = [this](core::MacPermission permission) { permissionGuide_.present(permission); };
     permissions_.applicationIsActive = [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; };
     clipboardPanel_.onShow = [this] { makeHistoryPanel(); };
+    clipboardPanel_.onPasteFailed = [this](const core::LocalizedText& text) {
+        report(text);
+        notify(text); // the panel has closed
+    };
     subscriptions_.push_back(clipboard_.onChanged([this] {
         if (settings_) {
             settings_->refresh();
@@ -479,10 +483,13 @@ void AppDelegate::reportCapture(const core::LocalizedText& text) {
     const std::array begun{core::LocalizedText(core::texts::selectAreaToCapture),
                            core::LocalizedText(core::texts::selectAreaOrCheckShortcut)};
     if (std::ranges::find(begun, text) == begun.end()) { // otherwise the menu would close and nothing be seen
-        const auto language = preferences_.state().language;
-        services_.statusItem.notify(core::LocalizedText(core::texts::quillane).rendered(language),
-                                    text.rendered(language));
+        notify(text);
     }
+}
+
+void AppDelegate::notify(const core::LocalizedText& text) {
+    const auto language = preferences_.state().language;
+    services_.statusItem.notify(core::LocalizedText(core::texts::quillane).rendered(language), text.rendered(language));
 }
 
 } // namespace quillane

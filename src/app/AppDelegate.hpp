@@ -93,6 +93,7 @@ private:
     [[nodiscard]] ControlReply capture();
     [[nodiscard]] ControlReply share(const std::vector<std::string>& urls);
     void report(const core::LocalizedText& text);
+    void notify(const core::LocalizedText& text);
 
     AppServices services_;
     core::AppPreferences& preferences_;

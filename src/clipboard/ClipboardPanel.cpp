@@ -236,6 +236,8 @@ void ClipboardPanel::attemptPaste(Attempt attempt) {
     if (attempt.number < mostAttempts) {
         ++attempt.number;
         schedule(attempt);
+    } else if (onPasteFailed) {
+        onPasteFailed(texts::itemCopiedReturnToApp.on(services_.desktop));
     }
 }
 

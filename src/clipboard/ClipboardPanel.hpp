@@ -98,8 +98,9 @@ public:
     /// The history is empty, whatever the query.
     [[nodiscard]] bool isHistoryEmpty() const { return manager_.history().entries().empty(); }
 
-    std::function<void()> onShow;  ///< the window is to be placed and shown
-    std::function<void()> onClose; ///< the window is to be hidden
+    std::function<void()> onShow;                                  ///< the window is to be placed and shown
+    std::function<void()> onClose;                                 ///< the window is to be hidden
+    std::function<void(const core::LocalizedText&)> onPasteFailed; ///< says what is left to be done
 
     /// Anything above has changed.
     core::Subscription onChanged(std::function<void()> callback) { return changes_.subscribe(std::move(callback)); }

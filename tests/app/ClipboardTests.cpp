@@ -3,6 +3,7 @@
 
 #include "app/AppDelegateTest.hpp"
 #include "core/clipboard/ClipboardOptions.hpp"
+#include "core/localization/Texts.hpp"
 
 #include <nlohmann/json.hpp>
 
@@ -119,6 +120,20 @@ TEST_F(AgentClipboardTest, DamagedHistoryIsSaidInTheMenuAndInTheStatus) {
     EXPECT_EQ(clipboard().at("unread"), false);
     EXPECT_EQ(desktop.statusItem.row("Clipboard history").toolTip,
               "The saved history could not be read. It was set aside and can be recovered in Settings.");
+}
+
+TEST_F(AgentClipboardTest, PasteThatGivesUpIsSaid) {
+    start();
+    copy("one");
+    desktop.hotKeys.press(shortcut);
+    desktop.secureInput.setEnabled(true);
+    delegate->clipboardPanel().handle(36, 0);
+    desktop.queue.advance(1s);
+    const auto text = core::LocalizedText(core::texts::itemCopiedReturnToApp.on(core::Desktop::macOS))
+                          .rendered(core::AppLanguage::english);
+    ASSERT_EQ(desktop.statusItem.notices().size(), 1U);
+    EXPECT_EQ(desktop.statusItem.notices()[0].text, text);
+    EXPECT_EQ(model->lastAction().rendered(core::AppLanguage::english), text);
 }
 
 TEST_F(AgentClipboardTest, ThePanelPastesIntoTheApplicationThatWasInFrontLast) {

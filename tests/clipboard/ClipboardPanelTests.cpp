@@ -50,6 +50,7 @@ protected:
                                                                                     secureInput, permissions_});
         panel_->onShow = [this] { ++shown_; };
         panel_->onClose = [this] { ++closed_; };
+        panel_->onPasteFailed = [this](const core::LocalizedText& text) { failures_.push_back(text); };
         panel_->toggle();
         return *panel_;
     }
@@ -84,6 +85,7 @@ protected:
     std::unique_ptr<ClipboardPanel> panel_;
     int shown_ = 0;
     int closed_ = 0;
+    std::vector<core::LocalizedText> failures_; ///< of pastes
 };
 
 // Searching and selecting
@@ -276,8 +278,10 @@ TEST_F(ClipboardPanelTest, ItGivesUpAfterTwentyAttempts) {
     panel_->handle(key::enter, 0);
     queue.advance(999ms); // the twentieth is at 1000 ms
     const auto waiting = queue.timerCount();
+    EXPECT_THAT(failures_, IsEmpty());
     queue.advance(1ms);
     EXPECT_EQ(queue.timerCount(), waiting - 1);
+    EXPECT_THAT(failures_, ElementsAre(core::LocalizedText(texts::itemCopiedReturnToApp.on(core::Desktop::macOS))));
     secureInput.setEnabled(false);
     queue.advance(5s);
     EXPECT_THAT(keyEvents_.posted, IsEmpty());
@@ -292,6 +296,16 @@ TEST_F(ClipboardPanelTest, TheTwentiethAttemptStillPastes) {
     secureInput.setEnabled(false);
     queue.advance(1ms);
     EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
+    EXPECT_THAT(failures_, IsEmpty());
+}
+
+TEST_F(ClipboardPanelTest, PasteThatIsStoppedSaysNothing) {
+    open({"one"});
+    secureInput.setEnabled(true);
+    panel_->handle(key::enter, 0);
+    pasteboard.copyText("something else");
+    queue.advance(5s);
+    EXPECT_THAT(failures_, IsEmpty());
 }
 
 // What is wrong, or off
