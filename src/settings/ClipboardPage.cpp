@@ -136,8 +136,10 @@ void ClipboardPage::addSetAside(Card& card) {
         });
         recover->setObjectName(QStringLiteral("recover"));
         row->setControl(recover);
-        bind([this, at, place, row](core::AppLanguage language) {
+        bind([this, at, place, row, recover](core::AppLanguage language) {
             const auto history = at(place);
+            const auto& hasError = services().clipboard.hasStorageError;
+            recover->setEnabled(!hasError || !hasError()); // it could not be saved
             row->setVisible(history.has_value());
             if (history) {
                 row->setTitle(rendered(texts::historySetAsideOn(core::dateText(history->date, language)), language));

@@ -382,6 +382,9 @@ TEST_F(SettingsWindowTests, HistoriesThatWereSetAsideAreRecoveredOrDeletedWhenTh
     EXPECT_EQ(setAside, std::vector{second});
     window().view().refresh();
     EXPECT_EQ(visibleSetAside(), 1);
+    historyIsUnsaved = true;
+    window().view().refresh();
+    EXPECT_FALSE(recoverButtons[0]->isEnabled());
     lastRecovery = {12, 13};
     window().view().refresh();
     EXPECT_TRUE(shows("Items recovered: 12 of 13"));
