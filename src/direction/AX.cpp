@@ -38,8 +38,17 @@ std::optional<std::string> string(Accessibility& accessibility, const AXElement&
     return typed<std::string>(accessibility, from, attribute);
 }
 
+std::optional<bool> flag(const AXValue& value) {
+    if (const auto* exact = std::get_if<bool>(&value)) {
+        return *exact;
+    }
+    const auto* number = std::get_if<std::int64_t>(&value);
+    return number != nullptr && (*number == 0 || *number == 1) ? std::optional(*number == 1) : std::nullopt;
+}
+
 std::optional<bool> flag(Accessibility& accessibility, const AXElement& from, std::string_view attribute) {
-    return typed<bool>(accessibility, from, attribute);
+    const auto value = accessibility.attribute(from, attribute);
+    return value ? flag(*value) : std::nullopt;
 }
 
 std::vector<AXElement> children(Accessibility& accessibility, const AXElement& of, std::string_view attribute) {

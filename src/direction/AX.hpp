@@ -22,6 +22,9 @@ namespace quillane::AX {
 [[nodiscard]] std::optional<std::string> string(Accessibility& accessibility, const AXElement& from,
                                                 std::string_view attribute);
 
+/// A flag, which some applications give as the number 0 or 1.
+[[nodiscard]] std::optional<bool> flag(const AXValue& value);
+
 [[nodiscard]] std::optional<bool> flag(Accessibility& accessibility, const AXElement& from, std::string_view attribute);
 
 /// The elements under the attribute; an empty list when there are none.

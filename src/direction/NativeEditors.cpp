@@ -36,8 +36,7 @@ Field read(Accessibility& accessibility, const AXElement& element) {
         const auto* exact = std::get_if<std::string>(&values.at(index));
         return exact != nullptr ? std::optional(*exact) : std::nullopt;
     };
-    const auto* enabled = std::get_if<bool>(&values.at(4));
-    return {text(0).value_or(std::string()), text(1), text(2), text(3), enabled != nullptr && *enabled};
+    return {text(0).value_or(std::string()), text(1), text(2), text(3), AX::flag(values.at(4)).value_or(false)};
 }
 
 bool isField(Accessibility& accessibility, const AXElement& element, std::string_view identifier) {

@@ -50,10 +50,9 @@ bool RTLInput::hasEditableFocus(pid_t pid) const {
         return false;
     }
     const auto role = text((*values)[0]).value_or(std::string());
-    const auto* enabled = std::get_if<bool>(&(*values)[2]);
     core::EditableInputContext context{.role = role,
                                        .subrole = text((*values)[1]),
-                                       .enabled = enabled && *enabled,
+                                       .enabled = AX::flag((*values)[2]).value_or(false),
                                        .valueIsSettable = accessibility_.isAttributeSettable(*focused, "AXValue")};
     context.selectedTextIsSettable =
         !context.valueIsSettable && accessibility_.isAttributeSettable(*focused, "AXSelectedText");

@@ -74,9 +74,10 @@ private:
     std::shared_ptr<const Handle> handle_;
 };
 
-/// The value of an attribute. `std::monostate` is a value that the element has not. Addresses (URLs) are text.
-using AXValue =
-    std::variant<std::monostate, bool, std::string, AXElement, std::vector<AXElement>, AXTextRange, AXOpaqueValue>;
+/// The value of an attribute. `std::monostate` is a value that the element has not. Addresses (URLs) are text. Numbers
+/// are whole ones; others are opaque.
+using AXValue = std::variant<std::monostate, bool, std::int64_t, std::string, AXElement, std::vector<AXElement>,
+                             AXTextRange, AXOpaqueValue>;
 
 /// How the call of an action ended.
 enum class AXActionResult {

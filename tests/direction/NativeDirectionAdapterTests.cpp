@@ -211,6 +211,17 @@ TEST_F(NativeDirection, ACancelledAttemptEndsSilently) {
     expectNextAttemptWorks();
 }
 
+TEST_F(NativeDirection, AFlagMayBeANumber) {
+    openChrome();
+    editor->with("AXEnabled", std::int64_t{1});
+    commands[1]->with("AXEnabled", std::int64_t{0});
+    commands[2]->with("AXEnabled", std::int64_t{0});
+    apply();
+    desktop.queue.advance(60ms);
+    EXPECT_THAT(said, ElementsAre("The app did not apply the direction command"));
+    expectNotApplied();
+}
+
 TEST_F(NativeDirection, AMenuWithoutTheSubmenuIsClosed) {
     openChrome();
     item->with("AXTitle", std::string("Spelling"));

@@ -18,7 +18,7 @@ namespace quillane::fakes {
 /// One element of a faked accessibility tree, and the builder for it: each setter returns the element itself.
 class FakeElement {
 public:
-    using Value = std::variant<bool, std::string, AXTextRange, AXOpaqueValue>;
+    using Value = std::variant<bool, std::int64_t, std::string, AXTextRange, AXOpaqueValue>;
 
     /// What the application does when an action is called.
     using Effect = std::function<AXActionResult()>;

@@ -77,6 +77,15 @@ TEST_F(RTLInputTest, WhatCannotBeTypedIntoIsNot) {
     EXPECT_FALSE(editable()) << "a flag that is none";
 }
 
+TEST_F(RTLInputTest, TheNumbersZeroAndOneAreFlags) {
+    focus(tree().addTextField().with("AXEnabled", std::int64_t{1}));
+    EXPECT_TRUE(editable());
+    focus(tree().addTextField().with("AXEnabled", std::int64_t{0}));
+    EXPECT_FALSE(editable());
+    focus(tree().addTextField().with("AXEnabled", std::int64_t{2}));
+    EXPECT_FALSE(editable()) << "another number";
+}
+
 TEST_F(RTLInputTest, APasswordFieldIsNot) {
     desktop.withFocusedPasswordField();
     EXPECT_FALSE(editable());

@@ -88,6 +88,11 @@ AXValue value(CFTypeRef object, float timeout) {
     if (const auto flag = cfCast<CFBooleanRef>(object, CFBooleanGetTypeID())) {
         return static_cast<bool>(CFBooleanGetValue(flag));
     }
+    if (const auto number = cfCast<CFNumberRef>(object, CFNumberGetTypeID()); number && !CFNumberIsFloatType(number)) {
+        std::int64_t whole = 0;
+        CFNumberGetValue(number, kCFNumberSInt64Type, &whole);
+        return whole;
+    }
     if (const auto element = cfCast<AXUIElementRef>(object, AXUIElementGetTypeID())) {
         return wrap(element, timeout);
     }
@@ -110,6 +115,9 @@ AXValue value(CFTypeRef object, float timeout) {
 CFRef<CFTypeRef> objectOf(const AXValue& value) {
     if (const auto* flag = std::get_if<bool>(&value)) {
         return CFRef<CFTypeRef>::retain(*flag ? kCFBooleanTrue : kCFBooleanFalse);
+    }
+    if (const auto* number = std::get_if<std::int64_t>(&value)) {
+        return CFRef<CFTypeRef>::adopt(CFNumberCreate(nullptr, kCFNumberSInt64Type, number));
     }
     if (const auto* text = std::get_if<std::string>(&value)) {
         return CFRef<CFTypeRef>::retain(cfString(*text).get());
