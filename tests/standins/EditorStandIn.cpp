@@ -13,6 +13,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QTextBlock>
 #include <QThread>
@@ -54,9 +55,10 @@ QString nameOf(Qt::LayoutDirection direction) {
 
 class EditorWindow : public MenuOwner {
 public:
-    EditorWindow(const Application& application, const QString& menuMode, QFile& report)
+    EditorWindow(const Application& application, const QString& menuMode, bool slowToClose, QFile& report)
         : application_(application),
           mode_(menuMode),
+          slowToClose_(slowToClose),
           report_(report),
           body_(new Field(application.bodyName, traits(application.bodyIsWebContent, true))),
           other_(new Field(application.otherName, traits(false, false))) {
@@ -75,6 +77,7 @@ public:
             connect(field, &QTextEdit::textChanged, this, [this] { write(); });
         }
         connect(qApp, &QApplication::focusChanged, this, [this] { write(); });
+        qApp->installEventFilter(this);
     }
 
     [[nodiscard]] Field& body() { return *body_; }
@@ -98,10 +101,24 @@ public:
                                                : other_->hasFocus() ? "other"
                                                                     : "none"},
                                      {"asked", asked_},
+                                     {"escapes", escapes_},
                                      {"menu", menu_ != nullptr && menu_->isVisible()},
                                      {"chosen", QJsonArray::fromStringList(chosen_)}})
                           .toJson(QJsonDocument::Compact) +
                       '\n');
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+            if (slowToClose_ && qobject_cast<QMenu*>(watched) != nullptr) {
+                QThread::msleep(60);
+            } else if (watched == body_ || watched == other_) {
+                ++escapes_;
+                write();
+            }
+        }
+        return MenuOwner::eventFilter(watched, event);
     }
 
 private:
@@ -205,12 +222,14 @@ private:
 
     const Application& application_;
     QString mode_;
+    bool slowToClose_;
     QFile& report_;
     Field* body_;
     Field* other_;
     std::unique_ptr<QMenu> menu_;
     QStringList chosen_;
     int asked_ = 0;
+    int escapes_ = 0; ///< that came to a field
 };
 
 } // namespace
@@ -227,6 +246,7 @@ int main(int argc, char** argv) {
                         "vanishes",
                         "opens"},
                        {"answers", "What is answered wrongly.", "field|cursor|ranges|focus|items|titles"},
+                       {"slow-to-close", "The menus take their time over an Escape."},
                        {"read-only", "Nothing can be edited."},
                        {"reads", "The field of one line is for searching, whatever the application is."}});
     parser.process(application);
@@ -241,7 +261,7 @@ int main(int argc, char** argv) {
     }
     QApplication::setApplicationName(found->bundleID); // the class of its windows
     QAccessible::installFactory(describeField);
-    EditorWindow window(*found, parser.value("menu"), report);
+    EditorWindow window(*found, parser.value("menu"), parser.isSet("slow-to-close"), report);
     window.body().setReadOnly(parser.isSet("read-only"));
     window.other().setReadOnly(parser.isSet("read-only"));
     if (parser.isSet("reads")) {

@@ -23,7 +23,7 @@ namespace quillane {
 /// background while they are being asked for, so that fast typing into a busy application does not wait for it.
 ///
 /// The children of an item that opens a submenu are read by opening it: toolkits make a submenu when it is first shown.
-/// A menu that has no action for it is cancelled by the Escape key.
+/// A menu that has no action for it is cancelled by the Escape key, which is sent once for each level that shows.
 class AtspiAccessibility final : public Accessibility {
 public:
     explicit AtspiAccessibility(SessionBus& session);
@@ -95,12 +95,14 @@ private:
     [[nodiscard]] std::optional<bool> answer(BusMessage message, const Limit& limit);
     [[nodiscard]] AXActionResult doAction(const AtspiObject& object, std::size_t index, const Limit& limit);
     [[nodiscard]] AXActionResult dismissMenu(const AtspiObject& menu, const Limit& limit);
+    [[nodiscard]] std::optional<AtspiObject> innermostOpenMenu(const AtspiObject& menu, const Limit& limit);
     [[nodiscard]] bool select(const AtspiObject& object, const AXTextRange& range, const Limit& limit);
 
     AccessibilityBus bus_;
     AtspiFocus focus_;
     AtspiNotifications notifications_;
     std::optional<Press> press_;                ///< the last one
+    std::optional<AtspiObject> submenu_;        ///< opened last
     std::optional<Request> known_;              ///< what is known of the focused element
     std::optional<Request> renewal_;            ///< what has been asked of it and not been answered
     std::map<std::string, Request> unanswered_; ///< by bus name: the call that an application left unanswered

@@ -20,7 +20,7 @@ constexpr auto keySource = "/org/a11y/atspi/registry/deviceeventcontroller";
 constexpr auto keySourceInterface = "org.a11y.atspi.DeviceEventController";
 constexpr std::int32_t escapeSymbol = 0xff1b; // X11/keysymdef.h
 constexpr std::uint32_t pressAndRelease = 3;  // AtspiKeySynthType, of a key symbol
-constexpr auto betweenEscapes = 40ms;
+constexpr auto afterLevel = 20ms;             // one Escape may close all levels, one after the other
 constexpr auto betweenLooks = 2ms;
 constexpr int longestWay = 32; // from an object up to its window
 
@@ -159,7 +159,8 @@ std::optional<std::vector<AtspiObject>> AtspiAccessibility::openedSubmenu(const 
             return std::ranges::find_if(read, [&](const auto& one) { return one != nullptr && is(*one); });
         };
         if (const auto open = first(isOpenMenu); open != read.end()) {
-            return std::vector{candidates.at(static_cast<std::size_t>(open - read.begin()))};
+            submenu_ = candidates.at(static_cast<std::size_t>(open - read.begin()));
+            return std::vector{*submenu_};
         }
         const bool opens = saysThatItOpens(*found) || first(isMenu) != read.end();
         auto* bus = bus_.connection();
@@ -216,25 +217,48 @@ AXActionResult AtspiAccessibility::doAction(const AtspiObject& object, std::size
     return *done ? AXActionResult::done : AXActionResult::failed;
 }
 
+/// The submenu that was opened last, else the menu itself; none when neither shows, and when nothing answers.
+std::optional<AtspiObject> AtspiAccessibility::innermostOpenMenu(const AtspiObject& menu, const Limit& limit) {
+    std::vector<AtspiObject> levels; // the submenu first: a menu that closes with it is read after it
+    if (submenu_ && submenu_->bus == menu.bus) {
+        levels.push_back(*submenu_);
+    }
+    levels.push_back(menu);
+    const std::vector<AtspiFactSet> which(levels.size(), AtspiFact::role | AtspiFact::states);
+    const auto read = factsOfEach(levels, which, limit);
+    const auto open = std::ranges::find_if(read, [](const auto& one) { return one != nullptr && isOpenMenu(*one); });
+    return open != read.end() ? std::optional(levels.at(static_cast<std::size_t>(open - read.begin()))) : std::nullopt;
+}
+
+/// An Escape that comes when its menu has gone would reach the document. So a level gets one and is waited for; the
+/// next one gets its own only while it goes on to show.
 AXActionResult AtspiAccessibility::dismissMenu(const AtspiObject& menu, const Limit& limit) {
     const auto deadline = limit.now + limit.timeout;
-    auto nextEscape = Clock::now();
+    std::optional<AtspiObject> seen; // the level that showed at the last look
+    bool sent = false;               // its Escape
+    auto due = Clock::now();         // for its Escape
     while (true) {
-        const auto found = facts(menu, AtspiFact::role | AtspiFact::states, limit);
-        if (!found || !isOpenMenu(*found)) {
-            return found || Clock::now() < deadline ? AXActionResult::done : AXActionResult::cannotComplete;
-        }
+        const auto level = innermostOpenMenu(menu, limit);
+        const auto now = Clock::now();
         auto* bus = bus_.connection();
-        if (bus == nullptr || Clock::now() >= deadline) {
+        if (!level && now < deadline) {
+            return AXActionResult::done;
+        }
+        if (bus == nullptr || now >= deadline) {
             return AXActionResult::cannotComplete;
         }
-        if (Clock::now() >= nextEscape) { // one closes one level
+        if (level != seen) {
+            due = seen ? now + afterLevel : now;
+            seen = level;
+            sent = false;
+        }
+        if (!sent && now >= due) {
             auto escape = methodCall(registry, keySource, keySourceInterface, "GenerateKeyboardEvent");
             appendInt32(*escape, escapeSymbol);
             appendText(*escape, "");
             appendUint32(*escape, pressAndRelease);
             bus->send(std::move(escape));
-            nextEscape = Clock::now() + betweenEscapes;
+            sent = true;
         }
         bus->wait([] { return false; }, std::min(Clock::now() + betweenLooks, deadline));
     }

@@ -168,6 +168,15 @@ TEST_F(LiveMail, AWindowWithoutASubjectIsForReading) {
 
 using LiveSafari = EditorTest;
 
+TEST_F(LiveSafari, AMenuThatIsSlowToCloseGetsNoEscapeTooMany) {
+    startIn(safari, {"--menu", "selection", "--slow-to-close"});
+    turnRight();
+    expectSaid("This editor does not offer a paragraph direction command");
+    expectState("menu", false);
+    EXPECT_TRUE(holdsFor(500ms, [&] { return state().at("escapes") == 0; })) << state();
+    expectUntouched();
+}
+
 TEST_F(LiveSafari, AMenuThatDoesNotOpenLeavesADiagnosticText) {
     startIn(safari, {"--menu", "never"});
     turnRight();
