@@ -12,6 +12,8 @@ std::string toJson(const StatusReport& report) {
     using Json = nlohmann::ordered_json;
     const auto& runtime = report.runtime;
     const auto& options = report.options;
+    const auto english = [](const core::LocalizedText& text) { return text.rendered(core::AppLanguage::english); };
+    const auto shown = [&](const core::LocalizedText& text) { return text.rendered(report.language); };
     const Json json{
         {"version", report.version},
         {"pid", ::getpid()},
@@ -37,26 +39,30 @@ std::string toJson(const StatusReport& report) {
          {{"direction", report.directions.last ? Json(core::rawValue(*report.directions.last)) : Json(nullptr)},
           {"count", report.directions.count}}},
         {"clipboard",
-         {{"status", report.clipboard.status.rendered(report.language)},
+         {{"status", english(report.clipboard.status)},
+          {"shownStatus", shown(report.clipboard.status)},
           {"entries", report.clipboard.entries},
           {"storageError", report.clipboard.storageError},
           {"unread", report.clipboard.unread},
           {"setAside", report.clipboard.setAside},
           {"hotKeyConflict", report.clipboard.hotKeyConflict},
           {"panelOpen", report.clipboard.panelOpen}}},
-        {"status", runtime.runtimeStatus.rendered(report.language)},
-        {"lastAction", report.lastAction.rendered(report.language)},
+        {"status", english(runtime.runtimeStatus)},
+        {"shownStatus", shown(runtime.runtimeStatus)},
+        {"lastAction", english(report.lastAction)},
+        {"shownLastAction", shown(report.lastAction)},
         {"statusItemVisible", report.statusItemVisible},
     };
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 std::string toText(const StatusReport& report) {
-    auto text = "Quillane " + report.version + "\n" + report.runtime.runtimeStatus.rendered(report.language);
+    constexpr auto english = core::AppLanguage::english;
+    auto text = "Quillane " + report.version + "\n" + report.runtime.runtimeStatus.rendered(english);
     if (report.runtime.keepAwakeFailed) {
-        text += "\n" + report.runtime.keepAwakeStatus.rendered(report.language);
+        text += "\n" + report.runtime.keepAwakeStatus.rendered(english);
     }
-    if (const auto action = report.lastAction.rendered(report.language); !action.empty()) {
+    if (const auto action = report.lastAction.rendered(english); !action.empty()) {
         text += "\n" + action;
     }
     return text;

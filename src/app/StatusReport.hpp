@@ -40,10 +40,11 @@ struct StatusReport {
     bool statusItemVisible = false;
 };
 
-/// One JSON object (RFC 8259) on one line. Texts are in the report's language.
+/// One JSON object (RFC 8259) on one line. Texts are in English; beside each, under a name that begins with "shown",
+/// stands the text in the report's language, as windows and menus show it.
 [[nodiscard]] std::string toJson(const StatusReport& report);
 
-/// A few lines for people, in the report's language.
+/// A few lines for people, in English.
 [[nodiscard]] std::string toText(const StatusReport& report);
 
 } // namespace quillane
