@@ -97,6 +97,10 @@ public:
 
     [[nodiscard]] bool switchedBySystemShortcut() const override { return false; }
 
+    [[nodiscard]] bool hasSettings() const override { return false; }
+
+    bool openSettings() override { return false; }
+
     core::Subscription onChanged(std::function<void()> /*callback*/) override { return {}; }
 
 private:

@@ -39,6 +39,12 @@ public:
     /// that a chord of ours on the same keys must not switch once more.
     [[nodiscard]] virtual bool switchedBySystemShortcut() const = 0;
 
+    /// Whether the desktop's settings have a page where input sources are chosen. Does not change while this lives.
+    [[nodiscard]] virtual bool hasSettings() const = 0;
+
+    /// Shows that page. False when there is none.
+    virtual bool openSettings() = 0;
+
     /// Notice that the current source or the list of enabled ones has changed.
     virtual core::Subscription onChanged(std::function<void()> callback) = 0;
 };

@@ -17,7 +17,10 @@ public:
     /// Asks for the permission. On macOS the system may show its prompt; the answer is seen later through `isGranted`.
     virtual void request(core::MacPermission permission) = 0;
 
-    /// Shows the page of the desktop's settings that the permission is found on. False when there is none.
+    /// Whether the desktop's settings have a page that the permission is found on. Does not change while this lives.
+    [[nodiscard]] virtual bool hasSettings(core::MacPermission permission) const = 0;
+
+    /// Shows that page. False when there is none.
     virtual bool openSettings(core::MacPermission permission) = 0;
 
     /// Whether the user grants it there, in a list that this program appears in; else a request is all it takes.

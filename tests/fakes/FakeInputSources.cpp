@@ -12,6 +12,7 @@ std::optional<std::vector<InputSource>> FakeInputSources::enabled() const {
 }
 
 std::optional<InputSource> FakeInputSources::current() const {
+    note(journal, "current input source");
     ++currentReadCount_;
     return currentReadable_ ? current_ : std::nullopt;
 }
@@ -27,6 +28,7 @@ bool FakeInputSources::select(std::string_view id) {
 }
 
 core::Subscription FakeInputSources::onChanged(std::function<void()> callback) {
+    note(journal, "onChanged of input sources");
     return changed_.subscribe(std::move(callback));
 }
 

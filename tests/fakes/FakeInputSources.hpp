@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/support/Listeners.hpp"
+#include "fakes/Journal.hpp"
 #include "platform/InputSources.hpp"
 
 namespace quillane::fakes {
@@ -15,6 +16,13 @@ public:
     [[nodiscard]] bool select(std::string_view id) override;
 
     [[nodiscard]] bool switchedBySystemShortcut() const override { return switchedBySystemShortcut_; }
+
+    [[nodiscard]] bool hasSettings() const override { return settings; }
+
+    bool openSettings() override {
+        openings += settings ? 1 : 0;
+        return settings;
+    }
 
     core::Subscription onChanged(std::function<void()> callback) override;
 
@@ -39,6 +47,10 @@ public:
 
     /// How often the source in use was read.
     [[nodiscard]] int currentReadCount() const { return currentReadCount_; }
+
+    Journal* journal = nullptr; ///< none: nothing is written down
+    bool settings = true;       ///< the desktop's settings have a page for input sources
+    int openings = 0;           ///< how often it was shown
 
 private:
     std::vector<InputSource> sources_;

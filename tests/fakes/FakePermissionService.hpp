@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "fakes/Journal.hpp"
 #include "platform/PermissionService.hpp"
 
 #include <set>
@@ -13,25 +14,39 @@ namespace quillane::fakes {
 class FakePermissionService final : public PermissionService {
 public:
     [[nodiscard]] bool isGranted(core::MacPermission permission) const override {
+        note(journal, "isGranted");
         return granted_.contains(permission);
     }
 
     void request(core::MacPermission permission) override {
+        note(journal, "request");
         requests_.push_back(permission);
-        if (!grantedInSettings_) {
+        if (!grantedInSettings_ && !ignoresRequests_) {
             granted_.insert(permission);
         }
     }
 
+    [[nodiscard]] bool hasSettings(core::MacPermission permission) const override {
+        return !withoutSettings_.contains(permission);
+    }
+
     bool openSettings(core::MacPermission permission) override {
-        opened_.push_back(permission);
-        return true;
+        if (hasSettings(permission)) {
+            opened_.push_back(permission);
+        }
+        return hasSettings(permission);
     }
 
     [[nodiscard]] bool isGrantedInSettings() const override { return grantedInSettings_; }
 
     /// The permissions are switched on by a request, as on Linux.
     void grantOnRequest() { grantedInSettings_ = false; }
+
+    /// Requests are not carried out, or not yet: only `grant` grants.
+    void ignoreRequests() { ignoresRequests_ = true; }
+
+    /// The desktop's settings have no page for the permission.
+    void removeSettings(core::MacPermission permission) { withoutSettings_.insert(permission); }
 
     void grant(core::MacPermission permission) { granted_.insert(permission); }
 
@@ -43,8 +58,12 @@ public:
     /// The permissions whose settings were opened, in order.
     [[nodiscard]] const std::vector<core::MacPermission>& opened() const { return opened_; }
 
+    Journal* journal = nullptr; ///< none: nothing is written down
+
 private:
     bool grantedInSettings_ = true;
+    bool ignoresRequests_ = false;
+    std::set<core::MacPermission> withoutSettings_;
     std::vector<core::MacPermission> opened_;
     std::set<core::MacPermission> granted_;
     std::vector<core::MacPermission> requests_;

@@ -105,9 +105,16 @@ TYPED_TEST_P(InputSourcesContract, WithoutAShortcutTheSystemHasNotSwitched) {
     EXPECT_FALSE(this->driver.sources().switchedBySystemShortcut());
 }
 
+TYPED_TEST_P(InputSourcesContract, APageThatTheSettingsLackIsNotShown) {
+    if (!this->driver.sources().hasSettings()) {
+        EXPECT_FALSE(this->driver.sources().openSettings());
+    }
+}
+
 REGISTER_TYPED_TEST_SUITE_P(InputSourcesContract, EnabledSourcesHaveIdentifiersOfTheirOwnAndNames,
                             TheCurrentSourceIsOneOfThem, ASelectedSourceIsTheCurrentOne, TheCurrentSourceCanBeSelected,
                             ASourceThatIsNotEnabledIsRefused, AChangeIsNoticedFromHereAndFromOutside,
-                            ADroppedTokenEndsTheNotices, WithoutAShortcutTheSystemHasNotSwitched);
+                            ADroppedTokenEndsTheNotices, WithoutAShortcutTheSystemHasNotSwitched,
+                            APageThatTheSettingsLackIsNotShown);
 
 } // namespace quillane::testing

@@ -80,8 +80,18 @@ TYPED_TEST_P(PermissionServiceContract, OnePermissionIsNotTheOther) {
     EXPECT_EQ(this->isGranted(monitoring), before);
 }
 
+TYPED_TEST_P(PermissionServiceContract, APageThatTheSettingsLackIsNotShown) {
+    for (const auto permission : this->all) {
+        auto& service = this->driver.service();
+        EXPECT_TRUE(service.hasSettings(permission) || !service.isGrantedInSettings()) << "nowhere to grant it";
+        if (!service.hasSettings(permission)) {
+            EXPECT_FALSE(service.openSettings(permission));
+        }
+    }
+}
+
 REGISTER_TYPED_TEST_SUITE_P(PermissionServiceContract, WhatIsGrantedOrTakenAwayIsSeen,
                             BeingAskedForTheStateChangesNothing, ARequestGrantsWhatTheUserDoesNotGrantInSettings,
-                            OnePermissionIsNotTheOther);
+                            OnePermissionIsNotTheOther, APageThatTheSettingsLackIsNotShown);
 
 } // namespace quillane::testing

@@ -6,8 +6,6 @@
 #include "platform/linux/AccessibilityPanel.hpp"
 #include "platform/linux/SessionBus.hpp"
 
-#include <QStandardPaths>
-
 namespace quillane {
 
 namespace {
@@ -87,13 +85,13 @@ void AtspiPermissionService::request(core::MacPermission permission) {
     });
 }
 
+bool AtspiPermissionService::hasSettings(core::MacPermission permission) const {
+    return permission == core::MacPermission::accessibility && isInstalled(accessibilityPanel(currentDesktop()));
+}
+
 bool AtspiPermissionService::openSettings(core::MacPermission permission) {
-    const auto panel = permission == core::MacPermission::accessibility
-                           ? accessibilityPanel(qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString())
-                           : std::nullopt;
     // Looked up first: what starts a program cannot tell that there is none of that name.
-    return panel && !QStandardPaths::findExecutable(QString::fromStdString(panel->executable)).isEmpty() &&
-           QtLauncher().launch(*panel);
+    return hasSettings(permission) && QtLauncher().launch(*accessibilityPanel(currentDesktop()));
 }
 
 void AtspiPermissionService::watch(BusConnection& session) {

@@ -26,7 +26,9 @@ public:
     [[nodiscard]] bool isGranted(core::MacPermission permission) const override;
     void request(core::MacPermission permission) override;
 
-    /// The accessibility page of the desktop that runs (XDG_CURRENT_DESKTOP); there is none for Input Monitoring.
+    /// The accessibility page of the desktop that runs (XDG_CURRENT_DESKTOP), while its program is installed; there is
+    /// none for Input Monitoring.
+    [[nodiscard]] bool hasSettings(core::MacPermission permission) const override;
     bool openSettings(core::MacPermission permission) override;
 
     [[nodiscard]] bool isGrantedInSettings() const override { return false; }

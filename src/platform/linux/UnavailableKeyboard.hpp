@@ -44,6 +44,10 @@ public:
 
     [[nodiscard]] bool switchedBySystemShortcut() const override { return false; }
 
+    [[nodiscard]] bool hasSettings() const override { return false; }
+
+    bool openSettings() override { return false; }
+
     core::Subscription onChanged(std::function<void()>) override { return {}; }
 };
 

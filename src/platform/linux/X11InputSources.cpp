@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/X11InputSources.hpp"
 
+#include "platform/common/QtLauncher.hpp"
+#include "platform/linux/AccessibilityPanel.hpp"
 #include "platform/linux/X11Xkb.hpp"
 
 #include <algorithm>
@@ -222,6 +224,14 @@ bool X11InputSources::select(std::string_view id) {
     }
     keyboard_.lockGroup(static_cast<unsigned>(found - sources_.begin()));
     return true;
+}
+
+bool X11InputSources::hasSettings() const {
+    return isInstalled(keyboardPanel(currentDesktop()));
+}
+
+bool X11InputSources::openSettings() {
+    return hasSettings() && QtLauncher().launch(*keyboardPanel(currentDesktop()));
 }
 
 } // namespace quillane

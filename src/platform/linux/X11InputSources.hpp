@@ -27,6 +27,10 @@ public:
 
     [[nodiscard]] bool switchedBySystemShortcut() const override { return switchedByKey_; }
 
+    /// The keyboard page of the desktop that runs, while its program is installed.
+    [[nodiscard]] bool hasSettings() const override;
+    bool openSettings() override;
+
     core::Subscription onChanged(std::function<void()> callback) override {
         return changes_.subscribe(std::move(callback));
     }

@@ -28,6 +28,11 @@ public:
     /// modifiers that a program may recognise too.
     [[nodiscard]] bool switchedBySystemShortcut() const override;
 
+    [[nodiscard]] bool hasSettings() const override { return true; }
+
+    /// The page "Keyboard" of System Settings.
+    bool openSettings() override;
+
     core::Subscription onChanged(std::function<void()> callback) override;
 
 private:

@@ -2,11 +2,13 @@
 // SPDX-License-Identifier: MIT
 #include "platform/macos/MacInputSources.hpp"
 
+#include "core/clipboard/AreaCaptureShortcut.hpp"
 #include "core/support/Listeners.hpp"
 #include "platform/macos/CFRef.hpp"
 #include "platform/macos/MacCallback.hpp"
 #include "platform/macos/MacStrings.hpp"
 
+#import <AppKit/AppKit.h>
 #import <Carbon/Carbon.h>
 #import <Foundation/Foundation.h>
 
@@ -133,6 +135,14 @@ bool MacInputSources::select(std::string_view id) {
 
 bool MacInputSources::switchedBySystemShortcut() const {
     return false;
+}
+
+bool MacInputSources::openSettings() {
+    @autoreleasepool {
+        // Input sources and the shortcuts of the system are on one page.
+        NSURL* address = [NSURL URLWithString:nsString(core::areaCaptureShortcut::settingsAddress)];
+        return address && [NSWorkspace.sharedWorkspace openURL:address];
+    }
 }
 
 core::Subscription MacInputSources::onChanged(std::function<void()> callback) {

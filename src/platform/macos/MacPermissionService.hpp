@@ -15,6 +15,9 @@ public:
     /// IOHIDRequestAccess for listening to events, AXIsProcessTrustedWithOptions with the prompt. Either shows the
     /// system's prompt at most once and returns without waiting for the user.
     void request(core::MacPermission permission) override;
+
+    [[nodiscard]] bool hasSettings(core::MacPermission) const override { return true; }
+
     bool openSettings(core::MacPermission permission) override;
 
     [[nodiscard]] bool isGrantedInSettings() const override { return true; }

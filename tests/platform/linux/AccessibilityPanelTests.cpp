@@ -22,7 +22,20 @@ TEST(AccessibilityPanel, TheFirstDesktopThatIsKnownCounts) {
 TEST(AccessibilityPanel, OtherDesktopsHaveNone) {
     for (const auto* desktop : {"", ":", "::GNOM", "gnome", "Openbox"}) {
         EXPECT_EQ(accessibilityPanel(desktop), std::nullopt) << desktop;
+        EXPECT_EQ(keyboardPanel(desktop), std::nullopt) << desktop;
     }
+}
+
+TEST(KeyboardPanel, IsTheOneOfTheDesktopThatRuns) {
+    EXPECT_EQ(keyboardPanel("ubuntu:GNOME"), (core::ProcessCommand{"gnome-control-center", {"keyboard"}}));
+    EXPECT_EQ(keyboardPanel("KDE"), (core::ProcessCommand{"systemsettings", {"kcm_keyboard"}}));
+    EXPECT_EQ(keyboardPanel("XFCE"), (core::ProcessCommand{"xfce4-keyboard-settings", {}}));
+}
+
+TEST(Panel, IsInstalledWhenItsProgramIsFound) {
+    EXPECT_TRUE(isInstalled(core::ProcessCommand{"sh", {}}));
+    EXPECT_FALSE(isInstalled(core::ProcessCommand{"no-such-settings-program", {}}));
+    EXPECT_FALSE(isInstalled(std::nullopt));
 }
 
 } // namespace
