@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "fakes/Journal.hpp"
 #include "fakes/MenuRows.hpp"
 #include "platform/ApplicationMenu.hpp"
 
@@ -14,6 +15,7 @@ namespace quillane::fakes {
 class FakeApplicationMenu final : public ApplicationMenu {
 public:
     void install(std::vector<ApplicationSubmenu> menus, LayoutDirection direction) override {
+        note(journal, "install");
         ++installCount_;
         menus_ = std::move(menus);
         direction_ = direction;
@@ -54,6 +56,8 @@ public:
     [[nodiscard]] int installCount() const { return installCount_; }
 
     [[nodiscard]] const std::vector<StandardCommand>& standardCommands() const { return standardCommands_; }
+
+    Journal* journal = nullptr; ///< none: nothing is written down
 
 private:
     std::vector<ApplicationSubmenu> menus_;

@@ -205,6 +205,14 @@ FakeDesktop& FakeDesktop::releaseAll() {
     return *this;
 }
 
+FakeDesktop& FakeDesktop::keepJournal(Journal& journal) {
+    queue.journal = userDefaults.journal = workspace.journal = inputSources.journal = tap.journal = &journal;
+    permissions.journal = statusItem.journal = applicationMenu.journal = windowTraits.journal = &journal;
+    sleepAssertions.journal = pasteboard.journal = servicesMenu.journal = loginItem.journal = &journal;
+    updater.journal = urlSessions.journal = &journal;
+    return *this;
+}
+
 pid_t FakeDesktop::frontPid() const {
     const auto front = workspace.frontmostApplication();
     if (!front) {

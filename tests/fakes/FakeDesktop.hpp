@@ -127,6 +127,9 @@ public:
     /// Releases every key and modifier that is held.
     FakeDesktop& releaseAll();
 
+    /// From now on each fake writes the calls that it receives into the journal.
+    FakeDesktop& keepJournal(Journal& journal);
+
     // What came out.
 
     /// The process in front. Throws when nothing is in front.

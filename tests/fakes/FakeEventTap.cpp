@@ -19,6 +19,7 @@ bool FakeEventTap::start(std::uint64_t mask, Receiver receiver) {
     if (receiving_ || exists()) {
         throw std::logic_error("The tap is started inside its receiver or while it exists");
     }
+    note(journal, "start the tap");
     ++startCount_;
     if (!permitted_() || mask == 0 || !receiver) {
         return false;
@@ -32,6 +33,9 @@ bool FakeEventTap::start(std::uint64_t mask, Receiver receiver) {
 void FakeEventTap::stop() {
     if (receiving_) {
         throw std::logic_error("The tap is stopped inside its receiver");
+    }
+    if (exists()) {
+        note(journal, "stop the tap");
     }
     receiver_ = nullptr;
     mask_ = 0;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "fakes/Journal.hpp"
 #include "platform/EventTap.hpp"
 
 #include <set>
@@ -43,6 +44,8 @@ public:
     [[nodiscard]] int enableCount() const { return enableCount_; }
 
     [[nodiscard]] const std::set<core::KeyCode>& replaceableKeys() const { return replaceableKeys_; }
+
+    Journal* journal = nullptr; ///< none: nothing is written down
 
 private:
     void receive(InputEvent& event);

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "fakes/Journal.hpp"
 #include "platform/LoginItemService.hpp"
 
 #include <functional>
@@ -12,7 +13,10 @@ namespace quillane::fakes {
 /// A list of login items with one entry at most. The public fields are what the system and the user do.
 class FakeLoginItemService final : public LoginItemService {
 public:
-    [[nodiscard]] LoginItemStatus status() const override { return current; }
+    [[nodiscard]] LoginItemStatus status() const override {
+        note(journal, "status of the login item");
+        return current;
+    }
 
     [[nodiscard]] bool enable() override {
         ++enablings;
@@ -40,6 +44,7 @@ public:
 
     void openSettings() override { ++openings; }
 
+    Journal* journal = nullptr; ///< none: nothing is written down
     LoginItemStatus current = LoginItemStatus::notRegistered;
     LoginItemStatus statusAfterFailure = LoginItemStatus::notRegistered;
     bool fails = false;

@@ -3,6 +3,7 @@
 #include "fakes/FakeMainQueue.hpp"
 
 #include <stdexcept>
+#include <string>
 #include <utility>
 
 namespace quillane::fakes {
@@ -21,14 +22,17 @@ core::Subscription FakeMainQueue::repeat(std::chrono::milliseconds interval, Tas
     if (interval <= std::chrono::milliseconds::zero()) {
         throw std::invalid_argument("A repeating timer needs an interval");
     }
+    const auto name = std::to_string(interval.count()) + " ms timer";
+    note(journal, name);
     const auto id = next_++;
     const Due due{(now_ / interval + 1) * interval, id};
     timers_.emplace(due, Timer{std::make_shared<Task>(std::move(task)), interval});
     repeating_.emplace(id, due);
-    return core::Subscription([this, id, alive = std::weak_ptr(alive_)] {
+    return core::Subscription([this, id, name, alive = std::weak_ptr(alive_)] {
         if (alive.expired()) {
             return;
         }
+        note(journal, "end of " + name);
         if (const auto found = repeating_.find(id); found != repeating_.end()) {
             timers_.erase(found->second);
             repeating_.erase(found);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "fakes/Journal.hpp"
 #include "platform/MainQueue.hpp"
 
 #include <cstddef>
@@ -34,6 +35,8 @@ public:
 
     /// Time since the queue was made.
     [[nodiscard]] std::chrono::milliseconds now() const { return now_; }
+
+    Journal* journal = nullptr; ///< none: nothing is written down
 
 private:
     struct Timer {

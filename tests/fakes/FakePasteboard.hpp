@@ -4,6 +4,7 @@
 
 #include "core/clipboard/PasteboardTypes.hpp"
 #include "core/support/Listeners.hpp"
+#include "fakes/Journal.hpp"
 #include "platform/Pasteboard.hpp"
 
 #include <algorithm>
@@ -144,7 +145,12 @@ public:
         return true;
     }
 
-    void setInterest(Interest interest) override { interest_ = std::move(interest); }
+    void setInterest(Interest interest) override {
+        note(journal, interest ? "setInterest" : "setInterest to none");
+        interest_ = std::move(interest);
+    }
+
+    Journal* journal = nullptr; ///< none: nothing is written down
 
 private:
     core::Listeners<> changes_;

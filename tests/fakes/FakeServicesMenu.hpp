@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "fakes/Journal.hpp"
 #include "platform/ServicesMenu.hpp"
 
 #include <stdexcept>
@@ -13,7 +14,10 @@ namespace quillane::fakes {
 /// A services menu that a test chooses from.
 class FakeServicesMenu final : public ServicesMenu {
 public:
-    void provideShare(Share share) override { share_ = std::move(share); }
+    void provideShare(Share share) override {
+        note(journal, "provideShare");
+        share_ = std::move(share);
+    }
 
     [[nodiscard]] bool isOffered() const { return share_ != nullptr; }
 
@@ -36,6 +40,7 @@ public:
 
     bool canHaveUserEntry = false;        ///< as where the file manager takes an entry from its user only
     std::optional<std::string> userEntry; ///< its title
+    Journal* journal = nullptr; ///< none: nothing is written down
 
 private:
     Share share_;

@@ -5,6 +5,7 @@
 
 #include "core/power/SleepAssertionClient.hpp"
 #include "core/support/Listeners.hpp"
+#include "fakes/Journal.hpp"
 
 #include <algorithm>
 #include <map>
@@ -21,6 +22,7 @@ public:
     using Kind = core::SleepAssertionKind;
 
     [[nodiscard]] std::variant<core::SleepAssertionID, core::SleepAssertionError> create(Kind kind) override {
+        note(journal, "hold awake");
         asked_.push_back(kind);
         if (const auto refused = refusals_.find(kind); refused != refusals_.end()) {
             return core::SleepAssertionError{refused->second};
@@ -31,6 +33,7 @@ public:
 
     void release(core::SleepAssertionID assertion) override {
         if (const auto found = held_.find(assertion); found != held_.end()) {
+            note(journal, "let sleep");
             released_.push_back(found->second);
             held_.erase(found);
         }
@@ -69,6 +72,8 @@ public:
     [[nodiscard]] const std::vector<Kind>& asked() const { return asked_; }
 
     [[nodiscard]] const std::vector<Kind>& released() const { return released_; }
+
+    Journal* journal = nullptr; ///< none: nothing is written down
 
 private:
     core::Listeners<core::SleepAssertionID, core::SleepAssertionError> losses_;

@@ -20,6 +20,7 @@ void FakeStatusItem::setImage(const TemplateImage& image, const std::string& acc
 }
 
 void FakeStatusItem::setMenu(std::vector<MenuRow> rows, LayoutDirection direction) {
+    note(journal, "setMenu");
     ++menuCount_;
     rows_ = std::move(rows);
     direction_ = direction;

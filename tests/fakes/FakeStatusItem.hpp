@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "fakes/Journal.hpp"
 #include "platform/StatusItem.hpp"
 
 #include <string_view>
@@ -32,6 +33,8 @@ public:
 
     /// Chooses the row as a user would. Throws when it cannot be chosen: no item, or disabled.
     void click(std::string_view title);
+
+    Journal* journal = nullptr; ///< none: nothing is written down
 
     void setVisible(bool visible) { visible_ = visible; }
 

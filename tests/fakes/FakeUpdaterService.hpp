@@ -4,6 +4,7 @@
 #pragma once
 
 #include "core/support/Listeners.hpp"
+#include "fakes/Journal.hpp"
 #include "platform/UpdaterService.hpp"
 
 namespace quillane::fakes {
@@ -13,7 +14,10 @@ class FakeUpdaterService final : public UpdaterService {
 public:
     [[nodiscard]] bool hasKey() const override { return key; }
 
-    void start() override { ++starts; }
+    void start() override {
+        note(journal, "start the updater");
+        ++starts;
+    }
 
     [[nodiscard]] bool canCheck() const override { return !checking; }
 
@@ -43,6 +47,7 @@ public:
         changed.notify();
     }
 
+    Journal* journal = nullptr; ///< none: nothing is written down
     bool key = true;
     int starts = 0;
     int checks = 0;

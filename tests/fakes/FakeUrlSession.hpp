@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/fileshare/UrlSession.hpp"
+#include "fakes/Journal.hpp"
 
 #include <memory>
 #include <optional>
@@ -56,20 +57,25 @@ public:
     [[nodiscard]] core::UrlSessionFactory factory() {
         return [this](const core::UrlSessionConfiguration& configuration, core::UrlSessionDelegate& delegate) {
             transfers.push_back(std::make_shared<Transfer>(Transfer{configuration, &delegate, {}, {}}));
-            return std::make_unique<Session>(transfers.back());
+            return std::make_unique<Session>(transfers.back(), journal);
         };
     }
 
     [[nodiscard]] Transfer& last() const { return *transfers.at(transfers.size() - 1); }
 
+    Journal* journal = nullptr;                       ///< none: nothing is written down
     std::vector<std::shared_ptr<Transfer>> transfers; ///< shared with the sessions, which tests outlive
 
 private:
     class Session final : public core::UrlSession {
     public:
-        explicit Session(std::shared_ptr<Transfer> transfer) : transfer_(std::move(transfer)) {}
+        Session(std::shared_ptr<Transfer> transfer, Journal* journal)
+            : transfer_(std::move(transfer)), journal_(journal) {}
 
         ~Session() override {
+            if (transfer_->delegate != nullptr) {
+                note(journal_, "end of an unfinished upload");
+            }
             transfer_->delegate = nullptr;
             transfer_->destroyed = true;
         }
@@ -86,6 +92,7 @@ private:
 
     private:
         std::shared_ptr<Transfer> transfer_;
+        Journal* journal_;
     };
 };
 

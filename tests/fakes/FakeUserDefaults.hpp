@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/preferences/UserDefaults.hpp"
+#include "fakes/Journal.hpp"
 
 #include <map>
 #include <string>
@@ -20,6 +21,9 @@ public:
     explicit FakeUserDefaults(Value::Dictionary initial) : values(std::move(initial)) {}
 
     [[nodiscard]] std::optional<Value> object(std::string_view key) const override {
+        if (journal != nullptr) {
+            journal->note("read " + std::string(key));
+        }
         const auto found = values.find(std::string(key));
         return found == values.end() ? std::nullopt : std::optional(found->second);
     }
@@ -44,8 +48,9 @@ public:
         values.insert_or_assign(std::string(key), std::move(value));
     }
 
-    Value::Dictionary values; ///< what is stored; tests may put anything there
-    int writes = 0;           ///< calls that changed something
+    Journal* journal = nullptr; ///< none: nothing is written down
+    Value::Dictionary values;   ///< what is stored; tests may put anything there
+    int writes = 0;             ///< calls that changed something
 
 private:
     void store(Value::Dictionary changed) {

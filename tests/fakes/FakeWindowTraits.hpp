@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "fakes/Journal.hpp"
 #include "platform/WindowTraits.hpp"
 
 #include <utility>
@@ -15,7 +16,10 @@ class FakeWindowTraits final : public WindowTraits {
 public:
     [[nodiscard]] KeyNumbering keyNumbering() const override { return numbering; }
 
-    void setActivationPolicy(ActivationPolicy policy) override { policies_.push_back(policy); }
+    void setActivationPolicy(ActivationPolicy policy) override {
+        note(journal, "setActivationPolicy");
+        policies_.push_back(policy);
+    }
 
     void activateApplication() override { ++activations; }
 
@@ -28,7 +32,8 @@ public:
     [[nodiscard]] const std::vector<ActivationPolicy>& policies() const { return policies_; }
 
     KeyNumbering numbering = KeyNumbering::x11;
-    int activations = 0; ///< how often the program was brought to the front
+    Journal* journal = nullptr; ///< none: nothing is written down
+    int activations = 0;        ///< how often the program was brought to the front
 
 private:
     std::vector<ActivationPolicy> policies_;

@@ -3,17 +3,20 @@
 #include "fakes/FakeWorkspace.hpp"
 
 #include <algorithm>
+#include <memory>
 #include <stdexcept>
 #include <utility>
 
 namespace quillane::fakes {
 
 std::optional<RunningApplication> FakeWorkspace::frontmostApplication() const {
+    note(journal, "frontmostApplication");
     const auto found = front_ ? std::ranges::find(running_, *front_, &RunningApplication::pid) : running_.end();
     return found == running_.end() ? std::nullopt : std::optional(*found);
 }
 
 std::vector<RunningApplication> FakeWorkspace::runningApplications(std::string_view bundleID) const {
+    note(journal, "runningApplications");
     std::vector<RunningApplication> found;
     std::ranges::copy_if(running_, std::back_inserter(found),
                          [&](const auto& one) { return one.bundleID == bundleID; });
@@ -38,17 +41,27 @@ bool FakeWorkspace::terminate(pid_t pid) {
     if (refusesTermination_ || !isRunning(pid)) {
         return false;
     }
+    note(journal, "terminate");
     terminated_.push_back(pid);
     quit(pid);
     return true;
 }
 
+core::Subscription FakeWorkspace::observed(core::Subscription token, const std::string& name) const {
+    note(journal, name);
+    const auto shared = std::make_shared<core::Subscription>(std::move(token)); // shared: functions are copied
+    return core::Subscription([shared, journal = journal, name] {
+        note(journal, "end of " + name);
+        shared->cancel();
+    });
+}
+
 core::Subscription FakeWorkspace::onDidActivateApplication(std::function<void()> callback) {
-    return activated_.subscribe(std::move(callback));
+    return observed(activated_.subscribe(std::move(callback)), "onDidActivateApplication");
 }
 
 core::Subscription FakeWorkspace::onDidWake(std::function<void()> callback) {
-    return woke_.subscribe(std::move(callback));
+    return observed(woke_.subscribe(std::move(callback)), "onDidWake");
 }
 
 core::Subscription FakeWorkspace::onDidReopen(std::function<void()> callback) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/support/Listeners.hpp"
+#include "fakes/Journal.hpp"
 #include "platform/Workspace.hpp"
 
 namespace quillane::fakes {
@@ -16,7 +17,10 @@ public:
     bool activateApplication(pid_t pid) override;
     bool terminate(pid_t pid) override;
 
-    [[nodiscard]] bool launchedAtLogin() const override { return launchedAtLogin_; }
+    [[nodiscard]] bool launchedAtLogin() const override {
+        note(journal, "launchedAtLogin");
+        return launchedAtLogin_;
+    }
 
     core::Subscription onDidActivateApplication(std::function<void()> callback) override;
     core::Subscription onDidWake(std::function<void()> callback) override;
@@ -49,10 +53,14 @@ public:
     /// Makes applications ignore the request to quit.
     void setRefusesTermination(bool refuses) { refusesTermination_ = refuses; }
 
+    Journal* journal = nullptr; ///< none: nothing is written down
+
     /// The processes that were asked to quit with success, in order.
     [[nodiscard]] const std::vector<pid_t>& terminated() const { return terminated_; }
 
 private:
+    [[nodiscard]] core::Subscription observed(core::Subscription token, const std::string& name) const;
+
     std::vector<RunningApplication> running_;
     std::optional<pid_t> front_;
     pid_t nextPid_ = 1001;
