@@ -42,9 +42,25 @@ void PermissionController::refresh() {
             granted.insert(permission);
         }
     }
-    if (std::exchange(granted_, granted) != granted) {
+    const auto before = std::exchange(granted_, std::move(granted));
+    const bool told = tellOfSwitch();
+    if (told || before != granted_) {
         changed_.notify();
     }
+}
+
+/// Whether the feedback has changed.
+bool PermissionController::tellOfSwitch() {
+    const bool isOn = granted_.contains(MacPermission::accessibility);
+    if (isOn && std::exchange(switchingOn_, false)) {
+        feedback_ = texts::accessibilitySwitchedOn;
+        return true;
+    }
+    if (!isOn && feedback_ == core::LocalizedText(texts::accessibilitySwitchedOn)) {
+        feedback_ = {};
+        return true;
+    }
+    return false;
 }
 
 void PermissionController::request(MacPermission permission) {
@@ -60,7 +76,7 @@ void PermissionController::request(MacPermission permission) {
     desktop_.windowTraits.activateApplication();
     desktop_.service.request(permission);
     if (!isGrantedInSettings()) {
-        say(texts::accessibilitySwitchedOn);
+        switchingOn_ = permission == MacPermission::accessibility && !granted_.contains(permission);
     } else {
         say(permission == MacPermission::accessibility ? texts::accessibilityRequested
                                                        : texts::inputMonitoringRequested);
@@ -70,7 +86,7 @@ void PermissionController::request(MacPermission permission) {
 }
 
 void PermissionController::requestNextIfNeeded() {
-    if (requesting_ || !applicationIsActive || !applicationIsActive()) {
+    if (requesting_ || !isGrantedInSettings() || !applicationIsActive || !applicationIsActive()) {
         return;
     }
     if (const auto next = policy_.nextAutomaticRequest(granted_, location_.installed)) {

@@ -43,11 +43,12 @@ public:
     /// Reads the grants again; listeners hear of it only when something differs.
     void refresh();
 
-    /// Asks for a permission and says what to do. Nothing happens for a copy that is not installed, and while a request
-    /// is being made.
+    /// Asks for a permission and says what to do, or, where a request is the grant, that it was given as soon as a
+    /// refresh sees it. Nothing happens for a copy that is not installed, and while a request is being made.
     void request(core::MacPermission permission);
 
-    /// Makes the next request that the policy wants, while the application is in front.
+    /// Makes the next request that the policy wants, while the application is in front. Where a request is the grant,
+    /// none is made without a click of the user's.
     void requestNextIfNeeded();
 
     /// Opens the page of the system's settings where the permission is granted.
@@ -84,6 +85,7 @@ public:
 
 private:
     void saveRequests();
+    bool tellOfSwitch();
     void say(const core::LocalizedText& text);
 
     PermissionDesktop desktop_;
@@ -91,6 +93,7 @@ private:
     core::PermissionSetupPolicy policy_;
     std::set<core::MacPermission> granted_;
     bool requesting_ = false;
+    bool switchingOn_ = false; ///< Accessibility was requested where that grants it, and is not granted yet
     core::LocalizedText feedback_;
     core::Listeners<> changed_;
 };

@@ -70,6 +70,48 @@ TEST_F(PermissionControllerTests, WhereARequestIsEnoughNoListIsSpokenOf) {
     EXPECT_TRUE(controller().granted().contains(MacPermission::accessibility));
 }
 
+TEST_F(PermissionControllerTests, AccessibilityIsSaidToBeOnOnlyOnceItIs) {
+    service.grantOnRequest();
+    service.ignoreRequests();
+    int changes = 0;
+    const auto token = controller().onChanged([&] { ++changes; });
+    controller().request(MacPermission::accessibility);
+    controller().refresh();
+    EXPECT_EQ(feedback(), "");
+    EXPECT_EQ(changes, 0);
+    service.grant(MacPermission::accessibility);
+    controller().refresh();
+    EXPECT_EQ(feedback(), "Accessibility was turned on for this session.");
+    EXPECT_EQ(changes, 1);
+    service.revoke(MacPermission::accessibility);
+    controller().refresh();
+    EXPECT_EQ(feedback(), "") << "it is off again";
+    service.grant(MacPermission::accessibility);
+    controller().refresh();
+    EXPECT_EQ(feedback(), "") << "somebody else has turned it on";
+}
+
+TEST_F(PermissionControllerTests, WhatIsGrantedAlreadyIsNotSaidToBeTurnedOn) {
+    service.grantOnRequest();
+    service.grant(MacPermission::accessibility);
+    service.ignoreRequests();
+    controller().request(MacPermission::accessibility);
+    controller().request(MacPermission::inputMonitoring);
+    controller().refresh();
+    EXPECT_EQ(feedback(), "");
+}
+
+TEST_F(PermissionControllerTests, WhereARequestIsTheGrantItTakesAClick) {
+    service.grantOnRequest();
+    service.grant(MacPermission::inputMonitoring);
+    controller().refresh();
+    controller().requestNextIfNeeded();
+    EXPECT_THAT(service.requests(), IsEmpty());
+    EXPECT_FALSE(defaults.object("QuillanePermissionRequestsV1"));
+    controller().request(MacPermission::accessibility);
+    EXPECT_TRUE(controller().granted().contains(MacPermission::accessibility));
+}
+
 TEST_F(PermissionControllerTests, ACopyOutsideAnApplicationsFolderNeverAsks) {
     installed = false;
     controller().request(MacPermission::accessibility);
