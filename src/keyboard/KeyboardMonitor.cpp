@@ -166,7 +166,7 @@ void KeyboardMonitor::receiveFlags(const InputEvent& event, const std::optional<
             },
             frontPid_, false);
     }
-    if (!options_.writingDirection || !isSupported(front)) {
+    if (!options_.writingDirection || !isDirectionTarget(front)) {
         directionChord_.reset();
         return;
     }
@@ -195,22 +195,23 @@ void KeyboardMonitor::post(const std::function<void()> KeyboardMonitor::*handler
     });
 }
 
-void KeyboardMonitor::deliver(std::function<void()> handler, std::optional<pid_t> pid, bool toSupportedApplication) {
-    mainQueue_.post([this, alive = std::weak_ptr(alive_), handler = std::move(handler), pid, toSupportedApplication,
+void KeyboardMonitor::deliver(std::function<void()> handler, std::optional<pid_t> pid, bool toDirectionTarget) {
+    mainQueue_.post([this, alive = std::weak_ptr(alive_), handler = std::move(handler), pid, toDirectionTarget,
                      generation = generation_] {
         if (alive.expired() || !tap_.isEnabled() || !options_.shouldMonitor() || generation != generation_) {
             return;
         }
         const auto front = workspace_.frontmostApplication();
         const bool samePid = front ? front->pid == pid : !pid;
-        if (samePid && (!toSupportedApplication || isSupported(front))) {
+        if (samePid && (!toDirectionTarget || isDirectionTarget(front))) {
             handler();
         }
     });
 }
 
-bool KeyboardMonitor::isSupported(const std::optional<RunningApplication>& application) const {
-    return application && application->bundleID && core::hasDirectionCommands(*application->bundleID);
+bool KeyboardMonitor::isDirectionTarget(const std::optional<RunningApplication>& application) const {
+    return (application && application->bundleID && core::hasDirectionCommands(*application->bundleID)) ||
+           (isOwnTextBoxFocused && isOwnTextBoxFocused());
 }
 
 } // namespace quillane

@@ -50,6 +50,10 @@ public:
     /// all of them have been released.
     void reset();
 
+    /// Whether the program's own text box has the focus: direction chords act there as in a supported application.
+    /// Asked while a key waits, so it must answer at once; absent where the program has no such box.
+    std::function<bool()> isOwnTextBoxFocused;
+
     std::function<void(core::WritingDirection)> onDirection;
     std::function<void()> onLanguageSwitch;
     std::function<void()> onInterruption;     ///< a key, click or scroll, or a viewer of another screen in front
@@ -65,8 +69,8 @@ private:
     void rewrite(InputEvent& event, const std::optional<RunningApplication>& front);
 
     void post(const std::function<void()> KeyboardMonitor::*handler);
-    void deliver(std::function<void()> handler, std::optional<pid_t> pid, bool toSupportedApplication);
-    [[nodiscard]] bool isSupported(const std::optional<RunningApplication>& application) const;
+    void deliver(std::function<void()> handler, std::optional<pid_t> pid, bool toDirectionTarget);
+    [[nodiscard]] bool isDirectionTarget(const std::optional<RunningApplication>& application) const;
 
     EventTap& tap_;
     const KeyEvents& keyEvents_;

@@ -243,6 +243,20 @@ TEST_F(KeyboardMonitorTest, ADirectionIsDroppedWhenTheApplicationIsNoLongerSuppo
     EXPECT_THAT(chords(), ElementsAre("language switch"));
 }
 
+TEST_F(KeyboardMonitorTest, TheProgramsOwnTextBoxIsADirectionTargetWhileItHasTheFocus) {
+    bool focused = true;
+    monitor->isOwnTextBoxFocused = [&] { return focused; };
+    start();
+    desktop.switchTo("com.quillane.app");
+    directionChord();
+    EXPECT_THAT(chords(), ElementsAre("direction RTL"));
+    directionChord();
+    focused = false; // before the delivery
+    EXPECT_THAT(chords(), IsEmpty());
+    directionChord();
+    EXPECT_THAT(chords(), IsEmpty());
+}
+
 TEST_F(KeyboardMonitorTest, TypingAfterAChordDoesNotHinderIt) {
     start();
     directionChord();
