@@ -110,6 +110,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     for (const auto& oldCopy : services_.workspace.runningApplications(environment_.legacyBundleID)) {
         services_.workspace.terminate(oldCopy.pid);
     }
+    const bool atLogin = services_.workspace.launchedAtLogin();
     services_.windowTraits.setActivationPolicy(ActivationPolicy::accessory);
     rebuildMenus();
     updater_.start();
@@ -121,19 +122,19 @@ void AppDelegate::applicationDidFinishLaunching() {
         refreshRuntime();
         requestNextPermissionIfNeeded();
     });
-    clipboardPanel_.noteFrontmostApplication();
+    clipboardPanel_.noteFrontmostApplication(); // none was noted before the observers were there
     rememberTarget();
     services_.servicesMenu.provideShare([this](const std::vector<std::string>& urls) {
         const auto refusal = fileShare_.share(urls);
         return refusal ? std::optional(refusal->rendered(preferences_.state().language)) : std::nullopt;
     });
-    showPermissionsIfNeeded();
-    notifyUnlessItemIsShown();
+    showPermissionsIfNeeded(atLogin);
+    notifyUnlessItemIsShown(atLogin);
 }
 
 /// Without a place for the status item nothing else says that the program runs.
-void AppDelegate::notifyUnlessItemIsShown() {
-    const auto delay = services_.workspace.launchedAtLogin() ? untilItemIsShownAtLogin : untilItemIsShown;
+void AppDelegate::notifyUnlessItemIsShown(bool atLogin) {
+    const auto delay = atLogin ? untilItemIsShownAtLogin : untilItemIsShown;
     services_.mainQueue.postAfter(delay, [this, alive = std::weak_ptr<void>(alive_)] {
         if (!alive.expired() && !services_.statusItem.isVisible()) {
             const auto language = preferences_.state().language;
@@ -143,11 +144,26 @@ void AppDelegate::notifyUnlessItemIsShown() {
     });
 }
 
-void AppDelegate::wireControllers() {
+void AppDelegate::wireModel() {
     model_.optionsChanged = [this] { applyOptions(); };
+    model_.refresh = [this] { refreshRuntime(); };
+    model_.switchLanguage = [this] { switchLanguage(); };
     model_.testDirection = [this](core::WritingDirection direction) {
         direction_.test(direction, model_.testTargetID());
     };
+    if (services_.permissions.hasSettings(core::MacPermission::accessibility)) {
+        model_.openAccessibility = [this] { permissions_.openSettings(core::MacPermission::accessibility); };
+    }
+    if (services_.permissions.hasSettings(core::MacPermission::inputMonitoring)) {
+        model_.openInputMonitoring = [this] { permissions_.openSettings(core::MacPermission::inputMonitoring); };
+    }
+    if (services_.inputSources.hasSettings()) {
+        model_.openKeyboard = [this] { services_.inputSources.openSettings(); };
+    }
+}
+
+void AppDelegate::wireControllers() {
+    wireModel();
     permissions_.terminate = environment_.terminate;
     permissions_.presentGuide = [this](core::MacPermission permission) { permissionGuide_.present(permission); };
     permissions_.applicationIsActive = [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; };
@@ -162,19 +178,22 @@ void AppDelegate::wireControllers() {
         }
         updateStatusItem();
     }));
-    subscriptions_.push_back(permissions_.onChanged([this] { publishRuntime(); }));
+    subscriptions_.push_back(permissions_.onChanged([this] {
+        if (!refreshing_) { // else what follows in the refresh takes it in
+            refreshRuntime();
+        }
+    }));
     monitor_.onDirection = [this](core::WritingDirection direction) {
         directions_ = {direction, directions_.count + 1};
-        if (!settings_ || !settings_->apply(direction)) { // not tried in the program's own text box
+        if (isOwnTextBoxFocused()) {
+            settings_->apply(direction);
+        } else {
             direction_.apply(direction);
         }
     };
+    monitor_.isOwnTextBoxFocused = [this] { return isOwnTextBoxFocused(); };
     monitor_.onInterruption = [this] { direction_.cancelPending(); };
-    monitor_.onLanguageSwitch = [this] {
-        direction_.cancelPending();
-        switcher_.switchToNext();
-        publishRuntime();
-    };
+    monitor_.onLanguageSwitch = [this] { switchLanguage(); };
     monitor_.onDisabled = [this] {
         direction_.cancelPending();
         report(core::texts::keyboardEngineRestarted);
@@ -222,6 +241,10 @@ void AppDelegate::showSettings(core::SettingsPage page) {
     settings_->present(page);
 }
 
+bool AppDelegate::isOwnTextBoxFocused() const {
+    return settings_ && settings_->isTextBoxFocused();
+}
+
 void AppDelegate::showClipboard() {
     clipboardPanel_.toggle();
 }
@@ -242,12 +265,12 @@ void AppDelegate::makeHistoryPanel() {
     clipboardPanel_.onShow();
 }
 
-void AppDelegate::showPermissionsIfNeeded() {
+void AppDelegate::showPermissionsIfNeeded(bool atLogin) {
     auto& defaults = services_.userDefaults;
     const bool relaunched = defaults.boolean(PermissionController::showPermissionsKey).value_or(false);
     defaults.removeObject(PermissionController::showPermissionsKey); // one shot: set before a relaunch for a new grant
     const bool missing = !core::PermissionSetupPolicy::canStartKeyboardMonitor(permissions_.granted());
-    if (!relaunched && (!missing || services_.workspace.launchedAtLogin())) {
+    if (!relaunched && (!missing || atLogin)) {
         return;
     }
     services_.mainQueue.postAfter(beforeShowingPermissions, [this, alive = std::weak_ptr<void>(alive_)] {
@@ -323,30 +346,33 @@ PermissionGuideServices AppDelegate::guideServices() {
 }
 
 void AppDelegate::applicationWillTerminate() {
-    model_.optionsChanged = nullptr;
+    for (auto* handler : {&model_.optionsChanged, &model_.refresh, &model_.switchLanguage, &model_.openAccessibility,
+                          &model_.openInputMonitoring, &model_.openKeyboard}) {
+        *handler = nullptr;
+    }
     model_.testDirection = nullptr;
-    direction_.cancelPending();
     alive_.reset();
+    monitor_.stop();
+    direction_.cancelPending();
     settings_.reset();
     historyPanel_.reset();
     permissionGuide_.dismiss();
-    monitor_.stop();
-    model_.endKeepAwake();
+    clipboard_.stop();
     services_.servicesMenu.provideShare(nullptr);
     fileShare_.cancelAll();
-    clipboard_.stop();
+    model_.endKeepAwake();
     refreshTimer_.cancel();
     subscriptions_.clear();
 }
 
 void AppDelegate::rebuildMenus() {
     const auto language = preferences_.state().language;
+    updateStatusItem();
     services_.applicationMenu.install(
         applicationMenuRows(language, {.showSettings = [this] { showSettings(core::SettingsPage::general); },
                                        .shareFile = [this] { fileShare_.choose(); },
                                        .quit = environment_.terminate}),
         layoutDirection(language));
-    updateStatusItem();
 }
 
 void AppDelegate::updateStatusItem() {
@@ -417,9 +443,27 @@ void AppDelegate::applyOptions() {
 }
 
 void AppDelegate::refreshRuntime() {
+    refreshing_ = true;
     permissions_.refresh();
     loginItem_.refresh();
+    refreshing_ = false;
     checked_ = true;
+    lookAround();
+    runMonitor();
+    publishRuntime();
+    clipboard_.configure({.paused = model_.options().paused, .remote = surroundings_.screenSharingSuspended});
+    model_.refreshKeepAwake();
+    updateStatusItem();
+}
+
+void AppDelegate::lookAround() {
+    surroundings_.oldCopyRunning = !services_.workspace.runningApplications(environment_.legacyBundleID).empty();
+    const auto front = services_.workspace.frontmostApplication();
+    surroundings_.screenSharingSuspended = core::ScreenSharingPolicy::bypassKeyboardProcessing(
+        front ? front->bundleID : std::nullopt, model_.options().excludeScreenSharing);
+}
+
+void AppDelegate::runMonitor() {
     const bool wanted = environment_.keyboardAvailable && model_.options().shouldMonitor() &&
                         core::PermissionSetupPolicy::canStartKeyboardMonitor(permissions_.granted());
     if (!wanted) {
@@ -427,19 +471,17 @@ void AppDelegate::refreshRuntime() {
         direction_.cancelPending();
     } else if (!monitor_.isRunning()) {
         direction_.cancelPending();
-        static_cast<void>(monitor_.start()); // whether it runs is read below
+        static_cast<void>(monitor_.start()); // publishing reads whether it runs
     }
-    model_.refreshKeepAwake();
-    publishRuntime();
 }
 
 void AppDelegate::publishRuntime() {
     const auto facts = runtimeFacts();
-    clipboard_.configure({.paused = facts.options.paused, .remote = facts.screenSharingSuspended});
     const auto input = input_.current();
     auto runtime = model_.runtime();
     runtime.accessibilityGranted = permissions_.granted().contains(core::MacPermission::accessibility);
     runtime.inputMonitoringGranted = permissions_.granted().contains(core::MacPermission::inputMonitoring);
+    runtime.keyboardAvailable = facts.keyboardAvailable;
     runtime.monitorRunning = facts.monitorRunning;
     runtime.keyboardEventsObserved = monitor_.keyboardEventsObserved();
     runtime.screenSharingSuspended = facts.screenSharingSuspended;
@@ -447,22 +489,24 @@ void AppDelegate::publishRuntime() {
     runtime.inputName = input.name;
     runtime.runtimeStatus = statusRow(facts).text;
     model_.setRuntime(std::move(runtime));
-    updateStatusItem();
 }
 
 RuntimeFacts AppDelegate::runtimeFacts() const {
-    const auto front = services_.workspace.frontmostApplication();
-    const auto& options = model_.options();
     return {.desktop = services_.desktop,
-            .options = options,
-            .oldCopyRunning = !services_.workspace.runningApplications(environment_.legacyBundleID).empty(),
+            .options = model_.options(),
+            .oldCopyRunning = surroundings_.oldCopyRunning,
             .keyboardAvailable = environment_.keyboardAvailable,
             .canStartMonitor = core::PermissionSetupPolicy::canStartKeyboardMonitor(permissions_.granted()),
             .grantedPermissions = permissions_.granted().size(),
-            .screenSharingSuspended = core::ScreenSharingPolicy::bypassKeyboardProcessing(
-                front ? front->bundleID : std::nullopt, options.excludeScreenSharing),
+            .screenSharingSuspended = surroundings_.screenSharingSuspended,
             .monitorRunning = monitor_.isRunning(),
             .keepAwakeActive = model_.runtime().keepAwakeActive};
+}
+
+void AppDelegate::switchLanguage() {
+    direction_.cancelPending();
+    switcher_.switchToNext();
+    publishRuntime();
 }
 
 void AppDelegate::rememberTarget() {

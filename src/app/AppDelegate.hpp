@@ -66,28 +66,42 @@ public:
     [[nodiscard]] ClipboardPanel& clipboardPanel() { return clipboardPanel_; }
 
 private:
+    /// What a refresh has seen on the desktop.
+    struct Surroundings {
+        bool oldCopyRunning = false;
+        bool screenSharingSuspended = false;
+    };
+
+    void wireModel();
     void wireControllers();
     void observeWorkspace();
     void rebuildMenus();
     void updateStatusItem();
     [[nodiscard]] StatusMenuActions menuActions();
     void applyOptions();
+
+    /// Decides what runs, in this order: permissions and login item, what else is on the desktop, the keyboard monitor,
+    /// the model, the clipboard history, Keep Awake, the status item.
     void refreshRuntime();
-    void publishRuntime();
+    void lookAround();
+    void runMonitor();
+    void publishRuntime(); ///< to the model, between two refreshes too
     [[nodiscard]] RuntimeFacts runtimeFacts() const;
 
     void showSettings(core::SettingsPage page);
+    [[nodiscard]] bool isOwnTextBoxFocused() const;
     void showClipboard();
     void startCapture();
     void makeHistoryPanel();
-    void showPermissionsIfNeeded();
-    void notifyUnlessItemIsShown();
+    void showPermissionsIfNeeded(bool atLogin);
+    void notifyUnlessItemIsShown(bool atLogin);
     void requestNextPermissionIfNeeded();
     [[nodiscard]] SettingsServices settingsServices();
     void setFileManagerEntry(bool on);
     [[nodiscard]] PermissionGuideServices guideServices();
 
     void toggle(bool core::FeatureOptions::*option);
+    void switchLanguage();
     void rememberTarget();
     void reportCapture(const core::LocalizedText& text);
     [[nodiscard]] ControlReply capture();
@@ -114,6 +128,8 @@ private:
     LoginItemController loginItem_;
     AppUpdater updater_;
     bool wasPaused_; ///< when the options were applied last
+    Surroundings surroundings_;
+    bool refreshing_ = false; ///< the permissions and the login item are being read
 
     DirectionDeliveries directions_;
     std::optional<StatusMenuState> shownMenu_; ///< what the status item shows now; drawn anew only when it differs

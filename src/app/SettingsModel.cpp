@@ -62,6 +62,13 @@ void SettingsModel::setTestTargetID(std::string bundleID) {
     }
 }
 
+void SettingsModel::setTestText(std::string text) {
+    if (text != testText_) {
+        testText_ = std::move(text);
+        emit changed();
+    }
+}
+
 void SettingsModel::setPage(core::SettingsPage page) {
     if (page != page_) {
         page_ = page;
@@ -80,8 +87,8 @@ bool SettingsModel::canTestDirection() const {
 }
 
 bool SettingsModel::needsRelaunch() const {
-    return core::PermissionSetupPolicy::canStartKeyboardMonitor(granted()) && options_.shouldMonitor() &&
-           !(runtime_.monitorRunning && runtime_.keyboardEventsObserved);
+    return runtime_.keyboardAvailable && core::PermissionSetupPolicy::canStartKeyboardMonitor(granted()) &&
+           options_.shouldMonitor() && !(runtime_.monitorRunning && runtime_.keyboardEventsObserved);
 }
 
 std::set<core::MacPermission> SettingsModel::granted() const {

@@ -29,6 +29,7 @@ public:
     struct Runtime {
         bool accessibilityGranted = false;
         bool inputMonitoringGranted = false;
+        bool keyboardAvailable = true; ///< false where the desktop lets nobody observe the keyboard
         bool monitorRunning = false;
         bool keyboardEventsObserved = false; ///< a key event has arrived since the monitor started
         bool screenSharingSuspended = false;
@@ -80,6 +81,11 @@ public:
 
     void setTestTargetID(std::string bundleID);
 
+    /// What stands in the text box of the testing page.
+    [[nodiscard]] const std::string& testText() const { return testText_; }
+
+    void setTestText(std::string text);
+
     /// The page that the settings window shows.
     [[nodiscard]] core::SettingsPage page() const { return page_; }
 
@@ -91,14 +97,21 @@ public:
     /// A direction command would reach the application in front.
     [[nodiscard]] bool canTestDirection() const;
 
-    /// The grants are there and the monitor is wanted, yet it does not run or hears nothing: the process has to start
-    /// anew for the grants to take effect.
+    /// The grants are there and the monitor is wanted, yet it does not run or has heard nothing: the process has to be
+    /// restarted for the grants to take effect. Never where no process can observe the keyboard.
     [[nodiscard]] bool needsRelaunch() const;
 
-    /// Called after the options were saved; set by the application delegate.
-    std::function<void()> optionsChanged;
+    // Handlers, set by the application delegate. The three that open a page of the system's settings are absent where
+    // the desktop has no such page.
 
-    /// Turns the paragraph at the cursor of the test target; set by the application delegate.
+    std::function<void()> openAccessibility;   ///< where the Accessibility permission is granted
+    std::function<void()> openInputMonitoring; ///< where the Input Monitoring permission is granted
+    std::function<void()> openKeyboard;        ///< where input sources are chosen
+    std::function<void()> optionsChanged;      ///< called after the options were saved
+    std::function<void()> refresh;             ///< reads the runtime state again
+    std::function<void()> switchLanguage;      ///< selects the next input source
+
+    /// Turns the paragraph at the cursor of the test target.
     std::function<void(core::WritingDirection)> testDirection;
 
 signals:
@@ -115,6 +128,7 @@ private:
     core::LocalizedText lastAction_;
     std::optional<Offer> offer_;
     std::string testTargetID_;
+    std::string testText_;
     core::SettingsPage page_ = core::SettingsPage::general;
 };
 

@@ -33,6 +33,7 @@ PermissionsPage::PermissionsPage(const SettingsServices& services) : SettingsPag
                   texts::inputMonitoringPurpose);
     addPermission(card, MacPermission::accessibility, "figure.stand", texts::accessibility,
                   texts::accessibilityPurpose);
+    addKeyboardCheck(card);
 
     auto* feedback = textLabel();
     feedback->setObjectName(QStringLiteral("feedback"));
@@ -66,11 +67,14 @@ void PermissionsPage::addPermission(Card& card, MacPermission permission, const 
         request->setVisible(!isGranted());
         request->setEnabled(permissions.isInstalled() && !permissions.isRequesting());
     });
-    auto* settings = button(texts::openSystemSettings.on(services().desktop),
-                            [&permissions, permission] { permissions.openSettings(permission); });
-    bindVisible(settings, [&permissions, permission] {
-        return permissions.isGrantedInSettings() || permission == MacPermission::accessibility;
+    const auto& openSettings = permission == MacPermission::accessibility ? services().model.openAccessibility
+                                                                          : services().model.openInputMonitoring;
+    auto* settings = button(texts::openSystemSettings.on(services().desktop), [&openSettings] {
+        if (openSettings) {
+            openSettings();
+        }
     });
+    bindVisible(settings, [&openSettings] { return openSettings != nullptr; });
     auto* column = new QWidget;
     auto* layout = new QVBoxLayout(column);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -90,7 +94,7 @@ void PermissionsPage::addHelp() {
         [] { return texts::relaunchExplanation; });
     relaunch.setObjectName(QStringLiteral("relaunch"));
     relaunch.setControl(button(texts::relaunchQuillane, [&permissions] { permissions.restart(); }));
-    bindVisible(&relaunch, [&model] { return model.needsRelaunch() && !model.runtime().monitorRunning; });
+    bindVisible(&relaunch, [&model] { return model.needsRelaunch(); });
     auto& path = addRow(
         card, "folder", [] { return texts::notInTheList; },
         [&permissions]() -> core::LocalizedText {
@@ -99,9 +103,7 @@ void PermissionsPage::addHelp() {
     path.setObjectName(QStringLiteral("path"));
     path.setControl(button(texts::copyAppPath, [&permissions] { permissions.copyPath(); }));
     bindVisible(&path, [&permissions] { return permissions.isGrantedInSettings(); });
-    bindVisible(&card, [&permissions, &model] {
-        return permissions.isGrantedInSettings() || (model.needsRelaunch() && !model.runtime().monitorRunning);
-    });
+    bindVisible(&card, [&permissions, &model] { return permissions.isGrantedInSettings() || model.needsRelaunch(); });
 }
 
 } // namespace quillane

@@ -3,6 +3,7 @@
 
 #include "settings/SettingsPageView.hpp"
 
+#include "core/localization/Texts.hpp"
 #include "settings/Card.hpp"
 #include "settings/FeatureRow.hpp"
 #include "settings/SwitchButton.hpp"
@@ -100,6 +101,25 @@ FeatureRow& SettingsPageView::addRow(Card& card, const std::string& symbol, cons
     });
     card.addRow(row);
     return *row;
+}
+
+FeatureRow& SettingsPageView::addKeyboardCheck(Card& card) {
+    namespace texts = core::texts;
+    auto& engine = addRow(
+        card, "checkmark.circle", [] { return texts::keyboardEngine; },
+        [&model = services_.model]() -> core::LocalizedText {
+            const auto& runtime = model.runtime();
+            if (!runtime.monitorRunning) {
+                return model.options().shouldMonitor() && runtime.accessibilityGranted ? texts::engineNotRunning
+                                                                                       : texts::waitingForKeyboardCheck;
+            }
+            return runtime.keyboardEventsObserved ? texts::keyboardInputReceived : texts::engineRunningPressShift;
+        },
+        [&model = services_.model] {
+            return model.runtime().monitorRunning && model.runtime().keyboardEventsObserved;
+        });
+    engine.setObjectName(QStringLiteral("engine"));
+    return engine;
 }
 
 QPushButton* SettingsPageView::button(const core::LocalizedText& text, std::function<void()> action) {

@@ -62,6 +62,9 @@ protected:
     FeatureRow& addRow(Card& card, const std::string& symbol, const Text& title, const Text& explanation = {},
                        std::function<bool()> highlighted = {});
 
+    /// A row that says whether the keyboard monitor runs and hears the keyboard.
+    FeatureRow& addKeyboardCheck(Card& card);
+
     /// A button with a text.
     [[nodiscard]] QPushButton* button(const core::LocalizedText& text, std::function<void()> action);
 

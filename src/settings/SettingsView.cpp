@@ -92,7 +92,7 @@ void SettingsView::refresh() {
     currentPage().refresh();
 }
 
-SettingsPageView& SettingsView::currentPage() {
+SettingsPageView& SettingsView::currentPage() const {
     return *pages_.at(static_cast<std::size_t>(stack_->currentIndex()));
 }
 
@@ -133,9 +133,15 @@ SettingsPageView* SettingsView::makePage(core::SettingsPage page) const {
     return new UpdatesPage(services_);
 }
 
-bool SettingsView::apply(core::WritingDirection direction) {
-    auto* testing = dynamic_cast<TestingPage*>(&currentPage());
-    return testing != nullptr && testing->apply(direction);
+bool SettingsView::isTextBoxFocused() const {
+    const auto* testing = dynamic_cast<const TestingPage*>(&currentPage());
+    return testing != nullptr && testing->isTextBoxFocused();
+}
+
+void SettingsView::apply(core::WritingDirection direction) {
+    if (auto* testing = dynamic_cast<TestingPage*>(&currentPage())) {
+        testing->apply(direction);
+    }
 }
 
 bool SettingsView::eventFilter(QObject* watched, QEvent* event) {

@@ -37,10 +37,13 @@ public:
     void redraw();
     void refreshIfStale();
 
-    /// Turns a paragraph of the testing page; false when its text box does not have the keys.
-    bool apply(core::WritingDirection direction);
+    /// The testing page is shown and its text box has the focus.
+    [[nodiscard]] bool isTextBoxFocused() const;
 
-    [[nodiscard]] SettingsPageView& currentPage();
+    /// Turns the paragraph at the cursor of that text box, while the testing page is shown.
+    void apply(core::WritingDirection direction);
+
+    [[nodiscard]] SettingsPageView& currentPage() const;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -94,8 +94,12 @@ bool SettingsWindow::showsPermissions() const {
     return isVisible() && services_.model.page() == core::SettingsPage::permissions;
 }
 
-bool SettingsWindow::apply(core::WritingDirection direction) {
-    return isActiveWindow() && view_->apply(direction);
+bool SettingsWindow::isTextBoxFocused() const {
+    return isActiveWindow() && view_->isTextBoxFocused();
+}
+
+void SettingsWindow::apply(core::WritingDirection direction) {
+    view_->apply(direction);
 }
 
 void SettingsWindow::closeEvent(QCloseEvent* event) {
@@ -125,9 +129,8 @@ void SettingsWindow::frameHasChanged() {
 
 void SettingsWindow::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
-        services_.loginItem.refresh(); // the user may come from the system's settings
-        services_.permissions.refresh();
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && services_.model.refresh) {
+        services_.model.refresh(); // the user may come from the system's settings
     }
 }
 

@@ -38,8 +38,11 @@ public:
     /// The permissions page is what the user can see.
     [[nodiscard]] bool showsPermissions() const;
 
-    /// Turns a paragraph of the testing page; false when its text box does not have the keys.
-    bool apply(core::WritingDirection direction);
+    /// The window is in front and the text box of the testing page has the focus.
+    [[nodiscard]] bool isTextBoxFocused() const;
+
+    /// Turns the paragraph at the cursor of that text box.
+    void apply(core::WritingDirection direction);
 
     [[nodiscard]] SettingsView& view() { return *view_; }
 

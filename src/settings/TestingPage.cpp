@@ -33,6 +33,7 @@ TestingPage::TestingPage(const SettingsServices& services) : SettingsPageView(se
 }
 
 void TestingPage::addTryOut() {
+    auto& model = services().model;
     auto& card = addCard(texts::tryDirectionShortcuts);
     auto* column = new QVBoxLayout;
     column->setSpacing(8);
@@ -41,10 +42,15 @@ void TestingPage::addTryOut() {
     box_->setTabChangesFocus(true);
     box_->setMinimumHeight(box_->fontMetrics().height() * 4);
     box_->setMaximumHeight(box_->fontMetrics().height() * 8);
-    bind([this](core::AppLanguage language) {
+    bind([this, &model](core::AppLanguage language) {
         box_->setPlaceholderText(rendered(texts::typeHere, language));
         box_->setAccessibleName(rendered(texts::tryDirectionShortcuts, language));
+        if (const auto text = QString::fromStdString(model.testText()); text != box_->toPlainText()) {
+            box_->setPlainText(text);
+        }
     });
+    connect(box_, &QTextEdit::textChanged, this,
+            [this, &model] { model.setTestText(box_->toPlainText().toStdString()); });
     auto* explanation = scaledLabel(0.9, false, "secondary");
     bindText(explanation, [desktop = services().desktop] { return texts::directionChords.on(desktop); });
     column->addWidget(box_);
@@ -97,10 +103,54 @@ void TestingPage::addTarget() {
     card.addRow(cardRow(buttons));
 }
 
+void TestingPage::addInputSource(Card& card) {
+    auto& model = services().model;
+    auto& row = addRow(
+        card, "globe", [] { return texts::currentInputSource; },
+        [&model]() -> core::LocalizedText {
+            const auto& runtime = model.runtime();
+            if (runtime.inputName.empty()) {
+                return texts::unknownInputSource;
+            }
+            return runtime.inputIsRTL ? texts::rightToLeftInputSource(runtime.inputName)
+                                      : texts::leftToRightInputSource(runtime.inputName);
+        });
+    row.setObjectName(QStringLiteral("inputSource"));
+    auto* column = new QVBoxLayout;
+    const auto add = [&](const core::LocalizedText& text, const std::function<void()>& handler) {
+        auto* made = button(text, [&handler] {
+            if (handler) {
+                handler();
+            }
+        });
+        bindVisible(made, [&handler] { return handler != nullptr; });
+        column->addWidget(made);
+    };
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(6);
+    add(texts::nextInputSource, model.switchLanguage);
+    add(texts::openKeyboardSettings, model.openKeyboard);
+    auto* buttons = new QWidget;
+    buttons->setLayout(column);
+    row.setControl(buttons);
+}
+
 void TestingPage::addCheck() {
     auto& model = services().model;
     auto& permissions = services().permissions;
     auto& card = addCard(texts::keyboardCheck);
+    addRow(
+        card, "checkmark.circle",
+        [&model]() -> core::LocalizedText { return model.isReady() ? texts::readyToUse : texts::notReady; },
+        [&model, &permissions]() -> core::LocalizedText {
+            const auto granted = permissions.granted().size();
+            const bool isMissing = granted < core::allPermissions.size();
+            return isMissing && !model.isReady() && !model.options().paused
+                       ? texts::permissionsApproved(std::to_string(granted))
+                       : model.runtime().runtimeStatus;
+        },
+        [&model] { return model.isReady(); })
+        .setObjectName(QStringLiteral("readiness"));
     const auto permission = [&](MacPermission kind, const std::string& symbol, const core::LocalizedText& title) {
         const auto granted = [&permissions, kind] { return permissions.granted().contains(kind); };
         addRow(
@@ -112,25 +162,8 @@ void TestingPage::addCheck() {
     };
     permission(MacPermission::inputMonitoring, "keyboard", texts::inputMonitoring);
     permission(MacPermission::accessibility, "figure.stand", texts::accessibility);
-    auto& engine = addRow(
-        card, "checkmark.circle", [] { return texts::keyboardEngine; },
-        [&model]() -> core::LocalizedText {
-            const auto& runtime = model.runtime();
-            if (!runtime.monitorRunning) {
-                return model.options().shouldMonitor() && model.runtime().accessibilityGranted
-                           ? texts::engineNotRunning
-                           : texts::waitingForKeyboardCheck;
-            }
-            return runtime.keyboardEventsObserved ? texts::keyboardInputReceived : texts::engineRunningPressShift;
-        },
-        [&model] { return model.runtime().monitorRunning && model.runtime().keyboardEventsObserved; });
-    engine.setObjectName(QStringLiteral("engine"));
-    addRow(
-        card, "globe", [] { return texts::currentInputSource; },
-        [&model]() -> core::LocalizedText {
-            const auto& name = model.runtime().inputName;
-            return name.empty() ? core::LocalizedText(texts::unknownInputSource) : core::LocalizedText(name);
-        });
+    addKeyboardCheck(card);
+    addInputSource(card);
     auto& last = addRow(
         card, "clock", [] { return texts::lastAction; },
         [&model]() -> core::LocalizedText {
@@ -150,15 +183,15 @@ void TestingPage::addCheck() {
     last.setControl(offer);
 }
 
-bool TestingPage::apply(core::WritingDirection direction) {
-    if (!box_->hasFocus()) {
-        return false;
-    }
+bool TestingPage::isTextBoxFocused() const {
+    return box_->hasFocus();
+}
+
+void TestingPage::apply(core::WritingDirection direction) {
     auto cursor = box_->textCursor();
     QTextBlockFormat format;
     format.setLayoutDirection(direction == core::WritingDirection::rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
     cursor.mergeBlockFormat(format);
-    return true;
 }
 
 } // namespace quillane

@@ -17,11 +17,14 @@ class TestingPage : public SettingsPageView {
 public:
     explicit TestingPage(const SettingsServices& services);
 
-    /// Turns the paragraph at the cursor, when the text box has the keys. False when it does not have them.
-    bool apply(core::WritingDirection direction);
+    [[nodiscard]] bool isTextBoxFocused() const;
+
+    /// Turns the paragraph at the cursor of the text box.
+    void apply(core::WritingDirection direction);
 
 private:
     void addCheck();
+    void addInputSource(Card& card);
     void addTryOut();
     void addTarget();
 

@@ -10,6 +10,7 @@
 #include "fakes/TemporaryFiles.hpp"
 
 #include <QApplication>
+#include <QTextEdit>
 
 #include <gtest/gtest.h>
 
@@ -67,6 +68,23 @@ protected:
                                                   .location = {"/Applications/Quillane.app", true}});
         delegate->applicationDidFinishLaunching();
         return *delegate;
+    }
+
+    /// As a user does who opens the testing page and clicks into its text box.
+    QTextEdit& focusTestingBox() {
+        click("Quick test");
+        auto* box = settingsWindow()->findChild<QTextEdit*>(QStringLiteral("box"));
+        box->setFocus();
+        settleWindows();
+        return *box;
+    }
+
+    /// Lets windows be shown and activated.
+    void settleWindows() {
+        for (int round = 0; round < 10; ++round) {
+            QApplication::processEvents();
+            desktop.settle();
+        }
     }
 
     void click(std::string_view title) { desktop.statusItem.click(title); }

@@ -254,6 +254,46 @@ TEST_F(AppDelegateTests, AfterARelaunchForPermissionsTheirPageIsShown) {
     EXPECT_EQ(model->page(), core::SettingsPage::permissions);
 }
 
+TEST_F(AppDelegateTests, TheModelsHandlersReachTheDesktop) {
+    launch();
+    model->switchLanguage();
+    EXPECT_EQ(desktop.inputSources.current(), fakes::hebrew());
+    EXPECT_TRUE(model->runtime().inputIsRTL);
+    model->openAccessibility();
+    model->openInputMonitoring();
+    EXPECT_EQ(desktop.permissions.opened(),
+              (std::vector{MacPermission::accessibility, MacPermission::inputMonitoring}));
+    model->openKeyboard();
+    EXPECT_EQ(desktop.inputSources.openings, 1);
+    desktop.permissions.revoke(MacPermission::accessibility);
+    model->refresh();
+    EXPECT_FALSE(desktop.tap.exists());
+}
+
+TEST_F(AppDelegateTests, PagesThatTheSystemsSettingsLackAreNotOffered) {
+    desktop.permissions.removeSettings(MacPermission::inputMonitoring);
+    desktop.inputSources.settings = false;
+    launch();
+    EXPECT_TRUE(model->openAccessibility);
+    EXPECT_FALSE(model->openInputMonitoring);
+    EXPECT_FALSE(model->openKeyboard);
+}
+
+TEST_F(AppDelegateTests, AGrantStartsTheMonitorAsSoonAsItIsSeen) {
+    desktop.withPermissions({MacPermission::inputMonitoring});
+    desktop.permissions.grantOnRequest();
+    launch();
+    click("Permissions");
+    settleWindows();
+    EXPECT_TRUE(desktop.permissions.requests().empty()) << "it takes a click";
+    const auto buttons = settingsWindow()->findChildren<QPushButton*>();
+    const auto request = std::ranges::find_if(
+        buttons, [](const auto* button) { return button->isVisible() && button->text() == "Request permission"; });
+    ASSERT_NE(request, buttons.end());
+    (*request)->click();
+    EXPECT_TRUE(desktop.tap.isEnabled());
+}
+
 TEST_F(AppDelegateTests, WakingMakesAFreshTap) {
     launch();
     const auto starts = desktop.tap.startCount();
@@ -345,6 +385,23 @@ TEST_F(AppDelegateTests, StatusAsJsonCarriesTheRuntimeFacts) {
     EXPECT_EQ(json["status"], "Shortcuts are active");
     EXPECT_EQ(json["lastAction"], "Keyboard language: " + fakes::hebrew().localizedName);
     EXPECT_EQ(json["lastDirection"]["count"], 0);
+}
+
+TEST_F(AppDelegateTests, StatusIsInEnglishWithTheShownTextBesideIt) {
+    launch();
+    preferences->choose(AppLanguage::hebrew);
+    desktop.withFrontApplication("com.apple.TextEdit");
+    releaseLanguageChord();
+    const auto hebrew = [](const core::LocalizedText& text) { return text.rendered(AppLanguage::hebrew); };
+    const auto json = nlohmann::json::parse(delegate->handleControlRequest({"status", {"--json"}}).text);
+    EXPECT_EQ(json["status"], "Shortcuts are active");
+    EXPECT_EQ(json["shownStatus"], hebrew(core::texts::shortcutsActive));
+    EXPECT_EQ(json["lastAction"], "Keyboard language: " + fakes::hebrew().localizedName);
+    EXPECT_EQ(json["shownLastAction"], hebrew(core::texts::keyboardLanguage(fakes::hebrew().localizedName)));
+    EXPECT_EQ(json["clipboard"]["status"], "Clipboard history is off");
+    EXPECT_EQ(json["clipboard"]["shownStatus"], hebrew(core::texts::clipboardHistoryOff));
+    EXPECT_EQ(delegate->handleControlRequest({"status", {}}).text,
+              "Quillane 1.2\nShortcuts are active\nKeyboard language: " + fakes::hebrew().localizedName);
 }
 
 TEST_F(AppDelegateTests, StatusForPeopleIsShort) {

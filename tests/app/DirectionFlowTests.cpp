@@ -3,6 +3,8 @@
 
 #include "app/AppDelegateTest.hpp"
 
+#include <QTextBlock>
+
 namespace quillane {
 namespace {
 
@@ -155,6 +157,47 @@ TEST_F(DirectionFlow, TheTestGoesToTheLastSupportedApplication) {
     model->setOptions(options);
     model->testDirection(core::WritingDirection::rightToLeft);
     EXPECT_EQ(lastStatus(), "Enable the direction feature and grant the required permissions");
+}
+
+[[nodiscard]] Qt::LayoutDirection directionOf(const QTextEdit& box, int paragraph) {
+    return box.document()->findBlockByNumber(paragraph).blockFormat().layoutDirection();
+}
+
+TEST_F(DirectionFlow, AChordTurnsTheParagraphOfTheProgramsOwnTextBox) {
+    launch();
+    desktop.withFrontApplication("com.quillane.app");
+    auto& box = focusTestingBox();
+    box.setPlainText("one\ntwo");
+    chord();
+    EXPECT_EQ(directionOf(box, 0), Qt::RightToLeft);
+    EXPECT_NE(directionOf(box, 1), Qt::RightToLeft);
+    desktop.press(Modifier::leftControl).press(Modifier::leftShift).releaseAll().settle();
+    EXPECT_EQ(directionOf(box, 0), Qt::LeftToRight);
+    EXPECT_FALSE(lastStatus()) << "no adapter is asked";
+}
+
+TEST_F(DirectionFlow, AChordDoesNothingElsewhereInTheProgramsOwnWindows) {
+    launch();
+    desktop.withFrontApplication("com.quillane.app");
+    auto& box = focusTestingBox();
+    box.setPlainText("one");
+    box.clearFocus();
+    chord();
+    EXPECT_NE(directionOf(box, 0), Qt::RightToLeft);
+    box.setFocus();
+    click("Permissions"); // the box is no longer shown
+    settleWindows();
+    chord();
+    EXPECT_NE(directionOf(box, 0), Qt::RightToLeft);
+}
+
+TEST_F(DirectionFlow, AChordReachesTheTextBoxOnlyWhileTheOptionIsOn) {
+    launch();
+    desktop.withFrontApplication("com.quillane.app");
+    auto& box = focusTestingBox();
+    click("Paragraph direction shortcuts");
+    chord();
+    EXPECT_NE(directionOf(box, 0), Qt::RightToLeft);
 }
 
 } // namespace

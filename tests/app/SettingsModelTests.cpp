@@ -57,6 +57,13 @@ TEST_F(SettingsModelTests, OptionsAreSavedBeforeTheHandlerHearsOfThem) {
     EXPECT_EQ(changes, 1);
 }
 
+TEST_F(SettingsModelTests, ATestTextIsAnnouncedWhenItChanges) {
+    model.setTestText("a");
+    model.setTestText("a");
+    EXPECT_EQ(model.testText(), "a");
+    EXPECT_EQ(changes, 1);
+}
+
 TEST_F(SettingsModelTests, StoredOptionsAreReadAtStart) {
     defaults.setObject("ShiftEnglishEnabled", false);
     EXPECT_FALSE(SettingsModel(defaults, sleepAssertions).options().shiftEnglish);

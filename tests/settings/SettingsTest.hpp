@@ -26,6 +26,14 @@ protected:
     /// On a screen that shows the longest page as a whole, or on one of another size.
     explicit SettingsTest(const QSize& screen = {1600, 4000}) : application_(screen) {
         preferences.choose(core::AppLanguage::english);
+        model.refresh = [this] {
+            permissions.refresh();
+            loginItem.refresh();
+        };
+        model.switchLanguage = [] {};
+        model.openAccessibility = [this] { permissions.openSettings(core::MacPermission::accessibility); };
+        model.openInputMonitoring = [this] { permissions.openSettings(core::MacPermission::inputMonitoring); };
+        model.openKeyboard = [this] { desktop.inputSources.openSettings(); };
         desktop.applicationCatalog.applications = {{"com.example.mail", "Mail"},
                                                    {"com.example.editor", "Editor", true}};
     }

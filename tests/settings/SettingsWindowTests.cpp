@@ -199,6 +199,110 @@ TEST_F(SettingsWindowTests, PermissionsAreShownAndAskedFor) {
     EXPECT_THROW(static_cast<void>(buttonNamed("Request permission")), std::logic_error);
 }
 
+TEST_F(SettingsWindowTests, TheRelaunchIsOfferedUntilTheMonitorHasHeardTheKeyboard) {
+    desktop.withPermissions({core::MacPermission::accessibility});
+    permissions.refresh();
+    auto runtime = model.runtime();
+    runtime.accessibilityGranted = true;
+    model.setRuntime(runtime);
+    present(SettingsPage::permissions);
+    const auto& row = find<QWidget>("relaunch");
+    EXPECT_TRUE(row.isVisible());
+    runtime.monitorRunning = true;
+    model.setRuntime(runtime);
+    EXPECT_TRUE(row.isVisible()) << "it runs and has heard nothing";
+    runtime.keyboardEventsObserved = true;
+    model.setRuntime(runtime);
+    EXPECT_FALSE(row.isVisible());
+    runtime.monitorRunning = runtime.keyboardEventsObserved = runtime.keyboardAvailable = false;
+    model.setRuntime(runtime);
+    EXPECT_FALSE(row.isVisible()) << "no process can observe the keyboard here";
+}
+
+TEST_F(SettingsWindowTests, TheKeyboardCheckIsOnBothPages) {
+    for (const auto page : {SettingsPage::permissions, SettingsPage::testing}) {
+        auto runtime = model.runtime();
+        runtime.monitorRunning = runtime.keyboardEventsObserved = false;
+        model.setRuntime(runtime);
+        present(page);
+        EXPECT_TRUE(shows("Waiting for a keyboard check"));
+        runtime.monitorRunning = true;
+        model.setRuntime(runtime);
+        EXPECT_TRUE(shows("The engine is running. Press and release Shift to verify that keyboard input is being "
+                          "received."));
+        runtime.keyboardEventsObserved = true;
+        model.setRuntime(runtime);
+        EXPECT_TRUE(shows("Keyboard input is being received"));
+    }
+}
+
+TEST_F(SettingsWindowTests, SystemSettingsAreOfferedWhereTheyHaveThePage) {
+    model.openInputMonitoring = nullptr;
+    present(SettingsPage::permissions);
+    buttonNamed("Open System Settings").click();
+    EXPECT_EQ(desktop.permissions.opened(), std::vector{core::MacPermission::accessibility});
+    model.openAccessibility = nullptr;
+    window().view().refresh();
+    EXPECT_THROW(static_cast<void>(buttonNamed("Open System Settings")), std::logic_error);
+}
+
+TEST_F(SettingsWindowTests, TheInputSourceIsShownWithItsDirectionAndSwitched) {
+    int switches = 0;
+    model.switchLanguage = [&] { ++switches; };
+    auto runtime = model.runtime();
+    runtime.inputName = "Hebrew";
+    runtime.inputIsRTL = true;
+    model.setRuntime(runtime);
+    present(SettingsPage::testing);
+    EXPECT_TRUE(shows("Hebrew (right to left)"));
+    runtime.inputName = "U.S.";
+    runtime.inputIsRTL = false;
+    model.setRuntime(runtime);
+    EXPECT_TRUE(shows("U.S. (left to right)"));
+    buttonNamed("Next input source").click();
+    EXPECT_EQ(switches, 1);
+    buttonNamed("Open keyboard settings").click();
+    EXPECT_EQ(desktop.inputSources.openings, 1);
+    model.openKeyboard = nullptr;
+    window().view().refresh();
+    EXPECT_THROW(static_cast<void>(buttonNamed("Open keyboard settings")), std::logic_error);
+}
+
+TEST_F(SettingsWindowTests, WhetherEverythingIsReadyIsShownWithWhatIsMissing) {
+    permissions.refresh();
+    auto runtime = model.runtime();
+    runtime.accessibilityGranted = runtime.inputMonitoringGranted = true;
+    runtime.runtimeStatus = core::texts::shortcutsActive;
+    model.setRuntime(runtime);
+    present(SettingsPage::testing);
+    EXPECT_TRUE(shows("Ready to use"));
+    EXPECT_TRUE(shows("Shortcuts are active"));
+    desktop.permissions.revoke(core::MacPermission::inputMonitoring);
+    permissions.refresh();
+    runtime.inputMonitoringGranted = false;
+    model.setRuntime(runtime);
+    EXPECT_TRUE(shows("Not ready"));
+    EXPECT_TRUE(shows("Permissions approved: 1 of 2"));
+}
+
+TEST_F(SettingsWindowTests, TheTextOfTheTestingPageIsTheModels) {
+    model.setTestText("one\nשתיים");
+    present(SettingsPage::testing);
+    auto& box = find<QTextEdit>("box");
+    EXPECT_EQ(box.toPlainText(), "one\nשתיים");
+    box.moveCursor(QTextCursor::End);
+    QTest::keyClicks(&box, "!");
+    EXPECT_EQ(model.testText(), "one\nשתיים!");
+    EXPECT_EQ(box.textCursor().position(), 10) << "the cursor stays where it was typed at";
+}
+
+TEST_F(SettingsWindowTests, ComingBackToTheWindowRefreshes) {
+    int refreshes = 0;
+    model.refresh = [&] { ++refreshes; };
+    present(SettingsPage::general);
+    EXPECT_EQ(refreshes, 1);
+}
+
 TEST_F(SettingsWindowTests, ClipboardOptionsAreBoundBothWays) {
     present(SettingsPage::clipboard);
     switchNamed("Clipboard history").click();
@@ -408,13 +512,16 @@ TEST_F(SettingsWindowTests, ClearingAsksFirstAndMayKeepThePins) {
 TEST_F(SettingsWindowTests, ADirectionChordTurnsTheParagraphOfTheTextBox) {
     present(SettingsPage::testing);
     auto& box = find<QTextEdit>("box");
-    EXPECT_FALSE(window().view().apply(core::WritingDirection::rightToLeft));
+    EXPECT_FALSE(window().isTextBoxFocused());
     box.setPlainText("one\ntwo");
     box.setFocus();
-    QApplication::processEvents();
-    EXPECT_TRUE(window().view().apply(core::WritingDirection::rightToLeft));
+    settle();
+    EXPECT_TRUE(window().isTextBoxFocused());
+    window().apply(core::WritingDirection::rightToLeft);
     EXPECT_EQ(box.document()->begin().blockFormat().layoutDirection(), Qt::RightToLeft);
     EXPECT_NE(box.document()->begin().next().blockFormat().layoutDirection(), Qt::RightToLeft);
+    present(SettingsPage::general);
+    EXPECT_FALSE(window().isTextBoxFocused());
 }
 
 TEST_F(SettingsWindowTests, WhileACheckRunsTheButtonIsDisabled) {
