@@ -11,6 +11,7 @@
 #include "platform/common/ControlSocket.hpp"
 #include "platform/common/CurlUrlSessions.hpp"
 #include "platform/common/TerminationSignals.hpp"
+#include "platform/common/ThreadFileExaminer.hpp"
 
 #include <QApplication>
 #include <QDir>
@@ -95,7 +96,7 @@ int shareFiles(int argc, char** argv, const CommandLine::ShareFiles& call) {
     return tell(reply);
 }
 
-AppServices services(const Platform& platform, CurlUrlSessions& urlSessions) {
+AppServices services(const Platform& platform, CurlUrlSessions& urlSessions, ThreadFileExaminer& fileExaminer) {
     return {.desktop = platform.desktop,
             .mainQueue = *platform.mainQueue,
             .userDefaults = *platform.userDefaults,
@@ -122,6 +123,7 @@ AppServices services(const Platform& platform, CurlUrlSessions& urlSessions) {
             .systemSymbols = *platform.systemSymbols,
             .servicesMenu = *platform.servicesMenu,
             .urlSessions = urlSessions.factory(),
+            .fileExaminer = fileExaminer.examiner(),
             .launcher = *platform.launcher,
             .loginItem = *platform.loginItem,
             .updater = platform.updater.get()};
@@ -159,8 +161,9 @@ int runAgent(int argc, char** argv, const CommandLine::RunAgent& call) {
     core::AppPreferences preferences(*platform->userDefaults);
     SettingsModel model(*platform->userDefaults, *platform->sleepAssertions);
     CurlUrlSessions urlSessions(*platform->mainQueue, platform->proxySettings);
+    ThreadFileExaminer fileExaminer(*platform->mainQueue);
     AppDelegate delegate(
-        services(*platform, urlSessions), preferences, model,
+        services(*platform, urlSessions, fileExaminer), preferences, model,
         {.version = QUILLANE_VERSION,
          .keyboardAvailable = !platform->keyboardUnavailableReason,
          .legacyBundleID = std::string(core::InstallationMigration::legacyBundleID),

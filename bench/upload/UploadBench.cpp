@@ -11,6 +11,7 @@
 #include "fakes/FakeProxySettings.hpp"
 #include "platform/common/CurlUrlSessions.hpp"
 #include "platform/common/QtMainQueue.hpp"
+#include "platform/common/ThreadFileExaminer.hpp"
 #include "servers/NginxServer.hpp"
 #include "upload/SinkServer.hpp"
 #include "upload/WindowBench.hpp"
@@ -86,13 +87,14 @@ int upload(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     QtMainQueue queue;
     CurlUrlSessions sessions(queue, std::make_shared<fakes::FakeProxySettings>());
+    ThreadFileExaminer examiner(queue);
     core::UrlSessionConfiguration configuration;
     if (argc > 4) {
         configuration.certificateAuthorities = argv[4];
     }
     std::ofstream("/proc/self/clear_refs") << 5; // starts the peak anew (proc(5))
     const long idle = processMemory("VmRSS:");
-    core::FileShareUpload transfer(sessions.factory());
+    core::FileShareUpload transfer(sessions.factory(), examiner.examiner());
     int exitCode = 1;
     const auto begin = Clock::now();
     transfer.start(core::Url::fromFilePath(argv[3]), core::FileShareServer::validating(argv[2]).value(), configuration,

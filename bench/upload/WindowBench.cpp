@@ -11,6 +11,7 @@
 #include "fileshare/FileShareWindow.hpp"
 #include "platform/common/CurlUrlSessions.hpp"
 #include "platform/common/QtMainQueue.hpp"
+#include "platform/common/ThreadFileExaminer.hpp"
 
 #include <QApplication>
 
@@ -56,6 +57,7 @@ int uploadInWindow(int argc, char** argv, const std::string& address, const std:
     const QApplication application(argc, argv);
     QtMainQueue queue;
     CurlUrlSessions sessions(queue, std::make_shared<fakes::FakeProxySettings>());
+    ThreadFileExaminer examiner(queue);
     fakes::FakeUserDefaults defaults;
     core::FileShareServer::validating(address).value().save(defaults);
     core::AppPreferences preferences(defaults);
@@ -68,6 +70,8 @@ int uploadInWindow(int argc, char** argv, const std::string& address, const std:
                                      .filePanel = panel,
                                      .windowTraits = traits,
                                      .sessions = sessions.factory(),
+                                     .examiner = examiner.examiner(),
+                                     .chooseServer = [] {},
                                      .symbol = [](const std::string&, const QColor&) { return QIcon(); }};
     FileShareWindow window(core::Url::fromFilePath(file), services);
     window.show();

@@ -11,6 +11,7 @@
 #include "core/localization/Texts.hpp"
 #include "core/permissions/PermissionSetupPolicy.hpp"
 #include "permissions/PermissionDragGuideView.hpp"
+#include "settings/SettingsView.hpp"
 
 #include <QColor>
 #include <QGuiApplication>
@@ -34,7 +35,8 @@ constexpr auto beforeShowingPermissions = 500ms;
 constexpr auto untilItemIsShown = 3s;
 constexpr auto untilItemIsShownAtLogin = 60s;
 
-FileShareServices fileShareServices(const AppServices& services, core::AppPreferences& preferences) {
+FileShareServices fileShareServices(const AppServices& services, core::AppPreferences& preferences,
+                                    std::function<void()> chooseServer) {
     return {.desktop = services.desktop,
             .userDefaults = services.userDefaults,
             .preferences = preferences,
@@ -42,6 +44,8 @@ FileShareServices fileShareServices(const AppServices& services, core::AppPrefer
             .filePanel = services.filePanel,
             .windowTraits = services.windowTraits,
             .sessions = services.urlSessions,
+            .examiner = services.fileExaminer,
+            .chooseServer = std::move(chooseServer),
             .symbol = [&symbols = services.systemSymbols](const std::string& name, const QColor& color) {
                 return tintedSymbol(symbols, name, color);
             }};
@@ -94,7 +98,7 @@ AppDelegate::AppDelegate(AppServices services, core::AppPreferences& preferences
       direction_(
           DirectionServices{services.accessibility, services.workspace, services.mainQueue, services.userDefaults},
           [this] { return model_.canTestDirection(); }, [this](const core::LocalizedText& text) { report(text); }),
-      fileShare_(fileShareServices(services, preferences)),
+      fileShare_(fileShareServices(services, preferences, [this] { showServerAddress(); })),
       clipboard_(clipboardServices(services, environment_.applicationSupport)),
       clipboardPanel_(clipboard_, clipboardPanelServices(services)),
       capture_({.mainQueue = services.mainQueue,
@@ -243,6 +247,11 @@ void AppDelegate::showSettings(core::SettingsPage page) {
 
 bool AppDelegate::isOwnTextBoxFocused() const {
     return settings_ && settings_->isTextBoxFocused();
+}
+
+void AppDelegate::showServerAddress() {
+    showSettings(core::SettingsPage::general);
+    settings_->view().focusServerAddress();
 }
 
 void AppDelegate::showClipboard() {

@@ -90,6 +90,7 @@ private:
 
     void showSettings(core::SettingsPage page);
     [[nodiscard]] bool isOwnTextBoxFocused() const;
+    void showServerAddress();
     void showClipboard();
     void startCapture();
     void makeHistoryPanel();

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/fileshare/FileExaminer.hpp"
 #include "core/fileshare/UrlSession.hpp"
 #include "core/localization/Desktop.hpp"
 #include "core/preferences/UserDefaults.hpp"
@@ -60,6 +61,7 @@ struct AppServices {
     SystemSymbols& systemSymbols;
     ServicesMenu& servicesMenu;
     core::UrlSessionFactory urlSessions;
+    core::FileExaminer fileExaminer; ///< asks the disk about files that are to be shared
     Launcher& launcher;
     LoginItemService& loginItem;
     UpdaterService* updater = nullptr; ///< absent where something else updates the program

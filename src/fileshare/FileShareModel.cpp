@@ -3,25 +3,13 @@
 #include "fileshare/FileShareModel.hpp"
 
 #include "core/clipboard/PasteboardTypes.hpp"
+#include "core/localization/Texts.hpp"
 
 #include <QPointer>
 
-#include <system_error>
 #include <utility>
 
 namespace quillane {
-
-namespace {
-
-/// The size for the estimate; 0 when it cannot be told, and then there is none.
-std::int64_t sizeOf(const core::Url& file) {
-    const auto path = file.filePath();
-    std::error_code error;
-    const auto size = path ? std::filesystem::file_size(*path, error) : 0;
-    return error ? 0 : static_cast<std::int64_t>(size);
-}
-
-} // namespace
 
 FileShareModel::FileShareModel(core::Url file, const FileShareServices& services)
     : desktop_(services.desktop),
@@ -29,6 +17,7 @@ FileShareModel::FileShareModel(core::Url file, const FileShareServices& services
       userDefaults_(services.userDefaults),
       pasteboard_(services.pasteboard),
       sessions_(services.sessions),
+      examiner_(services.examiner),
       now_(services.now),
       server_(core::FileShareServer::saved(services.userDefaults)) {}
 
@@ -39,9 +28,14 @@ void FileShareModel::start() {
     progress_ = 0;
     copied_ = false;
     server_ = core::FileShareServer::saved(userDefaults_);
-    fileSize_ = sizeOf(file_);
     rate_ = {};
-    upload_ = std::make_unique<core::FileShareUpload>(sessions_);
+    upload_.reset();
+    if (needsServer()) {
+        state_ = Failed{core::texts::chooseServerFirst};
+        emit changed();
+        return;
+    }
+    upload_ = std::make_unique<core::FileShareUpload>(sessions_, examiner_);
     emit changed();
     const QPointer weak(this);
     upload_->start(
@@ -75,12 +69,16 @@ void FileShareModel::copyLink() {
 }
 
 std::optional<TransferRate::Estimate> FileShareModel::estimate() const {
-    return rate_.estimate(fileSize_);
+    return rate_.estimate(fileSize());
+}
+
+std::int64_t FileShareModel::fileSize() const {
+    return upload_ ? static_cast<std::int64_t>(upload_->fileSize().value_or(0)) : 0;
 }
 
 void FileShareModel::setProgress(double fraction) {
     progress_ = fraction;
-    rate_.add(static_cast<std::int64_t>(fraction * static_cast<double>(fileSize_)), now_());
+    rate_.add(static_cast<std::int64_t>(fraction * static_cast<double>(fileSize())), now_());
     emit changed();
 }
 

@@ -43,7 +43,8 @@ public:
     FileShareModel(core::Url file, const FileShareServices& services);
     ~FileShareModel() override;
 
-    /// Uploads from the beginning, to the server that is saved at this moment. An upload that runs is dropped.
+    /// Uploads from the beginning, to the server that is saved at this moment. An upload that runs is dropped. Fails at
+    /// once when nobody has chosen a server yet (`needsServer`).
     void start();
 
     /// Ends the upload if one runs: the state becomes `Cancelled`.
@@ -65,6 +66,9 @@ public:
     /// Where the file goes, or went.
     [[nodiscard]] const core::FileShareServer& server() const { return server_; }
 
+    /// A server must be chosen before the file can be shared.
+    [[nodiscard]] bool needsServer() const { return server_.isPlaceholder(); }
+
     /// Speed and time left, when they can be told.
     [[nodiscard]] std::optional<TransferRate::Estimate> estimate() const;
 
@@ -73,6 +77,8 @@ signals:
     void changed();
 
 private:
+    /// For the estimate; 0 when it is not known, and then there is none.
+    [[nodiscard]] std::int64_t fileSize() const;
     void setProgress(double fraction);
     void complete(const core::FileShareUpload::Result& result);
 
@@ -81,12 +87,12 @@ private:
     core::UserDefaults& userDefaults_;
     core::PasteboardContents& pasteboard_;
     core::UrlSessionFactory sessions_;
+    core::FileExaminer examiner_;
     std::function<TransferRate::Time()> now_;
     State state_ = Uploading{};
     double progress_ = 0;
     bool copied_ = false;
     core::FileShareServer server_;
-    std::int64_t fileSize_ = 0;
     TransferRate rate_;
     std::unique_ptr<core::FileShareUpload> upload_;
 };

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/clipboard/PasteboardContents.hpp"
+#include "core/fileshare/FileExaminer.hpp"
 #include "core/fileshare/UrlSession.hpp"
 #include "core/localization/Desktop.hpp"
 #include "core/preferences/AppPreferences.hpp"
@@ -27,6 +28,8 @@ struct FileShareServices {
     FilePanel& filePanel;
     WindowTraits& windowTraits;
     core::UrlSessionFactory sessions;
+    core::FileExaminer examiner;
+    std::function<void()> chooseServer;                                        ///< shows where the server is set
     std::function<QIcon(const std::string& name, const QColor& color)> symbol; ///< a null icon for unknown names
     std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
 };

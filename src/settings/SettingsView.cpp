@@ -17,7 +17,9 @@
 #include <QAccessible>
 #include <QCoreApplication>
 #include <QEvent>
+#include <QLineEdit>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -142,6 +144,21 @@ void SettingsView::apply(core::WritingDirection direction) {
     if (auto* testing = dynamic_cast<TestingPage*>(&currentPage())) {
         testing->apply(direction);
     }
+}
+
+void SettingsView::focusServerAddress() {
+    auto* address = currentPage().findChild<QLineEdit*>(QStringLiteral("address"));
+    auto* scroll = qobject_cast<QScrollArea*>(stack_->currentWidget());
+    const auto reveal = [address, scroll] {
+        if (address->window()->focusWidget() == address) {
+            scroll->ensureWidgetVisible(address);
+        }
+    };
+    address->setFocus(Qt::OtherFocusReason);
+    address->selectAll();
+    reveal();
+    disconnect(revealing_);
+    revealing_ = connect(scroll->verticalScrollBar(), &QScrollBar::rangeChanged, this, reveal); // a new page grows
 }
 
 bool SettingsView::eventFilter(QObject* watched, QEvent* event) {

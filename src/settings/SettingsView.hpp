@@ -43,6 +43,9 @@ public:
     /// Turns the paragraph at the cursor of that text box, while the testing page is shown.
     void apply(core::WritingDirection direction);
 
+    /// Gives the keyboard to the address of the file server, in sight. The general page must be shown.
+    void focusServerAddress();
+
     [[nodiscard]] SettingsPageView& currentPage() const;
 
 protected:
@@ -61,7 +64,8 @@ private:
     std::map<core::SettingsPage, int> indices_; ///< of the pages that were made
     std::vector<SettingsPageView*> pages_;      ///< by index
     std::optional<core::Appearance> appearance_;
-    bool stale_ = false; ///< something has changed while nobody saw it
+    QMetaObject::Connection revealing_; ///< keeps the address of the file server in sight
+    bool stale_ = false;                ///< something has changed while nobody saw it
     std::vector<core::Subscription> subscriptions_;
 };
 

@@ -56,6 +56,7 @@ protected:
                                      .systemSymbols = desktop.systemSymbols,
                                      .servicesMenu = desktop.servicesMenu,
                                      .urlSessions = desktop.urlSessions.factory(),
+                                     .fileExaminer = desktop.fileExaminer.examiner(),
                                      .launcher = desktop.launcher,
                                      .loginItem = desktop.loginItem,
                                      .updater = &desktop.updater},

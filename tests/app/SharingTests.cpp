@@ -7,6 +7,7 @@
 #include "fakes/TemporaryFiles.hpp"
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -80,6 +81,22 @@ TEST_F(Sharing, TheCommandIsToldWhenItIsNotOneFileAndSoIsTheUser) {
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(box->text(), "Select one file to share.");
     EXPECT_EQ(share({"no url"}).ok, false);
+}
+
+TEST_F(Sharing, WithoutAServerTheUserIsLedToItsAddress) {
+    core::FileShareServer::standard().save(defaults);
+    EXPECT_EQ(share({url("a.txt")}), ControlReply{});
+    EXPECT_TRUE(desktop.urlSessions.transfers.empty());
+    ASSERT_EQ(windows().size(), 1U);
+    windows().front()->findChild<QPushButton*>("chooseServer")->click();
+    ASSERT_EQ(windows().size(), 2U);
+    auto* settings = windows().front()->windowTitle() == "Quillane Share" ? windows().back() : windows().front();
+    QApplication::processEvents();
+    const auto* address = settings->findChild<QLineEdit*>("address");
+    EXPECT_EQ(settings->focusWidget(), address);
+    const QRect place(address->mapTo(settings, QPoint()), address->size());
+    EXPECT_TRUE(settings->rect().contains(place)) << place.bottom();
+    EXPECT_FALSE(address->visibleRegion().isEmpty());
 }
 
 TEST_F(Sharing, TheCommandWithoutAFileLetsTheUserChoose) {

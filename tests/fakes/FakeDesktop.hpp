@@ -7,6 +7,7 @@
 #include "fakes/FakeApplicationMenu.hpp"
 #include "fakes/FakeAreaCapture.hpp"
 #include "fakes/FakeEventTap.hpp"
+#include "fakes/FakeFileExaminer.hpp"
 #include "fakes/FakeFilePanel.hpp"
 #include "fakes/FakeHotKeys.hpp"
 #include "fakes/FakeInputSources.hpp"
@@ -88,7 +89,8 @@ public:
     FakeLauncher& launcher;
     FakeLoginItemService& loginItem;
     FakeUpdaterService& updater;
-    FakeUrlSessions urlSessions; ///< the network
+    FakeUrlSessions urlSessions;   ///< the network
+    FakeFileExaminer fileExaminer; ///< the disk of files that are to be shared
 
     // Building.
 

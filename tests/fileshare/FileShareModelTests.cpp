@@ -52,6 +52,45 @@ TEST_F(FileShareModelTests, AFileThatCannotBeSentFailsAtOnce) {
     EXPECT_EQ(folder.state(), State(FileShareModel::Failed{core::texts::selectRegularFile}));
 }
 
+TEST_F(FileShareModelTests, DiskThatHangsIsWaitedFor) {
+    disk_.goAway();
+    model_->start();
+    EXPECT_EQ(model_->state(), State(FileShareModel::Uploading{}));
+    EXPECT_TRUE(sessions_.transfers.empty());
+    disk_.comeBack();
+    answerWithLink();
+    EXPECT_EQ(model_->state(), State(FileShareModel::Completed{link}));
+}
+
+TEST_F(FileShareModelTests, UploadToADiskThatHangsCanBeCancelled) {
+    disk_.goAway();
+    model_->start();
+    model_->cancel();
+    EXPECT_EQ(model_->state(), State(FileShareModel::Cancelled{}));
+    disk_.comeBack();
+    EXPECT_EQ(model_->state(), State(FileShareModel::Cancelled{}));
+}
+
+TEST_F(FileShareModelTests, FileThatCannotBeReadWhileItIsSentHasItsMessage) {
+    model_->start();
+    transfer().complete(std::nullopt, core::UrlError::cannotReadFile);
+    EXPECT_EQ(model_->state(), State(FileShareModel::Failed{core::texts::cannotReadFile}));
+}
+
+TEST_F(FileShareModelTests, WithoutAServerNothingIsSent) {
+    core::FileShareServer::standard().save(defaults_);
+    ASSERT_TRUE(model_->server().isPlaceholder() || core::FileShareServer::standard().isPlaceholder());
+    EXPECT_FALSE(model_->needsServer());
+    model_->start();
+    EXPECT_TRUE(model_->needsServer());
+    EXPECT_EQ(model_->state(), State(FileShareModel::Failed{core::texts::chooseServerFirst}));
+    EXPECT_TRUE(sessions_.transfers.empty());
+    core::FileShareServer::validating("http://nas")->save(defaults_);
+    model_->start();
+    EXPECT_FALSE(model_->needsServer());
+    EXPECT_EQ(transfer().request->url.absoluteString(), "http://nas/file.txt");
+}
+
 TEST_F(FileShareModelTests, CancellingIsNoFailure) {
     model_->start();
     model_->cancel();

@@ -48,6 +48,15 @@ TEST_F(FileShareSettingsViewTests, SavesAValidAddressAndShowsItAsItIsStored) {
     EXPECT_FALSE(save().isEnabled());
 }
 
+TEST_F(FileShareSettingsViewTests, PastedAddressMayHaveDirectionMarksAndAnyScript) {
+    address().setText("\u2067https://קבצים.example:8443/\u2069");
+    EXPECT_FALSE(isWarning());
+    save().click();
+    EXPECT_EQ(stored(), "https://xn--5dbqm8ad.example:8443");
+    EXPECT_EQ(address().text(), "https://xn--5dbqm8ad.example:8443");
+    EXPECT_EQ(label("currentServer"), "Current server: xn--5dbqm8ad.example:8443");
+}
+
 TEST_F(FileShareSettingsViewTests, ReturnSaves) {
     address().setText("https://other.example");
     QTest::keyClick(&address(), Qt::Key_Return);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/clipboard/PasteboardTypes.hpp"
+#include "fakes/FakeFileExaminer.hpp"
 #include "fakes/FakeFilePanel.hpp"
 #include "fakes/FakePasteboard.hpp"
 #include "fakes/FakeUrlSession.hpp"
@@ -15,6 +16,7 @@
 #include <QApplication>
 #include <QEvent>
 #include <QPainter>
+#include <QPalette>
 #include <QSvgRenderer>
 
 #include <gtest/gtest.h>
@@ -39,6 +41,15 @@ protected:
 
     /// Lets windows that have closed go.
     static void runDeferred() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+
+    /// What the desktop looks like from now on.
+    static void useDark(bool dark) {
+        QPalette palette;
+        palette.setColor(QPalette::Window, dark ? QColor(30, 31, 34) : QColor(240, 240, 240));
+        palette.setColor(QPalette::WindowText, dark ? Qt::white : Qt::black);
+        QApplication::setPalette(palette);
+        QApplication::processEvents();
+    }
 
     [[nodiscard]] std::optional<std::string> copiedText() const {
         return pasteboard_.string(core::PasteboardTypes::string);
@@ -68,6 +79,8 @@ protected:
     fakes::FakeFilePanel panel_;
     fakes::FakeWindowTraits windowTraits_;
     fakes::FakeUrlSessions sessions_;
+    fakes::FakeFileExaminer disk_;
+    int serverSettingsShown_ = 0;
     std::chrono::steady_clock::time_point now_;
     std::vector<std::string> symbols_; ///< names that were drawn
     FileShareServices services_{.userDefaults = defaults_,
@@ -76,6 +89,8 @@ protected:
                                 .filePanel = panel_,
                                 .windowTraits = windowTraits_,
                                 .sessions = sessions_.factory(),
+                                .examiner = disk_.examiner(),
+                                .chooseServer = [this] { ++serverSettingsShown_; },
                                 .symbol =
                                     [this](const std::string& name, const QColor& color) {
                                         symbols_.push_back(name);

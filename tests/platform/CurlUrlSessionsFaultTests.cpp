@@ -248,6 +248,12 @@ TEST_F(CurlUrlSessionsFaults, TheProxyOfTheEnvironmentIsAskedWhenTheSystemHasNoS
     ::unsetenv("http_proxy");
 }
 
+TEST_F(CurlUrlSessionsFaults, ZoneOfAnAddressIsForThisMachineOnly) {
+    useProxy("http://127.0.0.1:" + std::to_string(server_->port()));
+    EXPECT_EQ(outcome("http://[fe80::1%25lo]:1234/good"), "link http://[fe80::1]:1234/good/token/file.txt");
+    EXPECT_EQ(server_->events("head", "good").at(0).at("headers").at("host"), "[fe80::1]:1234");
+}
+
 TEST_F(CurlUrlSessionsFaults, CancellingAtAnyMomentGivesOneResult) {
     const auto file = files_.url("large.bin", std::string(4U << 20U, 'x'));
     int links = 0;
@@ -288,7 +294,7 @@ TEST_F(CurlUrlSessionsFaults, DestroyingEverythingWhileItRunsIsSafe) {
 TEST_F(CurlUrlSessionsFaults, UploadsRunSideBySide) {
     const auto file = files_.url("file.txt");
     const auto silent = core::FileShareServer::validating(server_->address("silent")).value();
-    core::FileShareUpload waiting(sessions_->factory());
+    core::FileShareUpload waiting(sessions_->factory(), disk_.examiner());
     std::vector<Result> waitingResults;
     waiting.start(file, silent, {}, nullptr, [&](const Result& result) { waitingResults.push_back(result); });
     EXPECT_EQ(outcome(server_->address("good"), file).substr(0, 4), "link");
@@ -300,7 +306,7 @@ TEST_F(CurlUrlSessionsFaults, UploadsRunSideBySide) {
 TEST_F(CurlUrlSessionsFaults, ProgressRisesToOneAtMostTenTimesASecond) {
     const auto main = std::this_thread::get_id();
     const auto file = files_.url("large.bin", std::string(48U << 20U, 'x'));
-    upload_ = std::make_unique<core::FileShareUpload>(sessions_->factory());
+    upload_ = std::make_unique<core::FileShareUpload>(sessions_->factory(), disk_.examiner());
     const auto begin = Clock::now();
     upload_->start(
         file, core::FileShareServer::validating(server_->address("good")).value(), {},

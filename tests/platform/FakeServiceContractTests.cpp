@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
+#include "fakes/FakeFileExaminer.hpp"
 #include "fakes/FakeKeyEvents.hpp"
 #include "fakes/FakeLauncher.hpp"
 #include "fakes/FakeProxySettings.hpp"
@@ -8,6 +9,7 @@
 #include "fakes/FakeSerialQueue.hpp"
 #include "fakes/FakeServicesMenu.hpp"
 #include "fakes/FakeUrlSession.hpp"
+#include "platform/FileExaminerContract.hpp"
 #include "platform/KeyEventsContract.hpp"
 #include "platform/LauncherContract.hpp"
 #include "platform/ProxySettingsContract.hpp"
@@ -28,6 +30,20 @@ public:
 
 private:
     fakes::FakeSerialQueue fake_;
+};
+
+class FakeFileExaminerDriver {
+public:
+    core::FileExaminer examiner() { return fake_.examiner(); }
+
+    void goAway() { fake_.goAway(); }
+
+    void comeBack() { fake_.comeBack(); }
+
+    static bool waitUntil(const std::function<bool()>& condition) { return condition(); }
+
+private:
+    fakes::FakeFileExaminer fake_;
 };
 
 class FakeSecureInputDriver {
@@ -159,6 +175,7 @@ private:
 
 namespace testing {
 
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, FileExaminerContract, FakeFileExaminerDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SerialQueueContract, FakeSerialQueueDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SecureInputContract, FakeSecureInputDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, ServicesMenuContract, FakeServicesMenuDriver);

@@ -31,7 +31,7 @@ protected:
         start(server_->address("gate"), core::Url::fromFilePath(path_));
         EXPECT_TRUE(runUntil([this] { return !server_->events("waiting", "gate").empty(); }));
         change();
-        core::FileShareUpload release(sessions_->factory());
+        core::FileShareUpload release(sessions_->factory(), disk_.examiner());
         bool isReleased = false;
         release.start(files_.url("name"), core::FileShareServer::validating(server_->address("release")).value(), {},
                       nullptr, [&](const auto&) { isReleased = true; });
@@ -112,7 +112,7 @@ protected:
 
 TEST_F(FileBeforeOpening, VanishedItCannotBeRead) {
     EXPECT_EQ(failureAfter([](const auto& path) { std::filesystem::remove(path); }),
-              FileShareFailure(UrlError::cannotReadFile));
+              FileShareFailure(core::FileShareError::unreadableFile));
 }
 
 TEST_F(FileBeforeOpening, OfAnotherSizeItHasChanged) {
@@ -125,7 +125,7 @@ TEST_F(FileBeforeOpening, APipeInItsPlaceDoesNotBlock) {
                   std::filesystem::remove(path);
                   ::mkfifo(path.c_str(), 0600);
               }),
-              FileShareFailure(UrlError::cannotReadFile));
+              FileShareFailure(core::FileShareError::unreadableFile));
 }
 
 #ifdef F_SETLEASE
@@ -133,7 +133,7 @@ TEST_F(FileBeforeOpening, ALeaseOnItDoesNotBlock) {
     const int held = ::open(files_.file("file.bin", "content").c_str(), O_RDWR);
     ::signal(SIGIO, SIG_IGN);
     const auto failed = failureAfter([&](const auto&) { ASSERT_EQ(::fcntl(held, F_SETLEASE, F_WRLCK), 0); });
-    EXPECT_EQ(failed, FileShareFailure(UrlError::cannotReadFile));
+    EXPECT_EQ(failed, FileShareFailure(core::FileShareError::unreadableFile));
     ::close(held);
 }
 #endif

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/fileshare/FileShareUpload.hpp"
+#include "fakes/FakeFileExaminer.hpp"
 #include "fakes/FakeProxySettings.hpp"
 #include "fakes/TemporaryFiles.hpp"
 #include "platform/common/CurlUrlSessions.hpp"
@@ -41,7 +42,7 @@ protected:
     }
 
     void start(const std::string& address, const core::Url& file) {
-        upload_ = std::make_unique<core::FileShareUpload>(sessions_->factory(), limits_);
+        upload_ = std::make_unique<core::FileShareUpload>(sessions_->factory(), disk_.examiner(), limits_);
         fractions_.clear();
         results_.clear();
         upload_->start(
@@ -90,6 +91,7 @@ protected:
     QtMainQueue queue_;
     std::shared_ptr<fakes::FakeProxySettings> proxies_ = std::make_shared<fakes::FakeProxySettings>();
     std::unique_ptr<CurlUrlSessions> sessions_ = std::make_unique<CurlUrlSessions>(queue_, proxies_);
+    fakes::FakeFileExaminer disk_;
     core::FileShareUpload::Limits limits_;
     core::UrlSessionConfiguration configuration_;
     std::unique_ptr<core::FileShareUpload> upload_;

@@ -15,23 +15,6 @@ namespace quillane::core::FileShareProtocol {
 
 namespace {
 
-/// The size of a regular file that can be read.
-tl::expected<std::optional<std::uintmax_t>, FileShareError> examine(const std::filesystem::path& path) {
-    std::error_code error;
-    const auto status = std::filesystem::status(path, error);
-    if (!std::filesystem::status_known(status) || !std::filesystem::exists(status)) {
-        return tl::unexpected(FileShareError::unreadableFile);
-    }
-    if (!std::filesystem::is_regular_file(status)) {
-        return tl::unexpected(FileShareError::notRegularFile);
-    }
-    if (::access(path.c_str(), R_OK) != 0) {
-        return tl::unexpected(FileShareError::unreadableFile);
-    }
-    const auto size = std::filesystem::file_size(path, error);
-    return error ? std::nullopt : std::optional(size);
-}
-
 std::size_t countSegments(std::string_view path) {
     std::size_t count = 0;
     char previous = '/';
@@ -44,7 +27,7 @@ std::size_t countSegments(std::string_view path) {
 
 bool isAcceptable(const UrlComponents& link, const FileShareServer& server) {
     if (!link.scheme || lowercased(*link.scheme) != server.scheme() || !link.host ||
-        lowercased(*link.host) != server.host()) {
+        lowercased(*link.host) != lowercased(server.host())) {
         return false;
     }
     if (link.port.value_or(FileShareServer::defaultPort(server.scheme())) != server.port()) {
@@ -60,20 +43,32 @@ bool isAcceptable(const UrlComponents& link, const FileShareServer& server) {
 
 } // namespace
 
-tl::expected<UrlRequest, FileShareError> request(const Url& file, const FileShareServer& server) {
-    const auto path = file.filePath();
+ExaminedFile examine(const Url& file) {
+    auto path = file.filePath();
     if (!path) {
         return tl::unexpected(FileShareError::notRegularFile);
     }
-    const auto size = examine(*path);
-    if (!size) {
-        return tl::unexpected(size.error());
+    std::error_code error;
+    const auto status = std::filesystem::status(*path, error);
+    if (!std::filesystem::status_known(status) || !std::filesystem::exists(status)) {
+        return tl::unexpected(FileShareError::unreadableFile);
     }
+    if (!std::filesystem::is_regular_file(status)) {
+        return tl::unexpected(FileShareError::notRegularFile);
+    }
+    if (::access(path->c_str(), R_OK) != 0) {
+        return tl::unexpected(FileShareError::unreadableFile);
+    }
+    const auto size = std::filesystem::file_size(*path, error);
+    return SendableFile{*std::move(path), error ? std::nullopt : std::optional(size)};
+}
+
+tl::expected<UrlRequest, FileShareError> request(const SendableFile& file, const FileShareServer& server) {
     auto components = UrlComponents::parse(server.url().absoluteString());
     if (!components) {
         return tl::unexpected(FileShareError::notRegularFile);
     }
-    components->appendPathSegment(path->filename().native());
+    components->appendPathSegment(file.path.filename().native());
     const auto url = components->url();
     if (!url) {
         return tl::unexpected(FileShareError::notRegularFile);
@@ -82,10 +77,14 @@ tl::expected<UrlRequest, FileShareError> request(const Url& file, const FileShar
                       .method = "PUT",
                       .timeout = std::chrono::seconds(60),
                       .headers = {{"Content-Type", "application/octet-stream"}}};
-    if (*size) {
-        result.headers.emplace_back("Content-Length", std::to_string(**size));
+    if (file.size) {
+        result.headers.emplace_back("Content-Length", std::to_string(*file.size));
     }
     return result;
+}
+
+tl::expected<UrlRequest, FileShareError> request(const Url& file, const FileShareServer& server) {
+    return examine(file).and_then([&](const SendableFile& examined) { return request(examined, server); });
 }
 
 tl::expected<Url, FileShareError> link(std::span<const std::byte> body, int statusCode, const FileShareServer& server) {
@@ -100,8 +99,12 @@ tl::expected<Url, FileShareError> link(std::span<const std::byte> body, int stat
     if (!isValidUtf8(bytes) || text.empty() || text.find_first_of("\r\n") != std::string_view::npos) {
         return tl::unexpected(FileShareError::invalidResponse);
     }
-    const auto components = UrlComponents::parse(text);
-    const auto url = components && isAcceptable(*components, server) ? components->url() : std::nullopt;
+    auto components = UrlComponents::parseInternational(text);
+    if (!components || !isAcceptable(*components, server)) {
+        return tl::unexpected(FileShareError::invalidResponse);
+    }
+    components->zone.reset(); // names an interface of the server's machine
+    const auto url = components->url();
     if (!url) {
         return tl::unexpected(FileShareError::invalidResponse);
     }

@@ -2,11 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/fileshare/FileShareError.hpp"
+#include "core/fileshare/FileExaminer.hpp"
 #include "core/fileshare/FileShareServer.hpp"
 #include "core/fileshare/UrlSession.hpp"
-
-#include <tl/expected.hpp>
 
 #include <cstddef>
 #include <span>
@@ -17,12 +15,18 @@ namespace quillane::core::FileShareProtocol {
 /// A longer answer is not read.
 inline constexpr std::size_t maximumAnswerBytes = 8192;
 
-/// The request that uploads the file at a file URL to the server's path, under the file's own name. Looks at the file,
-/// does not open it.
+/// Looks at the file at a file URL without opening it. Blocks for as long as its disk does.
+[[nodiscard]] ExaminedFile examine(const Url& file);
+
+/// The request that uploads a file to the server's path, under the file's own name.
+[[nodiscard]] tl::expected<UrlRequest, FileShareError> request(const SendableFile& file, const FileShareServer& server);
+
+/// The same for the file at a file URL, which is examined first.
 [[nodiscard]] tl::expected<UrlRequest, FileShareError> request(const Url& file, const FileShareServer& server);
 
 /// The link in an answer: the only line of its body, a URL on the same scheme, host and port as the server, inside its
-/// path, with at least two path segments of its own (RFC 3986).
+/// path, with at least two path segments of its own (RFC 3986). Names are compared in ASCII, IPv6 addresses without
+/// their zone, both in any case.
 [[nodiscard]] tl::expected<Url, FileShareError> link(std::span<const std::byte> body, int statusCode,
                                                      const FileShareServer& server);
 

@@ -29,10 +29,11 @@ UrlSessionConfiguration hardened(UrlSessionConfiguration configuration, const Fi
 
 } // namespace
 
-FileShareUpload::FileShareUpload(UrlSessionFactory factory) : FileShareUpload(std::move(factory), Limits{}) {}
+FileShareUpload::FileShareUpload(UrlSessionFactory factory, FileExaminer examiner)
+    : FileShareUpload(std::move(factory), std::move(examiner), Limits{}) {}
 
-FileShareUpload::FileShareUpload(UrlSessionFactory factory, Limits limits)
-    : factory_(std::move(factory)), limits_(limits) {}
+FileShareUpload::FileShareUpload(UrlSessionFactory factory, FileExaminer examiner, Limits limits)
+    : factory_(std::move(factory)), examiner_(std::move(examiner)), limits_(limits) {}
 
 FileShareUpload::~FileShareUpload() = default;
 
@@ -44,14 +45,26 @@ void FileShareUpload::start(const Url& file, const FileShareServer& server, UrlS
     server_ = server;
     progress_ = std::move(progress);
     completion_ = std::move(completion);
-    auto request = FileShareProtocol::request(file, server_);
+    const auto examiner = examiner_; // outlives this object, which the completion may destroy
+    examiner(file, [this, alive = std::weak_ptr(alive_),
+                    configuration = hardened(std::move(configuration), limits_)](const ExaminedFile& examined) {
+        if (!alive.expired() && !finished_) {
+            send(examined, configuration);
+        }
+    });
+}
+
+void FileShareUpload::send(const ExaminedFile& file, const UrlSessionConfiguration& configuration) {
+    auto request =
+        file.and_then([this](const SendableFile& found) { return FileShareProtocol::request(found, server_); });
     if (!request) {
         finish(tl::unexpected(FileShareFailure(request.error())));
         return;
     }
+    fileSize_ = file->size;
     request->timeout = limits_.silence;
-    session_ = factory_(hardened(std::move(configuration), limits_), *this);
-    session_->upload(*request, *file.filePath());
+    session_ = factory_(configuration, *this);
+    session_->upload(*request, file->path);
 }
 
 void FileShareUpload::cancel() {
@@ -89,6 +102,8 @@ void FileShareUpload::didComplete(std::optional<UrlResponse> response, std::opti
     }
     if (forcedError_) {
         finish(tl::unexpected(FileShareFailure(*forcedError_)));
+    } else if (error == UrlError::cannotReadFile) {
+        finish(tl::unexpected(FileShareFailure(FileShareError::unreadableFile)));
     } else if (error) {
         finish(tl::unexpected(FileShareFailure(*error)));
     } else if (response) {

@@ -2,12 +2,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/fileshare/FileShareError.hpp"
+#include "core/fileshare/FileExaminer.hpp"
 #include "core/fileshare/FileShareServer.hpp"
 #include "core/fileshare/UrlSession.hpp"
 
 #include <tl/expected.hpp>
 
+#include <memory>
 #include <thread>
 
 namespace quillane::core {
@@ -15,7 +16,7 @@ namespace quillane::core {
 /// One upload of one file to one server. Started once and never again: another try is another object. Main thread.
 /// Destroying it while it runs ends the transfer without a result.
 ///
-///     FileShareUpload upload(factory);
+///     FileShareUpload upload(sessions, examiner);
 ///     upload.start(file, server, UrlSessionConfiguration{}, showFraction, [](auto link) { ... });
 class FileShareUpload final : private UrlSessionDelegate {
 public:
@@ -29,15 +30,15 @@ public:
     using Progress = std::function<void(double fraction)>;
     using Completion = std::function<void(const Result& result)>;
 
-    explicit FileShareUpload(UrlSessionFactory factory);
-    FileShareUpload(UrlSessionFactory factory, Limits limits);
+    FileShareUpload(UrlSessionFactory factory, FileExaminer examiner);
+    FileShareUpload(UrlSessionFactory factory, FileExaminer examiner, Limits limits);
     FileShareUpload(const FileShareUpload&) = delete;
     FileShareUpload& operator=(const FileShareUpload&) = delete;
     ~FileShareUpload() override;
 
-    /// Sends the file at the file URL. The completion is called exactly once: inside this call when the file cannot be
-    /// sent at all, else later. Either callback may destroy this object. Starting twice, or on another thread than the
-    /// one that made the object, stops the program.
+    /// Sends the file at the file URL as soon as it has been examined. The completion is called exactly once: inside
+    /// this call when its disk says at once that it cannot be sent, else later. Either callback may destroy this
+    /// object. Starting twice, or on another thread than the one that made the object, stops the program.
     void start(const Url& file, const FileShareServer& server, UrlSessionConfiguration configuration, Progress progress,
                Completion completion);
 
@@ -45,18 +46,24 @@ public:
     /// the program.
     void cancel();
 
+    /// The size of the file in bytes; none until it has been examined, and when its disk does not say.
+    [[nodiscard]] std::optional<std::uintmax_t> fileSize() const { return fileSize_; }
+
 private:
     void didSendBodyData(std::int64_t sent, std::int64_t expected) override;
     void didReceiveData(std::span<const std::byte> data) override;
     void redirectRequested() override;
     void didComplete(std::optional<UrlResponse> response, std::optional<UrlError> error) override;
 
+    void send(const ExaminedFile& file, const UrlSessionConfiguration& configuration);
     void finish(const Result& result);
 
     UrlSessionFactory factory_;
+    FileExaminer examiner_;
     Limits limits_;
     std::thread::id thread_ = std::this_thread::get_id();
     std::unique_ptr<UrlSession> session_;
+    std::optional<std::uintmax_t> fileSize_;
     std::vector<std::byte> responseBody_;
     std::optional<FileShareError> forcedError_; ///< wins over what the session reports
     bool started_ = false;
@@ -64,6 +71,7 @@ private:
     FileShareServer server_ = FileShareServer::standard();
     Progress progress_;
     Completion completion_;
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< shared with an examination that is still to come
 };
 
 } // namespace quillane::core

@@ -176,6 +176,28 @@ TEST(FileShareLink, SchemeAndHostAreTheServersInAnyCase) {
     EXPECT_EQ(verdict("http://[0::1]:8080/a/b", "http://[::1]:8080"), "refused");
 }
 
+TEST(FileShareLink, IPv6AddressIsTheServersInAnyCase) {
+    EXPECT_EQ(verdict("http://[fe80::abcd]/a/b", "http://[FE80::ABCD]"), "http://[fe80::abcd]/a/b");
+    EXPECT_EQ(verdict("http://[FE80::abcd]/a/b", "http://[fe80::ABCD]"), "http://[FE80::abcd]/a/b");
+    EXPECT_EQ(verdict("http://[fe80::abce]/a/b", "http://[FE80::ABCD]"), "refused");
+}
+
+TEST(FileShareLink, ZoneOfTheServerIsNotCompared) {
+    EXPECT_EQ(verdict("http://[fe80::1]:8080/a/b", "http://[fe80::1%25eth0]:8080"), "http://[fe80::1]:8080/a/b");
+    EXPECT_EQ(verdict("http://[fe80::1%25en1]:8080/a/b", "http://[fe80::1%25eth0]:8080"), "http://[fe80::1]:8080/a/b");
+    EXPECT_EQ(verdict("http://[fe80::2]:8080/a/b", "http://[fe80::1%25eth0]:8080"), "refused");
+}
+
+TEST(FileShareLink, NamesAreComparedInAscii) {
+    for (const auto* server : {"https://קבצים.example", "https://xn--5dbqm8ad.example"}) {
+        for (const auto* host : {"קבצים.example", "xn--5dbqm8ad.example", "%D7%A7%D7%91%D7%A6%D7%99%D7%9D.EXAMPLE"}) {
+            EXPECT_EQ(verdict("https://" + std::string(host) + "/a/b", server), "https://xn--5dbqm8ad.example/a/b");
+        }
+        EXPECT_EQ(verdict("https://קובץ.example/a/b", server), "refused");
+        EXPECT_EQ(verdict("https://\u200Fקבצים.example/a/b", server), "refused"); // only typed addresses are cleaned
+    }
+}
+
 TEST(FileShareLink, ThePortIsTheServers) {
     EXPECT_EQ(verdict("https://host:443/abc/f"), "https://host:443/abc/f");
     EXPECT_EQ(verdict("https://host:/abc/f"), "https://host/abc/f");

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/fileshare/FileShareUpload.hpp"
 
+#include "fakes/FakeFileExaminer.hpp"
 #include "fakes/FakeUrlSession.hpp"
 #include "fakes/TemporaryFiles.hpp"
 
@@ -28,10 +29,11 @@ protected:
     [[nodiscard]] FileShareFailure failure() const { return results_.at(0).error(); }
 
     fakes::TemporaryFiles files_;
+    fakes::FakeFileExaminer disk_;
     fakes::FakeUrlSessions sessions_;
     FileShareServer server_ = FileShareServer::validating("https://host").value();
     UrlSessionConfiguration configuration_;
-    std::unique_ptr<FileShareUpload> upload_ = std::make_unique<FileShareUpload>(sessions_.factory());
+    std::unique_ptr<FileShareUpload> upload_ = std::make_unique<FileShareUpload>(sessions_.factory(), disk_.examiner());
     std::vector<double> fractions_;
     std::vector<FileShareUpload::Result> results_;
 };
@@ -54,8 +56,8 @@ TEST_F(FileShareUploadTests, HardensTheConfiguration) {
 }
 
 TEST_F(FileShareUploadTests, LimitsMayBeShorter) {
-    upload_ =
-        std::make_unique<FileShareUpload>(sessions_.factory(), FileShareUpload::Limits{.silence = 1s, .whole = 2s});
+    upload_ = std::make_unique<FileShareUpload>(sessions_.factory(), disk_.examiner(),
+                                                FileShareUpload::Limits{.silence = 1s, .whole = 2s});
     start();
     EXPECT_EQ(transfer().configuration.requestTimeout, 1s);
     EXPECT_EQ(transfer().configuration.resourceTimeout, 2s);
@@ -137,7 +139,7 @@ TEST_F(FileShareUploadTests, ARedirectWinsOverStatusLinkAndError) {
     transfer().complete(UrlResponse{200});
     EXPECT_EQ(failure(), FileShareFailure(FileShareError::redirectRefused));
 
-    upload_ = std::make_unique<FileShareUpload>(sessions_.factory());
+    upload_ = std::make_unique<FileShareUpload>(sessions_.factory(), disk_.examiner());
     results_.clear();
     start();
     transfer().redirect();
@@ -150,6 +152,50 @@ TEST_F(FileShareUploadTests, AnErrorWinsOverAnAnswer) {
     transfer().receive("https://host/abc/f");
     transfer().complete(UrlResponse{200}, UrlError::fileChanged);
     EXPECT_EQ(failure(), FileShareFailure(UrlError::fileChanged));
+}
+
+TEST_F(FileShareUploadTests, FileThatCannotBeReadWhileItIsSentIsUnreadable) {
+    start();
+    transfer().complete(std::nullopt, UrlError::cannotReadFile);
+    EXPECT_EQ(failure(), FileShareFailure(FileShareError::unreadableFile));
+}
+
+TEST_F(FileShareUploadTests, UploadBeginsWhenTheDiskAnswers) {
+    disk_.goAway();
+    start();
+    EXPECT_TRUE(sessions_.transfers.empty());
+    EXPECT_TRUE(results_.empty());
+    EXPECT_EQ(upload_->fileSize(), std::nullopt);
+    disk_.comeBack();
+    EXPECT_EQ(transfer().request->headers.back().second, "8");
+    EXPECT_EQ(upload_->fileSize(), 8U);
+}
+
+TEST_F(FileShareUploadTests, RefusalComesWhenTheDiskAnswers) {
+    disk_.goAway();
+    start(Url::fromFilePath(files_.folder()));
+    EXPECT_TRUE(results_.empty());
+    disk_.comeBack();
+    EXPECT_EQ(failure(), FileShareFailure(FileShareError::notRegularFile));
+}
+
+TEST_F(FileShareUploadTests, CancellingDoesNotWaitForTheDisk) {
+    disk_.goAway();
+    start();
+    upload_->cancel();
+    EXPECT_EQ(failure(), FileShareFailure(UrlError::cancelled));
+    disk_.comeBack();
+    EXPECT_EQ(results_.size(), 1U);
+    EXPECT_TRUE(sessions_.transfers.empty());
+}
+
+TEST_F(FileShareUploadTests, DiskMayAnswerAfterTheUploadIsGone) {
+    disk_.goAway();
+    start();
+    upload_.reset();
+    disk_.comeBack();
+    EXPECT_TRUE(results_.empty());
+    EXPECT_TRUE(sessions_.transfers.empty());
 }
 
 TEST_F(FileShareUploadTests, NeitherAnswerNorErrorIsAnInvalidResponse) {

@@ -81,6 +81,21 @@ TEST_F(LiveShare, WithoutAnAgentTheCommandStartsOne) {
     EXPECT_EQ(desktop().run({agentExecutable(), "quit"}).exit, (ExitStatus{0, 0}));
 }
 
+TEST_F(LiveShare, DeadMountFreezesNothing) {
+    startAgent({{"LD_PRELOAD", QUILLANE_HANGING_FILES}});
+    const auto pid = agent().process().pid();
+    EXPECT_EQ(share({"/away/report.odt"}).exit, (ExitStatus{0, 0}));
+    ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(desktop().home() / "asked"); }));
+    EXPECT_TRUE(waitUntil([&] { return shows(pid, "Uploading file…"); }));
+    EXPECT_TRUE(agent().status().is_object()); // it still answers
+    EXPECT_EQ(share({desktop().home()}).exit, (ExitStatus{0, 0}));
+    EXPECT_TRUE(
+        waitUntil([&] { return shows(pid, "Select a regular file. To share a folder, compress it to a ZIP first."); }));
+    EXPECT_EQ(share({file()}).exit, (ExitStatus{0, 0}));
+    expectCopiedLinkLeadsToTheFile(pid);
+    EXPECT_EQ(endAgent(), (ExitStatus{0, 0}));
+}
+
 TEST_F(LiveShare, SeveralFilesAndFoldersAreRefusedWithTheirMessages) {
     startAgent();
     const auto pid = agent().process().pid();

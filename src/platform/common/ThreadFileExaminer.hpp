@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/fileshare/FileShareProtocol.hpp"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+namespace quillane {
+
+class MainQueue;
+
+/// Examines files on threads, one for each file: a disk that hangs, such as the mount of a file server that is gone,
+/// holds up neither the main thread nor other files. Its thread is left behind.
+class ThreadFileExaminer {
+public:
+    using Examine = std::function<core::ExaminedFile(const core::Url& file)>;
+
+    struct Limits {
+        /// The longest time for which the main thread waits, so that an ordinary answer comes inside the call.
+        std::chrono::milliseconds moment{50};
+        /// When a file whose disk has not answered counts as unreadable.
+        std::chrono::milliseconds timeout{60'000};
+    };
+
+    /// The queue must outlive this object.
+    explicit ThreadFileExaminer(MainQueue& queue);
+
+    /// `examine` runs on threads and may touch only what it owns.
+    ThreadFileExaminer(MainQueue& queue, Examine examine, Limits limits);
+    ThreadFileExaminer(const ThreadFileExaminer&) = delete;
+    ThreadFileExaminer& operator=(const ThreadFileExaminer&) = delete;
+
+    /// No completion is called from now on.
+    ~ThreadFileExaminer();
+
+    /// The examiner must not outlive this object.
+    [[nodiscard]] core::FileExaminer examiner();
+
+private:
+    class Link;
+
+    MainQueue& queue_;
+    Examine examine_;
+    Limits limits_;
+    std::shared_ptr<Link> link_; ///< shared with the threads
+};
+
+} // namespace quillane
