@@ -5,13 +5,62 @@
 #include "core/localization/Texts.hpp"
 
 #include <QMessageBox>
+#include <QPushButton>
+#include <QScreen>
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 namespace quillane {
 
 namespace texts = core::texts;
+
+namespace {
+
+/// How far a window lies from the one below it: a title bar and a part of the left edge stay in sight.
+constexpr int cascadeStep = 32;
+
+bool isBeside(QPoint first, QPoint second) {
+    const auto distance = first - second;
+    return std::abs(distance.x()) >= cascadeStep / 2 || std::abs(distance.y()) >= cascadeStep / 2;
+}
+
+/// The next free place from the given one on, down to the right. Where the screen ends, the next row begins at its top.
+QPoint freePlace(QPoint place, QSize size, const QRect& screen, const std::vector<QPoint>& taken) {
+    constexpr int most = 100; // beyond that, windows may cover each other
+    int row = 0;
+    for (int i = 0; i < most; ++i) {
+        if (std::ranges::all_of(taken, [&](QPoint other) { return isBeside(place, other); })) {
+            break;
+        }
+        place += QPoint(cascadeStep, cascadeStep);
+        if (!screen.contains(QRect(place, size))) {
+            place = screen.topLeft() + QPoint(cascadeStep * row++, 0);
+        }
+    }
+    return place;
+}
+
+/// A message that deletes itself when it is closed and keeps nobody from anything else.
+QMessageBox* messageBox(const core::LocalizedText& text, core::AppLanguage language) {
+    auto* box =
+        new QMessageBox(QMessageBox::Information, QString::fromStdString(texts::shareWindowTitle.rendered(language)),
+                        QString::fromStdString(text.rendered(language)));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setLayoutDirection(core::isRTL(language) ? Qt::RightToLeft : Qt::LeftToRight);
+    box->setModal(false);
+    return box;
+}
+
+void present(QWidget& window, WindowTraits& windowTraits) {
+    window.show();
+    window.raise();
+    window.activateWindow();
+    windowTraits.activateApplication();
+}
+
+} // namespace
 
 FileShareService::FileShareService(FileShareServices services) : services_(std::move(services)) {}
 
@@ -24,9 +73,13 @@ FileShareService::~FileShareService() {
 }
 
 void FileShareService::choose() {
+    const auto server = core::FileShareServer::saved(services_.userDefaults);
+    if (server.isPlaceholder()) {
+        askForServer();
+        return;
+    }
     services_.windowTraits.activateApplication();
     const auto language = services_.preferences.state().language;
-    const auto server = core::FileShareServer::saved(services_.userDefaults);
     services_.filePanel.chooseFile(
         {.title = texts::shareWindowTitle.rendered(language),
          .message = texts::chooseFileToUpload(server.displayName()).rendered(language),
@@ -55,29 +108,35 @@ std::optional<core::LocalizedText> FileShareService::share(const std::vector<std
 }
 
 void FileShareService::tell(const core::LocalizedText& text) {
+    auto* box = messageBox(text, services_.preferences.state().language);
+    box->setStandardButtons(QMessageBox::Ok);
+    present(*box, services_.windowTraits);
+}
+
+void FileShareService::askForServer() {
     const auto language = services_.preferences.state().language;
-    auto* box =
-        new QMessageBox(QMessageBox::Information, QString::fromStdString(texts::shareWindowTitle.rendered(language)),
-                        QString::fromStdString(text.rendered(language)), QMessageBox::Ok);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setLayoutDirection(core::isRTL(language) ? Qt::RightToLeft : Qt::LeftToRight);
-    box->setModal(false);
-    box->show();
-    box->raise();
-    box->activateWindow();
-    services_.windowTraits.activateApplication();
+    const auto rendered = [&](const core::LocalizedText& text) {
+        return QString::fromStdString(text.rendered(language));
+    };
+    auto* box = messageBox(texts::chooseServerFirst, language);
+    box->setInformativeText(rendered(texts::chooseServerFirstExplanation));
+    auto* open = box->addButton(rendered(texts::openSettings), QMessageBox::AcceptRole);
+    box->setEscapeButton(box->addButton(rendered(texts::cancel), QMessageBox::RejectRole));
+    box->setDefaultButton(open);
+    QObject::connect(open, &QPushButton::clicked, box, [chooseServer = services_.chooseServer] { chooseServer(); });
+    present(*box, services_.windowTraits);
 }
 
 void FileShareService::show(const core::Url& file) {
+    std::vector<QPoint> taken;
+    std::ranges::transform(windows_, std::back_inserter(taken), [](const auto& entry) { return entry.second->pos(); });
     const auto id = next_++;
     auto& window = windows_[id];
     window.reset(new FileShareWindow(file, services_));
+    window->move(freePlace(window->pos(), window->size(), window->screen()->availableGeometry(), taken));
     window->onClose = [this, id] { windows_.erase(id); };
     window->onDrop = [this](const std::vector<std::string>& urls) { return share(urls); };
-    window->show();
-    window->raise();
-    window->activateWindow();
-    services_.windowTraits.activateApplication();
+    present(*window, services_.windowTraits);
     window->model().start();
 }
 

@@ -21,7 +21,7 @@ public:
     FileShareService& operator=(const FileShareService&) = delete;
     ~FileShareService();
 
-    /// Lets the user choose a file, and shares it.
+    /// Lets the user choose a file, and shares it. Before there is a server, leads to where it is set instead.
     void choose();
 
     /// Shares the only file of what another program offers, as file URLs. With any other number nothing happens but
@@ -41,6 +41,8 @@ public:
     [[nodiscard]] std::vector<FileShareWindow*> windows() const;
 
 private:
+    void askForServer();
+
     using WindowID = unsigned long long;
 
     /// Qt destroys a window only when its events have been dealt with.

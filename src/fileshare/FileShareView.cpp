@@ -3,7 +3,11 @@
 #include "fileshare/FileShareView.hpp"
 
 #include "core/localization/Texts.hpp"
+#include "views/Colors.hpp"
+#include "views/ToolTip.hpp"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -31,6 +35,16 @@ constexpr int qrSymbolSize = 20;
 constexpr int fileNameWidth = 440;
 constexpr int contentWidth = 530 - 2 * margin;
 
+/// What only this window has.
+constexpr auto rules = R"(
+#shareView { background: %window; }
+QProgressBar { background: %field; border: 1px solid %outline; border-radius: 5px; min-height: 8px; max-height: 8px; }
+QProgressBar::chunk { background: %amber; border-radius: 4px; }
+QToolButton { background: %field; border: 1px solid %outline; border-radius: 6px; padding: 4px; }
+QToolButton:hover, QToolButton:checked { background: %selection; }
+QToolButton:focus { border: 2px solid %amber; padding: 3px; }
+)";
+
 QString rendered(const core::LocalizedText& text, core::AppLanguage language) {
     return QString::fromStdString(text.rendered(language));
 }
@@ -39,6 +53,16 @@ const char* symbolName(const FileShareModel::State& state) {
     constexpr std::array names{"checkmark.circle.fill", "exclamationmark.circle", "icloud.and.arrow.up",
                                "xmark.circle"};
     return names.at(state.index());
+}
+
+core::Color symbolColor(const FileShareModel::State& state, core::Appearance appearance) {
+    if (std::holds_alternative<FileShareModel::Completed>(state)) {
+        return core::BrandPalette::shades(appearance).good;
+    }
+    if (std::holds_alternative<FileShareModel::Failed>(state)) {
+        return core::BrandPalette::shades(appearance).warning;
+    }
+    return core::BrandPalette::amber(appearance);
 }
 
 /// "4:07", or with hours "1:04:07".
@@ -78,6 +102,7 @@ FileShareView::FileShareView(FileShareModel& model, const FileShareServices& ser
     : model_(model),
       preferences_(services.preferences),
       symbol_(services.symbol),
+      openServerSettings_(services.chooseServer),
       icon_(new QLabel),
       title_(wrappingLabel()),
       fileName_(new QLabel),
@@ -95,14 +120,18 @@ FileShareView::FileShareView(FileShareModel& model, const FileShareServices& ser
       close_(new QPushButton),
       copy_(new QPushButton),
       copyAndClose_(new QPushButton),
+      chooseServer_(new QPushButton),
       languageChange_(services.preferences.onChanged([this] { redraw(); })) {
     build();
     connectButtons();
     connect(&model_, &FileShareModel::changed, this, [this] { redraw(); });
+    QCoreApplication::instance()->installEventFilter(this); // a style sheet keeps palette changes from its widgets
     redraw();
 }
 
 void FileShareView::build() {
+    setObjectName(QStringLiteral("shareView"));
+    setAttribute(Qt::WA_StyledBackground);
     icon_->setAlignment(Qt::AlignCenter);
     title_->setFont(emphasised(title_->font()));
     fileName_->setTextFormat(Qt::PlainText);
@@ -116,17 +145,14 @@ void FileShareView::build() {
     link_->setReadOnly(true);
     link_->setLayoutDirection(Qt::LeftToRight);
     link_->setAlignment(Qt::AlignLeft);
-    link_->setStyleSheet(
-        QStringLiteral("QLineEdit { border: 1px solid palette(mid); border-radius: 6px; padding: 6px; }"));
     linkLabel_->setBuddy(link_);
     qrButton_->setCheckable(true);
     qrButton_->setFocusPolicy(Qt::StrongFocus);
     qrButton_->setIconSize(QSize(qrSymbolSize, qrSymbolSize));
-    qrButton_->setIcon(symbol_("qrcode", palette().color(QPalette::ButtonText)));
-    auto prominent = copyAndClose_->palette(); // where the desktop does not draw default buttons so by itself
-    prominent.setColor(QPalette::Button, prominent.color(QPalette::Highlight));
-    prominent.setColor(QPalette::ButtonText, prominent.color(QPalette::HighlightedText));
-    copyAndClose_->setPalette(prominent);
+    copyAndClose_->setProperty("role", QStringLiteral("main"));
+    chooseServer_->setProperty("role", QStringLiteral("main"));
+    note_->setProperty("role", QStringLiteral("secondary"));
+    rate_->setProperty("role", QStringLiteral("secondary"));
     icon_->setObjectName(QStringLiteral("symbol"));
     title_->setObjectName(QStringLiteral("title"));
     fileName_->setObjectName(QStringLiteral("fileName"));
@@ -144,6 +170,7 @@ void FileShareView::build() {
     close_->setObjectName(QStringLiteral("close"));
     copy_->setObjectName(QStringLiteral("copy"));
     copyAndClose_->setObjectName(QStringLiteral("copyAndClose"));
+    chooseServer_->setObjectName(QStringLiteral("chooseServer"));
 
     auto* progress = new QHBoxLayout;
     progress->addWidget(bar_, 1);
@@ -153,7 +180,7 @@ void FileShareView::build() {
     link->addWidget(qrButton_);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
-    for (auto* button : {cancel_, close_, copy_, tryAgain_, copyAndClose_}) {
+    for (auto* button : {cancel_, close_, copy_, tryAgain_, copyAndClose_, chooseServer_}) {
         button->setAutoDefault(false);
         buttons->addWidget(button);
     }
@@ -182,6 +209,7 @@ void FileShareView::connectButtons() {
     connect(close_, &QPushButton::clicked, this, [this] { emit closeRequested(); });
     connect(copy_, &QPushButton::clicked, this, [this] { model_.copyLink(); });
     connect(copyAndClose_, &QPushButton::clicked, this, [this] { copyAndClose(); });
+    connect(chooseServer_, &QPushButton::clicked, this, [this] { openServerSettings_(); });
     connect(qrButton_, &QToolButton::toggled, this, [this] { redraw(); });
     for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
         connect(new QShortcut(key, this), &QShortcut::activated, this, [this] {
@@ -194,7 +222,27 @@ void FileShareView::connectButtons() {
 
 void FileShareView::copyAndClose() {
     model_.copyLink();
-    emit closeRequested();
+    if (model_.copied()) { // else the link would be lost
+        emit closeRequested();
+    }
+}
+
+bool FileShareView::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::ApplicationPaletteChange && currentAppearance() != appearance_) {
+        redraw();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void FileShareView::applyAppearance() {
+    const auto appearance = currentAppearance();
+    if (appearance_ == appearance) {
+        return;
+    }
+    appearance_ = appearance;
+    shownSymbol_.clear();
+    setStyleSheet(controlsStyleSheet(appearance) + quillane::styleSheet(rules, appearance));
+    qrButton_->setIcon(symbol_("qrcode", qColor(core::BrandPalette::primary(appearance))));
 }
 
 void FileShareView::redraw() {
@@ -203,6 +251,7 @@ void FileShareView::redraw() {
     const bool isUploading = std::holds_alternative<FileShareModel::Uploading>(state);
     const bool isCompleted = std::holds_alternative<FileShareModel::Completed>(state);
     const bool isFailed = std::holds_alternative<FileShareModel::Failed>(state);
+    applyAppearance();
     setLayoutDirection(core::isRTL(language) ? Qt::RightToLeft : Qt::LeftToRight);
     if (const auto* completed = std::get_if<FileShareModel::Completed>(&state)) {
         drawLink(completed->link, language);
@@ -223,6 +272,7 @@ void FileShareView::redraw() {
     }
     tryAgain_->setVisible(!isUploading && !isCompleted);
     close_->setVisible(!isUploading);
+    chooseServer_->setVisible(isFailed && model_.needsServer());
     drawSymbol();
     drawTexts(language);
     if (isUploading) {
@@ -233,7 +283,8 @@ void FileShareView::redraw() {
 void FileShareView::drawSymbol() {
     const std::string name = symbolName(model_.state());
     if (name != shownSymbol_) {
-        icon_->setPixmap(symbol_(name, palette().color(QPalette::WindowText)).pixmap(symbolSize, symbolSize));
+        const auto color = qColor(symbolColor(model_.state(), *appearance_));
+        icon_->setPixmap(symbol_(name, color).pixmap(symbolSize, symbolSize));
         shownSymbol_ = name;
     }
 }
@@ -257,7 +308,8 @@ void FileShareView::drawTexts(core::AppLanguage language) {
     close_->setText(rendered(texts::closeWindow, language));
     copy_->setText(rendered(model_.copied() ? texts::linkCopied : texts::copyLink, language));
     copyAndClose_->setText(rendered(texts::copyAndClose, language));
-    for (auto* button : {cancel_, tryAgain_, close_, copy_, copyAndClose_}) {
+    chooseServer_->setText(rendered(texts::openSettings, language));
+    for (auto* button : {cancel_, tryAgain_, close_, copy_, copyAndClose_, chooseServer_}) {
         button->setMinimumWidth(button->sizeHint().width() + buttonPadding);
     }
     linkLabel_->setText(rendered(texts::downloadLink, language));
@@ -275,7 +327,8 @@ void FileShareView::drawUploading(core::AppLanguage language) {
     const auto path = model_.file().filePath().value_or(std::filesystem::path());
     const auto name = QString::fromStdString(path.filename().string());
     fileName_->setText(fileName_->fontMetrics().elidedText(name, Qt::ElideMiddle, fileNameWidth));
-    fileName_->setToolTip(QString::fromStdString(path.string()).toHtmlEscaped());
+    fileName_->setToolTip(plainToolTip(QString::fromStdString(path.string())));
+    fileName_->setAccessibleDescription(QString::fromStdString(path.string()));
     const auto progress = model_.progress();
     detail_->setText(rendered(progress < 1 ? texts::uploadingFile : texts::waitingForDownloadLink, language));
     bar_->setUpdatesEnabled(false); // setValue would draw at once, and the other changes draw the window again

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/settings/BrandPalette.hpp"
 #include "fileshare/FileShareModel.hpp"
 #include "fileshare/QrCodeView.hpp"
 
@@ -15,7 +16,7 @@ class QToolButton;
 
 namespace quillane {
 
-/// What a share window holds: draws its model, in the interface language of the moment.
+/// What a share window holds: draws its model, in the interface language and the appearance of the moment.
 class FileShareView : public QWidget {
     Q_OBJECT
 
@@ -27,10 +28,14 @@ signals:
     /// The user wants the window to go.
     void closeRequested();
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void build();
     void connectButtons();
     void redraw();
+    void applyAppearance();
     void drawUploading(core::AppLanguage language);
     void drawLink(const core::Url& link, core::AppLanguage language);
     void drawTexts(core::AppLanguage language);
@@ -40,6 +45,7 @@ private:
     FileShareModel& model_;
     core::AppPreferences& preferences_;
     std::function<QIcon(const std::string&, const QColor&)> symbol_;
+    std::function<void()> openServerSettings_;
 
     QLabel* icon_;
     QLabel* title_;
@@ -58,7 +64,9 @@ private:
     QPushButton* close_;
     QPushButton* copy_;
     QPushButton* copyAndClose_;
+    QPushButton* chooseServer_;
     std::string shownSymbol_;
+    std::optional<core::Appearance> appearance_;
     bool hasQrCode_ = false;            ///< the link is short enough for one
     core::Subscription languageChange_; // last: dropped before what its callback uses
 };

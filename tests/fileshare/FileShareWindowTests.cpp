@@ -3,8 +3,10 @@
 #include "fileshare/FileShareWindow.hpp"
 
 #include "core/localization/Texts.hpp"
+#include "fakes/Contrast.hpp"
 #include "fakes/FocusableNames.hpp"
 #include "fileshare/FileShareTest.hpp"
+#include "views/Colors.hpp"
 
 #include <QDragEnterEvent>
 #include <QDropEvent>
@@ -16,6 +18,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTest>
+#include <QTextDocument>
 #include <QToolButton>
 #include <QUrl>
 
@@ -54,33 +57,42 @@ protected:
         return names;
     }
 
-    /// Draws the window in every language, into a file for whoever wants to look, and finds no text cut off and a name
-    /// on everything that takes the focus.
+    ~FileShareWindowTests() override { useDark(false); }
+
+    /// Draws the window in every language, light and dark, into files for whoever wants to look, and finds no text cut
+    /// off, no button that is hard to read, and a name on everything that takes the focus.
     void expectFits(FileShareWindow& window, const std::string& name) {
-        for (const auto language : core::allLanguages) {
-            preferences_.choose(language);
-            QCoreApplication::processEvents();
-            const auto picture = window.grab();
-            EXPECT_EQ(picture.size() / picture.devicePixelRatio(), QSize(530, 350));
-            const auto file =
-                std::string(QUILLANE_SCREENSHOTS) + "/share-" + name + '-' + std::string(languageID(language)) + ".png";
-            EXPECT_TRUE(picture.save(QString::fromStdString(file)));
-            fakes::expectNamedFocusables(window);
-            for (const auto* label : window.findChildren<QLabel*>()) {
-                if (label->isVisibleTo(&window) && !label->text().isEmpty()) {
-                    EXPECT_GE(label->height(), label->heightForWidth(label->width()))
-                        << name << ' ' << label->text().toStdString();
-                    EXPECT_TRUE(window.rect().contains(QRect(label->mapTo(&window, QPoint()), label->size())));
-                }
-            }
-            for (const auto* each : window.findChildren<QPushButton*>()) {
-                if (each->isVisibleTo(&window)) {
-                    EXPECT_GE(each->width(), each->minimumSizeHint().width()) << each->text().toStdString();
-                    EXPECT_TRUE(window.rect().contains(QRect(each->mapTo(&window, QPoint()), each->size())));
-                }
+        for (const bool dark : {true, false}) {
+            useDark(dark);
+            for (const auto language : core::allLanguages) {
+                preferences_.choose(language);
+                QCoreApplication::processEvents();
+                expectFitsNow(window, name + '-' + std::string(languageID(language)) + (dark ? "-dark" : ""));
             }
         }
         preferences_.choose(AppLanguage::english);
+    }
+
+    static void expectFitsNow(FileShareWindow& window, const std::string& name) {
+        const auto picture = window.grab();
+        EXPECT_EQ(picture.size() / picture.devicePixelRatio(), QSize(530, 350));
+        EXPECT_TRUE(
+            picture.save(QString::fromStdString(std::string(QUILLANE_SCREENSHOTS) + "/share-" + name + ".png")));
+        fakes::expectNamedFocusables(window);
+        for (const auto* label : window.findChildren<QLabel*>()) {
+            if (label->isVisibleTo(&window) && !label->text().isEmpty()) {
+                EXPECT_GE(label->height(), label->heightForWidth(label->width()))
+                    << name << ' ' << label->text().toStdString();
+                EXPECT_TRUE(window.rect().contains(QRect(label->mapTo(&window, QPoint()), label->size())));
+            }
+        }
+        for (auto* each : window.findChildren<QPushButton*>()) {
+            if (each->isVisibleTo(&window)) {
+                EXPECT_GE(each->width(), each->minimumSizeHint().width()) << each->text().toStdString();
+                EXPECT_TRUE(window.rect().contains(QRect(each->mapTo(&window, QPoint()), each->size())));
+                EXPECT_GE(fakes::textContrast(*each), 4.5) << name << ' ' << each->text().toStdString();
+            }
+        }
     }
 
     /// What a reader (zbarimg) sees in a picture of the window.
@@ -166,6 +178,41 @@ TEST_F(FileShareWindowTests, ALongNameIsCutInItsMiddleAndHelpHasThePath) {
     expectFits(window, "long-name");
 }
 
+TEST_F(FileShareWindowTests, HelpShowsANameWithMarkupAsItIs) {
+    service_.show(files_.url("<b>&lt; R&D.txt"));
+    const auto path = QString::fromStdString(files_.folder() / "<b>&lt; R&D.txt");
+    const auto* name = service_.windows().back()->findChild<QLabel*>("fileName");
+    QTextDocument shown;
+    ASSERT_TRUE(Qt::mightBeRichText(name->toolTip())); // else it is shown as it is
+    shown.setHtml(name->toolTip());
+    EXPECT_EQ(shown.toPlainText(), path);
+    EXPECT_EQ(name->accessibleDescription(), path);
+
+    service_.show(files_.url("R&D #1.txt"));
+    const auto* plain = service_.windows().back()->findChild<QLabel*>("fileName");
+    ASSERT_FALSE(Qt::mightBeRichText(plain->toolTip()));
+    EXPECT_EQ(plain->toolTip(), QString::fromStdString(files_.folder() / "R&D #1.txt"));
+}
+
+TEST_F(FileShareWindowTests, FollowsTheAppearanceWhileItIsOpen) {
+    using core::Appearance;
+    auto& window = open();
+    answerWithLink();
+    const auto background = [&] { return window.grab().toImage().pixelColor(3, 3); };
+    const auto text = [&] { return window.findChild<QLabel*>("title")->palette().color(QPalette::WindowText); };
+    const auto symbol = [&] { return window.findChild<QLabel*>("symbol")->pixmap().toImage(); };
+    EXPECT_EQ(background(), qColor(core::BrandPalette::shades(Appearance::light).window));
+    EXPECT_EQ(text(), qColor(core::BrandPalette::primary(Appearance::light)));
+    const auto lightSymbol = symbol();
+    useDark(true);
+    EXPECT_EQ(background(), qColor(core::BrandPalette::shades(Appearance::dark).window));
+    EXPECT_EQ(text(), qColor(core::BrandPalette::primary(Appearance::dark)));
+    EXPECT_NE(symbol(), lightSymbol);
+    useDark(false);
+    EXPECT_EQ(background(), qColor(core::BrandPalette::shades(Appearance::light).window));
+    EXPECT_EQ(symbol(), lightSymbol);
+}
+
 TEST_F(FileShareWindowTests, ShowsTheLink) {
     auto& window = open();
     answerWithLink();
@@ -246,6 +293,17 @@ TEST_F(FileShareWindowTests, ReturnCopiesAndClosesOnceThereIsALink) {
     EXPECT_TRUE(service_.windows().empty());
 }
 
+TEST_F(FileShareWindowTests, CopyAndCloseKeepsALinkThatTheClipboardRefuses) {
+    auto& window = open();
+    answerWithLink();
+    pasteboard_.refuseWrites();
+    button(window, "copyAndClose").click();
+    EXPECT_EQ(service_.windows(), std::vector{&window});
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(button(window, "copy").text(), "Copy link");
+    EXPECT_EQ(window.findChild<QLineEdit*>("link")->text(), "https://files.example:8443/up/abc/file.txt");
+}
+
 TEST_F(FileShareWindowTests, ShowsAFailureAndTriesAgainWithTheServerSavedThen) {
     auto& window = open();
     transfer().complete(core::UrlResponse{500});
@@ -300,6 +358,22 @@ TEST_F(FileShareWindowTests, TwoWindowsAreIndependent) {
     answerWithLink();
     EXPECT_EQ(text(second, "title"), "Your file is ready to share");
     EXPECT_EQ(service_.windows(), std::vector{&second});
+}
+
+TEST_F(FileShareWindowTests, WithoutAServerTheWindowLeadsToTheSettings) {
+    core::FileShareServer::standard().save(defaults_);
+    auto& window = open();
+    EXPECT_EQ(text(window, "title"), "Upload did not complete");
+    EXPECT_EQ(text(window, "detail"), "Choose a server first");
+    EXPECT_EQ(buttons(window), (std::set<std::string>{"chooseServer", "close", "tryAgain"}));
+    expectFits(window, "no-server");
+    button(window, "chooseServer").click();
+    EXPECT_EQ(serverSettingsShown_, 1);
+    EXPECT_TRUE(sessions_.transfers.empty());
+    core::FileShareServer::validating("http://nas")->save(defaults_);
+    button(window, "tryAgain").click();
+    EXPECT_EQ(text(window, "detail"), "Uploading file…");
+    EXPECT_EQ(buttons(window), std::set<std::string>{"cancel"});
 }
 
 TEST_F(FileShareWindowTests, CancelAllKeepsTheWindows) {

@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "fileshare/FileShareService.hpp"
+
+#include "fakes/Contrast.hpp"
+#include "fileshare/FileShareTest.hpp"
+
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScreen>
+#include <QTest>
+
+#include <cstdlib>
+
+namespace quillane {
+namespace {
+
+class FileShareServiceTest : public FileShareTest {
+protected:
+    FileShareWindow& open() {
+        service_.show(file_);
+        return *service_.windows().back();
+    }
+
+    FileShareService service_{services_};
+};
+
+TEST_F(FileShareServiceTest, NoWindowLiesOverTheTitleBarOfAnother) {
+    std::vector<QRect> frames;
+    for (int count = 0; count < 20; ++count) {
+        const auto& window = open();
+        const QRect frame(window.pos(), window.size());
+        EXPECT_TRUE(window.screen()->availableGeometry().contains(frame)) << count;
+        for (const auto& other : frames) {
+            const auto distance = frame.topLeft() - other.topLeft();
+            EXPECT_TRUE(std::abs(distance.x()) >= 16 || std::abs(distance.y()) >= 16) << count;
+        }
+        frames.push_back(frame);
+    }
+    EXPECT_EQ(frames[0].center(), open().screen()->availableGeometry().center());
+    EXPECT_EQ(frames[1].topLeft(), frames[0].topLeft() + QPoint(32, 32));
+}
+
+TEST_F(FileShareServiceTest, PlaceOfAWindowThatHasClosedIsFreeAgain) {
+    auto& first = open();
+    const auto middle = first.pos();
+    open();
+    first.close();
+    runDeferred();
+    EXPECT_EQ(open().pos(), middle);
+}
+
+TEST_F(FileShareServiceTest, WithoutAServerChoosingAFileLeadsToTheSettings) {
+    core::FileShareServer::standard().save(defaults_);
+    for (const bool isWanted : {false, true}) {
+        service_.choose();
+        EXPECT_FALSE(panel_.open);
+        auto boxes = QApplication::topLevelWidgets();
+        boxes.removeIf([](QWidget* widget) { return qobject_cast<QMessageBox*>(widget) == nullptr; });
+        ASSERT_EQ(boxes.size(), 1);
+        auto* box = qobject_cast<QMessageBox*>(boxes.front());
+        EXPECT_TRUE(box->isVisible());
+        EXPECT_EQ(box->text(), "Choose a server first");
+        EXPECT_EQ(box->informativeText(), "Shared files are uploaded to a server that you choose in the settings.");
+        EXPECT_EQ(box->defaultButton()->text(), "Open Settings");
+        EXPECT_GE(fakes::textContrast(*box->defaultButton()), 4.5);
+        if (isWanted) {
+            box->defaultButton()->click();
+        } else {
+            QTest::keyClick(box, Qt::Key_Escape);
+        }
+        EXPECT_EQ(serverSettingsShown_, isWanted ? 1 : 0);
+        runDeferred();
+    }
+}
+
+} // namespace
+} // namespace quillane
