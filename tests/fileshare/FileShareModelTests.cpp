@@ -74,7 +74,7 @@ TEST_F(FileShareModelTests, UploadToADiskThatHangsCanBeCancelled) {
 TEST_F(FileShareModelTests, FileThatCannotBeReadWhileItIsSentHasItsMessage) {
     model_->start();
     transfer().complete(std::nullopt, core::UrlError::cannotReadFile);
-    EXPECT_EQ(model_->state(), State(FileShareModel::Failed{core::texts::cannotReadFile}));
+    EXPECT_EQ(model_->state(), State(FileShareModel::Failed{core::texts::cannotReadFile.on(services_.desktop)}));
 }
 
 TEST_F(FileShareModelTests, WithoutAServerNothingIsSent) {

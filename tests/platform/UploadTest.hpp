@@ -68,7 +68,7 @@ protected:
         if (result) {
             return "link " + result->absoluteString();
         }
-        return message(result.error(), core::FileShareServer::validating(address).value())
+        return message(result.error(), core::FileShareServer::validating(address).value(), core::Desktop::macOS)
             .rendered(core::AppLanguage::english);
     }
 
