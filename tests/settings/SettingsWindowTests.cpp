@@ -453,7 +453,7 @@ TEST_F(SettingsWindowTests, AHistoryThatCannotBeSavedIsSaid) {
 TEST_F(SettingsWindowTests, HistoryThatCannotBeReadNowIsSaidToStayUnchanged) {
     present(SettingsPage::clipboard);
     const QString unread =
-        "The saved history cannot be read right now. It stays unchanged, and Quillane will try again.";
+        "The saved history cannot be read right now. It stays unchanged, and another attempt will follow.";
     historyIsUnsaved = true;
     window().view().refresh();
     EXPECT_FALSE(shows(unread));
