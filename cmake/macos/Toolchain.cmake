@@ -27,8 +27,6 @@ set(CMAKE_MODULE_LINKER_FLAGS_INIT -fuse-ld=lld)
 
 # The libraries to link with are made from what the objects need, so there is none while CMake tries its compilers.
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
-# Moc needs no library to be built first; without this a single file would wait for all that its target links.
-set(CMAKE_AUTOGEN_ORIGIN_DEPENDS OFF)
 # Test programs cannot be asked for their tests here.
 set(CMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE PRE_TEST)
 
