@@ -31,9 +31,9 @@ constexpr auto refreshInterval = 2000ms;
 constexpr std::string_view lastStatusKey = "LastStatus";
 constexpr auto beforeShowingPermissions = 500ms;
 
-/// How long a tray may take to show the item; at login it is started beside this program.
-constexpr auto untilItemIsShown = 3s;
-constexpr auto untilItemIsShownAtLogin = 60s;
+/// How many refreshes a tray may take to show the item; at login it is started beside this program.
+constexpr int refreshesUntilItemIsShown = 2;
+constexpr int refreshesUntilItemIsShownAtLogin = 30;
 
 FileShareServices fileShareServices(const AppServices& services, core::AppPreferences& preferences,
                                     std::function<void()> chooseServer) {
@@ -122,9 +122,11 @@ void AppDelegate::applicationDidFinishLaunching() {
     wireControllers();
     observeWorkspace();
     applyOptions();
+    refreshesUntilItemCheck_ = atLogin ? refreshesUntilItemIsShownAtLogin : refreshesUntilItemIsShown;
     refreshTimer_ = services_.mainQueue.repeat(refreshInterval, [this] {
         refreshRuntime();
         requestNextPermissionIfNeeded();
+        notifyUnlessItemIsShown();
     });
     clipboardPanel_.noteFrontmostApplication(); // none was noted before the observers were there
     rememberTarget();
@@ -133,19 +135,16 @@ void AppDelegate::applicationDidFinishLaunching() {
         return refusal ? std::optional(refusal->rendered(preferences_.state().language)) : std::nullopt;
     });
     showPermissionsIfNeeded(atLogin);
-    notifyUnlessItemIsShown(atLogin);
 }
 
 /// Without a place for the status item nothing else says that the program runs.
-void AppDelegate::notifyUnlessItemIsShown(bool atLogin) {
-    const auto delay = atLogin ? untilItemIsShownAtLogin : untilItemIsShown;
-    services_.mainQueue.postAfter(delay, [this, alive = std::weak_ptr<void>(alive_)] {
-        if (!alive.expired() && !services_.statusItem.isVisible()) {
-            const auto language = preferences_.state().language;
-            services_.statusItem.notify(core::LocalizedText(core::texts::quillaneIsRunning).rendered(language),
-                                        core::LocalizedText(core::texts::noSystemTray).rendered(language));
-        }
-    });
+void AppDelegate::notifyUnlessItemIsShown() {
+    if (refreshesUntilItemCheck_ == 0 || --refreshesUntilItemCheck_ > 0 || services_.statusItem.isVisible()) {
+        return;
+    }
+    const auto language = preferences_.state().language;
+    services_.statusItem.notify(core::LocalizedText(core::texts::quillaneIsRunning).rendered(language),
+                                core::LocalizedText(core::texts::noSystemTray).rendered(language));
 }
 
 void AppDelegate::wireModel() {

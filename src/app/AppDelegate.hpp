@@ -95,7 +95,7 @@ private:
     void startCapture();
     void makeHistoryPanel();
     void showPermissionsIfNeeded(bool atLogin);
-    void notifyUnlessItemIsShown(bool atLogin);
+    void notifyUnlessItemIsShown();
     void requestNextPermissionIfNeeded();
     [[nodiscard]] SettingsServices settingsServices();
     void setFileManagerEntry(bool on);
@@ -134,6 +134,7 @@ private:
 
     DirectionDeliveries directions_;
     std::optional<StatusMenuState> shownMenu_; ///< what the status item shows now; drawn anew only when it differs
+    int refreshesUntilItemCheck_ = 0;          ///< until it is looked whether the status item is shown
     bool checked_ =
         false; ///< the permissions have been read; until then the status row says that they are being checked
     std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with steps that are still to come

@@ -423,7 +423,7 @@ TEST_F(AppDelegateTests, WithoutATrayAStartSaysThatTheProgramRuns) {
     desktop.statusItem.setVisible(false);
     launch();
     EXPECT_TRUE(desktop.statusItem.notices().empty()) << "the tray may take a moment";
-    desktop.queue.advance(3s);
+    desktop.queue.advance(4s);
     ASSERT_EQ(desktop.statusItem.notices().size(), 1U);
     EXPECT_EQ(desktop.statusItem.notices().front(),
               (fakes::FakeStatusItem::Notice{"Quillane is running",
