@@ -397,8 +397,9 @@ public:
     void focusPasswordField() { moveTo("password"); }
 
     void openContextMenu() {
-        // The application learns from the registry who observes it. That has arrived once it has answered a question
-        // over the same bus; a key could overtake it.
+        // The application learns from the registry who observes it, and a key could overtake that. It has arrived once
+        // the registry lists the observer and the application has answered a question over the same bus.
+        ASSERT_TRUE(live::waitUntil([&] { return registeredEvents().find("Showing") != std::string::npos; }));
         ASSERT_TRUE(testing::waitUntil([&] {
             const auto field = focused(pid());
             return field && read<std::string>(*field, "AXTitle").has_value();
@@ -434,6 +435,22 @@ private:
             }));
         }
         FAIL() << "the form has no field " << title;
+    }
+
+    /// What the registry of the accessibility bus says that applications are observed for.
+    [[nodiscard]] std::string registeredEvents() {
+        const auto call = [this](const char* name, const char* path, const char* method,
+                                 const live::Environment& more) {
+            return desktop()
+                .run({"gdbus", "call", "--session", "--dest", name, "--object-path", path, "--method", method},
+                     live::patience, more)
+                .output;
+        };
+        const auto address = call("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus.GetAddress", {}); // ('address',)
+        const auto first = address.find('\'') + 1;
+        return call("org.a11y.atspi.Registry", "/org/a11y/atspi/registry",
+                    "org.a11y.atspi.Registry.GetRegisteredEvents",
+                    {{"DBUS_SESSION_BUS_ADDRESS", address.substr(first, address.find('\'', first) - first)}});
     }
 
     std::optional<live::ChildProcess> form_;
