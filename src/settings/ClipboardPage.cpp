@@ -5,6 +5,7 @@
 
 #include "core/clipboard/SetAsideHistories.hpp"
 #include "core/localization/DateText.hpp"
+#include "core/localization/NumberText.hpp"
 #include "core/localization/Texts.hpp"
 #include "settings/AccessibleSettings.hpp"
 #include "settings/Card.hpp"
@@ -158,7 +159,9 @@ void ClipboardPage::addSetAside(Card& card) {
         const auto last = recovery();
         row->setVisible(last.has_value());
         if (last) {
-            const auto text = [&](std::size_t value) { return number(static_cast<std::int64_t>(value), language); };
+            const auto text = [&](std::size_t value) {
+                return core::numberText(static_cast<std::int64_t>(value), language);
+            };
             row->setTitle(rendered(texts::itemsRecovered(text(last->recovered), text(last->total)), language));
             row->setSymbol(tileSymbol("clock.arrow.circlepath", false), false);
         }
@@ -180,7 +183,7 @@ void ClipboardPage::addNumber(Card& card, NumberText text, std::int64_t Options:
     row->setControl(stepper);
     bind([=, this, text = std::move(text)](core::AppLanguage language) {
         const auto value = options().*option;
-        const auto words = text(number(value, language));
+        const auto words = text(core::numberText(value, language));
         row->setTitle(rendered(words, language));
         stepper->show(value, words, language);
     });

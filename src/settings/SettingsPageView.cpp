@@ -10,7 +10,6 @@
 #include "views/Colors.hpp"
 
 #include <QLabel>
-#include <QLocale>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -151,13 +150,6 @@ void SettingsPageView::bindVisible(QWidget* widget, std::function<bool()> condit
 
 QString SettingsPageView::rendered(const core::LocalizedText& text, core::AppLanguage language) {
     return QString::fromStdString(text.rendered(language));
-}
-
-std::string SettingsPageView::number(std::int64_t value, core::AppLanguage language) {
-    const auto id = core::languageID(language);
-    return QLocale(QLatin1String(id.data(), static_cast<qsizetype>(id.size())))
-        .toString(static_cast<qlonglong>(value))
-        .toStdString();
 }
 
 QIcon SettingsPageView::tileSymbol(const std::string& name, bool highlighted) const {

@@ -80,9 +80,6 @@ protected:
 
     [[nodiscard]] static QString rendered(const core::LocalizedText& text, core::AppLanguage language);
 
-    /// The number with the digits and separators of the language.
-    [[nodiscard]] static std::string number(std::int64_t value, core::AppLanguage language);
-
     /// A symbol in a colour that stands out from its tile.
     [[nodiscard]] QIcon tileSymbol(const std::string& name, bool highlighted) const;
 

@@ -6,6 +6,7 @@
 #include "clipboard/panel/EntryTexts.hpp"
 #include "clipboard/panel/TextBlock.hpp"
 #include "core/clipboard/ClipboardPanelKeys.hpp"
+#include "core/localization/NumberText.hpp"
 #include "core/localization/Texts.hpp"
 #include "views/Colors.hpp"
 
@@ -240,8 +241,9 @@ int ClipboardRow::drawFiles(const Drawing& drawing, const QRect& rect) const {
     for (int i = 0; i < shown; ++i) {
         const bool isLast = i + 1 == mostFileLines && names.size() > mostFileLines;
         const auto more = static_cast<int>(names.size()) - i;
-        const auto name = isLast ? rendered(core::texts::andMoreFiles(std::to_string(more)), drawing.language)
-                                 : metrics.elidedText(names[i].simplified(), Qt::ElideMiddle, rect.width());
+        const auto name =
+            isLast ? rendered(core::texts::andMoreFiles(core::numberText(more, drawing.language)), drawing.language)
+                   : metrics.elidedText(names[i].simplified(), Qt::ElideMiddle, rect.width());
         const TextBlock block{wholeText(name, isLast ? core::SearchQuery({}) : list_.query()),
                               drawing.font,
                               isLast ? drawing.secondary : drawing.primary,

@@ -4,10 +4,9 @@
 #include "clipboard/panel/EntryPreview.hpp"
 
 #include "clipboard/panel/EntryTexts.hpp"
+#include "core/localization/DateText.hpp"
 #include "views/Colors.hpp"
 
-#include <QDateTime>
-#include <QLocale>
 #include <QPainter>
 #include <QStyle>
 
@@ -27,11 +26,7 @@ constexpr qsizetype mostCharacters = 4000;
 constexpr int lineGap = 8;
 
 QString copiedAt(const core::ClipboardEntry& entry, core::AppLanguage language) {
-    const auto time = QDateTime::fromSecsSinceEpoch(
-        static_cast<qint64>(entry.copiedAt.secondsSinceReferenceDate + core::referenceDateInUnixSeconds));
-    const auto id = core::languageID(language);
-    const QLocale locale(QString::fromLatin1(id.data(), std::ssize(id)));
-    return isolated(locale.toString(time, QLocale::ShortFormat));
+    return isolated(QString::fromStdString(core::dateText(entry.copiedAt, language)));
 }
 
 /// Where a window of the size has room beside the panel: on the side where reading goes on, or else the other one.

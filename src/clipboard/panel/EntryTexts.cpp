@@ -4,6 +4,7 @@
 #include "clipboard/panel/EntryTexts.hpp"
 
 #include "clipboard/panel/Excerpt.hpp"
+#include "core/localization/NumberText.hpp"
 #include "core/localization/Texts.hpp"
 
 #include <QStringList>
@@ -39,9 +40,7 @@ QStringList fileNames(const core::ClipboardEntry& entry) {
 }
 
 QString sizeName(QSize pixels) {
-    constexpr QChar leftToRightIsolate(0x2066);
-    constexpr QChar popIsolate(0x2069);
-    return leftToRightIsolate + QStringLiteral("%1 × %2").arg(pixels.width()).arg(pixels.height()) + popIsolate;
+    return QString::fromStdString(core::productText(pixels.width(), pixels.height()));
 }
 
 QString sourceLine(const core::ClipboardEntry& entry, QSize pixels, EntryFiles::State state,

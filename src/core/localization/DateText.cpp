@@ -3,19 +3,21 @@
 
 #include "core/localization/DateText.hpp"
 
+#include "core/localization/FormattingLocale.hpp"
+
 #include <memory>
 
 #include <unicode/datefmt.h>
-#include <unicode/locid.h>
 #include <unicode/unistr.h>
 
 namespace quillane::core {
 
 std::string dateText(Date date, AppLanguage language) {
-    const std::string id(languageID(language));
-    const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
-        icu::DateFormat::kMedium, icu::DateFormat::kShort, icu::Locale(id.c_str())));
-    if (!format) {
+    // The skeleton of the abbreviated date and the short time: the locale's medium date is all in numbers in Arabic.
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::DateFormat> format(
+        icu::DateFormat::createInstanceForSkeleton("yMMMdjmm", formattingLocale(language), status));
+    if (U_FAILURE(status) || !format) {
         return {};
     }
     icu::UnicodeString text;

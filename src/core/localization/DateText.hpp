@@ -10,8 +10,8 @@
 
 namespace quillane::core {
 
-/// The day in its abbreviated form and the time in its short one, in the locale of the language and the time zone of
-/// the machine: "Nov 16, 2025, 3:33 PM".
+/// The day with the abbreviated name of its month and the time without seconds, in the locale of the language with
+/// Western digits and in the time zone of the machine: "Nov 16, 2025, 3:33 PM".
 [[nodiscard]] std::string dateText(Date date, AppLanguage language);
 
 } // namespace quillane::core

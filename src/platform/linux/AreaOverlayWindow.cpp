@@ -3,11 +3,11 @@
 
 #include "platform/linux/AreaOverlayWindow.hpp"
 
+#include "core/localization/NumberText.hpp"
 #include "core/localization/Texts.hpp"
 
 #include <QAccessible>
 #include <QFontMetrics>
-#include <QLocale>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
@@ -104,18 +104,9 @@ QString AreaOverlayWindow::rendered(const core::LocalizedText& text) const {
     return QString::fromStdString(text.rendered(overlay_.language()));
 }
 
-QString AreaOverlayWindow::number(int pixels) const {
-    const auto id = core::languageID(overlay_.language());
-    QLocale locale(QLatin1String(id.data(), static_cast<qsizetype>(id.size())));
-    locale.setNumberOptions(QLocale::OmitGroupSeparator);
-    return locale.toString(pixels);
-}
-
 QString AreaOverlayWindow::sizeText() const {
     const auto area = overlay_.selection().area();
-    // Isolated, so that Hebrew writes it from left to right, as it does all arithmetic. Arabic digits run from right to
-    // left by themselves.
-    return area ? QStringLiteral("\u2066%1 × %2\u2069").arg(number(area->width), number(area->height)) : QString();
+    return area ? QString::fromStdString(core::productText(area->width, area->height)) : QString();
 }
 
 QString AreaOverlayWindow::hintText() const {
@@ -124,8 +115,7 @@ QString AreaOverlayWindow::hintText() const {
 
 void AreaOverlayWindow::announce() {
     if (const auto area = overlay_.selection().area()) {
-        setAccessibleDescription(
-            rendered(texts::areaSize(number(area->width).toStdString(), number(area->height).toStdString())));
+        setAccessibleDescription(rendered(texts::areaSize(std::to_string(area->width), std::to_string(area->height))));
     } else {
         QAccessibleEvent focus(this, QAccessible::Focus);
         QAccessible::updateAccessibility(&focus);

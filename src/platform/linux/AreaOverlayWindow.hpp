@@ -47,7 +47,6 @@ private:
     [[nodiscard]] QRect here(const core::PixelRect& area) const;
     [[nodiscard]] int scaled(double length) const;
     [[nodiscard]] QString rendered(const core::LocalizedText& text) const;
-    [[nodiscard]] QString number(int pixels) const;
     [[nodiscard]] QSize labelSize(const QString& text) const;
     [[nodiscard]] QRect sizeLabel() const;
     [[nodiscard]] QString sizeText() const;

@@ -1,0 +1,19 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/localization/AppLanguage.hpp"
+
+#include <string>
+
+#include <unicode/locid.h>
+
+namespace quillane::core {
+
+/// The locale that formats dates and numbers for the language, with Western digits: the Latin words beside them leave a
+/// line with two kinds of digits hard to read.
+[[nodiscard]] inline icu::Locale formattingLocale(AppLanguage language) {
+    return {(std::string(languageID(language)) + "@numbers=latn").c_str()};
+}
+
+} // namespace quillane::core
