@@ -3,6 +3,7 @@
 #include "fileshare/FileShareSettingsView.hpp"
 
 #include "core/localization/Texts.hpp"
+#include "views/WrappingLabel.hpp"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -21,10 +22,8 @@ QString rendered(const core::LocalizedText& text, core::AppLanguage language) {
 }
 
 QLabel* wrappingLabel(const char* name) {
-    auto* label = new QLabel;
+    auto* label = new WrappingLabel;
     label->setObjectName(QLatin1String(name));
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
     return label;
 }
 

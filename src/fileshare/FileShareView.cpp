@@ -2,16 +2,17 @@
 // SPDX-License-Identifier: MIT
 #include "fileshare/FileShareView.hpp"
 
+#include "core/localization/NumberText.hpp"
 #include "core/localization/Texts.hpp"
 #include "views/Colors.hpp"
 #include "views/ToolTip.hpp"
+#include "views/WrappingLabel.hpp"
 
 #include <QCoreApplication>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QLocale>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QShortcut>
@@ -75,17 +76,8 @@ std::string clockText(std::chrono::seconds time) {
                          : std::to_string(minutes) + ':' + rest;
 }
 
-/// The size in English units and digits, which every language of the interface uses for speeds.
-std::string sizeText(double bytes) {
-    return QLocale(QLocale::English)
-        .formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeSIFormat)
-        .toStdString();
-}
-
 QLabel* wrappingLabel() {
-    auto* label = new QLabel;
-    label->setTextFormat(Qt::PlainText); // server names and file names are no markup
-    label->setWordWrap(true);
+    auto* label = new WrappingLabel;
     label->setAlignment(Qt::AlignCenter);
     return label;
 }
@@ -336,10 +328,10 @@ void FileShareView::drawUploading(core::AppLanguage language) {
     bar_->setUpdatesEnabled(true);
     percentage_->setText(QStringLiteral("%1%").arg(static_cast<int>(progress * 100)));
     const auto estimate = model_.estimate();
-    rate_->setText(
-        estimate
-            ? rendered(texts::speedAndTimeLeft(sizeText(estimate->bytesPerSecond), clockText(estimate->left)), language)
-            : QString());
+    rate_->setText(estimate ? rendered(texts::speedAndTimeLeft(core::sizeText(estimate->bytesPerSecond, language),
+                                                               clockText(estimate->left)),
+                                       language)
+                            : QString());
     note_->setText(rendered(texts::fileIsUploadedTo(model_.server().displayName()), language));
 }
 

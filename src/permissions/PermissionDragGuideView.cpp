@@ -6,6 +6,7 @@
 #include "core/localization/Texts.hpp"
 #include "permissions/PermissionAppChip.hpp"
 #include "views/Colors.hpp"
+#include "views/WrappingLabel.hpp"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -38,10 +39,8 @@ constexpr double titleScale = 1.2;
 constexpr int leastPercent = 60; ///< of text that would not fit otherwise
 
 QLabel* lineLabel(const char* name) {
-    auto* label = new QLabel;
+    auto* label = new WrappingLabel;
     label->setObjectName(QLatin1String(name));
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
     return label;
 }
 

@@ -5,6 +5,7 @@
 
 #include "settings/SwitchButton.hpp"
 #include "views/Colors.hpp"
+#include "views/WrappingLabel.hpp"
 
 #include <QHBoxLayout>
 #include <QIcon>
@@ -39,9 +40,7 @@ QPixmap tilePixmap(const QIcon& symbol, const QColor& fill, double scale) {
 } // namespace
 
 QLabel* textLabel(const char* role) {
-    auto* label = new QLabel;
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
+    auto* label = new WrappingLabel;
     if (role != nullptr) {
         label->setProperty("role", QLatin1String(role));
     }

@@ -15,7 +15,9 @@
 #include <QPushButton>
 #include <QTextBlockFormat>
 #include <QTextCursor>
+#include <QTextDocument>
 #include <QTextEdit>
+#include <QTextOption>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -42,7 +44,9 @@ void TestingPage::addTryOut() {
     box_->setTabChangesFocus(true);
     box_->setMinimumHeight(box_->fontMetrics().height() * 4);
     box_->setMaximumHeight(box_->fontMetrics().height() * 8);
+    connect(box_, &QTextEdit::textChanged, this, [this] { placeCaret(); });
     bind([this, &model](core::AppLanguage language) {
+        placeCaret();
         box_->setPlaceholderText(rendered(texts::typeHere, language));
         box_->setAccessibleName(rendered(texts::tryDirectionShortcuts, language));
         if (const auto text = QString::fromStdString(model.testText()); text != box_->toPlainText()) {
@@ -181,6 +185,15 @@ void TestingPage::addCheck() {
         offer->setText(model.offer() ? rendered(model.offer()->title, language) : QString());
     });
     last.setControl(offer);
+}
+
+void TestingPage::placeCaret() {
+    auto option = box_->document()->defaultTextOption();
+    const auto direction = box_->document()->isEmpty() ? box_->layoutDirection() : Qt::LayoutDirectionAuto;
+    if (option.textDirection() != direction) {
+        option.setTextDirection(direction);
+        box_->document()->setDefaultTextOption(option);
+    }
 }
 
 bool TestingPage::isTextBoxFocused() const {

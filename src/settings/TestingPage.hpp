@@ -28,6 +28,9 @@ private:
     void addTryOut();
     void addTarget();
 
+    /// The caret of the empty text box stands where the interface's text would begin; Qt's default is the left.
+    void placeCaret();
+
     QTextEdit* box_;
 };
 

@@ -3,12 +3,13 @@
 
 #include "settings/SettingsTest.hpp"
 
-#include "fakes/Contrast.hpp"
 #include "core/localization/DateText.hpp"
+#include "fakes/Contrast.hpp"
 #include "settings/PageSelector.hpp"
 #include "settings/SettingsView.hpp"
 #include "settings/SwitchButton.hpp"
 #include "views/Colors.hpp"
+#include "views/WrappingLabel.hpp"
 
 #include <QComboBox>
 #include <QLabel>
@@ -522,6 +523,32 @@ TEST_F(SettingsWindowTests, ADirectionChordTurnsTheParagraphOfTheTextBox) {
     EXPECT_NE(box.document()->begin().next().blockFormat().layoutDirection(), Qt::RightToLeft);
     present(SettingsPage::general);
     EXPECT_FALSE(window().isTextBoxFocused());
+}
+
+TEST_F(SettingsWindowTests, TheCaretOfTheEmptyTextBoxStandsWhereTheTextBegins) {
+    for (const auto language : core::allLanguages) {
+        preferences.choose(language);
+        present(SettingsPage::testing);
+        auto& box = find<QTextEdit>("box");
+        const auto isAtRight = [&] { return box.cursorRect().center().x() > box.width() / 2; };
+        box.clear();
+        EXPECT_EQ(isAtRight(), core::isRTL(language));
+        box.setPlainText("word"); // text goes by its own letters
+        EXPECT_FALSE(isAtRight());
+        box.setPlainText("מילה");
+        EXPECT_TRUE(isAtRight());
+        box.clear();
+        EXPECT_EQ(isAtRight(), core::isRTL(language));
+    }
+}
+
+TEST_F(SettingsWindowTests, EveryLabelThatWrapsBeginsItsLinesFlush) {
+    for (const auto page : core::allSettingsPages) {
+        present(page);
+        for (const auto* label : window().findChildren<QLabel*>()) {
+            EXPECT_TRUE(!label->wordWrap() || dynamic_cast<const WrappingLabel*>(label)) << label->text().toStdString();
+        }
+    }
 }
 
 TEST_F(SettingsWindowTests, WhileACheckRunsTheButtonIsDisabled) {

@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QLabel>
+
+namespace quillane {
+
+/// A label of plain text that wraps, with lines that begin flush in every script. QLabel moves a wrapped line that runs
+/// from right to left by the width of the blank at its end.
+class WrappingLabel : public QLabel {
+public:
+    explicit WrappingLabel(QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+} // namespace quillane
