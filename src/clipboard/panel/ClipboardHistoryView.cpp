@@ -7,6 +7,7 @@
 #include "clipboard/panel/PanelKeyEvents.hpp"
 #include "core/localization/Texts.hpp"
 #include "views/Colors.hpp"
+#include "views/WrappingLabel.hpp"
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -19,11 +20,11 @@
 #include <QScrollBar>
 #include <QStackedLayout>
 #include <QToolButton>
-#include <QToolTip>
 #include <QVBoxLayout>
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
 
 namespace quillane {
 
@@ -59,7 +60,7 @@ QMenu { color: %primary; background: %field; border: 1px solid %outline; padding
 QMenu::item { padding: 5px 18px; border-radius: 4px; }
 QMenu::item:selected { color: %onAmber; background: %amber; }
 QMenu::separator { height: 1px; background: %off; margin: 4px 8px; }
-QToolTip { color: %primary; background: %card; border: 1px solid %outline; padding: 6px; }
+QToolTip, #helpCard { color: %primary; background: %card; border: 1px solid %outline; padding: 6px; }
 QScrollBar:vertical { background: transparent; width: 10px; margin: 2px; }
 QScrollBar::handle:vertical { background: %off; border-radius: 3px; min-height: 30px; }
 QScrollBar::add-line, QScrollBar::sub-line { height: 0; }
@@ -72,20 +73,8 @@ QString withKeysInOrder(QString text) {
     return text.replace(keys, QStringLiteral("\u2066\\1\u2069"));
 }
 
-/// A tool tip of several paragraphs, which breaks lines, in the direction of the language.
-QString toolTipText(const QStringList& paragraphs, Qt::LayoutDirection direction) {
-    const auto opening = direction == Qt::RightToLeft ? QStringLiteral("<p dir='rtl'>") : QStringLiteral("<p>");
-    QString text;
-    for (const auto& paragraph : paragraphs) {
-        text += opening + withKeysInOrder(paragraph).toHtmlEscaped() + QStringLiteral("</p>");
-    }
-    return text;
-}
-
 QLabel* wrappingLabel(const char* role) {
-    auto* label = new QLabel;
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
+    auto* label = new WrappingLabel;
     label->setProperty("role", QLatin1String(role));
     return label;
 }
@@ -125,6 +114,7 @@ ClipboardHistoryView::ClipboardHistoryView(const HistoryPanelServices& services)
       help_(symbolButton("help")),
       settings_(symbolButton("settings")),
       preview_(new EntryPreview(images_, files_, this)),
+      helpCard_(new HelpCard(this)),
       panelChange_(services.panel.onChanged([this] { refresh(); })),
       languageChange_(services.preferences.onChanged([this] { redraw(); })) {
     entries_->setParent(this);
@@ -252,6 +242,7 @@ void ClipboardHistoryView::shown() {
 
 void ClipboardHistoryView::end() {
     dismissPreview();
+    helpCard_->hide();
     images_.dropPending();
     entries_->setEntries({}, {});
 }
@@ -334,8 +325,12 @@ void ClipboardHistoryView::redraw() {
     settings_->setAccessibleName(rendered(texts::historySettings, language));
     const QStringList help{rendered(texts::searchHistoryHelp.on(services_.desktop), language),
                            rendered(texts::searchMatchesAreBold, language), rendered(texts::hoverToPreview, language)};
-    help_->setIcon(symbols_.icon("questionmark.circle", secondary));
-    help_->setToolTip(toolTipText(help, layoutDirection()));
+    auto questionMark =
+        language == core::AppLanguage::arabic ? symbols_.icon("questionmark.circle.ar", secondary) : QIcon();
+    help_->setIcon(questionMark.isNull() ? symbols_.icon("questionmark.circle", secondary) : questionMark);
+    QStringList paragraphs;
+    std::ranges::transform(help, std::back_inserter(paragraphs), withKeysInOrder);
+    helpCard_->setParagraphs(paragraphs, layoutDirection());
     help_->setAccessibleName(rendered(texts::historyHelp, language));
     help_->setAccessibleDescription(help.join(QLatin1Char('\n')));
     refresh();
@@ -350,7 +345,7 @@ void ClipboardHistoryView::changeEvent(QEvent* event) {
 }
 
 void ClipboardHistoryView::showHelp() {
-    QToolTip::showText(help_->mapToGlobal(QPoint(0, -help_->height())), help_->toolTip(), help_);
+    helpCard_->showBeside(*help_);
 }
 
 // Acting on rows
@@ -460,6 +455,7 @@ bool ClipboardHistoryView::handleKey(const QKeyEvent& event) {
 }
 
 bool ClipboardHistoryView::filterKey(QObject* watched, QKeyEvent& event) {
+    helpCard_->hide(); // unless this key opens it
     const bool isButton = watched != &search_->field();
     const bool presses = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter || event.key() == Qt::Key_Space;
     if (isButton && presses) {
@@ -486,6 +482,13 @@ bool ClipboardHistoryView::eventFilter(QObject* watched, QEvent* event) {
             dismissPreview();
         }
         return false;
+    }
+    if (watched == help_ && event->type() == QEvent::ToolTip) {
+        showHelp();
+        return true;
+    }
+    if (watched == help_ && (event->type() == QEvent::Leave || event->type() == QEvent::FocusOut)) {
+        helpCard_->hide();
     }
     return event->type() == QEvent::KeyPress && filterKey(watched, static_cast<QKeyEvent&>(*event));
 }

@@ -5,6 +5,7 @@
 
 #include "clipboard/panel/ClipboardRow.hpp"
 #include "clipboard/panel/EntryPreview.hpp"
+#include "clipboard/panel/HelpCard.hpp"
 #include "clipboard/panel/HistoryList.hpp"
 #include "clipboard/panel/HistoryPanelServices.hpp"
 #include "clipboard/panel/PanelNotice.hpp"
@@ -81,6 +82,7 @@ private:
     QToolButton* help_;
     QToolButton* settings_;
     EntryPreview* preview_;
+    HelpCard* helpCard_;
     std::optional<core::Uuid> hovered_;
     std::uint64_t hovering_ = 0; ///< of rows that the pointer came to; a preview of an earlier one is not shown
     std::optional<core::Uuid> announced_;

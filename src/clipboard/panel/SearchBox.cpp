@@ -47,7 +47,11 @@ SearchBox::SearchBox(PanelSymbols& symbols)
 }
 
 void SearchBox::follow(const QString& text) {
-    field_->setLayoutDirection(directionOf(text).value_or(layoutDirection()));
+    const auto direction = directionOf(text).value_or(layoutDirection());
+    field_->setLayoutDirection(direction);
+    // A field aligns its text by that text's direction, so the caret of an empty one would always stand at the left.
+    field_->setAlignment(Qt::AlignAbsolute | Qt::AlignVCenter |
+                         (direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft));
     clear_->setVisible(!text.isEmpty());
 }
 

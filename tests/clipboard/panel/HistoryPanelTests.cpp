@@ -3,11 +3,16 @@
 
 #include "clipboard/panel/HistoryPanelTest.hpp"
 
+#include "fakes/KnownTexts.hpp"
+#include "views/InterfaceLanguage.hpp"
+
 #include <QAccessible>
 #include <QCursor>
+#include <QHelpEvent>
 #include <QScreen>
 #include <QScrollBar>
 
+#include <cstdlib>
 #include <fstream>
 
 namespace quillane {
@@ -243,6 +248,91 @@ TEST_F(HistoryPanelWindow, TheFieldRunsInTheDirectionOfWhatIsTyped) {
     field().setText(QStringLiteral("word"));
     EXPECT_EQ(field().layoutDirection(), Qt::LeftToRight);
     EXPECT_EQ(find<QFrame>("searchBox").layoutDirection(), Qt::RightToLeft);
+}
+
+TEST_F(HistoryPanelWindow, TheCaretOfTheEmptyFieldStandsWhereTheTextBegins) {
+    copyThree();
+    for (const auto language : core::allLanguages) {
+        preferences.choose(language);
+        open();
+        static_cast<void>(field().grab()); // which places the caret
+        const auto caret = field().inputMethodQuery(Qt::ImCursorRectangle).toRect().center().x();
+        EXPECT_EQ(caret > field().width() / 2, core::isRTL(language)) << caret;
+        panel.close();
+    }
+}
+
+TEST_F(HistoryPanelWindow, TheHelpIsShownByMouseBesideItsButton) {
+    copyThree();
+    open();
+    auto& help = find<QToolButton>("help");
+    auto& card = find<QLabel>("helpCard");
+    QTest::mouseClick(&help, Qt::LeftButton);
+    settle();
+    EXPECT_TRUE(card.isVisible());
+    EXPECT_FALSE(card.geometry().intersects(QRect(help.mapToGlobal(QPoint(0, 0)), help.size())));
+    EXPECT_TRUE(help.screen()->availableGeometry().contains(card.geometry()));
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(&help, &leave);
+    EXPECT_FALSE(card.isVisible());
+    QHelpEvent hover(QEvent::ToolTip, help.rect().center(), help.mapToGlobal(help.rect().center()));
+    QCoreApplication::sendEvent(&help, &hover);
+    EXPECT_TRUE(card.isVisible());
+    press(Qt::Key_Down);
+    EXPECT_FALSE(card.isVisible());
+    help.setFocus();
+    QTest::keyClick(&help, Qt::Key_Return);
+    EXPECT_TRUE(card.isVisible());
+    panel.close();
+    EXPECT_FALSE(card.isVisible());
+}
+
+TEST_F(HistoryPanelWindow, TheQuestionMarkIsTurnedInArabic) {
+    open();
+    const auto drawn = [this](core::AppLanguage language) {
+        preferences.choose(language);
+        return find<QToolButton>("help").icon().pixmap(32, 32).toImage();
+    };
+    const auto english = drawn(core::AppLanguage::english);
+    EXPECT_EQ(drawn(core::AppLanguage::hebrew), english);
+    const auto arabic = drawn(core::AppLanguage::arabic);
+    EXPECT_NE(arabic, english);
+    const auto mirrored = english.mirrored(true, false);
+    int differing = 0;
+    for (int y = 0; y < arabic.height(); ++y) {
+        for (int x = 0; x < arabic.width(); ++x) {
+            differing += std::abs(arabic.pixelColor(x, y).alpha() - mirrored.pixelColor(x, y).alpha()) > 40 ? 1 : 0;
+        }
+    }
+    EXPECT_LE(differing, 10);
+}
+
+TEST_F(HistoryPanelWindow, EveryTextIsOfTheTable) {
+    InterfaceLanguage interface(preferences);
+    copyThree();
+    for (const auto language : core::allLanguages) {
+        preferences.choose(language);
+        fakes::KnownTexts known(language);
+        open();
+        const auto check = [&] {
+            for (auto* widget : QApplication::topLevelWidgets()) {
+                if (widget->isVisible()) {
+                    known.checkWindow(*widget);
+                }
+            }
+        };
+        find<QToolButton>("help").click();
+        check();
+        known.checkMenu(openMenu(1));
+        find<QMenu>("rowMenu").close();
+        settle();
+        field().setText("none of these");
+        settle();
+        check();
+        EXPECT_GT(known.checked(), 40);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        panel.close();
+    }
 }
 
 TEST_F(HistoryPanelWindow, ACopyWhileItIsOpenAppears) {

@@ -4,6 +4,8 @@
 #include "clipboard/panel/HistoryPanelTest.hpp"
 #include "fakes/FocusableNames.hpp"
 
+#include "views/InterfaceLanguage.hpp"
+
 #include <QDir>
 #include <QLinearGradient>
 #include <QPainter>
@@ -23,6 +25,8 @@ protected:
         font.setPointSizeF(10);
         QApplication::setFont(font);
     }
+
+    InterfaceLanguage interface { preferences };
 
     static std::string landscape() {
         QImage image(1280, 720, QImage::Format_RGB32);
@@ -165,15 +169,13 @@ TEST_F(HistoryScreenshots, InAllLanguagesLightAndDark) {
             }
             find<QToolButton>("help").click();
             settle();
-            for (auto* widget : QApplication::topLevelWidgets()) {
-                if (widget->inherits("QTipLabel") && widget->isVisible()) {
-                    EXPECT_TRUE(widget->grab().save(
-                        QDir(QStringLiteral(QUILLANE_SCREENSHOTS)).filePath(name("help") + ".png")));
-                }
-            }
+            EXPECT_TRUE(find<QLabel>("helpCard")
+                            .grab()
+                            .save(QDir(QStringLiteral(QUILLANE_SCREENSHOTS)).filePath(name("help") + ".png")));
             emit list().customContextMenuRequested(list().visualRect(list().model()->index(1, 0)).center());
             settle();
             auto& menu = find<QMenu>("rowMenu");
+            EXPECT_EQ(menu.layoutDirection(), core::isRTL(language) ? Qt::RightToLeft : Qt::LeftToRight);
             EXPECT_TRUE(menu.grab().save(QDir(QStringLiteral(QUILLANE_SCREENSHOTS)).filePath(name("menu") + ".png")));
             menu.close();
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
