@@ -30,10 +30,12 @@ QPushButton[role="main"]:enabled:focus { border-color: %primary; }
 QToolButton[role="stepper"] { padding: 0; min-width: 26px; min-height: 22px; }
 QToolButton[role="stepper"]:focus { padding: 0; min-width: 24px; min-height: 20px; }
 QToolButton[role="stepper"]:disabled { color: %hairline; border-color: %hairline; }
+QComboBox { combobox-popup: 0; } /* the other kind of list is too low by the width of the border that the focus adds */
 QComboBox::drop-down { border: none; width: 22px; }
 QComboBox::down-arrow { image: url(:/symbols/chevron.up.chevron.down.svg); width: 14px; height: 14px; }
-QComboBox QAbstractItemView, QMenu { color: %primary; background: %field; border: 1px solid %outline;
+QComboBox QAbstractItemView, QMenu { color: %primary; background: %field;
     selection-color: %onAmber; selection-background-color: %amber; }
+QMenu, QComboBox QAbstractItemView { border: 1px solid %outline; }
 QMenu::item { padding: 4px 18px; }
 QMenu::item:selected { color: %onAmber; background: %amber; }
 QLineEdit, QTextEdit, QListWidget {

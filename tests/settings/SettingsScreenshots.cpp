@@ -3,6 +3,7 @@
 
 #include "settings/SettingsTest.hpp"
 
+#include "fakes/Popups.hpp"
 #include "settings/SettingsPageView.hpp"
 #include "settings/SettingsView.hpp"
 
@@ -15,7 +16,10 @@
 #include <QDir>
 #include <QFontDatabase>
 #include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QScrollArea>
+#include <QTextEdit>
 
 #include <array>
 
@@ -157,6 +161,59 @@ TEST_F(SettingsScreenshots, OfAHistoryThatCouldNotBeRead) {
             QDir(QStringLiteral(QUILLANE_SCREENSHOTS))
                 .filePath(QStringLiteral("settings-history-damaged-%1.png")
                               .arg(QLatin1String(std::string(core::languageID(language)).c_str())))));
+    }
+}
+
+TEST_F(SettingsScreenshots, DropDownListsShowEveryRow) {
+    const QDir folder(QStringLiteral(QUILLANE_SCREENSHOTS));
+    for (const double scale : {1.0, 1.5}) {
+        for (const auto language : core::allLanguages) {
+            closeForever();
+            useReadableFont(scale);
+            preferences.choose(language);
+            int lists = 0;
+            for (const auto page : core::allSettingsPages) {
+                present(page);
+                lists += fakes::openDropDownLists(window(), [&](const QComboBox& box) {
+                    EXPECT_TRUE(fakes::showsEveryRow(box));
+                    const auto name = QStringLiteral("settings-list-%1-%2.png")
+                                          .arg(box.objectName(), QLatin1String(core::languageID(language).data()));
+                    EXPECT_TRUE(box.view()->window()->grab().save(folder.filePath(name)));
+                });
+            }
+            EXPECT_GE(lists, 8); // the language on every page, where the panel opens, and the application to test
+        }
+    }
+}
+
+TEST_F(SettingsScreenshots, MenusAndQuestionsOfTheHistoryPage) {
+    const QDir folder(QStringLiteral(QUILLANE_SCREENSHOTS));
+    for (const auto language : core::allLanguages) {
+        preferences.choose(language);
+        present(SettingsPage::clipboard);
+        const auto save = [&](QWidget& widget, const char* what) {
+            const auto name = QStringLiteral("settings-%1-%2.png")
+                                  .arg(QLatin1String(what), QLatin1String(core::languageID(language).data()));
+            EXPECT_TRUE(widget.grab().save(folder.filePath(name)));
+        };
+        find<QPushButton>("addApplication").click();
+        settle();
+        auto* menu = window().findChild<QMenu*>();
+        ASSERT_NE(menu, nullptr);
+        save(*menu, "applications");
+        menu->close();
+        find<QPushButton>("clear").click();
+        settle();
+        auto* question = window().findChild<QMessageBox*>();
+        ASSERT_NE(question, nullptr);
+        save(*question, "question");
+        question->reject();
+        present(SettingsPage::testing);
+        const std::unique_ptr<QMenu> fields(find<QTextEdit>("box").createStandardContextMenu());
+        fields->popup(window().pos());
+        save(*fields, "text-menu");
+        fields->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 }
 
