@@ -82,6 +82,7 @@ AppDelegate::AppDelegate(AppServices services, core::AppPreferences& preferences
       preferences_(preferences),
       model_(model),
       environment_(std::move(environment)),
+      interfaceLanguage_(preferences),
       permissions_({.service = services.permissions,
                     .userDefaults = services.userDefaults,
                     .pasteboard = services.pasteboard,

@@ -24,6 +24,7 @@
 #include "settings/SettingsWindow.hpp"
 #include "system/AppUpdater.hpp"
 #include "system/LoginItemController.hpp"
+#include "views/InterfaceLanguage.hpp"
 
 #include <filesystem>
 #include <functional>
@@ -114,6 +115,7 @@ private:
     core::AppPreferences& preferences_;
     SettingsModel& model_;
     Environment environment_;
+    InterfaceLanguage interfaceLanguage_; ///< before all that shows texts, which follows the language after it
 
     PermissionController permissions_;
     SymbolIcons symbols_; ///< for the windows

@@ -3,6 +3,7 @@
 #include "fileshare/FileShareService.hpp"
 
 #include "core/localization/Texts.hpp"
+#include "views/MessageBox.hpp"
 
 #include <QMessageBox>
 #include <QPushButton>
@@ -62,7 +63,9 @@ void present(QWidget& window, WindowTraits& windowTraits) {
 
 } // namespace
 
-FileShareService::FileShareService(FileShareServices services) : services_(std::move(services)) {}
+FileShareService::FileShareService(FileShareServices services)
+    : services_(std::move(services)),
+      languageChange_(services_.preferences.onChanged([this] { services_.filePanel.setTexts(panelTexts()); })) {}
 
 FileShareService::~FileShareService() {
     // Their models must not outlive what they refer to, and no event loop will come for them any more.
@@ -79,17 +82,21 @@ void FileShareService::choose() {
         return;
     }
     services_.windowTraits.activateApplication();
-    const auto language = services_.preferences.state().language;
     services_.filePanel.chooseFile(
-        {.title = texts::shareWindowTitle.rendered(language),
-         .message = texts::chooseFileToUpload(server.displayName()).rendered(language),
-         .prompt = texts::uploadFile.rendered(language),
-         .direction = core::isRTL(language) ? LayoutDirection::rightToLeft : LayoutDirection::leftToRight},
-        [this](const std::filesystem::path& file) { show(core::Url::fromFilePath(file)); },
+        panelTexts(), [this](const std::filesystem::path& file) { show(core::Url::fromFilePath(file)); },
         [this](const std::vector<std::string>& urls) -> std::optional<std::string> {
             const auto refusal = share(urls);
             return refusal ? std::optional(refusal->rendered(services_.preferences.state().language)) : std::nullopt;
         });
+}
+
+FilePanel::Texts FileShareService::panelTexts() const {
+    const auto language = services_.preferences.state().language;
+    const auto server = core::FileShareServer::saved(services_.userDefaults);
+    return {.title = texts::shareWindowTitle.rendered(language),
+            .message = texts::chooseFileToUpload(server.displayName()).rendered(language),
+            .prompt = texts::uploadFile.rendered(language),
+            .language = language};
 }
 
 std::optional<core::LocalizedText> FileShareService::share(const std::vector<std::string>& urls) {
@@ -108,8 +115,8 @@ std::optional<core::LocalizedText> FileShareService::share(const std::vector<std
 }
 
 void FileShareService::tell(const core::LocalizedText& text) {
-    auto* box = messageBox(text, services_.preferences.state().language);
-    box->setStandardButtons(QMessageBox::Ok);
+    auto* box = new MessageBox(services_.preferences, texts::shareWindowTitle, text);
+    box->setModal(false);
     present(*box, services_.windowTraits);
 }
 

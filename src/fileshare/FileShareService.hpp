@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/support/Subscription.hpp"
 #include "fileshare/FileShareServices.hpp"
 #include "fileshare/FileShareWindow.hpp"
 
@@ -50,7 +51,10 @@ private:
         void operator()(QObject* object) const { object->deleteLater(); }
     };
 
+    [[nodiscard]] FilePanel::Texts panelTexts() const;
+
     FileShareServices services_;
+    core::Subscription languageChange_;
     std::map<WindowID, std::unique_ptr<FileShareWindow, DeleteLater>> windows_;
     WindowID next_ = 0;
 };

@@ -4,12 +4,12 @@
 
 #include "core/localization/Texts.hpp"
 #include "fileshare/FileShareView.hpp"
+#include "views/MessageBox.hpp"
 
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QGuiApplication>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QScreen>
 #include <QUrl>
@@ -65,11 +65,7 @@ void FileShareWindow::dropEvent(QDropEvent* event) {
     }
     event->acceptProposedAction();
     if (const auto refusal = onDrop ? onDrop(urls) : std::nullopt) {
-        auto* box = new QMessageBox(QMessageBox::Information, windowTitle(),
-                                    QString::fromStdString(refusal->rendered(preferences_.state().language)),
-                                    QMessageBox::Ok, this);
-        box->setAttribute(Qt::WA_DeleteOnClose);
-        box->open();
+        (new MessageBox(preferences_, core::texts::shareWindowTitle, *refusal, this))->open();
     }
 }
 

@@ -30,6 +30,7 @@ class ApplicationMenu {
 public:
     virtual ~ApplicationMenu() = default;
 
+    /// The direction is that of the menu bar, where there is one; windows follow InterfaceLanguage.
     virtual void install(std::vector<ApplicationSubmenu> menus, LayoutDirection direction) = 0;
 };
 

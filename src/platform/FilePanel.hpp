@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/StatusItem.hpp"
+#include "core/localization/AppLanguage.hpp"
 
 #include <filesystem>
 #include <functional>
@@ -17,9 +17,9 @@ class FilePanel {
 public:
     struct Texts {
         std::string title;
-        std::string message; ///< what the file is chosen for
-        std::string prompt;  ///< the button that confirms
-        LayoutDirection direction = LayoutDirection::leftToRight;
+        std::string message;                                     ///< what the file is chosen for
+        std::string prompt;                                      ///< the button that confirms
+        core::AppLanguage language = core::AppLanguage::english; ///< of what the panel says beside these texts
     };
 
     using Chosen = std::function<void(const std::filesystem::path&)>;
@@ -35,6 +35,10 @@ public:
     /// instead of a second one, and its texts and callbacks stay. A desktop whose own panel takes drops as a selection
     /// never calls `dropped`.
     virtual void chooseFile(const Texts& texts, Chosen chosen, Dropped dropped) = 0;
+
+    /// Shows these texts on the panel that is open, after the interface language changed. Nothing without one. Where
+    /// the system draws the panel, its own words stay in the language in which it was opened.
+    virtual void setTexts(const Texts& texts) = 0;
 };
 
 } // namespace quillane

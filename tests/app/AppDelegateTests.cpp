@@ -179,6 +179,16 @@ TEST_F(AppDelegateTests, AnotherLanguageRedrawsEveryText) {
     EXPECT_EQ(desktop.applicationMenu.menus()[1].title, core::texts::edit.rendered(AppLanguage::hebrew));
 }
 
+TEST_F(AppDelegateTests, WindowsMenusAndQtFollowTheLanguageWhateverTheDesktop) {
+    launch();
+    preferences->choose(AppLanguage::hebrew);
+    EXPECT_EQ(QApplication::layoutDirection(), Qt::RightToLeft);
+    EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "OK").toStdString(),
+              core::texts::qtOK.rendered(AppLanguage::hebrew));
+    preferences->choose(AppLanguage::english);
+    EXPECT_EQ(QApplication::layoutDirection(), Qt::LeftToRight);
+}
+
 TEST_F(AppDelegateTests, OpeningAgainShowsTheSettings) {
     launch().applicationShouldHandleReopen();
     ASSERT_NE(settingsWindow(), nullptr);

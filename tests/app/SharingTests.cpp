@@ -4,6 +4,7 @@
 #include "app/AppDelegateTest.hpp"
 #include "core/clipboard/PasteboardTypes.hpp"
 #include "core/fileshare/FileShareServer.hpp"
+#include "core/localization/Texts.hpp"
 #include "fakes/TemporaryFiles.hpp"
 
 #include <QApplication>
@@ -52,6 +53,15 @@ TEST_F(Sharing, TheMenuRowOpensThePanelAndTheChosenFileIsUploaded) {
     desktop.filePanel.confirm(files.folder() / "a.txt");
     EXPECT_EQ(desktop.urlSessions.last().request->url.absoluteString(), "http://nas/a.txt");
     EXPECT_EQ(desktop.windowTraits.activations, 2);
+}
+
+TEST_F(Sharing, AnOpenPanelFollowsTheLanguage) {
+    click("Quillane Share…");
+    preferences->choose(core::AppLanguage::arabic);
+    ASSERT_TRUE(desktop.filePanel.open);
+    EXPECT_EQ(desktop.filePanel.open->language, core::AppLanguage::arabic);
+    EXPECT_EQ(desktop.filePanel.open->message,
+              core::texts::chooseFileToUpload("nas").rendered(core::AppLanguage::arabic));
 }
 
 TEST_F(Sharing, TheApplicationMenuHasItToo) {

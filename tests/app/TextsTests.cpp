@@ -7,7 +7,11 @@
 #include "fakes/KnownTexts.hpp"
 #include "fileshare/FileShareWindow.hpp"
 
+#include <QDropEvent>
+#include <QMessageBox>
+#include <QMimeData>
 #include <QPushButton>
+#include <QUrl>
 
 namespace quillane {
 namespace {
@@ -48,10 +52,10 @@ protected:
 
     void checkWindows() {
         int visible = 0;
-        for (const auto* window : QApplication::topLevelWidgets()) {
+        for (auto* window : QApplication::topLevelWidgets()) {
             if (window->isVisible()) {
                 ++visible;
-                known.checkWindow(*window);
+                known.checkWindowAndMenus(*window);
             }
         }
         EXPECT_GT(visible, 0);
@@ -110,6 +114,34 @@ TEST_P(TextsTests, OfTheShareWindow) {
         closeAll();
     }
     EXPECT_GT(known.checked(), 200);
+}
+
+TEST_P(TextsTests, OfTheMessagesThatRefuseFiles) {
+    auto& agent = launchInLanguage();
+    known.allowPattern(QStringLiteral("/.*report\\.txt"));
+    known.allowPattern(QStringLiteral("\\d+%"));
+    EXPECT_FALSE(agent.handleControlRequest({"share", {"file:///a", "file:///b"}}).ok);
+    EXPECT_TRUE(agent.handleControlRequest({"share", {files.url("report.txt", "x").absoluteString()}}).ok);
+    QApplication::processEvents();
+    QWidget* window = nullptr;
+    for (auto* widget : QApplication::topLevelWidgets()) {
+        window = qobject_cast<FileShareWindow*>(widget) != nullptr ? widget : window;
+    }
+    ASSERT_NE(window, nullptr);
+    QMimeData data;
+    data.setUrls({QUrl("file:///a"), QUrl("file:///b")});
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(window, &drop);
+    QApplication::processEvents();
+    int boxes = 0;
+    for (auto* widget : QApplication::allWidgets()) {
+        if (const auto* box = qobject_cast<QMessageBox*>(widget); box != nullptr && box->isVisible()) {
+            ++boxes;
+            known.checkWindow(*box);
+            EXPECT_EQ(box->layoutDirection(), core::isRTL(GetParam()) ? Qt::RightToLeft : Qt::LeftToRight);
+        }
+    }
+    EXPECT_EQ(boxes, 2);
 }
 
 TEST_P(TextsTests, OfTheCardBesideSystemSettings) {

@@ -21,6 +21,12 @@ public:
         }
     }
 
+    void setTexts(const Texts& texts) override {
+        if (open) {
+            open = texts;
+        }
+    }
+
     void confirm(const std::filesystem::path& file) {
         open.reset();
         std::exchange(chosen_, nullptr)(file);

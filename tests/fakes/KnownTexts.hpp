@@ -5,11 +5,14 @@
 
 #include "core/localization/AppTranslations.hpp"
 #include "core/localization/LocalizedText.hpp"
+#include "fakes/Popups.hpp"
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QRegularExpression>
 #include <QTextDocument>
 #include <QTextEdit>
@@ -30,7 +33,7 @@ public:
     explicit KnownTexts(core::AppLanguage language) {
         for (const auto& row : core::AppTranslations::entries()) {
             const auto one = textIn(row, language);
-            const auto text = QString::fromUtf8(one.data(), static_cast<qsizetype>(one.size()));
+            const auto text = withoutMarks(QString::fromUtf8(one.data(), static_cast<qsizetype>(one.size())));
             if (text.contains(QStringLiteral("%@"))) {
                 auto pattern = QRegularExpression::escape(text);
                 pattern.replace(QRegularExpression::escape(QStringLiteral("%@")), QStringLiteral(".+"));
@@ -42,12 +45,13 @@ public:
     }
 
     /// A text that is data: a name, a sign, an address.
-    void allow(const QString& data) { data_.insert(data); }
+    void allow(const QString& data) { data_.insert(withoutMarks(data)); }
 
     /// Data of a form, for example a speed.
     void allowPattern(const QString& pattern) { patterns_.emplace_back(QRegularExpression::anchoredPattern(pattern)); }
 
-    [[nodiscard]] bool has(const QString& text) const {
+    [[nodiscard]] bool has(const QString& shown) const {
+        const auto text = withoutMarks(shown);
         return text.isEmpty() || rows_.contains(text) || data_.contains(text) ||
                std::any_of(patterns_.begin(), patterns_.end(),
                            [&](const QRegularExpression& pattern) { return pattern.match(text).hasMatch(); });
@@ -62,7 +66,9 @@ public:
     /// Fails for every text on the widget itself that is not known.
     void check(const QWidget& widget) {
         const auto where = std::string(widget.metaObject()->className()) + " " + widget.objectName().toStdString();
-        expect(widget.accessibleDescription(), where);
+        for (const auto& paragraph : widget.accessibleDescription().split(QLatin1Char('\n'))) {
+            expect(paragraph, where);
+        }
         expect(widget.toolTip(), where);
         if (widget.inherits("quillane::ChordView")) {
             for (const auto& key : widget.accessibleName().split(QStringLiteral(" + "))) {
@@ -74,9 +80,11 @@ public:
         if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
             QTextDocument plain;
             label->textFormat() == Qt::RichText ? plain.setHtml(label->text()) : plain.setPlainText(label->text());
-            expect(plain.toPlainText(), where);
+            for (const auto& paragraph : plain.toPlainText().split(QLatin1Char('\n'))) {
+                expect(withoutMnemonic(paragraph), where);
+            }
         } else if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
-            expect(button->text(), where);
+            expect(withoutMnemonic(button->text()), where);
         } else if (const auto* box = qobject_cast<const QComboBox*>(&widget)) {
             for (int i = 0; i < box->count(); ++i) {
                 expect(box->itemText(i), where);
@@ -85,7 +93,26 @@ public:
             expect(field->placeholderText(), where);
         } else if (const auto* text = qobject_cast<const QTextEdit*>(&widget)) {
             expect(text->placeholderText(), where);
+        } else if (const auto* header = qobject_cast<const QHeaderView*>(&widget)) {
+            for (int section = 0; section < header->count(); ++section) {
+                expect(header->model()->headerData(section, header->orientation()).toString(), where);
+            }
+        } else if (const auto* menu = qobject_cast<const QMenu*>(&widget)) {
+            checkMenu(*menu);
         }
+    }
+
+    /// Checks the rows of a menu, without the keys that stand beside them.
+    void checkMenu(const QMenu& menu) {
+        for (const auto* action : menu.actions()) {
+            expect(withoutMnemonic(action->text().section(QLatin1Char('\t'), 0, 0)), "menu");
+        }
+    }
+
+    /// Checks a window with everything on it, and the context menus of all of that.
+    void checkWindowAndMenus(QWidget& window) {
+        checkWindow(window);
+        openContextMenus(window, [this](const QMenu& menu) { checkMenu(menu); });
     }
 
     /// Checks a window with everything on it.
@@ -100,6 +127,17 @@ public:
     [[nodiscard]] int checked() const { return checked_; }
 
 private:
+    /// Views add isolates of their own, around the names of keys.
+    [[nodiscard]] static QString withoutMarks(QString text) {
+        static const QRegularExpression marks(QStringLiteral("[\u200E\u2066\u2068\u2069]"));
+        return text.remove(marks);
+    }
+
+    [[nodiscard]] static QString withoutMnemonic(QString text) {
+        constexpr QChar standIn(0xE000);
+        return text.replace(QStringLiteral("&&"), standIn).remove(QLatin1Char('&')).replace(standIn, QLatin1Char('&'));
+    }
+
     [[nodiscard]] static std::string_view textIn(const core::AppTranslations::Entry& row, core::AppLanguage language) {
         switch (language) {
         case core::AppLanguage::hebrew:

@@ -63,7 +63,18 @@ TYPED_TEST_P(FilePanelContract, AnOpenPanelKeepsItsCallback) {
     EXPECT_FALSE(second);
 }
 
+TYPED_TEST_P(FilePanelContract, OtherTextsNeitherOpenNorCloseThePanel) {
+    const FilePanel::Texts texts{.title = "כותרת", .message = "הודעה", .prompt = "בחירה", .language = {}};
+    this->driver.panel().setTexts(texts);
+    EXPECT_FALSE(this->driver.isOpen());
+    this->choose();
+    this->driver.panel().setTexts(texts);
+    EXPECT_TRUE(this->driver.isOpen());
+    this->driver.confirm(this->driver.file());
+    EXPECT_EQ(this->chosen, std::vector{this->driver.file()});
+}
+
 REGISTER_TYPED_TEST_SUITE_P(FilePanelContract, TheChosenFileIsToldOnce, CancellingTellsNothingAndThePanelOpensAgain,
-                            AnOpenPanelKeepsItsCallback);
+                            AnOpenPanelKeepsItsCallback, OtherTextsNeitherOpenNorCloseThePanel);
 
 } // namespace quillane::testing

@@ -7,6 +7,7 @@
 #include "fakes/FakeDesktop.hpp"
 #include "fakes/OffscreenApplication.hpp"
 #include "settings/SettingsWindow.hpp"
+#include "views/InterfaceLanguage.hpp"
 
 #include <QApplication>
 #include <QIcon>
@@ -124,6 +125,7 @@ private:
 protected:
     fakes::FakeDesktop desktop;
     core::AppPreferences preferences{desktop.userDefaults};
+    InterfaceLanguage interface { preferences };
     SettingsModel model{desktop.userDefaults, desktop.sleepAssertions};
     PermissionController permissions{{.service = desktop.permissions,
                                       .userDefaults = desktop.userDefaults,

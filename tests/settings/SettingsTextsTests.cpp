@@ -8,10 +8,15 @@
 #include "fakes/KnownTexts.hpp"
 #include "settings/SettingsView.hpp"
 
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+
 namespace quillane {
 namespace {
 
 using core::AppLanguage;
+using core::SettingsPage;
 
 class SettingsTextsTests : public SettingsTest, public testing::WithParamInterface<AppLanguage> {};
 
@@ -42,9 +47,34 @@ TEST_P(SettingsTextsTests, EveryTextHasARowInTheTable) {
     model.refreshKeepAwake();
     for (const auto page : core::allSettingsPages) {
         present(page);
-        known.checkWindow(window());
+        known.checkWindowAndMenus(window());
+        fakes::openDropDownLists(window(), [&](const QComboBox& box) { known.check(box); });
     }
-    EXPECT_GT(known.checked(), 500);
+    EXPECT_GT(known.checked(), 1000);
+}
+
+TEST_P(SettingsTextsTests, TheQuestionAndTheListOfApplicationsAreInTheLanguage) {
+    fakes::KnownTexts known(GetParam());
+    known.allow("Mail");
+    known.allow("Editor");
+    preferences.choose(GetParam());
+    present(SettingsPage::clipboard);
+    find<QPushButton>("addApplication").click();
+    settle();
+    auto* menu = window().findChild<QMenu*>();
+    ASSERT_NE(menu, nullptr);
+    known.checkMenu(*menu);
+    const auto direction = core::isRTL(GetParam()) ? Qt::RightToLeft : Qt::LeftToRight;
+    EXPECT_EQ(menu->layoutDirection(), direction);
+    menu->close();
+    find<QPushButton>("clear").click();
+    settle();
+    auto* question = window().findChild<QMessageBox*>();
+    ASSERT_NE(question, nullptr);
+    known.checkWindow(*question);
+    EXPECT_EQ(question->layoutDirection(), direction);
+    question->reject();
+    EXPECT_GT(known.checked(), 10);
 }
 
 INSTANTIATE_TEST_SUITE_P(In, SettingsTextsTests, testing::ValuesIn(core::allLanguages),

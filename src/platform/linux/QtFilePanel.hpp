@@ -8,13 +8,14 @@
 
 namespace quillane {
 
-/// Qt's file dialog, with the message below the files.
+/// Qt's file dialog, with the message below the files. Not the desktop's own: that has no place for a message.
 class QtFilePanel final : public FilePanel {
 public:
     QtFilePanel();
     ~QtFilePanel() override;
 
     void chooseFile(const Texts& texts, Chosen chosen, Dropped dropped) override;
+    void setTexts(const Texts& texts) override;
 
 private:
     class Dialog;

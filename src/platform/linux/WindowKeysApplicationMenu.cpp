@@ -89,8 +89,7 @@ WindowKeysApplicationMenu::WindowKeysApplicationMenu(LatinKey latinKey)
 
 WindowKeysApplicationMenu::~WindowKeysApplicationMenu() = default;
 
-void WindowKeysApplicationMenu::install(std::vector<ApplicationSubmenu> menus, LayoutDirection direction) {
-    QApplication::setLayoutDirection(direction == LayoutDirection::rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
+void WindowKeysApplicationMenu::install(std::vector<ApplicationSubmenu> menus, LayoutDirection /*direction*/) {
     keys_->setMenus(std::move(menus));
 }
 

@@ -15,6 +15,7 @@ public:
     ~MacFilePanel() override;
 
     void chooseFile(const Texts& texts, Chosen chosen, Dropped dropped) override;
+    void setTexts(const Texts& texts) override;
 
 private:
     struct State;

@@ -13,11 +13,15 @@ namespace quillane {
 
 namespace {
 
-NSOpenPanel* openPanel(const FilePanel::Texts& texts) {
-    NSOpenPanel* panel = [NSOpenPanel openPanel];
+void show(const FilePanel::Texts& texts, NSOpenPanel* panel) {
     panel.title = nsString(texts.title);
     panel.message = nsString(texts.message);
     panel.prompt = nsString(texts.prompt);
+}
+
+NSOpenPanel* openPanel(const FilePanel::Texts& texts) {
+    NSOpenPanel* panel = [NSOpenPanel openPanel];
+    show(texts, panel);
     panel.canChooseFiles = YES;
     panel.canChooseDirectories = NO;
     panel.allowsMultipleSelection = NO;
@@ -59,6 +63,14 @@ void MacFilePanel::chooseFile(const Texts& texts, Chosen chosen, Dropped) {
               guarded([&] { chosen(std::filesystem::path(url.fileSystemRepresentation)); });
           }
         }];
+    }
+}
+
+void MacFilePanel::setTexts(const Texts& texts) {
+    @autoreleasepool {
+        if (state_->panel) {
+            show(texts, state_->panel);
+        }
     }
 }
 
