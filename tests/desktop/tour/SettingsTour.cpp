@@ -37,6 +37,9 @@ public:
                 });
             }
         }
+        tour_.step("text box", [&] { return typeInTextBox(); });
+        tour_.step("text box Control with right Shift", [&] { return turnTextBox(Key::rightShift, true); });
+        tour_.step("text box Control with left Shift", [&] { return turnTextBox(Key::leftShift, false); });
         mustSee(agent_->process().end() == ExitStatus{0, 0}, "the agent's orderly end");
     }
 
@@ -65,19 +68,18 @@ private:
                   : "neither the login manager nor the session manager lists it any more";
     }
 
-    /// With the keys alone: the list of languages comes first in the window, and an arrow key goes to the next one.
+    /// With the keys alone: the list of languages comes first in the window, and arrow keys go from one to the next.
     void choose(core::AppLanguage language) {
-        if (chosen_ == language) {
-            return;
-        }
         if (!chosen_) {
             mustSee(desktop_.run({agentExecutable()}).succeeded(), "an answer to quillane");
             mustSee(desktop_.waitUntilInFront(agent_->process().pid()), "the settings in front");
             mustSee(waitUntil([&] { return title() == settingsTitle(core::AppLanguage::english); }), "its title");
             desktop_.keyboard().tap(Key::tab);
+            chosen_ = core::AppLanguage::english;
         }
-        if (language != core::AppLanguage::english) {
-            desktop_.keyboard().tap(Key::down);
+        for (auto steps = static_cast<int>(language) - static_cast<int>(*chosen_); steps != 0;
+             steps -= steps > 0 ? 1 : -1) {
+            desktop_.keyboard().tap(steps > 0 ? Key::down : Key::up);
         }
         chosen_ = language;
         mustSee(waitUntil([&] { return title() == settingsTitle(language); }), "its title, but: " + title());
@@ -101,6 +103,47 @@ private:
         return "the tab \"" + name + "\" is selected, " + std::to_string(texts) + " texts are shown";
     }
 
+    std::string typeInTextBox() {
+        choose(core::AppLanguage::english);
+        static_cast<void>(show(core::SettingsPage::testing, core::AppLanguage::english));
+        for (int control = 0; control < 30 && !textBox(); ++control) {
+            desktop_.keyboard().tap(Key::tab);
+            static_cast<void>(waitUntil([&] { return textBox().has_value(); }, std::chrono::milliseconds{100}));
+        }
+        mustSee(textBox().has_value(), "a text box with the keys");
+        desktop_.keyboard().type("quillane");
+        std::string last;
+        const auto isTyped = [&] {
+            last = desktop_.editorText(agent_->process().pid()).value_or("(none)");
+            return last == "quillane";
+        };
+        mustSee(waitUntil(isTyped), "the text in the box, but: " + last);
+        left_ = firstCharacter();
+        return "the box has the keys and holds \"" + last + "\", which begins at pixel " + std::to_string(left_);
+    }
+
+    /// The paragraph begins at the left edge of its text, or goes to the right.
+    std::string turnTextBox(Key shift, bool toTheRight) {
+        desktop_.keyboard().chord({Key::leftControl, shift});
+        int now = -1;
+        const auto isTurned = [&] {
+            now = firstCharacter();
+            return toTheRight ? now > left_ + 200 : now == left_;
+        };
+        mustSee(waitUntil(isTurned), "the text at the other side, but it begins at pixel " + std::to_string(now));
+        return "the text begins at pixel " + std::to_string(now);
+    }
+
+    [[nodiscard]] std::optional<AccessibleNode> textBox() {
+        return desktop_.accessibility().focusedEditor(agent_->process().pid());
+    }
+
+    /// Where the first character of the text box stands on the screen.
+    [[nodiscard]] int firstCharacter() {
+        const auto box = textBox();
+        return box ? desktop_.accessibility().characterLeft(*box, 0).value_or(-1) : -1;
+    }
+
     [[nodiscard]] std::optional<AccessibleNode> find(const AccessibleTree::Predicate& matches) {
         const auto root = desktop_.accessibility().application(agent_->process().pid());
         return root ? desktop_.accessibility().find(*root, matches) : std::nullopt;
@@ -121,6 +164,7 @@ private:
     std::optional<ChildProcess> manager_;
     std::optional<LiveAgent> agent_;
     std::optional<core::AppLanguage> chosen_;
+    int left_ = -1; ///< of the text in the text box
 };
 
 } // namespace
