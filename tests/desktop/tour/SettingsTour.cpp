@@ -111,6 +111,7 @@ private:
             static_cast<void>(waitUntil([&] { return textBox().has_value(); }, std::chrono::milliseconds{100}));
         }
         mustSee(textBox().has_value(), "a text box with the keys");
+        mustSee(agent_->useGroup(0, false), "the English layout");
         desktop_.keyboard().type("quillane");
         std::string last;
         const auto isTyped = [&] {
