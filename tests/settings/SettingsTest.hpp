@@ -11,12 +11,17 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QLabel>
 #include <QPalette>
+#include <QPushButton>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
+#include <stdexcept>
+#include <string>
 #include <vector>
 
 namespace quillane {
@@ -109,6 +114,23 @@ protected:
             throw std::logic_error(std::string("no widget ") + name);
         }
         return *found;
+    }
+
+    /// Whether a label with this text can be seen.
+    [[nodiscard]] bool shows(const QString& text) {
+        const auto labels = window().findChildren<QLabel*>();
+        return std::any_of(labels.begin(), labels.end(),
+                           [&](const QLabel* label) { return label->isVisible() && label->text() == text; });
+    }
+
+    /// The button with this text that can be seen.
+    [[nodiscard]] QPushButton& buttonNamed(const char* text) {
+        for (auto* button : window().findChildren<QPushButton*>()) {
+            if (button->isVisible() && button->text() == QLatin1String(text)) {
+                return *button;
+            }
+        }
+        throw std::logic_error(std::string("no button ") + text);
     }
 
     static void useDark(bool dark) {
