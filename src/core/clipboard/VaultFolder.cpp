@@ -240,7 +240,7 @@ VaultFolder::Result<void> VaultFolder::flush() {
 
 VaultFolder::Result<void> flushFolder(const std::filesystem::path& folder) {
     const Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!descriptor.isOpen() || fsync(descriptor.get()) != 0) {
+    if (!descriptor.isOpen() || !flushToDisk(descriptor.get())) {
         return failure(Reason::write);
     }
     return {};
