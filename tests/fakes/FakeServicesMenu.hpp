@@ -40,7 +40,7 @@ public:
 
     bool canHaveUserEntry = false;        ///< as where the file manager takes an entry from its user only
     std::optional<std::string> userEntry; ///< its title
-    Journal* journal = nullptr; ///< none: nothing is written down
+    Journal* journal = nullptr;           ///< none: nothing is written down
 
 private:
     Share share_;
