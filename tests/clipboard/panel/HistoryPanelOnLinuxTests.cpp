@@ -10,17 +10,6 @@ namespace {
 class HistoryPanelOnLinux : public HistoryPanelTest {
 protected:
     HistoryPanelOnLinux() : HistoryPanelTest(core::Desktop::linuxDesktop) {}
-
-    void copyThree() {
-        copyText("first");
-        copyText("second");
-        copyText("third");
-    }
-
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-        QTest::keyClick(&field(), key, modifiers);
-        settle();
-    }
 };
 
 TEST_F(HistoryPanelOnLinux, ShiftDeleteDeletesTheEntry) {

@@ -115,6 +115,12 @@ protected:
         copied();
     }
 
+    void copyThree() {
+        copyText("first");
+        copyText("second");
+        copyText("third");
+    }
+
     static std::string png(QSize size, const QColor& color = Qt::darkCyan) {
         QImage image(size, QImage::Format_RGB32);
         image.fill(color);
@@ -157,6 +163,17 @@ protected:
 
     [[nodiscard]] QLineEdit& field() {
         return find<QLineEdit>("search");
+    }
+
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(&field(), key, modifiers);
+        settle();
+    }
+
+    QMenu& openMenu(int row) {
+        emit list().customContextMenuRequested(list().visualRect(list().model()->index(row, 0)).center());
+        settle();
+        return find<QMenu>("rowMenu");
     }
 
     [[nodiscard]] int rows() {
