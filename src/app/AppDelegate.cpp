@@ -179,10 +179,12 @@ void AppDelegate::wireControllers() {
         if (settings_) {
             settings_->refresh();
         }
-        updateStatusItem();
+        if (!refreshing_) { // which ends with it
+            updateStatusItem();
+        }
     }));
     subscriptions_.push_back(permissions_.onChanged([this] {
-        if (!refreshing_) { // else what follows in the refresh takes it in
+        if (!refreshing_) {
             refreshRuntime();
         }
     }));

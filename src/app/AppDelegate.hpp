@@ -132,7 +132,7 @@ private:
     AppUpdater updater_;
     bool wasPaused_; ///< when the options were applied last
     Surroundings surroundings_;
-    bool refreshing_ = false; ///< the permissions and the login item are being read
+    bool refreshing_ = false; ///< `refreshRuntime` runs, which takes in what changes meanwhile
 
     DirectionDeliveries directions_;
     std::optional<StatusMenuState> shownMenu_; ///< what the status item shows now; drawn anew only when it differs

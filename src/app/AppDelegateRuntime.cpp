@@ -27,13 +27,13 @@ void AppDelegate::refreshRuntime() {
     refreshing_ = true;
     permissions_.refresh();
     loginItem_.refresh();
-    refreshing_ = false;
     checked_ = true;
     lookAround();
     runMonitor();
     publishRuntime();
     clipboard_.configure({.paused = model_.options().paused, .remote = surroundings_.screenSharingSuspended});
     model_.refreshKeepAwake();
+    refreshing_ = false;
     updateStatusItem();
 }
 

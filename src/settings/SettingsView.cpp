@@ -32,12 +32,11 @@ constexpr int contentWidth = 860; ///< lines longer than that are hard to read
 
 } // namespace
 
-SettingsView::SettingsView(const SettingsServices& services)
-    : services_(services),
-      header_(new SettingsHeader(services)),
-      selector_(new PageSelector(services.symbol)),
-      stack_(new QStackedWidget) {
-    QAccessible::installFactory(&accessibleSettings); // Qt keeps it once, however often it is installed
+SettingsView::SettingsView(const SettingsServices& services) : services_(services), stack_(new QStackedWidget) {
+    // Before the first widget that it describes; Qt keeps it once, however often it is installed.
+    QAccessible::installFactory(&accessibleSettings);
+    header_ = new SettingsHeader(services);
+    selector_ = new PageSelector(services.symbol);
     setObjectName(QStringLiteral("settingsView"));
     setAttribute(Qt::WA_StyledBackground);
     stack_->setObjectName(QStringLiteral("pages"));

@@ -7,6 +7,7 @@
 #include "fakes/KnownTexts.hpp"
 #include "fileshare/FileShareWindow.hpp"
 
+#include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QMessageBox>
 #include <QMimeData>
@@ -130,6 +131,8 @@ TEST_P(TextsTests, OfTheMessagesThatRefuseFiles) {
     ASSERT_NE(window, nullptr);
     QMimeData data;
     data.setUrls({QUrl("file:///a"), QUrl("file:///b")});
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(window, &enter); // Qt drops only on what was entered
     QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(window, &drop);
     QApplication::processEvents();

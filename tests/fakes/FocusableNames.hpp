@@ -31,7 +31,9 @@ inline void collect(QAccessibleInterface* item, Focusables& found) {
     if (item == nullptr || item->state().invisible != 0) {
         return;
     }
-    if (item->state().focusable != 0) {
+    const bool isCell = item->object() == nullptr && (item->role() == QAccessible::Cell ||
+                                                      item->role() == QAccessible::TreeItem); // which may be empty
+    if (item->state().focusable != 0 && !isCell) {
         const auto name = item->text(QAccessible::Name).trimmed();
         if (name.isEmpty()) {
             found.nameless << pathOf(item->object());

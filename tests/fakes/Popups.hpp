@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QContextMenuEvent>
 #include <QMenu>
+#include <QPointer>
 #include <QScrollBar>
 #include <QTimer>
 #include <QWidget>
@@ -31,10 +32,11 @@ inline int openContextMenus(QWidget& window, const std::function<void(QMenu&)>& 
         }
     });
     watch.start();
-    auto widgets = window.findChildren<QWidget*>();
+    const auto children = window.findChildren<QWidget*>();
+    QList<QPointer<QWidget>> widgets(children.begin(), children.end()); // some go while menus are open
     widgets.prepend(&window);
-    for (auto* widget : widgets) {
-        if (widget->isVisible() && (widget->window() == &window)) {
+    for (const auto& widget : widgets) {
+        if (widget && widget->isVisible() && widget->window() == &window) {
             const auto middle = widget->rect().center();
             QContextMenuEvent event(QContextMenuEvent::Mouse, middle, widget->mapToGlobal(middle));
             QApplication::sendEvent(widget, &event);
@@ -69,8 +71,9 @@ inline testing::AssertionResult showsEveryRow(const QComboBox& box) {
 /// lists there were.
 inline int openDropDownLists(QWidget& window, const std::function<void(QComboBox&)>& look) {
     int lists = 0;
-    for (auto* box : window.findChildren<QComboBox*>()) {
-        if (box->isVisible() && box->count() > 0) {
+    const auto children = window.findChildren<QComboBox*>();
+    for (const QPointer<QComboBox>& box : QList<QPointer<QComboBox>>(children.begin(), children.end())) {
+        if (box && box->isVisible() && box->count() > 0) {
             box->setFocus(); // as a click or the space bar finds it
             QApplication::processEvents();
             box->showPopup();
