@@ -280,7 +280,7 @@ void NativeDirectionAdapter::recordDiagnostic(const Attempt& attempt) {
             text += "\nChild role: " + (role != nullptr ? *role : std::string("unknown"));
         }
     }
-    services_.userDefaults.note(diagnosticKey, text);
+    services_.userDefaults.setObject(diagnosticKey, text);
 }
 
 } // namespace quillane

@@ -38,7 +38,7 @@ std::vector<pid_t> processesIn(const xcb_res_query_client_ids_reply_t& reply) {
         }
     }
     std::ranges::sort(found); // a program may be connected several times
-    found.erase(std::ranges::unique(found).begin(), found.end());
+    found.erase(std::unique(found.begin(), found.end()), found.end());
     std::erase_if(found, [](pid_t pid) { return pid <= 0 || pid == ::getpid(); });
     return found;
 }
