@@ -4,6 +4,7 @@
 #include "platform/linux/AutostartLoginItem.hpp"
 
 #include "core/support/AtomicFile.hpp"
+#include "platform/linux/DesktopEntries.hpp"
 
 #include <cstdlib>
 #include <memory>
@@ -48,21 +49,6 @@ std::string value(GKeyFile& entry, const char* key) {
     return text ? std::string(text.get()) : std::string();
 }
 
-/// The program of a command line ("The Exec key"), in which a field code is no part of it; empty when there is none.
-std::string programOf(const std::string& exec) {
-    int count = 0;
-    char** arguments = nullptr;
-    if (g_shell_parse_argv(exec.c_str(), &count, &arguments, nullptr) == FALSE) {
-        return {};
-    }
-    const std::unique_ptr<char*, decltype(&g_strfreev)> owned(arguments, &g_strfreev);
-    std::string program = arguments[0];
-    for (std::size_t i = 0; (i = program.find("%%", i)) != std::string::npos; ++i) {
-        program.erase(i, 1);
-    }
-    return program;
-}
-
 bool canBeRun(const std::string& program) {
     const std::unique_ptr<char, decltype(&g_free)> found(g_find_program_in_path(program.c_str()), &g_free);
     return found != nullptr;
@@ -74,7 +60,7 @@ bool isInEffect(GKeyFile& entry) {
         return false;
     }
     const auto required = value(entry, G_KEY_FILE_DESKTOP_KEY_TRY_EXEC);
-    const auto program = programOf(value(entry, G_KEY_FILE_DESKTOP_KEY_EXEC));
+    const auto program = programOfCommand(value(entry, G_KEY_FILE_DESKTOP_KEY_EXEC));
     return !program.empty() && canBeRun(program) && (required.empty() || canBeRun(required));
 }
 

@@ -48,14 +48,8 @@ bool isSet(GKeyFile& file, const char* key) {
 constexpr std::array<std::string_view, 14> starters{"bash", "dbus-launch", "env",    "flatpak", "gjs", "java", "node",
                                                     "perl", "pkexec",      "python", "python3", "sh",  "snap", "wine"};
 
-std::string programOf(const std::string& exec) {
-    int count = 0;
-    char** arguments = nullptr;
-    if (g_shell_parse_argv(exec.c_str(), &count, &arguments, nullptr) == FALSE) {
-        return {};
-    }
-    const std::unique_ptr<char*, decltype(&g_strfreev)> owned(arguments, &g_strfreev);
-    auto name = fs::path(arguments[0]).filename().string();
+std::string applicationProgram(const std::string& exec) {
+    auto name = fs::path(programOfCommand(exec)).filename().string();
     return std::ranges::find(starters, name) != starters.end() ? std::string() : name;
 }
 
@@ -84,7 +78,7 @@ std::optional<DesktopEntry> readEntry(std::string id, const fs::path& path) {
         .id = std::move(id),
         .name = taken(g_key_file_get_locale_string(&entry, group, G_KEY_FILE_DESKTOP_KEY_NAME, nullptr, nullptr)),
         .windowClass = value(entry, G_KEY_FILE_DESKTOP_KEY_STARTUP_WM_CLASS),
-        .program = programOf(exec),
+        .program = applicationProgram(exec),
         .isShown = !isSet(entry, G_KEY_FILE_DESKTOP_KEY_NO_DISPLAY),
         .isTerminal = hasCategory(value(entry, G_KEY_FILE_DESKTOP_KEY_CATEGORIES), "TerminalEmulator")};
 }
@@ -157,6 +151,20 @@ std::vector<DesktopEntry> desktopEntries(std::span<const fs::path> folders, cons
         }
     }
     return entries;
+}
+
+std::string programOfCommand(const std::string& exec) {
+    int count = 0;
+    char** arguments = nullptr;
+    if (g_shell_parse_argv(exec.c_str(), &count, &arguments, nullptr) == FALSE) {
+        return {};
+    }
+    const std::unique_ptr<char*, decltype(&g_strfreev)> owned(arguments, &g_strfreev);
+    std::string program = arguments[0];
+    for (std::size_t i = 0; (i = program.find("%%", i)) != std::string::npos; ++i) {
+        program.erase(i, 1);
+    }
+    return program;
 }
 
 } // namespace quillane

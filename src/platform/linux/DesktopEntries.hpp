@@ -32,4 +32,7 @@ struct DesktopEntry {
 [[nodiscard]] std::vector<DesktopEntry> desktopEntries(std::span<const std::filesystem::path> folders,
                                                        const std::stop_token& stop = {});
 
+/// The program of a command line ("The Exec key"), where "%%" stands for one percent sign. Empty when there is none.
+[[nodiscard]] std::string programOfCommand(const std::string& exec);
+
 } // namespace quillane
