@@ -15,8 +15,13 @@ namespace {
 using namespace std::chrono_literals;
 using ::testing::ElementsAreArray;
 
+/// A base, so that it outlives what writes it.
+struct WithJournal {
+    fakes::Journal journal;
+};
+
 /// The order of the steps in which the delegate starts, refreshes and ends, read from what the desktop is asked.
-class Order : public AppDelegateTest {
+class Order : protected WithJournal, public AppDelegateTest {
 protected:
     Order() {
         core::ClipboardOptions clipboard;
@@ -48,8 +53,6 @@ protected:
         options.paused = paused;
         model->setOptions(options);
     }
-
-    fakes::Journal journal;
 };
 
 TEST_F(Order, OfTheStart) {

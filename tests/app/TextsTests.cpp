@@ -138,13 +138,15 @@ TEST_P(TextsTests, OfTheMessagesThatRefuseFiles) {
     QApplication::processEvents();
     int boxes = 0;
     for (auto* widget : QApplication::allWidgets()) {
-        if (const auto* box = qobject_cast<QMessageBox*>(widget); box != nullptr && box->isVisible()) {
+        if (auto* box = qobject_cast<QMessageBox*>(widget); box != nullptr && box->isVisible()) {
             ++boxes;
             known.checkWindow(*box);
             EXPECT_EQ(box->layoutDirection(), core::isRTL(GetParam()) ? Qt::RightToLeft : Qt::LeftToRight);
+            box->close();
         }
     }
     EXPECT_EQ(boxes, 2);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 TEST_P(TextsTests, OfTheCardBesideSystemSettings) {

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "clipboard/panel/PanelKeyEvents.hpp"
 
+#include "fakes/OffscreenApplication.hpp"
+
 #include <QKeyEvent>
 
 #include <gtest/gtest.h>
@@ -11,6 +13,10 @@
 namespace quillane {
 namespace {
 
+class PanelKeyEventsTest : public ::testing::Test {
+    fakes::OffscreenApplication application_; // which the keyboard of an event belongs to
+};
+
 QKeyEvent onMac(int key, Qt::KeyboardModifiers modifiers, core::KeyCode keyCode) {
     return {QEvent::KeyPress, key, modifiers, 0, keyCode, 0};
 }
@@ -19,7 +25,7 @@ QKeyEvent onX11(int key, Qt::KeyboardModifiers modifiers, quint32 scanCode) {
     return {QEvent::KeyPress, key, modifiers, scanCode, 0, 0};
 }
 
-TEST(PanelKeyEvents, MacDigitsAreKnownByPlaceOnEveryLayout) {
+TEST_F(PanelKeyEventsTest, MacDigitsAreKnownByPlaceOnEveryLayout) {
     constexpr std::array<core::KeyCode, 9> row{18, 19, 20, 21, 23, 22, 26, 28, 25};
     constexpr std::array<int, 9> french{'&', 0xc9, '"', '\'', '(', 0xa7, 0xc8, '!', 0xc7};
     for (std::size_t i = 0; i < row.size(); ++i) {
@@ -30,18 +36,18 @@ TEST(PanelKeyEvents, MacDigitsAreKnownByPlaceOnEveryLayout) {
     EXPECT_EQ(PanelKeyEvents::keyCode(onMac('7', Qt::ControlModifier, 18), KeyNumbering::macOS), 18);
 }
 
-TEST(PanelKeyEvents, MacKeypadDigitsAreKnownByTheirText) {
+TEST_F(PanelKeyEventsTest, MacKeypadDigitsAreKnownByTheirText) {
     const auto event = onMac(Qt::Key_3, Qt::ControlModifier | Qt::KeypadModifier, 85);
     EXPECT_EQ(PanelKeyEvents::keyCode(event, KeyNumbering::macOS), 20);
 }
 
-TEST(PanelKeyEvents, X11DigitsAreKnownByTextAndThenByPlace) {
+TEST_F(PanelKeyEventsTest, X11DigitsAreKnownByTextAndThenByPlace) {
     EXPECT_EQ(PanelKeyEvents::keyCode(onX11('&', Qt::ControlModifier, 10), KeyNumbering::x11), 18);
     EXPECT_EQ(PanelKeyEvents::keyCode(onX11('2', Qt::ControlModifier, 10), KeyNumbering::x11), 19);
     EXPECT_EQ(PanelKeyEvents::keyCode(onX11('0', Qt::ControlModifier, 10), KeyNumbering::x11), std::nullopt);
 }
 
-TEST(PanelKeyEvents, OnlyCommandShiftVIsTheHotKeyOnMac) {
+TEST_F(PanelKeyEventsTest, OnlyCommandShiftVIsTheHotKeyOnMac) {
     const auto isHotKey = [](Qt::KeyboardModifiers modifiers, core::KeyCode keyCode) {
         return PanelKeyEvents::isHotKey(onMac(Qt::Key_V, modifiers, keyCode), KeyNumbering::macOS);
     };
@@ -51,7 +57,7 @@ TEST(PanelKeyEvents, OnlyCommandShiftVIsTheHotKeyOnMac) {
     EXPECT_FALSE(isHotKey(Qt::ControlModifier | Qt::ShiftModifier, 47)); // V of Dvorak
 }
 
-TEST(PanelKeyEvents, SuperShiftVIsTheHotKeyOnX11) {
+TEST_F(PanelKeyEventsTest, SuperShiftVIsTheHotKeyOnX11) {
     const auto super = Qt::MetaModifier | Qt::ShiftModifier;
     EXPECT_TRUE(PanelKeyEvents::isHotKey(onX11(Qt::Key_V, super, 55), KeyNumbering::x11));
     EXPECT_TRUE(PanelKeyEvents::isHotKey(onX11(0x5d4, super, 55), KeyNumbering::x11));
