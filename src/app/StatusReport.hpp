@@ -44,7 +44,7 @@ struct StatusReport {
 /// stands the text in the report's language, as windows and menus show it.
 [[nodiscard]] std::string toJson(const StatusReport& report);
 
-/// A few lines for people, in English.
+/// A few lines of English text for a terminal.
 [[nodiscard]] std::string toText(const StatusReport& report);
 
 } // namespace quillane
