@@ -10,8 +10,8 @@
 namespace quillane::core {
 
 /// The decoded name after the last slash of a URL's path, trailing slashes aside; "/" for the root, and empty for an
-/// empty path. None when the text is no absolute URL. Characters that a URL should have encoded, as Qt leaves brackets
-/// and others leave spaces, stand for themselves.
+/// empty path. None when the text is not an absolute URL. Characters that a URL should have encoded, as Qt leaves
+/// brackets and others leave spaces, stand for themselves.
 [[nodiscard]] std::optional<std::string> lastPathComponent(std::string_view url);
 
 /// The path that a file URL names on this machine. None for any other text.
