@@ -65,3 +65,27 @@ run_tests() {
     fi
     return $status
 }
+
+# failed_tests LOG: the tests that failed in what ctest printed, and those that had not ended when its output did, one name
+# a line. A run that is cut off prints no summary, so the line of each test counts.
+failed_tests() {
+    awk '
+        /^ *Start +[0-9]+: / {
+            name = $0
+            sub(/^ *Start +[0-9]+: /, "", name)
+            running[name] = 1
+        }
+        /^ *[0-9]+\/[0-9]+ Test +#[0-9]+: / {
+            name = $0
+            sub(/^ *[0-9]+\/[0-9]+ Test +#[0-9]+: /, "", name)
+            result = name
+            sub(/ \.*( +Passed|\*\*\*).*$/, "", name)
+            delete running[name]
+            if (result ~ /\*\*\*/ && result !~ /\*\*\*(Skipped|Not Run \(Disabled\))/)
+                print name
+        }
+        END {
+            for (name in running)
+                print name " (had not ended)"
+        }' "$1"
+}
