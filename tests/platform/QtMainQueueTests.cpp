@@ -25,7 +25,7 @@ public:
     [[nodiscard]] std::chrono::nanoseconds now() const { return Clock::now().time_since_epoch(); }
 
     bool waitUntil(const std::function<bool()>& condition) {
-        const auto deadline = Clock::now() + std::chrono::seconds(5);
+        const auto deadline = Clock::now() + std::chrono::seconds(30);
         while (!condition()) {
             if (Clock::now() > deadline) {
                 return false;

@@ -26,7 +26,7 @@ namespace quillane::testing {
 
 /// Lets the event loop run until the condition holds; false when it does not within the deadline.
 inline bool waitUntil(const std::function<bool()>& condition,
-                      std::chrono::milliseconds deadline = std::chrono::seconds(5)) {
+                      std::chrono::milliseconds deadline = std::chrono::seconds(30)) {
     const auto end = std::chrono::steady_clock::now() + deadline;
     QTimer wake;
     wake.start(5);
