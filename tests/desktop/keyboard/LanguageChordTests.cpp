@@ -11,7 +11,7 @@ constexpr milliseconds settled{400}; // longer than a second switch by the same 
 
 class LiveLanguageChord : public AgentEditorTest {
 protected:
-    void chord() { desktop().keyboard().chord({Key::leftAlt, Key::leftShift}); }
+    void chord() { desktop().chordInto(editor().pid(), {Key::leftAlt, Key::leftShift}); }
 
     [[nodiscard]] bool reaches(int group) {
         return waitUntil([&] { return desktop().screen().group() == group; });

@@ -49,7 +49,8 @@ private:
             seen = desktop_.run({"sh", "-c", copy}).output;
             return seen == "PNG 240x160, 4 colours";
         };
-        mustSee(waitUntil(isCopied), "a PNG of 240 × 160 pixels in 4 colours on the clipboard, but: " + seen);
+        mustSee(waitUntil(isCopied),
+                [&] { return "a PNG of 240 × 160 pixels in 4 colours on the clipboard, but: " + seen; });
         return "another program reads from the clipboard: " + seen;
     }
 

@@ -42,7 +42,7 @@ private:
             last = browser_->state().value_or(PageState()).direction;
             return last == direction && !browser_->hasOpenMenu();
         };
-        mustSee(waitUntil(turned), "the computed direction " + direction + ", but: " + last);
+        mustSee(waitUntil(turned), [&] { return "the computed direction " + direction + ", but: " + last; });
         return "the text area's computed direction is " + last + ", and no menu is open";
     }
 
@@ -53,7 +53,7 @@ private:
             said = status.at("lastAction");
             return said == "Applied " + raw + " in LibreOffice Writer";
         };
-        mustSee(agent_->waitForStatus(says), "the direction applied, but: " + said);
+        mustSee(agent_->waitForStatus(says), [&] { return "the direction applied, but: " + said; });
         std::string saved;
         for (const auto& paragraph : writer_->savedDirections()) {
             saved += (saved.empty() ? "" : ", ") + paragraph;

@@ -62,7 +62,7 @@ private:
             display = sessionInhibitors(desktop_, sessionManager);
             return (machine.find("Quillane Keep Awake") != std::string::npos) == on && display.empty() != on;
         };
-        mustSee(waitUntil(isSeen), "the inhibitors, but: " + machine + " and " + display);
+        mustSee(waitUntil(isSeen), [&] { return "the inhibitors, but: " + machine + " and " + display; });
         return on ? "the login manager lists \"Quillane Keep Awake\", and the session manager \"" +
                         display.substr(0, display.find('\n')) + "\""
                   : "neither the login manager nor the session manager lists it any more";
@@ -82,7 +82,8 @@ private:
             desktop_.keyboard().tap(steps > 0 ? Key::down : Key::up);
         }
         chosen_ = language;
-        mustSee(waitUntil([&] { return title() == settingsTitle(language); }), "its title, but: " + title());
+        mustSee(waitUntil([&] { return title() == settingsTitle(language); }),
+                [&] { return "its title, but: " + title(); });
     }
 
     std::string show(core::SettingsPage page, core::AppLanguage language) {
@@ -118,7 +119,7 @@ private:
             last = desktop_.editorText(agent_->process().pid()).value_or("(none)");
             return last == "quillane";
         };
-        mustSee(waitUntil(isTyped), "the text in the box, but: " + last);
+        mustSee(waitUntil(isTyped), [&] { return "the text in the box, but: " + last; });
         left_ = firstCharacter();
         return "the box has the keys and holds \"" + last + "\", which begins at pixel " + std::to_string(left_);
     }
@@ -131,7 +132,8 @@ private:
             now = firstCharacter();
             return toTheRight ? now > left_ + 200 : now == left_;
         };
-        mustSee(waitUntil(isTurned), "the text at the other side, but it begins at pixel " + std::to_string(now));
+        mustSee(waitUntil(isTurned),
+                [&] { return "the text at the other side, but it begins at pixel " + std::to_string(now); });
         return "the text begins at pixel " + std::to_string(now);
     }
 

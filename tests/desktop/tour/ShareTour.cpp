@@ -50,7 +50,7 @@ private:
             link = desktop_.run({"xclip", "-selection", "clipboard", "-o"}).output;
             return link.starts_with(address_ + '/');
         };
-        mustSee(waitUntil(isCopied), "the link on the clipboard, but: " + link);
+        mustSee(waitUntil(isCopied), [&] { return "the link on the clipboard, but: " + link; });
         const auto fetched = desktop_.run({"curl", "--silent", "--fail", "--noproxy", "*", link}).output;
         mustSee(fetched == content, "the same file behind the link, but: " + fetched);
         return "Return has copied " + link + ", and curl fetches the same " + std::to_string(content.size()) +

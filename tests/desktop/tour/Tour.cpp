@@ -33,4 +33,10 @@ void mustSee(bool seen, const std::string& what) {
     }
 }
 
+void mustSee(bool seen, const std::function<std::string()>& what) {
+    if (!seen) {
+        mustSee(false, what());
+    }
+}
+
 } // namespace quillane::live

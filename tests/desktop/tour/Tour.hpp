@@ -26,6 +26,9 @@ private:
 /// Ends a step whose effect was not seen.
 void mustSee(bool seen, const std::string& what);
 
+/// The same; `what` is asked after the look, for what it says of it.
+void mustSee(bool seen, const std::function<std::string()>& what);
+
 /// The value, or the end of the step with the error in its place.
 template <typename T>
 [[nodiscard]] T got(tl::expected<T, std::string> value) {

@@ -77,7 +77,7 @@ private:
         tour_.step(name + " saves", [&] {
             desktop_.keyboard().chord({Key::leftControl, Key::s});
             const auto saved = [&] { return readFile(file).starts_with("hello שלום quillane"); };
-            mustSee(waitUntil(saved), "the text on the disk: " + readFile(file));
+            mustSee(waitUntil(saved), [&] { return "the text on the disk: " + readFile(file); });
             return "the file on the disk holds the same text";
         });
         tour_.step(name + " left Alt with left Shift again", [&] { return switchTo(0, "English"); });
@@ -127,21 +127,21 @@ private:
     }
 
     std::string switchTo(int group, const std::string& language) {
-        desktop_.keyboard().chord({Key::leftAlt, Key::leftShift});
+        desktop_.chordInto(editor_->pid(), {Key::leftAlt, Key::leftShift});
         mustSee(waitUntil([&] { return desktop_.screen().group() == group; }), "the other layout");
         std::string said;
         const auto says = [&](const nlohmann::json& status) {
             said = status.at("lastAction");
             return said.starts_with("Keyboard language: " + language);
         };
-        mustSee(agent_->waitForStatus(says), "\"Keyboard language: " + language + "\", but: " + said);
+        mustSee(agent_->waitForStatus(says), [&] { return "\"Keyboard language: " + language + "\", but: " + said; });
         return "layout " + std::to_string(group + 1) + " is in effect; the agent says \"" + said + "\"";
     }
 
     std::string expectText(const std::string& expected) {
         std::string last;
         mustSee(waitUntil([&] { return (last = text()) == expected; }),
-                "\"" + expected + "\" in the editor, but: \"" + last + "\"");
+                [&] { return "\"" + expected + "\" in the editor, but: \"" + last + "\""; });
         return "the editor holds \"" + last + "\"";
     }
 
