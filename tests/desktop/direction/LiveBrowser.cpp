@@ -27,7 +27,10 @@ if (wanted) { wanted.focus(); }
 const rich = document.getElementById('rich');
 if (wanted === rich) { getSelection().collapse(rich.children[1].firstChild, 1); }
 const paragraphs = wanted === rich ? Array.from(rich.children) : location.hash === '#line' ? [wanted] : [area];
+let ready = false; // once the keys have come to the page
 setInterval(() => {
+  ready = ready || document.hasFocus();
+  if (!ready) { return; }
   document.title = ['state', paragraphs.map(one => getComputedStyle(one).direction).join(','), area.selectionStart + '-' + area.selectionEnd,
                     document.activeElement.id || 'none', area.value.replaceAll('\n', '/').replaceAll(' ', '_'),
                     'end'].join(' ');

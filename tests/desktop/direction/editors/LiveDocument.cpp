@@ -17,7 +17,10 @@ tl::expected<LiveDocument, std::string> LiveDocument::start(LiveDesktop& desktop
         return tl::unexpected(process.error());
     }
     LiveDocument document(std::move(*process), report);
-    if (!waitUntil([&] { return document.state().value("focus", "none") != "none"; })) {
+    const auto isReady = [&] {
+        return document.state().value("focus", "none") != "none" && desktop.accessibility().application(document.pid());
+    };
+    if (!waitUntil(isReady)) {
         return tl::unexpected(std::string("no field of the document gets the focus"));
     }
     return document;
