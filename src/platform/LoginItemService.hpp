@@ -3,16 +3,11 @@
 
 #pragma once
 
+#include "core/support/LoginItemStatus.hpp"
+
 namespace quillane {
 
-/// How the desktop stands to starting this program when the user signs in.
-enum class LoginItemStatus {
-    notRegistered,
-    enabled,
-    requiresApproval, ///< registered, but the user has to allow it in the system's settings
-    notFound,         ///< the system does not know the program
-    unknown,          ///< an answer that this program does not know
-};
+using core::LoginItemStatus;
 
 /// The desktop's list of programs that start at login, as far as this program is concerned. Main thread; calls are
 /// short and synchronous.

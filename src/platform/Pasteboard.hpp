@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/clipboard/ClipboardPrivacy.hpp"
+#include "core/clipboard/PasteboardAccess.hpp"
 #include "core/clipboard/PasteboardContents.hpp"
 #include "core/support/Subscription.hpp"
 
@@ -12,12 +13,7 @@
 
 namespace quillane {
 
-/// What the system lets this program read of what other programs have copied.
-enum class PasteboardAccess {
-    allowed,
-    asked, ///< it asks the user each time
-    denied,
-};
+using core::PasteboardAccess;
 
 /// The system's general pasteboard. Main thread. Nothing here waits for another program.
 ///
