@@ -25,6 +25,7 @@
 #include "platform/SerialQueue.hpp"
 #include "platform/ServicesMenu.hpp"
 #include "platform/StatusItem.hpp"
+#include "platform/SystemInspector.hpp"
 #include "platform/SystemSymbols.hpp"
 #include "platform/UpdaterService.hpp"
 #include "platform/WindowList.hpp"
@@ -71,6 +72,7 @@ struct Platform {
     std::unique_ptr<ServicesMenu> servicesMenu;
     std::unique_ptr<Launcher> launcher;
     std::unique_ptr<LoginItemService> loginItem;
+    std::unique_ptr<SystemInspector> systemInspector;
     std::unique_ptr<UpdaterService> updater; ///< absent where something else updates the program
 
     /// The settings of the program's previous edition, when it was used here.
@@ -94,6 +96,9 @@ struct PlatformError {
 /// A check made before any window system library is touched, while the process has one thread, because it prepares the
 /// process's environment too. None when the desktop can be used.
 [[nodiscard]] std::optional<PlatformError> checkDesktop();
+
+/// Makes what can be asked about the system even where `checkDesktop` fails. An application object of Qt must exist.
+[[nodiscard]] std::unique_ptr<SystemInspector> makeSystemInspector();
 
 /// Makes the backend of the desktop that the program was built for. The application object of Qt must exist.
 [[nodiscard]] std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options);

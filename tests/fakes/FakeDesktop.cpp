@@ -38,6 +38,7 @@ Platform makeFakes() {
     made.servicesMenu = std::make_unique<FakeServicesMenu>();
     made.launcher = std::make_unique<FakeLauncher>();
     made.loginItem = std::make_unique<FakeLoginItemService>();
+    made.systemInspector = std::make_unique<FakeSystemInspector>();
     made.updater = std::make_unique<FakeUpdaterService>();
     return made;
 }
@@ -93,6 +94,7 @@ FakeDesktop::FakeDesktop(Platform made)
       servicesMenu(fake<FakeServicesMenu>(platform.servicesMenu)),
       launcher(fake<FakeLauncher>(platform.launcher)),
       loginItem(fake<FakeLoginItemService>(platform.loginItem)),
+      systemInspector(fake<FakeSystemInspector>(platform.systemInspector)),
       updater(fake<FakeUpdaterService>(platform.updater)) {
     tap.permitWhen([&granted = permissions] { return granted.isGranted(core::MacPermission::accessibility); });
     withPermissions({core::allPermissions.begin(), core::allPermissions.end()});

@@ -23,6 +23,7 @@
 #include "fakes/FakeServicesMenu.hpp"
 #include "fakes/FakeSleepAssertions.hpp"
 #include "fakes/FakeStatusItem.hpp"
+#include "fakes/FakeSystemInspector.hpp"
 #include "fakes/FakeSystemSymbols.hpp"
 #include "fakes/FakeUpdaterService.hpp"
 #include "fakes/FakeUrlSession.hpp"
@@ -88,6 +89,7 @@ public:
     FakeServicesMenu& servicesMenu;
     FakeLauncher& launcher;
     FakeLoginItemService& loginItem;
+    FakeSystemInspector& systemInspector;
     FakeUpdaterService& updater;
     FakeUrlSessions urlSessions;   ///< the network
     FakeFileExaminer fileExaminer; ///< the disk of files that are to be shared

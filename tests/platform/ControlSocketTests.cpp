@@ -96,6 +96,10 @@ TEST_F(ControlSocketTests, AnswersARequest) {
     const auto reply = ask({"share", {"/tmp/a b", "/tmp/קובץ"}});
     ASSERT_TRUE(reply);
     EXPECT_EQ(*reply, (ControlReply{true, "שלום"}));
+    EXPECT_EQ(control::decodeReply(control::encode(ControlReply{true, "ill", true})),
+              (ControlReply{true, "ill", true}));
+    EXPECT_EQ(control::decodeReply(R"({"ok":true,"text":"of an earlier version"})"),
+              (ControlReply{true, "of an earlier version", false}));
     EXPECT_EQ(seen, (ControlRequest{"share", {"/tmp/a b", "/tmp/קובץ"}}));
 }
 

@@ -8,6 +8,7 @@
 #include "fakes/FakeSecureInput.hpp"
 #include "fakes/FakeSerialQueue.hpp"
 #include "fakes/FakeServicesMenu.hpp"
+#include "fakes/FakeSystemInspector.hpp"
 #include "fakes/FakeUrlSession.hpp"
 #include "platform/FileExaminerContract.hpp"
 #include "platform/KeyEventsContract.hpp"
@@ -16,6 +17,7 @@
 #include "platform/SecureInputContract.hpp"
 #include "platform/SerialQueueContract.hpp"
 #include "platform/ServicesMenuContract.hpp"
+#include "platform/SystemInspectorContract.hpp"
 #include "platform/UrlSessionContract.hpp"
 
 #include <algorithm>
@@ -44,6 +46,14 @@ public:
 
 private:
     fakes::FakeFileExaminer fake_;
+};
+
+class FakeSystemInspectorDriver {
+public:
+    SystemInspector& inspector() { return fake_; }
+
+private:
+    fakes::FakeSystemInspector fake_;
 };
 
 class FakeSecureInputDriver {
@@ -178,6 +188,7 @@ namespace testing {
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, FileExaminerContract, FakeFileExaminerDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SerialQueueContract, FakeSerialQueueDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SecureInputContract, FakeSecureInputDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SystemInspectorContract, FakeSystemInspectorDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, ServicesMenuContract, FakeServicesMenuDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, LauncherContract, FakeLauncherDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, KeyEventsContract, FakeKeyEventsDriver);

@@ -15,6 +15,7 @@
 #include "platform/linux/LinuxDesktop.hpp"
 #include "platform/linux/LinuxProxySettings.hpp"
 #include "platform/linux/LinuxSleepAssertions.hpp"
+#include "platform/linux/LinuxSystemInspector.hpp"
 #include "platform/linux/LinuxWindowTraits.hpp"
 #include "platform/linux/PropertyListDefaults.hpp"
 #include "platform/linux/QtFilePanel.hpp"
@@ -148,6 +149,10 @@ std::optional<PlatformError> checkDesktop() {
     return std::nullopt;
 }
 
+std::unique_ptr<SystemInspector> makeSystemInspector() {
+    return std::make_unique<LinuxSystemInspector>(LinuxDesktop::fromEnvironment());
+}
+
 std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options) {
     const auto desktop = LinuxDesktop::fromEnvironment();
     QApplication::setWindowIcon(applicationIcon());
@@ -206,6 +211,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     QGuiApplication::setWindowIcon(applicationIcon());
     platform.launcher = std::make_unique<QtLauncher>();
     platform.loginItem = std::make_unique<AutostartLoginItem>(program, autostartFolder());
+    platform.systemInspector = makeSystemInspector();
     return platform;
 }
 

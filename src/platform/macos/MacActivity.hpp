@@ -13,6 +13,9 @@ public:
     MacActivity(const MacActivity&) = delete;
     MacActivity& operator=(const MacActivity&) = delete;
 
+    /// Whether this process holds one. Main thread, as every activity is: the system itself does not say.
+    [[nodiscard]] static bool isHeld();
+
 private:
     const void* token_; ///< retained
 };

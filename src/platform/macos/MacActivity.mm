@@ -6,7 +6,18 @@
 
 namespace quillane {
 
+namespace {
+
+int held = 0; // of the process, like the activities themselves
+
+} // namespace
+
+bool MacActivity::isHeld() {
+    return held > 0;
+}
+
 MacActivity::MacActivity(const char* reason) {
+    ++held;
     @autoreleasepool {
         const id<NSObject> token =
             [NSProcessInfo.processInfo beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
@@ -16,6 +27,7 @@ MacActivity::MacActivity(const char* reason) {
 }
 
 MacActivity::~MacActivity() {
+    --held;
     @autoreleasepool {
         [NSProcessInfo.processInfo endActivity:CFBridgingRelease(token_)];
     }

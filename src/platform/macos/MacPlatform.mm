@@ -26,6 +26,7 @@
 #include "platform/macos/MacServicesMenu.hpp"
 #include "platform/macos/MacSleepAssertions.hpp"
 #include "platform/macos/MacStatusItem.hpp"
+#include "platform/macos/MacSystemInspector.hpp"
 #include "platform/macos/MacSystemSymbols.hpp"
 #include "platform/macos/MacUpdaterService.hpp"
 #include "platform/macos/MacUserDefaults.hpp"
@@ -44,6 +45,10 @@ namespace quillane {
 
 std::optional<PlatformError> checkDesktop() {
     return std::nullopt; // a process of the user's session has the window server, or is not started
+}
+
+std::unique_ptr<SystemInspector> makeSystemInspector() {
+    return std::make_unique<MacSystemInspector>();
 }
 
 std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options) {
@@ -86,6 +91,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.servicesMenu = std::make_unique<MacServicesMenu>();
     platform.launcher = std::make_unique<QtLauncher>();
     platform.loginItem = std::make_unique<MacLoginItemService>();
+    platform.systemInspector = makeSystemInspector();
     platform.updater = makeMacUpdaterService();
     return platform;
 }

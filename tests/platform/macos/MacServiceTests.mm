@@ -3,9 +3,11 @@
 
 #include "platform/macos/MacSecureInput.hpp"
 #include "platform/macos/MacServicesMenu.hpp"
+#include "platform/macos/MacSystemInspector.hpp"
 
 #include "platform/SecureInputContract.hpp"
 #include "platform/ServicesMenuContract.hpp"
+#include "platform/SystemInspectorContract.hpp"
 #include "platform/macos/MacDriver.hpp"
 #include "platform/macos/MacStrings.hpp"
 
@@ -29,6 +31,14 @@ public:
 
 private:
     MacSecureInput input_;
+};
+
+class MacSystemInspectorDriver : public testing::MacDriver {
+public:
+    SystemInspector& inspector() { return inspector_; }
+
+private:
+    MacSystemInspector inspector_;
 };
 
 /// Calls the provider as the Services menu of another application does, over a pasteboard of its own.
@@ -61,5 +71,6 @@ private:
 namespace testing {
 INSTANTIATE_TYPED_TEST_SUITE_P(Mac, SecureInputContract, MacSecureInputDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Mac, ServicesMenuContract, MacServicesMenuDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, SystemInspectorContract, MacSystemInspectorDriver);
 } // namespace testing
 } // namespace quillane
