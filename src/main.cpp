@@ -3,6 +3,7 @@
 #include "app/AppDelegate.hpp"
 #include "app/AppServices.hpp"
 #include "app/CommandLine.hpp"
+#include "app/Doctor.hpp"
 #include "app/SettingsModel.hpp"
 #include "core/preferences/AppPreferences.hpp"
 #include "core/preferences/InstallationMigration.hpp"
@@ -56,7 +57,7 @@ int tell(const Reply& reply) {
     if (!reply->text.empty()) {
         (reply->ok ? std::cout : std::cerr) << reply->text << '\n';
     }
-    return reply->ok ? success : failure;
+    return reply->ok && !reply->problem ? success : failure;
 }
 
 /// Asks the running agent and prints its answer.
@@ -96,6 +97,43 @@ int shareFiles(int argc, char** argv, const CommandLine::ShareFiles& call) {
     return tell(reply);
 }
 
+std::filesystem::path homeFolder() {
+    return QDir::homePath().toStdString();
+}
+
+core::ApplicationLocation applicationLocation() {
+    return core::ApplicationLocation::of(QCoreApplication::applicationFilePath().toStdString(), homeFolder());
+}
+
+/// Diagnoses by itself. Where the program cannot run, what is left to be found.
+ControlReply diagnose(int argc, char** argv, const CommandLine::Diagnose& call, core::Respondent respondent) {
+    auto error = checkDesktop();
+    std::unique_ptr<QCoreApplication> application;
+    if (error) {
+        application = std::make_unique<QCoreApplication>(argc, argv);
+    } else {
+        application = std::make_unique<QApplication>(argc, argv);
+    }
+    auto facts = Doctor::programFacts(QUILLANE_VERSION, applicationLocation(), homeFolder());
+    facts.respondent = respondent;
+    facts.system = makeSystemInspector()->inspect();
+    if (!error) {
+        const auto made = makePlatform({});
+        if (const auto* platform = std::get_if<Platform>(&made)) {
+            facts.session = Doctor::sessionFacts({.permissions = *platform->permissions,
+                                                  .inputSources = *platform->inputSources,
+                                                  .pasteboard = *platform->pasteboard,
+                                                  .loginItem = *platform->loginItem,
+                                                  .updater = platform->updater.get()},
+                                                 respondent);
+        } else {
+            error = std::get<PlatformError>(made);
+        }
+    }
+    facts.desktopError = error ? error->message : "";
+    return Doctor::report(facts, call.json);
+}
+
 AppServices services(const Platform& platform, CurlUrlSessions& urlSessions, ThreadFileExaminer& fileExaminer) {
     return {.desktop = platform.desktop,
             .mainQueue = *platform.mainQueue,
@@ -126,6 +164,7 @@ AppServices services(const Platform& platform, CurlUrlSessions& urlSessions, Thr
             .fileExaminer = fileExaminer.examiner(),
             .launcher = *platform.launcher,
             .loginItem = *platform.loginItem,
+            .systemInspector = *platform.systemInspector,
             .updater = platform.updater.get()};
 }
 
@@ -169,8 +208,8 @@ int runAgent(int argc, char** argv, const CommandLine::RunAgent& call) {
          .legacyBundleID = std::string(core::InstallationMigration::legacyBundleID),
          .terminate = [] { QCoreApplication::quit(); },
          .applicationSupport = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation).toStdString(),
-         .location = core::ApplicationLocation::of(QCoreApplication::applicationFilePath().toStdString(),
-                                                   QDir::homePath().toStdString())});
+         .location = applicationLocation(),
+         .home = homeFolder()});
     const TerminationSignals termination([] { QCoreApplication::quit(); });
     delegate.applicationDidFinishLaunching();
     (*control)->setHandler([&](const ControlRequest& request) { return delegate.handleControlRequest(request); });
@@ -186,6 +225,16 @@ struct Runner {
     int operator()(const CommandLine::RunAgent& call) const { return runAgent(argc, argv, call); }
 
     int operator()(const CommandLine::SendRequest& call) const { return ask(call.request); }
+
+    int operator()(const CommandLine::Diagnose& call) const {
+        const auto reply =
+            send({"doctor", call.json ? std::vector<std::string>{"--json"} : std::vector<std::string>()});
+        if (reply) {
+            return tell(reply);
+        }
+        return tell(diagnose(argc, argv, call,
+                             isAbsent(reply) ? core::Respondent::command : core::Respondent::commandForSilentAgent));
+    }
 
     int operator()(const CommandLine::ShareFiles& call) const { return shareFiles(argc, argv, call); }
 

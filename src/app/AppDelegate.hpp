@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/AppServices.hpp"
+#include "app/Doctor.hpp"
 #include "app/RuntimeStatus.hpp"
 #include "app/SettingsModel.hpp"
 #include "app/StatusMenu.hpp"
@@ -46,6 +47,7 @@ public:
         std::function<void()> terminate;          ///< ends the event loop
         std::filesystem::path applicationSupport; ///< where applications keep the user's data
         core::ApplicationLocation location;
+        std::filesystem::path home;
     };
 
     AppDelegate(AppServices services, core::AppPreferences& preferences, SettingsModel& model, Environment environment);
@@ -63,6 +65,9 @@ public:
     [[nodiscard]] ControlReply handleControlRequest(const ControlRequest& request);
 
     [[nodiscard]] StatusReport statusReport() const;
+
+    /// Waits for other programs, two seconds at most.
+    [[nodiscard]] core::DiagnosisFacts diagnosisFacts();
 
     [[nodiscard]] ClipboardPanel& clipboardPanel() { return clipboardPanel_; }
 

@@ -14,8 +14,11 @@ ControlReply AppDelegate::handleControlRequest(const ControlRequest& request) {
         applicationShouldHandleReopen();
         return {};
     }
+    const bool json = !request.arguments.empty() && request.arguments.front() == "--json";
+    if (request.command == "doctor") {
+        return Doctor::report(diagnosisFacts(), json);
+    }
     if (request.command == "status") {
-        const bool json = !request.arguments.empty() && request.arguments.front() == "--json";
         return {true, json ? toJson(statusReport()) : toText(statusReport())};
     }
     if (request.command == "pause" || request.command == "resume") {
@@ -79,6 +82,28 @@ StatusReport AppDelegate::statusReport() const {
                           .hotKeyConflict = clipboard_.hasHotKeyConflict(),
                           .panelOpen = clipboardPanel_.isVisible()},
             .statusItemVisible = services_.statusItem.isVisible()};
+}
+
+core::DiagnosisFacts AppDelegate::diagnosisFacts() {
+    auto facts = Doctor::programFacts(environment_.version, environment_.location, environment_.home);
+    facts.respondent = core::Respondent::agent;
+    facts.system = services_.systemInspector.inspect();
+    facts.session = Doctor::sessionFacts({.permissions = services_.permissions,
+                                          .inputSources = services_.inputSources,
+                                          .pasteboard = services_.pasteboard,
+                                          .loginItem = services_.loginItem,
+                                          .updater = services_.updater},
+                                         facts.respondent);
+    facts.agent = {.options = model_.options(),
+                   .keyboardAvailable = environment_.keyboardAvailable,
+                   .tapMade = monitor_.hasTap(),
+                   .tapEnabled = monitor_.isRunning(),
+                   .keysSeen = monitor_.keyboardEventsObserved(),
+                   .secureInput = services_.secureInput.isEnabled(),
+                   .focus = Doctor::focusFacts(services_.accessibility, services_.workspace),
+                   .recordsCopies = clipboard_.options().enabled,
+                   .itemShown = services_.statusItem.isVisible()};
+    return facts;
 }
 
 } // namespace quillane

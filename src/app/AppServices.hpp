@@ -25,6 +25,7 @@
 #include "platform/SerialQueue.hpp"
 #include "platform/ServicesMenu.hpp"
 #include "platform/StatusItem.hpp"
+#include "platform/SystemInspector.hpp"
 #include "platform/SystemSymbols.hpp"
 #include "platform/UpdaterService.hpp"
 #include "platform/WindowList.hpp"
@@ -64,6 +65,7 @@ struct AppServices {
     core::FileExaminer fileExaminer; ///< asks the disk about files that are to be shared
     Launcher& launcher;
     LoginItemService& loginItem;
+    SystemInspector& systemInspector;
     UpdaterService* updater = nullptr; ///< absent where something else updates the program
 };
 

@@ -37,14 +37,15 @@ Call parseOwn(std::span<const std::string_view> words) {
     }
     const auto command = words.front();
     const auto rest = words.subspan(1);
-    if (command == "status") {
-        if (rest.empty()) {
-            return SendRequest{{"status", {}}};
+    if (command == "status" || command == "doctor") {
+        const bool json = !rest.empty() && rest.front() == "--json";
+        if (rest.size() > (json ? 1 : 0)) {
+            return unknown("argument", rest[json ? 1 : 0]);
         }
-        if (rest.size() == 1 && rest.front() == "--json") {
-            return SendRequest{{"status", {"--json"}}};
+        if (command == "doctor") {
+            return Diagnose{json};
         }
-        return unknown("argument", rest.front() == "--json" ? rest[1] : rest.front());
+        return SendRequest{{"status", json ? std::vector<std::string>{"--json"} : std::vector<std::string>()}};
     }
     if (command == "share") {
         return ShareFiles{{rest.begin(), rest.end()}};
@@ -76,6 +77,7 @@ Call parse(std::span<const std::string_view> words) {
 std::string_view usage() {
     return "usage: quillane                    start the agent, or show the settings of the one that runs\n"
            "       quillane status [--json]    say what the agent does\n"
+           "       quillane doctor [--json]    say what works, and what to do about the rest\n"
            "       quillane share [FILE]       upload a file and show its download link\n"
            "       quillane history            open the clipboard history, or close it\n"
            "       quillane capture            select an area of the screen and copy its picture\n"

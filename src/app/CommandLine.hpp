@@ -24,6 +24,12 @@ struct SendRequest {
     bool operator==(const SendRequest&) const = default;
 };
 
+/// Ask the running agent what works and what does not; without one, look as far as that is possible.
+struct Diagnose {
+    bool json = false;
+    bool operator==(const Diagnose&) const = default;
+};
+
 /// Have the running agent share a file; one that does not run is started. Without a file the user chooses one. The
 /// agent answers when there are several.
 struct ShareFiles {
@@ -45,7 +51,7 @@ struct UsageError {
     bool operator==(const UsageError&) const = default;
 };
 
-using Call = std::variant<RunAgent, SendRequest, ShareFiles, ShowHelp, ShowVersion, UsageError>;
+using Call = std::variant<RunAgent, SendRequest, Diagnose, ShareFiles, ShowHelp, ShowVersion, UsageError>;
 
 /// Reads the words after the program's name, without those that macOS puts before them.
 [[nodiscard]] Call parse(std::span<const std::string_view> words);

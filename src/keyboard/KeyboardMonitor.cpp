@@ -45,14 +45,13 @@ KeyboardMonitor::~KeyboardMonitor() {
 
 bool KeyboardMonitor::start() {
     stop();
-    if (!tap_.start(eventMask, [this](InputEvent& event) { receive(event); })) {
-        return false;
-    }
-    return tap_.isEnabled();
+    hasTap_ = tap_.start(eventMask, [this](InputEvent& event) { receive(event); });
+    return isRunning();
 }
 
 void KeyboardMonitor::stop() {
     tap_.stop();
+    hasTap_ = false;
     keyboardEventsObserved_ = false;
     reset();
 }

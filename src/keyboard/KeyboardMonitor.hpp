@@ -41,6 +41,9 @@ public:
 
     [[nodiscard]] bool isRunning() const { return tap_.isEnabled(); }
 
+    /// The system has given the tap, whether or not it is enabled now.
+    [[nodiscard]] bool hasTap() const { return hasTap_; }
+
     /// A key event has arrived since the monitor started.
     [[nodiscard]] bool keyboardEventsObserved() const { return keyboardEventsObserved_; }
 
@@ -85,6 +88,7 @@ private:
     std::unordered_map<core::KeyCode, char16_t> remapped_; ///< what the press of a held key was rewritten to
     core::FeatureOptions options_;
     std::int64_t generation_ = 0; ///< counts resets
+    bool hasTap_ = false;
     bool keyboardEventsObserved_ = false;
     std::shared_ptr<void> alive_ =
         std::make_shared<int>(); // shared with posted deliveries, which may outlive the monitor

@@ -18,7 +18,8 @@ struct ControlRequest {
 
 struct ControlReply {
     bool ok = true;
-    std::string text; ///< for standard output, or the error for standard error
+    std::string text;     ///< for standard output, or the error for standard error
+    bool problem = false; ///< the text is the answer, but what it says makes the command fail
 
     bool operator==(const ControlReply&) const = default;
 };

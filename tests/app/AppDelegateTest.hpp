@@ -59,6 +59,7 @@ protected:
                                      .fileExaminer = desktop.fileExaminer.examiner(),
                                      .launcher = desktop.launcher,
                                      .loginItem = desktop.loginItem,
+                                     .systemInspector = desktop.systemInspector,
                                      .updater = &desktop.updater},
                          *preferences, *model,
                          AppDelegate::Environment{.version = "1.2",

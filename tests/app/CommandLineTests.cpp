@@ -40,6 +40,13 @@ TEST(CommandLine, CommandsAreSentToTheRunningAgent) {
     EXPECT_EQ(parsed({"status", "--json"}), Call(SendRequest{{"status", {"--json"}}}));
 }
 
+TEST(CommandLine, ADiagnosisIsTextOrJson) {
+    EXPECT_EQ(parsed({"doctor"}), Call(Diagnose{false}));
+    EXPECT_EQ(parsed({"doctor", "--json"}), Call(Diagnose{true}));
+    expectUsageError({"doctor", "--xml"}, "unknown argument '--xml'");
+    expectUsageError({"doctor", "--json", "more"}, "unknown argument 'more'");
+}
+
 TEST(CommandLine, FilesAreSharedAsTheyWereGiven) {
     EXPECT_EQ(parsed({"share", "a b.txt"}), Call(ShareFiles{{"a b.txt"}}));
     EXPECT_EQ(parsed({"share", "--help", ""}), Call(ShareFiles{{"--help", ""}}));
@@ -65,7 +72,7 @@ TEST(CommandLine, UnknownWordsAreNamed) {
 
 TEST(CommandLine, UsageNamesEveryCommand) {
     for (const auto* command :
-         {"status", "capture", "share", "history", "pause", "resume", "quit", "--help", "--version"}) {
+         {"status", "doctor", "capture", "share", "history", "pause", "resume", "quit", "--help", "--version"}) {
         EXPECT_NE(usage().find(command), std::string_view::npos) << command;
     }
 }

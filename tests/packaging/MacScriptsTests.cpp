@@ -109,7 +109,7 @@ TEST_F(MacScriptsTest, AnAdHocPackageIsStartedAndHasNoHardenedRuntime) {
     EXPECT_TRUE(imageWasMade());
     EXPECT_THAT(calls(),
                 AllOf(HasSubstr("codesign"), Not(HasSubstr("--options runtime")), HasSubstr("program --at-login"),
-                      HasSubstr("program status --json"), HasSubstr("program quit")));
+                      HasSubstr("program status --json"), HasSubstr("program doctor"), HasSubstr("program quit")));
 }
 
 TEST_F(MacScriptsTest, AFailedSignatureStopsBeforeTheImage) {

@@ -31,7 +31,7 @@ std::string encode(const ControlRequest& request) {
 }
 
 std::string encode(const ControlReply& reply) {
-    return dump(Json{{"ok", reply.ok}, {"text", reply.text}});
+    return dump(Json{{"ok", reply.ok}, {"text", reply.text}, {"problem", reply.problem}});
 }
 
 std::optional<ControlRequest> decodeRequest(std::string_view line) {
@@ -58,7 +58,8 @@ std::optional<ControlReply> decodeReply(std::string_view line) {
     if (!text || ok == json.end() || !ok->is_boolean()) {
         return std::nullopt;
     }
-    return ControlReply{ok->get<bool>(), *text};
+    const auto problem = json.find("problem"); // an agent of an earlier version does not say
+    return ControlReply{ok->get<bool>(), *text, problem != json.end() && problem->is_boolean() && problem->get<bool>()};
 }
 
 } // namespace quillane::control
