@@ -15,10 +15,18 @@ namespace {
 constexpr std::array<std::string_view, 6> alwaysSkipped{"AXWebArea", "AXTextArea", "AXTextField",
                                                         "AXTable",   "AXOutline",  "AXList"};
 
+constexpr std::string_view childrenName = "AXChildren";
+
 constexpr int longestWay = 32; // up to an ancestor
 
 bool contains(std::span<const std::string_view> roles, std::string_view role) {
     return std::ranges::find(roles, role) != roles.end();
+}
+
+void append(std::deque<AXElement>& queue, const AXValue& children) {
+    if (const auto* elements = std::get_if<std::vector<AXElement>>(&children)) {
+        std::ranges::copy(*elements, std::back_inserter(queue));
+    }
 }
 
 template <typename T>
@@ -113,6 +121,12 @@ std::optional<AXElement> find(Accessibility& accessibility, const AXElement& roo
                               const std::function<bool(const Candidate&)>& predicate) {
     std::vector<std::string_view> names{"AXRole"};
     std::ranges::copy(search.reading, std::back_inserter(names));
+    // Where each element costs a call, its children come with it; where many share one wait, only the children that
+    // are looked into are asked for.
+    const bool withChildren = accessibility.elementsAtOnce() == 1;
+    if (withChildren) {
+        names.push_back(childrenName);
+    }
     std::deque<AXElement> queue{root};
     for (std::size_t visited = 0; visited < search.limit && !queue.empty();) {
         const auto count = std::min({accessibility.elementsAtOnce(), search.limit - visited, queue.size()});
@@ -122,21 +136,28 @@ std::optional<AXElement> find(Accessibility& accessibility, const AXElement& roo
         const auto read = accessibility.attributesOfEach(next, names);
         std::vector<AXElement> parents;
         for (std::size_t index = 0; index < count; ++index) {
+            if (!read[index] && !accessibility.isAnswering(next[index])) {
+                return std::nullopt; // whatever is asked next would have to wait as well
+            }
             const auto values = read[index].value_or(std::vector<AXValue>(names.size()));
             const auto* role = std::get_if<std::string>(&values.front());
             const Candidate candidate{next[index], role != nullptr ? std::string_view(*role) : std::string_view(),
-                                      search.reading, std::span(values).subspan(1)};
+                                      search.reading, std::span(values).subspan(1, search.reading.size())};
             if (predicate(candidate)) {
                 return next[index];
             }
-            if (!contains(alwaysSkipped, candidate.role) && !contains(search.skipping, candidate.role)) {
+            if (contains(alwaysSkipped, candidate.role) || contains(search.skipping, candidate.role)) {
+                continue;
+            }
+            if (withChildren) {
+                append(queue, values.back());
+            } else {
                 parents.push_back(next[index]);
             }
         }
-        for (auto& list : accessibility.attributesOfEach(parents, std::array<std::string_view, 1>{"AXChildren"})) {
-            const auto* children = list ? std::get_if<std::vector<AXElement>>(&list->front()) : nullptr;
-            if (children != nullptr) {
-                std::ranges::copy(*children, std::back_inserter(queue));
+        for (const auto& list : accessibility.attributesOfEach(parents, std::span(&childrenName, 1))) {
+            if (list) {
+                append(queue, list->front());
             }
         }
     }

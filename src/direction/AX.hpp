@@ -71,8 +71,8 @@ struct Search {
 };
 
 /// Breadth first from the root, the first element that the predicate accepts. Gives up after a number of visited
-/// elements. Never looks inside text, tables, lists and web areas. Elements are read
-/// together as far as the backend can.
+/// elements, and when the application does not answer in time; an element without a role is searched like any other.
+/// Never looks inside text, tables, lists and web areas. Elements are read together as far as the backend can.
 [[nodiscard]] std::optional<AXElement> find(Accessibility& accessibility, const AXElement& root, const Search& search,
                                             const std::function<bool(const Candidate&)>& predicate);
 

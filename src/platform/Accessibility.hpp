@@ -89,7 +89,7 @@ enum class AXActionResult {
 /// Reading and driving other applications by Accessibility, in the names of macOS (NSAccessibilityConstants.h) on every
 /// desktop: attributes as "AXRole", roles as "AXTextArea". Main thread. Each call waits for the other application at
 /// most for the messaging time-out of the element asked; any failure (no permission, no answer in time, unknown
-/// attribute) is absence.
+/// attribute) is absence. An application that has not answered is not waited for again at once.
 class Accessibility {
 public:
     virtual ~Accessibility() = default;
@@ -115,6 +115,10 @@ public:
     /// at once waits for all of them no longer than one call may.
     [[nodiscard]] virtual std::vector<std::optional<std::vector<AXValue>>>
     attributesOfEach(std::span<const AXElement> elements, std::span<const std::string_view> names);
+
+    /// False once the element's application has not answered a call in time, until it is worth another one: meanwhile
+    /// calls on it fail at once. Never waits.
+    [[nodiscard]] virtual bool isAnswering([[maybe_unused]] const AXElement& element) { return true; }
 
     [[nodiscard]] virtual bool isAttributeSettable(const AXElement& element, std::string_view name) = 0;
 

@@ -77,6 +77,7 @@ FakeElement& FakeElement::addTextField(std::string role) {
 
 void FakeElement::stopAnswering() {
     fails_ = true;
+    hangs_ = true;
     for (const auto& child : children_) {
         child->stopAnswering();
     }
@@ -106,14 +107,23 @@ void FakeAccessibility::setMessagingTimeout(const AXElement& element, std::chron
     dynamic_cast<Handle&>(element.handle()).timeout = timeout;
 }
 
-FakeElement* FakeAccessibility::asked(const AXElement& element, std::string what) {
+FakeElement* FakeAccessibility::nodeOf(const AXElement& element) {
     const auto& handle = dynamic_cast<Handle&>(element.handle());
-    calls_.push_back({std::move(what), handle.timeout});
-    auto* node = handle.element;
-    if (node == nullptr) {
-        const auto found = trees_.find(handle.pid);
-        node = found == trees_.end() ? nullptr : found->second.get();
+    if (handle.element != nullptr) {
+        return handle.element;
     }
+    const auto found = trees_.find(handle.pid);
+    return found == trees_.end() ? nullptr : found->second.get();
+}
+
+bool FakeAccessibility::isAnswering(const AXElement& element) {
+    const auto* node = nodeOf(element);
+    return node != nullptr && !node->hangs_;
+}
+
+FakeElement* FakeAccessibility::asked(const AXElement& element, std::string what) {
+    calls_.push_back({std::move(what), dynamic_cast<Handle&>(element.handle()).timeout});
+    auto* node = nodeOf(element);
     return node == nullptr || node->fails_ || !node->present_ ? nullptr : node;
 }
 

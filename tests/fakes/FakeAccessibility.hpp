@@ -70,6 +70,7 @@ private:
     FakeElement* parent_ = nullptr;
     bool present_ = true;
     bool fails_ = false;
+    bool hangs_ = false;
 };
 
 /// The value of an application's own kind: equal to those with the same text.
@@ -96,6 +97,7 @@ public:
     [[nodiscard]] std::optional<AXValue> attribute(const AXElement& element, std::string_view name) override;
     [[nodiscard]] std::optional<std::vector<AXValue>> attributes(const AXElement& element,
                                                                  std::span<const std::string_view> names) override;
+    [[nodiscard]] bool isAnswering(const AXElement& element) override;
     [[nodiscard]] bool isAttributeSettable(const AXElement& element, std::string_view name) override;
     bool setAttribute(const AXElement& element, std::string_view name, const AXValue& value) override;
     [[nodiscard]] std::vector<std::string> actionNames(const AXElement& element) override;
@@ -132,6 +134,7 @@ public:
 private:
     class Handle;
 
+    [[nodiscard]] FakeElement* nodeOf(const AXElement& element);
     [[nodiscard]] FakeElement* asked(const AXElement& element, std::string what);
 
     std::map<pid_t, std::unique_ptr<FakeElement>> trees_;

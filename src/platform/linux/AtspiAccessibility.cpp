@@ -57,6 +57,13 @@ std::optional<std::vector<AXValue>> AtspiAccessibility::attributes(const AXEleme
     return read(dynamic_cast<const Handle&>(element.handle()), names, AtspiFactSet{} | AtspiFact::role);
 }
 
+bool AtspiAccessibility::isAnswering(const AXElement& element) {
+    const auto& handle = dynamic_cast<const Handle&>(element.handle());
+    const auto object = objectOf(handle);
+    auto* bus = bus_.connection();
+    return object && (object->bus.empty() || (bus != nullptr && mayAsk(*bus, object->bus, limitOf(handle))));
+}
+
 bool AtspiAccessibility::isAttributeSettable(const AXElement& element, std::string_view name) {
     const auto& handle = dynamic_cast<const Handle&>(element.handle());
     const auto* row = findSettable(name);

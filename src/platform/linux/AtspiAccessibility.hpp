@@ -39,6 +39,7 @@ public:
 
     [[nodiscard]] std::vector<std::optional<std::vector<AXValue>>>
     attributesOfEach(std::span<const AXElement> elements, std::span<const std::string_view> names) override;
+    [[nodiscard]] bool isAnswering(const AXElement& element) override;
     [[nodiscard]] bool isAttributeSettable(const AXElement& element, std::string_view name) override;
     bool setAttribute(const AXElement& element, std::string_view name, const AXValue& value) override;
     [[nodiscard]] std::vector<std::string> actionNames(const AXElement& element) override;
