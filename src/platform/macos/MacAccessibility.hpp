@@ -3,13 +3,17 @@
 #pragma once
 
 #include "platform/Accessibility.hpp"
+#include "platform/macos/MacSilentProcesses.hpp"
 
 namespace quillane {
 
 /// Other applications by AXUIElement (ApplicationServices, AXUIElement.h). Needs the Accessibility permission; without
-/// it every reading is absent and every action fails.
+/// it every reading is absent and every action fails. A process that does not answer (kAXErrorCannotComplete) is not
+/// asked again for a while; actions are tried all the same.
 class MacAccessibility final : public Accessibility {
 public:
+    explicit MacAccessibility(MacSilentProcesses::Now now = MacSilentProcesses::Clock::now);
+
     /// AXUIElementCreateApplication.
     [[nodiscard]] AXElement application(pid_t pid) override;
 
@@ -23,6 +27,8 @@ public:
     /// AXUIElementCopyMultipleAttributeValues, which puts an error value in the place of each missing attribute.
     [[nodiscard]] std::optional<std::vector<AXValue>> attributes(const AXElement& element,
                                                                  std::span<const std::string_view> names) override;
+
+    [[nodiscard]] bool isAnswering(const AXElement& element) override;
 
     /// AXUIElementIsAttributeSettable.
     [[nodiscard]] bool isAttributeSettable(const AXElement& element, std::string_view name) override;
@@ -39,6 +45,9 @@ public:
     /// AXObserverCreate and AXObserverAddNotification, with its source in the common modes of the main run loop.
     [[nodiscard]] std::optional<core::Subscription> observe(const AXElement& application, std::string_view name,
                                                             std::function<void(const AXElement&)> handler) override;
+
+private:
+    MacSilentProcesses silent_;
 };
 
 } // namespace quillane

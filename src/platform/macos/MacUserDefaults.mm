@@ -5,6 +5,8 @@
 #include "platform/macos/MacPropertyList.hpp"
 #include "platform/macos/MacStrings.hpp"
 
+#import <Foundation/Foundation.h>
+
 namespace quillane {
 
 namespace {
@@ -20,7 +22,8 @@ NSDictionary* ownDomain() {
 }
 
 void store(std::string_view key, const core::PropertyListValue& value) {
-    [standardDefaults() setObject:propertyListObject(value) forKey:nsString(key)];
+    const auto object = propertyListObject(value);
+    [standardDefaults() setObject:(__bridge id)object.get() forKey:nsString(key)];
 }
 
 /// Waits until the preferences daemon has the changes, so that a kill right after the call does not lose them.
@@ -32,7 +35,7 @@ void handOver() {
 
 std::optional<core::PropertyListValue> MacUserDefaults::object(std::string_view key) const {
     @autoreleasepool {
-        return propertyListValue(ownDomain()[nsString(key)]);
+        return propertyListValue((__bridge CFTypeRef)ownDomain()[nsString(key)]);
     }
 }
 
@@ -61,7 +64,8 @@ void MacUserDefaults::removeObject(std::string_view key) {
 
 std::optional<core::PropertyListValue::Dictionary> preferencesDomain(std::string_view bundleID) {
     @autoreleasepool {
-        const auto value = propertyListValue([standardDefaults() persistentDomainForName:nsString(bundleID)]);
+        NSDictionary* domain = [standardDefaults() persistentDomainForName:nsString(bundleID)];
+        const auto value = propertyListValue((__bridge CFTypeRef)domain);
         const auto* dictionary = value ? value->as<core::PropertyListValue::Dictionary>() : nullptr;
         return dictionary ? std::optional(*dictionary) : std::nullopt;
     }

@@ -4,13 +4,13 @@
 
 #include "core/clipboard/AreaCaptureShortcut.hpp"
 #include "core/support/Listeners.hpp"
-#include "platform/macos/CFRef.hpp"
+#include "platform/macos/MacAutoreleasePool.hpp"
 #include "platform/macos/MacCallback.hpp"
+#include "platform/macos/MacCollections.hpp"
 #include "platform/macos/MacStrings.hpp"
 
-#import <AppKit/AppKit.h>
-#import <Carbon/Carbon.h>
-#import <Foundation/Foundation.h>
+#include <ApplicationServices/ApplicationServices.h>
+#include <Carbon/Carbon.h>
 
 #include <algorithm>
 
@@ -54,12 +54,12 @@ std::optional<InputSource> value(TISInputSourceRef source) {
 
 /// The enabled sources that can be selected, as the system's objects; null when the system does not tell.
 CFRef<CFArrayRef> enabledSources() {
-    NSDictionary* filter = @{
-        (__bridge NSString*)kTISPropertyInputSourceCategory : (__bridge NSString*)kTISCategoryKeyboardInputSource,
-        (__bridge NSString*)kTISPropertyInputSourceIsSelectCapable : @YES,
-        (__bridge NSString*)kTISPropertyInputSourceIsEnabled : @YES,
-    };
-    return CFRef<CFArrayRef>::adopt(TISCreateInputSourceList((__bridge CFDictionaryRef)filter, false));
+    const auto filter = cfDictionary({
+        {kTISPropertyInputSourceCategory, kTISCategoryKeyboardInputSource},
+        {kTISPropertyInputSourceIsSelectCapable, kCFBooleanTrue},
+        {kTISPropertyInputSourceIsEnabled, kCFBooleanTrue},
+    });
+    return CFRef<CFArrayRef>::adopt(TISCreateInputSourceList(filter.get(), false));
 }
 
 TISInputSourceRef sourceAt(const CFRef<CFArrayRef>& sources, CFIndex index) {
@@ -87,9 +87,8 @@ struct MacInputSources::Notices {
     Notices& operator=(const Notices&) = delete;
 
     static void receive(CFNotificationCenterRef, void* observer, CFNotificationName, const void*, CFDictionaryRef) {
-        @autoreleasepool {
-            guarded([&] { static_cast<Notices*>(observer)->listeners.notify(); });
-        }
+        const AutoreleasePool pool;
+        guarded([&] { static_cast<Notices*>(observer)->listeners.notify(); });
     }
 };
 
@@ -98,39 +97,36 @@ MacInputSources::MacInputSources() : notices_(std::make_unique<Notices>()) {}
 MacInputSources::~MacInputSources() = default;
 
 std::optional<std::vector<InputSource>> MacInputSources::enabled() const {
-    @autoreleasepool {
-        const auto sources = enabledSources();
-        if (!sources) {
-            return std::nullopt;
-        }
-        std::vector<InputSource> result;
-        for (CFIndex i = 0; i < CFArrayGetCount(sources.get()); ++i) {
-            auto source = value(sourceAt(sources, i));
-            if (source && std::ranges::find(result, source->id, &InputSource::id) == result.end()) {
-                result.push_back(std::move(*source));
-            }
-        }
-        return result;
+    const AutoreleasePool pool;
+    const auto sources = enabledSources();
+    if (!sources) {
+        return std::nullopt;
     }
+    std::vector<InputSource> result;
+    for (CFIndex i = 0; i < CFArrayGetCount(sources.get()); ++i) {
+        auto source = value(sourceAt(sources, i));
+        if (source && std::ranges::find(result, source->id, &InputSource::id) == result.end()) {
+            result.push_back(std::move(*source));
+        }
+    }
+    return result;
 }
 
 std::optional<InputSource> MacInputSources::current() const {
-    @autoreleasepool {
-        const auto source = CFRef<TISInputSourceRef>::adopt(TISCopyCurrentKeyboardInputSource());
-        return source ? value(source.get()) : std::nullopt;
-    }
+    const AutoreleasePool pool;
+    const auto source = CFRef<TISInputSourceRef>::adopt(TISCopyCurrentKeyboardInputSource());
+    return source ? value(source.get()) : std::nullopt;
 }
 
 bool MacInputSources::select(std::string_view id) {
-    @autoreleasepool {
-        const auto sources = enabledSources();
-        for (CFIndex i = 0; sources && i < CFArrayGetCount(sources.get()); ++i) {
-            if (identifier(sourceAt(sources, i)) == id) {
-                return TISSelectInputSource(sourceAt(sources, i)) == noErr;
-            }
+    const AutoreleasePool pool;
+    const auto sources = enabledSources();
+    for (CFIndex i = 0; sources && i < CFArrayGetCount(sources.get()); ++i) {
+        if (identifier(sourceAt(sources, i)) == id) {
+            return TISSelectInputSource(sourceAt(sources, i)) == noErr;
         }
-        return false;
     }
+    return false;
 }
 
 bool MacInputSources::switchedBySystemShortcut() const {
@@ -138,11 +134,11 @@ bool MacInputSources::switchedBySystemShortcut() const {
 }
 
 bool MacInputSources::openSettings() {
-    @autoreleasepool {
-        // Input sources and the shortcuts of the system are on one page.
-        NSURL* address = [NSURL URLWithString:nsString(core::areaCaptureShortcut::settingsAddress)];
-        return address && [NSWorkspace.sharedWorkspace openURL:address];
-    }
+    const AutoreleasePool pool;
+    // Input sources and the shortcuts of the system are on one page.
+    const auto text = cfString(core::areaCaptureShortcut::settingsAddress);
+    const auto address = CFRef<CFURLRef>::adopt(CFURLCreateWithString(kCFAllocatorDefault, text.get(), nullptr));
+    return address && LSOpenCFURLRef(address.get(), nullptr) == noErr;
 }
 
 core::Subscription MacInputSources::onChanged(std::function<void()> callback) {

@@ -3,7 +3,7 @@
 
 #include "platform/macos/MacSecureInput.hpp"
 
-#import <Carbon/Carbon.h>
+#include <Carbon/Carbon.h>
 
 namespace quillane {
 

@@ -4,9 +4,10 @@
 
 #include "platform/macos/CFRef.hpp"
 #include "platform/macos/MacActivity.hpp"
+#include "platform/macos/MacAutoreleasePool.hpp"
 #include "platform/macos/MacCallback.hpp"
 
-#import <ApplicationServices/ApplicationServices.h>
+#include <ApplicationServices/ApplicationServices.h>
 
 #include <utility>
 
@@ -53,18 +54,21 @@ struct MacEventTap::Tap {
     }
 
     /// The CGEventTapCallBack. Every event is passed on.
-    static CGEventRef receive(CGEventTapProxy, CGEventType type, CGEventRef event, void* tap) {
-        // An agent in the background gets no events of its own, at whose end AppKit would empty the pool.
-        @autoreleasepool {
-            guarded([&] {
-                auto input = inputEvent(static_cast<EventType>(type), event);
-                static_cast<Tap*>(tap)->receiver(input);
-                if (input.replacementText && isKeyEvent(input.type)) {
-                    const UniChar text = *input.replacementText;
-                    CGEventKeyboardSetUnicodeString(event, 1, &text);
-                }
-            });
+    static CGEventRef receive(CGEventTapProxy, CGEventType number, CGEventRef event, void* tap) {
+        const auto type = static_cast<EventType>(number);
+        if (!event && !isTapNotice(type)) {
+            return event; // there is nothing to read
         }
+        // An agent in the background gets no events of its own, at whose end AppKit would empty the pool.
+        const AutoreleasePool pool;
+        guarded([&] {
+            auto input = inputEvent(type, event);
+            static_cast<Tap*>(tap)->receiver(input);
+            if (input.replacementText && isKeyEvent(type)) {
+                const UniChar text = *input.replacementText;
+                CGEventKeyboardSetUnicodeString(event, 1, &text);
+            }
+        });
         return event;
     }
 };

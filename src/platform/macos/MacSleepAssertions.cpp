@@ -3,7 +3,7 @@
 
 #include "platform/macos/MacSleepAssertions.hpp"
 
-#import <IOKit/pwr_mgt/IOPMLib.h>
+#include <IOKit/pwr_mgt/IOPMLib.h>
 
 namespace quillane {
 

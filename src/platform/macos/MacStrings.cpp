@@ -20,10 +20,6 @@ std::string utf8(CFStringRef text) {
     return bytes;
 }
 
-std::string utf8(NSString* text) {
-    return utf8((__bridge CFStringRef)text);
-}
-
 CFRef<CFStringRef> cfString(std::string_view text) {
     const auto* bytes = reinterpret_cast<const UInt8*>(text.data());
     const auto size = static_cast<CFIndex>(text.size());
@@ -33,11 +29,6 @@ CFRef<CFStringRef> cfString(std::string_view text) {
         }
     }
     throw std::bad_alloc(); // Latin-1 knows every byte, so only memory can be missing
-}
-
-NSString* nsString(std::string_view text) {
-    const auto string = cfString(text);
-    return (__bridge NSString*)string.get();
 }
 
 } // namespace quillane

@@ -4,7 +4,7 @@
 
 #include "platform/macos/CFRef.hpp"
 
-#import <ApplicationServices/ApplicationServices.h>
+#include <ApplicationServices/ApplicationServices.h>
 
 namespace quillane {
 

@@ -3,18 +3,20 @@
 
 #include "platform/macos/MacHotKeys.hpp"
 
+#include "platform/macos/MacAutoreleasePool.hpp"
 #include "platform/macos/MacCallback.hpp"
 
-#include <map>
+#include <Carbon/Carbon.h>
+#include <dispatch/dispatch.h>
 
-#import <Carbon/Carbon.h>
-#import <Foundation/Foundation.h>
+#include <map>
+#include <utility>
 
 namespace quillane {
 
 namespace {
 
-constexpr OSType signature = 'Qlne';
+constexpr OSType signature = 0x516C6E65; // "Qlne"
 
 UInt32 carbonModifiers(core::EventFlags flags) {
     UInt32 modifiers = 0;
@@ -24,6 +26,23 @@ UInt32 carbonModifiers(core::EventFlags flags) {
     modifiers |= (flags & core::flags::control) != 0 ? UInt32{controlKey} : 0;
     return modifiers;
 }
+
+/// A notice on its way to the main queue.
+struct TakenNotice {
+    std::weak_ptr<int> token;
+    std::function<void()> taken;
+
+    /// Takes over the notice.
+    static void deliver(void* context) {
+        const AutoreleasePool pool;
+        guarded([&] {
+            const std::unique_ptr<TakenNotice> notice(static_cast<TakenNotice*>(context));
+            if (!notice->token.expired()) {
+                notice->taken();
+            }
+        });
+    }
+};
 
 } // namespace
 
@@ -51,10 +70,9 @@ struct MacHotKeys::State {
                 return;
             }
             result = noErr;
-            @autoreleasepool {
-                const auto pressed = found->second.pressed; // it may be unregistered by the call
-                pressed();
-            }
+            const AutoreleasePool pool;
+            const auto pressed = found->second.pressed; // it may be unregistered by the call
+            pressed();
         });
         return result;
     }
@@ -89,12 +107,7 @@ core::Subscription MacHotKeys::registerHotKey(const HotKey& key, std::function<v
     }
     if (status != noErr) {
         const auto alive = std::make_shared<int>(); // as long as the token
-        const std::weak_ptr<int> weak = alive;
-        dispatch_async(dispatch_get_main_queue(), ^{
-          if (!weak.expired()) {
-              guarded([&] { taken(); });
-          }
-        });
+        dispatch_async_f(dispatch_get_main_queue(), new TakenNotice{alive, std::move(taken)}, &TakenNotice::deliver);
         return core::Subscription([alive] {});
     }
     state_->keys.emplace(identifier, std::move(registered));

@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/macos/MacProxySettings.hpp"
 
+#include "platform/macos/MacAutoreleasePool.hpp"
 #include "platform/macos/MacStrings.hpp"
 
-#import <CFNetwork/CFNetwork.h>
+#include <CFNetwork/CFNetwork.h>
 
 namespace quillane {
 
@@ -73,23 +74,22 @@ std::string address(CFDictionaryRef proxy) {
 } // namespace
 
 std::optional<std::string> MacProxySettings::proxyFor(const std::string& url) const {
-    @autoreleasepool { // the threads of transfers have none
-        const auto target =
-            CFRef<CFURLRef>::adopt(CFURLCreateWithString(kCFAllocatorDefault, cfString(url).get(), nullptr));
-        const auto settings = CFRef<CFDictionaryRef>::adopt(CFNetworkCopySystemProxySettings());
-        if (!target || !settings) {
-            return std::string();
-        }
-        auto proxies = CFRef<CFArrayRef>::adopt(CFNetworkCopyProxiesForURL(target.get(), settings.get()));
-        auto proxy = firstProxy(proxies);
-        if (proxy && isOfType(proxy, kCFProxyTypeAutoConfigurationURL)) {
-            const auto script = CFRef<CFURLRef>::retain(
-                cfCast<CFURLRef>(CFDictionaryGetValue(proxy, kCFProxyAutoConfigurationURLKey), CFURLGetTypeID()));
-            proxies = script ? runScript(script.get(), target.get()) : CFRef<CFArrayRef>();
-            proxy = firstProxy(proxies);
-        }
-        return proxy ? address(proxy) : std::string();
+    const AutoreleasePool pool; // the threads of transfers have none
+    const auto target =
+        CFRef<CFURLRef>::adopt(CFURLCreateWithString(kCFAllocatorDefault, cfString(url).get(), nullptr));
+    const auto settings = CFRef<CFDictionaryRef>::adopt(CFNetworkCopySystemProxySettings());
+    if (!target || !settings) {
+        return std::string();
     }
+    auto proxies = CFRef<CFArrayRef>::adopt(CFNetworkCopyProxiesForURL(target.get(), settings.get()));
+    auto proxy = firstProxy(proxies);
+    if (proxy && isOfType(proxy, kCFProxyTypeAutoConfigurationURL)) {
+        const auto script = CFRef<CFURLRef>::retain(
+            cfCast<CFURLRef>(CFDictionaryGetValue(proxy, kCFProxyAutoConfigurationURLKey), CFURLGetTypeID()));
+        proxies = script ? runScript(script.get(), target.get()) : CFRef<CFArrayRef>();
+        proxy = firstProxy(proxies);
+    }
+    return proxy ? address(proxy) : std::string();
 }
 
 } // namespace quillane
