@@ -10,6 +10,7 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
 set(QUILLANE_SANITIZE "" CACHE STRING "Sanitizers for every target, as given to -fsanitize")
+option(QUILLANE_COVERAGE "Count which lines run (gcov)" OFF)
 option(QUILLANE_FUZZ "Build the libFuzzer targets instead of the tests" OFF)
 option(BUILD_TESTING "Build tests and benchmarks" ON)
 
@@ -47,6 +48,10 @@ endif()
 if(QUILLANE_SANITIZE)
   add_compile_options(-fsanitize=${QUILLANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${QUILLANE_SANITIZE})
+endif()
+if(QUILLANE_COVERAGE)
+  add_compile_options(--coverage)
+  add_link_options(--coverage)
 endif()
 
 # quillane_library(name FOLDERS folder... LINK target...): a static library of every .cpp (and, on a Mac, .mm) in the
