@@ -11,6 +11,9 @@ set(QUILLANE_UPDATE_FEED "https://updates.quillane.example/appcast.xml" CACHE ST
   "The https address of the appcast that says which versions there are")
 set(QUILLANE_UPDATE_KEY "" CACHE STRING
   "The public half of the EdDSA key that updates are signed with, in base64; without one the program does not update itself")
+set(QUILLANE_SPARKLE_VERSION 2.6.3 CACHE STRING "The release of Sparkle that is fetched where Homebrew has none")
+set(QUILLANE_SPARKLE_SHA256 3c4edb9f1527e056a2a69d24e96c5585d5a0d49f8320796d4caa3a71ab2d9d40 CACHE STRING
+  "The checksum of its archive")
 
 # quillane_information(FOLDER): writes Info.plist into the folder. An empty key would be taken for a wrong one.
 function(quillane_information folder)
@@ -21,7 +24,17 @@ function(quillane_information folder)
   configure_file(${CMAKE_SOURCE_DIR}/resources/macos/Info.plist.in ${folder}/Info.plist @ONLY)
 endfunction()
 
-# quillane_find_sparkle(): has SPARKLE_FRAMEWORK name Sparkle 2. Homebrew keeps a cask in a folder named after its version.
+# quillane_unpack_sparkle(ARCHIVE SHA256 FOLDER): has the folder hold what is in the archive, a URL, unless it does already. An
+# archive with another checksum is an error.
+function(quillane_unpack_sparkle archive sha256 folder)
+  if(NOT EXISTS ${folder}/Sparkle.framework)
+    file(DOWNLOAD ${archive} ${folder}.tar.xz EXPECTED_HASH SHA256=${sha256} TLS_VERIFY ON)
+    file(ARCHIVE_EXTRACT INPUT ${folder}.tar.xz DESTINATION ${folder})
+  endif()
+endfunction()
+
+# quillane_find_sparkle(): has SPARKLE_FRAMEWORK name Sparkle 2. Homebrew keeps a cask in a folder named after its version;
+# without a cask the framework comes from the release archive.
 function(quillane_find_sparkle)
   set(casks)
   foreach(root IN LISTS CMAKE_FIND_ROOT_PATH ITEMS "")
@@ -29,7 +42,15 @@ function(quillane_find_sparkle)
     list(APPEND casks ${found})
   endforeach()
   list(SORT casks COMPARE NATURAL ORDER DESCENDING)
-  find_library(SPARKLE_FRAMEWORK Sparkle REQUIRED PATHS ${casks} DOC "Sparkle.framework, 2.x (https://sparkle-project.org)")
+  set(what "Sparkle.framework, 2.x (https://sparkle-project.org)")
+  find_library(SPARKLE_FRAMEWORK Sparkle PATHS ${casks} DOC ${what})
+  if(NOT SPARKLE_FRAMEWORK)
+    set(folder ${CMAKE_BINARY_DIR}/sparkle-${QUILLANE_SPARKLE_VERSION})
+    quillane_unpack_sparkle(
+      https://github.com/sparkle-project/Sparkle/releases/download/${QUILLANE_SPARKLE_VERSION}/Sparkle-${QUILLANE_SPARKLE_VERSION}.tar.xz
+      ${QUILLANE_SPARKLE_SHA256} ${folder})
+    find_library(SPARKLE_FRAMEWORK Sparkle REQUIRED PATHS ${folder} NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH DOC ${what})
+  endif()
 endfunction()
 
 # quillane_bundle(TARGET): has the program linked into Quillane.app beside everything that the bundle needs.
