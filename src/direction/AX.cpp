@@ -117,51 +117,60 @@ bool Candidate::isLabelled(std::string_view label) const {
     });
 }
 
-std::optional<AXElement> find(Accessibility& accessibility, const AXElement& root, const Search& search,
-                              const std::function<bool(const Candidate&)>& predicate) {
+TreeSearch::State TreeSearch::step(Accessibility& accessibility,
+                                   const std::function<bool(const Candidate&)>& predicate) {
+    const auto count = std::min({accessibility.elementsAtOnce(), search_.limit - visited_, queue_.size()});
+    if (result_ || count == 0) {
+        return result_ ? State::found : State::notFound;
+    }
     std::vector<std::string_view> names{"AXRole"};
-    std::ranges::copy(search.reading, std::back_inserter(names));
+    std::ranges::copy(search_.reading, std::back_inserter(names));
     // Where each element costs a call, its children come with it; where many share one wait, only the children that
     // are looked into are asked for.
     const bool withChildren = accessibility.elementsAtOnce() == 1;
     if (withChildren) {
         names.push_back(childrenName);
     }
-    std::deque<AXElement> queue{root};
-    for (std::size_t visited = 0; visited < search.limit && !queue.empty();) {
-        const auto count = std::min({accessibility.elementsAtOnce(), search.limit - visited, queue.size()});
-        const std::vector<AXElement> next(queue.begin(), queue.begin() + static_cast<std::ptrdiff_t>(count));
-        queue.erase(queue.begin(), queue.begin() + static_cast<std::ptrdiff_t>(count));
-        visited += count;
-        const auto read = accessibility.attributesOfEach(next, names);
-        std::vector<AXElement> parents;
-        for (std::size_t index = 0; index < count; ++index) {
-            if (!read[index] && !accessibility.isAnswering(next[index])) {
-                return std::nullopt; // whatever is asked next would have to wait as well
-            }
-            const auto values = read[index].value_or(std::vector<AXValue>(names.size()));
-            const auto* role = std::get_if<std::string>(&values.front());
-            const Candidate candidate{next[index], role != nullptr ? std::string_view(*role) : std::string_view(),
-                                      search.reading, std::span(values).subspan(1, search.reading.size())};
-            if (predicate(candidate)) {
-                return next[index];
-            }
-            if (contains(alwaysSkipped, candidate.role) || contains(search.skipping, candidate.role)) {
-                continue;
-            }
-            if (withChildren) {
-                append(queue, values.back());
-            } else {
-                parents.push_back(next[index]);
-            }
+    const std::vector<AXElement> next(queue_.begin(), queue_.begin() + static_cast<std::ptrdiff_t>(count));
+    queue_.erase(queue_.begin(), queue_.begin() + static_cast<std::ptrdiff_t>(count));
+    visited_ += count;
+    const auto read = accessibility.attributesOfEach(next, names);
+    std::vector<AXElement> parents;
+    for (std::size_t index = 0; index < count; ++index) {
+        if (!read[index] && !accessibility.isAnswering(next[index])) {
+            return State::unanswered; // whatever is asked next would have to wait as well
         }
-        for (const auto& list : accessibility.attributesOfEach(parents, std::span(&childrenName, 1))) {
-            if (list) {
-                append(queue, list->front());
-            }
+        const auto values = read[index].value_or(std::vector<AXValue>(names.size()));
+        const auto* role = std::get_if<std::string>(&values.front());
+        const Candidate candidate{next[index], role != nullptr ? std::string_view(*role) : std::string_view(),
+                                  search_.reading, std::span(values).subspan(1, search_.reading.size())};
+        if (predicate(candidate)) {
+            result_ = next[index];
+            return State::found;
+        }
+        if (contains(alwaysSkipped, candidate.role) || contains(search_.skipping, candidate.role)) {
+            continue;
+        }
+        if (withChildren) {
+            append(queue_, values.back());
+        } else {
+            parents.push_back(next[index]);
         }
     }
-    return std::nullopt;
+    for (const auto& list : accessibility.attributesOfEach(parents, std::span(&childrenName, 1))) {
+        if (list) {
+            append(queue_, list->front());
+        }
+    }
+    return State::searching;
+}
+
+std::optional<AXElement> find(Accessibility& accessibility, const AXElement& root, const Search& search,
+                              const std::function<bool(const Candidate&)>& predicate) {
+    TreeSearch tree(root, search);
+    while (tree.step(accessibility, predicate) == TreeSearch::State::searching) {
+    }
+    return tree.result();
 }
 
 std::optional<AXElement> find(Accessibility& accessibility, const AXElement& root, std::size_t limit,

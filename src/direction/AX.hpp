@@ -5,6 +5,7 @@
 #include "platform/Accessibility.hpp"
 
 #include <array>
+#include <deque>
 #include <functional>
 #include <optional>
 #include <span>
@@ -70,9 +71,29 @@ struct Search {
     std::span<const std::string_view> reading;  ///< attributes that the predicate needs, besides the role
 };
 
-/// Breadth first from the root, the first element that the predicate accepts. Gives up after a number of visited
-/// elements, and when the application does not answer in time; an element without a role is searched like any other.
-/// Never looks inside text, tables, lists and web areas. Elements are read together as far as the backend can.
+/// A search that goes on step by step, for trees that take too long to be read at once. Breadth first from the root; it
+/// gives up after a number of visited elements, and when the application does not answer in time; an element without a
+/// role is searched like any other. Never looks inside text, tables, lists and web areas. Elements are read together as
+/// far as the backend can.
+class TreeSearch {
+public:
+    enum class State { searching, found, notFound, unanswered };
+
+    TreeSearch(const AXElement& root, const Search& search) : search_(search), queue_{root} {}
+
+    /// Reads the next elements, as many as the backend reads together: two calls at most.
+    State step(Accessibility& accessibility, const std::function<bool(const Candidate&)>& predicate);
+
+    [[nodiscard]] const std::optional<AXElement>& result() const { return result_; }
+
+private:
+    Search search_;
+    std::deque<AXElement> queue_;
+    std::size_t visited_ = 0;
+    std::optional<AXElement> result_;
+};
+
+/// A `TreeSearch` to its end: the first element that the predicate accepts.
 [[nodiscard]] std::optional<AXElement> find(Accessibility& accessibility, const AXElement& root, const Search& search,
                                             const std::function<bool(const Candidate&)>& predicate);
 

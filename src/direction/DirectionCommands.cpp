@@ -79,6 +79,7 @@ void DirectionCommands::cancelPending() {
     adapter_.cancelPending();
     browserAdapter_.cancelPending();
     wordAdapter_.cancelPending();
+    libreOfficeAdapter_.cancelPending();
 }
 
 std::optional<std::string> DirectionCommands::target() const {

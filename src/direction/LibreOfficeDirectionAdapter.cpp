@@ -16,10 +16,19 @@ namespace {
 
 namespace texts = core::texts;
 
-constexpr std::size_t limit = 240; // of the window, and of one toolbar
+using namespace std::chrono_literals;
 
-// The whole tree has thousands of elements: the window is searched for toolbars, and each toolbar by itself.
+constexpr auto pause = 60ms; ///< between two attempts to reach Writer
+constexpr int lastRun = 24;
+constexpr std::size_t limit = 240; ///< of the window, and of one toolbar
+
+// The whole tree has thousands of elements.
 constexpr std::array<std::string_view, 2> besideToolbars{"AXMenuBar", "AXToolbar"};
+
+bool isDirectionButton(const AX::Candidate& candidate, core::WritingDirection direction) {
+    return (candidate.role == "AXButton" || candidate.role == "AXCheckBox") &&
+           candidate.isLabelled(direction == core::WritingDirection::rightToLeft ? "Right-To-Left" : "Left-To-Right");
+}
 
 } // namespace
 
@@ -31,51 +40,123 @@ void LibreOfficeDirectionAdapter::apply(core::WritingDirection direction) {
     if (!front || front->bundleID != core::libreOfficeBundleID) {
         return;
     }
+    const auto application = services_.accessibility.application(front->pid);
+    services_.accessibility.setMessagingTimeout(application, directionPatience);
+    begin({application, front->pid, direction, ++operation_});
+}
+
+void LibreOfficeDirectionAdapter::cancelPending() {
+    ++operation_;
+}
+
+void LibreOfficeDirectionAdapter::schedule(std::chrono::milliseconds delay, const Attempt& attempt,
+                                           std::function<void()> step) {
+    services_.mainQueue.postAfter(delay, [this, alive = std::weak_ptr(alive_), attempt, step = std::move(step)] {
+        if (alive.expired() || operation_ != attempt.operation) {
+            return;
+        }
+        const auto front = services_.workspace.frontmostApplication();
+        if (front && front->pid == attempt.pid) {
+            step();
+        }
+    });
+}
+
+void LibreOfficeDirectionAdapter::begin(const Attempt& attempt) {
     auto& accessibility = services_.accessibility;
-    const auto application = accessibility.application(front->pid);
-    accessibility.setMessagingTimeout(application, directionPatience);
-    const auto editor = AX::element(accessibility, application, "AXFocusedUIElement");
-    const auto window =
-        editor && isParagraph(*editor) ? AX::element(accessibility, application, "AXFocusedWindow") : std::nullopt;
+    const auto editor = AX::element(accessibility, attempt.application, "AXFocusedUIElement");
+    const auto window = editor && isParagraph(*editor)
+                            ? AX::element(accessibility, attempt.application, "AXFocusedWindow")
+                            : std::nullopt;
     if (!window || !AX::isDescendant(accessibility, *editor, *window)) {
-        report_(texts::placeCursorInWriter);
+        refuse(attempt, texts::placeCursorInWriter);
         return;
     }
-    const auto button = directionButton(*window, direction);
-    if (!button) {
-        report_(texts::showFormattingToolbarInWriter);
-    } else if (AX::element(accessibility, application, "AXFocusedUIElement") != editor) {
-        report_(texts::focusMovedToAnotherField);
-    } else if (AX::press(accessibility, *button)) {
-        report_(texts::appliedDirectionInWriter(core::rawValue(direction)));
-    } else {
-        report_(texts::writerCannotChangeDirection);
+    const AX::Search toolbars{.limit = limit, .skipping = besideToolbars, .reading = {}};
+    search(attempt, std::make_shared<Way>(Way{*editor, AX::TreeSearch(*window, toolbars), {}, std::nullopt}));
+}
+
+void LibreOfficeDirectionAdapter::search(const Attempt& attempt, const std::shared_ptr<Way>& way) {
+    if (!way->toolbar && !way->toolbars.empty()) {
+        way->toolbar.emplace(way->toolbars.front(),
+                             AX::Search{.limit = limit, .skipping = {}, .reading = AX::labelNames});
+        way->toolbars.erase(way->toolbars.begin());
     }
+    const auto isButton = [&](const AX::Candidate& candidate) {
+        return isDirectionButton(candidate, attempt.direction);
+    };
+    const auto collect = [&](const AX::Candidate& candidate) {
+        if (candidate.role == "AXToolbar") {
+            way->toolbars.push_back(candidate.element);
+        }
+        return false;
+    };
+    auto& accessibility = services_.accessibility;
+    using State = AX::TreeSearch::State;
+    const auto state =
+        way->toolbar ? way->toolbar->step(accessibility, isButton) : way->window.step(accessibility, collect);
+    if (state == State::found) {
+        press(attempt, way->editor, *way->toolbar->result());
+    } else if (state == State::unanswered || (state == State::notFound && !way->toolbar)) {
+        refuse(attempt, texts::showFormattingToolbarInWriter);
+    } else {
+        if (state == State::notFound) {
+            way->toolbar.reset();
+        }
+        schedule(0ms, attempt, [this, attempt, way] { search(attempt, way); });
+    }
+}
+
+void LibreOfficeDirectionAdapter::press(const Attempt& attempt, const AXElement& editor, const AXElement& button) {
+    auto& accessibility = services_.accessibility;
+    if (AX::element(accessibility, attempt.application, "AXFocusedUIElement") != editor) {
+        refuse(attempt, texts::focusMovedToAnotherField);
+        return;
+    }
+    const auto result = AX::flag(accessibility, button, "AXEnabled") == false
+                            ? AXActionResult::failed
+                            : accessibility.performAction(button, "AXPress");
+    switch (result) {
+    case AXActionResult::done:
+        report_(texts::appliedDirectionInWriter(core::rawValue(attempt.direction)));
+        break;
+    case AXActionResult::cannotComplete:
+        confirm(attempt);
+        break;
+    case AXActionResult::failed:
+        refuse(attempt, texts::writerCannotChangeDirection);
+    }
+}
+
+/// Writer takes what it is asked in its order: once it answers anything later, the button has been pressed.
+void LibreOfficeDirectionAdapter::confirm(Attempt attempt) {
+    if (answers(attempt)) {
+        report_(texts::appliedDirectionInWriter(core::rawValue(attempt.direction)));
+    } else if (attempt.run == lastRun) {
+        report_(texts::writerCannotChangeDirection);
+    } else {
+        ++attempt.run;
+        schedule(pause, attempt, [this, attempt] { confirm(attempt); });
+    }
+}
+
+/// Reports the reason, or tries again when Writer did not answer and so has not given one.
+void LibreOfficeDirectionAdapter::refuse(Attempt attempt, const core::LocalizedText& reason) {
+    if (attempt.run == lastRun || answers(attempt)) {
+        report_(reason);
+    } else {
+        ++attempt.run;
+        schedule(pause, attempt, [this, attempt] { begin(attempt); });
+    }
+}
+
+bool LibreOfficeDirectionAdapter::answers(const Attempt& attempt) const {
+    return AX::string(services_.accessibility, attempt.application, "AXRole").has_value();
 }
 
 bool LibreOfficeDirectionAdapter::isParagraph(const AXElement& element) const {
     auto& accessibility = services_.accessibility;
     return AX::string(accessibility, element, "AXRole") == "AXTextArea" && AX::isTextWritable(accessibility, element);
-}
-
-std::optional<AXElement> LibreOfficeDirectionAdapter::directionButton(const AXElement& window,
-                                                                      core::WritingDirection direction) const {
-    const std::string_view label = direction == core::WritingDirection::rightToLeft ? "Right-To-Left" : "Left-To-Right";
-    std::optional<AXElement> button;
-    const auto holdsButton = [&](const AX::Candidate& toolbar) {
-        if (toolbar.role == "AXToolbar") {
-            button = AX::find(services_.accessibility, toolbar.element,
-                              {.limit = limit, .skipping = {}, .reading = AX::labelNames},
-                              [&](const AX::Candidate& candidate) {
-                                  return (candidate.role == "AXButton" || candidate.role == "AXCheckBox") &&
-                                         candidate.isLabelled(label);
-                              });
-        }
-        return button.has_value();
-    };
-    static_cast<void>(AX::find(services_.accessibility, window,
-                               {.limit = limit, .skipping = besideToolbars, .reading = {}}, holdsButton));
-    return button;
 }
 
 } // namespace quillane

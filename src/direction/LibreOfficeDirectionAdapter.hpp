@@ -4,14 +4,22 @@
 #pragma once
 
 #include "core/direction/WritingDirection.hpp"
+#include "direction/AX.hpp"
 #include "direction/DirectionServices.hpp"
 
+#include <cstdint>
+#include <memory>
 #include <optional>
+#include <vector>
 
 namespace quillane {
 
 /// Turns the paragraph at the cursor in LibreOffice Writer by pressing the direction button of its formatting toolbar,
-/// which works even while the toolbar is too narrow to show it. All of it happens in one step.
+/// which works even while the toolbar is too narrow to show it.
+///
+/// Main thread. Each step waits for Writer once or a few times at most, and the toolbars are read in as many steps as
+/// they take. Writer is often busy, as while it saves: what it leaves unanswered is tried again for a second and a
+/// half.
 class LibreOfficeDirectionAdapter {
 public:
     LibreOfficeDirectionAdapter(DirectionServices services, DirectionReport report);
@@ -19,16 +27,43 @@ public:
     LibreOfficeDirectionAdapter(const LibreOfficeDirectionAdapter&) = delete;
     LibreOfficeDirectionAdapter& operator=(const LibreOfficeDirectionAdapter&) = delete;
 
-    /// Makes one attempt; LibreOffice must be in front.
+    /// Starts an attempt in place of the one that runs; LibreOffice must be in front.
     void apply(core::WritingDirection direction);
 
+    /// Gives up the attempt that runs, silently. What has been pressed stays pressed.
+    void cancelPending();
+
 private:
+    /// What the steps of one attempt hand on.
+    struct Attempt {
+        AXElement application;
+        pid_t pid;
+        core::WritingDirection direction;
+        std::int64_t operation;
+        int run = 0; ///< counts what was tried again
+    };
+
+    /// The way to the button: the window is searched for toolbars, and each toolbar by itself.
+    struct Way {
+        AXElement editor;
+        AX::TreeSearch window;
+        std::vector<AXElement> toolbars; ///< not yet searched
+        std::optional<AX::TreeSearch> toolbar;
+    };
+
+    void schedule(std::chrono::milliseconds delay, const Attempt& attempt, std::function<void()> step);
+    void begin(const Attempt& attempt);
+    void search(const Attempt& attempt, const std::shared_ptr<Way>& way);
+    void press(const Attempt& attempt, const AXElement& editor, const AXElement& button);
+    void confirm(Attempt attempt);
+    void refuse(Attempt attempt, const core::LocalizedText& reason);
+    [[nodiscard]] bool answers(const Attempt& attempt) const;
     [[nodiscard]] bool isParagraph(const AXElement& element) const;
-    [[nodiscard]] std::optional<AXElement> directionButton(const AXElement& window,
-                                                           core::WritingDirection direction) const;
 
     DirectionServices services_;
     DirectionReport report_;
+    std::int64_t operation_ = 0;                            ///< a step whose number is another one is stale
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with steps that are on their way
 };
 
 } // namespace quillane

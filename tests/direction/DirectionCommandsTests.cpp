@@ -100,7 +100,12 @@ protected:
         focus(*paragraph);
     }
 
-    void apply() { commands.apply(WritingDirection::rightToLeft); }
+    void begin() { commands.apply(WritingDirection::rightToLeft); }
+
+    void apply() {
+        begin();
+        desktop.queue.advance(1ms);
+    }
 
     FakeElement* toolbar = nullptr;
     FakeElement* rtl = nullptr;
@@ -125,6 +130,94 @@ TEST_F(LibreOfficeDirection, ReadOnlyDocumentsGetTheHint) {
     apply();
     EXPECT_THAT(said, ElementsAre("Place the cursor in a paragraph in LibreOffice Writer"));
     EXPECT_THAT(desktop.accessibility.actions(), IsEmpty());
+}
+
+TEST_F(LibreOfficeDirection, WriterThatDoesNotAnswerIsTriedAgain) {
+    desktop.accessibility.stopAnswering(pid);
+    begin();
+    desktop.queue.advance(1s);
+    EXPECT_THAT(said, IsEmpty());
+    desktop.accessibility.answerAgain(pid);
+    desktop.queue.advance(60ms);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in LibreOffice Writer"));
+    desktop.accessibility.stopAnswering(pid);
+    begin();
+    desktop.queue.advance(1400ms);
+    EXPECT_EQ(said.size(), 1U);
+    desktop.queue.advance(100ms);
+    EXPECT_EQ(said.back(), "Place the cursor in a paragraph in LibreOffice Writer");
+    EXPECT_EQ(desktop.queue.timerCount(), 0U);
+}
+
+TEST_F(LibreOfficeDirection, AToolbarThatIsNotReadIsTriedAgain) {
+    begin();
+    desktop.accessibility.stopAnswering(pid);
+    desktop.queue.advance(300ms);
+    EXPECT_THAT(said, IsEmpty());
+    desktop.accessibility.answerAgain(pid);
+    desktop.queue.advance(100ms);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in LibreOffice Writer"));
+    EXPECT_EQ(countOf(*rtl, "AXPress"), 1);
+}
+
+TEST_F(LibreOfficeDirection, APressThatIsAnsweredLateIsASuccess) {
+    rtl->withAction("AXPress", [&] {
+        desktop.accessibility.stopAnswering(pid);
+        return AXActionResult::cannotComplete;
+    });
+    apply();
+    desktop.queue.advance(500ms);
+    EXPECT_THAT(said, IsEmpty());
+    desktop.accessibility.answerAgain(pid);
+    desktop.queue.advance(60ms);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in LibreOffice Writer"));
+    apply();
+    desktop.queue.advance(1500ms);
+    EXPECT_EQ(said.back(), "LibreOffice Writer cannot change direction in this document");
+    EXPECT_EQ(countOf(*rtl, "AXPress"), 2);
+}
+
+TEST_F(LibreOfficeDirection, NoStepAsksForMuch) {
+    for (int index = 0; index < 150; ++index) {
+        window->add("AXGroup");
+    }
+    auto& last = window->add("AXToolbar");
+    toolbar->present(false);
+    last.add("AXButton").with("AXTitle", std::string("Right-To-Left")).withAction("AXPress");
+    std::size_t most = 0;
+    const std::function<void()> count = [&] { // between the steps
+        most = std::max(most, desktop.accessibility.calls().size());
+        desktop.accessibility.forgetCalls();
+        if (said.empty()) {
+            desktop.queue.postAfter(0ms, count);
+        }
+    };
+    begin();
+    count();
+    desktop.queue.advance(1ms);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in LibreOffice Writer"));
+    EXPECT_LE(most, 20U);
+}
+
+TEST_F(LibreOfficeDirection, EndsSilentlyWhenItIsCancelledOrSomethingElseComesToTheFront) {
+    begin();
+    commands.cancelPending();
+    desktop.queue.advance(2s);
+    begin();
+    desktop.withFrontApplication("org.example.editor");
+    desktop.queue.advance(2s);
+    EXPECT_THAT(said, IsEmpty());
+    EXPECT_EQ(countOf(*rtl, "AXPress"), 0);
+}
+
+TEST_F(LibreOfficeDirection, ANewChordTakesThePlaceOfTheOneBefore) {
+    auto& ltr = toolbar->add("AXButton").with("AXTitle", std::string("Left-To-Right")).withAction("AXPress");
+    begin();
+    commands.apply(WritingDirection::leftToRight);
+    desktop.queue.advance(1ms);
+    EXPECT_THAT(said, ElementsAre("Applied LTR in LibreOffice Writer"));
+    EXPECT_EQ(countOf(*rtl, "AXPress"), 0);
+    EXPECT_EQ(countOf(ltr, "AXPress"), 1);
 }
 
 /// The helpers, on a tree of their own.

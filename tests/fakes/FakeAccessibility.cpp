@@ -75,11 +75,11 @@ FakeElement& FakeElement::addTextField(std::string role) {
     return add(std::move(role)).with("AXEnabled", true).settable("AXValue");
 }
 
-void FakeElement::stopAnswering() {
-    fails_ = true;
-    hangs_ = true;
+void FakeElement::answer(bool answers) {
+    fails_ = !answers;
+    hangs_ = !answers;
     for (const auto& child : children_) {
-        child->stopAnswering();
+        child->answer(answers);
     }
 }
 
@@ -245,7 +245,11 @@ FakeElement& FakeAccessibility::tree(pid_t pid) {
 }
 
 void FakeAccessibility::stopAnswering(pid_t pid) {
-    tree(pid).stopAnswering();
+    tree(pid).answer(false);
+}
+
+void FakeAccessibility::answerAgain(pid_t pid) {
+    tree(pid).answer(true);
 }
 
 void FakeAccessibility::focus(pid_t pid, FakeElement* element) {

@@ -59,7 +59,7 @@ public:
 private:
     friend class FakeAccessibility;
 
-    void stopAnswering();
+    void answer(bool answers);
 
     std::map<std::string, AXValue, std::less<>> values_;
     std::map<std::string, FakeElement*, std::less<>> references_;
@@ -110,6 +110,9 @@ public:
 
     /// The application hangs: no element of its tree gives an answer any more.
     void stopAnswering(pid_t pid);
+
+    /// It goes on, with every element of its tree.
+    void answerAgain(pid_t pid);
 
     /// Puts the keyboard focus of the application on the element; none takes it away.
     void focus(pid_t pid, FakeElement* element);
