@@ -167,6 +167,10 @@ protected:
         copyWithXclip("UTF8_STRING", file("text", "between"));
         endCopying();
         restore(*copied);
+        desktop().keyboard().tap(Key::end);
+        desktop().keyboard().type("z");
+        expectEditorText("asd fghz");
+        desktop().keyboard().chord({Key::leftControl, Key::a});
         expectPastedIntoEditor("asd fgh"); // over what is selected
         expectPastedIntoEditor("asd fghasd fgh");
         restore(core::ClipboardEntry::make(ClipboardKind::text, "x", "", "", textItems("مرحبا שלום 😀"), core::Date{2}),
