@@ -23,6 +23,7 @@ namespace texts = core::texts;
 
 constexpr auto step = 60ms;
 constexpr int lastRun = 24;
+constexpr int lastClosing = 160; ///< ten seconds
 constexpr std::size_t applicationLimit = 500;
 constexpr std::size_t menuLimit = 240;
 constexpr std::size_t stepsToMenu = 8;
@@ -183,12 +184,16 @@ void NativeDirectionAdapter::chooseDirection(const Attempt& attempt, int run) {
         return;
     }
     const auto command = paragraphCommand(*menu, attempt);
+    if (!command && run < lastRun && !answers(attempt.application)) {
+        scheduleChoice(attempt, run + 1);
+        return;
+    }
     if (!command) {
-        refuse(*menu, texts::noParagraphDirectionCommand);
+        refuse(*menu, attempt, texts::noParagraphDirectionCommand);
         return;
     }
     if (const auto reason = obstacle(*menu, attempt)) {
-        refuse(*menu, *reason);
+        refuse(*menu, attempt, *reason);
         return;
     }
     pressCommand(*command, *menu, attempt);
@@ -242,7 +247,7 @@ void NativeDirectionAdapter::pressCommand(const AXElement& command, const AXElem
     auto& accessibility = services_.accessibility;
     const bool applied = contextMenu(attempt.application) == menu && AX::press(accessibility, command);
     if (!applied) {
-        refuse(menu, texts::directionNotApplied);
+        refuse(menu, attempt, texts::directionNotApplied);
         return;
     }
     finish();
@@ -254,10 +259,28 @@ void NativeDirectionAdapter::finish() {
     stopObservingMenu();
 }
 
-void NativeDirectionAdapter::refuse(const AXElement& menu, const core::LocalizedText& reason) {
-    static_cast<void>(services_.accessibility.performAction(menu, "AXCancel")); // it may have closed by itself
+void NativeDirectionAdapter::refuse(const AXElement& menu, const Attempt& attempt, const core::LocalizedText& reason) {
+    close(menu, attempt, 0);
     finish();
     report_(reason);
+}
+
+/// Again while the application has not even been reached; otherwise the menu may have closed by itself. A key, a click
+/// or another chord makes the menu the user's.
+void NativeDirectionAdapter::close(const AXElement& menu, const Attempt& attempt, int run) {
+    if (operation_ == attempt.operation &&
+        services_.accessibility.performAction(menu, "AXCancel") == AXActionResult::failed && run < lastClosing &&
+        !answers(attempt.application)) {
+        services_.mainQueue.postAfter(step, [this, alive = std::weak_ptr(alive_), menu, attempt, run] {
+            if (!alive.expired()) {
+                close(menu, attempt, run + 1);
+            }
+        });
+    }
+}
+
+bool NativeDirectionAdapter::answers(const AXElement& application) const {
+    return AX::string(services_.accessibility, application, "AXRole").has_value();
 }
 
 void NativeDirectionAdapter::recordDiagnostic(const Attempt& attempt) {

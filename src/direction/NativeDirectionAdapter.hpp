@@ -17,7 +17,8 @@ namespace quillane {
 
 /// Turns the paragraph at the cursor in applications whose text views have a direction submenu in their context menu:
 /// opens that menu by Accessibility, waits for it, and presses the item of the paragraph section. No key is sent and no
-/// text changed. Every way that ends without a direction closes the menu again.
+/// text changed. Every way that ends without a direction closes the menu again,
+/// within ten seconds where the application does not answer.
 ///
 /// Main thread. `apply` returns at once; an attempt takes a second and a half at the longest.
 class NativeDirectionAdapter {
@@ -57,7 +58,9 @@ private:
     [[nodiscard]] std::optional<core::LocalizedText> obstacle(const AXElement& menu, const Attempt& attempt) const;
     void pressCommand(const AXElement& command, const AXElement& menu, const Attempt& attempt);
     void finish();
-    void refuse(const AXElement& menu, const core::LocalizedText& reason);
+    void refuse(const AXElement& menu, const Attempt& attempt, const core::LocalizedText& reason);
+    void close(const AXElement& menu, const Attempt& attempt, int run);
+    [[nodiscard]] bool answers(const AXElement& application) const;
     void recordDiagnostic(const Attempt& attempt);
 
     DirectionServices services_;

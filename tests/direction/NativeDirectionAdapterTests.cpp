@@ -360,6 +360,38 @@ TEST_F(NativeDirection, AnAdapterThatIsGoneDoesNothing) {
     expectNotApplied();
 }
 
+TEST_F(NativeDirection, AMenuWhoseApplicationDoesNotAnswerIsReadAgain) {
+    openChrome();
+    apply();
+    desktop.accessibility.notify(pid, "AXMenuOpened", *menu);
+    desktop.accessibility.stopAnswering(pid);
+    desktop.queue.advance(600ms);
+    EXPECT_THAT(said, IsEmpty());
+    desktop.accessibility.answerAgain(pid);
+    desktop.queue.advance(60ms);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
+}
+
+TEST_F(NativeDirection, AMenuThatCannotBeReachedIsClosedWhenItCanUnlessTheUserTookIt) {
+    for (const bool isTaken : {false, true}) {
+        openChrome();
+        said.clear();
+        apply();
+        desktop.accessibility.notify(pid, "AXMenuOpened", *menu);
+        desktop.accessibility.stopAnswering(pid);
+        desktop.queue.advance(1600ms);
+        EXPECT_THAT(said, ElementsAre("This editor does not offer a paragraph direction command"));
+        if (isTaken) {
+            adapter.cancelPending();
+        }
+        desktop.accessibility.answerAgain(pid);
+        desktop.queue.advance(60ms);
+        EXPECT_EQ(countOf(*menu, "AXCancel"), isTaken ? 0 : 1);
+        desktop.queue.advance(10s);
+        EXPECT_EQ(countOf(*menu, "AXCancel"), isTaken ? 0 : 1);
+    }
+}
+
 TEST_F(NativeDirection, AHangingApplicationEndsInTheHint) {
     openChrome();
     desktop.accessibility.stopAnswering(pid);

@@ -18,7 +18,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto defaultTimeout = 150ms;
-constexpr auto keptFor = 500ms;      // what is known of the focused element
+constexpr auto keptFor = 500ms;      // what is known of the focused element; and while its application is silent
 constexpr auto renewedAfter = 100ms; // while it is being asked for
 constexpr auto silentFor = 1s;       // an application that has not answered is not asked anew within this time
 
@@ -31,6 +31,7 @@ AtspiAccessibility::AtspiAccessibility(SessionBus& session) : bus_(session), foc
         renewal_.reset();
         unanswered_.clear();
     });
+    moves_ = focus_.onMoved([this](BusConnection& bus, const AtspiFocus::Focus& focus) { askAhead(bus, focus); });
 }
 
 AtspiAccessibility::~AtspiAccessibility() = default;
@@ -160,7 +161,7 @@ std::shared_ptr<AtspiFacts> AtspiAccessibility::facts(const AtspiObject& object,
     if (bus == nullptr) {
         return nullptr;
     }
-    if ((which & ~editingFacts) == 0 && known_ && known_->object == object && limit.now - known_->begin < keptFor) {
+    if ((which & ~editingFacts) == 0 && known_ && known_->object == object && isUsable(*known_, limit.now)) {
         return known_->facts->isRefused() ? nullptr : known_->facts;
     }
     if (!mayAsk(*bus, object.bus, limit)) {
@@ -223,6 +224,20 @@ void AtspiAccessibility::ignoreFocusOfPress(const std::string& application, cons
     }
 }
 
+/// The first key after a move of the focus then finds the answers.
+void AtspiAccessibility::askAhead(BusConnection& bus, const AtspiFocus::Focus& focus) {
+    if (focus_.processOf(focus.object.bus) != getpid()) {
+        renewal_ = Request{focus.object, focus.change, Clock::now(), requestFacts(bus, focus.object, editingFacts)};
+    }
+}
+
+bool AtspiAccessibility::isUsable(const Request& known, Clock::time_point now) const {
+    const bool isFresh = now - known.begin < keptFor;
+    const bool isAskedAgain = renewal_ && renewal_->object == known.object && renewal_->change == known.change &&
+                              !renewal_->facts->isComplete();
+    return isFresh || (isAskedAgain && now - renewal_->firstBegin < keptFor && focus_.holds(known.object));
+}
+
 std::shared_ptr<AtspiFacts> AtspiAccessibility::focusFacts(BusConnection& bus, const AtspiFocus::Focus& focus,
                                                            const Limit& limit) {
     const auto concerns = [&](const std::optional<Request>& request) {
@@ -233,7 +248,9 @@ std::shared_ptr<AtspiFacts> AtspiAccessibility::focusFacts(BusConnection& bus, c
     }
     const auto renew = [&] {
         if (!concerns(renewal_) || limit.now - renewal_->begin > silentFor) {
-            renewal_ = Request{focus.object, focus.change, limit.now, requestFacts(bus, focus.object, editingFacts)};
+            const auto firstBegin = concerns(renewal_) ? renewal_->firstBegin : limit.now;
+            renewal_ = Request{focus.object, focus.change, limit.now, requestFacts(bus, focus.object, editingFacts),
+                               firstBegin};
         }
     };
     const bool mayClose = concerns(known_) && isMenuItem(*known_->facts); // a menu closes without a word
@@ -244,11 +261,11 @@ std::shared_ptr<AtspiFacts> AtspiAccessibility::focusFacts(BusConnection& bus, c
         return known_->facts;
     }
     renew();
-    if (!waitFor(bus, *renewal_, limit)) {
-        return nullptr;
+    if (waitFor(bus, *renewal_, limit)) {
+        known_ = std::exchange(renewal_, std::nullopt);
+        return known_->facts;
     }
-    known_ = std::exchange(renewal_, std::nullopt);
-    return known_->facts;
+    return concerns(known_) && !mayClose && isUsable(*known_, limit.now) ? known_->facts : nullptr;
 }
 
 bool AtspiAccessibility::waitFor(BusConnection& bus, const Request& request, const Limit& limit) {

@@ -19,10 +19,13 @@ namespace quillane {
 ///
 /// This process itself does not answer while it waits; its focused widget is asked directly.
 ///
-/// The facts that decide about typing into the focused element are kept for half a second, and renewed in the
-/// background while they are being asked for, so that fast typing into a busy application does not wait for it.
+/// The facts that decide about typing into the focused element are asked for as soon as it has the focus, kept for half
+/// a second, and renewed in the background while they are being asked for, so that typing into a busy application does
+/// not wait for it. What is older than that still holds for the first half second in which the application does not
+/// answer.
 ///
 /// The children of an item that opens a submenu are read by opening it: toolkits make a submenu when it is first shown.
+/// That may take 0.6 s, during which the application must go on to answer.
 /// A menu that has no action for it is cancelled by the Escape key, which is sent once for each level that shows.
 class AtspiAccessibility final : public Accessibility {
 public:
@@ -56,7 +59,8 @@ private:
         AtspiObject object;
         std::uint64_t change = 0; ///< of the focus at that time
         Clock::time_point begin;
-        std::shared_ptr<AtspiFacts> facts; // shared with the answers on their way
+        std::shared_ptr<AtspiFacts> facts;   // shared with the answers on their way
+        Clock::time_point firstBegin{begin}; ///< of this and the same requests before it that were not answered
     };
 
     /// An object that was pressed, and what had the focus before.
@@ -79,6 +83,8 @@ private:
     [[nodiscard]] std::optional<AtspiObject> objectOf(const Handle& handle) const;
     [[nodiscard]] std::shared_ptr<AtspiFacts> facts(const AtspiObject& object, AtspiFactSet which, const Limit& limit);
     [[nodiscard]] std::optional<AtspiObject> focusedObject(const std::string& application, const Limit& limit);
+    void askAhead(BusConnection& bus, const AtspiFocus::Focus& focus);
+    [[nodiscard]] bool isUsable(const Request& known, Clock::time_point now) const;
     [[nodiscard]] std::shared_ptr<AtspiFacts> focusFacts(BusConnection& bus, const AtspiFocus::Focus& focus,
                                                          const Limit& limit);
     void ignoreFocusOfPress(const std::string& application, const Limit& limit);
@@ -92,7 +98,7 @@ private:
     [[nodiscard]] std::optional<AtspiObject> activeWindow(const AtspiObject& application, const Limit& limit);
     [[nodiscard]] std::vector<std::shared_ptr<AtspiFacts>>
     factsOfEach(std::span<const AtspiObject> objects, std::span<const AtspiFactSet> which, const Limit& limit);
-    [[nodiscard]] std::optional<std::vector<AtspiObject>> openedSubmenu(const AtspiObject& item, const Limit& limit);
+    [[nodiscard]] std::optional<std::vector<AtspiObject>> openedSubmenu(const AtspiObject& item, Limit limit);
     [[nodiscard]] std::optional<bool> answer(BusMessage message, const Limit& limit);
     [[nodiscard]] AXActionResult doAction(const AtspiObject& object, std::size_t index, const Limit& limit);
     [[nodiscard]] AXActionResult dismissMenu(const AtspiObject& menu, const Limit& limit);
@@ -108,6 +114,7 @@ private:
     std::optional<Request> renewal_;            ///< what has been asked of it and not been answered
     std::map<std::string, Request> unanswered_; ///< by bus name: the call that an application left unanswered
     core::Subscription losses_;
+    core::Subscription moves_;
 };
 
 } // namespace quillane

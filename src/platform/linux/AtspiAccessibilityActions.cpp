@@ -22,7 +22,8 @@ constexpr std::int32_t escapeSymbol = 0xff1b; // X11/keysymdef.h
 constexpr std::uint32_t pressAndRelease = 3;  // AtspiKeySynthType, of a key symbol
 constexpr auto afterLevel = 20ms;             // one Escape may close all levels, one after the other
 constexpr auto betweenLooks = 2ms;
-constexpr int longestWay = 32; // from an object up to its window
+constexpr auto timeToOpen = 600ms; // of a submenu, whose window is made for it
+constexpr int longestWay = 32;     // from an object up to its window
 
 bool isOpenMenu(const AtspiFacts& facts) {
     return isMenu(facts) && facts.is(AtspiState::showing);
@@ -142,7 +143,8 @@ AtspiAccessibility::attributesOfEach(std::span<const AXElement> elements, std::s
     return results;
 }
 
-std::optional<std::vector<AtspiObject>> AtspiAccessibility::openedSubmenu(const AtspiObject& item, const Limit& limit) {
+std::optional<std::vector<AtspiObject>> AtspiAccessibility::openedSubmenu(const AtspiObject& item, Limit limit) {
+    const auto deadline = limit.now + std::max<std::chrono::milliseconds>(limit.timeout, timeToOpen);
     std::vector<AtspiObject> shown; // since the item was told to open: a submenu may be the child of something else
     std::optional<core::Subscription> token;
     while (true) {
@@ -164,7 +166,8 @@ std::optional<std::vector<AtspiObject>> AtspiAccessibility::openedSubmenu(const 
         }
         const bool opens = saysThatItOpens(*found) || first(isMenu) != read.end();
         auto* bus = bus_.connection();
-        if (!opens || bus == nullptr || Clock::now() >= limit.now + limit.timeout) {
+        limit.now = Clock::now(); // for the next look, while the application answers
+        if (!opens || bus == nullptr || limit.now >= deadline) {
             return found->children;
         }
         if (!token) {
@@ -236,7 +239,8 @@ AXActionResult AtspiAccessibility::dismissMenu(const AtspiObject& menu, const Li
     const auto deadline = limit.now + limit.timeout;
     std::optional<AtspiObject> seen; // the level that showed at the last look
     bool sent = false;               // its Escape
-    auto due = Clock::now();         // for its Escape
+    bool sentAny = false;
+    auto due = Clock::now(); // for its Escape
     while (true) {
         const auto level = innermostOpenMenu(menu, limit);
         const auto now = Clock::now();
@@ -245,7 +249,7 @@ AXActionResult AtspiAccessibility::dismissMenu(const AtspiObject& menu, const Li
             return AXActionResult::done;
         }
         if (bus == nullptr || now >= deadline) {
-            return AXActionResult::cannotComplete;
+            return sentAny ? AXActionResult::cannotComplete : AXActionResult::failed;
         }
         if (level != seen) {
             due = seen ? now + afterLevel : now;
@@ -259,6 +263,7 @@ AXActionResult AtspiAccessibility::dismissMenu(const AtspiObject& menu, const Li
             appendUint32(*escape, pressAndRelease);
             bus->send(std::move(escape));
             sent = true;
+            sentAny = true;
         }
         bus->wait([] { return false; }, std::min(Clock::now() + betweenLooks, deadline));
     }

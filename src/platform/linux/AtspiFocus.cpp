@@ -84,6 +84,11 @@ bool AtspiFocus::confirm(const AtspiObject& object, bool hasState, BusConnection
     return program.focused.has_value();
 }
 
+bool AtspiFocus::holds(const AtspiObject& object) const {
+    const auto found = programs_.find(object.bus);
+    return found != programs_.end() && found->second.focused == object && !found->second.lostSince;
+}
+
 bool AtspiFocus::isGone(const Program& program) {
     return program.lostSince && BusConnection::Clock::now() - *program.lostSince > heldKeyboard;
 }
@@ -218,12 +223,14 @@ void AtspiFocus::noteFocus(BusConnection& bus, DBusMessage& signal) {
     const AtspiObject object{application, path};
     const bool isSame = program.focused == object;
     if (*gained != 0) {
-        if (!isSame || isGone(program)) {
-            program.change = ++changes_;
-        }
+        const bool isMove = !isSame || isGone(program);
         program.focused = object;
         program.told = BusConnection::Clock::now();
         program.lostSince.reset();
+        if (isMove) {
+            program.change = ++changes_;
+            moves_.notify(bus, Focus{object, program.change});
+        }
     } else if (isSame && !program.lostSince) {
         program.lostSince = BusConnection::Clock::now();
     }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/support/Listeners.hpp"
 #include "core/support/Subscription.hpp"
 #include "platform/linux/AtspiFacts.hpp"
 #include "platform/linux/AtspiFocusSearch.hpp"
@@ -32,6 +33,15 @@ public:
 
     /// The object that was last told to have the focus in the application; it may have lost it since.
     [[nodiscard]] std::optional<Focus> in(const std::string& application) const;
+
+    /// The focus of an application has moved to another object. The handler is called while a signal is taken in, which
+    /// may be inside a wait: it must do no more than ask.
+    core::Subscription onMoved(std::function<void(BusConnection&, const Focus&)> handler) {
+        return moves_.subscribe(std::move(handler));
+    }
+
+    /// Whether the object was the last to be told to have the focus and has not been told, or seen, to have lost it.
+    [[nodiscard]] bool holds(const AtspiObject& object) const;
 
     /// Whether the object that was told to have the focus counts as focused, given whether it has the state itself and
     /// when it was asked for it. One that has lost the state just now still counts: GTK takes it from the focused text
@@ -71,6 +81,7 @@ private:
     AccessibilityBus& bus_;
     mutable std::map<std::string, Program, std::less<>> programs_; ///< by bus name
     std::uint64_t changes_ = 0;
+    core::Listeners<BusConnection&, const Focus&> moves_;
     std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with answers that are on their way
     core::Subscription openings_;
     core::Subscription losses_;

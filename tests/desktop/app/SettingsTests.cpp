@@ -19,6 +19,21 @@ protected:
         require(desktop().waitUntilInFront(agent().process().pid()), "the settings window is not in front");
     }
 
+    /// Opens the window for the first time on this desktop and waits until it has its place: until then the agent keeps
+    /// it as a whole on the screen, whoever moves it. The place is noted then.
+    void openAndSettle() {
+        open();
+        waitUntilNoted("NSWindow Frame QuillaneSettings");
+    }
+
+    /// Waits until the settings hold this of the window's place, a moment after its last move.
+    void waitUntilNoted(const std::string& text) {
+        require(waitUntil([&] { return readFile(settingsFile()).find(text) != std::string::npos; }),
+                "the place of the window is not noted");
+    }
+
+    [[nodiscard]] std::filesystem::path settingsFile() { return desktop().home() / ".config/quillane/defaults.plist"; }
+
     [[nodiscard]] std::string title() {
         const auto active = desktop().screen().activeWindow();
         return active ? desktop().screen().text(*active, "_NET_WM_NAME") : std::string();
@@ -100,34 +115,31 @@ TEST_F(LiveSettings, ControlWClosesTheWindowAndControlQEndsTheAgentInTheHebrewLa
 
 TEST_F(LiveSettings, ClosedAndOpenedAgainItIsWhereItWas) {
     startAgent();
-    open();
+    openAndSettle();
     EXPECT_EQ(title(), "Quillane — Settings");
     const auto first = desktop().screen().activeWindow();
-    ASSERT_TRUE(desktop().run({"xdotool", "windowmove", "--sync", std::to_string(*first), "120", "60"}).succeeded());
-    const auto place = desktop().run({"xdotool", "getwindowgeometry", std::to_string(*first)}).output;
+    ASSERT_TRUE(desktop().run({"xdotool", "windowmove", std::to_string(*first), "120", "60"}).succeeded());
+    waitUntilNoted(">120 60 ");
+    const auto place = geometry();
     ASSERT_TRUE(desktop().run({"wmctrl", "-i", "-c", std::to_string(*first)}).succeeded());
     ASSERT_TRUE(waitUntil([&] { return std::ranges::count(desktop().screen().managedWindows(), *first) == 0; }));
     open();
-    const auto second = desktop().screen().activeWindow();
-    EXPECT_EQ(desktop().run({"xdotool", "getwindowgeometry", std::to_string(*second)}).output.substr(place.find('\n')),
-              place.substr(place.find('\n')));
+    EXPECT_TRUE(waitUntil([&] { return geometry() == place; })) << geometry() << "instead of" << place;
 }
 
 TEST_F(LiveSettings, FrameOfAMaximizedOrFullScreenWindowDoesNotDriftAcrossLaunches) {
     std::string place;
     for (const auto* state : {"maximized_vert,maximized_horz", "fullscreen"}) {
         startAgent();
-        open();
+        openAndSettle();
         const auto window = std::to_string(*desktop().screen().activeWindow());
         if (place.empty()) {
-            ASSERT_TRUE(desktop().run({"xdotool", "windowsize", "--sync", window, "745", "725"}).succeeded());
-            ASSERT_TRUE(desktop().run({"xdotool", "windowmove", "--sync", window, "120", "30"}).succeeded());
+            ASSERT_TRUE(desktop().run({"xdotool", "windowsize", window, "745", "725"}).succeeded());
+            ASSERT_TRUE(desktop().run({"xdotool", "windowmove", window, "120", "30"}).succeeded());
+            waitUntilNoted(">120 30 745 725<");
             place = geometry();
-            // It has been noted a little after the last move.
-            const auto settings = desktop().home() / ".config" / "quillane" / "defaults.plist";
-            ASSERT_TRUE(waitUntil([&] { return readFile(settings).find(" 745 725") != std::string::npos; }));
         }
-        EXPECT_EQ(geometry(), place) << "before " << state;
+        EXPECT_TRUE(waitUntil([&] { return geometry() == place; })) << geometry() << "before " << state;
         ASSERT_TRUE(desktop().run({"wmctrl", "-i", "-r", window, "-b", std::string("add,") + state}).succeeded());
         ASSERT_TRUE(waitUntil([&] { return geometry() != place; }));
         closeWindow();
@@ -135,7 +147,7 @@ TEST_F(LiveSettings, FrameOfAMaximizedOrFullScreenWindowDoesNotDriftAcrossLaunch
     }
     startAgent();
     open();
-    EXPECT_EQ(geometry(), place);
+    EXPECT_TRUE(waitUntil([&] { return geometry() == place; })) << geometry();
 }
 
 TEST_F(LiveSettings, OpensAsAWholeOnAScreenWithAPanel) {

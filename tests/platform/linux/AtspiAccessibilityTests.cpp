@@ -199,6 +199,39 @@ TEST_F(AtspiTest, WhatIsKnownOfTheFocusIsForgottenWhenTheApplicationHangs) {
     EXPECT_TRUE(waitForField(form.pid(), plainField));
 }
 
+TEST_F(AtspiTest, WhatWasKnownLongAgoHoldsWhileTheApplicationIsBusy) {
+    auto form = startForm();
+    ASSERT_TRUE(waitForField(form.pid(), plainField));
+    const auto known = Clock::now();
+    ASSERT_TRUE(waitUntil([&] { return Clock::now() - known > 1s; })); // longer than it is kept
+    form.signal(SIGSTOP);
+    EXPECT_EQ(focusedField(form.pid()), plainField);
+    EXPECT_EQ(focusedField(form.pid()), plainField) << "the next letter";
+    EXPECT_TRUE(waitUntil([&] { return !focusedField(form.pid()); }));
+    const auto forgotten = Clock::now();
+    EXPECT_TRUE(waitUntil([&] { return focusedField(form.pid()) || Clock::now() - forgotten > 2500ms; }));
+    EXPECT_FALSE(focusedField(form.pid())) << "asked again it must not be taken for busy again";
+    form.signal(SIGCONT);
+    EXPECT_TRUE(waitForField(form.pid(), plainField));
+}
+
+TEST_F(AtspiTest, AFocusThatHasMovedIsKnownBeforeItIsAskedFor) {
+    const Field password{"AXTextField", "AXSecureTextField", true, true};
+    auto form = startForm();
+    ASSERT_TRUE(waitForField(form.pid(), plainField));
+    desktop().keyboard().tap(Key::tab);
+    const auto report = desktop().home() / "report";
+    ASSERT_TRUE(waitUntil([&] { return live::readFile(report).find("\"password\"") != std::string::npos; }));
+    // The first answer comes after the notice of the focus, the second after the answers about that.
+    for (int answers = 0; answers < 2; ++answers) {
+        const auto application = accessibility().application(form.pid());
+        ASSERT_TRUE(waitUntil([&] { return read<std::string>(application, "AXRole").has_value(); }));
+    }
+    form.signal(SIGSTOP);
+    EXPECT_EQ(focusedField(form.pid()), password);
+    form.signal(SIGCONT);
+}
+
 TEST_F(AtspiTest, ManyCallsToAnApplicationThatHangsDoNotAddUp) {
     auto form = startForm();
     ASSERT_TRUE(waitUntil([&] { return focused(form.pid()).has_value(); }));
