@@ -119,7 +119,7 @@ TEST_F(LiveSettings, ClosedAndOpenedAgainItIsWhereItWas) {
     EXPECT_EQ(title(), "Quillane — Settings");
     const auto first = desktop().screen().activeWindow();
     ASSERT_TRUE(desktop().run({"xdotool", "windowmove", std::to_string(*first), "120", "60"}).succeeded());
-    waitUntilNoted(">120 60 ");
+    waitUntilNoted("120 60 ");
     const auto place = geometry();
     ASSERT_TRUE(desktop().run({"wmctrl", "-i", "-c", std::to_string(*first)}).succeeded());
     ASSERT_TRUE(waitUntil([&] { return std::ranges::count(desktop().screen().managedWindows(), *first) == 0; }));
@@ -136,7 +136,7 @@ TEST_F(LiveSettings, FrameOfAMaximizedOrFullScreenWindowDoesNotDriftAcrossLaunch
         if (place.empty()) {
             ASSERT_TRUE(desktop().run({"xdotool", "windowsize", window, "745", "725"}).succeeded());
             ASSERT_TRUE(desktop().run({"xdotool", "windowmove", window, "120", "30"}).succeeded());
-            waitUntilNoted(">120 30 745 725<");
+            waitUntilNoted("120 30 745 725");
             place = geometry();
         }
         EXPECT_TRUE(waitUntil([&] { return geometry() == place; })) << geometry() << "before " << state;
