@@ -260,7 +260,8 @@ private:
         const auto stored = [&] { // under its own name, and so flushed to the disk
             std::error_code error;
             for (const auto& one : std::filesystem::directory_iterator(folder, error)) {
-                if (one.path().filename() != "temporary.clip" && one.file_size(error) > large.size() && !error) {
+                if (!one.path().filename().string().starts_with("temporary-") && one.file_size(error) > large.size() &&
+                    !error) {
                     return true;
                 }
             }

@@ -4,6 +4,7 @@
 
 #include "core/clipboard/EntryArchive.hpp"
 #include "core/clipboard/SetAsideHistories.hpp"
+#include "core/clipboard/VaultNames.hpp"
 #include "core/support/SealedBox.hpp"
 
 #include <algorithm>
@@ -17,30 +18,10 @@ namespace quillane::core {
 namespace {
 
 using Reason = VaultError::Reason;
+using VaultNames::isClip;
+using VaultNames::pendingPrefix;
 
-constexpr std::string_view extension = ".clip";
-constexpr std::string_view pendingPrefix = "pending-";
-constexpr const char* indexName = "index";
-constexpr const char* pendingIndexName = "pending-index.clip";
 constexpr std::size_t maximumFileBytes = EntryArchive::maximumBytes + SealedBox::nonceSize + SealedBox::tagSize;
-
-std::string fileName(const Uuid& id) {
-    return id.toString() + std::string(extension);
-}
-
-std::string pendingName(const Uuid& id) {
-    return std::string(pendingPrefix) + fileName(id);
-}
-
-bool isClip(std::string_view name) {
-    return name.size() > extension.size() && name.ends_with(extension);
-}
-
-/// Whether it is the name of the file of one of these entries.
-bool isFileOfOne(const std::unordered_map<Uuid, Date>& entries, std::string_view name) {
-    const auto id = Uuid::parse(name.substr(0, name.size() - extension.size()));
-    return id && entries.contains(*id) && name == fileName(*id);
-}
 
 tl::unexpected<VaultError> failure(Reason reason) {
     return tl::unexpected(VaultError{reason, 0});
@@ -93,7 +74,7 @@ std::vector<Uuid> idsOf(std::span<const std::string> names) {
     std::unordered_set<Uuid> seen;
     for (std::string_view name : names) {
         if (isClip(name)) {
-            name.remove_suffix(extension.size());
+            name.remove_suffix(VaultNames::extension.size());
             name.remove_prefix(name.starts_with(pendingPrefix) ? pendingPrefix.size() : 0);
             const auto id = Uuid::parse(name);
             if (id && seen.insert(*id).second) {
@@ -123,11 +104,19 @@ VaultFolder::Result<void> eraseAll(VaultFolder& folder) {
     if (!names) {
         return tl::unexpected(names.error());
     }
-    std::vector<std::string> doomed{pendingIndexName, indexName};
-    std::ranges::copy_if(*names, std::back_inserter(doomed), isClip);
-    for (const auto& name : doomed) {
+    for (const auto* name : {VaultNames::pendingIndex, VaultNames::index}) {
         if (auto removed = folder.remove(name); !removed) {
             return removed;
+        }
+    }
+    if (auto flushed = folder.flush(); !flushed) {
+        return flushed; // an index that comes back would speak of files that do not
+    }
+    for (const auto& name : *names) {
+        if (isClip(name)) {
+            if (auto removed = folder.remove(name); !removed) {
+                return removed;
+            }
         }
     }
     return folder.flush();
@@ -148,8 +137,8 @@ ClipboardVault::Result<ClipboardVault> ClipboardVault::open(const std::filesyste
 
 ClipboardVault::Result<std::vector<ClipboardEntry>> ClipboardVault::load() {
     invalidateCache();
-    const auto isPending = folder_.contains(pendingIndexName);
-    const auto hasIndex = folder_.contains(indexName);
+    const auto isPending = folder_.contains(VaultNames::pendingIndex);
+    const auto hasIndex = folder_.contains(VaultNames::index);
     for (const auto* looked : {&isPending, &hasIndex}) {
         if (!*looked) {
             return tl::unexpected(looked->error());
@@ -158,17 +147,18 @@ ClipboardVault::Result<std::vector<ClipboardEntry>> ClipboardVault::load() {
     if (!*isPending && !*hasIndex) {
         return std::vector<ClipboardEntry>();
     }
-    auto ids = readSealed(folder_, key_, *isPending ? pendingIndexName : indexName, &EntryArchive::decodeIndex);
+    auto ids = readSealed(folder_, key_, *isPending ? VaultNames::pendingIndex : VaultNames::index,
+                          &EntryArchive::decodeIndex);
     if (!ids) {
         return tl::unexpected(ids.error());
     }
     std::vector<ClipboardEntry> entries;
     for (const auto& id : *ids) {
-        const auto isNew = *isPending ? folder_.contains(pendingName(id)) : false;
+        const auto isNew = *isPending ? folder_.contains(VaultNames::pendingOf(id)) : false;
         if (!isNew) {
             return tl::unexpected(isNew.error());
         }
-        auto entry = readEntry(folder_, key_, *isNew ? pendingName(id) : fileName(id), id);
+        auto entry = readEntry(folder_, key_, *isNew ? VaultNames::pendingOf(id) : VaultNames::fileOf(id), id);
         if (!entry) {
             return tl::unexpected(entry.error());
         }
@@ -195,14 +185,15 @@ ClipboardVault::recover(const std::filesystem::path& directory) const {
     if (!names) {
         return tl::unexpected(names.error());
     }
-    const bool isPending = std::ranges::find(*names, pendingIndexName) != names->end();
-    const auto index = readSealed(folder, key_, isPending ? pendingIndexName : indexName, &EntryArchive::decodeIndex);
+    const bool isPending = std::ranges::find(*names, VaultNames::pendingIndex) != names->end();
+    const auto index =
+        readSealed(folder, key_, isPending ? VaultNames::pendingIndex : VaultNames::index, &EntryArchive::decodeIndex);
     const auto ids = index ? *index : idsOf(*names);
     Recovered recovered{{}, ids.size()};
     for (const auto& id : ids) {
-        auto entry = readEntry(folder, key_, isPending ? pendingName(id) : fileName(id), id);
+        auto entry = readEntry(folder, key_, isPending ? VaultNames::pendingOf(id) : VaultNames::fileOf(id), id);
         if (!entry) {
-            entry = readEntry(folder, key_, isPending ? fileName(id) : pendingName(id), id);
+            entry = readEntry(folder, key_, isPending ? VaultNames::fileOf(id) : VaultNames::pendingOf(id), id);
         }
         if (entry) {
             recovered.entries.push_back(std::move(*entry));
@@ -218,6 +209,10 @@ ClipboardVault::Result<void> ClipboardVault::setAside(Date now) {
     if (auto moved = SetAsideHistories::add(directory_, now); !moved) {
         return moved;
     }
+    return reopen();
+}
+
+ClipboardVault::Result<void> ClipboardVault::reopen() {
     auto folder = VaultFolder::open(directory_);
     if (!folder) {
         return tl::unexpected(folder.error());
@@ -225,124 +220,6 @@ ClipboardVault::Result<void> ClipboardVault::setAside(Date now) {
     folder_ = std::move(*folder);
     invalidateCache();
     return {};
-}
-
-ClipboardVault::Result<void> ClipboardVault::writeSealed(const std::string& name,
-                                                         std::optional<std::vector<std::byte>> plaintext) {
-    if (!plaintext) {
-        return failure(Reason::tooLarge);
-    }
-    const auto ends = SealedBox::sealInPlace(key_, *plaintext);
-    if (!ends) {
-        return failure(Reason::crypto);
-    }
-    return folder_.replace(name, {ends->nonce, *plaintext, ends->tag});
-}
-
-ClipboardVault::Result<void> ClipboardVault::save(std::span<const ClipboardEntry> entries) {
-    auto names = folder_.names();
-    if (!names) {
-        return tl::unexpected(names.error());
-    }
-    const auto settled = settlePending(*names);
-    if (!settled) {
-        return tl::unexpected(settled.error());
-    }
-    bool isChanged = *settled;
-    const std::unordered_set<std::string> present(names->begin(), names->end());
-    std::vector<Uuid> ids;
-    std::vector<const ClipboardEntry*> added;
-    std::vector<const ClipboardEntry*> overwritten;
-    for (const auto& entry : entries) {
-        ids.push_back(entry.id);
-        const auto known = persisted_.find(entry.id);
-        if (!present.contains(fileName(entry.id))) {
-            added.push_back(&entry);
-        } else if (known == persisted_.end() || known->second != entry.copiedAt) {
-            overwritten.push_back(&entry);
-        }
-    }
-    const bool isIndexCurrent = ids == indexed_ && present.contains(indexName);
-    const bool isOneStep = overwritten.empty() || (overwritten.size() == 1 && isIndexCurrent);
-    isChanged = isChanged || !added.empty() || !overwritten.empty() || !isIndexCurrent;
-    for (const auto* entry : added) {
-        if (auto written = writeSealed(fileName(entry->id), EntryArchive::encode(*entry)); !written) {
-            return written;
-        }
-        persisted_[entry->id] = entry->copiedAt;
-    }
-    for (const auto* entry : overwritten) {
-        const auto name = isOneStep ? fileName(entry->id) : pendingName(entry->id);
-        if (auto written = writeSealed(name, EntryArchive::encode(*entry)); !written) {
-            return written;
-        }
-        if (isOneStep) {
-            persisted_[entry->id] = entry->copiedAt;
-        }
-    }
-    if (!isIndexCurrent || !isOneStep) {
-        indexed_.reset();
-        if (auto written = writeSealed(isOneStep ? indexName : pendingIndexName, EntryArchive::encodeIndex(ids));
-            !written) {
-            return written;
-        }
-    }
-    if (!isOneStep) {
-        if (auto committed = commitPending(overwritten); !committed) {
-            return committed;
-        }
-    }
-    auto current = copyDates(entries);
-    for (const auto& name : *names) {
-        if (isClip(name) && !isFileOfOne(current, name)) {
-            if (auto removed = folder_.remove(name); !removed) {
-                return removed;
-            }
-            isChanged = true;
-        }
-    }
-    persisted_ = std::move(current);
-    indexed_ = std::move(ids);
-    return isChanged ? folder_.flush() : Result<void>();
-}
-
-/// Ends what a process that was killed had begun: gives the files of a save that counts as done their names, or removes
-/// those of one that does not. The names are those in the folder, before and after. Whether there was something to end.
-ClipboardVault::Result<bool> ClipboardVault::settlePending(std::vector<std::string>& names) {
-    const bool isDone = std::ranges::find(names, pendingIndexName) != names.end();
-    std::vector<std::string> settled;
-    for (const auto& name : names) {
-        if (!isClip(name) || !name.starts_with(pendingPrefix) || name == pendingIndexName) {
-            settled.push_back(name);
-        } else if (!isDone) {
-            if (auto removed = folder_.remove(name); !removed) {
-                return tl::unexpected(removed.error());
-            }
-        } else {
-            settled.push_back(name.substr(pendingPrefix.size()));
-            if (auto renamed = folder_.rename(name, settled.back()); !renamed) {
-                return tl::unexpected(renamed.error());
-            }
-        }
-    }
-    const bool hadPending = isDone || settled.size() != names.size();
-    names = std::move(settled);
-    if (isDone) {
-        if (auto renamed = folder_.rename(pendingIndexName, indexName); !renamed) {
-            return tl::unexpected(renamed.error());
-        }
-    }
-    return hadPending;
-}
-
-ClipboardVault::Result<void> ClipboardVault::commitPending(std::span<const ClipboardEntry* const> overwritten) {
-    for (const auto* entry : overwritten) {
-        if (auto renamed = folder_.rename(pendingName(entry->id), fileName(entry->id)); !renamed) {
-            return renamed;
-        }
-        persisted_[entry->id] = entry->copiedAt;
-    }
-    return folder_.rename(pendingIndexName, indexName);
 }
 
 ClipboardVault::Result<void> ClipboardVault::erase() {
@@ -367,7 +244,8 @@ ClipboardVault::Result<bool> ClipboardVault::hasFiles(const std::filesystem::pat
     if (!names) {
         return tl::unexpected(names.error());
     }
-    return std::ranges::any_of(*names, [](const std::string& name) { return name == indexName || isClip(name); });
+    return std::ranges::any_of(*names,
+                               [](const std::string& name) { return name == VaultNames::index || isClip(name); });
 }
 
 } // namespace quillane::core

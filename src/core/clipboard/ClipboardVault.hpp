@@ -36,7 +36,8 @@ public:
 
     /// Makes the disk say this: writes the entries whose copy date differs from the one on disk, and the index when it
     /// differs, and removes the files of entries that are gone. Where nothing differs nothing is written. After an
-    /// error the earlier history may still be loaded.
+    /// error the earlier history may still be loaded, without what is gone where only that would have made room, and
+    /// nothing of the save is left on the disk. One entry that is new costs four flushes, however long the history is.
     [[nodiscard]] Result<void> save(std::span<const ClipboardEntry> entries);
 
     /// Removes the vault's files.
@@ -60,6 +61,12 @@ public:
     /// Moves everything in the folder aside (`SetAsideHistories`) and begins with an empty one.
     [[nodiscard]] Result<void> setAside(Date now);
 
+    /// Whether the folder is still the one that the path names.
+    [[nodiscard]] bool isInPlace() const { return folder_.isAt(directory_); }
+
+    /// Opens the folder that the path names now, and makes it if missing. The next save writes everything again.
+    [[nodiscard]] Result<void> reopen();
+
     /// The next save writes everything again.
     void invalidateCache() {
         persisted_.clear();
@@ -73,9 +80,25 @@ private:
     ClipboardVault(std::filesystem::path directory, VaultFolder folder, SecretBytes key)
         : directory_(std::move(directory)), folder_(std::move(folder)), key_(std::move(key)) {}
 
+    struct Changes;
+
+    /// How entries get new contents that have a file already.
+    enum class Overwriting {
+        together, ///< all at once with the index
+        singly,   ///< one after the other, which takes less room
+        never,
+    };
+
+    [[nodiscard]] Result<void> write(std::span<const ClipboardEntry> entries, Overwriting overwriting);
+    [[nodiscard]] Result<void> writeInLittleRoom(std::span<const ClipboardEntry> entries);
+    [[nodiscard]] Result<Changes> changesTo(std::span<const ClipboardEntry> entries, Overwriting overwriting);
+    [[nodiscard]] Result<void> apply(const Changes& changes);
+    [[nodiscard]] Result<void> writeEntry(const ClipboardEntry& entry, const std::string& name);
     [[nodiscard]] Result<void> writeSealed(const std::string& name, std::optional<std::vector<std::byte>> plaintext);
+    [[nodiscard]] Result<void> writeIndex(const Changes& changes);
+    [[nodiscard]] Result<void> commitPending(const Changes& changes);
     [[nodiscard]] Result<bool> settlePending(std::vector<std::string>& names);
-    [[nodiscard]] Result<void> commitPending(std::span<const ClipboardEntry* const> overwritten);
+    void discard(const Changes& changes);
 
     std::filesystem::path directory_;
     VaultFolder folder_;

@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: MIT
 #include "core/clipboard/VaultFolder.hpp"
 
+#include "core/clipboard/VaultNames.hpp"
 #include "core/support/AtomicFile.hpp"
 #include "core/support/DiskFlush.hpp"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <limits>
 #include <memory>
 #include <system_error>
 #include <utility>
@@ -15,6 +17,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 namespace quillane::core {
@@ -23,7 +26,6 @@ namespace {
 
 using Reason = VaultError::Reason;
 
-constexpr const char* temporaryName = "temporary.clip";
 constexpr mode_t folderMode = 0700;
 constexpr mode_t fileMode = 0600;
 
@@ -61,19 +63,6 @@ bool writeAll(int descriptor, std::span<const std::byte> contents) {
         contents = contents.subspan(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
     }
     return true;
-}
-
-/// A new file to be written, in place of one that a process that was killed has left behind.
-int create(int folder) {
-    const auto open = [folder] {
-        return openat(folder, temporaryName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, fileMode);
-    };
-    const int file = open();
-    if (file >= 0 || errno != EEXIST) {
-        return file;
-    }
-    unlinkat(folder, temporaryName, 0);
-    return open();
 }
 
 /// Fills the buffer; the number of bytes is less at the end of the file, and -1 on an error.
@@ -167,19 +156,25 @@ VaultFolder::Result<std::optional<std::vector<std::byte>>> VaultFolder::read(con
 
 VaultFolder::Result<void> VaultFolder::replace(const std::string& name,
                                                std::initializer_list<std::span<const std::byte>> parts) {
+    const auto temporary = VaultNames::temporary();
     {
-        const Descriptor file(create(descriptor_));
+        const Descriptor file(
+            openat(descriptor_, temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, fileMode));
         if (!file.isOpen()) {
             return failure(Reason::write);
         }
         const auto isWritten = [&](std::span<const std::byte> part) { return writeAll(file.get(), part); };
         if (!std::ranges::all_of(parts, isWritten) || fchmod(file.get(), fileMode) != 0 || !flushToDisk(file.get())) {
             const auto failed = failure(Reason::write);
-            unlinkat(descriptor_, temporaryName, 0);
+            unlinkat(descriptor_, temporary.c_str(), 0);
             return failed;
         }
     }
-    return rename(temporaryName, name);
+    auto renamed = rename(temporary, name);
+    if (!renamed) {
+        unlinkat(descriptor_, temporary.c_str(), 0);
+    }
+    return renamed;
 }
 
 VaultFolder::Result<void> VaultFolder::rename(const std::string& from, const std::string& to) {
@@ -229,6 +224,26 @@ VaultFolder::Result<std::vector<std::string>> VaultFolder::names() const {
         return failure(Reason::folder);
     }
     return found;
+}
+
+bool VaultFolder::isAt(const std::filesystem::path& path) const {
+    struct stat own {};
+
+    struct stat found {};
+
+    if (::stat(cleanFolderPath(path).c_str(), &found) != 0) {
+        return errno != ENOENT && errno != ENOTDIR; // else nobody can say
+    }
+    return fstat(descriptor_, &own) == 0 && own.st_dev == found.st_dev && own.st_ino == found.st_ino;
+}
+
+std::uintmax_t VaultFolder::freeBytes() const {
+    struct statvfs status {};
+
+    if (fstatvfs(descriptor_, &status) != 0 || status.f_blocks == 0) {
+        return std::numeric_limits<std::uintmax_t>::max();
+    }
+    return std::uintmax_t{status.f_bavail} * (status.f_frsize > 0 ? status.f_frsize : status.f_bsize);
 }
 
 VaultFolder::Result<void> VaultFolder::flush() {

@@ -5,6 +5,7 @@
 #include <tl/expected.hpp>
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <initializer_list>
 #include <optional>
@@ -18,6 +19,7 @@ namespace quillane::core {
 struct VaultError {
     enum class Reason {
         noKey,        ///< the key cannot be had now
+        inUse,        ///< another program writes this vault
         wrongKeySize, ///< the key is not 32 bytes
         folder,       ///< the folder cannot be made, opened or listed
         read,         ///< a file is missing or cannot be read
@@ -55,7 +57,7 @@ public:
                                                                      std::size_t maximumBytes) const;
 
     /// Gives the file, of mode 0600, new contents, the parts one after the other: they are written beside it, flushed,
-    /// and take its place at once. The name used meanwhile ends in ".clip", like those of entries.
+    /// and take its place at once. The name used meanwhile (`VaultNames::temporary`) is gone after a failure.
     [[nodiscard]] Result<void> replace(const std::string& name,
                                        std::initializer_list<std::span<const std::byte>> parts);
 
@@ -73,6 +75,12 @@ public:
 
     /// Makes renaming and removing last through a loss of power.
     [[nodiscard]] Result<void> flush();
+
+    /// Whether this is what the path names: false once it was removed, or another folder is in its place.
+    [[nodiscard]] bool isAt(const std::filesystem::path& path) const;
+
+    /// What the disk still takes. Unlimited where it does not say.
+    [[nodiscard]] std::uintmax_t freeBytes() const;
 
 private:
     explicit VaultFolder(int descriptor) : descriptor_(descriptor) {}

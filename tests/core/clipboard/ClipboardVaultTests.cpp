@@ -233,7 +233,7 @@ TEST_F(ClipboardVaultTest, RemovesTheFilesOfEntriesThatAreGoneAndStrayOnes) {
     write(folder_ / "E621E1F8-C36C-495A-93FC-0C247A3E6E5F.clip", "stray");
     write(folder_ / "stray.clip", "stray");
     write(folder_ / (lowercased(entries[1].id.toString()) + ".clip"), "stray");
-    write(folder_ / "temporary.clip", "of a killed process");
+    write(folder_ / "temporary-31D4F6A8-1E52-4B6B-9C43-7B6C9F1C1B11.clip", "of a killed process");
     write(folder_ / "notes.txt", "kept");
     write(folder_ / ".clip", "kept");
     ASSERT_TRUE(open.save(std::vector{entries[1]}));

@@ -55,24 +55,52 @@ TEST_F(VaultFaultTest, AFileInPlaceOfTheFolderIsAnError) {
     EXPECT_EQ(opened.error().reason, Reason::folder);
 }
 
-TEST_F(VaultFaultTest, ATemporaryThatCannotBeWrittenFailsTheSave) {
-    auto open = vault();
+TEST_F(VaultFaultTest, AFailedSaveLeavesNoneOfItsFiles) {
     const auto before = manyEntries(2, 100, 1);
-    ASSERT_TRUE(open.save(before));
-    std::filesystem::create_directories(folder_ / "temporary.clip" / "inside");
+    saved(before);
+    const auto files = fileNames();
     auto after = before;
-    after[0].copiedAt = Date{2};
-    EXPECT_EQ(checkFailedSave(open, before, after, EEXIST), "");
-    std::filesystem::remove_all(folder_ / "temporary.clip");
-    ASSERT_TRUE(open.save(after));
-    EXPECT_EQ(vault().load(), after);
+    after[0].copiedAt = after[1].copiedAt = Date{2};
+    for (const auto& entry : manyEntries(2, 100, 2)) {
+        after.push_back(entry);
+    }
+    for (const std::size_t tooLarge : {3U, 1U}) { // the last that is new, and the last that was there before
+        auto large = after;
+        large[tooLarge].items = ClipboardItems{{{"public.png", std::vector<std::byte>(50'000)}}};
+        EXPECT_EQ(inChild([&]() -> std::string {
+                      auto open = vault();
+                      if (open.load() != before) {
+                          return "the history cannot be loaded";
+                      }
+                      std::signal(SIGXFSZ, SIG_IGN);
+                      const rlimit limit{20'000, 20'000};
+                      setrlimit(RLIMIT_FSIZE, &limit);
+                      auto problem = checkFailedSave(open, before, large, EFBIG);
+                      if (problem.empty() && fileNames() != files) {
+                          problem = "files of the save are left";
+                      }
+                      if (problem.empty() && (!open.save(after) || open.load() != after)) {
+                          problem = "the next save failed";
+                      }
+                      return problem;
+                  }),
+                  0)
+            << tooLarge;
+        saved(before);
+    }
 }
 
-TEST_F(VaultFaultTest, AFolderThatHasGoneFailsTheSaveUntilTheVaultIsOpenedAgain) {
+TEST_F(VaultFaultTest, AFolderThatHasGoneFailsTheSaveUntilItIsOpenedAgain) {
     auto open = vault();
+    EXPECT_TRUE(open.isInPlace());
     std::filesystem::remove_all(folder_);
-    EXPECT_FALSE(open.save(manyEntries(1, 100, 1)));
-    saved(manyEntries(1, 100, 1));
+    EXPECT_FALSE(open.isInPlace());
+    const auto entries = manyEntries(1, 100, 1);
+    EXPECT_FALSE(open.save(entries));
+    ASSERT_TRUE(open.reopen());
+    EXPECT_TRUE(open.isInPlace());
+    ASSERT_TRUE(open.save(entries));
+    EXPECT_EQ(vault().load(), entries);
 }
 
 TEST_F(VaultFaultTest, AnIndexThatCannotBeReplacedFailsTheSaveEveryTime) {

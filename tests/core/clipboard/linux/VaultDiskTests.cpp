@@ -86,6 +86,53 @@ TEST_F(VaultDiskTest, AFullDiskFailsTheSaveAndKeepsTheHistoryBefore) {
     EXPECT_EQ(result, 0);
 }
 
+TEST_F(VaultDiskTest, DiskWithLessRoomThanTheHistoryTakesWhatIsNewAlsoAfterARestart) {
+    const int result = inChild([&]() -> std::string {
+        if (auto problem = mountSmallDisk(); !problem.empty()) {
+            return problem;
+        }
+        auto entries = manyEntries(10, 15'000, 1); // of 256 KiB at most 100 are left
+        {
+            auto open = vault();
+            if (!open.save(entries)) {
+                return "the first save failed";
+            }
+        }
+        auto open = vault();
+        if (open.load() != entries) {
+            return "the history cannot be loaded";
+        }
+        entries.push_back(manyEntries(1, 15'000, 2).front());
+        if (!open.save(entries) || open.load() != entries) {
+            return "one that is new cannot be saved";
+        }
+        for (auto& entry : entries) {
+            entry.copiedAt = Date{3};
+        }
+        open.invalidateCache();
+        if (!open.save(entries) || open.load() != entries) {
+            return "the whole history cannot be saved again";
+        }
+        const auto large = manyEntries(1, 80'000, 4).front();
+        entries.erase(entries.begin(), entries.begin() + 5); // as the limit on bytes does
+        entries.push_back(large);
+        if (!open.save(entries) || open.load() != entries) {
+            return "what is gone makes no room";
+        }
+        const auto before = entries;
+        entries.push_back(manyEntries(1, 150'000, 5).front());
+        const auto files = fileNames();
+        if (auto problem = checkFailedSave(open, before, entries, ENOSPC); !problem.empty()) {
+            return problem;
+        }
+        return fileNames() == files ? "" : "the save has left files";
+    });
+    if (result == notPermitted) {
+        GTEST_SKIP() << "mounting a file system is not permitted here";
+    }
+    EXPECT_EQ(result, 0);
+}
+
 TEST_F(VaultDiskTest, AReadOnlyFolderFailsTheSaveAndStillLoads) {
     const int result = inChild([&]() -> std::string {
         if (auto problem = mountSmallDisk(); !problem.empty()) {

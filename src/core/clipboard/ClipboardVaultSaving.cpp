@@ -1,0 +1,279 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "core/clipboard/ClipboardVault.hpp"
+
+#include "core/clipboard/EntryArchive.hpp"
+#include "core/clipboard/VaultNames.hpp"
+#include "core/support/SealedBox.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <unordered_set>
+#include <utility>
+
+// How the vault writes: in which order, so that neither a kill nor a loss of power comes between two states, and how it
+// gets by with little room.
+
+namespace quillane::core {
+
+namespace {
+
+using Reason = VaultError::Reason;
+using VaultNames::isClip;
+
+constexpr std::uintmax_t bytesBesideContents = 4'096; ///< what a file takes at most beside an entry's contents and text
+
+bool isFull(const VaultError& error) {
+    return error.systemError == ENOSPC || error.systemError == EDQUOT;
+}
+
+std::uintmax_t bytesOf(const ClipboardEntry& entry) {
+    return entry.byteCount() + entry.text->size() + bytesBesideContents;
+}
+
+} // namespace
+
+/// What makes the disk say something else.
+struct ClipboardVault::Changes {
+    std::vector<Uuid> ids;                          ///< of all entries
+    std::vector<const ClipboardEntry*> added;       ///< entries without a file
+    std::vector<const ClipboardEntry*> overwritten; ///< entries whose file says something else
+    std::vector<std::string> gone;                  ///< files that belong to no entry
+    bool isIndexCurrent = false;
+    bool hasSettled = false;  ///< what a killed process had begun has been ended
+    bool isTogether = false;  ///< what is overwritten takes its names at once with the index
+    std::uintmax_t bytes = 0; ///< that the disk must take
+
+    [[nodiscard]] bool writesNames() const { return isTogether || !added.empty(); }
+};
+
+ClipboardVault::Result<void> ClipboardVault::save(std::span<const ClipboardEntry> entries) {
+    auto saved = write(entries, Overwriting::together);
+    if (!saved && isFull(saved.error())) {
+        saved = writeInLittleRoom(entries);
+    }
+    return saved;
+}
+
+/// What is gone makes room first, and then each entry is overwritten for itself: a kill meanwhile leaves a history
+/// without what is new, or with some of the earlier dates.
+ClipboardVault::Result<void> ClipboardVault::writeInLittleRoom(std::span<const ClipboardEntry> entries) {
+    const auto names = folder_.names();
+    if (!names) {
+        return tl::unexpected(names.error());
+    }
+    const std::unordered_set<std::string> present(names->begin(), names->end());
+    std::vector<ClipboardEntry> kept;
+    std::ranges::copy_if(entries, std::back_inserter(kept),
+                         [&](const ClipboardEntry& entry) { return present.contains(VaultNames::fileOf(entry.id)); });
+    if (auto made = write(kept, Overwriting::never); !made) {
+        return made;
+    }
+    return write(entries, Overwriting::singly);
+}
+
+ClipboardVault::Result<void> ClipboardVault::write(std::span<const ClipboardEntry> entries, Overwriting overwriting) {
+    const auto changes = changesTo(entries, overwriting);
+    if (!changes) {
+        return tl::unexpected(changes.error());
+    }
+    auto written = apply(*changes);
+    if (!written) {
+        discard(*changes);
+    }
+    return written;
+}
+
+ClipboardVault::Result<ClipboardVault::Changes> ClipboardVault::changesTo(std::span<const ClipboardEntry> entries,
+                                                                          Overwriting overwriting) {
+    auto names = folder_.names();
+    if (!names) {
+        return tl::unexpected(names.error());
+    }
+    const auto settled = settlePending(*names);
+    if (!settled) {
+        return tl::unexpected(settled.error());
+    }
+    Changes changes;
+    changes.hasSettled = *settled;
+    const std::unordered_set<std::string> present(names->begin(), names->end());
+    std::unordered_set<std::string> current;
+    std::uintmax_t largest = 0;
+    std::uintmax_t overwrittenBytes = 0;
+    for (const auto& entry : entries) {
+        changes.ids.push_back(entry.id);
+        const auto [name, isNew] = current.insert(VaultNames::fileOf(entry.id));
+        const auto known = persisted_.find(entry.id);
+        if (!present.contains(*name)) {
+            changes.added.push_back(&entry);
+            changes.bytes += bytesOf(entry);
+        } else if (overwriting != Overwriting::never &&
+                   (known == persisted_.end() || known->second != entry.copiedAt)) {
+            changes.overwritten.push_back(&entry);
+            overwrittenBytes += bytesOf(entry);
+            largest = std::max(largest, bytesOf(entry));
+        }
+    }
+    changes.isIndexCurrent = changes.ids == indexed_ && present.contains(VaultNames::index);
+    const bool isOneStep = changes.overwritten.empty() || (changes.overwritten.size() == 1 && changes.isIndexCurrent);
+    changes.isTogether = overwriting == Overwriting::together && !isOneStep;
+    changes.bytes += changes.isTogether ? overwrittenBytes : largest;
+    std::ranges::copy_if(*names, std::back_inserter(changes.gone),
+                         [&](const std::string& name) { return isClip(name) && !current.contains(name); });
+    return changes;
+}
+
+/// The names of files reach the disk before the index that speaks of them, and the index before what it no longer
+/// speaks of is removed.
+ClipboardVault::Result<void> ClipboardVault::apply(const Changes& changes) {
+    if (changes.bytes > 0 && changes.bytes > folder_.freeBytes()) {
+        return tl::unexpected(VaultError{Reason::write, ENOSPC}); // rather than to fill the disk in vain
+    }
+    for (const auto* entry : changes.added) {
+        if (auto written = writeEntry(*entry, VaultNames::fileOf(entry->id)); !written) {
+            return written;
+        }
+        persisted_[entry->id] = entry->copiedAt;
+    }
+    for (const auto* entry : changes.overwritten) {
+        const auto name = changes.isTogether ? VaultNames::pendingOf(entry->id) : VaultNames::fileOf(entry->id);
+        if (auto written = writeEntry(*entry, name); !written) {
+            return written;
+        }
+        if (!changes.isTogether) {
+            persisted_[entry->id] = entry->copiedAt;
+        }
+    }
+    const bool writesIndex = !changes.isIndexCurrent || changes.isTogether;
+    if (writesIndex) {
+        if (auto written = writeIndex(changes); !written) {
+            return written;
+        }
+    }
+    if (writesIndex || changes.hasSettled || !changes.added.empty() || !changes.overwritten.empty()) {
+        if (auto flushed = folder_.flush(); !flushed) {
+            return flushed;
+        }
+    }
+    for (const auto& name : changes.gone) {
+        if (auto removed = folder_.remove(name); !removed) {
+            return removed;
+        }
+    }
+    const std::unordered_set<Uuid> current(changes.ids.begin(), changes.ids.end());
+    std::erase_if(persisted_, [&](const auto& known) { return !current.contains(known.first); });
+    return changes.gone.empty() ? Result<void>() : folder_.flush();
+}
+
+ClipboardVault::Result<void> ClipboardVault::writeEntry(const ClipboardEntry& entry, const std::string& name) {
+    return writeSealed(name, EntryArchive::encode(entry));
+}
+
+ClipboardVault::Result<void> ClipboardVault::writeSealed(const std::string& name,
+                                                         std::optional<std::vector<std::byte>> plaintext) {
+    if (!plaintext) {
+        return tl::unexpected(VaultError{Reason::tooLarge, 0});
+    }
+    const auto ends = SealedBox::sealInPlace(key_, *plaintext);
+    if (!ends) {
+        return tl::unexpected(VaultError{Reason::crypto, 0});
+    }
+    return folder_.replace(name, {ends->nonce, *plaintext, ends->tag});
+}
+
+ClipboardVault::Result<void> ClipboardVault::writeIndex(const Changes& changes) {
+    if (changes.writesNames()) {
+        if (auto flushed = folder_.flush(); !flushed) {
+            return flushed;
+        }
+    }
+    indexed_.reset(); // until the new one is there
+    const auto* name = changes.isTogether ? VaultNames::pendingIndex : VaultNames::index;
+    if (auto written = writeSealed(name, EntryArchive::encodeIndex(changes.ids)); !written) {
+        return written;
+    }
+    if (changes.isTogether) {
+        if (auto committed = commitPending(changes); !committed) {
+            return committed;
+        }
+    }
+    indexed_ = changes.ids;
+    return {};
+}
+
+/// The save counts as done: its files get their names.
+ClipboardVault::Result<void> ClipboardVault::commitPending(const Changes& changes) {
+    if (auto flushed = folder_.flush(); !flushed) {
+        return flushed;
+    }
+    for (const auto* entry : changes.overwritten) {
+        if (auto renamed = folder_.rename(VaultNames::pendingOf(entry->id), VaultNames::fileOf(entry->id)); !renamed) {
+            return renamed;
+        }
+        persisted_[entry->id] = entry->copiedAt;
+    }
+    if (auto flushed = folder_.flush(); !flushed) {
+        return flushed;
+    }
+    return folder_.rename(VaultNames::pendingIndex, VaultNames::index);
+}
+
+/// Ends what a process that was killed had begun: gives the files of a save that counts as done their names, or removes
+/// those of one that does not. The names are those in the folder, before and after. Whether there was something to end.
+ClipboardVault::Result<bool> ClipboardVault::settlePending(std::vector<std::string>& names) {
+    constexpr auto prefix = VaultNames::pendingPrefix;
+    const bool isDone = std::ranges::find(names, VaultNames::pendingIndex) != names.end();
+    std::vector<std::string> settled;
+    for (const auto& name : names) {
+        if (!isClip(name) || !name.starts_with(prefix) || name == VaultNames::pendingIndex) {
+            settled.push_back(name);
+        } else if (!isDone) {
+            if (auto removed = folder_.remove(name); !removed) {
+                return tl::unexpected(removed.error());
+            }
+        } else {
+            settled.push_back(name.substr(prefix.size()));
+            if (auto renamed = folder_.rename(name, settled.back()); !renamed) {
+                return tl::unexpected(renamed.error());
+            }
+        }
+    }
+    const bool hadPending = isDone || settled.size() != names.size();
+    names = std::move(settled);
+    if (isDone) {
+        if (auto flushed = folder_.flush(); !flushed) {
+            return tl::unexpected(flushed.error());
+        }
+        if (auto renamed = folder_.rename(VaultNames::pendingIndex, VaultNames::index); !renamed) {
+            return tl::unexpected(renamed.error());
+        }
+        std::erase(names, VaultNames::pendingIndex);
+        indexed_.reset(); // another index is in place
+    }
+    return hadPending;
+}
+
+/// Removes what a save has written that failed, unless the index on the disk speaks of it already. What cannot be
+/// removed now goes with the next save.
+void ClipboardVault::discard(const Changes& changes) {
+    const auto names = folder_.names();
+    if (!names) {
+        return;
+    }
+    const bool isPending = std::ranges::find(*names, VaultNames::pendingIndex) != names->end();
+    for (const auto& name : *names) {
+        if (!isPending && VaultNames::isUnfinished(name)) {
+            static_cast<void>(folder_.remove(name));
+        }
+    }
+    if (isPending || indexed_ == changes.ids) {
+        return;
+    }
+    for (const auto* entry : changes.added) {
+        if (folder_.remove(VaultNames::fileOf(entry->id))) {
+            persisted_.erase(entry->id);
+        }
+    }
+}
+
+} // namespace quillane::core
