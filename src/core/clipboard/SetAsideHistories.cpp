@@ -3,6 +3,7 @@
 #include "core/clipboard/SetAsideHistories.hpp"
 
 #include "core/clipboard/ClipboardVault.hpp"
+#include "core/clipboard/VaultNames.hpp"
 
 #include <algorithm>
 #include <array>
@@ -76,6 +77,19 @@ std::optional<Date> parseDate(std::string_view text) {
     return Date{static_cast<double>(time.time_since_epoch().count()) - referenceDateInUnixSeconds};
 }
 
+/// A date after every other one, whatever the clock says: the oldest of too many are erased.
+Date dateOfNext(const fs::path& vaultFolder, Date now) {
+    const auto all = list(vaultFolder);
+    if (!all || all->empty() || all->front().date <= now) {
+        return now;
+    }
+    return Date{all->front().date.secondsSinceReferenceDate + 1};
+}
+
+void removeLock(const fs::path& folder) {
+    static_cast<void>(::unlink((folder / VaultNames::lock).c_str())); // nobody writes here
+}
+
 /// Erases those that are more than are kept. One that cannot be erased now is erased with the next.
 void prune(const fs::path& vaultFolder) {
     const auto all = list(vaultFolder);
@@ -88,10 +102,11 @@ void prune(const fs::path& vaultFolder) {
 
 VaultFolder::Result<void> add(const fs::path& vaultFolder, Date now) {
     const auto folder = cleanFolderPath(vaultFolder);
-    const auto dated = folder.string() + "-" + datedText(now);
+    const auto dated = folder.string() + "-" + datedText(dateOfNext(folder, now));
     for (int i = 1; i <= mostInOneSecond; ++i) {
         const auto target = i == 1 ? dated : dated + "-" + std::to_string(i);
         if (::rename(folder.c_str(), target.c_str()) == 0) {
+            removeLock(target);
             prune(folder);
             return flushFolder(folder.parent_path());
         }
@@ -136,6 +151,7 @@ VaultFolder::Result<void> erase(const SetAsideHistory& history) {
     if (auto erased = ClipboardVault::eraseFiles(history.folder); !erased) {
         return erased;
     }
+    removeLock(history.folder);
     if (::rmdir(history.folder.c_str()) != 0 && errno != ENOTEMPTY && errno != EEXIST && errno != ENOENT) {
         return failure(Reason::write, errno);
     }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/clipboard/SetAsideHistories.hpp"
 
+#include "core/clipboard/VaultLock.hpp"
 #include "core/clipboard/VaultTest.hpp"
 
 #include <gmock/gmock.h>
@@ -70,6 +71,26 @@ TEST_F(SetAsideHistoriesTest, NoMoreThanThreeAreKeptAndTheOldestGoes) {
     EXPECT_EQ(all()[0].date.secondsSinceReferenceDate, noon.secondsSinceReferenceDate + 4 * 86'400.0);
     EXPECT_EQ(all()[2].date.secondsSinceReferenceDate, noon.secondsSinceReferenceDate + 2 * 86'400.0);
     EXPECT_EQ(*recover().entries.at(0).text, "4");
+}
+
+TEST_F(SetAsideHistoriesTest, LatestOneIsKeptWhenTheClockWasSetBack) {
+    for (int i = 0; i < 5; ++i) {
+        setAside({textEntry(std::to_string(i), i)}, Date{noon.secondsSinceReferenceDate - i * 86'400.0});
+    }
+    ASSERT_THAT(all(), SizeIs(3));
+    EXPECT_EQ(*recover().entries.at(0).text, "4");
+    EXPECT_EQ(all()[0].date.secondsSinceReferenceDate, noon.secondsSinceReferenceDate + 4);
+}
+
+TEST_F(SetAsideHistoriesTest, LockStaysWithTheVaultAndNotWithWhatIsSetAside) {
+    saved(entries_);
+    const auto lock = VaultLock::acquire(folder_);
+    auto open = vault();
+    ASSERT_TRUE(open.setAside(noon));
+    EXPECT_FALSE(lock->holds(folder_));
+    EXPECT_FALSE(std::filesystem::exists(all().at(0).folder / "lock"));
+    ASSERT_TRUE(SetAsideHistories::erase(all().at(0)));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.parent_path()), {}), 1);
 }
 
 TEST_F(SetAsideHistoriesTest, TwoOfOneSecondAreBothKept) {

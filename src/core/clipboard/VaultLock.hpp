@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/clipboard/VaultFolder.hpp"
+
+#include <filesystem>
+
+namespace quillane::core {
+
+/// The right to write a vault, which one program has at a time: flock(2) on the file "lock" in its folder. It ends with
+/// the program, however that ends. Blocks on the disk.
+class VaultLock {
+public:
+    /// Makes the folder and the file if missing. `VaultError::Reason::inUse` while another lock holds the vault. Where
+    /// the disk takes no file or knows no locks, nothing is held, and nobody is kept out.
+    [[nodiscard]] static VaultFolder::Result<VaultLock> acquire(const std::filesystem::path& folder);
+
+    VaultLock(VaultLock&& other) noexcept;
+    VaultLock& operator=(VaultLock&& other) noexcept;
+    ~VaultLock();
+
+    /// Whether it holds what the path names now: false once the folder, or the file, was removed or replaced.
+    [[nodiscard]] bool holds(const std::filesystem::path& folder) const;
+
+private:
+    explicit VaultLock(int descriptor) : descriptor_(descriptor) {}
+
+    int descriptor_ = -1; ///< none: nothing is held
+};
+
+} // namespace quillane::core
