@@ -160,9 +160,10 @@ void ClipboardManager::updateCollecting() {
         }
         return;
     }
-    services_.pasteboard.setInterest([this, weak = std::weak_ptr(alive_)](const core::PasteboardTypeSet& types) {
+    services_.pasteboard.setInterest([this, weak = std::weak_ptr(alive_)](const core::PasteboardTypeSet& types,
+                                                                          const std::optional<std::string>& source) {
         return weak.expired() || !copied_ ? std::vector<std::string_view>()
-                                          : core::ClipboardSnapshot::wantedTypes(types, options_, *copied_);
+                                          : core::ClipboardSnapshot::wantedTypes(types, options_, *copied_, source);
     });
     revision_ = services_.pasteboard.changeCount();
     timer_ = services_.mainQueue.repeat(pollInterval, [this] { poll(); });

@@ -8,6 +8,8 @@
 #include "core/support/Subscription.hpp"
 
 #include <functional>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -24,8 +26,10 @@ using core::PasteboardAccess;
 class Pasteboard : public core::PasteboardContents {
 public:
     /// Says which of the types on offer will be read. Called for every change, after its first notice and perhaps more
-    /// than once.
-    using Interest = std::function<std::vector<std::string_view>(const core::PasteboardTypeSet& types)>;
+    /// than once. Where it asks for the source marker, that is fetched before anything else, and the interest is asked
+    /// again with its text, which is empty when there is none: what its source decides is then still with its owner.
+    using Interest = std::function<std::vector<std::string_view>(const core::PasteboardTypeSet& types,
+                                                                 const std::optional<std::string>& source)>;
 
     /// Replaces the interest, which there is only while copies are recorded. It holds for changes from now on. At
     /// first, and with an empty function, there is none.

@@ -117,7 +117,7 @@ protected:
 
     /// What is fetched of a text that is on offer.
     [[nodiscard]] std::vector<std::string_view> wanted() const {
-        return pasteboard.interest() ? pasteboard.interest()({std::string(core::PasteboardTypes::string)})
+        return pasteboard.interest() ? pasteboard.interest()({std::string(core::PasteboardTypes::string)}, std::nullopt)
                                      : std::vector<std::string_view>();
     }
 
@@ -292,7 +292,7 @@ TEST_F(ClipboardManagerTest, TurningPersistenceOffErasesTheFilesAndOnWritesThemA
     pass(1s);
     setOption(&core::ClipboardOptions::persist, false);
     pass(1s);
-    EXPECT_TRUE(std::filesystem::is_empty(folder()));
+    EXPECT_TRUE(isErased());
     EXPECT_THAT(recorded(), ElementsAre("one"));
     setOption(&core::ClipboardOptions::persist, true);
     pass(1s);
@@ -309,7 +309,7 @@ TEST_F(ClipboardManagerTest, WithoutPersistenceALaunchErasesTheFiles) {
     userDefaults.setObject(core::clipboardOptionsKey, core::encodeClipboardOptions(options));
     start();
     EXPECT_THAT(recorded(), IsEmpty());
-    EXPECT_TRUE(std::filesystem::is_empty(folder()));
+    EXPECT_TRUE(isErased());
     EXPECT_FALSE(manager_->hasStorageError());
 }
 
@@ -322,7 +322,7 @@ TEST_F(ClipboardManagerTest, WithoutAKeyTheHistoryIsInMemoryOnly) {
     pass(1s);
     EXPECT_THAT(recorded(), ElementsAre("one"));
     EXPECT_TRUE(manager_->hasStorageError());
-    EXPECT_FALSE(std::filesystem::exists(folder()));
+    EXPECT_TRUE(isErased());
 }
 
 TEST_F(ClipboardManagerTest, NothingComesBackAfterItHasGone) {

@@ -78,6 +78,9 @@ protected:
         return all;
     }
 
+    /// Whether nothing of a history is in its folder.
+    [[nodiscard]] bool isErased() const { return !core::ClipboardVault::hasFiles(folder()).value_or(true); }
+
     void setOption(bool core::ClipboardOptions::*option, bool value) {
         auto options = manager_->options();
         options.*option = value;

@@ -191,7 +191,7 @@ TEST_F(SavedHistoryTest, TurningTheStorageOffErasesWhatWasSetAside) {
     pass(1s);
     EXPECT_THAT(manager_->setAside(), IsEmpty());
     EXPECT_EQ(std::distance(fs::directory_iterator(folder().parent_path()), {}), 1);
-    EXPECT_TRUE(fs::is_empty(folder()));
+    EXPECT_TRUE(isErased());
 }
 
 // What may pass
@@ -269,7 +269,7 @@ TEST_F(SavedHistoryTest, WhatIsClearedBeforeItCanBeReadIsGoneWhenItCan) {
     start();
     manager_->clear(Clearing::includePins);
     settle();
-    EXPECT_TRUE(fs::is_empty(folder())); // which needs no key
+    EXPECT_TRUE(isErased()); // which needs no key
     EXPECT_FALSE(manager_->isUnread());
     copy("meanwhile");
     secrets.failWith(SecretStatus::success);
@@ -297,7 +297,7 @@ TEST_F(SavedHistoryTest, TurningTheStorageOffBeforeItCanBeReadErasesIt) {
     copy("meanwhile");
     setOption(&core::ClipboardOptions::persist, false);
     pass(1s);
-    EXPECT_TRUE(fs::is_empty(folder()));
+    EXPECT_TRUE(isErased());
     EXPECT_FALSE(manager_->isUnread());
     secrets.failWith(SecretStatus::success);
     setOption(&core::ClipboardOptions::persist, true);

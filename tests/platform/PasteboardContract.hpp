@@ -24,7 +24,7 @@ template <typename Driver>
 class PasteboardContract : public ::testing::Test {
 protected:
     PasteboardContract() {
-        driver.pasteboard().setInterest([](const core::PasteboardTypeSet& types) {
+        driver.pasteboard().setInterest([](const core::PasteboardTypeSet& types, const auto&) {
             return types.contains(core::PasteboardTypes::string) ? std::vector{core::PasteboardTypes::string}
                                                                  : std::vector<std::string_view>();
         });

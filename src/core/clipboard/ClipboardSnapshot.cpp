@@ -118,6 +118,10 @@ std::string textOf(const PasteboardContents& pasteboard, ClipboardKind kind, con
     return {};
 }
 
+std::string_view cutSource(std::string_view source) {
+    return firstCharacters(source, maximumSourceCharacters);
+}
+
 bool namesExistingFile(const ClipboardRepresentation& representation) {
     const auto text = utf8(representation.data);
     const auto file = text ? referencedFile(*text) : std::nullopt;
@@ -155,7 +159,7 @@ std::optional<ClipboardEntry> capture(const PasteboardContents& pasteboard, cons
         markers.insert(std::move(type));
     }
     std::string source = offeredString(pasteboard, types, PasteboardTypes::source).value_or(moment.foreground);
-    source.resize(firstCharacters(source, maximumSourceCharacters).size());
+    source.resize(cutSource(source).size());
     if (ClipboardPrivacy::shouldIgnore(markers, source, moment.foreground, options.ignoredApps, moment.secureInput)) {
         return std::nullopt;
     }
@@ -174,17 +178,18 @@ std::optional<ClipboardEntry> capture(const PasteboardContents& pasteboard, cons
 }
 
 std::vector<std::string_view> wantedTypes(const PasteboardTypeSet& types, const ClipboardOptions& options,
-                                          const Moment& moment) {
+                                          const Moment& moment, const std::optional<std::string>& source) {
     const auto kind = kindOf(types);
-    if (ClipboardPrivacy::shouldIgnore(types, {}, moment.foreground, options.ignoredApps, moment.secureInput) ||
+    const auto named = source ? cutSource(*source) : std::string_view();
+    if (ClipboardPrivacy::shouldIgnore(types, named, moment.foreground, options.ignoredApps, moment.secureInput) ||
         !options.accepts(kind)) {
         return {};
     }
     std::vector<std::string_view> wanted;
     std::ranges::copy_if(keptTypes(kind), std::back_inserter(wanted),
                          [&](std::string_view type) { return types.contains(type); });
-    if (!wanted.empty() && types.contains(PasteboardTypes::source)) {
-        wanted.push_back(PasteboardTypes::source);
+    if (!wanted.empty() && !source && types.contains(PasteboardTypes::source)) {
+        return {PasteboardTypes::source};
     }
     return wanted;
 }

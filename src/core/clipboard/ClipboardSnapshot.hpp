@@ -32,10 +32,12 @@ struct Moment {
 [[nodiscard]] std::optional<ClipboardEntry> capture(const PasteboardContents& pasteboard,
                                                     const ClipboardOptions& options, const Moment& moment);
 
-/// The types that `capture` would read of a pasteboard that offers these, the source marker included. Empty when it
-/// would keep nothing of it, so that nothing has to be fetched.
+/// The types that `capture` would read of a pasteboard that offers these. Empty when it would keep nothing of it, so
+/// that nothing has to be fetched. While the text of a source marker on offer is not known, only the marker: `capture`
+/// refuses by it before it reads anything else.
 [[nodiscard]] std::vector<std::string_view> wantedTypes(const PasteboardTypeSet& types, const ClipboardOptions& options,
-                                                        const Moment& moment = {});
+                                                        const Moment& moment = {},
+                                                        const std::optional<std::string>& source = std::nullopt);
 
 enum class RestoreMode { full, plainText };
 

@@ -126,11 +126,12 @@ bool X11Pasteboard::asksAgain() {
 }
 
 std::vector<std::string_view> X11Pasteboard::wanted() const {
-    return interest_ ? interest_(types_) : std::vector<std::string_view>();
+    return interest_ ? interest_(types_, source_) : std::vector<std::string_view>();
 }
 
 void X11Pasteboard::fetchTargets() {
     targets_.clear();
+    source_.reset();
     toFetch_.clear();
     fetched_.assign(1, {});
     isRefused_ = false;
@@ -151,14 +152,47 @@ void X11Pasteboard::fetchTargets() {
                             }
                         }
                         types_ = ClipboardTargets::typesOf(targets_);
-                        const auto types = wanted();
-                        if (std::ranges::find(types, core::PasteboardTypes::fileUrl) != types.end()) {
-                            fetchUriList();
-                        } else {
-                            toFetch_.assign(types.begin(), types.end());
-                            fetchNext();
-                        }
+                        fetchWanted();
                     });
+}
+
+void X11Pasteboard::fetchWanted() {
+    const auto types = wanted();
+    const auto wants = [&](std::string_view type) { return std::ranges::find(types, type) != types.end(); };
+    if (!source_ && wants(core::PasteboardTypes::source)) {
+        fetchSource();
+    } else if (wants(core::PasteboardTypes::fileUrl)) {
+        fetchUriList();
+    } else {
+        toFetch_.assign(types.begin(), types.end());
+        fetchNext();
+    }
+}
+
+/// What it says may refuse everything else, which is not asked for then.
+void X11Pasteboard::fetchSource() {
+    const auto target = ClipboardTargets::targetFor(core::PasteboardTypes::source, targets_);
+    if (!target) {
+        source_.emplace();
+        fetchWanted();
+        return;
+    }
+    reader_.request(atoms_[*target], time_, bytesLeft(), [this](X11SelectionReader::Contents contents) {
+        if (isFatal(contents.failure)) {
+            publish({});
+            return;
+        }
+        source_.emplace();
+        isRefused_ = contents.failure == Failure::refused;
+        if (!contents.failure) {
+            const std::string_view text(reinterpret_cast<const char*>(contents.bytes.data()), contents.bytes.size());
+            if (core::isValidUtf8(text)) {
+                *source_ = text;
+            }
+            fetched_.front().data.emplace(core::PasteboardTypes::source, std::move(contents.bytes));
+        }
+        fetchWanted();
+    });
 }
 
 void X11Pasteboard::fetchUriList() {

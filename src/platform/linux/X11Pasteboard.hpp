@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -57,6 +58,8 @@ private:
     void ownerChanged(xcb_window_t owner, xcb_timestamp_t time);
     [[nodiscard]] std::vector<std::string_view> wanted() const;
     void fetchTargets();
+    void fetchWanted();
+    void fetchSource();
     void cancelFetch();
     [[nodiscard]] bool asksAgain();
     void fetchUriList();
@@ -82,6 +85,7 @@ private:
     bool isRefused_ = false; ///< something that is on offer was not given
     std::vector<std::string_view> targets_;
     core::PasteboardTypeSet types_;
+    std::optional<std::string> source_; ///< the text of the source marker, once it was fetched; empty without one
     std::vector<std::string> toFetch_;
     std::vector<Item> fetched_;
 

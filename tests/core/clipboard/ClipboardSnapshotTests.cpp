@@ -262,9 +262,8 @@ TEST_F(ClipboardSnapshotTest, TheSameTextFromTwoApplicationsHasOneDigest) {
 }
 
 TEST_F(ClipboardSnapshotTest, WantsExactlyWhatItReads) {
-    EXPECT_THAT(
-        ClipboardSnapshot::wantedTypes({stringType, "public.html", "x.private", "org.nspasteboard.source"}, options_),
-        ElementsAre(stringType, "public.html", "org.nspasteboard.source"));
+    EXPECT_THAT(ClipboardSnapshot::wantedTypes({stringType, "public.html", "x.private"}, options_),
+                ElementsAre(stringType, "public.html"));
     EXPECT_THAT(ClipboardSnapshot::wantedTypes({stringType, "public.png"}, options_), ElementsAre("public.png"));
     EXPECT_THAT(ClipboardSnapshot::wantedTypes({stringType, "public.png", "public.file-url"}, options_),
                 ElementsAre("public.file-url"));
@@ -272,6 +271,31 @@ TEST_F(ClipboardSnapshotTest, WantsExactlyWhatItReads) {
     EXPECT_THAT(ClipboardSnapshot::wantedTypes({"org.nspasteboard.source"}, options_), IsEmpty());
     options_.saveImages = false;
     EXPECT_THAT(ClipboardSnapshot::wantedTypes({stringType, "public.png"}, options_), IsEmpty());
+}
+
+TEST_F(ClipboardSnapshotTest, WantsTheSourceMarkerAloneUntilItIsKnown) {
+    const PasteboardTypeSet types{stringType, "public.html", "org.nspasteboard.source"};
+    options_.ignoredApps = {"com.example.vault"};
+    const auto wanted = [&](const std::optional<std::string>& source) {
+        return ClipboardSnapshot::wantedTypes(types, options_, moment_, source);
+    };
+    EXPECT_THAT(wanted(std::nullopt), ElementsAre("org.nspasteboard.source"));
+    EXPECT_THAT(wanted("com.example.editor"), ElementsAre(stringType, "public.html"));
+    EXPECT_THAT(wanted(""), ElementsAre(stringType, "public.html"));
+    EXPECT_THAT(wanted("com.example.vault"), IsEmpty());
+    EXPECT_THAT(wanted("com.bitwarden.desktop"), IsEmpty());
+}
+
+TEST_F(ClipboardSnapshotTest, WantsNotEvenTheSourceMarkerOfWhatIsRefusedWithoutIt) {
+    const PasteboardTypeSet types{stringType, "org.nspasteboard.source"};
+    options_.ignoredApps = {"com.example.vault"};
+    for (const auto* front : {"com.example.vault", "com.bitwarden.desktop"}) {
+        moment_.foreground = front;
+        EXPECT_THAT(ClipboardSnapshot::wantedTypes(types, options_, moment_), IsEmpty()) << front;
+    }
+    moment_.foreground = "com.example.editor";
+    moment_.secureInput = true;
+    EXPECT_THAT(ClipboardSnapshot::wantedTypes(types, options_, moment_), IsEmpty());
 }
 
 // Restoring

@@ -55,8 +55,8 @@ protected:
         LiveDesktopTest::SetUp();
         connection_ = std::move(*X11Connection::open(desktop().display()));
         pasteboard_ = std::make_unique<X11Pasteboard>(*connection_);
-        pasteboard_->setInterest([](const core::PasteboardTypeSet& types) {
-            return core::ClipboardSnapshot::wantedTypes(types, core::ClipboardOptions{});
+        pasteboard_->setInterest([](const auto& types, const auto& source) {
+            return core::ClipboardSnapshot::wantedTypes(types, core::ClipboardOptions{}, {}, source);
         });
         counting_ = pasteboard_->onChanged([this] { ++notices_; });
     }

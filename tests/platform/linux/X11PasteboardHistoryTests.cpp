@@ -104,5 +104,32 @@ TEST_F(LateOwnerTest, CopyFromAnExcludedApplicationIsNotRecordedAndItsContentsAr
     EXPECT_THAT(peer_.asked(), ElementsAre("TARGETS"));
 }
 
+TEST_F(LateOwnerTest, OfACopyWhoseSourceIsExcludedNothingButTheSourceIsAskedFor) {
+    finishLoading();
+    int expected = 0;
+    for (const auto* source : {"com.example.vault", "com.bitwarden.desktop"}) {
+        copied({{"UTF8_STRING", "password"},
+                {"text/uri-list", "file:///password"},
+                {"image/png", "password"},
+                {"org.nspasteboard.source", source}});
+        desktop_.queue.advance(std::chrono::seconds(2));
+        EXPECT_THAT(recorded(), IsEmpty());
+        EXPECT_EQ(peer_.asked().size(), static_cast<std::size_t>(expected += 2));
+    }
+    EXPECT_THAT(peer_.asked(), ElementsAre("TARGETS", "org.nspasteboard.source", "TARGETS", "org.nspasteboard.source"));
+    copied({{"UTF8_STRING", "text"}, {"org.nspasteboard.source", "com.example.other"}});
+    ASSERT_THAT(recorded(), ElementsAre("text"));
+    EXPECT_EQ(manager_.history().entries().front().source, "com.example.other");
+}
+
+TEST_F(LateOwnerTest, WhileSecureInputIsOnNotEvenTheSourceIsAskedFor) {
+    finishLoading();
+    desktop_.secureInput.setEnabled(true);
+    copied({{"UTF8_STRING", "password"}, {"org.nspasteboard.source", "com.example.other"}});
+    desktop_.queue.advance(std::chrono::seconds(2));
+    EXPECT_THAT(recorded(), IsEmpty());
+    EXPECT_THAT(peer_.asked(), ElementsAre("TARGETS"));
+}
+
 } // namespace
 } // namespace quillane

@@ -54,8 +54,8 @@ protected:
     explicit X11PasteboardTest(X11PasteboardLimits limits = patient) : pasteboard_{*connection_, limits} { follow(); }
 
     void follow() {
-        pasteboard_.setInterest([this](const core::PasteboardTypeSet& types) {
-            return core::ClipboardSnapshot::wantedTypes(types, options_);
+        pasteboard_.setInterest([this](const auto& types, const auto& source) {
+            return core::ClipboardSnapshot::wantedTypes(types, options_, {}, source);
         });
     }
 
