@@ -9,6 +9,7 @@
 #include <stop_token>
 #include <string_view>
 #include <thread>
+#include <tuple>
 
 #include <libsecret/secret.h>
 
@@ -191,21 +192,34 @@ public:
                                                                : SecretStatus::success;
     }
 
-    /// The first item with the name that is open; `itemNotFound` when no item has the name.
+    /// The item with the name that is open; `itemNotFound` when no item has the name. The attributes of an item are its
+    /// name, whatever schema they were stored under. Of several the program's own comes first, and then the oldest:
+    /// what is sealed was sealed with that.
     [[nodiscard]] SecretStatus findItem(const core::SecretName& name) {
         const auto attributes = attributesOf(name);
         const std::unique_ptr<GList, FreeItems> items(secret_service_search_sync(
-            service_.get(), &schema(), attributes.get(), SECRET_SEARCH_ALL, deadline_.get(), failure_.out()));
+            service_.get(), nullptr, attributes.get(), SECRET_SEARCH_ALL, deadline_.get(), failure_.out()));
         if (failure_.hasError()) {
             return failure_.status();
         }
-        for (auto* item = items.get(); item; item = item->next) {
-            if (!secret_item_get_locked(static_cast<SecretItem*>(item->data))) {
-                item_.reset(static_cast<SecretItem*>(g_object_ref(item->data)));
-                return SecretStatus::success;
+        bool hasLocked = false;
+        SecretItem* best = nullptr;
+        for (auto* each = items.get(); each; each = each->next) {
+            auto* item = static_cast<SecretItem*>(each->data);
+            if (!hasNameOnly(item)) {
+                continue;
+            }
+            if (secret_item_get_locked(item)) {
+                hasLocked = true;
+            } else if (!best || rank(item) < rank(best)) {
+                best = item;
             }
         }
-        return items ? SecretStatus::interactionNotAllowed : SecretStatus::itemNotFound;
+        if (best) {
+            item_.reset(static_cast<SecretItem*>(g_object_ref(best)));
+            return SecretStatus::success;
+        }
+        return hasLocked ? SecretStatus::interactionNotAllowed : SecretStatus::itemNotFound;
     }
 
     /// The secret of the item that has been found.
@@ -240,6 +254,24 @@ private:
     static Attributes attributesOf(const core::SecretName& name) {
         return Attributes(secret_attributes_build(&schema(), "service", name.service.c_str(), "account",
                                                   name.account.c_str(), nullptr));
+    }
+
+    /// Whether an item that was found has no attribute beside its name. One that is locked may not say.
+    static bool hasNameOnly(SecretItem* item) {
+        const Attributes all(secret_item_get_attributes(item));
+        return !all || g_hash_table_size(all.get()) <= (schemaOf(all.get()) ? 3U : 2U);
+    }
+
+    static const char* schemaOf(GHashTable* attributes) {
+        return static_cast<const char*>(g_hash_table_lookup(attributes, "xdg:schema"));
+    }
+
+    /// The smallest one is taken.
+    static std::tuple<bool, guint64, std::string_view> rank(SecretItem* item) {
+        const Attributes all(secret_item_get_attributes(item));
+        const char* stored = all ? schemaOf(all.get()) : nullptr;
+        return {!stored || std::string_view(stored) != schema().name, secret_item_get_created(item),
+                g_dbus_proxy_get_object_path(G_DBUS_PROXY(item))};
     }
 
     OwnContext context_;

@@ -16,9 +16,12 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <string>
 #include <thread>
+
+#include <libsecret/secret.h>
 
 namespace quillane {
 namespace {
@@ -106,6 +109,24 @@ private:
     std::unique_ptr<TestProcess> keyring_;
 };
 
+/// What another program puts into the keyring, under the schema of most of them.
+void store(const std::map<std::string, std::string>& attributes, const std::string& secret) {
+    const std::unique_ptr<GHashTable, decltype(&g_hash_table_unref)> table(
+        g_hash_table_new_full(g_str_hash, g_str_equal, g_free, g_free), g_hash_table_unref);
+    for (const auto& [key, value] : attributes) {
+        g_hash_table_insert(table.get(), g_strdup(key.c_str()), g_strdup(value.c_str()));
+    }
+    g_hash_table_insert(table.get(), g_strdup("xdg:schema"), g_strdup("org.freedesktop.Secret.Generic"));
+    auto* service =
+        secret_service_open_sync(SECRET_TYPE_SERVICE, nullptr, SECRET_SERVICE_OPEN_SESSION, nullptr, nullptr);
+    ASSERT_NE(service, nullptr);
+    auto* value = secret_value_new(secret.data(), static_cast<gssize>(secret.size()), "text/plain");
+    EXPECT_TRUE(secret_service_store_sync(service, nullptr, table.get(), SECRET_COLLECTION_DEFAULT, "Key", value,
+                                          nullptr, nullptr));
+    secret_value_unref(value);
+    g_object_unref(service);
+}
+
 class SecretServiceStoreDriver {
 public:
     SecretServiceStoreDriver() { session_.startKeyring(); }
@@ -182,6 +203,33 @@ TEST(SecretServiceStore, OutlivesTheBus) {
     PrivateSession next;
     next.startKeyring();
     EXPECT_EQ(statusOf(store), SecretStatus::itemNotFound);
+}
+
+TEST(SecretServiceStore, ItemOfAnotherSchemaWithExactlyTheAttributesIsFoundAndNoSecondOneIsMade) {
+    PrivateSession session;
+    session.startKeyring();
+    store({{"service", core::clipboardKeyService}, {"account", core::clipboardKeyAccount}},
+          "0123456789abcdef0123456789abcdef");
+    SecretServiceStore own;
+    const auto key = core::obtainClipboardKey(own);
+    ASSERT_TRUE(key);
+    EXPECT_EQ(static_cast<char>(key->bytes()[15]), 'f');
+    EXPECT_EQ(own.add({core::clipboardKeyService, core::clipboardKeyAccount}, "Label", {}),
+              SecretStatus::duplicateItem);
+    session.lockKeyring();
+    const auto locked = core::obtainClipboardKey(own);
+    ASSERT_FALSE(locked);
+    EXPECT_EQ(locked.error(), SecretStatus::interactionNotAllowed);
+}
+
+TEST(SecretServiceStore, ItemWithFurtherAttributesIsAnotherOne) {
+    PrivateSession session;
+    session.startKeyring();
+    store({{"service", name.service}, {"account", name.account}, {"user", "somebody"}}, "theirs");
+    SecretServiceStore own;
+    EXPECT_EQ(statusOf(own), SecretStatus::itemNotFound);
+    EXPECT_EQ(own.add(name, "Label", {}), SecretStatus::success);
+    EXPECT_EQ(statusOf(own), SecretStatus::success);
 }
 
 TEST(SecretServiceStore, TheClipboardKeyIsMadeOnceAndKept) {
