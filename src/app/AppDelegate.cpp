@@ -309,6 +309,7 @@ SettingsServices AppDelegate::settingsServices() {
     clipboard.access = [this] { return services_.pasteboard.access(); };
     clipboard.openAccessSettings = [this] { services_.pasteboard.openAccessSettings(); };
     clipboard.isUnread = [this] { return clipboard_.isUnread(); };
+    clipboard.isUsedElsewhere = [this] { return clipboard_.isUsedElsewhere(); };
     clipboard.setAside = [this] { return clipboard_.setAside(); };
     clipboard.recover = [this](const core::SetAsideHistory& history) { clipboard_.recover(history); };
     clipboard.forget = [this](const core::SetAsideHistory& history) { clipboard_.forget(history); };

@@ -78,6 +78,7 @@ StatusReport AppDelegate::statusReport() const {
                           .entries = clipboard_.history().entries().size(),
                           .storageError = clipboard_.hasStorageError(),
                           .unread = clipboard_.isUnread(),
+                          .usedElsewhere = clipboard_.isUsedElsewhere(),
                           .setAside = clipboard_.setAside().size(),
                           .hotKeyConflict = clipboard_.hasHotKeyConflict(),
                           .panelOpen = clipboardPanel_.isVisible()},

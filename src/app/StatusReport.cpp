@@ -45,6 +45,7 @@ std::string toJson(const StatusReport& report) {
           {"entries", report.clipboard.entries},
           {"storageError", report.clipboard.storageError},
           {"unread", report.clipboard.unread},
+          {"usedElsewhere", report.clipboard.usedElsewhere},
           {"setAside", report.clipboard.setAside},
           {"hotKeyConflict", report.clipboard.hotKeyConflict},
           {"panelOpen", report.clipboard.panelOpen}}},

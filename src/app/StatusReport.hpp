@@ -22,8 +22,9 @@ struct ClipboardReport {
     core::LocalizedText status;
     std::size_t entries = 0;
     bool storageError = false;
-    bool unread = false;      ///< there is a saved history that cannot be read now
-    std::size_t setAside = 0; ///< histories that could not be read
+    bool unread = false;        ///< there is a saved history that cannot be read now
+    bool usedElsewhere = false; ///< another copy of the program has the saved history
+    std::size_t setAside = 0;   ///< histories that could not be read
     bool hotKeyConflict = false;
     bool panelOpen = false;
 };

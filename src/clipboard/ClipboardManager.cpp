@@ -3,6 +3,7 @@
 
 #include "clipboard/ClipboardManager.hpp"
 
+#include "core/clipboard/EntryDates.hpp"
 #include "core/localization/Texts.hpp"
 
 #include <algorithm>
@@ -20,7 +21,9 @@ using namespace std::chrono_literals;
 using Outcome = HistoryStorage::Outcome;
 
 constexpr auto pollInterval = 500ms;
-constexpr auto saveDelay = 250ms;
+constexpr auto saveDelay = 250ms;     // after the last change
+constexpr auto longestDelay = 2500ms; // after the first one, so that the disk has it within three seconds
+constexpr auto betweenSaves = 10s;    // while they fail
 constexpr auto rereadDelay = 100ms;
 constexpr int mostRereads = 5;
 constexpr auto betweenReadings = 10s;                                    // of a saved history that cannot be read
@@ -78,7 +81,14 @@ void ClipboardManager::stop() {
     }
     hotKey_.cancel();
     wantsHotKey_ = false;
-    ++saveWork_; // the one that is pending
+    saveAtOnce();
+    services_.vaultQueue.post([storage = storage_] { storage->close(); });
+    services_.vaultQueue.wait();
+}
+
+void ClipboardManager::saveAtOnce() {
+    ++lastChange_; // what is pending has nothing left to do
+    ++lastSave_;
     if (ready_) {
         saveLast();
     }
@@ -129,7 +139,8 @@ void ClipboardManager::record() {
     if (!copied_ || services_.pasteboard.changeCount() != revision_ || services_.pasteboard.itemTypes().empty()) {
         return;
     }
-    const auto moment = std::exchange(copied_, std::nullopt);
+    auto moment = std::exchange(copied_, std::nullopt);
+    moment->now = core::EntryDates::next(history_.entries(), moment->now);
     auto entry = core::ClipboardSnapshot::capture(services_.pasteboard, options_, *moment);
     if (entry && history_.insert(std::move(*entry), options_)) {
         save();
@@ -246,7 +257,7 @@ bool ClipboardManager::copy(const core::Uuid& id, core::ClipboardSnapshot::Resto
     if (entry == entries.end() || !core::ClipboardSnapshot::restore(*entry, services_.pasteboard, mode)) {
         return false;
     }
-    history_.touch(id, services_.now());
+    history_.touch(id, core::EntryDates::next(history_.entries(), services_.now()));
     revision_ = services_.pasteboard.changeCount(); // not a copy of the user's
     copied_.reset();
     save();
@@ -287,12 +298,14 @@ void ClipboardManager::finishLoading(HistoryStorage::Loaded loaded) {
     loading_ = false;
     ready_ = true;
     storageError_ = loaded.outcome != Outcome::loaded;
-    isRead_ = loaded.outcome != Outcome::unavailable;
+    isRead_ = loaded.outcome == Outcome::loaded || loaded.outcome == Outcome::setAside;
+    isUsedElsewhere_ = loaded.outcome == Outcome::inUse;
     leavesFiles_ = loaded.leavesFiles;
     if (isRead_) {
         adopt(std::move(loaded.history));
         save();
     } else { // what is on the disk stays as it is until it can be read
+        wantsToRead_ = hasUnsaved();
         services_.mainQueue.postAfter(betweenReadings, [this, weak = std::weak_ptr(alive_)] {
             if (!weak.expired()) {
                 mayReadAgain_ = true;
@@ -326,6 +339,9 @@ void ClipboardManager::readAgain() {
 }
 
 std::optional<core::LocalizedText> ClipboardManager::notice() const {
+    if (isUsedElsewhere()) {
+        return core::LocalizedText(texts::savedHistoryInUse);
+    }
     if (isUnread()) {
         return core::LocalizedText(texts::savedHistoryUnread);
     }
@@ -336,16 +352,16 @@ std::optional<core::LocalizedText> ClipboardManager::notice() const {
 }
 
 void ClipboardManager::recover(const core::SetAsideHistory& history) {
-    services_.vaultQueue.post(
-        [this, weak = std::weak_ptr(alive_), storage = storage_, history, &mainQueue = services_.mainQueue] {
-            auto found = storage->recover(history);
-            mainQueue.post([this, weak, history, total = found.total,
-                            recovered = core::ClipboardHistory(std::move(found.entries))] {
+    services_.vaultQueue.post([this, weak = std::weak_ptr(alive_), storage = storage_, history, now = services_.now(),
+                               &mainQueue = services_.mainQueue] {
+        auto found = storage->recover(history, now);
+        mainQueue.post(
+            [this, weak, history, total = found.total, recovered = core::ClipboardHistory(std::move(found.entries))] {
                 if (!weak.expired()) {
                     finishRecovery(history, recovered, total);
                 }
             });
-        });
+    });
 }
 
 void ClipboardManager::finishRecovery(const core::SetAsideHistory& history, const core::ClipboardHistory& recovered,
@@ -361,8 +377,14 @@ void ClipboardManager::finishRecovery(const core::SetAsideHistory& history, cons
     const auto kept = std::ranges::count_if(
         history_.entries(), [&](const core::ClipboardEntry& entry) { return digests.contains(entry.digest); });
     lastRecovery_ = {static_cast<std::size_t>(kept), total};
-    store([entries = history_.entries(), history, isComplete = lastRecovery_->recovered == total](
-              HistoryStorage& storage) { return storage.save(entries) && (!isComplete || storage.erase(history)); });
+    store(
+        [entries = history_.entries(), history, isComplete = lastRecovery_->recovered == total, now = services_.now()](
+            HistoryStorage& storage) { return storage.save(entries, now) && (!isComplete || storage.erase(history)); },
+        [this](bool hasFailed) {
+            if (hasFailed) {
+                save(); // is tried until it succeeds
+            }
+        });
     changes_.notify();
 }
 
@@ -370,58 +392,89 @@ void ClipboardManager::forget(const core::SetAsideHistory& history) {
     store([history](HistoryStorage& storage) { return storage.erase(history); });
 }
 
+/// Soon after the last of several changes, and within three seconds of the first however many follow.
 void ClipboardManager::save() {
     if (!ready_) {
         return; // what is on the disk is not known yet; it is saved when it has been loaded
     }
-    services_.mainQueue.postAfter(saveDelay, [this, weak = std::weak_ptr(alive_), work = ++saveWork_] {
-        if (!weak.expired() && work == saveWork_) {
+    ++lastChange_;
+    saveAfter(saveDelay, &ClipboardManager::lastChange_);
+    if (!std::exchange(isSaveDue_, true)) {
+        saveAfter(longestDelay, &ClipboardManager::lastSave_);
+    }
+}
+
+/// Unless the number has moved on by then.
+void ClipboardManager::saveAfter(std::chrono::milliseconds delay, std::uint64_t ClipboardManager::*number) {
+    services_.mainQueue.postAfter(delay, [this, weak = std::weak_ptr(alive_), number, current = this->*number] {
+        if (!weak.expired() && this->*number == current) {
             saveNow();
         }
     });
 }
 
 void ClipboardManager::saveNow() {
+    ++lastChange_; // what waits for a pause, for the end of three seconds or for a second try has nothing left to do
+    ++lastSave_;
+    isSaveDue_ = false;
     if (options_.persist && !isRead_) {
         readAgain(); // which saves when it has succeeded
-        return;
+    } else if (isSaving_) {
+        savesAgain_ = true; // a disk that is slower than the copies gets the latest ones when it is done
+    } else {
+        isSaving_ = true;
+        store([entries = history_.entries(), persist = options_.persist, now = services_.now()](
+                  HistoryStorage& storage) { return persist ? storage.save(entries, now) : storage.erase(); },
+              [this](bool hasFailed) { finishSaving(hasFailed); });
     }
-    store([entries = history_.entries(), persist = options_.persist](HistoryStorage& storage) {
-        return persist ? storage.save(entries) : storage.erase();
-    });
+}
+
+void ClipboardManager::finishSaving(bool hasFailed) {
+    isSaving_ = false;
+    if (std::exchange(savesAgain_, false)) {
+        saveNow();
+    } else if (hasFailed) {
+        saveAfter(betweenSaves, &ClipboardManager::lastSave_);
+    }
 }
 
 /// At the end there is nothing to come back to: what could not be read before is read where it is saved.
 void ClipboardManager::saveLast() {
     if (isRead_ || !options_.persist) {
+        isSaving_ = false; // nobody waits for the one that is under way
         saveNow();
-    } else if (!history_.entries().empty() || clearedUnread_) {
+    } else if (hasUnsaved()) {
         services_.vaultQueue.post([storage = storage_, history = history_, cleared = clearedUnread_, options = options_,
                                    now = services_.now()] {
             auto loaded = storage->load(now);
-            if (loaded.outcome == Outcome::unavailable) {
+            if (loaded.outcome != Outcome::loaded && loaded.outcome != Outcome::setAside) {
                 return;
             }
             for (const auto& id : mergeLater(loaded.history, history, cleared, options)) {
                 storage->invalidate(id);
             }
-            static_cast<void>(storage->save(loaded.history.entries())); // nobody is left to be told
+            static_cast<void>(storage->save(loaded.history.entries(), now)); // nobody is left to be told
         });
     }
 }
 
 /// Works on the disk, and says whether that has failed and what is set aside now.
-void ClipboardManager::store(std::function<bool(HistoryStorage&)> work) {
+void ClipboardManager::store(std::function<bool(HistoryStorage&)> work, std::function<void(bool hasFailed)> done) {
     services_.vaultQueue.post([this, weak = std::weak_ptr(alive_), storage = storage_, work = std::move(work),
-                               &mainQueue = services_.mainQueue] {
+                               done = std::move(done), &mainQueue = services_.mainQueue] {
         const bool hasFailed = !work(*storage);
-        mainQueue.post([this, weak, hasFailed, setAside = storage->setAside()] {
-            if (weak.expired() || (storageError_ == hasFailed && setAside_ == setAside)) {
+        mainQueue.post([this, weak, hasFailed, done, setAside = storage->setAside()] {
+            if (weak.expired() || !started_) {
                 return;
             }
-            storageError_ = hasFailed;
-            setAside_ = setAside;
-            changes_.notify();
+            if (storageError_ != hasFailed || setAside_ != setAside) {
+                storageError_ = hasFailed;
+                setAside_ = setAside;
+                changes_.notify();
+            }
+            if (done) {
+                done(hasFailed);
+            }
         });
     });
 }

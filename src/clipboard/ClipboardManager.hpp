@@ -19,6 +19,7 @@
 #include "platform/SerialQueue.hpp"
 #include "platform/Workspace.hpp"
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -63,6 +64,9 @@ public:
     /// At the end of the program: saves what is to be saved, and waits for it.
     void stop();
 
+    /// Saves what is to be saved, and waits for it, when the desktop has gone already: nothing else is touched.
+    void saveAtOnce();
+
     /// Why the history is suspended.
     struct Suspension {
         bool paused = false; ///< everything is paused
@@ -87,7 +91,13 @@ public:
     [[nodiscard]] bool hasStorageError() const { return storageError_; }
 
     /// There is a saved history that cannot be read now. Nothing is saved over it, and reading is tried again.
-    [[nodiscard]] bool isUnread() const { return ready_ && options_.persist && !isRead_ && leavesFiles_; }
+    [[nodiscard]] bool isUnread() const {
+        return ready_ && options_.persist && !isRead_ && leavesFiles_ && !isUsedElsewhere_;
+    }
+
+    /// Another copy of the program writes the saved history: this one keeps its own in memory, and reading is tried
+    /// again.
+    [[nodiscard]] bool isUsedElsewhere() const { return ready_ && options_.persist && isUsedElsewhere_; }
 
     /// Saved histories that could not be read and were set aside, the latest first.
     [[nodiscard]] const std::vector<core::SetAsideHistory>& setAside() const { return setAside_; }
@@ -158,10 +168,16 @@ private:
     void adopt(core::ClipboardHistory read);
     void finishRecovery(const core::SetAsideHistory& history, const core::ClipboardHistory& recovered,
                         std::size_t total);
+
+    /// There is something that was to be saved before the saved history could be read.
+    [[nodiscard]] bool hasUnsaved() const { return !history_.entries().empty() || clearedUnread_.has_value(); }
+
     void save();
+    void saveAfter(std::chrono::milliseconds delay, std::uint64_t ClipboardManager::*number);
     void saveNow();
+    void finishSaving(bool hasFailed);
     void saveLast();
-    void store(std::function<bool(HistoryStorage&)> work);
+    void store(std::function<bool(HistoryStorage&)> work, std::function<void(bool hasFailed)> done = nullptr);
     void updateCollecting();
     void updateShortcut();
 
@@ -175,11 +191,16 @@ private:
     Suspension suspension_;
     std::int64_t revision_ = 0;                             ///< the change count that was seen last
     std::optional<core::ClipboardSnapshot::Moment> copied_; ///< when the copy that is to be read was made
-    std::uint64_t saveWork_ = 0;
+    std::uint64_t lastChange_ = 0; ///< a number for each change that is to be saved, and for each save
+    std::uint64_t lastSave_ = 0;   ///< a number for each save
+    bool isSaveDue_ = false;       ///< within three seconds
+    bool isSaving_ = false;
+    bool savesAgain_ = false; ///< when the save under way has ended
     bool started_ = false;
     bool collects_ = false;
     bool loading_ = false;
     bool ready_ = false;
+    bool isUsedElsewhere_ = false;
     bool isRead_ = false;      ///< what is on the disk is known, and may be written over
     bool leavesFiles_ = false; ///< there is something on the disk that could not be read
     bool mayReadAgain_ = false;

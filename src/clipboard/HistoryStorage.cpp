@@ -4,6 +4,7 @@
 #include "clipboard/HistoryStorage.hpp"
 
 #include "core/clipboard/ClipboardKey.hpp"
+#include "core/clipboard/EntryDates.hpp"
 
 #include <cerrno>
 #include <utility>
@@ -22,8 +23,25 @@ bool mayPassAtOnce(const VaultError& error) {
 
 } // namespace
 
+/// Takes the lock unless it has it already. Before the key: who is kept out makes none.
+ClipboardVault::Result<void> HistoryStorage::lock() {
+    if (lock_ && lock_->holds(folder_)) {
+        return {};
+    }
+    lock_.reset();
+    auto acquired = core::VaultLock::acquire(folder_);
+    if (!acquired) {
+        return tl::unexpected(acquired.error());
+    }
+    lock_ = std::move(*acquired);
+    return {};
+}
+
 ClipboardVault::Result<void> HistoryStorage::open() {
     vault_.reset();
+    if (auto locked = lock(); !locked) {
+        return locked;
+    }
     auto key = core::obtainClipboardKey(secretStore_);
     if (!key) {
         return tl::unexpected(VaultError{VaultError::Reason::noKey, 0});
@@ -49,13 +67,18 @@ HistoryStorage::Loaded HistoryStorage::load(core::Date now) {
         entries = read();
     }
     if (entries) {
+        for (const auto& id : core::EntryDates::bringDown(*entries, now)) {
+            vault_->invalidateCache(id);
+        }
         return {Outcome::loaded, core::ClipboardHistory(std::move(*entries))};
     }
-    if (vault_ && entries.error().isDamage() && vault_->setAside(now)) {
+    if (vault_ && entries.error().isDamage() && vault_->setAside(now) && lock()) {
         return {Outcome::setAside, {}};
     }
     vault_.reset();
-    return {Outcome::unavailable, {}, ClipboardVault::hasFiles(folder_).value_or(true)};
+    lock_.reset(); // somebody else may have the key
+    const bool isInUse = entries.error().reason == VaultError::Reason::inUse;
+    return {isInUse ? Outcome::inUse : Outcome::unavailable, {}, ClipboardVault::hasFiles(folder_).value_or(true)};
 }
 
 bool HistoryStorage::begin() {
@@ -63,8 +86,28 @@ bool HistoryStorage::begin() {
     return erase() && isOpen;
 }
 
-bool HistoryStorage::save(std::span<const core::ClipboardEntry> entries) {
-    return vault_ && vault_->save(entries);
+/// Where the folder was removed or replaced, the vault goes on in the one that is there now.
+ClipboardVault::Result<void> HistoryStorage::putInPlace(core::Date now) {
+    if (auto locked = lock(); !locked || vault_->isInPlace()) {
+        return locked;
+    }
+    if (auto reopened = vault_->reopen(); !reopened) {
+        return reopened;
+    }
+    const auto hasFiles = ClipboardVault::hasFiles(folder_);
+    if (!hasFiles) {
+        return tl::unexpected(hasFiles.error());
+    }
+    if (*hasFiles) {
+        if (auto moved = vault_->setAside(now); !moved) {
+            return moved;
+        }
+    }
+    return lock();
+}
+
+bool HistoryStorage::save(std::span<const core::ClipboardEntry> entries, core::Date now) {
+    return vault_ && putInPlace(now) && vault_->save(entries);
 }
 
 void HistoryStorage::invalidate(const core::Uuid& id) {
@@ -77,16 +120,27 @@ bool HistoryStorage::erase() {
     if (vault_) {
         vault_->invalidateCache();
     }
+    if (!lock()) {
+        return false; // it is somebody else's
+    }
     const bool areErased = ClipboardVault::eraseFiles(folder_).has_value();
     return core::SetAsideHistories::eraseAll(folder_) && areErased;
 }
 
-ClipboardVault::Recovered HistoryStorage::recover(const core::SetAsideHistory& history) const {
-    return vault_ ? vault_->recover(history.folder).value_or(ClipboardVault::Recovered()) : ClipboardVault::Recovered();
+ClipboardVault::Recovered HistoryStorage::recover(const core::SetAsideHistory& history, core::Date now) const {
+    auto recovered =
+        vault_ ? vault_->recover(history.folder).value_or(ClipboardVault::Recovered()) : ClipboardVault::Recovered();
+    core::EntryDates::bringDown(recovered.entries, now);
+    return recovered;
 }
 
 bool HistoryStorage::erase(const core::SetAsideHistory& history) {
     return core::SetAsideHistories::erase(history).has_value();
+}
+
+void HistoryStorage::close() {
+    vault_.reset();
+    lock_.reset();
 }
 
 std::vector<core::SetAsideHistory> HistoryStorage::setAside() const {

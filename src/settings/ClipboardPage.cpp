@@ -78,13 +78,16 @@ void ClipboardPage::addSwitch() {
     });
     status.setObjectName(QStringLiteral("historyStatus"));
     bindVisible(&status, [this, taken] { return services().clipboard.status && !taken(); });
-    const auto isUnread = [this] {
-        const auto& read = services().clipboard.isUnread;
-        return read && read();
-    };
+    const auto is = [](const std::function<bool()>& fact) { return fact && fact(); };
     auto& unsaved = addRow(
-        card, "exclamationmark.circle", [] { return texts::cannotSaveHistory; },
-        [isUnread] { return isUnread() ? core::LocalizedText(texts::savedHistoryUnread) : core::LocalizedText(); });
+        card, "exclamationmark.circle",
+        [this, is]() -> core::LocalizedText {
+            return is(services().clipboard.isUsedElsewhere) ? texts::savedHistoryInUse : texts::cannotSaveHistory;
+        },
+        [this, is] {
+            return is(services().clipboard.isUnread) ? core::LocalizedText(texts::savedHistoryUnread)
+                                                     : core::LocalizedText();
+        });
     unsaved.setObjectName(QStringLiteral("unsavedHistory"));
     bindVisible(&unsaved, [this] {
         const auto& hasError = services().clipboard.hasStorageError;

@@ -35,6 +35,7 @@ struct ClipboardSettings {
     std::function<PasteboardAccess()> access; ///< whether the system lets copies be read
     std::function<void()> openAccessSettings;
     std::function<bool()> isUnread;                               ///< a saved history cannot be read now
+    std::function<bool()> isUsedElsewhere;                        ///< another copy of the program has the saved history
     std::function<std::vector<core::SetAsideHistory>()> setAside; ///< histories that could not be read
     std::function<void(const core::SetAsideHistory&)> recover;    ///< adds what can be read of one
     std::function<void(const core::SetAsideHistory&)> forget;     ///< erases one

@@ -3,6 +3,7 @@
 
 #include "app/AppDelegateTest.hpp"
 #include "core/clipboard/ClipboardOptions.hpp"
+#include "core/clipboard/VaultLock.hpp"
 #include "core/localization/Texts.hpp"
 
 #include <nlohmann/json.hpp>
@@ -120,6 +121,16 @@ TEST_F(AgentClipboardTest, DamagedHistoryIsSaidInTheMenuAndInTheStatus) {
     EXPECT_EQ(clipboard().at("unread"), false);
     EXPECT_EQ(desktop.statusItem.row("Clipboard history").toolTip,
               "The saved history could not be read. It was set aside and can be recovered in Settings.");
+}
+
+TEST_F(AgentClipboardTest, HistoryThatAnotherProgramWritesIsSaidInTheMenuAndInTheStatus) {
+    const auto lock = core::VaultLock::acquire(files.folder() / "Quillane" / "ClipboardHistory");
+    start();
+    EXPECT_EQ(clipboard().at("usedElsewhere"), true);
+    EXPECT_EQ(clipboard().at("storageError"), true);
+    EXPECT_EQ(clipboard().at("unread"), false);
+    EXPECT_EQ(desktop.statusItem.row("Clipboard history").toolTip,
+              "Another copy of Quillane is using the saved history. History is available in memory only.");
 }
 
 TEST_F(AgentClipboardTest, PasteThatGivesUpIsSaid) {

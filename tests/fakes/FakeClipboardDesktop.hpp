@@ -23,18 +23,20 @@ struct FakeClipboardDesktop {
     [[nodiscard]] std::filesystem::path folder() const { return files.folder() / "Quillane" / "ClipboardHistory"; }
 
     [[nodiscard]] ClipboardServices managerServices() {
-        return {.mainQueue = queue,
-                .userDefaults = userDefaults,
-                .workspace = workspace,
-                .pasteboard = pasteboard,
-                .hotKeys = hotKeys,
-                .secureInput = secureInput,
-                .secretStore = secrets,
-                .vaultQueue = vaultQueue,
-                .vaultFolder = folder(),
-                .now = [this] { return core::Date{7.8e8 + static_cast<double>(queue.now().count()) / 1e3}; }};
+        return {
+            .mainQueue = queue,
+            .userDefaults = userDefaults,
+            .workspace = workspace,
+            .pasteboard = pasteboard,
+            .hotKeys = hotKeys,
+            .secureInput = secureInput,
+            .secretStore = secrets,
+            .vaultQueue = vaultQueue,
+            .vaultFolder = folder(),
+            .now = [this] { return core::Date{7.8e8 + clockShift + static_cast<double>(queue.now().count()) / 1e3}; }};
     }
 
+    double clockShift = 0; ///< seconds by which the clock on the wall was set
     TemporaryFiles files;
     FakeMainQueue queue;
     FakeUserDefaults userDefaults;

@@ -71,6 +71,7 @@ protected:
         clipboard.access = [this] { return pasteboardAccess; };
         clipboard.openAccessSettings = [this] { ++accessSettingsOpened; };
         clipboard.isUnread = [this] { return historyIsUnread; };
+        clipboard.isUsedElsewhere = [this] { return historyIsUsedElsewhere; };
         clipboard.setAside = [this] { return setAside; };
         clipboard.recover = [this](const core::SetAsideHistory& history) { recovered.push_back(history); };
         clipboard.forget = [this](const core::SetAsideHistory& history) { std::erase(setAside, history); };
@@ -162,6 +163,7 @@ protected:
     bool shortcutTaken = false;
     bool historyIsUnsaved = false;
     bool historyIsUnread = false;
+    bool historyIsUsedElsewhere = false;
     std::vector<core::SetAsideHistory> setAside;
     std::vector<core::SetAsideHistory> recovered; ///< in the order of asking
     std::optional<ClipboardManager::Recovery> lastRecovery;

@@ -290,6 +290,18 @@ TEST_F(SettingsWindowTests, HistoryThatCannotBeReadNowIsSaidToStayUnchanged) {
     EXPECT_TRUE(shows(unread));
 }
 
+TEST_F(SettingsWindowTests, HistoryThatAnotherProgramWritesIsSaidToBeInUse) {
+    present(SettingsPage::clipboard);
+    const QString inUse = "Another copy of Quillane is using the saved history. History is available in memory only.";
+    historyIsUnsaved = true;
+    window().view().refresh();
+    EXPECT_FALSE(shows(inUse));
+    historyIsUsedElsewhere = true;
+    window().view().refresh();
+    EXPECT_TRUE(shows(inUse));
+    EXPECT_FALSE(shows("Cannot save encrypted history. History is available in memory only."));
+}
+
 TEST_F(SettingsWindowTests, HistoriesThatWereSetAsideAreRecoveredOrDeletedWhenThatIsConfirmed) {
     present(SettingsPage::clipboard);
     EXPECT_EQ(visibleSetAside(), 0);
