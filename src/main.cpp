@@ -11,6 +11,7 @@
 #include "platform/Platform.hpp"
 #include "platform/common/ControlSocket.hpp"
 #include "platform/common/CurlUrlSessions.hpp"
+#include "platform/common/ExitHandler.hpp"
 #include "platform/common/TerminationSignals.hpp"
 #include "platform/common/ThreadFileExaminer.hpp"
 
@@ -211,6 +212,7 @@ int runAgent(int argc, char** argv, const CommandLine::RunAgent& call) {
          .location = applicationLocation(),
          .home = homeFolder()});
     const TerminationSignals termination([] { QCoreApplication::quit(); });
+    const ExitHandler exiting([&] { delegate.saveHistory(); });
     delegate.applicationDidFinishLaunching();
     (*control)->setHandler([&](const ControlRequest& request) { return delegate.handleControlRequest(request); });
     const int status = QApplication::exec();

@@ -61,6 +61,9 @@ public:
     /// Stops everything that runs; called once, after the event loop has ended. What it undoes stays undone.
     void applicationWillTerminate();
 
+    /// Saves what has been copied, and waits for it; for an end at which nothing else can be done any more.
+    void saveHistory() { clipboard_.saveAtOnce(); }
+
     /// Answers a later start of the program.
     [[nodiscard]] ControlReply handleControlRequest(const ControlRequest& request);
 
