@@ -91,7 +91,8 @@ ClipboardVault::Result<void> HistoryStorage::putInPlace(core::Date now) {
     if (auto locked = lock(); !locked || vault_->isInPlace()) {
         return locked;
     }
-    if (auto reopened = vault_->reopen(); !reopened) {
+    const bool isOurs = vault_->isStale();
+    if (auto reopened = vault_->reopen(); !reopened || isOurs) {
         return reopened;
     }
     const auto hasFiles = ClipboardVault::hasFiles(folder_);

@@ -64,6 +64,9 @@ public:
     /// Whether the folder is still the one that the path names.
     [[nodiscard]] bool isInPlace() const { return folder_.isAt(directory_); }
 
+    /// The folder cannot be reached by what was opened, whether or not it is another one (`VaultFolder::isStale`).
+    [[nodiscard]] bool isStale() const { return folder_.isStale(); }
+
     /// Opens the folder that the path names now, and makes it if missing. The next save writes everything again.
     [[nodiscard]] Result<void> reopen();
 

@@ -237,6 +237,12 @@ bool VaultFolder::isAt(const std::filesystem::path& path) const {
     return fstat(descriptor_, &own) == 0 && own.st_dev == found.st_dev && own.st_ino == found.st_ino;
 }
 
+bool VaultFolder::isStale() const {
+    struct stat status {};
+
+    return fstat(descriptor_, &status) != 0;
+}
+
 std::uintmax_t VaultFolder::freeBytes() const {
     struct statvfs status {};
 

@@ -79,6 +79,9 @@ public:
     /// Whether this is what the path names: false once it was removed, or another folder is in its place.
     [[nodiscard]] bool isAt(const std::filesystem::path& path) const;
 
+    /// The system no longer knows what was opened, as after the restart of a file server: opening it again mends that.
+    [[nodiscard]] bool isStale() const;
+
     /// What the disk still takes. Unlimited where it does not say.
     [[nodiscard]] std::uintmax_t freeBytes() const;
 
