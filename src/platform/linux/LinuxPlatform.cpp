@@ -12,6 +12,7 @@
 #include "platform/linux/DesktopEntryCatalog.hpp"
 #include "platform/linux/FocusSecureInput.hpp"
 #include "platform/linux/InstalledApplications.hpp"
+#include "platform/linux/LatinKeyPlaces.hpp"
 #include "platform/linux/LinuxDesktop.hpp"
 #include "platform/linux/LinuxProxySettings.hpp"
 #include "platform/linux/LinuxSleepAssertions.hpp"
@@ -180,8 +181,8 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.statusItem = std::make_unique<TrayStatusItem>();
     platform.applicationMenu = std::make_unique<WindowKeysApplicationMenu>(
         session->x11 ? [keyboard = session->x11->keyboard.get()](
-                           std::uint32_t key) { return latinKey(keyboard->keymap(), keyboard->group(), key); }
-                     : WindowKeysApplicationMenu::LatinKey());
+                           std::uint32_t key, char32_t) { return latinKey(keyboard->keymap(), keyboard->group(), key); }
+                     : WindowKeysApplicationMenu::LatinKey(latinKeyBySymbol)); // Wayland shows no program the layouts
     platform.windowTraits = std::make_unique<LinuxWindowTraits>();
     platform.sleepAssertions = std::make_unique<LinuxSleepAssertions>(
         session->bus, session->x11 ? std::make_unique<X11Blanking>(*session->x11->connection) : nullptr);

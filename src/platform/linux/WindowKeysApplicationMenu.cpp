@@ -55,7 +55,8 @@ private:
         if (const auto* row = find(QKeySequence(event.keyCombination()))) {
             return row;
         }
-        const auto latin = latinKey_ ? latinKey_(event.nativeScanCode()) : std::nullopt;
+        const auto latin =
+            latinKey_ ? latinKey_(event.nativeScanCode(), static_cast<char32_t>(event.key())) : std::nullopt;
         return latin ? find(QKeySequence(
                            QKeyCombination(event.modifiers(), static_cast<Qt::Key>(QChar(*latin).toUpper().unicode()))))
                      : nullptr;

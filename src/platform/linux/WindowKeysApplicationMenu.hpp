@@ -16,8 +16,9 @@ namespace quillane {
 /// without Latin letters also by the Latin one that it has otherwise.
 class WindowKeysApplicationMenu final : public ApplicationMenu {
 public:
-    /// The Latin character of a key, by its native code, where its symbol alone does not decide.
-    using LatinKey = std::function<std::optional<char>(std::uint32_t key)>;
+    /// The Latin character of a key, by its native code and its symbol (Unicode), where the symbol alone does not
+    /// decide.
+    using LatinKey = std::function<std::optional<char>(std::uint32_t key, char32_t symbol)>;
 
     explicit WindowKeysApplicationMenu(LatinKey latinKey = {});
     ~WindowKeysApplicationMenu() override;

@@ -2,22 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/X11LatinKeys.hpp"
 
+#include "platform/linux/LatinKeyPlaces.hpp"
 #include "platform/linux/X11Keymap.hpp"
-
-#include <array>
-#include <string_view>
 
 namespace quillane {
 
 namespace {
-
-/// The rows of letters of a keyboard of the United States, by the key codes that Linux gives them.
-struct Row {
-    std::uint32_t first;
-    std::string_view characters;
-};
-
-constexpr std::array rows{Row{24, "qwertyuiop[]"}, Row{38, "asdfghjkl;'"}, Row{52, "zxcvbnm,./"}};
 
 /// The symbol without modifiers, as far as it is a printable character of ASCII, whose key symbols are their codes.
 std::optional<char> character(const X11Keymap& keymap, unsigned group, std::uint32_t keycode) {
@@ -45,12 +35,7 @@ std::optional<char> latinKey(const X11Keymap& keymap, unsigned group, std::uint3
             return character(keymap, other, keycode);
         }
     }
-    for (const auto& [first, characters] : rows) {
-        if (keycode >= first && keycode - first < characters.size()) {
-            return characters[keycode - first];
-        }
-    }
-    return std::nullopt;
+    return latinKeyInPlace(keycode);
 }
 
 } // namespace quillane

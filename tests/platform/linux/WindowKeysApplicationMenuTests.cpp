@@ -5,6 +5,7 @@
 
 #include "fakes/OffscreenApplication.hpp"
 #include "platform/ApplicationMenuContract.hpp"
+#include "platform/linux/LatinKeyPlaces.hpp"
 
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -58,7 +59,7 @@ TEST_F(WindowKeysApplicationMenuTest, EditingKeysAreTheTextFields) {
 TEST_F(WindowKeysApplicationMenuTest, KeyOfALayoutWithoutLatinLettersIsKnownByItsLatinLetter) {
     constexpr std::uint32_t w = 25;
     driver.menu() = std::make_unique<WindowKeysApplicationMenu>(
-        [](std::uint32_t key) { return key == w ? std::optional('w') : std::nullopt; });
+        [](std::uint32_t key, char32_t) { return key == w ? std::optional('w') : std::nullopt; });
     ApplicationMenuRow close;
     close.standard = StandardCommand::close;
     install({close});
@@ -72,6 +73,31 @@ TEST_F(WindowKeysApplicationMenuTest, KeyOfALayoutWithoutLatinLettersIsKnownByIt
     EXPECT_EQ(driver.field().text(), "'");
     press(w, Qt::ControlModifier);
     EXPECT_FALSE(driver.isWindowOpen());
+}
+
+/// Where the layout is not known, as on Wayland: by what Qt says of the event alone.
+TEST_F(WindowKeysApplicationMenuTest, KeyOfAnUnknownLayoutIsKnownByItsPlaceUnlessItsSymbolIsLatin) {
+    struct Case {
+        const char* layout;
+        std::uint32_t key;
+        char32_t symbol;
+        bool closes;
+    };
+
+    driver.menu() = std::make_unique<WindowKeysApplicationMenu>(latinKeyBySymbol);
+    ApplicationMenuRow close;
+    close.standard = StandardCommand::close;
+    install({close});
+    for (const auto& [layout, key, symbol, closes] :
+         {Case{"Hebrew", 25, U'\'', true}, Case{"Arabic", 25, U'ص', true}, Case{"Russian", 25, U'Ц', true},
+          Case{"French", 25, U'Z', false}, Case{"French", 52, U'W', true}, Case{"Dvorak", 25, U',', false},
+          Case{"Dvorak", 24, U'\'', false}, Case{"Hebrew", 24, U'/', false}, Case{"Hebrew", 26, U'ק', false},
+          Case{"any", 67, Qt::Key_F1, false}}) {
+        driver.field().window()->show();
+        QKeyEvent event(QEvent::KeyPress, static_cast<int>(symbol), Qt::ControlModifier, key, 0, 0);
+        QApplication::sendEvent(&driver.field(), &event);
+        EXPECT_EQ(driver.isWindowOpen(), !closes) << layout << ' ' << key;
+    }
 }
 
 } // namespace
