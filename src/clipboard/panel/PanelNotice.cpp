@@ -3,19 +3,18 @@
 
 #include "clipboard/panel/PanelNotice.hpp"
 
+#include "views/WrappingLabel.hpp"
+
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QToolButton>
 
 namespace quillane {
 
-PanelNotice::PanelNotice(const char* name) : label_(new QLabel), button_(new QToolButton) {
+PanelNotice::PanelNotice(const char* name) : label_(new WrappingLabel), button_(new QToolButton) {
     const auto objectName = QString::fromLatin1(name);
     setObjectName(objectName);
     setProperty("role", QStringLiteral("notice"));
     label_->setObjectName(objectName + QStringLiteral("Text"));
-    label_->setTextFormat(Qt::PlainText);
-    label_->setWordWrap(true);
     button_->setObjectName(objectName + QStringLiteral("Button"));
     button_->setToolButtonStyle(Qt::ToolButtonTextOnly);
     button_->setFocusPolicy(Qt::TabFocus);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "clipboard/panel/HistoryPanelTest.hpp"
+#include "views/WrappingLabel.hpp"
 
 #include <filesystem>
 #include <fstream>
@@ -61,6 +62,19 @@ TEST_F(HistoryNoticesTest, SaysWhatBecameOfTheSavedHistoryAndLeadsToItsSettings)
     find<QToolButton>("noticeButton").click();
     EXPECT_FALSE(panel.isVisible());
     EXPECT_EQ(settingsOpened, 1);
+}
+
+TEST_F(HistoryNoticesTest, EveryLabelThatWrapsBeginsItsLinesFlush) {
+    open();
+    int wrapping = 0;
+    for (const auto* label : window().findChildren<QLabel*>()) {
+        // Qt lays out marked-up text itself, without the spaces at the ends of lines.
+        if (label->wordWrap() && label->textFormat() == Qt::PlainText) {
+            ++wrapping;
+            EXPECT_NE(dynamic_cast<const WrappingLabel*>(label), nullptr) << label->objectName().toStdString();
+        }
+    }
+    EXPECT_GE(wrapping, 2);
 }
 
 } // namespace
