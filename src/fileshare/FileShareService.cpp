@@ -5,7 +5,6 @@
 #include "core/localization/Texts.hpp"
 #include "views/MessageBox.hpp"
 
-#include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
 
@@ -43,17 +42,6 @@ QPoint freePlace(QPoint place, QSize size, const QRect& screen, const std::vecto
     return place;
 }
 
-/// A message that deletes itself when it is closed and keeps nobody from anything else.
-QMessageBox* messageBox(const core::LocalizedText& text, core::AppLanguage language) {
-    auto* box =
-        new QMessageBox(QMessageBox::Information, QString::fromStdString(texts::shareWindowTitle.rendered(language)),
-                        QString::fromStdString(text.rendered(language)));
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setLayoutDirection(core::isRTL(language) ? Qt::RightToLeft : Qt::LeftToRight);
-    box->setModal(false);
-    return box;
-}
-
 void present(QWidget& window, WindowTraits& windowTraits) {
     window.show();
     window.raise();
@@ -84,10 +72,7 @@ void FileShareService::choose() {
     services_.windowTraits.activateApplication();
     services_.filePanel.chooseFile(
         panelTexts(), [this](const std::filesystem::path& file) { show(core::Url::fromFilePath(file)); },
-        [this](const std::vector<std::string>& urls) -> std::optional<std::string> {
-            const auto refusal = share(urls);
-            return refusal ? std::optional(refusal->rendered(services_.preferences.state().language)) : std::nullopt;
-        });
+        [this](const std::vector<std::string>& urls) { return share(urls); });
 }
 
 FilePanel::Texts FileShareService::panelTexts() const {
@@ -121,16 +106,13 @@ void FileShareService::tell(const core::LocalizedText& text) {
 }
 
 void FileShareService::askForServer() {
-    const auto language = services_.preferences.state().language;
-    const auto rendered = [&](const core::LocalizedText& text) {
-        return QString::fromStdString(text.rendered(language));
-    };
-    auto* box = messageBox(texts::chooseServerFirst, language);
-    box->setInformativeText(rendered(texts::chooseServerFirstExplanation));
-    auto* open = box->addButton(rendered(texts::openSettings), QMessageBox::AcceptRole);
-    box->setEscapeButton(box->addButton(rendered(texts::cancel), QMessageBox::RejectRole));
-    box->setDefaultButton(open);
-    QObject::connect(open, &QPushButton::clicked, box, [chooseServer = services_.chooseServer] { chooseServer(); });
+    auto* box = new MessageBox(services_.preferences, texts::shareWindowTitle, texts::chooseServerFirst);
+    box->setModal(false);
+    box->setNote(texts::chooseServerFirstExplanation);
+    auto& open = box->addAnswer(texts::openSettings, QMessageBox::AcceptRole);
+    box->setEscapeButton(&box->addAnswer(texts::cancel, QMessageBox::RejectRole));
+    box->setDefaultButton(&open);
+    QObject::connect(&open, &QPushButton::clicked, box, [chooseServer = services_.chooseServer] { chooseServer(); });
     present(*box, services_.windowTraits);
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/localization/AppLanguage.hpp"
+#include "core/localization/LocalizedText.hpp"
 
 #include <filesystem>
 #include <functional>
@@ -25,8 +26,8 @@ public:
     using Chosen = std::function<void(const std::filesystem::path&)>;
 
     /// Takes the URLs of what was dropped on the panel. None: they have been dealt with, and the panel closes. A text
-    /// is shown, and the panel stays.
-    using Dropped = std::function<std::optional<std::string>(const std::vector<std::string>& urls)>;
+    /// is shown, in the language of the panel's texts, and the panel stays.
+    using Dropped = std::function<std::optional<core::LocalizedText>(const std::vector<std::string>& urls)>;
 
     virtual ~FilePanel() = default;
 

@@ -11,6 +11,7 @@
 #include "settings/Card.hpp"
 #include "settings/FeatureRow.hpp"
 #include "settings/SwitchButton.hpp"
+#include "views/MessageBox.hpp"
 #include "views/ToolTip.hpp"
 
 #include <QCollator>
@@ -19,7 +20,6 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QMenu>
-#include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QStringList>
@@ -365,20 +365,17 @@ void ClipboardPage::askToRecover(const core::SetAsideHistory& history) {
 
 void ClipboardPage::ask(const core::LocalizedText& question, const core::LocalizedText& note,
                         const std::vector<Answer>& answers) {
-    const auto language = services().preferences.state().language;
-    auto* box = new QMessageBox(QMessageBox::Warning, rendered(texts::clipboardHistory, language),
-                                rendered(question, language), QMessageBox::NoButton, window());
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setTextFormat(Qt::PlainText);
-    box->setInformativeText(rendered(note, language));
+    auto* box = new MessageBox(services().preferences, texts::clipboardHistory, question, window());
+    box->setIcon(QMessageBox::Warning);
+    box->setNote(note);
     for (const auto& answer : answers) {
-        const auto* chosen = box->addButton(rendered(answer.text, language),
-                                            answer.destroys ? QMessageBox::DestructiveRole : QMessageBox::AcceptRole);
-        connect(chosen, &QAbstractButton::clicked, this, [action = answer.action] { action(); });
+        const auto role = answer.destroys ? QMessageBox::DestructiveRole : QMessageBox::AcceptRole;
+        connect(&box->addAnswer(answer.text, role), &QAbstractButton::clicked, this,
+                [action = answer.action] { action(); });
     }
-    auto* cancel = box->addButton(rendered(texts::cancel, language), QMessageBox::RejectRole);
-    box->setDefaultButton(cancel);
-    box->setEscapeButton(cancel);
+    auto& cancel = box->addAnswer(texts::cancel, QMessageBox::RejectRole);
+    box->setDefaultButton(&cancel);
+    box->setEscapeButton(&cancel);
     box->open();
 }
 

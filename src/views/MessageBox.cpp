@@ -6,6 +6,7 @@
 #include "core/localization/Texts.hpp"
 
 #include <QAbstractButton>
+#include <QPushButton>
 
 #include <utility>
 
@@ -22,7 +23,24 @@ MessageBox::MessageBox(core::AppPreferences& preferences, core::LocalizedText ti
     setTextFormat(Qt::PlainText);
     setStandardButtons(QMessageBox::Ok);
     setAttribute(Qt::WA_DeleteOnClose);
+    buttons_.emplace_back(button(QMessageBox::Ok), core::texts::qtOK); // some desktops have a word of their own for it
     redraw();
+}
+
+void MessageBox::setNote(core::LocalizedText note) {
+    note_ = std::move(note);
+    redraw();
+}
+
+QPushButton& MessageBox::addAnswer(const core::LocalizedText& text, ButtonRole role) {
+    if (standardButtons() != QMessageBox::NoButton) {
+        buttons_.clear();
+        setStandardButtons(QMessageBox::NoButton);
+    }
+    auto* answer = addButton(QString(), role);
+    buttons_.emplace_back(answer, text);
+    redraw();
+    return *answer;
 }
 
 void MessageBox::redraw() {
@@ -32,7 +50,12 @@ void MessageBox::redraw() {
     };
     setWindowTitle(rendered(title_));
     setText(rendered(text_));
-    button(QMessageBox::Ok)->setText(rendered(core::texts::qtOK)); // some desktops have a word of their own for it
+    if (note_ != core::LocalizedText()) {
+        setInformativeText(rendered(note_));
+    }
+    for (const auto& [button, text] : buttons_) {
+        button->setText(rendered(text));
+    }
 }
 
 } // namespace quillane

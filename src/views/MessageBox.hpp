@@ -9,14 +9,23 @@
 
 #include <QMessageBox>
 
+#include <utility>
+#include <vector>
+
 namespace quillane {
 
-/// A message with an OK button, whose texts follow the interface language while it is open. Deletes itself when it is
-/// closed.
+/// A message with an OK button, or a question with answers, whose texts follow the interface language while it is open.
+/// Deletes itself when it is closed.
 class MessageBox : public QMessageBox {
 public:
     MessageBox(core::AppPreferences& preferences, core::LocalizedText title, core::LocalizedText text,
                QWidget* parent = nullptr);
+
+    /// A text in smaller letters below the other one.
+    void setNote(core::LocalizedText note);
+
+    /// The button of one more answer. The first answer takes the place of the OK button.
+    QPushButton& addAnswer(const core::LocalizedText& text, ButtonRole role);
 
 private:
     void redraw();
@@ -24,6 +33,8 @@ private:
     core::AppPreferences& preferences_;
     core::LocalizedText title_;
     core::LocalizedText text_;
+    core::LocalizedText note_;
+    std::vector<std::pair<QAbstractButton*, core::LocalizedText>> buttons_;
     core::Subscription languageChange_;
 };
 

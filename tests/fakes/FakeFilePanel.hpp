@@ -33,7 +33,7 @@ public:
     }
 
     /// Drops URLs on the panel; what it shows then.
-    std::optional<std::string> drop(const std::vector<std::string>& urls) {
+    std::optional<core::LocalizedText> drop(const std::vector<std::string>& urls) {
         const auto told = dropped_(urls);
         if (!told) {
             cancel();

@@ -2,9 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "fileshare/FileShareService.hpp"
 
+#include "core/localization/Texts.hpp"
 #include "fakes/Contrast.hpp"
 #include "fileshare/FileShareTest.hpp"
+#include "views/InterfaceLanguage.hpp"
 
+#include <QDir>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
@@ -20,6 +23,16 @@ protected:
     FileShareWindow& open() {
         service_.show(file_);
         return *service_.windows().back();
+    }
+
+    static QList<QMessageBox*> messageBoxes() {
+        QList<QMessageBox*> boxes;
+        for (auto* widget : QApplication::topLevelWidgets()) {
+            if (auto* box = qobject_cast<QMessageBox*>(widget)) {
+                boxes << box;
+            }
+        }
+        return boxes;
     }
 
     FileShareService service_{services_};
@@ -50,15 +63,41 @@ TEST_F(FileShareServiceTest, PlaceOfAWindowThatHasClosedIsFreeAgain) {
     EXPECT_EQ(open().pos(), middle);
 }
 
+TEST_F(FileShareServiceTest, MessagesInAllLanguages) {
+    QFont font(QStringLiteral("Noto Sans"));
+    font.setFamilies({"Noto Sans", "Noto Sans Hebrew", "Noto Sans Arabic"});
+    font.setPointSizeF(10);
+    QApplication::setFont(font);
+    const InterfaceLanguage interface(preferences_);
+    core::FileShareServer::standard().save(defaults_);
+    const QDir folder(QStringLiteral(QUILLANE_SCREENSHOTS));
+    const auto save = [&](const char* what) {
+        for (const auto language : core::allLanguages) {
+            preferences_.choose(language);
+            QApplication::processEvents();
+            const auto name = QStringLiteral("share-message-%1-%2.png")
+                                  .arg(QLatin1String(what), QLatin1String(core::languageID(language).data()));
+            EXPECT_TRUE(messageBoxes().front()->grab().save(folder.filePath(name)));
+        }
+        messageBoxes().front()->close();
+        runDeferred();
+    };
+    service_.choose();
+    ASSERT_EQ(messageBoxes().size(), 1);
+    save("server");
+    service_.tell(core::texts::selectOneFile);
+    ASSERT_EQ(messageBoxes().size(), 1);
+    save("one-file");
+}
+
 TEST_F(FileShareServiceTest, WithoutAServerChoosingAFileLeadsToTheSettings) {
     core::FileShareServer::standard().save(defaults_);
     for (const bool isWanted : {false, true}) {
         service_.choose();
         EXPECT_FALSE(panel_.open);
-        auto boxes = QApplication::topLevelWidgets();
-        boxes.removeIf([](QWidget* widget) { return qobject_cast<QMessageBox*>(widget) == nullptr; });
+        const auto boxes = messageBoxes();
         ASSERT_EQ(boxes.size(), 1);
-        auto* box = qobject_cast<QMessageBox*>(boxes.front());
+        auto* box = boxes.front();
         EXPECT_TRUE(box->isVisible());
         EXPECT_EQ(box->text(), "Choose a server first");
         EXPECT_EQ(box->informativeText(), "Shared files are uploaded to a server that you choose in the settings.");

@@ -402,7 +402,7 @@ TEST_F(FileShareWindowTests, ChoosingAFileNamesTheServerAndSharesTheFile) {
 TEST_F(FileShareWindowTests, AFileDroppedOnThePanelIsSharedAndTwoAreRefused) {
     service_.choose();
     const auto one = file_.absoluteString();
-    EXPECT_EQ(panel_.drop({one, one}), "Select one file to share.");
+    EXPECT_EQ(panel_.drop({one, one}), core::LocalizedText(core::texts::selectOneFile));
     EXPECT_TRUE(panel_.open);
     EXPECT_TRUE(service_.windows().empty());
     EXPECT_EQ(panel_.drop({one}), std::nullopt);

@@ -19,6 +19,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPainter>
+#include <QPointer>
 #include <QProxyStyle>
 #include <QSplitter>
 #include <QStyledItemDelegate>
@@ -104,6 +105,7 @@ public:
         for (auto* view : findChildren<QAbstractItemView*>()) {
             view->viewport()->update();
         }
+        redrawRefusal();
     }
 
 protected:
@@ -120,17 +122,29 @@ protected:
         }
         event->acceptProposedAction();
         if (const auto refusal = dropped_(urls)) {
-            auto* box = new QMessageBox(QMessageBox::Information, windowTitle(), QString::fromStdString(*refusal),
-                                        QMessageBox::Ok, this);
-            box->button(QMessageBox::Ok)->setText(rendered(core::texts::qtOK, language_)); // whatever the desktop says
-            box->setAttribute(Qt::WA_DeleteOnClose);
-            box->open();
+            refuse(*refusal);
         } else {
             reject();
         }
     }
 
 private:
+    void refuse(const core::LocalizedText& text) {
+        auto* box = new QMessageBox(QMessageBox::Information, {}, {}, QMessageBox::Ok, this);
+        box->setAttribute(Qt::WA_DeleteOnClose);
+        refusal_ = {box, text};
+        redrawRefusal();
+        box->open();
+    }
+
+    void redrawRefusal() {
+        if (auto* box = refusal_.first.data()) {
+            box->setWindowTitle(windowTitle());
+            box->setText(rendered(refusal_.second, language_));
+            box->button(QMessageBox::Ok)->setText(rendered(core::texts::qtOK, language_)); // whatever the desktop says
+        }
+    }
+
     /// A path is read from its root, and a mirrored field would begin with its end.
     void keepPathsInOrder() {
         if (auto* place = findChild<QComboBox*>(QStringLiteral("lookInCombo"))) {
@@ -174,6 +188,7 @@ private:
     core::AppLanguage language_ = core::AppLanguage::english;
     FileTableModel* files_;
     QLabel* message_;
+    std::pair<QPointer<QMessageBox>, core::LocalizedText> refusal_; ///< of what was dropped last
 };
 
 QtFilePanel::QtFilePanel() = default;

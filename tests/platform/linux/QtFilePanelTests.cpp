@@ -95,7 +95,7 @@ protected:
 
     QtFilePanelDriver driver;
     std::vector<std::vector<std::string>> dropped;
-    std::optional<std::string> answer;
+    std::optional<core::LocalizedText> answer;
 };
 
 TEST_F(QtFilePanelTests, ShowsItsTextsAndTakesNoFolder) {
@@ -130,13 +130,13 @@ TEST_F(QtFilePanelTests, WhatIsDroppedIsHandedOnAndClosesThePanelWhenItIsTaken) 
 }
 
 TEST_F(QtFilePanelTests, ARefusedDropIsExplainedAndThePanelStays) {
-    answer = "Select one file to share.";
+    answer = core::texts::selectOneFile;
     choose();
     drop({QUrl("file:///a"), QUrl("file:///b")});
     EXPECT_TRUE(QtFilePanelDriver::isOpen());
     const auto* box = QtFilePanelDriver::dialog()->findChild<QMessageBox*>();
     ASSERT_NE(box, nullptr);
-    EXPECT_EQ(box->text(), "Select one file to share.");
+    EXPECT_EQ(box->text(), "יש לבחור קובץ אחד לשיתוף."); // the language of the panel
 }
 
 /// The dialog with Qt's texts from the program's table, as in the program.
@@ -291,13 +291,19 @@ TEST_P(QtFilePanelTextsTests, AnotherLanguageIsFollowedWhileItIsOpen) {
 }
 
 TEST_P(QtFilePanelTextsTests, ARefusedDropHasAButtonInTheLanguage) {
-    answer = core::texts::selectOneFile.rendered(GetParam());
+    answer = core::texts::selectOneFile;
     open(GetParam());
     drop({QUrl("file:///a"), QUrl("file:///b")});
     auto* box = QtFilePanelDriver::dialog()->findChild<QMessageBox*>();
     ASSERT_NE(box, nullptr);
     fakes::KnownTexts(GetParam()).checkWindow(*box);
     EXPECT_EQ(box->button(QMessageBox::Ok)->text(), rendered(core::texts::qtOK, GetParam()));
+    for (const auto language : core::allLanguages) {
+        preferences.choose(language);
+        driver.panel().setTexts(texts(language));
+        fakes::KnownTexts(language).checkWindow(*box);
+        EXPECT_EQ(box->text(), rendered(core::texts::selectOneFile, language));
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(In, QtFilePanelTextsTests, ::testing::ValuesIn(core::allLanguages),
