@@ -115,6 +115,7 @@ void AppDelegate::applicationDidFinishLaunching() {
         services_.workspace.terminate(oldCopy.pid);
     }
     const bool atLogin = services_.workspace.launchedAtLogin();
+    refreshesUntilItemCheck_ = atLogin ? refreshesUntilItemIsShownAtLogin : refreshesUntilItemIsShown;
     services_.windowTraits.setActivationPolicy(ActivationPolicy::accessory);
     rebuildMenus();
     updater_.start();
@@ -122,11 +123,10 @@ void AppDelegate::applicationDidFinishLaunching() {
     wireControllers();
     observeWorkspace();
     applyOptions();
-    refreshesUntilItemCheck_ = atLogin ? refreshesUntilItemIsShownAtLogin : refreshesUntilItemIsShown;
-    refreshTimer_ = services_.mainQueue.repeat(refreshInterval, [this] {
+    refreshTimer_ = services_.mainQueue.repeat(refreshInterval, [this, atLogin] {
         refreshRuntime();
         requestNextPermissionIfNeeded();
-        notifyUnlessItemIsShown();
+        lookForStatusItem(atLogin);
     });
     clipboardPanel_.noteFrontmostApplication(); // none was noted before the observers were there
     rememberTarget();
@@ -135,16 +135,6 @@ void AppDelegate::applicationDidFinishLaunching() {
         return refusal ? std::optional(refusal->rendered(preferences_.state().language)) : std::nullopt;
     });
     showPermissionsIfNeeded(atLogin);
-}
-
-/// Without a place for the status item nothing else says that the program runs.
-void AppDelegate::notifyUnlessItemIsShown() {
-    if (refreshesUntilItemCheck_ == 0 || --refreshesUntilItemCheck_ > 0 || services_.statusItem.isVisible()) {
-        return;
-    }
-    const auto language = preferences_.state().language;
-    services_.statusItem.notify(core::LocalizedText(core::texts::quillaneIsRunning).rendered(language),
-                                core::LocalizedText(core::texts::noSystemTray).rendered(language));
 }
 
 void AppDelegate::wireModel() {
@@ -472,7 +462,8 @@ void AppDelegate::reportCapture(const core::LocalizedText& text) {
 
 void AppDelegate::notify(const core::LocalizedText& text) {
     const auto language = preferences_.state().language;
-    services_.statusItem.notify(core::LocalizedText(core::texts::quillane).rendered(language), text.rendered(language));
+    services_.statusItem.notify(core::LocalizedText(core::texts::quillane).rendered(language), text.rendered(language),
+                                nullptr); // the settings show the last action
 }
 
 } // namespace quillane

@@ -104,7 +104,8 @@ private:
     void startCapture();
     void makeHistoryPanel();
     void showPermissionsIfNeeded(bool atLogin);
-    void notifyUnlessItemIsShown();
+    void lookForStatusItem(bool atLogin);
+    void sayThatItRuns(bool atLogin);
     void requestNextPermissionIfNeeded();
     [[nodiscard]] SettingsServices settingsServices();
     void setFileManagerEntry(bool on);

@@ -4,8 +4,10 @@
 #include "app/AppDelegate.hpp"
 
 #include "core/keyboard/ScreenSharingPolicy.hpp"
+#include "core/localization/Texts.hpp"
 #include "core/permissions/PermissionSetupPolicy.hpp"
 
+#include <cstdio>
 #include <utility>
 
 // What runs, and what the model and the menu say of it.
@@ -70,6 +72,38 @@ void AppDelegate::publishRuntime() {
     runtime.inputName = input.name;
     runtime.runtimeStatus = statusRow(facts).text;
     model_.setRuntime(std::move(runtime));
+}
+
+/// Looks once whether the item is shown, when a tray has had the time; then only while the settings say that it is not.
+void AppDelegate::lookForStatusItem(bool atLogin) {
+    const bool isFirst = refreshesUntilItemCheck_ == 1;
+    if (refreshesUntilItemCheck_ > 0 ? --refreshesUntilItemCheck_ > 0
+                                     : model_.runtime().statusItemShown || !(settings_ && settings_->isVisible())) {
+        return;
+    }
+    auto runtime = model_.runtime();
+    runtime.statusItemShown = services_.statusItem.isVisible();
+    model_.setRuntime(std::move(runtime));
+    if (isFirst && !model_.runtime().statusItemShown) {
+        sayThatItRuns(atLogin);
+    }
+}
+
+/// Without a place for the status item nothing else says that the program runs. Where the desktop shows no notices
+/// either, its settings do, unless it was started at login.
+void AppDelegate::sayThatItRuns(bool atLogin) {
+    const auto language = preferences_.state().language;
+    const core::LocalizedText isRunning(core::texts::quillaneIsRunning);
+    const core::LocalizedText noTray(core::texts::noSystemTray);
+    services_.statusItem.notify(isRunning.rendered(language), noTray.rendered(language),
+                                [this, alive = std::weak_ptr<void>(alive_), isRunning, noTray, atLogin] {
+                                    constexpr auto english = core::AppLanguage::english;
+                                    std::fprintf(stderr, "%s. %s\n", isRunning.rendered(english).c_str(),
+                                                 noTray.rendered(english).c_str());
+                                    if (!alive.expired() && !atLogin && !(settings_ && settings_->isVisible())) {
+                                        showSettings(core::SettingsPage::general);
+                                    }
+                                });
 }
 
 RuntimeFacts AppDelegate::runtimeFacts() const {

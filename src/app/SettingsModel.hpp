@@ -30,6 +30,7 @@ public:
         bool accessibilityGranted = false;
         bool inputMonitoringGranted = false;
         bool keyboardAvailable = true; ///< false where the desktop lets nobody observe the keyboard
+        bool statusItemShown = true;   ///< false once a desktop turns out to have no place for the status item
         bool monitorRunning = false;
         bool keyboardEventsObserved = false; ///< a key event has arrived since the monitor started
         bool screenSharingSuspended = false;

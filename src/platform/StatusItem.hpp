@@ -59,8 +59,9 @@ public:
     virtual void popUpMenu() = 0;
 
     /// A short notice by the desktop's own means, for when the item cannot be seen or a command of its
-    /// menu could not be done.
-    virtual void notify(const std::string& title, const std::string& text) = 0;
+    /// menu could not be done. Calls `failed`, which may be empty, once it is known that nobody shows the notice: there
+    /// is no such service, or the user does not allow it. Never within this call or after this object has gone.
+    virtual void notify(const std::string& title, const std::string& text, std::function<void()> failed) = 0;
 };
 
 } // namespace quillane

@@ -37,11 +37,13 @@ SettingsHeader::SettingsHeader(const SettingsServices& services)
       icon_(new QLabel),
       wordmark_(scaledLabel(1.6, true)),
       status_(textLabel("secondary")),
+      noStatusItem_(textLabel("warning")),
       language_(new QComboBox) {
     wordmark_->setTextFormat(Qt::RichText);
     wordmark_->setWordWrap(false);
     wordmark_->setObjectName(QStringLiteral("wordmark"));
     status_->setObjectName(QStringLiteral("status"));
+    noStatusItem_->setObjectName(QStringLiteral("noStatusItem"));
     language_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     language_->setObjectName(QStringLiteral("language"));
     icon_->setFixedSize(iconSide, iconSide);
@@ -58,6 +60,7 @@ SettingsHeader::SettingsHeader(const SettingsServices& services)
     words->addStretch();
     words->addWidget(wordmark_, 0, Qt::AlignLeading); // Latin letters in every language
     words->addWidget(status_);
+    words->addWidget(noStatusItem_);
     words->addStretch();
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -76,6 +79,8 @@ void SettingsHeader::refresh() {
     icon_->setPixmap(services_.applicationIcon.pixmap(QSize(iconSide, iconSide)));
     wordmark_->setText(wordmarkMarkup());
     status_->setText(rendered(services_.model.runtime().runtimeStatus));
+    noStatusItem_->setText(rendered(core::texts::noSystemTray));
+    noStatusItem_->setVisible(!services_.model.runtime().statusItemShown);
     nameList(*language_, rendered(core::texts::interfaceLanguage));
     language_->setToolTip(rendered(core::texts::interfaceLanguage));
     language_->setCurrentIndex(static_cast<int>(language));

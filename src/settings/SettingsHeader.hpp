@@ -26,6 +26,7 @@ private:
     QLabel* icon_;
     QLabel* wordmark_;
     QLabel* status_;
+    QLabel* noStatusItem_;
     QComboBox* language_;
 };
 

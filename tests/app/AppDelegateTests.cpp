@@ -3,6 +3,7 @@
 #include "app/AppDelegateTest.hpp"
 #include "core/localization/Texts.hpp"
 
+#include <QLabel>
 #include <QPushButton>
 
 #include <nlohmann/json.hpp>
@@ -289,6 +290,13 @@ TEST_F(AppDelegateTests, PagesThatTheSystemsSettingsLackAreNotOffered) {
     EXPECT_FALSE(model->openKeyboard);
 }
 
+TEST_F(AppDelegateTests, PageOfAccessibilityMayBeLackingAlone) {
+    desktop.permissions.removeSettings(MacPermission::accessibility);
+    launch();
+    EXPECT_FALSE(model->openAccessibility);
+    EXPECT_TRUE(model->openInputMonitoring);
+}
+
 TEST_F(AppDelegateTests, AGrantStartsTheMonitorAsSoonAsItIsSeen) {
     desktop.withPermissions({MacPermission::inputMonitoring});
     desktop.permissions.grantOnRequest();
@@ -440,6 +448,47 @@ TEST_F(AppDelegateTests, WithoutATrayAStartSaysThatTheProgramRuns) {
                                              "There is no system tray. Open Quillane again to see its settings."}));
     desktop.queue.advance(120s);
     EXPECT_EQ(desktop.statusItem.notices().size(), 1U);
+}
+
+TEST_F(AppDelegateTests, WithNeitherTrayNorNoticesAStartShowsTheSettingsWhichSaySo) {
+    desktop.statusItem.setVisible(false);
+    desktop.statusItem.setRefusesNotices();
+    launch();
+    desktop.queue.advance(4s);
+    EXPECT_EQ(settingsWindow(), nullptr) << "the notice may still be shown";
+    testing::internal::CaptureStderr();
+    desktop.statusItem.failNotices();
+    EXPECT_TRUE(testing::internal::GetCapturedStderr().starts_with(
+        "Quillane is running. There is no system tray. Open Quillane again to see its settings.\n"));
+    ASSERT_NE(settingsWindow(), nullptr);
+    const auto* line = settingsWindow()->findChild<QLabel*>(QStringLiteral("noStatusItem"));
+    EXPECT_TRUE(line->isVisible());
+    EXPECT_EQ(line->text(), "There is no system tray. Open Quillane again to see its settings.");
+    desktop.statusItem.setVisible(true);
+    desktop.queue.advance(2s);
+    EXPECT_FALSE(line->isVisible());
+}
+
+TEST_F(AppDelegateTests, WithNeitherTrayNorNoticesALaunchAtLoginShowsNoWindow) {
+    desktop.workspace.setLaunchedAtLogin(true);
+    desktop.statusItem.setVisible(false);
+    desktop.statusItem.setRefusesNotices();
+    launch();
+    desktop.queue.advance(60s);
+    testing::internal::CaptureStderr();
+    desktop.statusItem.failNotices();
+    EXPECT_NE(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(settingsWindow(), nullptr);
+}
+
+TEST_F(AppDelegateTests, AnswerToANoticeThatOutlivesTheDelegateDoesNothing) {
+    desktop.statusItem.setVisible(false);
+    desktop.statusItem.setRefusesNotices();
+    launch();
+    desktop.queue.advance(4s);
+    delegate.reset();
+    desktop.statusItem.failNotices();
+    EXPECT_EQ(settingsWindow(), nullptr);
 }
 
 TEST_F(AppDelegateTests, TrayThatStartsLaterAtLoginIsWaitedFor) {

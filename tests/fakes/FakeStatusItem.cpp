@@ -26,6 +26,22 @@ void FakeStatusItem::setMenu(std::vector<MenuRow> rows, LayoutDirection directio
     direction_ = direction;
 }
 
+void FakeStatusItem::notify(const std::string& title, const std::string& text, std::function<void()> failed) {
+    if (refusesNotices_) {
+        failed_.push_back(std::move(failed));
+    } else {
+        notices_.push_back({title, text});
+    }
+}
+
+void FakeStatusItem::failNotices() {
+    for (const auto& failed : std::exchange(failed_, {})) {
+        if (failed) {
+            failed();
+        }
+    }
+}
+
 const MenuRow& FakeStatusItem::row(std::string_view title) const {
     const auto found = std::ranges::find(rows_, title, &MenuRow::title);
     if (found == rows_.end() || std::ranges::count(rows_, title, &MenuRow::title) > 1) {

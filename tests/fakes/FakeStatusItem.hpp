@@ -26,7 +26,7 @@ public:
 
     void popUpMenu() override { ++popUpCount_; }
 
-    void notify(const std::string& title, const std::string& text) override { notices_.push_back({title, text}); }
+    void notify(const std::string& title, const std::string& text, std::function<void()> failed) override;
 
     /// The row with this title. Throws when the menu has none or several.
     [[nodiscard]] const MenuRow& row(std::string_view title) const;
@@ -37,6 +37,11 @@ public:
     Journal* journal = nullptr; ///< none: nothing is written down
 
     void setVisible(bool visible) { visible_ = visible; }
+
+    /// From now on nobody shows notices. `failNotices` says so to those who gave one.
+    void setRefusesNotices() { refusesNotices_ = true; }
+
+    void failNotices();
 
     [[nodiscard]] const std::vector<MenuRow>& rows() const { return rows_; }
 
@@ -62,6 +67,8 @@ private:
     TemplateImage image_;
     std::string accessibilityLabel_;
     std::vector<Notice> notices_;
+    std::vector<std::function<void()>> failed_; ///< of the notices that nobody shows
+    bool refusesNotices_ = false;
     bool visible_ = true;
     int imageCount_ = 0;
     int menuCount_ = 0;

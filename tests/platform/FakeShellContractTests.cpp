@@ -59,6 +59,10 @@ public:
 
     [[nodiscard]] bool isChecked(const std::string& title) const { return fake_.row(title).checked; }
 
+    void refuseNotices() { fake_.setRefusesNotices(); }
+
+    void waitForAnswers() { fake_.failNotices(); }
+
     void choose(const std::string& title) {
         try {
             fake_.click(title);
@@ -223,6 +227,7 @@ namespace testing {
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, MainQueueContract, FakeMainQueueDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, StatusItemContract, FakeStatusItemDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, StatusItemNoticeContract, FakeStatusItemDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SleepAssertionsContract, FakeSleepAssertionsDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, FilePanelContract, FakeFilePanelDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SystemSymbolsContract, FakeSystemSymbolsDriver);

@@ -91,6 +91,31 @@ TYPED_TEST_P(StatusItemContract, AnActionMayReplaceTheRows) {
     EXPECT_EQ(this->driver.titles(), (std::vector<std::string>{"", "After"}));
 }
 
+/// What a status item promises of notices that nobody shows. macOS asks the user first, so a person tries it there. The
+/// driver also has:
+///
+///     void refuseNotices();                     // from now on
+///     void waitForAnswers();                    // until what was asked of the desktop has been answered
+template <typename Driver>
+class StatusItemNoticeContract : public ::testing::Test {
+protected:
+    Driver driver;
+};
+
+TYPED_TEST_SUITE_P(StatusItemNoticeContract);
+
+TYPED_TEST_P(StatusItemNoticeContract, SaysOnceAndLaterThatNobodyShowsIt) {
+    this->driver.refuseNotices();
+    int failures = 0;
+    this->driver.item().notify("Title", "Text", [&] { ++failures; });
+    this->driver.item().notify("Title", "Text", nullptr);
+    EXPECT_EQ(failures, 0);
+    this->driver.waitForAnswers();
+    EXPECT_EQ(failures, 1);
+}
+
+REGISTER_TYPED_TEST_SUITE_P(StatusItemNoticeContract, SaysOnceAndLaterThatNobodyShowsIt);
+
 REGISTER_TYPED_TEST_SUITE_P(StatusItemContract, ShowsTheRowsInOrder, LaterRowsTakeThePlaceOfEarlierOnes,
                             AChosenRowRunsItsLatestActionOnce, ADisabledRowAndAHeaderCannotBeChosen, ShowsWhatIsChecked,
                             AnActionMayReplaceTheRows);

@@ -8,10 +8,12 @@
 #include <QCursor>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QImage>
 #include <QSystemTrayIcon>
 
 #include <cstring>
+#include <utility>
 
 namespace quillane {
 
@@ -29,14 +31,33 @@ QPixmap tinted(const TemplateImage& image, QColor color) {
     return QPixmap::fromImage(result);
 }
 
-/// Sends a notification without waiting for anyone (Desktop Notifications Specification 1.2, "Notify").
-void notifyByBus(const QString& title, const QString& text) {
+/// Sends a notification without waiting for anyone (Desktop Notifications Specification 1.2, "Notify"). Calls `failed`,
+/// while the context is there, when no service takes it.
+void notifyByBus(const QString& title, const QString& text, QObject* context, std::function<void()> failed) {
     auto message = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("/org/freedesktop/Notifications"),
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("Notify"));
     message.setArguments({QStringLiteral("Quillane"), 0U, QStringLiteral("com.quillane.app"), title, text,
                           QStringList(), QVariantMap(), -1});
-    QDBusConnection::sessionBus().call(message, QDBus::NoBlock);
+    const auto bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) { // a call would never be answered
+        QMetaObject::invokeMethod(
+            context,
+            [failed = std::move(failed)] {
+                if (failed) {
+                    failed();
+                }
+            },
+            Qt::QueuedConnection);
+        return;
+    }
+    auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(message), context);
+    QObject::connect(answer, &QDBusPendingCallWatcher::finished, context, [answer, failed = std::move(failed)] {
+        answer->deleteLater();
+        if (answer->isError() && failed) {
+            failed();
+        }
+    });
 }
 
 } // namespace
@@ -97,11 +118,11 @@ void TrayStatusItem::popUpMenu() {
     tray_->popUp();
 }
 
-void TrayStatusItem::notify(const std::string& title, const std::string& text) {
+void TrayStatusItem::notify(const std::string& title, const std::string& text, std::function<void()> failed) {
     if (isVisible() && QSystemTrayIcon::supportsMessages()) {
         tray_->showMessage(QString::fromStdString(title), QString::fromStdString(text));
     } else {
-        notifyByBus(QString::fromStdString(title), QString::fromStdString(text));
+        notifyByBus(QString::fromStdString(title), QString::fromStdString(text), tray_.get(), std::move(failed));
     }
 }
 

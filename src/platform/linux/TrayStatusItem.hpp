@@ -21,7 +21,7 @@ public:
     void popUpMenu() override;
 
     /// By the tray's balloon, and without a tray by org.freedesktop.Notifications, when the session runs one.
-    void notify(const std::string& title, const std::string& text) override;
+    void notify(const std::string& title, const std::string& text, std::function<void()> failed) override;
 
 private:
     class Tray;

@@ -26,7 +26,7 @@ public:
     void popUpMenu() override;
 
     /// UNUserNotificationCenter.
-    void notify(const std::string& title, const std::string& text) override;
+    void notify(const std::string& title, const std::string& text, std::function<void()> failed) override;
 
 private:
     struct Item;

@@ -2,11 +2,14 @@
 // SPDX-License-Identifier: MIT
 #include "platform/macos/MacStatusItem.hpp"
 
+#include "platform/macos/MacCallback.hpp"
 #include "platform/macos/MacMenuRows.hpp"
 #include "platform/macos/MacStrings.hpp"
 
 #import <AppKit/AppKit.h>
 #import <UserNotifications/UserNotifications.h>
+
+#include <utility>
 
 namespace quillane {
 
@@ -48,6 +51,7 @@ struct MacStatusItem::Item {
     NSStatusItem* item = [NSStatusBar.systemStatusBar statusItemWithLength:NSVariableStatusItemLength];
     NSMenu* menu = [[NSMenu alloc] initWithTitle:@""];
     TemplateImage image;
+    std::shared_ptr<void> alive = std::make_shared<char>(); ///< while late answers may still call back
 
     Item() {
         menu.autoenablesItems = NO; // the rows say themselves which of them are enabled
@@ -93,9 +97,17 @@ void MacStatusItem::popUpMenu() {
     [item_->item.button performSelector:@selector(performClick:) withObject:nil afterDelay:0];
 }
 
-void MacStatusItem::notify(const std::string& title, const std::string& text) {
+void MacStatusItem::notify(const std::string& title, const std::string& text, std::function<void()> failed) {
     @autoreleasepool {
+        const auto fail = [alive = std::weak_ptr(item_->alive), failed = std::move(failed)] {
+            dispatch_async(dispatch_get_main_queue(), ^{
+              if (!alive.expired() && failed) {
+                  guarded(failed);
+              }
+            });
+        };
         if (!NSBundle.mainBundle.bundleIdentifier) {
+            fail();
             return; // outside a bundle there is no notification center, and asking for it ends the program
         }
         UNMutableNotificationContent* content = [[UNMutableNotificationContent alloc] init];
@@ -108,9 +120,16 @@ void MacStatusItem::notify(const std::string& title, const std::string& text) {
         // The user is asked the first time only; the answer comes on a queue of the center's own.
         [center requestAuthorizationWithOptions:UNAuthorizationOptionAlert
                               completionHandler:^(BOOL granted, NSError*) {
-                                if (granted) {
-                                    [center addNotificationRequest:request withCompletionHandler:nil];
+                                if (!granted) {
+                                    fail();
+                                    return;
                                 }
+                                [center addNotificationRequest:request
+                                         withCompletionHandler:^(NSError* error) {
+                                           if (error) {
+                                               fail();
+                                           }
+                                         }];
                               }];
     }
 }

@@ -73,6 +73,17 @@ TEST_F(WithoutTrayTest, StartIsAnnouncedByANotification) {
     })) << shownNotifications(desktop());
 }
 
+TEST_F(WithoutTrayTest, WithoutNotificationsEitherAStartShowsTheSettingsWhichSaySo) {
+    startAgent();
+    ASSERT_TRUE(desktop().waitUntilInFront(agent().process().pid()));
+    const auto root = desktop().accessibility().application(agent().process().pid());
+    ASSERT_TRUE(root);
+    EXPECT_TRUE(desktop().accessibility().find(*root, [](const AccessibleNode& node) {
+        return node.name == "There is no system tray. Open Quillane again to see its settings." &&
+               node.is(AccessibleNode::State::showing);
+    }));
+}
+
 class LiveStatusMenuIn : public LiveStatusMenu, public testing::WithParamInterface<const char*> {};
 
 TEST_P(LiveStatusMenuIn, EveryRowIsInTheLanguage) {

@@ -145,6 +145,11 @@ public:
 
     void choose(const std::string& title) { find(title)->trigger(); }
 
+    /// There is no session bus here, so nobody can.
+    static void refuseNotices() {}
+
+    static void waitForAnswers() { QCoreApplication::processEvents(); }
+
 private:
     [[nodiscard]] static QMenu& menu() {
         for (auto* widget : QApplication::topLevelWidgets()) {
@@ -165,6 +170,7 @@ private:
     }
 
     bool offscreen_ = qputenv("QT_QPA_PLATFORM", "offscreen");
+    bool hasNoBus_ = qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
     int argc_ = 1;
     std::string name_ = "tests";
     char* argv_ = name_.data();
@@ -177,6 +183,7 @@ private:
 namespace testing {
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Tray, StatusItemContract, TrayStatusItemDriver);
+INSTANTIATE_TYPED_TEST_SUITE_P(Tray, StatusItemNoticeContract, TrayStatusItemDriver);
 
 } // namespace testing
 } // namespace quillane

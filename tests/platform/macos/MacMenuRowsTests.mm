@@ -22,7 +22,7 @@ public:
 
     void popUpMenu() override {}
 
-    void notify(const std::string&, const std::string&) override {}
+    void notify(const std::string&, const std::string&, std::function<void()>) override {}
 
     [[nodiscard]] NSMenu* menu() const { return menu_; }
 
