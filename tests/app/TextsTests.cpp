@@ -2,11 +2,13 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/AppDelegateTest.hpp"
+#include "core/clipboard/ClipboardOptions.hpp"
 #include "core/fileshare/FileShareServer.hpp"
 #include "core/localization/Texts.hpp"
 #include "fakes/KnownTexts.hpp"
 #include "fileshare/FileShareWindow.hpp"
 
+#include <QAbstractButton>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QMessageBox>
@@ -14,16 +16,25 @@
 #include <QPushButton>
 #include <QUrl>
 
+#include <filesystem>
+#include <tuple>
+#include <vector>
+
 namespace quillane {
 namespace {
 
 using namespace std::chrono_literals;
 using core::AppLanguage;
+using core::Desktop;
 
 /// Menus, and the windows beside the settings: everything that the running agent can show in one language.
-class TextsTests : public AppDelegateTest, public ::testing::WithParamInterface<AppLanguage> {
+class TextsTests : public AppDelegateTest, public ::testing::WithParamInterface<std::tuple<AppLanguage, Desktop>> {
 protected:
     TextsTests() {
+        shownOn = std::get<Desktop>(GetParam());
+        desktop.loginItem.settings = shownOn == Desktop::macOS;
+        desktop.areaCapture.setMeans(shownOn == Desktop::macOS ? AreaCapture::Means::systemShortcut
+                                                               : AreaCapture::Means::ownSelection);
         for (const auto* data :
              {"Quillane 1.2", "report.txt", "files.example:8443", "files.example", "English", "עברית", "العربية"}) {
             known.allow(QString::fromUtf8(data));
@@ -34,8 +45,33 @@ protected:
     AppDelegate& launchInLanguage() {
         core::FileShareServer::validating("https://files.example:8443/up")->save(defaults);
         auto& made = launch();
-        preferences->choose(GetParam());
+        preferences->choose(language());
         return made;
+    }
+
+    static AppLanguage language() { return std::get<AppLanguage>(GetParam()); }
+
+    static std::vector<QMessageBox*> messageBoxes() {
+        std::vector<QMessageBox*> boxes;
+        for (auto* widget : QApplication::allWidgets()) {
+            if (auto* box = qobject_cast<QMessageBox*>(widget); box != nullptr && box->isVisible()) {
+                boxes.push_back(box);
+            }
+        }
+        return boxes;
+    }
+
+    /// Everything on a message box, in the language of now and in each of the others.
+    void checkFollowingTheLanguage(QMessageBox& box) {
+        for (const auto other : core::allLanguages) {
+            preferences->choose(other);
+            fakes::KnownTexts texts(other, shownOn);
+            texts.checkWindow(box);
+            EXPECT_GE(texts.checked(), 5);
+            EXPECT_EQ(box.layoutDirection(), core::isRTL(other) ? Qt::RightToLeft : Qt::LeftToRight);
+        }
+        preferences->choose(language());
+        known.checkWindow(box);
     }
 
     void checkMenus() {
@@ -62,7 +98,7 @@ protected:
         EXPECT_GT(visible, 0);
     }
 
-    fakes::KnownTexts known{GetParam()};
+    fakes::KnownTexts known{language(), std::get<Desktop>(GetParam())};
 };
 
 TEST_P(TextsTests, OfTheMenus) {
@@ -136,24 +172,62 @@ TEST_P(TextsTests, OfTheMessagesThatRefuseFiles) {
     QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(window, &drop);
     QApplication::processEvents();
-    int boxes = 0;
-    for (auto* widget : QApplication::allWidgets()) {
-        if (auto* box = qobject_cast<QMessageBox*>(widget); box != nullptr && box->isVisible()) {
-            ++boxes;
-            known.checkWindow(*box);
-            EXPECT_EQ(box->layoutDirection(), core::isRTL(GetParam()) ? Qt::RightToLeft : Qt::LeftToRight);
-            box->close();
-        }
+    const auto boxes = messageBoxes();
+    EXPECT_EQ(boxes.size(), 2U);
+    for (auto* box : boxes) {
+        checkFollowingTheLanguage(*box);
+        box->close();
     }
-    EXPECT_EQ(boxes, 2);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+TEST_P(TextsTests, OfTheQuestionsOfTheSettings) {
+    core::ClipboardOptions options;
+    options.enabled = true;
+    defaults.setObject(core::clipboardOptionsKey, core::encodeClipboardOptions(options));
+    std::filesystem::create_directories(files.folder() / "Quillane" / "ClipboardHistory");
+    static_cast<void>(files.file("Quillane/ClipboardHistory/index", "damaged"));
+    launchInLanguage();
+    for (int step = 0; step < 2; ++step) { // the history is read, and the one that begins is saved
+        desktop.vaultQueue.wait();
+        desktop.settle();
+        desktop.queue.advance(1s);
+    }
+    desktop.vaultQueue.wait();
+    desktop.settle();
+    click(core::texts::settings.rendered(language()));
+    settingsWindow()->present(core::SettingsPage::clipboard);
+    settleWindows();
+    for (const auto* name : {"clear", "clearUnpinned", "recover"}) {
+        auto* button = settingsWindow()->findChild<QPushButton*>(QLatin1String(name));
+        ASSERT_TRUE(button->isVisible()) << name;
+        button->click();
+        settleWindows();
+        const auto boxes = messageBoxes();
+        ASSERT_EQ(boxes.size(), 1U) << name;
+        checkFollowingTheLanguage(*boxes.front());
+        boxes.front()->reject();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+}
+
+TEST_P(TextsTests, OfTheQuestionForAServer) {
+    launchInLanguage();
+    core::FileShareServer::standard().save(defaults);
+    EXPECT_TRUE(delegate->handleControlRequest({"share", {}}).ok);
+    settleWindows();
+    const auto boxes = messageBoxes();
+    ASSERT_EQ(boxes.size(), 1U);
+    checkFollowingTheLanguage(*boxes.front());
+    boxes.front()->reject();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 TEST_P(TextsTests, OfTheCardBesideSystemSettings) {
     desktop.withPermissions({});
     launchInLanguage();
-    click(core::texts::permissions.rendered(GetParam()));
-    const auto openTitle = QString::fromStdString(core::texts::openSystemSettings.on(shownOn).rendered(GetParam()));
+    click(core::texts::permissions.rendered(language()));
+    const auto openTitle = QString::fromStdString(core::texts::openSystemSettings.on(shownOn).rendered(language()));
     const auto buttons = settingsWindow()->findChildren<QPushButton*>();
     const auto open = std::ranges::find(buttons, openTitle, &QPushButton::text);
     ASSERT_NE(open, buttons.end());
@@ -169,8 +243,13 @@ TEST_P(TextsTests, OfTheCardBesideSystemSettings) {
     EXPECT_GT(known.checked(), 20);
 }
 
-INSTANTIATE_TEST_SUITE_P(In, TextsTests, ::testing::ValuesIn(core::allLanguages),
-                         [](const auto& parameter) { return std::string(core::languageID(parameter.param)); });
+INSTANTIATE_TEST_SUITE_P(In, TextsTests,
+                         ::testing::Combine(::testing::ValuesIn(core::allLanguages),
+                                            ::testing::Values(Desktop::macOS, Desktop::linuxDesktop)),
+                         [](const auto& parameter) {
+                             return std::string(core::languageID(std::get<AppLanguage>(parameter.param))) +
+                                    (std::get<Desktop>(parameter.param) == Desktop::macOS ? "_macOS" : "_Linux");
+                         });
 
 } // namespace
 } // namespace quillane

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "core/localization/AppTranslations.hpp"
+#include "core/localization/Desktop.hpp"
 #include "core/localization/LocalizedText.hpp"
 #include "fakes/Popups.hpp"
 
@@ -21,6 +22,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
+#include <optional>
 #include <set>
 #include <string_view>
 #include <vector>
@@ -30,8 +33,13 @@ namespace quillane::fakes {
 /// Every text that the table has in one language, to find those on a view that come from somewhere else.
 class KnownTexts {
 public:
-    explicit KnownTexts(core::AppLanguage language) {
+    /// Of the rows that come in pairs, those of the desktop, or of both without one.
+    explicit KnownTexts(core::AppLanguage language, std::optional<core::Desktop> desktop = std::nullopt) {
         for (const auto& row : core::AppTranslations::entries()) {
+            const auto only = desktopOf(row);
+            if (only && desktop && *only != *desktop) {
+                continue;
+            }
             const auto one = textIn(row, language);
             const auto text = withoutMarks(QString::fromUtf8(one.data(), static_cast<qsizetype>(one.size())));
             if (text.contains(QStringLiteral("%@"))) {
@@ -136,6 +144,21 @@ private:
     [[nodiscard]] static QString withoutMnemonic(QString text) {
         constexpr QChar standIn(0xE000);
         return text.replace(QStringLiteral("&&"), standIn).remove(QLatin1Char('&')).replace(standIn, QLatin1Char('&'));
+    }
+
+    /// The desktop that alone has the row.
+    [[nodiscard]] static std::optional<core::Desktop> desktopOf(const core::AppTranslations::Entry& row) {
+        static const std::map<std::string_view, core::Desktop> pairs{
+#define QUILLANE_NAME(name, text)
+#define QUILLANE_TEXT(name, hebrew, english, arabic)
+#define QUILLANE_ON_MACOS(name, hebrew, english, arabic) {hebrew, core::Desktop::macOS},
+#define QUILLANE_ON_LINUX(name, hebrew, english, arabic) {hebrew, core::Desktop::linuxDesktop},
+#include "core/localization/AppTranslations.def"
+#undef QUILLANE_TEXT
+#undef QUILLANE_NAME
+        };
+        const auto found = pairs.find(row.key);
+        return found != pairs.end() ? std::optional(found->second) : std::nullopt;
     }
 
     [[nodiscard]] static std::string_view textIn(const core::AppTranslations::Entry& row, core::AppLanguage language) {

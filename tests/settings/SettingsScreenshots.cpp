@@ -22,6 +22,7 @@
 #include <QTextEdit>
 
 #include <array>
+#include <utility>
 
 namespace quillane {
 namespace {
@@ -82,6 +83,9 @@ protected:
         historyIsUnsaved = historyIsUnread = true;
         setAside = {{"one", {785'592'000}}, {"two", {785'500'000}}};
         lastRecovery = {12, 13};
+        auto runtime = model.runtime();
+        runtime.statusItemShown = false;
+        model.setRuntime(runtime);
     }
 
     /// Tall enough for the whole page, as far as a screen may reach.
@@ -188,6 +192,7 @@ TEST_F(SettingsScreenshots, DropDownListsShowEveryRow) {
 
 TEST_F(SettingsScreenshots, MenusAndQuestionsOfTheHistoryPage) {
     const QDir folder(QStringLiteral(QUILLANE_SCREENSHOTS));
+    setAside = {{"aside", {785'592'000}}};
     for (const auto language : core::allLanguages) {
         preferences.choose(language);
         present(SettingsPage::clipboard);
@@ -202,12 +207,17 @@ TEST_F(SettingsScreenshots, MenusAndQuestionsOfTheHistoryPage) {
         ASSERT_NE(menu, nullptr);
         save(*menu, "applications");
         menu->close();
-        find<QPushButton>("clear").click();
-        settle();
-        auto* question = window().findChild<QMessageBox*>();
-        ASSERT_NE(question, nullptr);
-        save(*question, "question");
-        question->reject();
+        for (const auto& [button, picture] :
+             {std::pair("clear", "question"), std::pair("clearUnpinned", "question-unpinned"),
+              std::pair("recover", "question-recover")}) {
+            find<QPushButton>(button).click();
+            settle();
+            auto* question = window().findChild<QMessageBox*>();
+            ASSERT_NE(question, nullptr);
+            save(*question, picture);
+            question->reject();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
         present(SettingsPage::testing);
         const std::unique_ptr<QMenu> fields(find<QTextEdit>("box").createStandardContextMenu());
         fields->popup(window().pos());

@@ -3,7 +3,7 @@
 
 #include "settings/SettingsTest.hpp"
 
-#include "core/direction/SupportedApplication.hpp"
+#include "core/direction/DirectionTarget.hpp"
 #include "core/fileshare/FileShareServer.hpp"
 #include "fakes/KnownTexts.hpp"
 #include "settings/SettingsView.hpp"
@@ -12,24 +12,34 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include <tuple>
+
 namespace quillane {
 namespace {
 
 using core::AppLanguage;
+using core::Desktop;
 using core::SettingsPage;
 
-class SettingsTextsTests : public SettingsTest, public testing::WithParamInterface<AppLanguage> {};
+class SettingsTextsTests : public SettingsTest, public testing::WithParamInterface<std::tuple<AppLanguage, Desktop>> {
+protected:
+    SettingsTextsTests() {
+        shownOn = std::get<Desktop>(GetParam());
+        preferences.choose(language());
+    }
+
+    static AppLanguage language() { return std::get<AppLanguage>(GetParam()); }
+};
 
 TEST_P(SettingsTextsTests, EveryTextHasARowInTheTable) {
-    fakes::KnownTexts known(GetParam());
+    fakes::KnownTexts known(language(), shownOn);
     for (const auto* data : {"English", "עברית", "العربية", "−", "+", "Editor", "com.example.editor", "ABC"}) {
         known.allow(QString::fromUtf8(data));
     }
     known.allow(QString::fromStdString(core::FileShareServer::standard().host()));
-    for (const auto& application : core::supportedApplications) {
-        known.allow(QString::fromUtf8(application.displayName.data()));
+    for (const auto& target : core::directionTestTargets(shownOn)) {
+        known.allow(QString::fromUtf8(target.name.data(), static_cast<qsizetype>(target.name.size())));
     }
-    preferences.choose(GetParam());
     clipboardOptions.ignoredApps = {"com.example.editor"};
     shortcutTaken = true;
     historyIsUnsaved = true;
@@ -54,17 +64,16 @@ TEST_P(SettingsTextsTests, EveryTextHasARowInTheTable) {
 }
 
 TEST_P(SettingsTextsTests, TheQuestionAndTheListOfApplicationsAreInTheLanguage) {
-    fakes::KnownTexts known(GetParam());
+    fakes::KnownTexts known(language(), shownOn);
     known.allow("Mail");
     known.allow("Editor");
-    preferences.choose(GetParam());
     present(SettingsPage::clipboard);
     find<QPushButton>("addApplication").click();
     settle();
     auto* menu = window().findChild<QMenu*>();
     ASSERT_NE(menu, nullptr);
     known.checkMenu(*menu);
-    const auto direction = core::isRTL(GetParam()) ? Qt::RightToLeft : Qt::LeftToRight;
+    const auto direction = core::isRTL(language()) ? Qt::RightToLeft : Qt::LeftToRight;
     EXPECT_EQ(menu->layoutDirection(), direction);
     menu->close();
     find<QPushButton>("clear").click();
@@ -77,8 +86,13 @@ TEST_P(SettingsTextsTests, TheQuestionAndTheListOfApplicationsAreInTheLanguage) 
     EXPECT_GT(known.checked(), 10);
 }
 
-INSTANTIATE_TEST_SUITE_P(In, SettingsTextsTests, testing::ValuesIn(core::allLanguages),
-                         [](const auto& parameter) { return std::string(core::languageID(parameter.param)); });
+INSTANTIATE_TEST_SUITE_P(In, SettingsTextsTests,
+                         testing::Combine(testing::ValuesIn(core::allLanguages),
+                                          testing::Values(Desktop::macOS, Desktop::linuxDesktop)),
+                         [](const auto& parameter) {
+                             return std::string(core::languageID(std::get<AppLanguage>(parameter.param))) +
+                                    (std::get<Desktop>(parameter.param) == Desktop::macOS ? "_macOS" : "_Linux");
+                         });
 
 } // namespace
 } // namespace quillane
