@@ -58,6 +58,11 @@ void Ledger::settle() {
             ADD_FAILURE() << "released by somebody who does not own it: " << object->describe();
         }
     }
+    for (const auto& object : objects_) {
+        if (object->references() > 0) {
+            object->dispose(); // what is left holds others, which are still there
+        }
+    }
     objects_.clear();
 }
 
@@ -71,6 +76,7 @@ Object& object(CFTypeRef reference) {
 }
 
 void refuse(const std::string& why) {
+    ADD_FAILURE() << why; // the exception may end in what is tested
     throw std::logic_error(why);
 }
 

@@ -39,11 +39,12 @@ public:
     /// A failure of the test when it has been released already.
     void checkAlive() const;
 
-protected:
+private:
+    friend class Ledger;
+
     /// Gives back what the object holds, as soon as nobody has it.
     virtual void dispose() {}
 
-private:
     Owner owner_;
     std::atomic<long> references_ = 1;
 };
@@ -83,6 +84,7 @@ T& make(Arguments&&... arguments) {
 /// The object behind a reference. A null or dead one is a failure of the test.
 [[nodiscard]] Object& object(CFTypeRef reference);
 
+/// Fails the test and throws.
 [[noreturn]] void refuse(const std::string& why);
 
 /// The object as one of the class, which the function that was called demands.

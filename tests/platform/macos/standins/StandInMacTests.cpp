@@ -56,18 +56,32 @@ TEST(StandInMac, NamesWhatIsLeftBehind) {
         "a hot key is still registered");
 }
 
+TEST(StandInMac, NamesAListThatIsLeftWithWhatIsInIt) {
+    EXPECT_NONFATAL_FAILURE(
+        {
+            const standin::Mac mac;
+            CFRetain(standin::list({}).get());
+        },
+        "never released: a list");
+}
+
 TEST(StandInMac, RefusesNullAndOtherTypes) {
     const standin::Mac mac;
-    EXPECT_THROW(CFRetain(nullptr), std::logic_error);
-    EXPECT_THROW(CFStringGetLength(reinterpret_cast<CFStringRef>(kCFBooleanTrue)), std::logic_error);
-    EXPECT_THROW(static_cast<void>(CFArrayGetValueAtIndex(static_cast<CFArrayRef>(standin::list({}).get()), 0)),
-                 std::logic_error);
+    const auto empty = standin::list({});
+    EXPECT_NONFATAL_FAILURE(EXPECT_THROW(CFRetain(nullptr), std::logic_error), "called with null");
+    EXPECT_NONFATAL_FAILURE(
+        EXPECT_THROW(CFStringGetLength(reinterpret_cast<CFStringRef>(kCFBooleanTrue)), std::logic_error),
+        "called with true");
+    EXPECT_NONFATAL_FAILURE(
+        EXPECT_THROW(static_cast<void>(CFArrayGetValueAtIndex(static_cast<CFArrayRef>(empty.get()), 0)),
+                     std::logic_error),
+        "an index beyond the list");
 }
 
 TEST(StandInMac, OneAtATime) {
-    EXPECT_THROW(static_cast<void>(standin::Mac::current()), std::logic_error);
+    EXPECT_NONFATAL_FAILURE(EXPECT_THROW(static_cast<void>(standin::Mac::current()), std::logic_error), "no Mac");
     const standin::Mac mac;
-    EXPECT_THROW(const standin::Mac second, std::logic_error);
+    EXPECT_NONFATAL_FAILURE(EXPECT_THROW(const standin::Mac second, std::logic_error), "a Mac already");
 }
 
 TEST(StandInAutoreleasePool, EndsFromTheInnermost) {
