@@ -259,6 +259,7 @@ void AppDelegate::makeHistoryPanel() {
         .mainQueue = services_.mainQueue,
         .imageQueue = services_.imageQueue,
         .fileQueue = services_.fileQueue,
+        .findFile = services_.pasteboard.fileFinder(),
         .symbol = [&symbols = services_.systemSymbols](
                       const std::string& name, const QColor& color) { return tintedSymbol(symbols, name, color); },
         .openSettings = [this] { showSettings(core::SettingsPage::clipboard); }});

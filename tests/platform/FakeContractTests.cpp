@@ -144,6 +144,8 @@ public:
 
     void copyText(std::string text) { pasteboard_.copyText(std::move(text)); }
 
+    std::string fileUrl(const std::filesystem::path& file) { return pasteboard_.referenceTo(file); }
+
     void settle() {}
 
 private:

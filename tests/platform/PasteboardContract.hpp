@@ -3,13 +3,17 @@
 #pragma once
 
 #include "core/clipboard/PasteboardTypes.hpp"
+#include "fakes/TemporaryFiles.hpp"
 #include "platform/Pasteboard.hpp"
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 namespace quillane::testing {
@@ -18,6 +22,7 @@ namespace quillane::testing {
 ///
 ///     Pasteboard& pasteboard();
 ///     void copyText(std::string);              // another application copies plain text
+///     std::string fileUrl(std::filesystem::path); // by which file managers of this desktop copy a file
 ///     bool waitUntil(std::function<bool()>);   // lets the world go on; false when it takes too long
 ///     void settle();                           // lets everything arrive that is on its way
 template <typename Driver>
@@ -121,9 +126,30 @@ TYPED_TEST_P(PasteboardContract, AnotherApplicationTakesThePlaceOfWhatWasWritten
     EXPECT_GT(pasteboard.changeCount(), before);
 }
 
+TYPED_TEST_P(PasteboardContract, FilesThatAreCopiedAreFoundOnAnyThreadWhileTheyAreThere) {
+    const fakes::TemporaryFiles files;
+    const auto file = files.file("\xD7\xA9 1.txt");
+    const auto url = this->driver.fileUrl(file);
+    std::optional<std::filesystem::path> found;
+    std::thread([&, find = this->driver.pasteboard().fileFinder()] { found = find(url); }).join();
+    ASSERT_TRUE(found) << url;
+    EXPECT_TRUE(std::filesystem::equivalent(*found, file)) << *found;
+    EXPECT_EQ(found->filename(), file.filename());
+    const auto find = this->driver.pasteboard().fileFinder();
+    EXPECT_EQ(find("file:///a%20b"), "/a b"); // a path is one whether or not there is a file
+    EXPECT_FALSE(find("https://example.org/a"));
+    EXPECT_FALSE(find("no url"));
+    std::filesystem::remove(file);
+    found = find(url);
+    EXPECT_FALSE(found && exists(*found)) << *found;
+    found = find("file:///.file/id=0.0");
+    EXPECT_FALSE(found && exists(*found)) << *found;
+}
+
 REGISTER_TYPED_TEST_SUITE_P(PasteboardContract, AnotherApplicationsTextCanBeReadOnceTheCountHasMoved,
                             ReadingChangesNothing, ClearingMovesTheCountAndLeavesNothing,
                             WhatIsWrittenIsReadBackAtOnceAndItsCountStays, AStringIsWrittenAsOneItem,
-                            NothingCannotBeWritten, AnotherApplicationTakesThePlaceOfWhatWasWritten);
+                            NothingCannotBeWritten, AnotherApplicationTakesThePlaceOfWhatWasWritten,
+                            FilesThatAreCopiedAreFoundOnAnyThreadWhileTheyAreThere);
 
 } // namespace quillane::testing

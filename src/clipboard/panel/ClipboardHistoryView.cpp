@@ -100,7 +100,7 @@ ClipboardHistoryView::ClipboardHistoryView(const HistoryPanelServices& services)
     : services_(services),
       symbols_(services.symbol),
       images_(services.mainQueue, services.imageQueue),
-      files_(services.mainQueue, services.fileQueue),
+      files_(services.mainQueue, services.fileQueue, services.findFile),
       entries_(new EntryList(files_)),
       search_(new SearchBox(symbols_)),
       recordingOff_(new PanelNotice("recordingOff")),

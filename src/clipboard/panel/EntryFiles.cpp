@@ -3,9 +3,8 @@
 
 #include "clipboard/panel/EntryFiles.hpp"
 
-#include "core/clipboard/FileReference.hpp"
-
 #include <algorithm>
+#include <optional>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -14,29 +13,12 @@ namespace quillane {
 
 namespace {
 
-EntryFiles::State examine(const core::ClipboardItems& items) {
-    const auto files = referencedFiles(items);
-    std::size_t references = 0;
-    for (const auto& item : items) {
-        references += item.size();
-    }
-    std::error_code error;
-    if (files.empty() || files.size() < references ||
-        !std::ranges::all_of(files, [&](const auto& file) { return exists(file, error); })) {
-        return EntryFiles::State::gone;
-    }
-    return files.size() == 1 && is_directory(files.front(), error) ? EntryFiles::State::folder
-                                                                   : EntryFiles::State::present;
-}
-
-} // namespace
-
-std::vector<std::filesystem::path> referencedFiles(const core::ClipboardItems& items) {
+std::vector<std::filesystem::path> pathsOf(const core::ClipboardItems& items, const core::FileFinder& findFile) {
     std::vector<std::filesystem::path> files;
     for (const auto& item : items) {
         for (const auto& representation : item) {
             const auto& bytes = *representation.data;
-            if (auto file = core::referencedFile({reinterpret_cast<const char*>(bytes.data()), bytes.size()})) {
+            if (auto file = findFile({reinterpret_cast<const char*>(bytes.data()), bytes.size()})) {
                 files.push_back(std::move(*file));
             }
         }
@@ -44,10 +26,41 @@ std::vector<std::filesystem::path> referencedFiles(const core::ClipboardItems& i
     return files;
 }
 
+/// Finds what can be found without the disk.
+std::optional<std::filesystem::path> namedFile(std::string_view url) {
+    return core::isFileReference(url) ? std::nullopt : core::referencedFile(url);
+}
+
+} // namespace
+
+EntryFiles::Findings EntryFiles::examine(const core::ClipboardItems& items, const core::FileFinder& findFile) {
+    auto files = pathsOf(items, findFile);
+    std::size_t references = 0;
+    for (const auto& item : items) {
+        references += item.size();
+    }
+    std::error_code error;
+    if (files.empty() || files.size() < references ||
+        !std::ranges::all_of(files, [&](const auto& file) { return exists(file, error); })) {
+        return {State::gone, std::move(files)};
+    }
+    const bool isFolder = files.size() == 1 && is_directory(files.front(), error);
+    return {isFolder ? State::folder : State::present, std::move(files)};
+}
+
 EntryFiles::State EntryFiles::state(const core::ClipboardEntry& entry) {
-    const auto [found, isNew] = states_.try_emplace(entry.id, State::unknown);
+    return findings(entry).state;
+}
+
+std::vector<std::filesystem::path> EntryFiles::paths(const core::ClipboardEntry& entry) {
+    return findings(entry).paths;
+}
+
+const EntryFiles::Findings& EntryFiles::findings(const core::ClipboardEntry& entry) {
+    const auto [found, isNew] = findings_.try_emplace(entry.id);
     if (isNew) {
-        queue_.post([this, id = entry.id, items = entry.items, asking = asking_] {
+        found->second.paths = pathsOf(*entry.items, namedFile);
+        queue_.post([this, id = entry.id, items = entry.items, asking = asking_, findFile = findFile_] {
             const auto isOver = [&] {
                 const std::lock_guard lock(asking->mutex);
                 return asking->isOver;
@@ -55,16 +68,17 @@ EntryFiles::State EntryFiles::state(const core::ClipboardEntry& entry) {
             if (isOver()) {
                 return;
             }
-            const auto state = examine(*items); // a server that is away may hold this up until after the program's end
+            auto findings =
+                examine(*items, findFile); // a server that is away may hold this up beyond the program's end
             const std::lock_guard lock(asking->mutex);
             if (asking->isOver) {
                 return;
             }
-            mainQueue_.post([this, id, asking, state] {
+            mainQueue_.post([this, id, asking, findings = std::move(findings)] {
                 if (asking->isOver) { // only this thread changes it
                     return;
                 }
-                states_[id] = state;
+                findings_[id] = findings;
                 if (onReady) {
                     onReady();
                 }
@@ -79,7 +93,7 @@ EntryFiles::~EntryFiles() {
 }
 
 void EntryFiles::forget() {
-    states_.clear();
+    findings_.clear();
     stopAsking();
     asking_ = std::make_shared<Asking>();
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "core/clipboard/ClipboardEntry.hpp"
+#include "core/clipboard/FileReference.hpp"
 #include "platform/MainQueue.hpp"
 #include "platform/SerialQueue.hpp"
 
@@ -12,14 +13,12 @@
 #include <memory>
 #include <mutex>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace quillane {
 
-/// The paths that a files entry refers to, as far as they are paths.
-[[nodiscard]] std::vector<std::filesystem::path> referencedFiles(const core::ClipboardItems& items);
-
-/// Whether the files of entries are still there, asked on a queue of their own. Main thread.
+/// The files of entries and whether they are still there, asked on a queue of their own. Main thread.
 class EntryFiles {
 public:
     enum class State {
@@ -29,13 +28,18 @@ public:
         gone,   ///< at least one
     };
 
-    EntryFiles(MainQueue& mainQueue, SerialQueue& queue) : mainQueue_(mainQueue), queue_(queue) {}
+    EntryFiles(MainQueue& mainQueue, SerialQueue& queue, core::FileFinder findFile)
+        : mainQueue_(mainQueue), queue_(queue), findFile_(std::move(findFile)) {}
 
     ~EntryFiles();
     EntryFiles(const EntryFiles&) = delete;
     EntryFiles& operator=(const EntryFiles&) = delete;
 
     [[nodiscard]] State state(const core::ClipboardEntry& entry);
+
+    /// The paths of an entry's files, as far as they are known. Those of references by identifier are known with the
+    /// state.
+    [[nodiscard]] std::vector<std::filesystem::path> paths(const core::ClipboardEntry& entry);
 
     /// Asks anew from now on.
     void forget();
@@ -49,11 +53,20 @@ private:
         bool isOver = false;
     };
 
+    /// What has been found out about an entry.
+    struct Findings {
+        State state = State::unknown;
+        std::vector<std::filesystem::path> paths;
+    };
+
+    [[nodiscard]] static Findings examine(const core::ClipboardItems& items, const core::FileFinder& findFile);
+    [[nodiscard]] const Findings& findings(const core::ClipboardEntry& entry);
     void stopAsking();
 
     MainQueue& mainQueue_;
     SerialQueue& queue_;
-    std::unordered_map<core::Uuid, State> states_;
+    core::FileFinder findFile_;
+    std::unordered_map<core::Uuid, Findings> findings_;
     std::shared_ptr<Asking> asking_ = std::make_shared<Asking>(); // shared with the questions, which may take forever
 };
 

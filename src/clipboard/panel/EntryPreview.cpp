@@ -78,7 +78,7 @@ void EntryPreview::present(const core::ClipboardEntry& entry, const core::Search
             addText(paragraph.trimmed(), query, mostParagraphLines);
         }
     } else if (entry.kind == core::ClipboardKind::files) {
-        for (const auto& file : referencedFiles(*entry.items)) {
+        for (const auto& file : files_.paths(entry)) {
             if (std::ssize(blocks_) < mostLines) {
                 addText(QString::fromStdString(file.string()), query, 3);
             }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "clipboard/ClipboardPanel.hpp"
+#include "core/clipboard/FileReference.hpp"
 #include "core/localization/Desktop.hpp"
 #include "core/preferences/AppPreferences.hpp"
 #include "platform/MainQueue.hpp"
@@ -24,8 +25,9 @@ struct HistoryPanelServices {
     core::AppPreferences& preferences;
     WindowTraits& windowTraits;
     MainQueue& mainQueue;
-    SerialQueue& imageQueue; ///< for decoding pictures
-    SerialQueue& fileQueue;  ///< for asking after files, which a server that is away may hold up
+    SerialQueue& imageQueue;   ///< for decoding pictures
+    SerialQueue& fileQueue;    ///< for asking after files, which a server that is away may hold up
+    core::FileFinder findFile; ///< finds the files of entries
     std::function<QIcon(const std::string& name, const QColor& color)> symbol; ///< a null icon for unknown names
     std::function<void()> openSettings;                                        ///< shows the settings of the history
 };

@@ -74,13 +74,19 @@ std::optional<ClipboardItems> readItems(const PasteboardContents& pasteboard, Cl
     return total > 0 ? std::optional(std::move(items)) : std::nullopt;
 }
 
-std::string fileNames(const ClipboardItems& items) {
+/// The name of the file that a URL names. A reference that leads nowhere has nothing but its own text.
+std::optional<std::string> fileName(std::string_view url, const FileFinder& findFile) {
+    const auto file = isFileReference(url) ? findFile(url) : std::nullopt;
+    return file ? std::optional(file->filename().string()) : lastPathComponent(url);
+}
+
+std::string fileNames(const ClipboardItems& items, const FileFinder& findFile) {
     std::string names;
     bool first = true;
     for (const auto& item : items) {
         for (const auto& representation : item) {
             const auto text = utf8(representation.data);
-            if (const auto name = text ? lastPathComponent(*text) : std::nullopt) {
+            if (const auto name = text ? fileName(*text, findFile) : std::nullopt) {
                 names += std::exchange(first, false) ? "" : "\n";
                 names += *name;
             }
@@ -104,7 +110,7 @@ std::string textOf(const PasteboardContents& pasteboard, ClipboardKind kind, con
                    const ClipboardItems& items) {
     switch (kind) {
     case ClipboardKind::files:
-        return fileNames(items);
+        return fileNames(items, pasteboard.fileFinder());
     case ClipboardKind::image:
         return {};
     case ClipboardKind::text:
@@ -122,9 +128,9 @@ std::string_view cutSource(std::string_view source) {
     return firstCharacters(source, maximumSourceCharacters);
 }
 
-bool namesExistingFile(const ClipboardRepresentation& representation) {
+bool namesExistingFile(const ClipboardRepresentation& representation, const FileFinder& findFile) {
     const auto text = utf8(representation.data);
-    const auto file = text ? referencedFile(*text) : std::nullopt;
+    const auto file = text ? findFile(*text) : std::nullopt;
     std::error_code error;
     return file && std::filesystem::exists(*file, error);
 }
@@ -158,13 +164,17 @@ std::optional<ClipboardEntry> capture(const PasteboardContents& pasteboard, cons
     for (auto& type : pasteboard.ownTypes()) {
         markers.insert(std::move(type));
     }
-    std::string source = offeredString(pasteboard, types, PasteboardTypes::source).value_or(moment.foreground);
-    source.resize(cutSource(source).size());
-    if (ClipboardPrivacy::shouldIgnore(markers, source, moment.foreground, options.ignoredApps, moment.secureInput)) {
+    const auto isIgnored = [&](std::string_view source) {
+        return ClipboardPrivacy::shouldIgnore(markers, source, moment.foreground, options.ignoredApps,
+                                              moment.secureInput);
+    };
+    const auto kind = kindOf(types);
+    if (isIgnored(moment.foreground) || !options.accepts(kind)) { // first: reading may ask the user for access
         return std::nullopt;
     }
-    const auto kind = kindOf(types);
-    if (!options.accepts(kind)) {
+    std::string source = offeredString(pasteboard, types, PasteboardTypes::source).value_or(moment.foreground);
+    source.resize(cutSource(source).size());
+    if (isIgnored(source)) {
         return std::nullopt;
     }
     auto items = readItems(pasteboard, kind, offered);
@@ -198,9 +208,12 @@ bool restore(const ClipboardEntry& entry, PasteboardContents& pasteboard, Restor
     if (mode == RestoreMode::plainText) {
         return restorePlainText(entry, pasteboard);
     }
+    const auto isThere = [findFile = pasteboard.fileFinder()](const ClipboardRepresentation& representation) {
+        return namesExistingFile(representation, findFile);
+    };
     std::vector<PasteboardItem> items;
     for (const auto& item : *entry.items) {
-        if (entry.kind == ClipboardKind::files && !std::ranges::all_of(item, namesExistingFile)) {
+        if (entry.kind == ClipboardKind::files && !std::ranges::all_of(item, isThere)) {
             return false;
         }
         items.push_back({item, {{std::string(PasteboardTypes::source), entry.source}}});

@@ -57,6 +57,10 @@ std::optional<std::string> lastPathComponent(std::string_view url) {
     return path.substr(begin, end + 1 - begin);
 }
 
+bool isFileReference(std::string_view url) {
+    return url.starts_with("file:///.file/id=") || url.starts_with("file://localhost/.file/id=");
+}
+
 std::optional<std::filesystem::path> referencedFile(std::string_view url) {
     const auto parsed = Url::parse(encoded(url));
     return parsed ? parsed->filePath() : std::nullopt;

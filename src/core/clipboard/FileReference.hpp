@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,5 +17,13 @@ namespace quillane::core {
 
 /// The path that a file URL names on this machine. None for any other text.
 [[nodiscard]] std::optional<std::filesystem::path> referencedFile(std::string_view url);
+
+/// Whether a file URL names its file by an identifier instead of a path, as Finder copies files
+/// ("file:///.file/id=6571367.2773272"; NSURL, fileReferenceURL). Only the system knows which path that is now.
+[[nodiscard]] bool isFileReference(std::string_view url);
+
+/// Finds the path that a file URL names now; none when it names none. May be called on any thread, and waits for the
+/// disk when the URL is a reference by identifier.
+using FileFinder = std::function<std::optional<std::filesystem::path>(std::string_view url)>;
 
 } // namespace quillane::core

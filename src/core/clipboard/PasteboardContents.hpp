@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/clipboard/ClipboardEntry.hpp"
+#include "core/clipboard/FileReference.hpp"
 
 #include <cstdint>
 #include <optional>
@@ -41,6 +42,9 @@ public:
 
     /// The pasteboard's own text for a type, as UTF-8, or none when no item offers it or it is no text.
     [[nodiscard]] virtual std::optional<std::string> string(std::string_view type) const = 0;
+
+    /// What finds the files whose URLs are on the pasteboard. It may outlive the pasteboard.
+    [[nodiscard]] virtual FileFinder fileFinder() const { return referencedFile; }
 
     virtual void clear() = 0;
 

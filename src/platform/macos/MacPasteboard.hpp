@@ -24,6 +24,9 @@ public:
     [[nodiscard]] std::vector<std::string> ownTypes() const override;
     [[nodiscard]] std::optional<core::SharedBytes> data(std::size_t item, std::string_view type) const override;
     [[nodiscard]] std::optional<std::string> string(std::string_view type) const override;
+
+    /// NSURL.filePathURL for references by identifier, in which Finder copies files.
+    [[nodiscard]] core::FileFinder fileFinder() const override;
     void clear() override;
     bool setString(std::string_view type, std::string_view text) override;
     bool write(std::vector<core::PasteboardItem> items) override;

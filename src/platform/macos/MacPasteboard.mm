@@ -50,6 +50,16 @@ std::vector<std::string> names(NSArray<NSPasteboardType>* types) {
     return result;
 }
 
+std::optional<std::filesystem::path> findFile(std::string_view url) {
+    if (!core::isFileReference(url)) {
+        return core::referencedFile(url);
+    }
+    @autoreleasepool {
+        NSURL* file = [NSURL URLWithString:nsString(url)].filePathURL; // none when there is no such file
+        return file ? std::optional<std::filesystem::path>(file.fileSystemRepresentation) : std::nullopt;
+    }
+}
+
 } // namespace
 
 /// Each question for the items makes new ones, which fetch their types and data again.
@@ -110,6 +120,10 @@ std::optional<std::string> MacPasteboard::string(std::string_view type) const {
         NSString* found = [general() stringForType:nsString(type)];
         return found ? std::optional(utf8(found)) : std::nullopt;
     }
+}
+
+core::FileFinder MacPasteboard::fileFinder() const {
+    return findFile;
 }
 
 PasteboardAccess MacPasteboard::access() const {

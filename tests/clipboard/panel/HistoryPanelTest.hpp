@@ -65,6 +65,7 @@ protected:
                 .mainQueue = queue,
                 .imageQueue = imageQueue,
                 .fileQueue = fileQueue,
+                .findFile = pasteboard.fileFinder(),
                 .symbol =
                     []([[maybe_unused]] const std::string& name, [[maybe_unused]] const QColor& color) {
 #ifdef QUILLANE_LINE_ART

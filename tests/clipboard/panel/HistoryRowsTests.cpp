@@ -88,6 +88,21 @@ TEST_F(HistoryRows, AFileThatIsGoneSaysSoWhenItHasBeenLookedFor) {
     EXPECT_TRUE(nameOfRow(0).contains("File moved or deleted"));
 }
 
+TEST_F(HistoryRows, FileThatFinderHasCopiedIsLookedForWhereItIs) {
+    const auto file = files.file("kept.txt");
+    pasteboard.copyFiles({file});
+    copied();
+    open();
+    load();
+    EXPECT_TRUE(nameOfRow(0).contains("kept.txt"));
+    EXPECT_FALSE(nameOfRow(0).contains("moved or deleted"));
+    panel.close();
+    std::filesystem::remove(file);
+    open();
+    load();
+    EXPECT_TRUE(nameOfRow(0).contains("File moved or deleted"));
+}
+
 TEST_F(HistoryRows, ScreenReadersSeeNamesStatesAndActions) {
     copyText("first");
     copyText("second");

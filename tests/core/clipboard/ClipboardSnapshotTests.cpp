@@ -19,6 +19,7 @@ namespace {
 using fakes::FakePasteboard;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::StartsWith;
 using Item = FakePasteboard::Item;
 using ClipboardSnapshot::RestoreMode;
 
@@ -38,12 +39,56 @@ Item fileItem(const std::string& url) {
     return {{{"public.file-url", url}}, {}};
 }
 
-TEST_F(ClipboardSnapshotTest, AMarkerOfThePasteboardAsAWholeCounts) {
-    pasteboard_.copy({Item{{{stringType, "secret"}}, {"dyn.ah62d4rv4gu8yc6durvwwaznwmuuha2pxsvw0e55bsmwca7d3sbwu"}}});
-    pasteboard_.offerAsAWhole({stringType, "Pasteboard generator type"});
+TEST_F(ClipboardSnapshotTest, LegacyMarkerCountsUnderItsOwnName) {
+    pasteboard_.copy({Item{{{stringType, "secret"}}, {"Pasteboard generator type"}}});
+    ASSERT_THAT(pasteboard_.itemTypes()[0], ElementsAre(stringType, StartsWith("dyn."))); // as macOS names it there
     EXPECT_EQ(capture(), std::nullopt);
-    pasteboard_.copy({Item{{{stringType, "public"}}, {}}});
+    pasteboard_.copy({Item{{{stringType, "public"}}, {"Another legacy type"}}});
     EXPECT_NE(capture(), std::nullopt);
+}
+
+TEST_F(ClipboardSnapshotTest, LegacyTypesAreNotStored) {
+    pasteboard_.copy({Item{{{stringType, "text"}, {"NeXT Rich Text Format v1.0 pasteboard type", "{}"}}, {}}});
+    const auto entry = capture();
+    ASSERT_TRUE(entry);
+    EXPECT_EQ(entry->byteCount(), 4U);
+    pasteboard_.copy({Item{{{"NSStringPboardType", "text"}, {"Legacy type", "x"}}, {}}});
+    EXPECT_EQ(capture(), std::nullopt);
+}
+
+TEST_F(ClipboardSnapshotTest, DeniedContentsYieldNothing) {
+    pasteboard_.copyText("text");
+    pasteboard_.setAccess(PasteboardAccess::denied);
+    EXPECT_EQ(capture(), std::nullopt);
+    pasteboard_.setAccess(PasteboardAccess::asked, false);
+    EXPECT_EQ(capture(), std::nullopt);
+    pasteboard_.setAccess(PasteboardAccess::asked, true);
+    EXPECT_NE(capture(), std::nullopt);
+}
+
+/// Each question of the system interrupts the user.
+TEST_F(ClipboardSnapshotTest, AccessIsAskedForOnlyWhereSomethingIsKept) {
+    pasteboard_.setAccess(PasteboardAccess::asked);
+    const auto copyText = [&](const std::string& marker) {
+        pasteboard_.copy({Item{{{stringType, "text"}, {"org.nspasteboard.source", "com.example.app"}}, {marker}}});
+    };
+    copyText("org.nspasteboard.ConcealedType");
+    EXPECT_EQ(capture(), std::nullopt);
+    copyText("Pasteboard generator type");
+    EXPECT_EQ(capture(), std::nullopt);
+    copyText("public.rtf");
+    moment_.secureInput = true;
+    EXPECT_EQ(capture(), std::nullopt);
+    moment_.secureInput = false;
+    options_.saveText = false;
+    EXPECT_EQ(capture(), std::nullopt);
+    options_.saveText = true;
+    options_.ignoredApps = {moment_.foreground};
+    EXPECT_EQ(capture(), std::nullopt);
+    EXPECT_EQ(pasteboard_.timesAsked(), 0);
+    options_.ignoredApps.clear();
+    EXPECT_NE(capture(), std::nullopt);
+    EXPECT_EQ(pasteboard_.timesAsked(), 1);
 }
 
 TEST_F(ClipboardSnapshotTest, TextIsReadOnlyWhereItIsOffered) {
@@ -410,6 +455,42 @@ TEST_F(ClipboardFilesTest, OneBadReferenceFailsAndLeavesThePasteboard) {
     }
     EXPECT_EQ(pasteboard_.changeCount(), before);
     EXPECT_EQ(pasteboard_.items()[0].flavours[0].second, "current");
+}
+
+TEST_F(ClipboardFilesTest, FilesThatFinderCopiesHaveTheirNamesAndKeepTheirBytes) {
+    makeFile("report [1].txt");
+    makeFile("\xD7\xA9");
+    pasteboard_.copyFiles({folder_ / "report [1].txt", folder_ / "\xD7\xA9", folder_});
+    const auto url = pasteboard_.items()[0].flavours[0].second;
+    ASSERT_THAT(url, StartsWith("file:///.file/id="));
+    const auto entry = capture();
+    ASSERT_TRUE(entry);
+    EXPECT_EQ(*entry->text, "report [1].txt\n\xD7\xA9\n" + folder_.filename().string());
+    EXPECT_EQ((*entry->items)[0][0].data, flavour("public.file-url", url).data);
+}
+
+TEST_F(ClipboardFilesTest, FilesThatFinderCopiesAreRestoredAsLongAsTheyAreThere) {
+    makeFile("file");
+    pasteboard_.copyFiles({folder_ / "file"});
+    const auto url = pasteboard_.items()[0].flavours[0].second;
+    const auto entry = capture();
+    ASSERT_TRUE(entry);
+    pasteboard_.copyText("current");
+    EXPECT_TRUE(ClipboardSnapshot::restore(*entry, pasteboard_, RestoreMode::full));
+    EXPECT_EQ(pasteboard_.items()[0].flavours[0].second, url);
+    pasteboard_.move(folder_ / "file", folder_ / "renamed");
+    EXPECT_TRUE(ClipboardSnapshot::restore(*entry, pasteboard_, RestoreMode::full));
+    std::filesystem::remove(folder_ / "renamed");
+    pasteboard_.copyText("current");
+    EXPECT_FALSE(ClipboardSnapshot::restore(*entry, pasteboard_, RestoreMode::full));
+    EXPECT_EQ(pasteboard_.items()[0].flavours[0].second, "current");
+}
+
+TEST_F(ClipboardFilesTest, ReferenceThatLeadsNowhereHasItsOwnTextAsName) {
+    pasteboard_.copy({fileItem("file:///.file/id=1.2")});
+    const auto entry = capture();
+    ASSERT_TRUE(entry);
+    EXPECT_EQ(*entry->text, "id=1.2");
 }
 
 } // namespace

@@ -45,5 +45,14 @@ TEST(FileReference, NamesTheLastComponent) {
     EXPECT_EQ(lastPathComponent("no url"), std::nullopt);
 }
 
+TEST(FileReference, KnowsReferencesByIdentifier) {
+    EXPECT_TRUE(isFileReference("file:///.file/id=6571367.2773272"));
+    EXPECT_TRUE(isFileReference("file://localhost/.file/id=6571367.2773272"));
+    for (const auto* url : {"file:///a/.file/id=1.2", "file:///.file/name", "file://server/.file/id=1.2",
+                            "/.file/id=1.2", "https://example.org/.file/id=1.2", ""}) {
+        EXPECT_FALSE(isFileReference(url)) << url;
+    }
+}
+
 } // namespace
 } // namespace quillane::core

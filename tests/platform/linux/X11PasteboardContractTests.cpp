@@ -26,6 +26,10 @@ public:
         peer_.own({{"UTF8_STRING", text}});
     }
 
+    static std::string fileUrl(const std::filesystem::path& file) {
+        return core::Url::fromFilePath(file).absoluteString();
+    }
+
     bool waitUntil(const std::function<bool()>& condition) { return testing::waitUntil(condition); }
 
     void settle() {

@@ -30,6 +30,11 @@ public:
         [general() setString:nsString(text) forType:NSPasteboardTypeString];
     }
 
+    static std::string fileUrl(const std::filesystem::path& file) {
+        NSURL* url = [NSURL fileURLWithFileSystemRepresentation:file.c_str() isDirectory:NO relativeToURL:nil];
+        return utf8(url.fileReferenceURL.absoluteString);
+    }
+
     void settle() {}
 
 private:
