@@ -35,8 +35,9 @@ public:
     /// Whether an application with this process identifier runs.
     [[nodiscard]] virtual bool isRunning(pid_t pid) const = 0;
 
-    /// Asks an application to come to the front, over whatever is there. Nothing happens when it is in
-    /// front. False when it could not be asked.
+    /// Asks an application to come to the front, over whatever is there. Nothing happens when it is in front. It is
+    /// there after the call, and may come late or not at all: macOS 14 and later decide themselves, and follow a
+    /// program that yields its own place. False when it could not be asked.
     virtual bool activateApplication(pid_t pid) = 0;
 
     /// Asks an application to quit, as its own Quit command would. False when it could not be asked.

@@ -1,13 +1,9 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "clipboard/ClipboardPanel.hpp"
+#include "clipboard/ClipboardPanelTest.hpp"
 
-#include "clipboard/ClipboardTest.hpp"
 #include "core/clipboard/PasteboardTypes.hpp"
-#include "core/localization/Texts.hpp"
-#include "fakes/FakeKeyEvents.hpp"
-#include "fakes/FakePermissionService.hpp"
 
 #include <gmock/gmock.h>
 
@@ -20,73 +16,10 @@ using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
-using Choice = ClipboardPanel::Choice;
-using PostedKey = fakes::FakeKeyEvents::PostedKey;
+using testing::ClipboardPanelTest;
+namespace key = testing::key;
 namespace flags = core::flags;
 namespace texts = core::texts;
-
-namespace key {
-
-constexpr core::KeyCode one = 18, five = 23, a = 0, v = 9, enter = 36, backspace = 51, down = 125, up = 126;
-
-} // namespace key
-
-class ClipboardPanelTest : public testing::ClipboardTest {
-protected:
-    ClipboardPanelTest() {
-        permissions_.grant(core::MacPermission::accessibility);
-        editor_ = *workspace.frontmostApplication();
-    }
-
-    /// A history of these texts, the last one copied last, and its panel.
-    ClipboardPanel& open(const std::vector<std::string>& copies) {
-        start();
-        for (const auto& text : copies) {
-            copy(text);
-        }
-        pass(10ms);
-        panel_ = std::make_unique<ClipboardPanel>(*manager_, ClipboardPanelServices{core::Desktop::macOS, queue,
-                                                                                    workspace, pasteboard, keyEvents_,
-                                                                                    secureInput, permissions_});
-        panel_->onShow = [this] { ++shown_; };
-        panel_->onClose = [this] { ++closed_; };
-        panel_->onPasteFailed = [this](const core::LocalizedText& text) { failures_.push_back(text); };
-        panel_->toggle();
-        return *panel_;
-    }
-
-    [[nodiscard]] std::vector<std::string> found() const {
-        std::vector<std::string> all;
-        for (const auto& entry : panel_->filtered()) {
-            all.push_back(*entry.text);
-        }
-        return all;
-    }
-
-    [[nodiscard]] std::string selected() const {
-        for (const auto& entry : panel_->filtered()) {
-            if (entry.id == panel_->selection()) {
-                return *entry.text;
-            }
-        }
-        return "nothing";
-    }
-
-    [[nodiscard]] std::string onPasteboard() const {
-        const auto& items = pasteboard.items();
-        return items.empty() || items.front().flavours.empty() ? "" : items.front().flavours.front().second;
-    }
-
-    [[nodiscard]] PostedKey pasteKey() const { return {editor_.pid, key::v, flags::command}; }
-
-    fakes::FakeKeyEvents keyEvents_;
-    fakes::FakePermissionService permissions_;
-    RunningApplication editor_;
-    std::unique_ptr<ClipboardPanel> panel_;
-    int shown_ = 0;
-    int closed_ = 0;
-    std::vector<core::LocalizedText> failures_; ///< of pastes
-};
 
 // Searching and selecting
 
@@ -180,132 +113,6 @@ TEST_F(ClipboardPanelTest, CommandDeleteRemovesAndTheNextOneIsSelected) {
     panel_->handle(key::backspace, flags::command);
     EXPECT_THAT(found(), IsEmpty());
     EXPECT_FALSE(panel_->selection());
-}
-
-// Pasting
-
-TEST_F(ClipboardPanelTest, ReturnPastesIntoTheApplicationThatWasInFront) {
-    open({"one", "two"});
-    panel_->handle(key::down, 0);
-    EXPECT_TRUE(panel_->handle(key::enter, 0));
-    EXPECT_EQ(onPasteboard(), "one");
-    EXPECT_FALSE(panel_->isVisible());
-    EXPECT_THAT(keyEvents_.posted, IsEmpty());
-    queue.advance(49ms);
-    EXPECT_THAT(keyEvents_.posted, IsEmpty());
-    queue.advance(1ms);
-    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
-    queue.advance(5s);
-    EXPECT_THAT(keyEvents_.posted, SizeIs(1));
-    EXPECT_THAT(recorded(), ElementsAre("one", "two")); // nothing was copied anew
-    panel_->toggle();
-    EXPECT_THAT(found(), ElementsAre("one", "two")); // and what was used is on top
-}
-
-TEST_F(ClipboardPanelTest, CommandAndADigitPastesThatEntry) {
-    open({"one", "two", "three"});
-    panel_->handle(key::five, flags::command);
-    EXPECT_TRUE(panel_->isVisible());
-    EXPECT_EQ(onPasteboard(), "three");
-    panel_->handle(key::one + 1, flags::command); // the key of 2
-    queue.advance(50ms);
-    EXPECT_EQ(onPasteboard(), "two");
-    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
-}
-
-TEST_F(ClipboardPanelTest, OptionReturnOnlyCopies) {
-    open({"one", "two"});
-    panel_->handle(key::down, 0);
-    panel_->handle(key::enter, flags::option);
-    EXPECT_EQ(onPasteboard(), "one");
-    EXPECT_FALSE(panel_->isVisible());
-    queue.advance(5s);
-    EXPECT_THAT(keyEvents_.posted, IsEmpty());
-}
-
-TEST_F(ClipboardPanelTest, ShiftReturnPastesWithoutStyles) {
-    start();
-    pasteboard.copy({{{{std::string(core::PasteboardTypes::rtf), "{\\rtf1 one}"},
-                       {std::string(core::PasteboardTypes::string), "one"}},
-                      {}}});
-    pass(500ms);
-    open({});
-    pasteboard.copyText("something else");
-    panel_->handle(key::enter, flags::shift);
-    ASSERT_THAT(pasteboard.items(), SizeIs(1));
-    EXPECT_THAT(pasteboard.items().front().flavours, SizeIs(1));
-    EXPECT_EQ(onPasteboard(), "one");
-}
-
-TEST_F(ClipboardPanelTest, ThePasteWaitsUntilTheApplicationIsInFront) {
-    const auto other = workspace.open("com.example.other");
-    open({"one"});
-    workspace.activate(other);
-    workspace.setRefusesActivation(true);
-    panel_->handle(key::enter, 0);
-    queue.advance(500ms);
-    EXPECT_THAT(keyEvents_.posted, IsEmpty());
-    workspace.activate(editor_.pid);
-    queue.advance(50ms);
-    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
-}
-
-TEST_F(ClipboardPanelTest, ItBringsTheApplicationToTheFront) {
-    const auto other = workspace.open("com.example.other");
-    open({"one"});
-    workspace.activate(other);
-    panel_->handle(key::enter, 0);
-    EXPECT_EQ(workspace.frontmostApplication()->pid, editor_.pid);
-}
-
-TEST_F(ClipboardPanelTest, ThePasteWaitsForTheEndOfSecureInputAndForKeysThatAreHeld) {
-    open({"one"});
-    secureInput.setEnabled(true);
-    panel_->handle(key::enter, 0);
-    queue.advance(300ms);
-    secureInput.setEnabled(false);
-    keyEvents_.refusesKeys = true;
-    queue.advance(300ms);
-    EXPECT_THAT(keyEvents_.posted, IsEmpty());
-    keyEvents_.refusesKeys = false;
-    queue.advance(50ms);
-    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
-}
-
-TEST_F(ClipboardPanelTest, ItGivesUpAfterTwentyAttempts) {
-    open({"one"});
-    secureInput.setEnabled(true);
-    panel_->handle(key::enter, 0);
-    queue.advance(999ms); // the twentieth is at 1000 ms
-    const auto waiting = queue.timerCount();
-    EXPECT_THAT(failures_, IsEmpty());
-    queue.advance(1ms);
-    EXPECT_EQ(queue.timerCount(), waiting - 1);
-    EXPECT_THAT(failures_, ElementsAre(core::LocalizedText(texts::itemCopiedReturnToApp.on(core::Desktop::macOS))));
-    secureInput.setEnabled(false);
-    queue.advance(5s);
-    EXPECT_THAT(keyEvents_.posted, IsEmpty());
-    EXPECT_EQ(onPasteboard(), "one");
-}
-
-TEST_F(ClipboardPanelTest, TheTwentiethAttemptStillPastes) {
-    open({"one"});
-    secureInput.setEnabled(true);
-    panel_->handle(key::enter, 0);
-    queue.advance(999ms);
-    secureInput.setEnabled(false);
-    queue.advance(1ms);
-    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
-    EXPECT_THAT(failures_, IsEmpty());
-}
-
-TEST_F(ClipboardPanelTest, PasteThatIsStoppedSaysNothing) {
-    open({"one"});
-    secureInput.setEnabled(true);
-    panel_->handle(key::enter, 0);
-    pasteboard.copyText("something else");
-    queue.advance(5s);
-    EXPECT_THAT(failures_, IsEmpty());
 }
 
 // What is wrong, or off
@@ -436,6 +243,22 @@ TEST_F(ClipboardPanelTest, AFileThatIsGoneIsSaidAndNothingIsCopied) {
     EXPECT_EQ(panel_->message(), core::LocalizedText(texts::originalFileIsGone));
     EXPECT_EQ(onPasteboard(), "still here");
     EXPECT_TRUE(panel_->isVisible());
+}
+
+TEST_F(ClipboardPanelTest, FileThatFinderHasCopiedIsPastedFromWhereItIsNow) {
+    start();
+    const auto path = files.file("note.txt");
+    pasteboard.copyFiles({path});
+    const auto url = pasteboard.items().front().flavours.front().second;
+    pass(500ms);
+    open({});
+    ASSERT_THAT(panel_->filtered(), SizeIs(1));
+    EXPECT_EQ(*panel_->filtered().front().text, "note.txt");
+    pasteboard.move(path, files.folder() / "renamed.txt");
+    pasteboard.copyText("other");
+    panel_->handle(key::enter, 0);
+    EXPECT_EQ(pasteboard.items().front().flavours.front().second, url);
+    EXPECT_FALSE(panel_->isVisible());
 }
 
 TEST_F(ClipboardPanelTest, APasteboardThatRefusesIsSaid) {

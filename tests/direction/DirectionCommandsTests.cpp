@@ -29,6 +29,7 @@ TEST_F(DirectionCommandsTest, EachApplicationHasItsAdapter) {
         openApplication(bundleID);
         said.clear();
         commands.apply(WritingDirection::rightToLeft);
+        desktop.queue.advance(180ms); // a browser may have to be woken
         EXPECT_THAT(said, ElementsAre(hint)) << bundleID;
     }
 }
@@ -58,6 +59,7 @@ TEST_F(DirectionCommandsTest, ATestComesAQuarterOfASecondAfterTheActivation) {
     openApplication("com.apple.Notes");
     desktop.withFrontApplication("com.quillane.app");
     commands.test(WritingDirection::rightToLeft, "com.apple.Notes");
+    desktop.settle();
     EXPECT_EQ(desktop.frontPid(), pid);
     desktop.queue.advance(249ms);
     EXPECT_THAT(said, IsEmpty());
@@ -67,15 +69,29 @@ TEST_F(DirectionCommandsTest, ATestComesAQuarterOfASecondAfterTheActivation) {
 
 TEST_F(DirectionCommandsTest, ATestEndsSilentlyWhenItsTargetIsNotInFront) {
     openApplication("com.apple.Notes");
-    desktop.withFrontApplication("com.quillane.app");
-    desktop.workspace.setRefusesActivation(true);
+    desktop.withFrontApplication("com.example.other"); // so that this program has no place to yield
+    desktop.workspace.answerActivation(fakes::FakeWorkspace::Activation::refused);
     commands.test(WritingDirection::rightToLeft, "com.apple.Notes");
     desktop.queue.advance(1s);
-    desktop.workspace.setRefusesActivation(false);
+    desktop.workspace.answerActivation(fakes::FakeWorkspace::Activation::late, 251ms);
+    commands.test(WritingDirection::rightToLeft, "com.apple.Notes");
+    desktop.queue.advance(1s);
+    EXPECT_EQ(desktop.frontPid(), pid); // too late for the test
+    EXPECT_THAT(said, IsEmpty());
+    desktop.withFrontApplication("com.quillane.app");
     commands.test(WritingDirection::rightToLeft, "com.apple.Notes");
     desktop.workspace.quit(pid);
     desktop.queue.advance(1s);
     EXPECT_THAT(said, IsEmpty());
+}
+
+TEST_F(DirectionCommandsTest, ActivationThatComesLateIsInTimeForATest) {
+    openApplication("com.apple.Notes");
+    desktop.withFrontApplication("com.example.other");
+    desktop.workspace.answerActivation(fakes::FakeWorkspace::Activation::late, 240ms);
+    commands.test(WritingDirection::rightToLeft, "com.apple.Notes");
+    desktop.queue.advance(250ms);
+    EXPECT_THAT(said, ElementsAre("Place the cursor in the Notes note body"));
 }
 
 TEST_F(DirectionCommandsTest, TargetIsAnApplicationWithDirectionCommands) {

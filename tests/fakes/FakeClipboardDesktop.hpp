@@ -40,7 +40,7 @@ struct FakeClipboardDesktop {
     TemporaryFiles files;
     FakeMainQueue queue;
     FakeUserDefaults userDefaults;
-    FakeWorkspace workspace;
+    FakeWorkspace workspace{queue};
     FakePasteboard pasteboard;
     FakeHotKeys hotKeys{queue};
     FakeSecureInput secureInput;

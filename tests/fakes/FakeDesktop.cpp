@@ -13,7 +13,7 @@ Platform makeFakes() {
     Platform made;
     made.mainQueue = std::make_unique<FakeMainQueue>();
     made.userDefaults = std::make_unique<FakeUserDefaults>();
-    made.workspace = std::make_unique<FakeWorkspace>();
+    made.workspace = std::make_unique<FakeWorkspace>(*made.mainQueue);
     made.applicationCatalog = std::make_unique<FakeApplicationCatalog>(*made.mainQueue);
     made.inputSources = std::make_unique<FakeInputSources>();
     made.keyEvents = std::make_unique<FakeKeyEvents>();
@@ -96,6 +96,7 @@ FakeDesktop::FakeDesktop(Platform made)
       loginItem(fake<FakeLoginItemService>(platform.loginItem)),
       systemInspector(fake<FakeSystemInspector>(platform.systemInspector)),
       updater(fake<FakeUpdaterService>(platform.updater)) {
+    tap.hideKeysWhen([&typed = secureInput] { return typed.isEnabled(); });
     tap.permitWhen([&granted = permissions] { return granted.isGranted(core::MacPermission::accessibility); });
     withPermissions({core::allPermissions.begin(), core::allPermissions.end()});
 }

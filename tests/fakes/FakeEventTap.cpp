@@ -59,7 +59,8 @@ void FakeEventTap::receive(InputEvent& event) {
 
 InputEvent FakeEventTap::send(InputEvent event) {
     event.replacementText.reset();
-    if (isEnabled() && (mask_ & maskBit(event.type)) != 0) {
+    const bool isHidden = isKeyEvent(event) && hidden_();
+    if (isEnabled() && (mask_ & maskBit(event.type)) != 0 && !isHidden) {
         const auto sent = event;
         receive(event);
         const bool replaceable = isKeyEvent(sent) && replaceableKeys_.contains(sent.keyCode);

@@ -12,7 +12,8 @@
 namespace quillane::fakes {
 
 /// An event tap that a test feeds. It refuses what a real one refuses: it is not created without the permission, hears
-/// nothing while it is disabled, and replaces text only of keys that were named before.
+/// nothing while it is disabled, sees no keys but modifiers while secure input is on, and replaces text only of keys
+/// that were named before.
 class FakeEventTap final : public EventTap {
 public:
     [[nodiscard]] bool start(std::uint64_t mask, Receiver receiver) override;
@@ -31,6 +32,10 @@ public:
 
     /// Asked when a tap is created; without permission there is none. One that exists is left alone.
     void permitWhen(std::function<bool()> permitted) { permitted_ = std::move(permitted); }
+
+    /// Asked for each key: while it holds, as while secure input is on (TN2150), keys are pressed and released unseen.
+    /// Modifiers still are seen.
+    void hideKeysWhen(std::function<bool()> hidden) { hidden_ = std::move(hidden); }
 
     /// A tap that is created, yet never gets enabled.
     void setStartsDisabled(bool startsDisabled) { startsDisabled_ = startsDisabled; }
@@ -54,6 +59,7 @@ private:
     std::uint64_t mask_ = 0;
     std::set<core::KeyCode> replaceableKeys_;
     std::function<bool()> permitted_ = [] { return true; };
+    std::function<bool()> hidden_ = [] { return false; };
     bool startsDisabled_ = false;
     bool enabled_ = false;
     bool receiving_ = false;

@@ -57,15 +57,19 @@ void FakeMainQueue::runPosted() {
     throw std::logic_error("The posted tasks post each other without end");
 }
 
+std::chrono::milliseconds FakeMainQueue::firing(std::chrono::milliseconds due) const {
+    return nap_ == std::chrono::milliseconds::zero() ? due : (due + nap_ - std::chrono::milliseconds(1)) / nap_ * nap_;
+}
+
 void FakeMainQueue::advance(std::chrono::milliseconds time) {
     const auto end = now_ + time;
     runPosted();
-    while (!timers_.empty() && timers_.begin()->first.first <= end) {
+    while (!timers_.empty() && firing(timers_.begin()->first.first) <= end) {
         const auto [due, timer] = *timers_.begin();
         timers_.erase(timers_.begin());
-        now_ = std::max(now_, due.first);
+        now_ = std::max(now_, firing(due.first));
         if (timer.interval != std::chrono::milliseconds::zero()) {
-            const Due next{due.first + timer.interval, due.second};
+            const Due next{(now_ / timer.interval + 1) * timer.interval, due.second}; // missed ticks are lost
             timers_.emplace(next, timer);
             repeating_[due.second] = next;
         }

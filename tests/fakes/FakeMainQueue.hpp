@@ -27,6 +27,10 @@ public:
     /// Moves the clock on, and runs on the way each delayed task and tick at its own time, posted tasks before it.
     void advance(std::chrono::milliseconds time);
 
+    /// Timers are late and fire together from now on, only at multiples of the interval, as those of a program that
+    /// nobody sees (App Nap, and timer coalescing). Posted tasks are not. Zero ends it.
+    void nap(std::chrono::milliseconds interval) { nap_ = interval; }
+
     /// Tasks that were posted and have not run.
     [[nodiscard]] std::size_t postedCount() const;
 
@@ -46,12 +50,16 @@ private:
 
     using Due = std::pair<std::chrono::milliseconds, std::uint64_t>;
 
+    /// When a timer that is due at that time fires.
+    [[nodiscard]] std::chrono::milliseconds firing(std::chrono::milliseconds due) const;
+
     mutable std::mutex mutex_; // guards posted_: post may come from any thread
     std::deque<Task> posted_;
     std::map<Due, Timer> timers_;
     std::map<std::uint64_t, Due> repeating_;
     std::uint64_t next_ = 0;
     std::chrono::milliseconds now_{};
+    std::chrono::milliseconds nap_{};
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true); // shared with tokens that may outlive the queue
 };
 

@@ -31,8 +31,18 @@ bool FakeWorkspace::activateApplication(pid_t pid) {
     if (!isRunning(pid)) {
         return false;
     }
-    if (!refusesActivation_) {
-        activate(pid);
+    const auto front = frontmostApplication();
+    const bool yields = front && front->bundleID == ownBundleID;
+    const auto answer = yields ? Activation::granted : activation_;
+    const auto come = [this, pid] {
+        if (isRunning(pid)) {
+            activate(pid);
+        }
+    };
+    if (answer == Activation::granted) {
+        queue_.post(come);
+    } else if (answer == Activation::late) {
+        queue_.postAfter(activationDelay_, come);
     }
     return true;
 }

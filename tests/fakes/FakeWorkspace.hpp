@@ -4,13 +4,19 @@
 
 #include "core/support/Listeners.hpp"
 #include "fakes/Journal.hpp"
+#include "platform/MainQueue.hpp"
 #include "platform/Workspace.hpp"
+
+#include <chrono>
 
 namespace quillane::fakes {
 
-/// A session whose applications a test opens, brings to the front and quits.
+/// A session whose applications a test opens, brings to the front and quits. As on every desktop, an application that
+/// is asked to come to the front is there a moment after the call.
 class FakeWorkspace final : public Workspace {
 public:
+    explicit FakeWorkspace(MainQueue& queue) : queue_(queue) {}
+
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override;
     [[nodiscard]] std::vector<RunningApplication> runningApplications(std::string_view bundleID) const override;
     [[nodiscard]] bool isRunning(pid_t pid) const override;
@@ -47,8 +53,22 @@ public:
 
     void setLaunchedAtLogin(bool launched) { launchedAtLogin_ = launched; }
 
-    /// Makes applications stay behind when they are asked to come to the front.
-    void setRefusesActivation(bool refuses) { refusesActivation_ = refuses; }
+    /// What becomes of a request to bring an application to the front.
+    enum class Activation {
+        granted,
+        late,
+        refused,
+    };
+
+    /// How requests are answered from now on. Since macOS 14 activation is cooperative: one that this program makes
+    /// while it is in front itself, and can yield its place, is granted whatever is set here.
+    void answerActivation(Activation answer, std::chrono::milliseconds delay = {}) {
+        activation_ = answer;
+        activationDelay_ = delay;
+    }
+
+    /// The identifier of this program, in the eyes of the workspace.
+    static constexpr std::string_view ownBundleID = "com.quillane.app";
 
     /// Makes applications ignore the request to quit.
     void setRefusesTermination(bool refuses) { refusesTermination_ = refuses; }
@@ -66,7 +86,9 @@ private:
     pid_t nextPid_ = 1001;
     bool launchedAtLogin_ = false;
     bool refusesTermination_ = false;
-    bool refusesActivation_ = false;
+    MainQueue& queue_;
+    Activation activation_ = Activation::granted;
+    std::chrono::milliseconds activationDelay_{};
     std::vector<pid_t> terminated_;
     core::Listeners<> activated_;
     core::Listeners<> woke_;

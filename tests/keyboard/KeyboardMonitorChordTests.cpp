@@ -143,6 +143,18 @@ TEST_F(KeyboardMonitorTest, AKeyWhoseReleaseWasHiddenIsNoLongerHeld) {
     EXPECT_THAT(chords(), ElementsAre("direction RTL", "language switch"));
 }
 
+TEST_F(KeyboardMonitorTest, KeyHeldWhileAPasswordFieldGetsTheFocusDoesNotStayHeld) {
+    start();
+    desktop.press(digit1);
+    desktop.secureInput.setEnabled(true);
+    desktop.release(digit1);
+    desktop.type(digit1); // a password, of which the tap sees nothing
+    directionChord();
+    desktop.secureInput.setEnabled(false);
+    languageChord();
+    EXPECT_THAT(chords(), ElementsAre("direction RTL", "language switch"));
+}
+
 TEST_F(KeyboardMonitorTest, EachChordHasItsSwitch) {
     start();
     change([](auto& options) { options.writingDirection = false; });

@@ -45,6 +45,16 @@ TEST_F(TemporaryEnglish, ShiftTypesLowerCaseLettersAndTheReleasesMatch) {
     EXPECT_EQ(textsOf(keyA) + textsOf(keyS) + textsOf(keyD), "aassdd");
 }
 
+TEST_F(TemporaryEnglish, KeysOfAPasswordKeepTheirOwnTextAlsoWhenAnEarlierReleaseWasHidden) {
+    desktop.press(Modifier::leftShift).press(keyA);
+    desktop.secureInput.setEnabled(true);
+    desktop.release(keyA).type(keyS).release(Modifier::leftShift).press(keyA);
+    desktop.secureInput.setEnabled(false);
+    desktop.release(keyA);
+    EXPECT_EQ(textsOf(keyS), "--");
+    EXPECT_EQ(textsOf(keyA), "a---");
+}
+
 TEST_F(TemporaryEnglish, EitherShiftDoes) {
     desktop.press(Modifier::rightShift).type(keyA);
     EXPECT_EQ(desktop.replacedText(), u"a");
