@@ -94,6 +94,7 @@ AppDelegate::AppDelegate(AppServices services, core::AppPreferences& preferences
       permissionGuide_(guideServices()),
       input_(services.inputSources, services.accessibility, services.workspace),
       monitor_(services.eventTap, services.keyEvents, services.workspace, services.mainQueue, input_),
+      browserWaker_(services.accessibility, services.workspace),
       switcher_(services.inputSources, services.desktop),
       direction_(
           DirectionServices{services.accessibility, services.workspace, services.mainQueue, services.userDefaults},
@@ -215,6 +216,7 @@ void AppDelegate::observeWorkspace() {
         direction_.cancelPending();
         clipboardPanel_.noteFrontmostApplication();
         rememberTarget();
+        browserWaker_.noteActivation();
         refreshRuntime();
     }));
     subscriptions_.push_back(services_.workspace.onDidReopen([this] { applicationShouldHandleReopen(); }));

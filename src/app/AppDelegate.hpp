@@ -14,6 +14,7 @@
 #include "clipboard/ClipboardScreenCapture.hpp"
 #include "clipboard/panel/HistoryPanel.hpp"
 #include "core/preferences/AppPreferences.hpp"
+#include "direction/BrowserWaking.hpp"
 #include "direction/DirectionCommands.hpp"
 #include "fileshare/FileShareService.hpp"
 #include "keyboard/InputSourceSwitcher.hpp"
@@ -131,6 +132,7 @@ private:
     PermissionDragGuide permissionGuide_;
     RTLInput input_;
     KeyboardMonitor monitor_;
+    BrowserWaker browserWaker_;
     InputSourceSwitcher switcher_;
     DirectionCommands direction_;
     FileShareService fileShare_;

@@ -56,6 +56,9 @@ void AppDelegate::runMonitor() {
         direction_.cancelPending();
         static_cast<void>(monitor_.start()); // publishing reads whether it runs
     }
+    if (monitor_.isRunning() && (model_.options().shiftEnglish || model_.options().writingDirection)) {
+        browserWaker_.wake(); // so that its fields are there when the first key or chord is for them
+    }
 }
 
 void AppDelegate::publishRuntime() {

@@ -3,9 +3,11 @@
 
 #include "direction/NativeDirectionAdapter.hpp"
 
+#include "core/direction/ChromiumFamily.hpp"
 #include "core/direction/ParagraphCommand.hpp"
 #include "core/localization/Texts.hpp"
 #include "direction/AX.hpp"
+#include "direction/BrowserWaking.hpp"
 #include "direction/NativeEditors.hpp"
 
 #include <algorithm>
@@ -79,10 +81,19 @@ void NativeDirectionAdapter::apply(core::WritingDirection direction, SupportedAp
     if (!front || front->bundleID != core::traits(application).bundleID) {
         return;
     }
+    begin({.pid = front->pid, .application = application, .direction = direction}, 0);
+}
+
+void NativeDirectionAdapter::begin(const Request& request, int wakings) {
     auto& accessibility = services_.accessibility;
-    const auto element = accessibility.application(front->pid);
+    const auto application = request.application;
+    const auto element = accessibility.application(request.pid);
     accessibility.setMessagingTimeout(element, directionPatience);
     const auto editor = AX::element(accessibility, element, "AXFocusedUIElement");
+    if (!editor && core::ChromiumFamily::isWokenAgain(core::traits(application).bundleID, wakings)) {
+        wake(request, wakings);
+        return;
+    }
     if (!editor || !isDirectionEditor(accessibility, *editor, application)) {
         report_(placementHint(application));
         return;
@@ -97,8 +108,8 @@ void NativeDirectionAdapter::apply(core::WritingDirection direction, SupportedAp
         report_(texts::closeOpenMenu);
         return;
     }
-    const Attempt attempt{element,   *editor,   std::move(*selection), application, front->pid,
-                          menuTitle, direction, ++operation_};
+    const Attempt attempt{element,     *editor,   std::move(*selection), application,
+                          request.pid, menuTitle, request.direction,     ++operation_};
     pending_ = true;
     observeMenu(element);
     if (accessibility.performAction(*editor, "AXShowMenu") == AXActionResult::failed) {
@@ -107,6 +118,23 @@ void NativeDirectionAdapter::apply(core::WritingDirection direction, SupportedAp
         return;
     }
     scheduleChoice(attempt, 0);
+}
+
+/// A browser whose accessibility tree is not there yet has no focused element: wakes it, and begins again.
+void NativeDirectionAdapter::wake(const Request& request, int wakings) {
+    wakeBrowser(services_.accessibility, request.pid);
+    pending_ = true;
+    services_.mainQueue.postAfter(core::ChromiumFamily::wakingInterval,
+                                  [this, alive = std::weak_ptr(alive_), request, wakings, operation = ++operation_] {
+                                      if (alive.expired() || operation_ != operation) {
+                                          return;
+                                      }
+                                      pending_ = false;
+                                      const auto front = services_.workspace.frontmostApplication();
+                                      if (front && front->pid == request.pid) {
+                                          begin(request, wakings + 1);
+                                      }
+                                  });
 }
 
 void NativeDirectionAdapter::cancelPending() {

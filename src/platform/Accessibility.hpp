@@ -100,7 +100,8 @@ public:
     /// Bounds every later call on this element, and on elements read from it unless they are given their own.
     virtual void setMessagingTimeout(const AXElement& element, std::chrono::milliseconds timeout) = 0;
 
-    /// One attribute; none on failure and when the element has not got it.
+    /// One attribute; none on failure and when the element has not got it. Reading "AXRole" of an application's own
+    /// element lets a program that puts off making its tree make it, as browsers of the Chromium family do.
     [[nodiscard]] virtual std::optional<AXValue> attribute(const AXElement& element, std::string_view name) = 0;
 
     /// Several attributes in one call, in the order asked, `std::monostate` for each that the element has not got; none

@@ -36,6 +36,58 @@ protected:
     FakeElement* editor = nullptr;
 };
 
+TEST_F(DirectionFlow, BrowserIsWokenWhenItComesToTheFront) {
+    launch();
+    desktop.withFrontApplication("com.google.Chrome");
+    EXPECT_FALSE(desktop.accessibility.isAsleep(desktop.frontPid()));
+    desktop.withFrontApplication("com.microsoft.edgemac"); // whose fields have Shift typing
+    EXPECT_FALSE(desktop.accessibility.isAsleep(desktop.frontPid()));
+    for (const auto& call : desktop.accessibility.calls()) {
+        EXPECT_EQ(call.timeout, 15ms) << call.what;
+    }
+}
+
+TEST_F(DirectionFlow, BrowserInFrontIsWokenWhenTheKeyboardIsWatchedAndNotBefore) {
+    desktop.withPermissions({});
+    desktop.withFrontApplication("com.google.Chrome");
+    launch();
+    desktop.queue.advance(4s);
+    EXPECT_TRUE(desktop.accessibility.isAsleep(desktop.frontPid()));
+    desktop.withPermissions({core::allPermissions.begin(), core::allPermissions.end()});
+    desktop.queue.advance(2s);
+    EXPECT_FALSE(desktop.accessibility.isAsleep(desktop.frontPid()));
+}
+
+TEST_F(DirectionFlow, BrowserThatDoesNotAnswerIsWokenAgainAndOneThatHasAnsweredIsNot) {
+    launch();
+    desktop.withFrontApplication("com.google.Chrome");
+    const auto chrome = desktop.frontPid();
+    desktop.accessibility.forgetCalls();
+    desktop.queue.advance(10s);
+    EXPECT_TRUE(desktop.accessibility.calls().empty());
+    desktop.withFrontApplication("com.microsoft.edgemac");
+    auto& edge = desktop.accessibility.tree(desktop.frontPid());
+    edge.failing();
+    desktop.workspace.activate(chrome);
+    desktop.switchTo("com.microsoft.edgemac");
+    desktop.accessibility.forgetCalls();
+    desktop.queue.advance(4s);
+    EXPECT_EQ(desktop.accessibility.calls().size(), 2U);
+    edge.failing(false);
+    desktop.queue.advance(10s);
+    EXPECT_EQ(desktop.accessibility.calls().size(), 3U);
+}
+
+TEST_F(DirectionFlow, BrowserIsLeftAloneWhileNothingLooksIntoIt) {
+    launch();
+    auto options = model->options();
+    options.shiftEnglish = options.writingDirection = false;
+    options.languageSwitch = true;
+    model->setOptions(options);
+    desktop.withFrontApplication("com.google.Chrome");
+    EXPECT_TRUE(desktop.accessibility.isAsleep(desktop.frontPid()));
+}
+
 TEST_F(DirectionFlow, AChordIsAppliedAndItsOutcomeStored) {
     openChrome();
     chord();

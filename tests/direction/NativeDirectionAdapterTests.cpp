@@ -1,80 +1,12 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "direction/NativeDirectionAdapter.hpp"
-
-#include "direction/DirectionTest.hpp"
+#include "direction/NativeDirectionTest.hpp"
 
 namespace quillane::testing {
 namespace {
 
-/// An editor in each application, with a context menu that opens as the tests say.
-class NativeDirection : public DirectionTest {
-protected:
-    NativeDirection() : adapter(services(), report()) {}
-
-    /// A text field of a web page that has the focus.
-    void openChrome(std::string_view bundleID = "com.google.Chrome",
-                    const std::string& menuTitle = "Writing Direction") {
-        openApplication(bundleID);
-        page = &window->add("AXWebArea");
-        useEditor(page->add("AXTextArea").with("AXEnabled", true).settable("AXValue"), menuTitle);
-    }
-
-    void useEditor(FakeElement& element, const std::string& menuTitle) {
-        editor = &element;
-        editor->with("AXSelectedTextRange", AXTextRange{4, 2}).settable("AXSelectedTextRange");
-        editor->with("AXWindow", *window);
-        editor->withAction("AXShowMenu", [this] {
-            onShowMenu();
-            return showMenuResult;
-        });
-        focus(*editor);
-        menu = &tree().add("AXMenu").present(false).withAction("AXCancel");
-        item = &menu->add("AXMenuItem").with("AXTitle", " " + menuTitle + "\n");
-        submenu = &item->add("AXMenu");
-        for (const auto* title : {"Default", "Left to Right", "Right to Left"}) {
-            commands.push_back(&submenu->add("AXMenuItem").with("AXTitle", std::string(title)).withAction("AXPress"));
-        }
-    }
-
-    void openMenu() { menu->present(); }
-
-    void apply(WritingDirection direction = WritingDirection::rightToLeft,
-               SupportedApplication application = SupportedApplication::chrome) {
-        adapter.apply(direction, application);
-    }
-
-    void expectNotApplied() {
-        for (const auto* command : commands) {
-            EXPECT_EQ(countOf(*command, "AXPress"), 0);
-        }
-        EXPECT_FALSE(desktop.accessibility.isObserved(pid, "AXMenuOpened"));
-    }
-
-    /// The attempt is over: the next one begins anew.
-    void expectNextAttemptWorks() {
-        said.clear();
-        menu->present(false);
-        onShowMenu = [this] { openMenu(); };
-        showMenuResult = AXActionResult::done;
-        focus(*editor);
-        editor->with("AXSelectedTextRange", AXTextRange{4, 2});
-        apply();
-        desktop.queue.advance(60ms);
-        EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
-    }
-
-    NativeDirectionAdapter adapter;
-    FakeElement* page = nullptr;
-    FakeElement* editor = nullptr;
-    FakeElement* menu = nullptr;
-    FakeElement* item = nullptr;
-    FakeElement* submenu = nullptr;
-    std::vector<FakeElement*> commands;
-    std::function<void()> onShowMenu = [this] { openMenu(); };
-    AXActionResult showMenuResult = AXActionResult::done;
-};
+using NativeDirection = NativeDirectionTest;
 
 TEST_F(NativeDirection, PressesTheCommandOfTheDirectionAfterOneStep) {
     openChrome();
@@ -396,6 +328,7 @@ TEST_F(NativeDirection, AHangingApplicationEndsInTheHint) {
     openChrome();
     desktop.accessibility.stopAnswering(pid);
     apply();
+    desktop.queue.advance(180ms);
     EXPECT_THAT(said, ElementsAre("Place the cursor in an editable text field on the website"));
 }
 
@@ -408,11 +341,9 @@ TEST_F(NativeDirection, FieldsOfAPageThatAreNoEditorsGetTheHint) {
     apply();
     editor->without("AXSubrole").with("AXEnabled", false);
     apply();
-    desktop.accessibility.focus(pid, nullptr);
-    apply();
     focus(window->addTextField()); // the address bar
     apply();
-    EXPECT_THAT(said, ElementsAre(hint, hint, hint, hint, hint));
+    EXPECT_THAT(said, ElementsAre(hint, hint, hint, hint));
     EXPECT_THAT(desktop.accessibility.actions(), IsEmpty());
 }
 
@@ -459,6 +390,59 @@ TEST_F(NativeDirection, MailHasOneMenuForTheSubjectAndAnotherForTheBody) {
     subject.with("AXIdentifier", std::string("Mail.toField")); // a window in which messages are read
     apply(WritingDirection::rightToLeft, SupportedApplication::mail);
     EXPECT_THAT(said, ElementsAre("Place the cursor in the Mail message body or subject"));
+}
+
+/// An attempt whose steps come late must neither act twice nor act after it was cancelled.
+TEST_F(NativeDirection, StepsThatComeLateApplyOnceOrNotAtAll) {
+    openChrome();
+    desktop.queue.nap(1s);
+    apply();
+    desktop.queue.advance(5s);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
+    EXPECT_EQ(countOf(*commands[2], "AXPress"), 1);
+    menu->present(false);
+    apply();
+    adapter.cancelPending();
+    apply(); // its step falls together with the cancelled one's
+    desktop.queue.advance(5s);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome", "Close the open menu and try again"));
+    EXPECT_EQ(countOf(*commands[2], "AXPress"), 1);
+}
+
+/// A context menu as macOS may show it: nobody's child, but named by the element that it was opened on.
+TEST_F(NativeDirection, TheMenuThatAnElementShowsIsFound) {
+    openChrome();
+    auto& elsewhere =
+        window->add("AXTable").add("AXMenu").withAction("AXCancel").present(false); // where no search looks
+    auto& command = elsewhere.add("AXMenuItem")
+                        .with("AXTitle", std::string("Writing Direction"))
+                        .add("AXMenu")
+                        .add("AXMenuItem")
+                        .with("AXTitle", std::string("Right to Left"))
+                        .withAction("AXPress");
+    for (auto* owner : {editor, &tree()}) {
+        said.clear();
+        onShowMenu = [&] { owner->showMenu(elsewhere); };
+        apply();
+        desktop.queue.advance(60ms);
+        EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
+        owner->closeMenu();
+    }
+    EXPECT_EQ(countOf(command, "AXPress"), 2);
+    editor->showMenu(elsewhere);
+    apply();
+    EXPECT_EQ(said.back(), "Close the open menu and try again");
+}
+
+/// The menus of the menu bar can be walked while they are closed, and hold items of the same titles.
+TEST_F(NativeDirection, AClosedMenuOfTheMenuBarIsNoOpenMenu) {
+    openChrome();
+    onShowMenu = [] {};
+    apply();
+    EXPECT_TRUE(desktop.accessibility.isObserved(pid, "AXMenuOpened"));
+    desktop.queue.advance(1500ms);
+    EXPECT_THAT(said, ElementsAre("The direction menu is unavailable in this editor"));
+    EXPECT_THAT(desktop.accessibility.actions(), ElementsAre(fakes::FakeAccessibility::Action{editor, "AXShowMenu"}));
 }
 
 } // namespace

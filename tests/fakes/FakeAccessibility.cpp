@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "fakes/FakeAccessibility.hpp"
 
+#include <algorithm>
+#include <utility>
+
 namespace quillane::fakes {
 
 namespace {
@@ -22,6 +25,23 @@ struct OpaqueText final : AXOpaqueValue::Handle {
 AXOpaqueValue fakeOpaqueValue(std::string text) {
     return AXOpaqueValue(std::make_shared<OpaqueText>(std::move(text)));
 }
+
+namespace {
+
+/// A menu bar as applications have one. Its menus are closed.
+void addMenuBar(FakeElement& application) {
+    auto& bar = application.add("AXMenuBar");
+    application.with("AXMenuBar", bar);
+    auto& format = bar.add("AXMenuBarItem").with("AXTitle", std::string("Format")).add("AXMenu");
+    for (const auto* title : {"Writing Direction", "Paragraph Direction"}) {
+        auto& commands = format.add("AXMenuItem").with("AXTitle", std::string(title)).add("AXMenu");
+        for (const auto* command : {"Default", "Left to Right", "Right to Left"}) {
+            commands.add("AXMenuItem").with("AXTitle", std::string(command)).withAction("AXPress");
+        }
+    }
+}
+
+} // namespace
 
 FakeElement& FakeElement::with(const std::string& attribute, Value value) {
     std::visit([&](auto&& exact) { values_.insert_or_assign(attribute, std::move(exact)); }, std::move(value));
@@ -58,6 +78,18 @@ FakeElement& FakeElement::withAction(const std::string& name, Effect effect) {
 FakeElement& FakeElement::present(bool present) {
     present_ = present;
     return *this;
+}
+
+FakeElement& FakeElement::showMenu(FakeElement& menu) {
+    menu.present();
+    return with("AXShownMenuUIElement", menu);
+}
+
+FakeElement& FakeElement::closeMenu() {
+    if (const auto menu = references_.find("AXShownMenuUIElement"); menu != references_.end()) {
+        menu->second->present(false);
+    }
+    return without("AXShownMenuUIElement");
 }
 
 FakeElement& FakeElement::failing(bool fails) {
@@ -124,7 +156,43 @@ bool FakeAccessibility::isAnswering(const AXElement& element) {
 FakeElement* FakeAccessibility::asked(const AXElement& element, std::string what) {
     calls_.push_back({std::move(what), dynamic_cast<Handle&>(element.handle()).timeout});
     auto* node = nodeOf(element);
-    return node == nullptr || node->fails_ || !node->present_ ? nullptr : node;
+    return node == nullptr || node->fails_ || !node->isPresent() || isHidden(*node) ? nullptr : node;
+}
+
+std::optional<pid_t> FakeAccessibility::applicationOf(const FakeElement& element) const {
+    const auto* root = &element;
+    while (root->parent_ != nullptr) {
+        root = root->parent_;
+    }
+    const auto found = std::ranges::find_if(trees_, [&](const auto& tree) { return tree.second.get() == root; });
+    return found == trees_.end() ? std::nullopt : std::optional(found->first);
+}
+
+/// Whether the element belongs to the part of a tree that its application has not made yet.
+bool FakeAccessibility::isHidden(const FakeElement& element) const {
+    const auto pid = asleep_.empty() ? std::nullopt : applicationOf(element);
+    if (!pid || !asleep_.contains(*pid)) {
+        return false;
+    }
+    for (const auto* step = &element; step != nullptr; step = step->parent_) {
+        const auto role = step->values_.find("AXRole");
+        if (role != step->values_.end() && role->second == AXValue(std::string("AXWebArea"))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void FakeAccessibility::sleep(pid_t pid, std::function<void(std::function<void()>)> build) {
+    static_cast<void>(tree(pid));
+    asleep_[pid] = build ? std::move(build) : [](const std::function<void()>& makeTree) { makeTree(); };
+}
+
+void FakeAccessibility::hearRoleRead(pid_t pid) {
+    const auto sleeper = asleep_.find(pid);
+    if (sleeper != asleep_.end() && sleeper->second) {
+        std::exchange(sleeper->second, nullptr)([this, pid] { asleep_.erase(pid); });
+    }
 }
 
 std::optional<std::vector<AXValue>> FakeAccessibility::attributes(const AXElement& element,
@@ -146,16 +214,22 @@ std::optional<std::vector<AXValue>> FakeAccessibility::attributes(const AXElemen
         }
         return AXElement(std::make_shared<Handle>(0, other, timeout));
     };
+    const auto& handle = dynamic_cast<const Handle&>(element.handle());
     std::vector<AXValue> values;
     for (const auto name : names) {
-        if (const auto reference = node->references_.find(name); reference != node->references_.end()) {
+        if (name == "AXRole" && handle.element == nullptr) {
+            hearRoleRead(handle.pid);
+        }
+        if (name == "AXFocusedUIElement" && handle.element == nullptr && isAsleep(handle.pid)) {
+            values.emplace_back();
+        } else if (const auto reference = node->references_.find(name); reference != node->references_.end()) {
             values.emplace_back(refer(reference->second));
         } else if (name == "AXParent" && node->parent_ != nullptr) {
             values.emplace_back(refer(node->parent_));
         } else if (name == "AXChildren") {
             std::vector<AXElement> children;
             for (const auto& child : node->children_) {
-                if (child->present_) {
+                if (child->present_ && !isHidden(*child)) {
                     children.push_back(refer(child.get()));
                 }
             }
@@ -240,6 +314,7 @@ FakeElement& FakeAccessibility::tree(pid_t pid) {
     auto& root = trees_[pid];
     if (!root) {
         root = std::make_unique<FakeElement>("AXApplication");
+        addMenuBar(*root);
     }
     return *root;
 }

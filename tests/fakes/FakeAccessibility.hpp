@@ -42,10 +42,18 @@ public:
     /// Gives the element an action. Without an effect it is done and nothing happens.
     FakeElement& withAction(const std::string& name, Effect effect = {});
 
-    /// Whether the element is in the tree at all: its parent does not list an absent one, and calls on it fail.
+    /// Whether the element is in the tree at all: its parent does not list an absent one, and calls on it and on what
+    /// is below it fail.
     FakeElement& present(bool present = true);
 
-    [[nodiscard]] bool isPresent() const { return present_; }
+    [[nodiscard]] bool isPresent() const { return present_ && (parent_ == nullptr || parent_->isPresent()); }
+
+    /// Makes the element the owner of a menu that is open now: it names it as "AXShownMenuUIElement", which on macOS
+    /// may be the only way to it.
+    FakeElement& showMenu(FakeElement& menu);
+
+    /// The menu that the element has shown is closed.
+    FakeElement& closeMenu();
 
     /// Makes every call on the element fail, as with an application that does not answer in time.
     FakeElement& failing(bool fails = true);
@@ -76,7 +84,9 @@ private:
 /// The value of an application's own kind: equal to those with the same text.
 [[nodiscard]] AXOpaqueValue fakeOpaqueValue(std::string text);
 
-/// Accessibility over trees that a test builds. It records each call with the time-out that held for it.
+/// Accessibility over trees that a test builds. It records each call with the time-out that held for it. Every
+/// application has a menu bar, as on macOS: its menus are closed, yet whoever walks into it finds them and their items,
+/// and items by which paragraphs are turned are among them.
 class FakeAccessibility final : public Accessibility {
 public:
     struct Call {
@@ -104,6 +114,13 @@ public:
     AXActionResult performAction(const AXElement& element, std::string_view name) override;
     [[nodiscard]] std::optional<core::Subscription> observe(const AXElement& application, std::string_view name,
                                                             std::function<void(const AXElement&)> handler) override;
+
+    /// The application makes no tree below its windows until somebody reads "AXRole" of its own element, as browsers of
+    /// the Chromium family do: nothing has the focus, and no web area is there. `build` is given what makes the tree,
+    /// and says when; without it the tree is there at once.
+    void sleep(pid_t pid, std::function<void(std::function<void()>)> build = {});
+
+    [[nodiscard]] bool isAsleep(pid_t pid) const { return asleep_.contains(pid); }
 
     /// The root of an application's tree, made when it is first asked for. An application without one gives no answers.
     FakeElement& tree(pid_t pid);
@@ -139,7 +156,11 @@ private:
 
     [[nodiscard]] FakeElement* nodeOf(const AXElement& element);
     [[nodiscard]] FakeElement* asked(const AXElement& element, std::string what);
+    [[nodiscard]] bool isHidden(const FakeElement& element) const;
+    [[nodiscard]] std::optional<pid_t> applicationOf(const FakeElement& element) const;
+    void hearRoleRead(pid_t pid);
 
+    std::map<pid_t, std::function<void(std::function<void()>)>> asleep_; ///< with what builds their trees
     std::map<pid_t, std::unique_ptr<FakeElement>> trees_;
     std::vector<Call> calls_;
     std::vector<Action> actions_;

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "fakes/FakeDesktop.hpp"
 
+#include "core/direction/ChromiumFamily.hpp"
+
 #include <stdexcept>
 #include <utility>
 
@@ -102,7 +104,12 @@ FakeDesktop::FakeDesktop(Platform made)
 }
 
 FakeDesktop& FakeDesktop::withFrontApplication(std::optional<std::string> bundleID, std::string name) {
-    workspace.activate(workspace.open(std::move(bundleID), std::move(name)));
+    const bool sleeps = bundleID && core::ChromiumFamily::contains(*bundleID);
+    const auto pid = workspace.open(std::move(bundleID), std::move(name));
+    if (sleeps) {
+        accessibility.sleep(pid);
+    }
+    workspace.activate(pid);
     return *this;
 }
 
@@ -194,7 +201,10 @@ FakeDesktop& FakeDesktop::scroll() {
 
 FakeDesktop& FakeDesktop::switchTo(std::string_view bundleID) {
     const auto running = workspace.runningApplications(bundleID);
-    workspace.activate(running.empty() ? workspace.open(std::string(bundleID)) : running.front().pid);
+    if (running.empty()) {
+        return withFrontApplication(std::string(bundleID));
+    }
+    workspace.activate(running.front().pid);
     return *this;
 }
 

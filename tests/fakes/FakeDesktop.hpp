@@ -96,7 +96,8 @@ public:
 
     // Building.
 
-    /// Opens another application and brings it to the front.
+    /// Opens another application and brings it to the front. A browser of the Chromium family has no accessibility tree
+    /// until somebody wakes it.
     FakeDesktop& withFrontApplication(std::optional<std::string> bundleID, std::string name = {});
 
     /// The first source is in use.

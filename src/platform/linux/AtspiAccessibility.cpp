@@ -87,6 +87,10 @@ AtspiAccessibility::read(const Handle& handle, std::span<const std::string_view>
     for (const auto name : names) {
         const auto* row = findAttribute(name);
         needs |= row != nullptr ? row->needs : 0;
+        if (handle.pid != 0 && name == "AXRole") { // Chromium makes its tree when it is asked for attributes
+            needs = needs | AtspiFact::extras;
+            focus_.searchAgain(object->bus);
+        }
     }
     const auto found = needs != 0 ? facts(*object, needs, limit) : nullptr;
     if (needs != 0 && !found) {

@@ -89,6 +89,8 @@ void readAddress(BusReader& reply, AtspiFacts& facts) {
     }
 }
 
+void readNothing(BusReader& /*reply*/, AtspiFacts& /*facts*/) {}
+
 /// How each fact is asked for and read: a property of an interface, or a method, which may take one number.
 struct Question {
     AtspiFact fact;
@@ -117,6 +119,7 @@ constexpr std::array questions{
     Question{atspiActionName(3), action, "GetName", nullptr, readActionName<3>, 3},
     Question{atspiActionName(4), action, "GetName", nullptr, readActionName<4>, 4},
     Question{atspiActionName(5), action, "GetName", nullptr, readActionName<5>, 5},
+    Question{AtspiFact::extras, accessible, "GetAttributes", nullptr, readNothing},
     Question{AtspiFact::address, document, "GetAttributes", nullptr, readAddress},
 };
 

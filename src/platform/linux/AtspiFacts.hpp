@@ -39,6 +39,7 @@ enum class AtspiFact : unsigned {
     selection = 1 << 10,     ///< the first of them
     address = 1 << 11,       ///< of the document that the object is
     actions = 0x3F << 12,    ///< what can be done to the object: a bit for each of its first actions
+    extras = 1 << 18,        ///< attributes in the toolkit's own names: not read, but the question wakes Chromium
 };
 
 /// A set of facts.

@@ -128,6 +128,14 @@ const AtspiFocusSearch* AtspiFocus::search(const std::string& application) {
     return program.search->isRunning() ? program.search.get() : nullptr;
 }
 
+void AtspiFocus::searchAgain(const std::string& application) {
+    const auto found = programs_.find(application);
+    if (found != programs_.end() && !found->second.focused) {
+        found->second.search.reset();
+        found->second.patience = shortestPatience;
+    }
+}
+
 void AtspiFocus::takeResult(Program& program) {
     if (!program.focused && program.search && !program.search->isRunning() && program.search->result()) {
         program.focused = program.search->result();

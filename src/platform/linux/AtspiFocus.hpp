@@ -59,6 +59,9 @@ public:
     /// then two, and so on up to half a minute, or until it tells of its focus. The search that runs, or nullptr.
     const AtspiFocusSearch* search(const std::string& application);
 
+    /// Lets an application whose focus is not known be searched at the next question, for it may have made its tree.
+    void searchAgain(const std::string& application);
+
 private:
     struct Program {
         std::optional<pid_t> pid;

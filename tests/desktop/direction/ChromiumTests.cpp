@@ -141,6 +141,38 @@ TEST_F(LiveChromium, ABrowserThatHangsHoldsNobodyElseUp) {
     expectDirection("ltr");
 }
 
+/// A browser that makes no accessibility tree until somebody asks for it.
+class LiveSleepingChromium : public LiveChromium {
+protected:
+    void openBrowser() {
+        require(chooseAgentLanguage(desktop(), "en"), "the language in the settings");
+        browser_.emplace(required(LiveBrowser::start(desktop(), "area", LiveBrowser::Tree::onDemand)));
+    }
+
+    [[nodiscard]] bool isAwake() { return desktop().accessibility().focusedEditor(browser_->pid()).has_value(); }
+};
+
+TEST_F(LiveSleepingChromium, IsAsleepAndWokenByTheAgentThatStarts) {
+    openBrowser();
+    EXPECT_TRUE(holdsFor(std::chrono::milliseconds{1000}, [&] { return !isAwake(); }));
+    startAgent();
+    EXPECT_TRUE(waitUntil([&] { return isAwake(); }));
+    turnRight();
+    expectDirection("rtl");
+    expectSaid("Applied RTL in Chrome");
+    expectNoMenu();
+}
+
+TEST_F(LiveSleepingChromium, IsWokenWhenItComesToTheFront) {
+    startAgent();
+    openBrowser();
+    EXPECT_TRUE(waitUntil([&] { return isAwake(); }));
+    turnRight();
+    expectDirection("rtl");
+    expectSaid("Applied RTL in Chrome");
+    expectNoMenu();
+}
+
 class LiveChromiumWithoutEditor : public LiveChromium, public testing::WithParamInterface<const char*> {};
 
 TEST_P(LiveChromiumWithoutEditor, AsksForAPlaceAndOpensNoMenu) {

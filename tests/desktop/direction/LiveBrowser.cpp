@@ -39,16 +39,27 @@ setInterval(() => {
 
 } // namespace
 
-tl::expected<LiveBrowser, std::string> LiveBrowser::start(LiveDesktop& desktop, const std::string& focus) {
+tl::expected<LiveBrowser, std::string> LiveBrowser::start(LiveDesktop& desktop, const std::string& focus, Tree tree) {
     const auto file = desktop.home() / "page.html";
     if (!writeFile(file, page)) {
         return tl::unexpected("cannot write " + file.string());
     }
-    auto process = desktop.startApplication(
-        {"chromium", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
-         "--disable-background-networking", "--disable-component-update", "--disable-sync", "--password-store=basic",
-         "--force-renderer-accessibility", "--user-data-dir=" + (desktop.home() / "chromium").string(), "--new-window",
-         "file://" + file.string() + "#" + focus});
+    std::vector<std::string> arguments{"chromium",
+                                       "--no-sandbox",
+                                       "--disable-gpu",
+                                       "--disable-quic",
+                                       "--no-first-run",
+                                       "--disable-background-networking",
+                                       "--disable-sync",
+                                       "--disable-component-update",
+                                       "--new-window",
+                                       "--password-store=basic",
+                                       "file://" + file.string() + "#" + focus,
+                                       "--user-data-dir=" + (desktop.home() / "chromium").string()};
+    if (tree == Tree::atOnce) {
+        arguments.emplace_back("--force-renderer-accessibility");
+    }
+    auto process = desktop.startApplication(std::move(arguments));
     if (!process) {
         return tl::unexpected(process.error());
     }

@@ -29,8 +29,15 @@ struct PageState {
 /// that can be edited, with the cursor in the second, and a script that shows its state.
 class LiveBrowser {
 public:
+    /// When the browser makes its accessibility tree.
+    enum class Tree {
+        atOnce,
+        onDemand, ///< as it does unless it is told otherwise
+    };
+
     /// `focus` is the field that has the focus; with "none", the page itself has it.
-    [[nodiscard]] static tl::expected<LiveBrowser, std::string> start(LiveDesktop& desktop, const std::string& focus);
+    [[nodiscard]] static tl::expected<LiveBrowser, std::string> start(LiveDesktop& desktop, const std::string& focus,
+                                                                      Tree tree = Tree::atOnce);
 
     [[nodiscard]] ChildProcess& process() { return process_; }
 

@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <string_view>
+
+/// Browsers of the Chromium family build their accessibility tree when an assistive program reads "AXRole" of their
+/// application (Chromium, chrome/browser/chrome_browser_application_mac.mm, -accessibilityRole), and may drop it again
+/// when nobody has used it for a while. Until it is there, no element of theirs has the focus.
+namespace quillane::core::ChromiumFamily {
+
+/// How long the main thread waits for a browser that is woken. One that takes longer has heard the call all the same.
+inline constexpr std::chrono::milliseconds wakingTimeout{15};
+
+/// How often a browser without a focused element is woken before the user is asked to place the cursor.
+inline constexpr int maximumWakings = 3;
+
+/// From waking a browser to looking for its focused element.
+inline constexpr std::chrono::milliseconds wakingInterval{60};
+
+/// The family as macOS identifies it. On Linux all of them have the identifier of Chrome.
+inline constexpr std::array<std::string_view, 18> bundleIDs{"com.google.Chrome",
+                                                            "com.google.Chrome.beta",
+                                                            "com.google.Chrome.dev",
+                                                            "com.google.Chrome.canary",
+                                                            "org.chromium.Chromium",
+                                                            "com.microsoft.edgemac",
+                                                            "com.microsoft.edgemac.Beta",
+                                                            "com.microsoft.edgemac.Dev",
+                                                            "com.microsoft.edgemac.Canary",
+                                                            "com.brave.Browser",
+                                                            "com.brave.Browser.beta",
+                                                            "com.brave.Browser.nightly",
+                                                            "com.vivaldi.Vivaldi",
+                                                            "com.operasoftware.Opera",
+                                                            "com.operasoftware.OperaNext",
+                                                            "com.operasoftware.OperaDeveloper",
+                                                            "com.operasoftware.OperaGX",
+                                                            "company.thebrowser.Browser"};
+
+/// Whether the application with exactly this bundle identifier is a known browser of the family.
+[[nodiscard]] constexpr bool contains(std::string_view bundleID) {
+    return std::ranges::find(bundleIDs, bundleID) != bundleIDs.end();
+}
+
+/// Whether an application without a focused element is woken once more, after it has been woken `wakings` times.
+[[nodiscard]] constexpr bool isWokenAgain(std::string_view bundleID, int wakings) {
+    return contains(bundleID) && wakings < maximumWakings;
+}
+
+} // namespace quillane::core::ChromiumFamily

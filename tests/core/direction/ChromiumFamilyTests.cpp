@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "core/direction/ChromiumFamily.hpp"
+
+#include <gtest/gtest.h>
+
+namespace quillane::core {
+namespace {
+
+TEST(ChromiumFamily, HasItsBrowsersByTheirExactIdentifiers) {
+    for (const auto* browser : {"com.google.Chrome", "com.google.Chrome.canary", "org.chromium.Chromium",
+                                "com.microsoft.edgemac", "com.brave.Browser", "company.thebrowser.Browser"}) {
+        EXPECT_TRUE(ChromiumFamily::contains(browser)) << browser;
+    }
+    for (const auto* other : {"com.apple.Safari", "org.mozilla.firefox", "com.google.chrome", "com.google.Chrome.app.x",
+                              "com.google.Chrom", ""}) {
+        EXPECT_FALSE(ChromiumFamily::contains(other)) << other;
+    }
+}
+
+TEST(ChromiumFamily, IsWokenThreeTimes) {
+    EXPECT_TRUE(ChromiumFamily::isWokenAgain("com.google.Chrome", 0));
+    EXPECT_TRUE(ChromiumFamily::isWokenAgain("com.google.Chrome", 2));
+    EXPECT_FALSE(ChromiumFamily::isWokenAgain("com.google.Chrome", 3));
+    EXPECT_FALSE(ChromiumFamily::isWokenAgain("com.apple.Safari", 0));
+}
+
+} // namespace
+} // namespace quillane::core
