@@ -13,10 +13,10 @@ namespace quillane {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::ClipboardPanelTest;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
-using testing::ClipboardPanelTest;
 namespace key = testing::key;
 namespace flags = core::flags;
 namespace texts = core::texts;
