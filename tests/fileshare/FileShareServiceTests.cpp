@@ -101,7 +101,7 @@ TEST_F(FileShareServiceTest, WithoutAServerChoosingAFileLeadsToTheSettings) {
         EXPECT_TRUE(box->isVisible());
         EXPECT_EQ(box->text(), "Choose a server first");
         EXPECT_EQ(box->informativeText(), "Shared files are uploaded to a server that you choose in the settings.");
-        EXPECT_EQ(box->defaultButton()->text(), "Open Settings");
+        EXPECT_EQ(box->defaultButton()->text(), "Open settings");
         EXPECT_GE(fakes::textContrast(*box->defaultButton()), 4.5);
         if (isWanted) {
             box->defaultButton()->click();
