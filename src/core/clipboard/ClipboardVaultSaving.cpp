@@ -8,6 +8,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
+#include <limits>
+#include <system_error>
 #include <unordered_set>
 #include <utility>
 
@@ -25,6 +28,13 @@ constexpr std::uintmax_t bytesBesideContents = 4'096; ///< what a file takes at 
 
 bool isFull(const VaultError& error) {
     return error.systemError == ENOSPC || error.systemError == EDQUOT;
+}
+
+/// What the disk still takes. Unlimited where it does not say.
+std::uintmax_t freeBytes(const std::filesystem::path& folder) {
+    std::error_code error;
+    const auto space = std::filesystem::space(folder, error);
+    return error || space.capacity == 0 ? std::numeric_limits<std::uintmax_t>::max() : space.available;
 }
 
 std::uintmax_t bytesOf(const ClipboardEntry& entry) {
@@ -126,7 +136,7 @@ ClipboardVault::Result<ClipboardVault::Changes> ClipboardVault::changesTo(std::s
 /// The names of files reach the disk before the index that speaks of them, and the index before what it no longer
 /// speaks of is removed.
 ClipboardVault::Result<void> ClipboardVault::apply(const Changes& changes) {
-    if (changes.bytes > 0 && changes.bytes > folder_.freeBytes()) {
+    if (changes.bytes > 0 && changes.bytes > freeBytes(directory_)) {
         return tl::unexpected(VaultError{Reason::write, ENOSPC}); // rather than to fill the disk in vain
     }
     for (const auto* entry : changes.added) {

@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <limits>
 #include <memory>
 #include <system_error>
 #include <utility>
@@ -17,7 +16,6 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/statvfs.h>
 #include <unistd.h>
 
 namespace quillane::core {
@@ -241,15 +239,6 @@ bool VaultFolder::isStale() const {
     struct stat status {};
 
     return fstat(descriptor_, &status) != 0;
-}
-
-std::uintmax_t VaultFolder::freeBytes() const {
-    struct statvfs status {};
-
-    if (fstatvfs(descriptor_, &status) != 0 || status.f_blocks == 0) {
-        return std::numeric_limits<std::uintmax_t>::max();
-    }
-    return std::uintmax_t{status.f_bavail} * (status.f_frsize > 0 ? status.f_frsize : status.f_bsize);
 }
 
 VaultFolder::Result<void> VaultFolder::flush() {

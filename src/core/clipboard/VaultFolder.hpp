@@ -5,7 +5,6 @@
 #include <tl/expected.hpp>
 
 #include <cstddef>
-#include <cstdint>
 #include <filesystem>
 #include <initializer_list>
 #include <optional>
@@ -81,9 +80,6 @@ public:
 
     /// The system no longer knows what was opened, as after the restart of a file server: opening it again mends that.
     [[nodiscard]] bool isStale() const;
-
-    /// What the disk still takes. Unlimited where it does not say.
-    [[nodiscard]] std::uintmax_t freeBytes() const;
 
 private:
     explicit VaultFolder(int descriptor) : descriptor_(descriptor) {}

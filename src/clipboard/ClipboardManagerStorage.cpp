@@ -1,0 +1,256 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "clipboard/ClipboardManager.hpp"
+
+#include "core/localization/Texts.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <string>
+#include <unordered_set>
+#include <utility>
+
+// When the history is read and saved, and what becomes of one that cannot be.
+
+namespace quillane {
+
+namespace {
+
+namespace texts = core::texts;
+using namespace std::chrono_literals;
+using Outcome = HistoryStorage::Outcome;
+
+constexpr auto saveDelay = 250ms;     // after the last change
+constexpr auto longestDelay = 2500ms; // after the first one, so that the disk has it within three seconds
+constexpr auto betweenSaves = 10s;    // while they fail
+constexpr auto betweenReadings = 10s; // of a saved history that cannot be read
+
+/// Adds what was recorded before a history could be read to it, without what was cleared meanwhile. The entries whose
+/// pin has changed.
+std::vector<core::Uuid> mergeLater(core::ClipboardHistory& read, const core::ClipboardHistory& later,
+                                   std::optional<core::ClipboardHistory::Clearing> cleared,
+                                   const core::ClipboardOptions& options) {
+    if (cleared) {
+        read.clear(*cleared);
+    }
+    auto changedPins = read.merge(later);
+    read.trim(options);
+    return changedPins;
+}
+
+} // namespace
+
+void ClipboardManager::load() {
+    loading_ = !ready_;
+    mayReadAgain_ = false;
+    wantsToRead_ = false;
+    services_.vaultQueue.post([this, weak = std::weak_ptr(alive_), storage = storage_, persist = options_.persist,
+                               now = services_.now(), &mainQueue = services_.mainQueue] {
+        const auto loaded = std::make_shared<HistoryStorage::Loaded>(); // shared only since tasks are copied
+        if (persist) {
+            *loaded = storage->load(now);
+        } else if (storage->begin()) {
+            loaded->outcome = Outcome::loaded;
+        }
+        mainQueue.post([this, weak, loaded, setAside = storage->setAside()] {
+            if (!weak.expired()) {
+                setAside_ = setAside;
+                finishLoading(std::move(*loaded));
+            }
+        });
+    });
+}
+
+void ClipboardManager::finishLoading(HistoryStorage::Loaded loaded) {
+    if (!started_) {
+        return;
+    }
+    if (!ready_) {
+        revision_ = services_.pasteboard.changeCount(); // what has been on the pasteboard before is not recorded
+    }
+    loading_ = false;
+    ready_ = true;
+    storageError_ = loaded.outcome != Outcome::loaded;
+    isRead_ = loaded.outcome == Outcome::loaded || loaded.outcome == Outcome::setAside;
+    isUsedElsewhere_ = loaded.outcome == Outcome::inUse;
+    leavesFiles_ = loaded.leavesFiles;
+    if (isRead_) {
+        adopt(std::move(loaded.history));
+        save();
+    } else { // what is on the disk stays as it is until it can be read
+        wantsToRead_ = hasUnsaved();
+        services_.mainQueue.postAfter(betweenReadings, [this, weak = std::weak_ptr(alive_)] {
+            if (!weak.expired()) {
+                mayReadAgain_ = true;
+                if (wantsToRead_) {
+                    readAgain();
+                }
+            }
+        });
+    }
+    changes_.notify();
+}
+
+/// Puts what was recorded meanwhile on top of what has been read.
+void ClipboardManager::adopt(core::ClipboardHistory read) {
+    const auto changedPins = mergeLater(read, history_, std::exchange(clearedUnread_, std::nullopt), options_);
+    history_ = std::move(read);
+    for (const auto& id : changedPins) {
+        services_.vaultQueue.post([storage = storage_, id] { storage->invalidate(id); });
+    }
+}
+
+void ClipboardManager::readAgain() {
+    if (!started_ || !ready_ || isRead_ || !options_.persist) {
+        return;
+    }
+    if (mayReadAgain_) {
+        load();
+    } else {
+        wantsToRead_ = true;
+    }
+}
+
+std::optional<core::LocalizedText> ClipboardManager::notice() const {
+    if (isUsedElsewhere()) {
+        return core::LocalizedText(texts::savedHistoryInUse);
+    }
+    if (isUnread()) {
+        return core::LocalizedText(texts::savedHistoryUnread);
+    }
+    if (!setAside_.empty()) {
+        return core::LocalizedText(texts::historyWasSetAside);
+    }
+    return storageError_ ? std::optional<core::LocalizedText>(texts::cannotSaveHistory) : std::nullopt;
+}
+
+void ClipboardManager::recover(const core::SetAsideHistory& history) {
+    services_.vaultQueue.post([this, weak = std::weak_ptr(alive_), storage = storage_, history, now = services_.now(),
+                               &mainQueue = services_.mainQueue] {
+        auto found = storage->recover(history, now);
+        mainQueue.post(
+            [this, weak, history, total = found.total, recovered = core::ClipboardHistory(std::move(found.entries))] {
+                if (!weak.expired()) {
+                    finishRecovery(history, recovered, total);
+                }
+            });
+    });
+}
+
+void ClipboardManager::finishRecovery(const core::SetAsideHistory& history, const core::ClipboardHistory& recovered,
+                                      std::size_t total) {
+    if (!started_ || !isRead_ || !options_.persist) {
+        return;
+    }
+    adopt(recovered);
+    std::unordered_set<std::string> digests;
+    for (const auto& entry : recovered.entries()) {
+        digests.insert(entry.digest);
+    }
+    const auto kept = std::ranges::count_if(
+        history_.entries(), [&](const core::ClipboardEntry& entry) { return digests.contains(entry.digest); });
+    lastRecovery_ = {static_cast<std::size_t>(kept), total};
+    store(
+        [entries = history_.entries(), history, isComplete = lastRecovery_->recovered == total, now = services_.now()](
+            HistoryStorage& storage) { return storage.save(entries, now) && (!isComplete || storage.erase(history)); },
+        [this](bool hasFailed) {
+            if (hasFailed) {
+                save(); // is tried until it succeeds
+            }
+        });
+    changes_.notify();
+}
+
+void ClipboardManager::forget(const core::SetAsideHistory& history) {
+    store([history](HistoryStorage& storage) { return storage.erase(history); });
+}
+
+/// Soon after the last of several changes, and within three seconds of the first however many follow.
+void ClipboardManager::save() {
+    if (!ready_) {
+        return; // what is on the disk is not known yet; it is saved when it has been loaded
+    }
+    ++lastChange_;
+    saveAfter(saveDelay, &ClipboardManager::lastChange_);
+    if (!std::exchange(isSaveDue_, true)) {
+        saveAfter(longestDelay, &ClipboardManager::lastSave_);
+    }
+}
+
+/// Unless the number has moved on by then.
+void ClipboardManager::saveAfter(std::chrono::milliseconds delay, std::uint64_t ClipboardManager::*number) {
+    services_.mainQueue.postAfter(delay, [this, weak = std::weak_ptr(alive_), number, current = this->*number] {
+        if (!weak.expired() && this->*number == current) {
+            saveNow();
+        }
+    });
+}
+
+void ClipboardManager::saveNow() {
+    ++lastChange_; // what waits for a pause, for the end of three seconds or for a second try has nothing left to do
+    ++lastSave_;
+    isSaveDue_ = false;
+    if (options_.persist && !isRead_) {
+        readAgain(); // which saves when it has succeeded
+    } else if (isSaving_) {
+        savesAgain_ = true; // a disk that is slower than the copies gets the latest ones when it is done
+    } else {
+        isSaving_ = true;
+        store([entries = history_.entries(), persist = options_.persist, now = services_.now()](
+                  HistoryStorage& storage) { return persist ? storage.save(entries, now) : storage.erase(); },
+              [this](bool hasFailed) { finishSaving(hasFailed); });
+    }
+}
+
+void ClipboardManager::finishSaving(bool hasFailed) {
+    isSaving_ = false;
+    if (std::exchange(savesAgain_, false)) {
+        saveNow();
+    } else if (hasFailed) {
+        saveAfter(betweenSaves, &ClipboardManager::lastSave_);
+    }
+}
+
+/// At the end there is nothing to come back to: what could not be read before is read where it is saved.
+void ClipboardManager::saveLast() {
+    if (isRead_ || !options_.persist) {
+        isSaving_ = false; // nobody waits for the one that is under way
+        saveNow();
+    } else if (hasUnsaved()) {
+        services_.vaultQueue.post([storage = storage_, history = history_, cleared = clearedUnread_, options = options_,
+                                   now = services_.now()] {
+            auto loaded = storage->load(now);
+            if (loaded.outcome != Outcome::loaded && loaded.outcome != Outcome::setAside) {
+                return;
+            }
+            for (const auto& id : mergeLater(loaded.history, history, cleared, options)) {
+                storage->invalidate(id);
+            }
+            static_cast<void>(storage->save(loaded.history.entries(), now)); // nobody is left to be told
+        });
+    }
+}
+
+/// Works on the disk, and says whether that has failed and what is set aside now.
+void ClipboardManager::store(std::function<bool(HistoryStorage&)> work, std::function<void(bool hasFailed)> done) {
+    services_.vaultQueue.post([this, weak = std::weak_ptr(alive_), storage = storage_, work = std::move(work),
+                               done = std::move(done), &mainQueue = services_.mainQueue] {
+        const bool hasFailed = !work(*storage);
+        mainQueue.post([this, weak, hasFailed, done, setAside = storage->setAside()] {
+            if (weak.expired() || !started_) {
+                return;
+            }
+            if (storageError_ != hasFailed || setAside_ != setAside) {
+                storageError_ = hasFailed;
+                setAside_ = setAside;
+                changes_.notify();
+            }
+            if (done) {
+                done(hasFailed);
+            }
+        });
+    });
+}
+
+} // namespace quillane
