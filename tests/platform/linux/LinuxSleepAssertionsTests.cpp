@@ -127,7 +127,12 @@ protected:
         startLogin();
         startManager();
         session_.emplace();
-        client_.emplace(*session_, nullptr, soon);
+        hold(soon);
+    }
+
+    void hold(LinuxSleepAssertions::Delays delays) {
+        prevention_.reset();
+        client_.emplace(*session_, nullptr, delays);
         prevention_.emplace(*client_);
         prevention_->setEnabled(true);
         ASSERT_TRUE(prevention_->isActive());
@@ -170,6 +175,14 @@ TEST_F(LostHolderTest, RestartedSessionManagerIsAskedAgain) {
     EXPECT_EQ(lost_, 1);
     prevention_->setEnabled(false);
     EXPECT_TRUE(waitUntil([&] { return live::sessionInhibitors(desktop(), sessionManager).empty(); }));
+}
+
+TEST_F(LostHolderTest, ServiceThatIsBackIsNotWaitedForAnyLonger) {
+    hold({std::chrono::milliseconds(50), std::chrono::hours(1)});
+    manager_->end();
+    startManager();
+    EXPECT_TRUE(isDisplayHeld());
+    EXPECT_TRUE(prevention_->isActive());
 }
 
 TEST_F(LostHolderTest, RestartedLoginManagerIsAskedAgain) {
