@@ -219,13 +219,16 @@ void AtspiAccessibility::ignoreFocusOfPress(const std::string& application, cons
     if (!focus || focus->object == press_->focused) {
         return; // it may be told yet
     }
-    const auto pressed = *std::exchange(press_, std::nullopt);
-    if (focus->object == pressed.object) {
-        const auto before = facts(pressed.focused, AtspiFactSet{} | AtspiFact::states, limit);
-        if (before && before->is(AtspiState::focused) && !before->is(AtspiState::defunct)) {
-            focus_.restore(pressed.focused);
+    if (focus->object == press_->object) {
+        const auto before = facts(press_->focused, AtspiFactSet{} | AtspiFact::states, limit);
+        if (!before) {
+            return; // a busy application is asked with the next question
+        }
+        if (before->is(AtspiState::focused) && !before->is(AtspiState::defunct)) {
+            focus_.restore(press_->focused);
         }
     }
+    press_.reset();
 }
 
 /// The first key after a move of the focus then finds the answers.
