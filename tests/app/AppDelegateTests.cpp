@@ -3,7 +3,6 @@
 #include "app/AppDelegateTest.hpp"
 #include "core/localization/Texts.hpp"
 
-#include <QLabel>
 #include <QPushButton>
 
 #include <nlohmann/json.hpp>
@@ -435,76 +434,6 @@ TEST_F(AppDelegateTests, DirectionChordsAreCounted) {
     const auto json = nlohmann::json::parse(delegate->handleControlRequest({"status", {"--json"}}).text);
     EXPECT_EQ(json["lastDirection"]["direction"], "RTL");
     EXPECT_EQ(json["lastDirection"]["count"], 1);
-}
-
-TEST_F(AppDelegateTests, WithoutATrayAStartSaysThatTheProgramRuns) {
-    desktop.statusItem.setVisible(false);
-    launch();
-    EXPECT_TRUE(desktop.statusItem.notices().empty()) << "the tray may take a moment";
-    desktop.queue.advance(4s);
-    ASSERT_EQ(desktop.statusItem.notices().size(), 1U);
-    EXPECT_EQ(desktop.statusItem.notices().front(),
-              (fakes::FakeStatusItem::Notice{"Quillane is running",
-                                             "There is no system tray. Open Quillane again to see its settings."}));
-    desktop.queue.advance(120s);
-    EXPECT_EQ(desktop.statusItem.notices().size(), 1U);
-}
-
-TEST_F(AppDelegateTests, WithNeitherTrayNorNoticesAStartShowsTheSettingsWhichSaySo) {
-    desktop.statusItem.setVisible(false);
-    desktop.statusItem.setRefusesNotices();
-    launch();
-    desktop.queue.advance(4s);
-    EXPECT_EQ(settingsWindow(), nullptr) << "the notice may still be shown";
-    testing::internal::CaptureStderr();
-    desktop.statusItem.failNotices();
-    EXPECT_TRUE(testing::internal::GetCapturedStderr().starts_with(
-        "Quillane is running. There is no system tray. Open Quillane again to see its settings.\n"));
-    ASSERT_NE(settingsWindow(), nullptr);
-    const auto* line = settingsWindow()->findChild<QLabel*>(QStringLiteral("noStatusItem"));
-    EXPECT_TRUE(line->isVisible());
-    EXPECT_EQ(line->text(), "There is no system tray. Open Quillane again to see its settings.");
-    desktop.statusItem.setVisible(true);
-    desktop.queue.advance(2s);
-    EXPECT_FALSE(line->isVisible());
-}
-
-TEST_F(AppDelegateTests, WithNeitherTrayNorNoticesALaunchAtLoginShowsNoWindow) {
-    desktop.workspace.setLaunchedAtLogin(true);
-    desktop.statusItem.setVisible(false);
-    desktop.statusItem.setRefusesNotices();
-    launch();
-    desktop.queue.advance(60s);
-    testing::internal::CaptureStderr();
-    desktop.statusItem.failNotices();
-    EXPECT_NE(testing::internal::GetCapturedStderr(), "");
-    EXPECT_EQ(settingsWindow(), nullptr);
-}
-
-TEST_F(AppDelegateTests, AnswerToANoticeThatOutlivesTheDelegateDoesNothing) {
-    desktop.statusItem.setVisible(false);
-    desktop.statusItem.setRefusesNotices();
-    launch();
-    desktop.queue.advance(4s);
-    delegate.reset();
-    desktop.statusItem.failNotices();
-    EXPECT_EQ(settingsWindow(), nullptr);
-}
-
-TEST_F(AppDelegateTests, TrayThatStartsLaterAtLoginIsWaitedFor) {
-    desktop.workspace.setLaunchedAtLogin(true);
-    desktop.statusItem.setVisible(false);
-    launch();
-    desktop.queue.advance(30s);
-    desktop.statusItem.setVisible(true);
-    desktop.queue.advance(60s);
-    EXPECT_TRUE(desktop.statusItem.notices().empty());
-}
-
-TEST_F(AppDelegateTests, WithATrayAStartSaysNothing) {
-    launch();
-    desktop.queue.advance(120s);
-    EXPECT_TRUE(desktop.statusItem.notices().empty());
 }
 
 TEST_F(AppDelegateTests, EntryOfTheFileManagerFollowsTheLanguage) {
