@@ -131,12 +131,14 @@ TYPED_TEST_P(AccessibilityContract, AnApplicationThatHangsCostsTheTimeoutAlone) 
     this->driver.focusTextField();
     const auto field = this->focusedField(false);
     ASSERT_TRUE(field);
-    this->driver.stopAnswering();
     auto& accessibility = this->driver.accessibility();
+    EXPECT_TRUE(accessibility.isAnswering(*field));
+    this->driver.stopAnswering();
     accessibility.setMessagingTimeout(*field, 15ms);
     constexpr std::array<std::string_view, 3> names{"AXRole", "AXSubrole", "AXEnabled"};
     const auto start = std::chrono::steady_clock::now();
     EXPECT_FALSE(accessibility.attributes(*field, names));
+    EXPECT_FALSE(accessibility.isAnswering(*field));
     EXPECT_FALSE(accessibility.isAttributeSettable(*field, "AXValue"));
     // Far more than two time-outs, for a busy machine; far less than the second or more that a call takes without one.
     EXPECT_LT(std::chrono::steady_clock::now() - start, 500ms);
