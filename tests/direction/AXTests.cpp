@@ -15,10 +15,10 @@ constexpr pid_t editor = 321;
 
 class AXFindTest : public ::testing::Test {
 protected:
-    /// Searches for a button, and calls `meanwhile` for each element that is visited.
+    /// Searches a window for a button, and calls `meanwhile` for each element that is visited.
     std::optional<AXElement> findButton(const std::function<void()>& meanwhile = [] {}) {
         visited = 0;
-        return AX::find(accessibility, accessibility.application(editor), 500, {},
+        return AX::find(accessibility, accessibility.reference(root), 500, {},
                         [&](const AXElement&, std::string_view role) {
                             ++visited;
                             meanwhile();
@@ -27,7 +27,7 @@ protected:
     }
 
     fakes::FakeAccessibility accessibility;
-    fakes::FakeElement& root = accessibility.tree(editor);
+    fakes::FakeElement& root = accessibility.tree(editor).add("AXWindow"); ///< beside which there is a menu bar
     int visited = 0;
 };
 
