@@ -8,7 +8,7 @@
 #include "core/clipboard/ClipboardSnapshot.hpp"
 #include "core/clipboard/PasteboardTypes.hpp"
 #include "core/support/Utf8.hpp"
-#include "platform/linux/ClipboardTargets.hpp"
+#include "platform/linux/clipboard/ClipboardTargets.hpp"
 
 #include <algorithm>
 #include <array>

@@ -9,11 +9,11 @@
 #include "core/preferences/InstallationMigration.hpp"
 #include "core/support/Url.hpp"
 #include "platform/Platform.hpp"
-#include "platform/common/ControlSocket.hpp"
-#include "platform/common/CurlUrlSessions.hpp"
 #include "platform/common/ExitHandler.hpp"
-#include "platform/common/TerminationSignals.hpp"
 #include "platform/common/ThreadFileExaminer.hpp"
+#include "platform/common/control/ControlSocket.hpp"
+#include "platform/common/curl/CurlUrlSessions.hpp"
+#include "platform/common/qt/TerminationSignals.hpp"
 
 #include <QApplication>
 #include <QDir>

@@ -7,7 +7,7 @@
 #include "live/Copier.hpp"
 #include "live/Peer.hpp"
 #include "live/ProcessTree.hpp"
-#include "platform/common/ControlSocket.hpp"
+#include "platform/common/control/ControlSocket.hpp"
 
 #include <charconv>
 #include <cstdio>

@@ -9,9 +9,9 @@
 #include "fakes/FakeUserDefaults.hpp"
 #include "fakes/FakeWindowTraits.hpp"
 #include "fileshare/FileShareWindow.hpp"
-#include "platform/common/CurlUrlSessions.hpp"
-#include "platform/common/QtMainQueue.hpp"
 #include "platform/common/ThreadFileExaminer.hpp"
+#include "platform/common/curl/CurlUrlSessions.hpp"
+#include "platform/common/qt/QtMainQueue.hpp"
 
 #include <QApplication>
 

@@ -8,7 +8,7 @@
 #include "core/settings/SettingsPage.hpp"
 #include "desktop/fixture/LiveDesktop.hpp"
 #include "fakes/FakeDesktop.hpp"
-#include "platform/linux/SystemSymbols.hpp"
+#include "platform/linux/shell/LineArtSymbols.hpp"
 #include "settings/SettingsPageView.hpp"
 #include "settings/SettingsView.hpp"
 #include "settings/SettingsWindow.hpp"

@@ -10,7 +10,7 @@
 #include "permissions/AppDragView.hpp"
 
 #ifdef QUILLANE_LINE_ART
-#include "platform/linux/SystemSymbols.hpp"
+#include "platform/linux/shell/LineArtSymbols.hpp"
 #endif
 
 #include <QApplication>

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/common/ControlProtocol.hpp"
-#include "platform/common/ControlSocket.hpp"
 #include "platform/common/FileDescriptor.hpp"
+#include "platform/common/control/ControlProtocol.hpp"
+#include "platform/common/control/ControlSocket.hpp"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/common/CurlLibrary.hpp"
+#include "platform/common/curl/CurlLibrary.hpp"
 
 #include <gtest/gtest.h>
 

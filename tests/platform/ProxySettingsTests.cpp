@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/linux/LinuxProxySettings.hpp"
+#include "platform/linux/system/LinuxProxySettings.hpp"
 
 #include "platform/Platform.hpp"
 #include "platform/ProxySettingsContract.hpp"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/common/QtLauncher.hpp"
+#include "platform/common/qt/QtLauncher.hpp"
 
 #include "fakes/TemporaryFiles.hpp"
 #include "platform/LauncherContract.hpp"

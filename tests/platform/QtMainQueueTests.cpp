@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/common/QtMainQueue.hpp"
+#include "platform/common/qt/QtMainQueue.hpp"
 
 #include "platform/MainQueueContract.hpp"
 

@@ -6,8 +6,8 @@
 #include "fakes/FakeFileExaminer.hpp"
 #include "fakes/FakeProxySettings.hpp"
 #include "fakes/TemporaryFiles.hpp"
-#include "platform/common/CurlUrlSessions.hpp"
-#include "platform/common/QtMainQueue.hpp"
+#include "platform/common/curl/CurlUrlSessions.hpp"
+#include "platform/common/qt/QtMainQueue.hpp"
 
 #include <QCoreApplication>
 

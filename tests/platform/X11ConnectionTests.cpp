@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/linux/X11Connection.hpp"
+#include "platform/linux/x11/X11Connection.hpp"
 
 #include "platform/X11TestServer.hpp"
 

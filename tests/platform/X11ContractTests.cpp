@@ -7,11 +7,11 @@
 #include "platform/X11TestClient.hpp"
 #include "platform/X11TestKeyboard.hpp"
 #include "platform/X11TestServer.hpp"
-#include "platform/common/QtMainQueue.hpp"
-#include "platform/linux/X11EventTap.hpp"
-#include "platform/linux/X11InputSources.hpp"
-#include "platform/linux/X11KeyCodes.hpp"
-#include "platform/linux/X11KeyEvents.hpp"
+#include "platform/common/qt/QtMainQueue.hpp"
+#include "platform/linux/keyboard/X11EventTap.hpp"
+#include "platform/linux/keyboard/X11InputSources.hpp"
+#include "platform/linux/keyboard/X11KeyCodes.hpp"
+#include "platform/linux/keyboard/X11KeyEvents.hpp"
 
 #include <algorithm>
 #include <array>

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/linux/X11InputSources.hpp"
+#include "platform/linux/keyboard/X11InputSources.hpp"
 
 #include "platform/X11TestKeyboard.hpp"
 #include "platform/X11TestServer.hpp"
-#include "platform/linux/X11Session.hpp"
+#include "platform/linux/keyboard/X11Session.hpp"
 
 #include <gmock/gmock.h>
 

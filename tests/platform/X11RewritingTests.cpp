@@ -4,9 +4,9 @@
 #include "platform/X11TestClient.hpp"
 #include "platform/X11TestKeyboard.hpp"
 #include "platform/X11TestServer.hpp"
-#include "platform/common/QtMainQueue.hpp"
-#include "platform/linux/X11EventTap.hpp"
-#include "platform/linux/X11InputSources.hpp"
+#include "platform/common/qt/QtMainQueue.hpp"
+#include "platform/linux/keyboard/X11EventTap.hpp"
+#include "platform/linux/keyboard/X11InputSources.hpp"
 
 #include <gmock/gmock.h>
 

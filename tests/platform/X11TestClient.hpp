@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/linux/X11Xkb.hpp"
+#include "platform/linux/x11/X11Xkb.hpp"
 
 #include <atomic>
 #include <cstdlib>

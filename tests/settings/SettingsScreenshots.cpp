@@ -8,7 +8,7 @@
 #include "settings/SettingsView.hpp"
 
 #ifdef QUILLANE_LINE_ART
-#include "platform/linux/SystemSymbols.hpp"
+#include "platform/linux/shell/LineArtSymbols.hpp"
 #endif
 
 #include <QAbstractButton>

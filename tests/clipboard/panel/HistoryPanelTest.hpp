@@ -11,8 +11,8 @@
 #include "fakes/OffscreenApplication.hpp"
 
 #ifdef QUILLANE_LINE_ART
-#include "platform/linux/LinuxWindowTraits.hpp"
-#include "platform/linux/SystemSymbols.hpp"
+#include "platform/linux/shell/LineArtSymbols.hpp"
+#include "platform/linux/shell/LinuxWindowTraits.hpp"
 #endif
 
 #include <QApplication>

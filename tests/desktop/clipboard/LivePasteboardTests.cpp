@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/X11Pasteboard.hpp"
+#include "platform/linux/clipboard/X11Pasteboard.hpp"
 
 #include "core/clipboard/ClipboardSnapshot.hpp"
 #include "core/clipboard/PasteboardTypes.hpp"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/AccessibilityPanel.hpp"
+#include "platform/linux/system/AccessibilityPanel.hpp"
 
 #include <gtest/gtest.h>
 

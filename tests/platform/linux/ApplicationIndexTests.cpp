@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/ApplicationIndex.hpp"
+#include "platform/linux/applications/ApplicationIndex.hpp"
 
 #include "core/clipboard/ClipboardPrivacy.hpp"
 

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/linux/AtspiAccessibility.hpp"
+#include "platform/linux/accessibility/AtspiAccessibility.hpp"
 
 #include "platform/AccessibilityContract.hpp"
 #include "platform/linux/BusTest.hpp"
-#include "platform/linux/SessionBus.hpp"
+#include "platform/linux/dbus/SessionBus.hpp"
 
 #include <gmock/gmock.h>
 

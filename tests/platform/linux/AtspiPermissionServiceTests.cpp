@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/linux/AtspiPermissionService.hpp"
+#include "platform/linux/accessibility/AtspiPermissionService.hpp"
 
 #include "platform/PermissionServiceContract.hpp"
 #include "platform/linux/BusTest.hpp"
-#include "platform/linux/SessionBus.hpp"
+#include "platform/linux/dbus/SessionBus.hpp"
 
 #include <chrono>
 #include <csignal>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/AutostartLoginItem.hpp"
+#include "platform/linux/system/AutostartLoginItem.hpp"
 
 #include "fakes/FakeLoginItemService.hpp"
 #include "fakes/TemporaryFiles.hpp"

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/linux/BusConnection.hpp"
+#include "platform/linux/dbus/BusConnection.hpp"
 
 #include "platform/linux/BusTest.hpp"
-#include "platform/linux/SessionBus.hpp"
+#include "platform/linux/dbus/SessionBus.hpp"
 
 #include <gmock/gmock.h>
 

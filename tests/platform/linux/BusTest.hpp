@@ -4,7 +4,7 @@
 
 #include "desktop/fixture/LiveDesktopTest.hpp"
 #include "platform/X11TestServer.hpp"
-#include "platform/linux/BusConnection.hpp"
+#include "platform/linux/dbus/BusConnection.hpp"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/linux/ClipboardTargets.hpp"
+#include "platform/linux/clipboard/ClipboardTargets.hpp"
 
 #include <gmock/gmock.h>
 

@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/DesktopEntryCatalog.hpp"
+#include "platform/linux/applications/DesktopEntryCatalog.hpp"
 
 #include "fakes/TemporaryFiles.hpp"
 #include "platform/ApplicationCatalogContract.hpp"
-#include "platform/common/QtMainQueue.hpp"
-#include "platform/linux/DesktopEntries.hpp"
+#include "platform/common/qt/QtMainQueue.hpp"
+#include "platform/linux/applications/DesktopEntries.hpp"
 
 #include <QCoreApplication>
 #include <QEventLoop>

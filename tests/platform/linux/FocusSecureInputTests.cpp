@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/FocusSecureInput.hpp"
+#include "platform/linux/keyboard/FocusSecureInput.hpp"
 
 #include "fakes/FakeDesktop.hpp"
 #include "platform/SecureInputContract.hpp"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/SystemSymbolsContract.hpp"
-#include "platform/linux/SystemSymbols.hpp"
+#include "platform/linux/shell/LineArtSymbols.hpp"
 
 namespace quillane {
 namespace {

@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/LinuxSleepAssertions.hpp"
+#include "platform/linux/power/LinuxSleepAssertions.hpp"
 
 #include "core/power/SleepPrevention.hpp"
 #include "desktop/fixture/MockServices.hpp"
 #include "platform/SleepAssertionsContract.hpp"
 #include "platform/linux/BusTest.hpp"
-#include "platform/linux/SessionBus.hpp"
-#include "platform/linux/X11Blanking.hpp"
+#include "platform/linux/dbus/SessionBus.hpp"
+#include "platform/linux/power/X11Blanking.hpp"
 
 #include <xcb/screensaver.h>
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/linux/LinuxSystemInspector.hpp"
+#include "platform/linux/system/LinuxSystemInspector.hpp"
 
 #include "platform/SystemInspectorContract.hpp"
 #include "platform/linux/BusTest.hpp"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/LinuxWindowTraits.hpp"
+#include "platform/linux/shell/LinuxWindowTraits.hpp"
 
 #include "platform/WindowTraitsContract.hpp"
 #include "platform/X11TestKeyboard.hpp"

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/linux/LogindWake.hpp"
+#include "platform/linux/power/LogindWake.hpp"
 
 #include "platform/linux/BusTest.hpp"
 

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/NautilusScript.hpp"
+#include "platform/linux/shell/NautilusScript.hpp"
 
 #include "fakes/TemporaryFiles.hpp"
 #include "platform/X11TestServer.hpp"
-#include "platform/linux/CommandServicesMenu.hpp"
+#include "platform/linux/shell/CommandServicesMenu.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/linux/OwnFocus.hpp"
+#include "platform/linux/accessibility/OwnFocus.hpp"
 
-#include "platform/linux/AtspiAccessibility.hpp"
-#include "platform/linux/SessionBus.hpp"
+#include "platform/linux/accessibility/AtspiAccessibility.hpp"
+#include "platform/linux/dbus/SessionBus.hpp"
 
 #include <QApplication>
 #include <QElapsedTimer>

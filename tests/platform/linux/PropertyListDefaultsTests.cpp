@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/linux/PropertyListDefaults.hpp"
+#include "platform/linux/system/PropertyListDefaults.hpp"
 
 #include "core/support/PropertyList.hpp"
 #include "fakes/TemporaryFiles.hpp"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/QtFilePanel.hpp"
+#include "platform/linux/shell/QtFilePanel.hpp"
 
 #include "core/localization/Texts.hpp"
 #include "fakes/FakeUserDefaults.hpp"

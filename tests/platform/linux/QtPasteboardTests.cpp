@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/QtPasteboard.hpp"
+#include "platform/linux/clipboard/QtPasteboard.hpp"
 
 #include "core/clipboard/PasteboardTypes.hpp"
 

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/linux/RowMenu.hpp"
+#include "platform/linux/shell/RowMenu.hpp"
 
 #include "platform/StatusItemContract.hpp"
-#include "platform/linux/TrayStatusItem.hpp"
+#include "platform/linux/shell/TrayStatusItem.hpp"
 
 #include <QApplication>
 

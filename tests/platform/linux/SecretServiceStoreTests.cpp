@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/SecretServiceStore.hpp"
+#include "platform/linux/system/SecretServiceStore.hpp"
 
 #include "core/clipboard/ClipboardKey.hpp"
 #include "fakes/TemporaryFiles.hpp"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/linux/X11Connection.hpp"
+#include "platform/linux/x11/X11Connection.hpp"
 
 #include <algorithm>
 #include <array>

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/TerminalShortcuts.hpp"
+#include "platform/linux/applications/TerminalShortcuts.hpp"
 
 #include "fakes/FakeDesktop.hpp"
 #include "fakes/TemporaryFiles.hpp"
-#include "platform/linux/TerminalFocus.hpp"
+#include "platform/linux/applications/TerminalFocus.hpp"
 
 #include <gtest/gtest.h>
 

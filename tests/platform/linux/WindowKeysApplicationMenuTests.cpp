@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/WindowKeysApplicationMenu.hpp"
+#include "platform/linux/shell/WindowKeysApplicationMenu.hpp"
 
 #include "fakes/OffscreenApplication.hpp"
 #include "platform/ApplicationMenuContract.hpp"
-#include "platform/linux/LatinKeyPlaces.hpp"
+#include "platform/linux/keyboard/LatinKeyPlaces.hpp"
 
 #include <QKeyEvent>
 #include <QLineEdit>

@@ -5,7 +5,7 @@
 
 #include "platform/X11TestServer.hpp"
 #include "platform/linux/TestProcess.hpp"
-#include "platform/linux/X11Connection.hpp"
+#include "platform/linux/x11/X11Connection.hpp"
 
 #include <array>
 #include <memory>

@@ -1,15 +1,15 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/X11AreaCapture.hpp"
+#include "platform/linux/capture/X11AreaCapture.hpp"
 
 #include "core/clipboard/PasteboardTypes.hpp"
 #include "fakes/FakePasteboard.hpp"
 #include "platform/AreaCaptureContract.hpp"
 #include "platform/X11TestKeyboard.hpp"
 #include "platform/X11TestServer.hpp"
-#include "platform/common/QtMainQueue.hpp"
-#include "platform/linux/X11Connection.hpp"
+#include "platform/common/qt/QtMainQueue.hpp"
+#include "platform/linux/x11/X11Connection.hpp"
 
 #include <QApplication>
 #include <QImage>

@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/X11HotKeys.hpp"
+#include "platform/linux/keyboard/X11HotKeys.hpp"
 
 #include "platform/HotKeysContract.hpp"
 #include "platform/X11TestKeyboard.hpp"
 #include "platform/X11TestServer.hpp"
-#include "platform/linux/X11Session.hpp"
+#include "platform/linux/keyboard/X11Session.hpp"
 
 #include <array>
 #include <chrono>

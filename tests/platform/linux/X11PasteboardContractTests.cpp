@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/linux/X11Pasteboard.hpp"
+#include "platform/linux/clipboard/X11Pasteboard.hpp"
 
 #include "platform/PasteboardContract.hpp"
 #include "platform/X11TestServer.hpp"

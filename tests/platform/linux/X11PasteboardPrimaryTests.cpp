@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/linux/X11PasteboardTest.hpp"
-#include "platform/linux/X11PrimarySelection.hpp"
+#include "platform/linux/clipboard/X11PrimarySelection.hpp"
 
 namespace quillane {
 

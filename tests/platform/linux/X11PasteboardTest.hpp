@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/linux/X11Pasteboard.hpp"
+#include "platform/linux/clipboard/X11Pasteboard.hpp"
 
 #include "core/clipboard/ClipboardSnapshot.hpp"
 #include "core/clipboard/PasteboardTypes.hpp"

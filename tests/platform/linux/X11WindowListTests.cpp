@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/X11WindowList.hpp"
+#include "platform/linux/applications/X11WindowList.hpp"
 
 #include "platform/WindowListContract.hpp"
 #include "platform/linux/WindowProcess.hpp"

@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/linux/X11Workspace.hpp"
+#include "platform/linux/applications/X11Workspace.hpp"
 
 #include "fakes/TemporaryFiles.hpp"
 #include "platform/WorkspaceContract.hpp"
 #include "platform/X11TestServer.hpp"
-#include "platform/common/QtMainQueue.hpp"
-#include "platform/linux/InstalledApplications.hpp"
+#include "platform/common/qt/QtMainQueue.hpp"
 #include "platform/linux/WindowProcess.hpp"
-#include "platform/linux/X11Connection.hpp"
+#include "platform/linux/applications/InstalledApplications.hpp"
+#include "platform/linux/x11/X11Connection.hpp"
 
 #include <gmock/gmock.h>
 

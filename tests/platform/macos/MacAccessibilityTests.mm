@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/macos/MacAccessibility.hpp"
+#include "platform/macos/accessibility/MacAccessibility.hpp"
 
 #include "platform/AccessibilityContract.hpp"
 #include "platform/macos/MacDriver.hpp"

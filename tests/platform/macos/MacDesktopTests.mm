@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/macos/MacApplicationCatalog.hpp"
-#include "platform/macos/MacPermissionService.hpp"
-#include "platform/macos/MacProxySettings.hpp"
-#include "platform/macos/MacSystemSymbols.hpp"
-#include "platform/macos/MacWindowList.hpp"
+#include "platform/macos/accessibility/MacPermissionService.hpp"
+#include "platform/macos/applications/MacApplicationCatalog.hpp"
+#include "platform/macos/applications/MacWindowList.hpp"
+#include "platform/macos/shell/MacSystemSymbols.hpp"
+#include "platform/macos/system/MacProxySettings.hpp"
 
 #include "platform/ApplicationCatalogContract.hpp"
 #include "platform/PermissionServiceContract.hpp"

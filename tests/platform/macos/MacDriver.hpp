@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/macos/MacLaunch.hpp"
+#include "platform/macos/shell/MacLaunch.hpp"
 
 #include <QApplication>
 

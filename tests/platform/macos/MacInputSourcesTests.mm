@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/macos/MacInputSources.hpp"
+#include "platform/macos/keyboard/MacInputSources.hpp"
 
 #include "platform/InputSourcesContract.hpp"
-#include "platform/macos/CFRef.hpp"
 #include "platform/macos/MacDriver.hpp"
-#include "platform/macos/MacStrings.hpp"
+#include "platform/macos/foundation/CFRef.hpp"
+#include "platform/macos/foundation/MacStrings.hpp"
 
 #include <Carbon/Carbon.h>
 

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/macos/MacEventTap.hpp"
-#include "platform/macos/MacHotKeys.hpp"
-#include "platform/macos/MacKeyEvents.hpp"
+#include "platform/macos/keyboard/MacEventTap.hpp"
+#include "platform/macos/keyboard/MacHotKeys.hpp"
+#include "platform/macos/keyboard/MacKeyEvents.hpp"
 
 #include "platform/EventTapContract.hpp"
 #include "platform/HotKeysContract.hpp"

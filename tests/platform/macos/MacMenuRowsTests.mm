@@ -3,8 +3,8 @@
 
 #include "platform/StatusItemContract.hpp"
 #include "platform/macos/MacDriver.hpp"
-#include "platform/macos/MacMenuRows.hpp"
-#include "platform/macos/MacStrings.hpp"
+#include "platform/macos/foundation/MacStrings.hpp"
+#include "platform/macos/shell/MacMenuRows.hpp"
 
 namespace quillane {
 namespace {

@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/macos/MacPasteboard.hpp"
+#include "platform/macos/clipboard/MacPasteboard.hpp"
 
 #include "core/clipboard/PasteboardTypes.hpp"
 #include "platform/PasteboardContract.hpp"
 #include "platform/macos/MacDriver.hpp"
-#include "platform/macos/MacStrings.hpp"
+#include "platform/macos/foundation/MacStrings.hpp"
 
 #include <gmock/gmock.h>
 

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/macos/MacSecretStore.hpp"
+#include "platform/macos/system/MacSecretStore.hpp"
 
 #include "platform/SecretStoreContract.hpp"
-#include "platform/macos/MacStrings.hpp"
+#include "platform/macos/foundation/MacStrings.hpp"
 
 #include <array>
 

@@ -1,15 +1,15 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/macos/MacSecureInput.hpp"
-#include "platform/macos/MacServicesMenu.hpp"
-#include "platform/macos/MacSystemInspector.hpp"
+#include "platform/macos/keyboard/MacSecureInput.hpp"
+#include "platform/macos/shell/MacServicesMenu.hpp"
+#include "platform/macos/system/MacSystemInspector.hpp"
 
 #include "platform/SecureInputContract.hpp"
 #include "platform/ServicesMenuContract.hpp"
 #include "platform/SystemInspectorContract.hpp"
 #include "platform/macos/MacDriver.hpp"
-#include "platform/macos/MacStrings.hpp"
+#include "platform/macos/foundation/MacStrings.hpp"
 
 #import <Carbon/Carbon.h>
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/macos/MacSleepAssertions.hpp"
+#include "platform/macos/power/MacSleepAssertions.hpp"
 
 #include "platform/SleepAssertionsContract.hpp"
 

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "fakes/Modifier.hpp"
-#include "platform/macos/CFRef.hpp"
+#include "platform/macos/foundation/CFRef.hpp"
 
 #include <set>
 #include <string>

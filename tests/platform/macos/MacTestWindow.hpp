@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "platform/macos/CFRef.hpp"
 #include "platform/macos/MacDriver.hpp"
+#include "platform/macos/foundation/CFRef.hpp"
 
 #include <QLineEdit>
 #include <QWidget>

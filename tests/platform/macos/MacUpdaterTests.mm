@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/macos/MacUpdaterService.hpp"
+#include "platform/macos/system/MacUpdaterService.hpp"
 
 #include "platform/UpdaterServiceContract.hpp"
 #include "platform/macos/MacDriver.hpp"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/macos/MacUserDefaults.hpp"
+#include "platform/macos/system/MacUserDefaults.hpp"
 
 #include "platform/UserDefaultsContract.hpp"
 

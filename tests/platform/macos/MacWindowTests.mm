@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/macos/MacApplicationMenu.hpp"
-#include "platform/macos/MacWindowTraits.hpp"
+#include "platform/macos/shell/MacApplicationMenu.hpp"
+#include "platform/macos/shell/MacWindowTraits.hpp"
 
 #include "platform/ApplicationMenuContract.hpp"
 #include "platform/WindowTraitsContract.hpp"
-#include "platform/macos/MacStrings.hpp"
 #include "platform/macos/MacTestWindow.hpp"
+#include "platform/macos/foundation/MacStrings.hpp"
 
 namespace quillane {
 namespace {

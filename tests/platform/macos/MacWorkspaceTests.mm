@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/macos/MacWorkspace.hpp"
+#include "platform/macos/applications/MacWorkspace.hpp"
 
 #include "platform/WorkspaceContract.hpp"
 #include "platform/macos/MacDriver.hpp"
-#include "platform/macos/MacStrings.hpp"
+#include "platform/macos/foundation/MacStrings.hpp"
 
 #include <memory>
 #include <string_view>

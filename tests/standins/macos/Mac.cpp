@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "standins/macos/Mac.hpp"
 
-#include "platform/macos/MacActivity.hpp"
+#include "platform/macos/foundation/MacActivity.hpp"
 
 #include <ApplicationServices/ApplicationServices.h>
 #include <dispatch/dispatch.h>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/macos/CFRef.hpp"
+#include "platform/macos/foundation/CFRef.hpp"
 #include "standins/macos/Object.hpp"
 
 #include <CoreFoundation/CoreFoundation.h>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/macos/MacAccessibility.hpp"
+#include "platform/macos/accessibility/MacAccessibility.hpp"
 
 #include "platform/AccessibilityContract.hpp"
 #include "standins/macos/Mac.hpp"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 #include "direction/AX.hpp"
-#include "platform/macos/MacAccessibility.hpp"
+#include "platform/macos/accessibility/MacAccessibility.hpp"
 #include "standins/macos/Mac.hpp"
 
 #include <gtest/gtest.h>

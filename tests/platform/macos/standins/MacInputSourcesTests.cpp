@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/macos/MacInputSources.hpp"
+#include "platform/macos/keyboard/MacInputSources.hpp"
 
 #include "platform/InputSourcesContract.hpp"
 #include "standins/macos/Mac.hpp"

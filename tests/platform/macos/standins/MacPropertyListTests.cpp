@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/macos/MacPropertyList.hpp"
+#include "platform/macos/foundation/MacPropertyList.hpp"
 
 #include "standins/macos/Mac.hpp"
 

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/macos/MacProxySettings.hpp"
-#include "platform/macos/MacSecretStore.hpp"
-#include "platform/macos/MacSleepAssertions.hpp"
-#include "platform/macos/MacWindowList.hpp"
+#include "platform/macos/applications/MacWindowList.hpp"
+#include "platform/macos/power/MacSleepAssertions.hpp"
+#include "platform/macos/system/MacProxySettings.hpp"
+#include "platform/macos/system/MacSecretStore.hpp"
 
 #include "platform/ProxySettingsContract.hpp"
 #include "platform/SecretStoreContract.hpp"

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "standins/macos/Mac.hpp"
 
-#include "platform/macos/CFRef.hpp"
-#include "platform/macos/MacAutoreleasePool.hpp"
-#include "platform/macos/MacCallback.hpp"
+#include "platform/macos/foundation/CFRef.hpp"
+#include "platform/macos/foundation/MacAutoreleasePool.hpp"
+#include "platform/macos/foundation/MacCallback.hpp"
 
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>

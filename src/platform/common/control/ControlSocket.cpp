@@ -1,0 +1,224 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "platform/common/control/ControlSocket.hpp"
+
+#include "platform/common/FileDescriptor.hpp"
+#include "platform/common/control/ControlProtocol.hpp"
+
+#include <QObject>
+#include <QPointer>
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <optional>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+
+namespace quillane {
+
+namespace {
+
+constexpr int maximumClients = 16;
+constexpr std::chrono::seconds clientPatience{5};
+
+bool makeNonBlocking(int fd) {
+    return ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) | O_NONBLOCK) == 0 && ::fcntl(fd, F_SETFD, FD_CLOEXEC) == 0;
+}
+
+bool isSameUser(int fd) {
+#ifdef SO_PEERCRED
+    ucred peer{};
+    socklen_t length = sizeof peer;
+    return ::getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &peer, &length) == 0 && peer.uid == ::geteuid();
+#else
+    uid_t user = 0;
+    gid_t group = 0;
+    return ::getpeereid(fd, &user, &group) == 0 && user == ::geteuid();
+#endif
+}
+
+/// One connection: collects a line, answers it, goes away.
+class Client : public QObject {
+public:
+    Client(FileDescriptor fd, const AgentControl::Handler& handler, QObject* parent)
+        : QObject(parent),
+          fd_(std::move(fd)),
+          handler_(handler),
+          readable_(fd_.get(), QSocketNotifier::Read),
+          writable_(fd_.get(), QSocketNotifier::Write) {
+        writable_.setEnabled(false);
+        connect(&readable_, &QSocketNotifier::activated, this, [this] { read(); });
+        connect(&writable_, &QSocketNotifier::activated, this, [this] { write(); });
+        QTimer::singleShot(clientPatience, this, [this] { finish(); });
+    }
+
+private:
+    void read() {
+        std::array<char, 4096> buffer{};
+        const auto count = ::recv(fd_.get(), buffer.data(), buffer.size(), 0);
+        if (count < 0 && (errno == EAGAIN || errno == EINTR)) {
+            return;
+        }
+        if (count <= 0) {
+            finish();
+            return;
+        }
+        input_.append(buffer.data(), static_cast<std::size_t>(count));
+        const auto end = input_.find('\n');
+        if (end == std::string::npos && input_.size() <= control::maximumLineBytes) {
+            return;
+        }
+        readable_.setEnabled(false);
+        const auto request = control::decodeRequest(std::string_view(input_).substr(0, end));
+        const auto alive = QPointer<Client>(this);
+        const auto handler = handler_; // a handler may end the server, and with it this connection
+        const auto reply = request ? handler(*request) : ControlReply{false, "The request could not be read."};
+        if (alive) {
+            output_ = control::encode(reply) + "\n";
+            write();
+        }
+    }
+
+    void write() {
+        const auto count = ::send(fd_.get(), output_.data(), output_.size(), MSG_NOSIGNAL);
+        if (count < 0 && (errno == EAGAIN || errno == EINTR)) {
+            writable_.setEnabled(true);
+            return;
+        }
+        if (count < 0) {
+            finish();
+            return;
+        }
+        output_.erase(0, static_cast<std::size_t>(count));
+        writable_.setEnabled(!output_.empty());
+        if (output_.empty()) {
+            finish();
+        }
+    }
+
+    void finish() {
+        readable_.setEnabled(false);
+        writable_.setEnabled(false);
+        deleteLater();
+    }
+
+    FileDescriptor fd_;
+    const AgentControl::Handler& handler_;
+    QSocketNotifier readable_;
+    QSocketNotifier writable_;
+    std::string input_;
+    std::string output_;
+};
+
+std::optional<sockaddr_un> socketAddress(const std::filesystem::path& path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const auto& text = path.native();
+    if (text.size() >= sizeof address.sun_path) {
+        return std::nullopt;
+    }
+    std::ranges::copy(text, address.sun_path);
+    return address;
+}
+
+} // namespace
+
+class ControlSocket::Server : public QObject {
+public:
+    Server(FileDescriptor lock, FileDescriptor listener, std::filesystem::path path)
+        : lock_(std::move(lock)), listener_(std::move(listener)), path_(std::move(path)) {}
+
+    ~Server() override {
+        ::unlink(path_.c_str()); // while the lock is held, so that no later agent's socket is removed
+    }
+
+    void setHandler(Handler handler) {
+        handler_ = std::move(handler);
+        if (!notifier_) {
+            notifier_ = std::make_unique<QSocketNotifier>(listener_.get(), QSocketNotifier::Read);
+            connect(notifier_.get(), &QSocketNotifier::activated, this, [this] { accept(); });
+        }
+    }
+
+private:
+    void accept() {
+        FileDescriptor client(::accept(listener_.get(), nullptr, nullptr));
+        if (!client || findChildren<QObject*>(Qt::FindDirectChildrenOnly).size() >= maximumClients ||
+            !makeNonBlocking(client.get()) || !isSameUser(client.get())) {
+            return;
+        }
+        new Client(std::move(client), handler_, this); // deletes itself, at the latest with the server
+    }
+
+    FileDescriptor lock_;
+    FileDescriptor listener_;
+    std::filesystem::path path_;
+    Handler handler_;
+    std::unique_ptr<QSocketNotifier> notifier_;
+};
+
+std::filesystem::path controlSocketPath() {
+#ifdef __APPLE__
+    std::array<char, 1024> folder{};
+    if (::confstr(_CS_DARWIN_USER_TEMP_DIR, folder.data(), folder.size()) > 0) {
+        return std::filesystem::path(folder.data()) / "quillane.sock";
+    }
+#else
+    if (const char* folder = std::getenv("XDG_RUNTIME_DIR"); folder && *folder == '/') {
+        return std::filesystem::path(folder) / "quillane.sock";
+    }
+#endif
+    return std::filesystem::path("/tmp/quillane-" + std::to_string(::geteuid())) / "quillane.sock";
+}
+
+ControlSocket::ControlSocket(std::unique_ptr<Server> server) : server_(std::move(server)) {}
+
+ControlSocket::~ControlSocket() = default;
+
+tl::expected<std::unique_ptr<ControlSocket>, ClaimError> ControlSocket::claim(const std::filesystem::path& path) {
+    const auto address = socketAddress(path);
+    const auto folder = path.parent_path();
+
+    struct stat status {};
+
+    const bool isFolderThere =
+        ::mkdir(folder.c_str(), 0700) == 0 ? ::chmod(folder.c_str(), 0700) == 0 : errno == EEXIST; // whatever the mask
+    if (!address || !isFolderThere || ::stat(folder.c_str(), &status) != 0 ||
+        status.st_uid != ::geteuid()) { // a folder of somebody else's is not to be trusted
+        return tl::unexpected(ClaimError::unavailable);
+    }
+    FileDescriptor lock(::open((path.native() + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    if (!lock || ::fchmod(lock.get(), 0600) != 0) {
+        return tl::unexpected(ClaimError::unavailable);
+    }
+    if (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
+        return tl::unexpected(errno == EWOULDBLOCK ? ClaimError::alreadyRunning : ClaimError::unavailable);
+    }
+    ::unlink(path.c_str());
+    FileDescriptor listener(::socket(AF_UNIX, SOCK_STREAM, 0));
+    if (!listener || !makeNonBlocking(listener.get())) {
+        return tl::unexpected(ClaimError::unavailable);
+    }
+    const auto mask = ::umask(0177);
+    const auto bound = ::bind(listener.get(), reinterpret_cast<const sockaddr*>(&*address), sizeof *address);
+    ::umask(mask);
+    if (bound != 0 || ::listen(listener.get(), maximumClients) != 0) {
+        return tl::unexpected(ClaimError::unavailable);
+    }
+    return std::unique_ptr<ControlSocket>(
+        new ControlSocket(std::make_unique<Server>(std::move(lock), std::move(listener), path)));
+}
+
+void ControlSocket::setHandler(Handler handler) {
+    server_->setHandler(std::move(handler));
+}
+
+} // namespace quillane

@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/linux/dbus/BusConnection.hpp"
+
+#include <memory>
+
+namespace quillane {
+
+class SessionBus;
+
+/// The bus of its own on which applications offer their accessibility trees (AT-SPI 2). It is there when the session's
+/// org.a11y.Bus says where, and may end and come back at any time. Main thread only; nothing waits.
+class AccessibilityBus {
+public:
+    explicit AccessibilityBus(SessionBus& session);
+
+    /// The connection, or nullptr while there is none. Being asked, it looks for the bus again, at most once a second.
+    [[nodiscard]] BusConnection* connection();
+
+    /// A connection has been opened.
+    core::Subscription onOpened(std::function<void(BusConnection&)> handler) {
+        return openings_.subscribe(std::move(handler));
+    }
+
+    /// The connection has been lost.
+    core::Subscription onLost(std::function<void()> handler) { return losses_.subscribe(std::move(handler)); }
+
+private:
+    void watch(BusConnection& session);
+    void find(BusConnection& session);
+    void open(const std::string& address);
+
+    SessionBus& session_;
+    std::unique_ptr<BusConnection> connection_;
+    bool finding_ = false;
+    BusConnection::Clock::time_point lastTry_;
+    core::Listeners<BusConnection&> openings_;
+    core::Listeners<> losses_;
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with answers that are on their way
+    core::Subscription reopenings_;
+    core::Subscription signals_;
+    core::Subscription loss_;
+};
+
+} // namespace quillane

@@ -1,0 +1,120 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Accessibility.hpp"
+#include "platform/linux/accessibility/AccessibilityBus.hpp"
+#include "platform/linux/accessibility/AtspiFacts.hpp"
+#include "platform/linux/accessibility/AtspiFocus.hpp"
+#include "platform/linux/accessibility/AtspiNotifications.hpp"
+#include "platform/linux/accessibility/AtspiTranslation.hpp"
+
+#include <map>
+
+namespace quillane {
+
+/// Accessibility over the AT-SPI 2 protocol, spoken directly on the accessibility bus: each call is bounded by the
+/// time-out of its element and runs no code but this class's own. What a call needs is asked at once and waited for
+/// once.
+///
+/// This process itself does not answer while it waits; its focused widget is asked directly.
+///
+/// The facts that decide about typing into the focused element are asked for as soon as it has the focus, kept for half
+/// a second, and renewed in the background while they are being asked for, so that typing into a busy application does
+/// not wait for it. What is older than that still holds for the first half second in which the application does not
+/// answer.
+///
+/// The children of an item that opens a submenu are read by opening it: toolkits make a submenu when it is first shown.
+/// That may take 0.6 s, during which the application must go on to answer.
+/// A menu that has no action for it is cancelled by the Escape key, which is sent once for each level that shows.
+class AtspiAccessibility final : public Accessibility {
+public:
+    explicit AtspiAccessibility(SessionBus& session);
+    ~AtspiAccessibility() override;
+
+    [[nodiscard]] AXElement application(pid_t pid) override;
+    void setMessagingTimeout(const AXElement& element, std::chrono::milliseconds timeout) override;
+    [[nodiscard]] std::optional<AXValue> attribute(const AXElement& element, std::string_view name) override;
+    [[nodiscard]] std::optional<std::vector<AXValue>> attributes(const AXElement& element,
+                                                                 std::span<const std::string_view> names) override;
+
+    [[nodiscard]] std::size_t elementsAtOnce() const override { return 32; }
+
+    [[nodiscard]] std::vector<std::optional<std::vector<AXValue>>>
+    attributesOfEach(std::span<const AXElement> elements, std::span<const std::string_view> names) override;
+    [[nodiscard]] bool isAnswering(const AXElement& element) override;
+    [[nodiscard]] bool isAttributeSettable(const AXElement& element, std::string_view name) override;
+    bool setAttribute(const AXElement& element, std::string_view name, const AXValue& value) override;
+    [[nodiscard]] std::vector<std::string> actionNames(const AXElement& element) override;
+    AXActionResult performAction(const AXElement& element, std::string_view name) override;
+    [[nodiscard]] std::optional<core::Subscription> observe(const AXElement& application, std::string_view name,
+                                                            std::function<void(const AXElement&)> handler) override;
+
+private:
+    using Clock = BusConnection::Clock;
+    class Handle;
+
+    /// Facts that were asked for, and when.
+    struct Request {
+        AtspiObject object;
+        std::uint64_t change = 0; ///< of the focus at that time
+        Clock::time_point begin;
+        std::shared_ptr<AtspiFacts> facts;   // shared with the answers on their way
+        Clock::time_point firstBegin{begin}; ///< of this and the same requests before it that were not answered
+    };
+
+    /// An object that was pressed, and what had the focus before.
+    struct Press {
+        AtspiObject object;
+        AtspiObject focused;
+    };
+
+    struct Limit {
+        Clock::time_point now;
+        std::chrono::milliseconds timeout;
+    };
+
+    [[nodiscard]] std::optional<std::vector<AXValue>>
+    read(const Handle& handle, std::span<const std::string_view> names, AtspiFactSet besides);
+    [[nodiscard]] AXValue present(AtspiValue value, std::optional<std::chrono::milliseconds> timeout) const;
+    [[nodiscard]] AXElement reference(const AtspiObject& object,
+                                      std::optional<std::chrono::milliseconds> timeout) const;
+    [[nodiscard]] static Limit limitOf(const Handle& handle);
+    [[nodiscard]] std::optional<AtspiObject> objectOf(const Handle& handle) const;
+    [[nodiscard]] std::shared_ptr<AtspiFacts> facts(const AtspiObject& object, AtspiFactSet which, const Limit& limit);
+    [[nodiscard]] std::optional<AtspiObject> focusedObject(const std::string& application, const Limit& limit);
+    void askAhead(BusConnection& bus, const AtspiFocus::Focus& focus);
+    [[nodiscard]] bool isUsable(const Request& known, Clock::time_point now) const;
+    [[nodiscard]] std::shared_ptr<AtspiFacts> focusFacts(BusConnection& bus, const AtspiFocus::Focus& focus,
+                                                         const Limit& limit);
+    void ignoreFocusOfPress(const std::string& application, const Limit& limit);
+    [[nodiscard]] bool waitFor(BusConnection& bus, const Request& request, const Limit& limit);
+    [[nodiscard]] bool mayAsk(BusConnection& bus, const std::string& application, const Limit& limit) const;
+
+    // AtspiAccessibilityActions.cpp
+    [[nodiscard]] std::optional<AtspiValue> compositeValue(const Handle& handle, const AtspiObject& object,
+                                                           std::string_view name, const Limit& limit);
+    [[nodiscard]] std::optional<AtspiObject> windowOf(AtspiObject object, const Limit& limit);
+    [[nodiscard]] std::optional<AtspiObject> activeWindow(const AtspiObject& application, const Limit& limit);
+    [[nodiscard]] std::vector<std::shared_ptr<AtspiFacts>>
+    factsOfEach(std::span<const AtspiObject> objects, std::span<const AtspiFactSet> which, const Limit& limit);
+    [[nodiscard]] std::optional<std::vector<AtspiObject>> openedSubmenu(const AtspiObject& item, Limit limit);
+    [[nodiscard]] std::optional<bool> answer(BusMessage message, const Limit& limit);
+    [[nodiscard]] AXActionResult doAction(const AtspiObject& object, std::size_t index, const Limit& limit);
+    [[nodiscard]] AXActionResult dismissMenu(const AtspiObject& menu, const Limit& limit);
+    [[nodiscard]] std::optional<AtspiObject> innermostOpenMenu(const AtspiObject& menu, const Limit& limit);
+    [[nodiscard]] bool select(const AtspiObject& object, const AXTextRange& range, const Limit& limit);
+
+    AccessibilityBus bus_;
+    AtspiFocus focus_;
+    AtspiNotifications notifications_;
+    std::optional<Press> press_;                ///< the last one
+    std::optional<AtspiObject> submenu_;        ///< opened last
+    std::optional<Request> known_;              ///< what is known of the focused element
+    std::optional<Request> renewal_;            ///< what has been asked of it and not been answered
+    std::map<std::string, Request> unanswered_; ///< by bus name: the call that an application left unanswered
+    core::Subscription losses_;
+    core::Subscription moves_;
+};
+
+} // namespace quillane

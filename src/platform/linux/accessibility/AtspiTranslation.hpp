@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Accessibility.hpp"
+#include "platform/linux/accessibility/AtspiFacts.hpp"
+
+#include <string_view>
+#include <variant>
+
+namespace quillane {
+
+/// A value of an attribute before its objects are made into references.
+using AtspiValue = std::variant<std::monostate, bool, std::string, AtspiObject, std::vector<AtspiObject>, AXTextRange>;
+
+/// How an attribute of the macOS names is made from facts.
+struct AtspiAttribute {
+    std::string_view name;
+    AtspiFactSet needs;
+    AtspiValue (*value)(const AtspiFacts& facts);
+};
+
+/// When an attribute can be set.
+struct AtspiSettable {
+    std::string_view name;
+    AtspiFactSet needs;
+    bool (*isSettable)(const AtspiFacts& facts);
+};
+
+/// The row for the attribute; nullptr when no element has it.
+[[nodiscard]] const AtspiAttribute* findAttribute(std::string_view name);
+[[nodiscard]] const AtspiSettable* findSettable(std::string_view name);
+
+/// What decides whether an element takes typed text: role, subrole, enabled, settable.
+inline constexpr AtspiFactSet editingFacts = AtspiFact::role | AtspiFact::states | AtspiFact::interfaces;
+
+/// Whether the object is a menu, open or not.
+[[nodiscard]] bool isMenu(const AtspiFacts& facts);
+
+/// Whether the object is an item of a menu.
+[[nodiscard]] bool isMenuItem(const AtspiFacts& facts);
+
+/// Whether the object says that it opens another one; not every item that does says so.
+[[nodiscard]] bool saysThatItOpens(const AtspiFacts& facts);
+
+/// The action of the object that does what the action of the macOS name does; none when it has not got it.
+[[nodiscard]] std::optional<std::size_t> atspiActionIndex(const AtspiFacts& facts, std::string_view name);
+
+/// The macOS names of what can be done to the object.
+[[nodiscard]] std::vector<std::string> actionNamesOf(const AtspiFacts& facts);
+
+} // namespace quillane

@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "platform/linux/applications/ApplicationIdentities.hpp"
+
+#include <algorithm>
+#include <array>
+
+namespace quillane {
+
+namespace {
+
+struct Identity {
+    std::string_view windowClass; ///< in lower case
+    std::string_view bundleID;
+};
+
+constexpr std::string_view chrome = "com.google.Chrome";
+constexpr std::string_view libreOffice = "org.libreoffice.script";
+constexpr std::string_view screenSharing = "com.apple.ScreenSharing";
+
+/// What the agent treats in a way of its own goes by the identifier of its peer on macOS.
+constexpr std::array identities{
+    // The agent itself.
+    Identity{"quillane", "com.quillane.app"},
+    // Browsers of the Chromium family have one and the same context menu.
+    Identity{"brave-browser", chrome},
+    Identity{"chromium", chrome},
+    Identity{"chromium-browser", chrome},
+    Identity{"google-chrome", chrome},
+    Identity{"google-chrome-beta", chrome},
+    Identity{"google-chrome-unstable", chrome},
+    Identity{"microsoft-edge", chrome},
+    Identity{"vivaldi-stable", chrome},
+    // One program with many window classes, as it is one application on macOS; a window gets its own when it has loaded
+    // its document.
+    Identity{"libreoffice", libreOffice},
+    Identity{"libreoffice-calc", libreOffice},
+    Identity{"libreoffice-draw", libreOffice},
+    Identity{"libreoffice-impress", libreOffice},
+    Identity{"libreoffice-startcenter", libreOffice},
+    Identity{"libreoffice-writer", libreOffice},
+    Identity{"soffice", libreOffice},
+    Identity{"soffice.bin", libreOffice},
+    // Another computer's screen, which has a keyboard of its own.
+    Identity{"gnome-connections", screenSharing},
+    Identity{"krdc", screenSharing},
+    Identity{"org.gnome.connections", screenSharing},
+    Identity{"org.kde.krdc", screenSharing},
+    Identity{"org.remmina.remmina", screenSharing},
+    Identity{"remmina", screenSharing},
+    Identity{"remote-viewer", screenSharing},
+    Identity{"tigervnc viewer", screenSharing},
+    Identity{"vinagre", screenSharing},
+    Identity{"virt-viewer", screenSharing},
+    Identity{"vncviewer", screenSharing},
+    Identity{"xfreerdp", screenSharing},
+    // Password managers.
+    Identity{"1password", "com.1password.1password"},
+    Identity{"com.1password.1password", "com.1password.1password"},
+    Identity{"bitwarden", "com.bitwarden.desktop"},
+    Identity{"com.bitwarden.desktop", "com.bitwarden.desktop"},
+    Identity{"keepassxc", "org.keepassxc.keepassxc"},
+    Identity{"org.keepassxc.keepassxc", "org.keepassxc.keepassxc"},
+};
+
+} // namespace
+
+std::string caseless(std::string_view name) {
+    std::string result(name);
+    std::ranges::transform(result, result.begin(),
+                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return result;
+}
+
+std::optional<std::string> knownBundleIdentifier(std::string_view windowClass) {
+    const auto* found = std::ranges::find(identities, caseless(windowClass), &Identity::windowClass);
+    return found != identities.end() ? std::optional<std::string>(found->bundleID) : std::nullopt;
+}
+
+} // namespace quillane

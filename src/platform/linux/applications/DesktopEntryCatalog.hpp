@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/ApplicationCatalog.hpp"
+#include "platform/Workspace.hpp"
+#include "platform/linux/applications/InstalledApplications.hpp"
+
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace quillane {
+
+/// The applications that have an entry (see ApplicationIndex) or a window.
+class DesktopEntryCatalog final : public ApplicationCatalog {
+public:
+    using Running = std::function<std::vector<RunningApplication>()>;
+
+    /// `running` tells who has windows; it is asked on the main thread.
+    DesktopEntryCatalog(std::shared_ptr<InstalledApplications> installed, Running running)
+        : installed_(std::move(installed)), running_(std::move(running)) {}
+
+    void read(Handler handler) override;
+
+private:
+    [[nodiscard]] std::vector<KnownApplication> applications() const;
+
+    std::shared_ptr<InstalledApplications> installed_; // shared with the workspace
+    Running running_;
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with an answer that is on its way
+};
+
+} // namespace quillane

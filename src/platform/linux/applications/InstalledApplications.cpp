@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/applications/InstalledApplications.hpp"
+
+#include <utility>
+
+namespace quillane {
+
+namespace {
+
+constexpr std::size_t mostClasses = 256; // that are remembered as unknown
+
+} // namespace
+
+InstalledApplications::InstalledApplications(MainQueue& mainQueue) : mainQueue_(mainQueue) {
+    start();
+}
+
+void InstalledApplications::read(std::function<void()> done) {
+    waiting_.push_back(std::move(done));
+    if (!isReading_) {
+        start();
+    }
+}
+
+void InstalledApplications::lookFor(const std::string& windowClass) {
+    if (lookedFor_.size() >= mostClasses) {
+        lookedFor_.clear();
+    }
+    if (lookedFor_.insert(windowClass).second && !isReading_) {
+        start();
+    }
+}
+
+void InstalledApplications::start() {
+    isReading_ = true;
+    reader_ = std::jthread([this, alive = std::weak_ptr<void>(alive_)](const std::stop_token& stop) {
+        ApplicationIndex index(desktopEntries(applicationFolders(), stop));
+        mainQueue_.post([this, alive, index = std::move(index)]() mutable {
+            if (!alive.expired()) {
+                finish(std::move(index));
+            }
+        });
+    });
+}
+
+void InstalledApplications::finish(ApplicationIndex index) {
+    isReading_ = false;
+    index_ = std::move(index);
+    changes_.notify();
+    for (const auto& done : std::exchange(waiting_, {})) {
+        if (done) {
+            done();
+        }
+    }
+}
+
+} // namespace quillane

@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/support/Listeners.hpp"
+#include "platform/Workspace.hpp"
+#include "platform/linux/applications/X11Clients.hpp"
+#include "platform/linux/power/LogindWake.hpp"
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include <xcb/xcb.h>
+
+namespace quillane {
+
+class InstalledApplications;
+class X11Connection;
+
+/// The session as the window manager describes it on the root window (Extended Window Manager Hints 1.5). What is in
+/// front is kept up to date from events; nothing is asked when it is read. A window that comes to the front is taken
+/// notice of when its process and class are known, a few round trips later.
+///
+/// Without a window manager the window with the input focus is in front, and it alone is known to run.
+class X11Workspace final : public Workspace {
+public:
+    /// `installed` tells which application a window belongs to; shared with who shows them.
+    X11Workspace(X11Connection& connection, std::shared_ptr<InstalledApplications> installed, bool launchedAtLogin);
+    ~X11Workspace() override;
+
+    [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override;
+    /// Where none has a window: the programs without one that are connected to the X server and whose file is so named.
+    [[nodiscard]] std::vector<RunningApplication> runningApplications(std::string_view bundleID) const override;
+
+    /// Whether there is such a process: an application may have closed its windows.
+    [[nodiscard]] bool isRunning(pid_t pid) const override;
+
+    /// Asks the window manager to activate the application's newest window (_NET_ACTIVE_WINDOW, EWMH 1.5).
+    bool activateApplication(pid_t pid) override;
+
+    /// Closes the application's windows, as their close buttons would; a process without any gets SIGTERM.
+    bool terminate(pid_t pid) override;
+
+    /// Everything that has a window, without this process: a process once for each class of its windows.
+    [[nodiscard]] std::vector<RunningApplication> applications() const;
+
+    [[nodiscard]] bool launchedAtLogin() const override { return launchedAtLogin_; }
+
+    core::Subscription onDidActivateApplication(std::function<void()> callback) override;
+    core::Subscription onDidWake(std::function<void()> callback) override;
+
+private:
+    struct Window {
+        std::optional<RunningApplication> application; ///< none while it is not known
+        std::string windowClass;                       ///< the second string of WM_CLASS in UTF-8; may be empty
+        std::string instance;                          ///< the first one
+        bool closes = false;                           ///< takes part in WM_DELETE_WINDOW
+    };
+
+    struct Reading;
+
+    struct Atoms {
+        xcb_atom_t supportingCheck, activeWindow, clientList, closeWindow, pid, protocols, deleteWindow;
+    };
+
+    [[nodiscard]] std::vector<RunningApplication> withoutWindows(std::string_view bundleID) const;
+    void restart();
+    void handle(const xcb_generic_event_t& event);
+    void readManager();
+    void setManager(xcb_window_t window);
+    void readActiveWindow();
+    void readClients();
+    void setClients(std::vector<xcb_window_t> clients);
+    void readFocus();
+    void setFrontWindow(xcb_window_t window);
+    void readWindow(xcb_window_t window);
+    void readClass(const std::shared_ptr<Reading>& reading, xcb_window_t window, int levels);
+    void finish(const Reading& reading);
+    [[nodiscard]] std::optional<std::string> identifierOf(const Window& window) const;
+    void identifyAgain();
+    void setFront(std::optional<RunningApplication> application);
+    void forgetOthers();
+    void sendMessage(xcb_window_t to, xcb_window_t about, xcb_atom_t type, std::uint32_t first, std::uint32_t second);
+
+    X11Connection& connection_;
+    std::shared_ptr<InstalledApplications> installed_;
+    const bool launchedAtLogin_;
+    Atoms atoms_{};
+    xcb_window_t manager_ = XCB_WINDOW_NONE;     ///< the window by which the window manager shows that it is alive
+    bool unmanaged_ = false;                     ///< there is no window manager, so far as is known
+    xcb_window_t frontWindow_ = XCB_WINDOW_NONE; ///< active or focused; its application may not be known yet
+    std::vector<xcb_window_t> clients_;          ///< in the order in which they were opened
+    std::map<xcb_window_t, Window> windows_;     ///< of the clients and the front window
+    std::optional<RunningApplication> front_;
+    mutable X11Clients clientPrograms_; ///< asks the server again while it is read
+    core::Listeners<> activated_;
+    LogindWake wake_;
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with answers that are on their way
+    core::Subscription events_;
+    core::Subscription losses_;
+    core::Subscription openings_;
+    core::Subscription installations_;
+};
+
+} // namespace quillane

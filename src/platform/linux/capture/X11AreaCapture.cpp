@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/capture/X11AreaCapture.hpp"
+
+#include "core/clipboard/PasteboardTypes.hpp"
+
+#include <chrono>
+#include <utility>
+
+namespace quillane {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// What was below a menu that has just closed is drawn again by its own program, which takes a moment.
+constexpr auto untilMenusHaveGone = 200ms;
+
+} // namespace
+
+X11AreaCapture::X11AreaCapture(Pasteboard& pasteboard, MainQueue& mainQueue, std::chrono::milliseconds patience)
+    : pasteboard_(pasteboard), mainQueue_(mainQueue), patience_(patience) {}
+
+X11AreaCapture::~X11AreaCapture() {
+    delete overlay_.release(); // there may be no event loop any more
+}
+
+bool X11AreaCapture::start(core::AppLanguage language, std::function<void()> keptOut) {
+    if (starting_ || overlay_) {
+        return true;
+    }
+    starting_ = true;
+    mainQueue_.postAfter(untilMenusHaveGone,
+                         [this, alive = std::weak_ptr<void>(alive_), language, keptOut = std::move(keptOut)] {
+                             if (!alive.expired()) {
+                                 show(language, keptOut);
+                             }
+                         });
+    return true;
+}
+
+void X11AreaCapture::show(core::AppLanguage language, std::function<void()> keptOut) {
+    starting_ = false;
+    auto pictures = ScreenPicture::ofAllScreens();
+    if (pictures.empty()) {
+        keptOut();
+        return;
+    }
+    overlay_.reset(new AreaOverlay(std::move(pictures), language, patience_,
+                                   {.taken =
+                                        [this](const QImage& picture) {
+                                            overlay_.reset();
+                                            copy(picture);
+                                        },
+                                    .cancelled = [this] { overlay_.reset(); },
+                                    .keptOut =
+                                        [this, keptOut = std::move(keptOut)] {
+                                            overlay_.reset();
+                                            keptOut();
+                                        }}));
+}
+
+void X11AreaCapture::copy(const QImage& picture) {
+    encoding_.post([this, alive = std::weak_ptr<void>(alive_), picture] {
+        mainQueue_.post([this, alive, png = pngOf(picture)]() mutable {
+            if (!alive.expired() && !png.empty()) {
+                pasteboard_.clear();
+                pasteboard_.write({{{{std::string(core::PasteboardTypes::png), std::move(png)}}, {}}});
+            }
+        });
+    });
+}
+
+} // namespace quillane

@@ -1,0 +1,116 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/support/Listeners.hpp"
+#include "platform/linux/dbus/BusMessage.hpp"
+
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+namespace quillane {
+
+/// A connection to a message bus, driven by Qt's event loop. Main thread only. Nothing waits, and no code of others
+/// runs, unless `wait` is called; and that runs only handlers of calls that were marked for it.
+///
+///     connection->call(methodCall(…), alive_, [this](DBusMessage* reply) { … });
+///
+/// A handler must not destroy the connection that calls it.
+class BusConnection {
+public:
+    using Clock = std::chrono::steady_clock;
+
+    /// Gets the reply, or nullptr on an error, when nobody owns the name called, and when the connection is lost.
+    using ReplyHandler = std::function<void(DBusMessage* reply)>;
+
+    enum class Delivery {
+        fromEventLoop, ///< the handler runs from the event loop only
+        alsoInWait,    ///< it may run inside `wait`: it must do no more than take notes
+    };
+
+    /// Connects to a bus on this machine (an address of "unix:"); nullptr when there is none. The bus has not to answer
+    /// for that: calls may be made at once and are sent when it has let us in.
+    [[nodiscard]] static std::unique_ptr<BusConnection> open(const std::string& address);
+
+    ~BusConnection();
+
+    [[nodiscard]] bool isLost() const { return lost_; }
+
+    /// Sends a call. The handler is called once, never inside this function, and not when `owner` has gone.
+    void call(BusMessage message, std::weak_ptr<void> owner, ReplyHandler handler,
+              Delivery delivery = Delivery::fromEventLoop);
+
+    /// Sends a message whose reply is not wanted, or a signal.
+    void send(BusMessage message);
+
+    /// Asks the bus for signals (match rules of the D-Bus Specification).
+    void addMatch(const std::string& rule);
+
+    /// Takes back one `addMatch` of the same rule.
+    void removeMatch(const std::string& rule);
+
+    /// Every signal, in the order of arrival.
+    core::Subscription onSignal(std::function<void(DBusMessage&)> handler) {
+        return signals_.subscribe(std::move(handler));
+    }
+
+    /// The bus has closed the connection; it stays lost.
+    core::Subscription onLost(std::function<void()> handler) { return losses_.subscribe(std::move(handler)); }
+
+    /// Runs the handlers of signals, and of answers that `wait` would handle, that have arrived already. Waits for
+    /// none.
+    void dispatchArrivedSignals();
+
+    /// Waits until the condition holds, at the longest to the deadline.
+    void wait(const std::function<bool()>& condition, Clock::time_point deadline);
+
+private:
+    struct Pending {
+        std::weak_ptr<void> owner;
+        ReplyHandler handler;
+        Delivery delivery;
+    };
+
+    struct Close {
+        void operator()(::DBusConnection* connection) const;
+    };
+
+    explicit BusConnection(::DBusConnection* connection);
+
+    void watch();
+    void addWatch(DBusWatch* watch);
+    void removeWatch(DBusWatch* watch);
+    void toggleWatch(DBusWatch* watch);
+    void process();
+    void readAndWrite(int milliseconds);
+    void takeArrived();
+    [[nodiscard]] bool isForWait(DBusMessage& message) const;
+    void deliverNow(const std::function<bool(DBusMessage&)>& which);
+    void deliver(DBusMessage& message);
+    void answer(std::uint32_t serial, DBusMessage* reply);
+    void lose();
+
+    std::map<DBusWatch*, std::unique_ptr<QSocketNotifier>> watches_; ///< what the connection waits for
+    std::unique_ptr<::DBusConnection, Close> connection_;
+    bool lost_ = false;
+    std::map<std::uint32_t, Pending> pending_; ///< by serial number
+    std::deque<Pending> unsent_;               ///< called after the connection was lost
+    std::deque<BusMessage> arrived_;           ///< not yet delivered
+    core::Listeners<DBusMessage&> signals_;
+    core::Listeners<> losses_;
+    QTimer drain_;
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // owner of the first call
+};
+
+/// Where the user's and the system's buses are, as "unix:" addresses; empty when the environment names none.
+[[nodiscard]] std::string sessionBusAddress();
+[[nodiscard]] std::string systemBusAddress();
+
+} // namespace quillane

@@ -1,0 +1,319 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "platform/linux/keyboard/X11KeyRewriter.hpp"
+
+#include <algorithm>
+
+#include <xcb/xcbext.h>
+#include <xcb/xtest.h>
+#include <xkbcommon/xkbcommon.h>
+
+namespace quillane {
+
+namespace {
+
+constexpr std::uint32_t grabbedEvents =
+    XCB_INPUT_XI_EVENT_MASK_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_KEY_RELEASE |
+    // A client that holds a grab gets its raw events through it, and only those it has asked for there.
+    XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
+
+constexpr std::chrono::milliseconds longestStop{1000}; ///< without any progress
+constexpr std::uint16_t highestXTestDevice = 127;
+
+/// The keys that type or move in text, in the numbers of macOS: letters, digits, punctuation, space, Return, Tab,
+/// Delete, the key pad, arrows.
+constexpr bool types(core::KeyCode key) {
+    return key <= 51 || (key >= 65 && key <= 69) || (key >= 75 && key <= 78) || (key >= 81 && key <= 92) ||
+           (key >= 114 && key <= 126 && key != 118 && key != 120 && key != 122);
+}
+
+} // namespace
+
+X11KeyRewriter::X11KeyRewriter(X11Connection& connection, X11RawInput& input, X11Keyboard& keyboard, Decide decide)
+    : connection_(connection),
+      keyboard_(keyboard),
+      decide_(std::move(decide)),
+      spares_(connection, keyboard),
+      alive_(std::make_shared<int>()),
+      events_(connection.onEvent([this](const xcb_generic_event_t& event) { handleEvent(event); })),
+      ownKeys_(input.onKey([this](const X11RawEvent& event) { handleOwnKey(event); })),
+      readings_(keyboard.onCurrent([this] {
+          grabKeys(); // Num Lock may be another modifier
+          if (const auto press = std::exchange(waiting_, std::nullopt)) {
+              answer(*press);
+          }
+          typeBacklog();
+      })),
+      losses_(connection.onLost([this] { forget(); })),
+      openings_(connection.onOpened([this] { grabKeys(); })) {
+    retry_.setSingleShot(true);
+    retry_.callOnTimeout([this] { typeBacklog(); });
+    longestStop_.setSingleShot(true);
+    longestStop_.callOnTimeout([this] {
+        endStopAtTypingKeys();
+        forgetOutputs();
+    });
+}
+
+X11KeyRewriter::~X11KeyRewriter() {
+    giveBack();
+}
+
+void X11KeyRewriter::setKeys(std::span<const xcb_keycode_t> keys) {
+    if (!std::ranges::equal(keys, keys_)) {
+        ungrabKeys();
+        keys_.assign(keys.begin(), keys.end());
+        grabKeys();
+    }
+}
+
+void X11KeyRewriter::remember(const X11RawEvent& press, std::optional<char16_t> replacement) {
+    decisions_[press.detail] = {press.time, press.device, replacement};
+}
+
+void X11KeyRewriter::giveBack() {
+    ungrabKeys();
+    keys_.clear();
+    endStopAtTypingKeys();
+    if (!connection_.isLost()) {
+        // The server may have stopped at a press that has not been read yet.
+        letThrough(keyboard_.device());
+        xcb_input_xi_ungrab_device(connection_.raw(), XCB_CURRENT_TIME, keyboard_.device());
+    }
+    forget();
+    spares_.giveBack();
+    connection_.flush();
+}
+
+void X11KeyRewriter::forget() {
+    waiting_.reset();
+    forgetOutputs();
+    looking_ = false;
+    typingGrabs_.clear();
+    keyModifiers_.clear();
+}
+
+void X11KeyRewriter::forgetOutputs() {
+    for (const auto keycode : std::exchange(outputs_, {})) {
+        spares_.release(keycode);
+    }
+    backlog_.clear();
+    longestStop_.stop();
+    retry_.stop();
+}
+
+void X11KeyRewriter::handleEvent(const xcb_generic_event_t& event) {
+    const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
+    const bool isXInput =
+        (event.response_type & 0x7f) == XCB_GE_GENERIC && generic.extension == connection_.extensions().xinputOpcode;
+    if (isXInput && (generic.event_type == XCB_INPUT_KEY_PRESS || generic.event_type == XCB_INPUT_KEY_RELEASE)) {
+        handleGrabbed(reinterpret_cast<const xcb_input_key_press_event_t&>(event),
+                      generic.event_type == XCB_INPUT_KEY_PRESS);
+    }
+}
+
+void X11KeyRewriter::handleGrabbed(const xcb_input_key_press_event_t& event, bool isPress) {
+    const auto keycode = static_cast<xcb_keycode_t>(event.detail);
+    const auto modifierBits = static_cast<std::uint8_t>(event.mods.effective);
+    if (std::exchange(looking_, false)) {
+        if (isPress && spares_.isSpare(keycode)) {
+            letThrough(event.deviceid);
+            return;
+        }
+        stopAtTypingKeys(modifierBits);
+        if (!isPress || keyboard_.keymap().modifier(keycode) != nullptr) {
+            letThrough(event.deviceid);
+            return;
+        }
+    } else if (!isPress) {
+        return;
+    }
+    answer({keycode, event.deviceid, event.time, event.group.effective, modifierBits,
+            (event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT) != 0});
+}
+
+void X11KeyRewriter::answer(const Press& press) {
+    if (!keyboard_.isCurrent()) {
+        waiting_ = press;
+        return;
+    }
+    if (const auto keysym = wantedKeysym(press); keysym != 0 && spares_.canType()) {
+        substitute(press, {keysym, decisions_[press.keycode].device});
+    } else {
+        letThrough(press.master);
+    }
+}
+
+std::uint32_t X11KeyRewriter::wantedKeysym(const Press& press) {
+    const auto& decision = decisions_[press.keycode];
+    std::optional<char16_t> replacement;
+    if (press.isRepeat && std::ranges::find(keys_, press.keycode) != keys_.end()) {
+        replacement = decide_({true, press.keycode, decision.device, press.time});
+    } else if (press.time == decision.time) {
+        replacement = decision.replacement;
+    }
+    if (replacement) {
+        return xkb_utf32_to_keysym(*replacement);
+    }
+    return isBehind() ? keyboard_.keymap().keysym(press.keycode, press.group, press.modifierBits) : 0;
+}
+
+void X11KeyRewriter::substitute(const Press& press, const Output& output) {
+    auto* const c = connection_.raw();
+    const auto keycode = backlog_.empty() ? spares_.keycodeFor(output.keysym) : std::nullopt;
+    if (!keycode || !typingGrabs_.empty()) {
+        stopAtTypingKeys(press.modifierBits);
+        backlog_.push_back(output);
+        typeBacklog();
+        xcb_input_xi_ungrab_device(c, XCB_CURRENT_TIME, press.master);
+        connection_.flush();
+        return;
+    }
+    outputs_.push_back(*keycode);
+    // The grab by the key would end when the key is let go, which may be waiting in the server.
+    const auto cookie =
+        xcb_input_xi_grab_device(c, connection_.root(), XCB_CURRENT_TIME, XCB_CURSOR_NONE, press.master,
+                                 XCB_INPUT_GRAB_MODE_22_SYNC, XCB_INPUT_GRAB_MODE_22_ASYNC, 0, 1, &grabbedEvents);
+    xcb_discard_reply(c, cookie.sequence);
+    type(*keycode, output.device);
+    xcb_input_xi_allow_events(c, XCB_CURRENT_TIME, press.master, XCB_INPUT_EVENT_MODE_SYNC_DEVICE, 0, XCB_NONE);
+    looking_ = true;
+    connection_.await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(c), alive_,
+                                                   [this, look = ++looks_, master = press.master,
+                                                    typed = *keycode](const auto*) { checkLook(look, master, typed); });
+    connection_.flush();
+}
+
+void X11KeyRewriter::typeBacklog() {
+    while (!backlog_.empty() && keyboard_.isCurrent()) {
+        const auto keycode = spares_.keycodeFor(backlog_.front().keysym);
+        if (!keycode) {
+            retry_.start(X11SpareKeys::shortestStay / 4);
+            return;
+        }
+        outputs_.push_back(*keycode);
+        type(*keycode, backlog_.front().device);
+        backlog_.pop_front();
+        connection_.flush();
+    }
+}
+
+void X11KeyRewriter::checkLook(std::uint64_t look, std::uint16_t master, xcb_keycode_t keycode) {
+    if (!looking_ || look != looks_) {
+        return;
+    }
+    // Nothing came out: the device that the key was pressed on has gone. XTest's own is always there.
+    looking_ = false;
+    xcb_input_xi_ungrab_device(connection_.raw(), XCB_CURRENT_TIME, master);
+    type(keycode, 0);
+    connection_.flush();
+}
+
+void X11KeyRewriter::handleOwnKey(const X11RawEvent& event) {
+    const auto found = event.isPress ? std::ranges::find(outputs_, event.detail) : outputs_.end();
+    if (found == outputs_.end()) {
+        return;
+    }
+    for (auto it = outputs_.begin(); it != std::next(found); ++it) {
+        spares_.release(*it);
+    }
+    outputs_.erase(outputs_.begin(), std::next(found));
+    typeBacklog();
+    if (!isBehind()) {
+        endStopAtTypingKeys();
+    } else if (!typingGrabs_.empty()) {
+        longestStop_.start(longestStop);
+    }
+}
+
+void X11KeyRewriter::type(xcb_keycode_t keycode, std::uint16_t device) {
+    // On the device that the key was pressed on: another one would bring its own map along, and every application would
+    // read that. XTest takes the events of the first XInput protocol for keys of a device that is named.
+    const auto* xinput = xcb_get_extension_data(connection_.raw(), &xcb_input_id);
+    const bool named = device != 0 && device <= highestXTestDevice;
+    const int press = named ? xinput->first_event + XCB_INPUT_DEVICE_KEY_PRESS : XCB_KEY_PRESS;
+    const int release = named ? xinput->first_event + XCB_INPUT_DEVICE_KEY_RELEASE : XCB_KEY_RELEASE;
+    for (const int event : {press, release}) {
+        xcb_test_fake_input(connection_.raw(), static_cast<std::uint8_t>(event), keycode, XCB_CURRENT_TIME,
+                            connection_.root(), 0, 0, named ? static_cast<std::uint8_t>(device) : std::uint8_t{0});
+    }
+}
+
+void X11KeyRewriter::letThrough(std::uint16_t master) {
+    xcb_input_xi_allow_events(connection_.raw(), XCB_CURRENT_TIME, master, XCB_INPUT_EVENT_MODE_REPLAY_DEVICE, 0,
+                              XCB_NONE);
+    connection_.flush();
+}
+
+void X11KeyRewriter::grab(xcb_keycode_t keycode, std::span<const std::uint32_t> modifiers) {
+    // An XInput grab rather than one of the core protocol: the server takes the group out of the state of a press that
+    // was stopped by the latter, and applications would read it as one of the first layout. On the one master rather
+    // than on all of them, which the server takes for pointers: it would not stop.
+    const auto cookie = xcb_input_xi_passive_grab_device(
+        connection_.raw(), XCB_CURRENT_TIME, connection_.root(), XCB_CURSOR_NONE, keycode, keyboard_.device(),
+        static_cast<std::uint16_t>(modifiers.size()), 1, XCB_INPUT_GRAB_TYPE_KEYCODE, XCB_INPUT_GRAB_MODE_22_SYNC,
+        XCB_INPUT_GRAB_MODE_22_ASYNC, 0, &grabbedEvents, modifiers.data());
+    xcb_discard_reply(connection_.raw(), cookie.sequence); // what another program has taken stays its own
+}
+
+void X11KeyRewriter::ungrab(xcb_keycode_t keycode, std::span<const std::uint32_t> modifiers) {
+    xcb_input_xi_passive_ungrab_device(connection_.raw(), connection_.root(), keycode, keyboard_.device(),
+                                       static_cast<std::uint16_t>(modifiers.size()), XCB_INPUT_GRAB_TYPE_KEYCODE,
+                                       modifiers.data());
+}
+
+void X11KeyRewriter::grabKeys() {
+    const std::uint32_t numLock = keyboard_.keymap().numLock();
+    const std::vector<std::uint32_t> modifiers{XCB_MOD_MASK_SHIFT, XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_LOCK,
+                                               XCB_MOD_MASK_SHIFT | numLock,
+                                               XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_LOCK | numLock};
+    if (modifiers == keyModifiers_ || connection_.isLost()) {
+        return;
+    }
+    ungrabKeys();
+    for (const auto keycode : keys_) {
+        grab(keycode, modifiers);
+    }
+    keyModifiers_ = modifiers;
+    connection_.flush();
+}
+
+void X11KeyRewriter::ungrabKeys() {
+    for (const auto keycode : keys_) {
+        if (!keyModifiers_.empty()) {
+            ungrab(keycode, keyModifiers_);
+        }
+    }
+    keyModifiers_.clear();
+    connection_.flush();
+}
+
+void X11KeyRewriter::stopAtTypingKeys(std::uint8_t modifierBits) {
+    const auto locks = static_cast<std::uint32_t>(modifierBits & ~XCB_MOD_MASK_SHIFT);
+    longestStop_.start(longestStop);
+    if (!typingGrabs_.empty()) {
+        return;
+    }
+    const auto& keymap = keyboard_.keymap();
+    for (unsigned code = keymap.firstKeycode(); code <= keymap.lastKeycode(); ++code) {
+        const auto keycode = static_cast<xcb_keycode_t>(code);
+        if (!types(X11KeyCodes::macKeyCode(keycode)) || keymap.modifier(keycode) != nullptr) {
+            continue;
+        }
+        auto& added = typingGrabs_.emplace_back(TypingGrab{keycode, {locks}});
+        if (std::ranges::find(keys_, keycode) == keys_.end()) {
+            added.modifiers.push_back(locks | XCB_MOD_MASK_SHIFT);
+        }
+        grab(keycode, added.modifiers);
+    }
+}
+
+void X11KeyRewriter::endStopAtTypingKeys() {
+    for (const auto& added : std::exchange(typingGrabs_, {})) {
+        ungrab(added.keycode, added.modifiers);
+    }
+    longestStop_.stop();
+    connection_.flush();
+}
+
+} // namespace quillane

@@ -1,0 +1,108 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/keyboard/EventFlags.hpp"
+#include "platform/linux/keyboard/X11Keymap.hpp"
+#include "platform/linux/keyboard/X11RawInput.hpp"
+#include "platform/linux/x11/X11Connection.hpp"
+
+#include <bitset>
+#include <memory>
+#include <optional>
+
+namespace quillane {
+
+/// The state of the core keyboard: what its keys mean, which modifiers are down, which group (layout) is in use. Kept
+/// from events, so that reading it costs nothing and never waits.
+class X11Keyboard {
+public:
+    /// What has made the group another one.
+    enum class Cause { key, request };
+
+    X11Keyboard(X11Connection& connection, X11RawInput& input);
+
+    /// True when what has been read of the map is what the server has, as far as it has told.
+    [[nodiscard]] bool isCurrent() const { return loading_ == 0 && !connection_.isLost(); }
+
+    [[nodiscard]] const X11Keymap& keymap() const { return keymap_; }
+
+    /// Asks for everything anew.
+    void reread();
+
+    /// The modifiers that are down, and Caps Lock.
+    [[nodiscard]] core::EventFlags flags() const;
+
+    /// The same, but while `onKey` is being told of a key: as they were before it.
+    [[nodiscard]] core::EventFlags settledFlags() const { return told_ ? *told_ : flags(); }
+
+    /// The keys that are down, by key code.
+    [[nodiscard]] const std::bitset<256>& keysDown() const { return down_; }
+
+    /// The master device, as XInput numbers it.
+    [[nodiscard]] std::uint8_t device() const { return device_; }
+
+    /// The group in use, counted from 0.
+    [[nodiscard]] unsigned group() const { return group_; }
+
+    /// Makes a group the one in use, on the keyboard and all its devices. It counts as done from now on.
+    void lockGroup(unsigned group);
+
+    /// Each key press and release, when the state above has taken it in.
+    core::Subscription onKey(X11RawInput::Handler handler) { return keys_.subscribe(std::move(handler)); }
+
+    core::Subscription onGroupChanged(std::function<void(Cause)> handler) {
+        return groups_.subscribe(std::move(handler));
+    }
+
+    /// Caps Lock was turned on or off.
+    core::Subscription onCapsLockChanged(std::function<void()> handler) {
+        return capsLocks_.subscribe(std::move(handler));
+    }
+
+    /// The groups may be others, or named otherwise, when the keyboard will next be current.
+    core::Subscription onLayoutNotice(std::function<void()> handler) {
+        return layoutNotices_.subscribe(std::move(handler));
+    }
+
+    /// Map and state have been read again and are current.
+    core::Subscription onCurrent(std::function<void()> handler) { return readings_.subscribe(std::move(handler)); }
+
+private:
+    void loadKeymap();
+    void loadState();
+    void finishLoading();
+    void handleKey(const X11RawEvent& event);
+    void handleEvent(const xcb_generic_event_t& event);
+    void handleState(const xcb_xkb_state_notify_event_t& event, std::uint32_t sequence);
+    void takeCapsLock(bool capsLock);
+    void takeGroup(unsigned group, std::uint32_t sequence, Cause cause);
+    [[nodiscard]] std::uint8_t modifierBitsDown() const;
+    void updateDownFlags();
+
+    X11Connection& connection_;
+    X11Keymap keymap_;
+    std::uint8_t device_ = 0;
+    std::bitset<256> down_;
+    core::EventFlags downFlags_ = 0;
+    std::optional<core::EventFlags> told_; ///< while listeners are told of a key: the flags before it
+    bool capsLock_ = false;
+    unsigned group_ = 0;
+    std::optional<std::uint32_t> lockRequest_; ///< states reported before it was carried out have an older group
+    int loading_ = 0;
+    bool keymapChangedAgain_ = false;
+    bool keymapLoading_ = false;
+    std::shared_ptr<void> alive_; ///< replaced with the connection, so that late answers are dropped
+    core::Listeners<const X11RawEvent&> keys_;
+    core::Listeners<Cause> groups_;
+    core::Listeners<> capsLocks_;
+    core::Listeners<> layoutNotices_;
+    core::Listeners<> readings_;
+    core::Subscription inputKeys_;
+    core::Subscription inputDevices_;
+    core::Subscription events_;
+    core::Subscription losses_;
+    core::Subscription openings_;
+};
+
+} // namespace quillane

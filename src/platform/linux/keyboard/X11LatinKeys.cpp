@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "platform/linux/keyboard/X11LatinKeys.hpp"
+
+#include "platform/linux/keyboard/LatinKeyPlaces.hpp"
+#include "platform/linux/keyboard/X11Keymap.hpp"
+
+namespace quillane {
+
+namespace {
+
+/// The symbol without modifiers, as far as it is a printable character of ASCII, whose key symbols are their codes.
+std::optional<char> character(const X11Keymap& keymap, unsigned group, std::uint32_t keycode) {
+    const auto symbol = keymap.keysym(static_cast<xcb_keycode_t>(keycode), group, 0);
+    return symbol > 0x20 && symbol < 0x7f ? std::optional(static_cast<char>(symbol)) : std::nullopt;
+}
+
+bool hasLatinLetters(const X11Keymap& keymap, unsigned group) {
+    for (std::uint32_t keycode = keymap.firstKeycode(); keycode <= keymap.lastKeycode(); ++keycode) {
+        if (const auto found = character(keymap, group, keycode); found && *found >= 'a' && *found <= 'z') {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+std::optional<char> latinKey(const X11Keymap& keymap, unsigned group, std::uint32_t keycode) {
+    if (keycode < keymap.firstKeycode() || keycode > keymap.lastKeycode() || hasLatinLetters(keymap, group)) {
+        return std::nullopt;
+    }
+    for (unsigned other = 0; other < keymap.groupCount(); ++other) {
+        if (hasLatinLetters(keymap, other)) {
+            return character(keymap, other, keycode);
+        }
+    }
+    return latinKeyInPlace(keycode);
+}
+
+} // namespace quillane

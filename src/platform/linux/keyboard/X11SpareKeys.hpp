@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/linux/keyboard/X11Keyboard.hpp"
+#include "platform/linux/x11/X11Connection.hpp"
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace quillane {
+
+/// Key codes that no key uses, borrowed to type one symbol each, whatever modifiers are down and whatever group is in
+/// use. A symbol keeps its key code as long as possible, for every change makes each application read the map again.
+/// The codes that are borrowed are listed on the root window, so that they are found after a crash.
+class X11SpareKeys {
+public:
+    X11SpareKeys(X11Connection& connection, X11Keyboard& keyboard);
+    ~X11SpareKeys();
+
+    /// An application that is behind reads a press only after a while, but always with the newest map. So a key code
+    /// keeps its symbol for so long after its release.
+    static constexpr std::chrono::milliseconds shortestStay{300};
+
+    /// False when the map has no key code to spare at all.
+    [[nodiscard]] bool canType() const { return !spares_.empty() || borrowable(); }
+
+    /// The key code that types the symbol until it is released; it does as soon as the server has worked off what was
+    /// requested so far. None while there is no key code to spare. The keyboard must be current.
+    [[nodiscard]] std::optional<xcb_keycode_t> keycodeFor(std::uint32_t keysym);
+
+    /// The key has been typed.
+    void release(xcb_keycode_t keycode);
+
+    [[nodiscard]] bool isSpare(xcb_keycode_t keycode) const;
+
+    /// Leaves all of them as they were found.
+    void giveBack();
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    struct Spare {
+        xcb_keycode_t keycode;
+        std::uint32_t keysym;
+        Clock::time_point lastUse{}; ///< far in the future until the release
+    };
+
+    using KeyBits = std::array<std::uint8_t, 32>;
+
+    [[nodiscard]] std::optional<xcb_keycode_t> borrowable() const;
+    void assign(xcb_keycode_t keycode, std::uint32_t keysym);
+    void setRepeating(const KeyBits& repeating);
+    void readLeftovers();
+    void readRepeating();
+    void takeOver(const xcb_get_property_reply_t& list);
+    void checkAgainstMap();
+    void publish();
+
+    X11Connection& connection_;
+    X11Keyboard& keyboard_;
+    std::vector<Spare> spares_;
+    std::optional<KeyBits> repeating_; ///< the keys that repeat while held, as found
+    xcb_atom_t listAtom_;
+    std::shared_ptr<void> alive_;
+    core::Subscription readings_;
+    core::Subscription notices_;
+    core::Subscription openings_;
+};
+
+} // namespace quillane

@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/linux/dbus/BusConnection.hpp"
+
+#include <memory>
+
+namespace quillane {
+
+/// Notice that the machine has woken from sleep, as the login manager tells it on the system bus (`PrepareForSleep` of
+/// org.freedesktop.login1.Manager). Without a system bus there is none. Main thread only; nothing waits.
+class LogindWake {
+public:
+    LogindWake();
+
+    core::Subscription onDidWake(std::function<void()> callback) { return woke_.subscribe(std::move(callback)); }
+
+private:
+    core::Listeners<> woke_;
+    std::unique_ptr<BusConnection> bus_;
+    core::Subscription signals_;
+};
+
+} // namespace quillane

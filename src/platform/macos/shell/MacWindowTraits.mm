@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+#include "platform/macos/shell/MacWindowTraits.hpp"
+
+#include "platform/macos/shell/MacPointerTracking.hpp"
+
+#include <QWidget>
+
+#import <AppKit/AppKit.h>
+
+/// What AppKit itself calls while it makes a panel with NSWindowStyleMaskNonactivatingPanel, so that the window server
+/// activates nobody when the panel is clicked. Setting the style mask of a panel that exists does not call it (Feedback
+/// Assistant FB16484811), and Qt makes its panels without that style. Not public: asked for before it is called.
+@protocol QuillanePreventsActivation
+- (void)_setPreventsActivation:(BOOL)prevents;
+@end
+
+namespace quillane {
+
+namespace {
+
+constexpr NSWindowStyleMask cardStyle = NSWindowStyleMaskNonactivatingPanel;
+constexpr NSWindowStyleMask searchStyle =
+    NSWindowStyleMaskTitled | NSWindowStyleMaskNonactivatingPanel | NSWindowStyleMaskFullSizeContentView;
+static_assert(cardStyle == 128 && searchStyle == 32897);
+
+constexpr NSWindowCollectionBehavior panelBehavior =
+    NSWindowCollectionBehaviorMoveToActiveSpace | NSWindowCollectionBehaviorFullScreenAuxiliary;
+static_assert(panelBehavior == 258);
+
+void preventActivation(NSWindow* panel) {
+    if ([panel respondsToSelector:@selector(_setPreventsActivation:)]) {
+        [(id<QuillanePreventsActivation>)panel _setPreventsActivation:YES];
+    }
+}
+
+void hideTitle(NSWindow* window) {
+    window.titleVisibility = NSWindowTitleHidden;
+    window.titlebarAppearsTransparent = YES;
+    for (const NSWindowButton button : {NSWindowCloseButton, NSWindowMiniaturizeButton, NSWindowZoomButton}) {
+        [window standardWindowButton:button].hidden = YES;
+    }
+}
+
+} // namespace
+
+void MacWindowTraits::setActivationPolicy(ActivationPolicy policy) {
+    @autoreleasepool {
+        NSApplication.sharedApplication.activationPolicy = policy == ActivationPolicy::accessory
+                                                               ? NSApplicationActivationPolicyAccessory
+                                                               : NSApplicationActivationPolicyRegular;
+    }
+}
+
+void MacWindowTraits::activateApplication() {
+    @autoreleasepool {
+        [NSApplication.sharedApplication activateIgnoringOtherApps:YES];
+    }
+}
+
+void MacWindowTraits::makePanel(QWidget& window, PanelKind kind) {
+    window.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint); // Qt makes tools NSPanels
+    window.setWindowFlag(Qt::WindowDoesNotAcceptFocus, kind == PanelKind::card); // else a click gives it the keys
+    window.setAttribute(Qt::WA_ShowWithoutActivating, kind == PanelKind::card);
+    @autoreleasepool {
+        NSView* view = (__bridge NSView*)reinterpret_cast<void*>(window.winId());
+        NSWindow* panel = view.window;
+        panel.styleMask = kind == PanelKind::card ? cardStyle : searchStyle;
+        preventActivation(panel);
+        panel.level = NSFloatingWindowLevel;
+        panel.collectionBehavior = panelBehavior;
+        panel.hidesOnDeactivate = NO; // not by WA_MacAlwaysShowToolWindow, with which Qt changes the level at times
+        panel.releasedWhenClosed = NO;
+        panel.hasShadow = YES;
+        if (kind == PanelKind::card) {
+            panel.opaque = NO;
+            panel.backgroundColor = NSColor.clearColor;
+        } else {
+            hideTitle(panel);
+            trackPointerAlways(window);
+        }
+    }
+}
+
+} // namespace quillane
