@@ -6,7 +6,7 @@
 #include "Require.hpp"
 
 #include "core/clipboard/EntryArchive.hpp"
-#include "core/support/PropertyList.hpp"
+#include "core/propertylist/PropertyList.hpp"
 
 using namespace quillane::core;
 using quillane::fuzz::require;

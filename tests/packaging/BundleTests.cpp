@@ -3,7 +3,7 @@
 
 #include "core/clipboard/ClipboardKey.hpp"
 #include "core/localization/AppLanguage.hpp"
-#include "core/support/PropertyList.hpp"
+#include "core/propertylist/PropertyList.hpp"
 
 #include <gmock/gmock.h>
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/clipboard/EntryArchive.hpp"
 
-#include "core/support/PropertyList.hpp"
+#include "core/propertylist/PropertyList.hpp"
 
 #include <cmath>
 #include <string>

@@ -3,7 +3,7 @@
 #include "core/clipboard/VaultTest.hpp"
 
 #include "core/clipboard/EntryArchive.hpp"
-#include "core/support/PropertyList.hpp"
+#include "core/propertylist/PropertyList.hpp"
 
 #include <chrono>
 #include <limits>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "core/support/PropertyList.hpp"
+#include "core/propertylist/PropertyList.hpp"
 
 #include "PropertyListSamples.hpp"
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/system/PropertyListDefaults.hpp"
 
-#include "core/support/PropertyList.hpp"
+#include "core/propertylist/PropertyList.hpp"
 #include "fakes/TemporaryFiles.hpp"
 #include "platform/UserDefaultsContract.hpp"
 

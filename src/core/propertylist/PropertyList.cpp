@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "core/support/PropertyList.hpp"
+#include "core/propertylist/PropertyList.hpp"
 
-#include "core/support/PropertyListFormats.hpp"
+#include "core/propertylist/PropertyListFormats.hpp"
 
 #include <algorithm>
 #include <string_view>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/support/PropertyListValue.hpp"
+#include "core/propertylist/PropertyListValue.hpp"
 
 #include <tl/expected.hpp>
 

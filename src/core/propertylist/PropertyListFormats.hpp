@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/support/PropertyList.hpp"
+#include "core/propertylist/PropertyList.hpp"
 
 #include <cstddef>
 #include <string_view>

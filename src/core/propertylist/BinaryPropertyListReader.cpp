@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
+#include "core/propertylist/PropertyListFormats.hpp"
 #include "core/support/Characters.hpp"
-#include "core/support/PropertyListFormats.hpp"
 
 #include <unicode/unistr.h>
 

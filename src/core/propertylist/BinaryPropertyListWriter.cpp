@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "core/support/PropertyListFormats.hpp"
+#include "core/propertylist/PropertyListFormats.hpp"
 
 #include <unicode/unistr.h>
 
