@@ -24,7 +24,7 @@ namespace {
 
 constexpr std::array qtRows{
 #define QUILLANE_TEXT(name, hebrew, english, arabic) std::string_view(hebrew),
-#include "core/localization/AppTranslationsQt.def"
+#include "core/localization/texts/Qt.def"
 #undef QUILLANE_TEXT
 };
 
