@@ -4,7 +4,6 @@
 #include "app/AppServices.hpp"
 #include "app/CommandLine.hpp"
 #include "app/Doctor.hpp"
-#include "app/SettingsModel.hpp"
 #include "core/preferences/AppPreferences.hpp"
 #include "core/preferences/InstallationMigration.hpp"
 #include "core/support/Url.hpp"
@@ -14,6 +13,7 @@
 #include "platform/common/control/ControlSocket.hpp"
 #include "platform/common/curl/CurlUrlSessions.hpp"
 #include "platform/common/qt/TerminationSignals.hpp"
+#include "settings/SettingsModel.hpp"
 
 #include <QApplication>
 #include <QDir>

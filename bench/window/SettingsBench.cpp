@@ -4,7 +4,6 @@
 // How long the settings window keeps people waiting: from the call that shows it (or another page of it) until it is
 // drawn, on a private desktop with its window manager and accessibility. Each first opening is that of a new process.
 
-#include "app/TintedSymbol.hpp"
 #include "core/settings/SettingsPage.hpp"
 #include "desktop/fixture/LiveDesktop.hpp"
 #include "fakes/FakeDesktop.hpp"
@@ -12,6 +11,7 @@
 #include "settings/SettingsPageView.hpp"
 #include "settings/SettingsView.hpp"
 #include "settings/SettingsWindow.hpp"
+#include "views/TintedSymbol.hpp"
 
 #include <QApplication>
 #include <QTimer>

@@ -5,12 +5,12 @@
 #include "app/ApplicationMenuRows.hpp"
 #include "app/StatusBarArtwork.hpp"
 #include "app/StatusMenu.hpp"
-#include "app/TintedSymbol.hpp"
 #include "core/direction/DirectionTarget.hpp"
 #include "core/localization/Texts.hpp"
 #include "core/permissions/PermissionSetupPolicy.hpp"
 #include "permissions/PermissionDragGuideView.hpp"
 #include "settings/SettingsView.hpp"
+#include "views/TintedSymbol.hpp"
 
 #include <QColor>
 #include <QGuiApplication>

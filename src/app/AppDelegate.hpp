@@ -5,10 +5,8 @@
 #include "app/AppServices.hpp"
 #include "app/Doctor.hpp"
 #include "app/RuntimeStatus.hpp"
-#include "app/SettingsModel.hpp"
 #include "app/StatusMenu.hpp"
 #include "app/StatusReport.hpp"
-#include "app/TintedSymbol.hpp"
 #include "clipboard/ClipboardManager.hpp"
 #include "clipboard/ClipboardPanel.hpp"
 #include "clipboard/ClipboardScreenCapture.hpp"
@@ -23,10 +21,12 @@
 #include "permissions/PermissionController.hpp"
 #include "permissions/PermissionDragGuide.hpp"
 #include "platform/AgentControl.hpp"
+#include "settings/SettingsModel.hpp"
 #include "settings/SettingsWindow.hpp"
 #include "system/AppUpdater.hpp"
 #include "system/LoginItemController.hpp"
 #include "views/InterfaceLanguage.hpp"
+#include "views/TintedSymbol.hpp"
 
 #include <filesystem>
 #include <functional>

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/SettingsModel.hpp"
 #include "core/direction/WritingDirection.hpp"
 #include "core/localization/AppLanguage.hpp"
+#include "settings/SettingsModel.hpp"
 
 #include <optional>
 #include <string>

@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include "app/SettingsModel.hpp"
 #include "clipboard/ClipboardManager.hpp"
 #include "core/clipboard/ClipboardOptions.hpp"
 #include "core/localization/Desktop.hpp"
@@ -12,6 +11,7 @@
 #include "platform/ApplicationCatalog.hpp"
 #include "platform/Pasteboard.hpp"
 #include "platform/WindowTraits.hpp"
+#include "settings/SettingsModel.hpp"
 #include "system/AppUpdater.hpp"
 #include "system/LoginItemController.hpp"
 

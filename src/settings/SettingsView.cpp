@@ -4,14 +4,14 @@
 #include "settings/SettingsView.hpp"
 
 #include "settings/AccessibleSettings.hpp"
-#include "settings/ClipboardPage.hpp"
-#include "settings/GeneralPage.hpp"
 #include "settings/PageSelector.hpp"
-#include "settings/PermissionsPage.hpp"
 #include "settings/SettingsHeader.hpp"
-#include "settings/ShortcutsPage.hpp"
-#include "settings/TestingPage.hpp"
-#include "settings/UpdatesPage.hpp"
+#include "settings/pages/ClipboardPage.hpp"
+#include "settings/pages/GeneralPage.hpp"
+#include "settings/pages/PermissionsPage.hpp"
+#include "settings/pages/ShortcutsPage.hpp"
+#include "settings/pages/TestingPage.hpp"
+#include "settings/pages/UpdatesPage.hpp"
 #include "views/Colors.hpp"
 
 #include <QAccessible>

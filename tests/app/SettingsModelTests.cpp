@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "app/SettingsModel.hpp"
+#include "settings/SettingsModel.hpp"
 
 #include "fakes/FakeSleepAssertions.hpp"
 #include "fakes/FakeUserDefaults.hpp"

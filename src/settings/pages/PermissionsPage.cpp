@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "settings/PermissionsPage.hpp"
+#include "settings/pages/PermissionsPage.hpp"
 
 #include "core/localization/Texts.hpp"
 #include "settings/Card.hpp"

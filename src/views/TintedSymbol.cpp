@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "app/TintedSymbol.hpp"
+#include "views/TintedSymbol.hpp"
 
 #include <QIconEngine>
 #include <QImage>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "settings/GeneralPage.hpp"
+#include "settings/pages/GeneralPage.hpp"
 
 #include "core/localization/Texts.hpp"
 #include "fileshare/FileShareSettingsView.hpp"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "settings/ShortcutsPage.hpp"
+#include "settings/pages/ShortcutsPage.hpp"
 
 #include "core/localization/Texts.hpp"
 #include "settings/Card.hpp"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "settings/UpdatesPage.hpp"
+#include "settings/pages/UpdatesPage.hpp"
 
 #include "core/localization/DateText.hpp"
 #include "core/localization/Texts.hpp"

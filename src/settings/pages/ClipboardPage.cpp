@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "settings/ClipboardPage.hpp"
+#include "settings/pages/ClipboardPage.hpp"
 
 #include "core/clipboard/SetAsideHistories.hpp"
 #include "core/localization/DateText.hpp"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "settings/TestingPage.hpp"
+#include "settings/pages/TestingPage.hpp"
 
 #include "core/direction/DirectionTarget.hpp"
 #include "core/localization/Texts.hpp"
