@@ -72,21 +72,30 @@ function(quillane_library name)
   target_link_libraries(${name} PUBLIC ${ARG_LINK})
 endfunction()
 
-# quillane_test(name LABELS label... SOURCES file... LINK target... [TIMEOUT seconds] [SERIAL] [PRIVILEGED test...]): one
-# GoogleTest program whose tests carry the labels. File names may hold wildcards. SERIAL tests run while no other test does.
-# PRIVILEGED names the tests that may need root; they carry the label "privileged" too.
+# quillane_test(name LABELS label... [SOURCES file...] LINK target... [TIMEOUT seconds] [SERIAL] [SCREENSHOTS]
+# [PRIVILEGED test...]): one GoogleTest program whose tests carry the labels. File names may hold wildcards; without any it
+# is every source of the folder. SERIAL tests run while no other test does. SCREENSHOTS says that pictures of windows go to
+# QUILLANE_SCREENSHOTS. PRIVILEGED names the tests that may need root; they carry the label "privileged" too.
 function(quillane_test name)
-  cmake_parse_arguments(ARG "SERIAL" "TIMEOUT" "LABELS;SOURCES;LINK;PRIVILEGED" ${ARGN})
+  cmake_parse_arguments(ARG "SERIAL;SCREENSHOTS" "TIMEOUT" "LABELS;SOURCES;LINK;PRIVILEGED" ${ARGN})
+  if(NOT ARG_SOURCES)
+    set(ARG_SOURCES *.cpp)
+  endif()
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 60)
     if("desktop" IN_LIST ARG_LABELS)
-      set(ARG_TIMEOUT 180) # longer than several waits of tests/desktop/fixture/Waiting.hpp, so that these fail first
+      set(ARG_TIMEOUT 180) # longer than several waits of tests/support/Waiting.hpp, so that these fail first
     endif()
   endif()
   file(GLOB sources CONFIGURE_DEPENDS ${ARG_SOURCES})
   add_executable(${name} ${sources})
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE_DIR}/tests)
   target_link_libraries(${name} PRIVATE ${ARG_LINK} GTest::gmock_main)
+  if(ARG_SCREENSHOTS)
+    file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/screenshots)
+    target_compile_definitions(${name} PRIVATE QUILLANE_SCREENSHOTS="${CMAKE_BINARY_DIR}/screenshots"
+      $<$<NOT:$<BOOL:${APPLE}>>:QUILLANE_LINE_ART>) # the symbols that Linux has
+  endif()
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT ${ARG_TIMEOUT})
   # gtest_discover_tests takes no property that is a list, so the labels are set when ctest has read the tests' names.
   set(serial FALSE)

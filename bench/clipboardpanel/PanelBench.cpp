@@ -8,7 +8,7 @@
 #include "clipboard/panel/HistoryPanel.hpp"
 #include "fakes/FakeClipboardHistory.hpp"
 #include "fakes/FakeWindowTraits.hpp"
-#include "fakes/OffscreenApplication.hpp"
+#include "support/OffscreenApplication.hpp"
 
 #include <QAbstractItemView>
 #include <QApplication>

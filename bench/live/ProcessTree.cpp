@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "live/ProcessTree.hpp"
 
-#include "desktop/fixture/TemporaryFolder.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <charconv>
 #include <sstream>

@@ -7,12 +7,12 @@
 // TLS, and prints medians: throughput, CPU time, and the memory that the agent's upload takes beyond an idle process;
 // and how often a share window is drawn meanwhile.
 #include "core/fileshare/FileShareUpload.hpp"
-#include "desktop/fixture/TemporaryFolder.hpp"
 #include "fakes/FakeProxySettings.hpp"
 #include "platform/common/ThreadFileExaminer.hpp"
 #include "platform/common/curl/CurlUrlSessions.hpp"
 #include "platform/common/qt/QtMainQueue.hpp"
 #include "servers/NginxServer.hpp"
+#include "support/TemporaryFolder.hpp"
 #include "upload/SinkServer.hpp"
 #include "upload/WindowBench.hpp"
 

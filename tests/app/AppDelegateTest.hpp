@@ -6,8 +6,8 @@
 #include "core/preferences/InstallationMigration.hpp"
 #include "fakes/FakeDesktop.hpp"
 #include "fakes/FakeUserDefaults.hpp"
-#include "fakes/OffscreenApplication.hpp"
-#include "fakes/TemporaryFiles.hpp"
+#include "support/OffscreenApplication.hpp"
+#include "support/TemporaryFiles.hpp"
 
 #include <QApplication>
 #include <QTextEdit>
@@ -23,7 +23,7 @@ namespace quillane {
 inline constexpr auto legacyBundleID = core::InstallationMigration::legacyBundleID;
 
 /// A desktop with the agent on it, as it is after start-up.
-class AppDelegateTest : public testing::Test {
+class AppDelegateTest : public ::testing::Test {
 protected:
     AppDelegateTest() { desktop.withInputSources({fakes::english(), fakes::hebrew()}); }
 

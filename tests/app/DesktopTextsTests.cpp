@@ -5,7 +5,7 @@
 #include "core/clipboard/ClipboardOptions.hpp"
 #include "core/fileshare/FileShareServer.hpp"
 #include "core/localization/Texts.hpp"
-#include "fakes/DesktopWords.hpp"
+#include "support/DesktopWords.hpp"
 
 #include <QComboBox>
 #include <QMenu>

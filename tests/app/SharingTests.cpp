@@ -5,7 +5,7 @@
 #include "core/clipboard/PasteboardTypes.hpp"
 #include "core/fileshare/FileShareServer.hpp"
 #include "core/localization/Texts.hpp"
-#include "fakes/TemporaryFiles.hpp"
+#include "support/TemporaryFiles.hpp"
 
 #include <QApplication>
 #include <QLineEdit>

@@ -5,8 +5,8 @@
 #include "core/clipboard/ClipboardOptions.hpp"
 #include "core/fileshare/FileShareServer.hpp"
 #include "core/localization/Texts.hpp"
-#include "fakes/KnownTexts.hpp"
 #include "fileshare/FileShareWindow.hpp"
+#include "support/KnownTexts.hpp"
 
 #include <QAbstractButton>
 #include <QDragEnterEvent>

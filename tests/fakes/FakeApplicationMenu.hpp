@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "fakes/Journal.hpp"
-#include "fakes/MenuRows.hpp"
 #include "platform/ApplicationMenu.hpp"
+#include "support/Journal.hpp"
+#include "support/MenuRows.hpp"
 
 #include <string_view>
 #include <utility>

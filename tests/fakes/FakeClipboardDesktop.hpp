@@ -12,7 +12,7 @@
 #include "fakes/FakeSerialQueue.hpp"
 #include "fakes/FakeUserDefaults.hpp"
 #include "fakes/FakeWorkspace.hpp"
-#include "fakes/TemporaryFiles.hpp"
+#include "support/TemporaryFiles.hpp"
 
 #include <filesystem>
 

@@ -31,8 +31,8 @@
 #include "fakes/FakeWindowList.hpp"
 #include "fakes/FakeWindowTraits.hpp"
 #include "fakes/FakeWorkspace.hpp"
-#include "fakes/Modifier.hpp"
 #include "platform/Platform.hpp"
+#include "support/Modifier.hpp"
 
 #include <set>
 #include <string>

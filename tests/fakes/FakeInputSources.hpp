@@ -3,8 +3,8 @@
 #pragma once
 
 #include "core/support/Listeners.hpp"
-#include "fakes/Journal.hpp"
 #include "platform/InputSources.hpp"
+#include "support/Journal.hpp"
 
 namespace quillane::fakes {
 

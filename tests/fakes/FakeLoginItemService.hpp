@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "fakes/Journal.hpp"
 #include "platform/LoginItemService.hpp"
+#include "support/Journal.hpp"
 
 #include <functional>
 

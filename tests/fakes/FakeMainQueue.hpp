@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "fakes/Journal.hpp"
 #include "platform/MainQueue.hpp"
+#include "support/Journal.hpp"
 
 #include <cstddef>
 #include <cstdint>

@@ -4,8 +4,8 @@
 
 #include "core/clipboard/PasteboardTypes.hpp"
 #include "core/support/Listeners.hpp"
-#include "fakes/Journal.hpp"
 #include "platform/Pasteboard.hpp"
+#include "support/Journal.hpp"
 
 #include <algorithm>
 #include <filesystem>

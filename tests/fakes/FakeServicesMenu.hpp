@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "fakes/Journal.hpp"
 #include "platform/ServicesMenu.hpp"
+#include "support/Journal.hpp"
 
 #include <stdexcept>
 #include <utility>

@@ -5,7 +5,7 @@
 
 #include "core/power/SleepAssertionClient.hpp"
 #include "core/support/Listeners.hpp"
-#include "fakes/Journal.hpp"
+#include "support/Journal.hpp"
 
 #include <algorithm>
 #include <map>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "fakes/FakeStatusItem.hpp"
 
-#include "fakes/MenuRows.hpp"
+#include "support/MenuRows.hpp"
 
 #include <algorithm>
 #include <utility>

@@ -4,8 +4,8 @@
 #pragma once
 
 #include "core/support/Listeners.hpp"
-#include "fakes/Journal.hpp"
 #include "platform/UpdaterService.hpp"
+#include "support/Journal.hpp"
 
 namespace quillane::fakes {
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "core/fileshare/UrlSession.hpp"
-#include "fakes/Journal.hpp"
+#include "support/Journal.hpp"
 
 #include <memory>
 #include <optional>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "core/preferences/UserDefaults.hpp"
-#include "fakes/Journal.hpp"
+#include "support/Journal.hpp"
 
 #include <map>
 #include <string>

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "fakes/Journal.hpp"
 #include "platform/WindowTraits.hpp"
+#include "support/Journal.hpp"
 
 #include <utility>
 #include <vector>

@@ -3,9 +3,9 @@
 #pragma once
 
 #include "core/support/Listeners.hpp"
-#include "fakes/Journal.hpp"
 #include "platform/MainQueue.hpp"
 #include "platform/Workspace.hpp"
+#include "support/Journal.hpp"
 
 #include <chrono>
 

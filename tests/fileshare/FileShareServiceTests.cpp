@@ -3,8 +3,8 @@
 #include "fileshare/FileShareService.hpp"
 
 #include "core/localization/Texts.hpp"
-#include "fakes/Contrast.hpp"
 #include "fileshare/FileShareTest.hpp"
+#include "support/Contrast.hpp"
 #include "views/InterfaceLanguage.hpp"
 
 #include <QDir>

@@ -9,9 +9,9 @@
 #include "fakes/FakeUrlSession.hpp"
 #include "fakes/FakeUserDefaults.hpp"
 #include "fakes/FakeWindowTraits.hpp"
-#include "fakes/OffscreenApplication.hpp"
-#include "fakes/TemporaryFiles.hpp"
 #include "fileshare/FileShareService.hpp"
+#include "support/OffscreenApplication.hpp"
+#include "support/TemporaryFiles.hpp"
 
 #include <QApplication>
 #include <QEvent>
@@ -24,7 +24,7 @@
 namespace quillane {
 
 /// Sharing files with everything around it faked; windows are drawn off the screen.
-class FileShareTest : public testing::Test {
+class FileShareTest : public ::testing::Test {
 protected:
     FileShareTest() {
         preferences_.choose(core::AppLanguage::english);

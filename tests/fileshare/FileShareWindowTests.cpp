@@ -3,9 +3,9 @@
 #include "fileshare/FileShareWindow.hpp"
 
 #include "core/localization/Texts.hpp"
-#include "fakes/Contrast.hpp"
-#include "fakes/FocusableNames.hpp"
 #include "fileshare/FileShareTest.hpp"
+#include "support/Contrast.hpp"
+#include "support/FocusableNames.hpp"
 #include "views/Colors.hpp"
 
 #include <QDragEnterEvent>

@@ -5,9 +5,9 @@
 
 #include "core/localization/Texts.hpp"
 #include "fakes/FakeDesktop.hpp"
-#include "fakes/FocusableNames.hpp"
-#include "fakes/OffscreenApplication.hpp"
 #include "permissions/AppDragView.hpp"
+#include "support/FocusableNames.hpp"
+#include "support/OffscreenApplication.hpp"
 
 #ifdef QUILLANE_LINE_ART
 #include "platform/linux/shell/LineArtSymbols.hpp"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "servers/FaultServer.hpp"
 
-#include "desktop/fixture/Waiting.hpp"
+#include "support/Waiting.hpp"
 
 #include <algorithm>
 #include <charconv>

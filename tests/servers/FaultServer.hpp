@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "desktop/fixture/ChildProcess.hpp"
-#include "desktop/fixture/TemporaryFolder.hpp"
+#include "support/ChildProcess.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <cstdint>
 #include <string>

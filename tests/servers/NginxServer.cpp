@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "servers/NginxServer.hpp"
 
-#include "desktop/fixture/Waiting.hpp"
 #include "platform/common/FileDescriptor.hpp"
+#include "support/Waiting.hpp"
 
 #include <array>
 #include <filesystem>

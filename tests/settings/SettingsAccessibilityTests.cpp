@@ -3,8 +3,8 @@
 
 #include "settings/SettingsTest.hpp"
 
-#include "fakes/FocusableNames.hpp"
 #include "settings/PageSelector.hpp"
+#include "support/FocusableNames.hpp"
 
 #include <QAbstractItemView>
 #include <QComboBox>

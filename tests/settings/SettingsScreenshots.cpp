@@ -3,9 +3,9 @@
 
 #include "settings/SettingsTest.hpp"
 
-#include "fakes/Popups.hpp"
 #include "settings/SettingsPageView.hpp"
 #include "settings/SettingsView.hpp"
+#include "support/Popups.hpp"
 
 #ifdef QUILLANE_LINE_ART
 #include "platform/linux/shell/LineArtSymbols.hpp"

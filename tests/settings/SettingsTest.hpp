@@ -5,8 +5,8 @@
 
 #include "core/localization/Texts.hpp"
 #include "fakes/FakeDesktop.hpp"
-#include "fakes/OffscreenApplication.hpp"
 #include "settings/SettingsWindow.hpp"
+#include "support/OffscreenApplication.hpp"
 #include "views/InterfaceLanguage.hpp"
 
 #include <QApplication>
@@ -27,7 +27,7 @@
 namespace quillane {
 
 /// The settings window over real models, with the desktop faked and drawn off the screen.
-class SettingsTest : public testing::Test {
+class SettingsTest : public ::testing::Test {
 protected:
     /// On a screen that shows the longest page as a whole, or on one of another size.
     explicit SettingsTest(const QSize& screen = {1600, 4000}) : application_(screen) {

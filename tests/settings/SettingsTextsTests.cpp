@@ -5,8 +5,8 @@
 
 #include "core/direction/DirectionTarget.hpp"
 #include "core/fileshare/FileShareServer.hpp"
-#include "fakes/KnownTexts.hpp"
 #include "settings/SettingsView.hpp"
+#include "support/KnownTexts.hpp"
 
 #include <QMenu>
 #include <QMessageBox>

@@ -4,10 +4,10 @@
 #include "settings/SettingsTest.hpp"
 
 #include "core/localization/DateText.hpp"
-#include "fakes/Contrast.hpp"
 #include "settings/PageSelector.hpp"
 #include "settings/SettingsView.hpp"
 #include "settings/SwitchButton.hpp"
+#include "support/Contrast.hpp"
 #include "views/Colors.hpp"
 #include "views/WrappingLabel.hpp"
 

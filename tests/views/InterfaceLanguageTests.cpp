@@ -5,8 +5,8 @@
 
 #include "core/localization/Texts.hpp"
 #include "fakes/FakeUserDefaults.hpp"
-#include "fakes/KnownTexts.hpp"
-#include "fakes/OffscreenApplication.hpp"
+#include "support/KnownTexts.hpp"
+#include "support/OffscreenApplication.hpp"
 #include "views/MessageBox.hpp"
 
 #include <QLineEdit>

@@ -3,7 +3,7 @@
 
 #include "views/WrappingLabel.hpp"
 
-#include "fakes/OffscreenApplication.hpp"
+#include "support/OffscreenApplication.hpp"
 
 #include <QImage>
 

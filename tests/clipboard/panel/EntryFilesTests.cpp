@@ -7,7 +7,7 @@
 #include "fakes/FakeMainQueue.hpp"
 #include "fakes/FakePasteboard.hpp"
 #include "fakes/FakeSerialQueue.hpp"
-#include "fakes/TemporaryFiles.hpp"
+#include "support/TemporaryFiles.hpp"
 
 #include <gmock/gmock.h>
 

@@ -4,7 +4,7 @@
 #include "clipboard/panel/Excerpt.hpp"
 
 #include "clipboard/panel/TextBlock.hpp"
-#include "fakes/OffscreenApplication.hpp"
+#include "support/OffscreenApplication.hpp"
 
 #include <QImage>
 #include <QPainter>

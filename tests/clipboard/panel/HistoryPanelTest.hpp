@@ -8,7 +8,7 @@
 #include "core/localization/Texts.hpp"
 #include "fakes/FakeClipboardHistory.hpp"
 #include "fakes/FakeWindowTraits.hpp"
-#include "fakes/OffscreenApplication.hpp"
+#include "support/OffscreenApplication.hpp"
 
 #ifdef QUILLANE_LINE_ART
 #include "platform/linux/shell/LineArtSymbols.hpp"

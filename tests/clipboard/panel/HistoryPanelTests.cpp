@@ -3,7 +3,7 @@
 
 #include "clipboard/panel/HistoryPanelTest.hpp"
 
-#include "fakes/KnownTexts.hpp"
+#include "support/KnownTexts.hpp"
 #include "views/InterfaceLanguage.hpp"
 
 #include <QAccessible>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "clipboard/panel/HistoryPanelTest.hpp"
-#include "fakes/FocusableNames.hpp"
+#include "support/FocusableNames.hpp"
 
 #include "views/InterfaceLanguage.hpp"
 

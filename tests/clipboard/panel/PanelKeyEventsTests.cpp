@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "clipboard/panel/PanelKeyEvents.hpp"
 
-#include "fakes/OffscreenApplication.hpp"
+#include "support/OffscreenApplication.hpp"
 
 #include <QKeyEvent>
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/fileshare/FileShareProtocol.hpp"
 
-#include "fakes/TemporaryFiles.hpp"
+#include "support/TemporaryFiles.hpp"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 
 #include "fakes/FakeFileExaminer.hpp"
 #include "fakes/FakeUrlSession.hpp"
-#include "fakes/TemporaryFiles.hpp"
+#include "support/TemporaryFiles.hpp"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #include "core/localization/AppTranslations.hpp"
 
 #include "core/localization/Texts.hpp"
-#include "fakes/DesktopWords.hpp"
+#include "support/DesktopWords.hpp"
 
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "core/support/AtomicFile.hpp"
 
-#include "PropertyListSamples.hpp"
-#include "fakes/TemporaryFiles.hpp"
+#include "core/propertylist/PropertyListSamples.hpp"
+#include "support/TemporaryFiles.hpp"
 
 #include <gtest/gtest.h>
 

@@ -56,7 +56,7 @@ private:
 };
 
 /// A live test that runs once in each editor.
-class AgentEditorTest : public AgentTest, public testing::WithParamInterface<Editor> {};
+class AgentEditorTest : public AgentTest, public ::testing::WithParamInterface<Editor> {};
 
 /// Registers the tests of a suite for both editors.
 #define QUILLANE_IN_BOTH_EDITORS(suite)                                                                                \

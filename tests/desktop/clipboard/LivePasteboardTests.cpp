@@ -6,7 +6,7 @@
 #include "core/clipboard/ClipboardSnapshot.hpp"
 #include "core/clipboard/PasteboardTypes.hpp"
 #include "desktop/fixture/LiveDesktopTest.hpp"
-#include "platform/X11TestServer.hpp"
+#include "platform/linux/x11/X11TestServer.hpp"
 
 #include <QBuffer>
 #include <QImage>

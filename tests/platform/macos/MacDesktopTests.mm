@@ -7,11 +7,11 @@
 #include "platform/macos/shell/MacSystemSymbols.hpp"
 #include "platform/macos/system/MacProxySettings.hpp"
 
-#include "platform/ApplicationCatalogContract.hpp"
-#include "platform/PermissionServiceContract.hpp"
-#include "platform/ProxySettingsContract.hpp"
-#include "platform/SystemSymbolsContract.hpp"
-#include "platform/WindowListContract.hpp"
+#include "contracts/ApplicationCatalogContract.hpp"
+#include "contracts/PermissionServiceContract.hpp"
+#include "contracts/ProxySettingsContract.hpp"
+#include "contracts/SystemSymbolsContract.hpp"
+#include "contracts/WindowListContract.hpp"
 #include "platform/macos/MacDriver.hpp"
 #include "platform/macos/MacForm.hpp"
 

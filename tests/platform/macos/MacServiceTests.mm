@@ -5,9 +5,9 @@
 #include "platform/macos/shell/MacServicesMenu.hpp"
 #include "platform/macos/system/MacSystemInspector.hpp"
 
-#include "platform/SecureInputContract.hpp"
-#include "platform/ServicesMenuContract.hpp"
-#include "platform/SystemInspectorContract.hpp"
+#include "contracts/SecureInputContract.hpp"
+#include "contracts/ServicesMenuContract.hpp"
+#include "contracts/SystemInspectorContract.hpp"
 #include "platform/macos/MacDriver.hpp"
 #include "platform/macos/foundation/MacStrings.hpp"
 

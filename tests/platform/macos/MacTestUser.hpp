@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "fakes/Modifier.hpp"
 #include "platform/macos/foundation/CFRef.hpp"
+#include "support/Modifier.hpp"
 
 #include <set>
 #include <string>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/macos/accessibility/MacAccessibility.hpp"
 
-#include "platform/AccessibilityContract.hpp"
+#include "contracts/AccessibilityContract.hpp"
 #include "standins/macos/Mac.hpp"
 
 #include <gmock/gmock.h>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/macos/keyboard/MacInputSources.hpp"
 
-#include "platform/InputSourcesContract.hpp"
+#include "contracts/InputSourcesContract.hpp"
 #include "standins/macos/Mac.hpp"
 
 #include <gmock/gmock.h>

@@ -5,10 +5,10 @@
 #include "platform/macos/keyboard/MacKeyEvents.hpp"
 #include "platform/macos/keyboard/MacSecureInput.hpp"
 
-#include "platform/EventTapContract.hpp"
-#include "platform/HotKeysContract.hpp"
-#include "platform/KeyEventsContract.hpp"
-#include "platform/SecureInputContract.hpp"
+#include "contracts/EventTapContract.hpp"
+#include "contracts/HotKeysContract.hpp"
+#include "contracts/KeyEventsContract.hpp"
+#include "contracts/SecureInputContract.hpp"
 #include "standins/macos/Mac.hpp"
 
 #include <set>

@@ -5,10 +5,10 @@
 #include "platform/macos/system/MacProxySettings.hpp"
 #include "platform/macos/system/MacSecretStore.hpp"
 
-#include "platform/ProxySettingsContract.hpp"
-#include "platform/SecretStoreContract.hpp"
-#include "platform/SleepAssertionsContract.hpp"
-#include "platform/WindowListContract.hpp"
+#include "contracts/ProxySettingsContract.hpp"
+#include "contracts/SecretStoreContract.hpp"
+#include "contracts/SleepAssertionsContract.hpp"
+#include "contracts/WindowListContract.hpp"
 #include "standins/macos/Mac.hpp"
 
 #include <gmock/gmock.h>

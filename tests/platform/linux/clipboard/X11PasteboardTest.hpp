@@ -1,0 +1,131 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/linux/clipboard/X11Pasteboard.hpp"
+
+#include "core/clipboard/ClipboardSnapshot.hpp"
+#include "core/clipboard/PasteboardTypes.hpp"
+#include "platform/linux/clipboard/SelectionPeer.hpp"
+#include "platform/linux/x11/X11TestServer.hpp"
+
+#include <gmock/gmock.h>
+
+namespace quillane {
+
+using core::ClipboardSnapshot::RestoreMode;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using namespace std::string_literals;
+using testing::SelectionPeer;
+using testing::waitUntil;
+using Manner = SelectionPeer::Manner;
+
+inline constexpr std::size_t mega = 1'048'576;
+
+inline std::vector<std::byte> bytesOf(std::string_view text) {
+    const auto bytes = std::as_bytes(std::span(text));
+    return {bytes.begin(), bytes.end()};
+}
+
+inline std::string textOf(const std::vector<std::byte>& bytes) {
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+inline std::string noise(std::size_t size) {
+    std::string bytes(size, '\0');
+    std::uint32_t state = 12'345;
+    for (auto& byte : bytes) {
+        state = state * 1'664'525 + 1'013'904'223;
+        byte = static_cast<char>(state >> 24U);
+    }
+    return bytes;
+}
+
+/// For whoever does answer: a loaded machine may keep a well-behaved program waiting for longer than the usual limits.
+inline constexpr X11PasteboardLimits patient{{std::chrono::seconds(60), std::chrono::seconds(60)},
+                                             std::chrono::seconds(60)};
+inline constexpr X11PasteboardLimits impatient{{std::chrono::milliseconds(400), std::chrono::milliseconds(1'500)},
+                                               std::chrono::milliseconds(400)};
+
+class X11PasteboardTest : public testing::X11Test {
+protected:
+    explicit X11PasteboardTest(X11PasteboardLimits limits = patient) : pasteboard_{*connection_, limits} { follow(); }
+
+    void follow() {
+        pasteboard_.setInterest([this](const auto& types, const auto& source) {
+            return core::ClipboardSnapshot::wantedTypes(types, options_, {}, source);
+        });
+    }
+
+    /// Waits until the clipboard has changed hands and its contents have been fetched, or given up.
+    void waitForContents(int noticesBefore) {
+        ASSERT_TRUE(waitUntil([&] { return notices_ >= noticesBefore + 2; }, std::chrono::seconds(60)));
+    }
+
+    void copied(std::map<std::string, std::string> contents, Manner manner = Manner::whole) {
+        const auto before = notices_;
+        peer_.own(std::move(contents), manner);
+        waitForContents(before);
+    }
+
+    std::optional<core::ClipboardEntry> capture() {
+        return core::ClipboardSnapshot::capture(pasteboard_, options_,
+                                                {"com.example.front", "Front", false, core::Date{1}});
+    }
+
+    [[nodiscard]] std::string capturedText() {
+        const auto entry = capture();
+        return entry ? *entry->text : "(nothing)";
+    }
+
+    /// The first flavour of what is captured.
+    [[nodiscard]] std::string capturedBytes() {
+        const auto entry = capture();
+        return entry ? textOf(*entry->items->front().front().data) : "(nothing)";
+    }
+
+    /// Waits until the server has done what was asked of it.
+    void settle() {
+        bool answered = false;
+        connection_->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection_->raw()), alive_,
+                                                        [&](const auto*) { answered = true; });
+        connection_->flush();
+        ASSERT_TRUE(waitUntil([&] { return answered; }));
+    }
+
+    /// What another program gets for a target.
+    X11SelectionReader::Contents paste(std::string_view target, std::string_view selection = "CLIPBOARD") {
+        X11SelectionReader reader(peer_.connection(), peer_.atom(selection), patient.reading);
+        std::optional<X11SelectionReader::Contents> result;
+        reader.request(peer_.atom(target), XCB_CURRENT_TIME, 100 * mega,
+                       [&](auto contents) { result = std::move(contents); });
+        EXPECT_TRUE(waitUntil([&] { return result.has_value(); }, std::chrono::seconds(70)));
+        return std::move(*result);
+    }
+
+    std::string pastedText(std::string_view target, std::string_view selection = "CLIPBOARD") {
+        const auto contents = paste(target, selection);
+        return contents.failure ? "(failed)" : textOf(contents.bytes);
+    }
+
+    void restored(const core::ClipboardEntry& entry) {
+        ASSERT_TRUE(core::ClipboardSnapshot::restore(entry, pasteboard_, RestoreMode::full));
+        settle();
+    }
+
+    static core::ClipboardEntry entryOf(core::ClipboardKind kind, core::ClipboardItems items) {
+        return core::ClipboardEntry::make(kind, "text", "com.example.first", "First", std::move(items), core::Date{});
+    }
+
+    core::ClipboardOptions options_;
+    std::shared_ptr<void> alive_ = std::make_shared<int>();
+    std::unique_ptr<X11Connection> connection_ = std::move(*X11Connection::open(server_.display()));
+    X11Pasteboard pasteboard_;
+    int notices_ = 0; ///< that the pasteboard has given
+    core::Subscription counting_ = pasteboard_.onChanged([this] { ++notices_; });
+    SelectionPeer peer_{server_.display()};
+};
+
+} // namespace quillane

@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/shell/LinuxWindowTraits.hpp"
+
+#include "contracts/WindowTraitsContract.hpp"
+#include "platform/linux/keyboard/X11TestKeyboard.hpp"
+#include "platform/linux/x11/WindowProcess.hpp"
+
+#include <QApplication>
+
+#include <optional>
+
+namespace quillane {
+namespace {
+
+/// A server with a window manager, and somebody at its keyboard.
+class LinuxWindowTraitsDriver {
+public:
+    LinuxWindowTraitsDriver() {
+        ::setenv("QT_QPA_PLATFORM", "xcb", 1);
+        ::setenv("QT_XCB_GL_INTEGRATION", "none", 1);
+        application_.emplace(argc_, argv_.data());
+        connection_ = std::move(*X11Connection::open(server_.display()));
+        manager_ = testing::startWindowManager(*connection_);
+    }
+
+    WindowTraits& traits() { return traits_; }
+
+    void showInFront(QWidget& window) {
+        window.show();
+        EXPECT_TRUE(waitUntil([&] {
+            window.activateWindow(); // again while the window manager has only just taken the window over
+            return window.isActiveWindow();
+        }));
+    }
+
+    void typeLetter() {
+        constexpr std::uint8_t letterV = 55;
+        keyboard_.tap(letterV);
+    }
+
+    bool waitUntil(const std::function<bool()>& condition) { return testing::waitUntil(condition); }
+
+private:
+    int argc_ = 1;
+    char name_[5] = "test";
+    std::array<char*, 2> argv_{name_, nullptr};
+    testing::X11TestServer server_;
+    testing::X11TestKeyboard keyboard_;
+    std::optional<QApplication> application_; // after the server, which it talks to
+    std::unique_ptr<X11Connection> connection_;
+    std::unique_ptr<testing::TestProcess> manager_;
+    LinuxWindowTraits traits_;
+};
+
+} // namespace
+
+namespace testing {
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, WindowTraitsContract, LinuxWindowTraitsDriver);
+} // namespace testing
+} // namespace quillane
