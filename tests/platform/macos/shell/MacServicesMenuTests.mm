@@ -1,13 +1,9 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/macos/keyboard/MacSecureInput.hpp"
 #include "platform/macos/shell/MacServicesMenu.hpp"
-#include "platform/macos/system/MacSystemInspector.hpp"
 
-#include "contracts/SecureInputContract.hpp"
 #include "contracts/ServicesMenuContract.hpp"
-#include "contracts/SystemInspectorContract.hpp"
 #include "platform/macos/MacDriver.hpp"
 #include "platform/macos/foundation/MacStrings.hpp"
 
@@ -19,27 +15,6 @@
 
 namespace quillane {
 namespace {
-
-/// Turns secure input on as a password field does; the system counts it for each process and ends it with this one.
-class MacSecureInputDriver : public testing::MacDriver {
-public:
-    SecureInput& input() { return input_; }
-
-    static void beginPassword() { EnableSecureEventInput(); }
-
-    static void endPassword() { DisableSecureEventInput(); }
-
-private:
-    MacSecureInput input_;
-};
-
-class MacSystemInspectorDriver : public testing::MacDriver {
-public:
-    SystemInspector& inspector() { return inspector_; }
-
-private:
-    MacSystemInspector inspector_;
-};
 
 /// Calls the provider as the Services menu of another application does, over a pasteboard of its own.
 class MacServicesMenuDriver : public testing::MacDriver {
@@ -69,8 +44,6 @@ private:
 } // namespace
 
 namespace testing {
-INSTANTIATE_TYPED_TEST_SUITE_P(Mac, SecureInputContract, MacSecureInputDriver);
 INSTANTIATE_TYPED_TEST_SUITE_P(Mac, ServicesMenuContract, MacServicesMenuDriver);
-INSTANTIATE_TYPED_TEST_SUITE_P(Mac, SystemInspectorContract, MacSystemInspectorDriver);
 } // namespace testing
 } // namespace quillane
