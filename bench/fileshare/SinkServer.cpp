@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "upload/SinkServer.hpp"
+#include "fileshare/SinkServer.hpp"
 
 #include <cstdlib>
 #include <stdexcept>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "live/ProcessTree.hpp"
+#include "startup/ProcessTree.hpp"
 
 #include "support/TemporaryFolder.hpp"
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "live/Peer.hpp"
-#include "live/ProcessTree.hpp"
+#include "startup/Peer.hpp"
+#include "startup/ProcessTree.hpp"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "upload/WindowBench.hpp"
+#include "fileshare/WindowBench.hpp"
 
 #include "core/fileshare/FileShareServer.hpp"
 #include "fakes/FakeFilePanel.hpp"

@@ -8,13 +8,13 @@
 // and how often a share window is drawn meanwhile.
 #include "core/fileshare/FileShareUpload.hpp"
 #include "fakes/FakeProxySettings.hpp"
+#include "fileshare/SinkServer.hpp"
+#include "fileshare/WindowBench.hpp"
 #include "platform/common/ThreadFileExaminer.hpp"
 #include "platform/common/curl/CurlUrlSessions.hpp"
 #include "platform/common/qt/QtMainQueue.hpp"
 #include "servers/NginxServer.hpp"
 #include "support/TemporaryFolder.hpp"
-#include "upload/SinkServer.hpp"
-#include "upload/WindowBench.hpp"
 
 #include <QCoreApplication>
 

@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
+#include "clipboard/Copier.hpp"
 #include "desktop/agent/HistoryDesktop.hpp"
 #include "desktop/agent/LiveForm.hpp"
 #include "desktop/fixture/XClients.hpp"
-#include "live/Copier.hpp"
-#include "live/Peer.hpp"
-#include "live/ProcessTree.hpp"
 #include "platform/common/control/ControlSocket.hpp"
+#include "startup/Peer.hpp"
+#include "startup/ProcessTree.hpp"
 
 #include <charconv>
 #include <cstdio>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "live/Peer.hpp"
+#include "startup/Peer.hpp"
 
 #include <algorithm>
 #include <stdexcept>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "live/Copier.hpp"
+#include "clipboard/Copier.hpp"
 
-#include "live/Peer.hpp"
+#include "startup/Peer.hpp"
 
 #include <array>
 #include <cstdlib>
