@@ -38,18 +38,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto& server = serverOf(data[0]);
     const int status = 195 + data[1] % 110;
     const auto body = std::as_bytes(std::span(data, size)).subspan(2);
-    const auto link = FileShareProtocol::link(body, status, server);
+    const auto link = fileShareProtocol::link(body, status, server);
     require(link || link.error() == FileShareError::invalidResponse ||
             link.error() == FileShareError::httpStatus(status));
     if (!link) {
         return 0;
     }
     const auto parts = UrlComponents::parse(link->absoluteString());
-    require(status >= 200 && status <= 299 && body.size() <= FileShareProtocol::maximumAnswerBytes);
+    require(status >= 200 && status <= 299 && body.size() <= fileShareProtocol::maximumAnswerBytes);
     require(parts && parts->scheme && parts->host);
     require(!parts->user && !parts->password && !parts->query && !parts->fragment);
     require(parts->port.value_or(FileShareServer::defaultPort(server.scheme())) == server.port());
     require(parts->path().starts_with(server.path() + '/'));
-    require(FileShareProtocol::link(std::as_bytes(std::span(link->absoluteString())), status, server) == *link);
+    require(fileShareProtocol::link(std::as_bytes(std::span(link->absoluteString())), status, server) == *link);
     return 0;
 }

@@ -28,13 +28,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             require(serializePropertyList(*again, writeLimit) == written);
         }
     }
-    if (const auto ids = EntryArchive::decodeIndex(bytes)) {
-        const auto encoded = EntryArchive::encodeIndex(*ids);
-        require(encoded && EntryArchive::decodeIndex(*encoded) == ids);
+    if (const auto ids = entryArchive::decodeIndex(bytes)) {
+        const auto encoded = entryArchive::encodeIndex(*ids);
+        require(encoded && entryArchive::decodeIndex(*encoded) == ids);
     }
-    if (const auto entry = EntryArchive::decode(bytes)) {
-        if (const auto encoded = EntryArchive::encode(*entry)) {
-            require(EntryArchive::decode(*encoded) == entry);
+    if (const auto entry = entryArchive::decode(bytes)) {
+        if (const auto encoded = entryArchive::encode(*entry)) {
+            require(entryArchive::decode(*encoded) == entry);
         }
     }
     return 0;

@@ -17,7 +17,7 @@ namespace {
 
 /// The key that the seed boxes were sealed under.
 const SecretBytes& knownKey() {
-    static const SecretBytes key(std::vector(SealedBox::keySize, std::byte{7}));
+    static const SecretBytes key(std::vector(sealedBox::keySize, std::byte{7}));
     return key;
 }
 
@@ -26,23 +26,23 @@ const SecretBytes& knownKey() {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto bytes = quillane::fuzz::bytesOf(data, size);
     std::vector<std::byte> buffer(bytes.begin(), bytes.end());
-    const auto opened = SealedBox::open(knownKey(), bytes);
-    const auto inPlace = SealedBox::openInPlace(knownKey(), buffer);
+    const auto opened = sealedBox::open(knownKey(), bytes);
+    const auto inPlace = sealedBox::openInPlace(knownKey(), buffer);
     require(opened.has_value() == inPlace.has_value());
     if (opened) {
         require(std::ranges::equal(*opened, *inPlace));
-        static_cast<void>(EntryArchive::decode(*opened));
-        static_cast<void>(EntryArchive::decodeIndex(*opened));
+        static_cast<void>(entryArchive::decode(*opened));
+        static_cast<void>(entryArchive::decodeIndex(*opened));
     } else {
-        require((opened.error() == SealedBoxError::tooShort) == (size < SealedBox::nonceSize + SealedBox::tagSize));
+        require((opened.error() == SealedBoxError::tooShort) == (size < sealedBox::nonceSize + sealedBox::tagSize));
     }
-    auto box = SealedBox::seal(knownKey(), bytes);
-    require(box && box->size() == size + SealedBox::nonceSize + SealedBox::tagSize);
-    const auto plain = SealedBox::open(knownKey(), *box);
+    auto box = sealedBox::seal(knownKey(), bytes);
+    require(box && box->size() == size + sealedBox::nonceSize + sealedBox::tagSize);
+    const auto plain = sealedBox::open(knownKey(), *box);
     require(plain && std::ranges::equal(*plain, bytes));
     if (size > 0) {
         (*box)[(data[0] * std::size_t{257} + data[size - 1]) % box->size()] ^= std::byte{1};
-        require(!SealedBox::open(knownKey(), *box));
+        require(!sealedBox::open(knownKey(), *box));
     }
     return 0;
 }

@@ -77,7 +77,7 @@ bool startAgent(int argc, char** argv) {
     return agent.startDetached();
 }
 
-int shareFiles(int argc, char** argv, const CommandLine::ShareFiles& call) {
+int shareFiles(int argc, char** argv, const commandLine::ShareFiles& call) {
     ControlRequest request{"share", {}};
     for (const auto& path : call.paths) {
         std::error_code error;
@@ -107,7 +107,7 @@ core::ApplicationLocation applicationLocation() {
 }
 
 /// Diagnoses by itself. Where the program cannot run, what is left to be found.
-ControlReply diagnose(int argc, char** argv, const CommandLine::Diagnose& call, core::Respondent respondent) {
+ControlReply diagnose(int argc, char** argv, const commandLine::Diagnose& call, core::Respondent respondent) {
     auto error = checkDesktop();
     std::unique_ptr<QCoreApplication> application;
     if (error) {
@@ -115,13 +115,13 @@ ControlReply diagnose(int argc, char** argv, const CommandLine::Diagnose& call, 
     } else {
         application = std::make_unique<QApplication>(argc, argv);
     }
-    auto facts = Doctor::programFacts(QUILLANE_VERSION, applicationLocation(), homeFolder());
+    auto facts = doctor::programFacts(QUILLANE_VERSION, applicationLocation(), homeFolder());
     facts.respondent = respondent;
     facts.system = makeSystemInspector()->inspect();
     if (!error) {
         const auto made = makePlatform({});
         if (const auto* platform = std::get_if<Platform>(&made)) {
-            facts.session = Doctor::sessionFacts({.permissions = *platform->permissions,
+            facts.session = doctor::sessionFacts({.permissions = *platform->permissions,
                                                   .inputSources = *platform->inputSources,
                                                   .pasteboard = *platform->pasteboard,
                                                   .loginItem = *platform->loginItem,
@@ -132,7 +132,7 @@ ControlReply diagnose(int argc, char** argv, const CommandLine::Diagnose& call, 
         }
     }
     facts.desktopError = error ? error->message : "";
-    return Doctor::report(facts, call.json);
+    return doctor::report(facts, call.json);
 }
 
 AppServices services(const Platform& platform, CurlUrlSessions& urlSessions, ThreadFileExaminer& fileExaminer) {
@@ -170,7 +170,7 @@ AppServices services(const Platform& platform, CurlUrlSessions& urlSessions, Thr
 }
 
 /// Becomes the agent, unless this user has one already: that one is asked to show itself.
-int runAgent(int argc, char** argv, const CommandLine::RunAgent& call) {
+int runAgent(int argc, char** argv, const commandLine::RunAgent& call) {
     auto control = ControlSocket::claim(controlSocketPath());
     if (!control && control.error() == ClaimError::alreadyRunning) {
         return ask({"open", {}});
@@ -197,7 +197,7 @@ int runAgent(int argc, char** argv, const CommandLine::RunAgent& call) {
     if (platform->keyboardUnavailableReason) {
         std::cerr << "quillane: " << *platform->keyboardUnavailableReason << '\n';
     }
-    core::InstallationMigration::migratePreferences(*platform->userDefaults, platform->legacyPreferences);
+    core::installationMigration::migratePreferences(*platform->userDefaults, platform->legacyPreferences);
     core::AppPreferences preferences(*platform->userDefaults);
     SettingsModel model(*platform->userDefaults, *platform->sleepAssertions);
     CurlUrlSessions urlSessions(*platform->mainQueue, platform->proxySettings);
@@ -206,7 +206,7 @@ int runAgent(int argc, char** argv, const CommandLine::RunAgent& call) {
         services(*platform, urlSessions, fileExaminer), preferences, model,
         {.version = QUILLANE_VERSION,
          .keyboardAvailable = !platform->keyboardUnavailableReason,
-         .legacyBundleID = std::string(core::InstallationMigration::legacyBundleID),
+         .legacyBundleID = std::string(core::installationMigration::legacyBundleID),
          .terminate = [] { QCoreApplication::quit(); },
          .applicationSupport = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation).toStdString(),
          .location = applicationLocation(),
@@ -224,11 +224,11 @@ struct Runner {
     int argc;
     char** argv;
 
-    int operator()(const CommandLine::RunAgent& call) const { return runAgent(argc, argv, call); }
+    int operator()(const commandLine::RunAgent& call) const { return runAgent(argc, argv, call); }
 
-    int operator()(const CommandLine::SendRequest& call) const { return ask(call.request); }
+    int operator()(const commandLine::SendRequest& call) const { return ask(call.request); }
 
-    int operator()(const CommandLine::Diagnose& call) const {
+    int operator()(const commandLine::Diagnose& call) const {
         const auto reply =
             send({"doctor", call.json ? std::vector<std::string>{"--json"} : std::vector<std::string>()});
         if (reply) {
@@ -238,20 +238,20 @@ struct Runner {
                              isAbsent(reply) ? core::Respondent::command : core::Respondent::commandForSilentAgent));
     }
 
-    int operator()(const CommandLine::ShareFiles& call) const { return shareFiles(argc, argv, call); }
+    int operator()(const commandLine::ShareFiles& call) const { return shareFiles(argc, argv, call); }
 
-    int operator()(const CommandLine::ShowHelp&) const {
-        std::cout << CommandLine::usage();
+    int operator()(const commandLine::ShowHelp&) const {
+        std::cout << commandLine::usage();
         return success;
     }
 
-    int operator()(const CommandLine::ShowVersion&) const {
+    int operator()(const commandLine::ShowVersion&) const {
         std::cout << "quillane " << QUILLANE_VERSION << '\n';
         return success;
     }
 
-    int operator()(const CommandLine::UsageError& error) const {
-        std::cerr << "quillane: " << error.message << '\n' << CommandLine::usage();
+    int operator()(const commandLine::UsageError& error) const {
+        std::cerr << "quillane: " << error.message << '\n' << commandLine::usage();
         return usageError;
     }
 };
@@ -260,5 +260,5 @@ struct Runner {
 
 int main(int argc, char** argv) {
     const std::vector<std::string_view> words(argv + std::min(argc, 1), argv + argc);
-    return std::visit(Runner{argc, argv}, CommandLine::parse(words));
+    return std::visit(Runner{argc, argv}, commandLine::parse(words));
 }

@@ -24,7 +24,7 @@ struct Close {
 /// Bytes a second of `openssl speed`, which prints "+F:<number>:<algorithm>:<bytes a second>" with -mr.
 double opensslSpeed() {
     const auto command = "openssl speed -mr -seconds 1 -bytes " +
-                         std::to_string(core::ClipboardSnapshot::maximumBytes) + " -evp sha256 2>/dev/null";
+                         std::to_string(core::clipboardSnapshot::maximumBytes) + " -evp sha256 2>/dev/null";
     const std::unique_ptr<FILE, Close> pipe(popen(command.c_str(), "r"));
     std::array<char, 512> line{};
     while (pipe && std::fgets(line.data(), line.size(), pipe.get())) {
@@ -45,13 +45,13 @@ double processorSeconds() {
 
 double digestSpeed() {
     const core::ClipboardItems items{
-        {{"public.png", std::vector<std::byte>(core::ClipboardSnapshot::maximumBytes, std::byte{1})}}};
+        {{"public.png", std::vector<std::byte>(core::clipboardSnapshot::maximumBytes, std::byte{1})}}};
     std::size_t bytes = 0;
     const double begin = processorSeconds();
     double seconds = 0;
     while (seconds < 1) {
         static_cast<void>(core::clipboardDigest(core::ClipboardKind::image, items));
-        bytes += core::ClipboardSnapshot::maximumBytes;
+        bytes += core::clipboardSnapshot::maximumBytes;
         seconds = processorSeconds() - begin;
     }
     return static_cast<double>(bytes) / seconds;

@@ -398,7 +398,7 @@ void AppDelegate::updateStatusItem() {
     services_.statusItem.setMenu(statusMenuRows(state, menuActions()), layoutDirection(language));
     shownMenu_ = std::move(state);
     const auto mark = statusMark(facts);
-    services_.statusItem.setImage(StatusBarArtwork::image(mark), statusMarkLabel(mark).rendered(language));
+    services_.statusItem.setImage(statusBarArtwork::image(mark), statusMarkLabel(mark).rendered(language));
 }
 
 StatusMenuActions AppDelegate::menuActions() {

@@ -16,7 +16,7 @@ ControlReply AppDelegate::handleControlRequest(const ControlRequest& request) {
     }
     const bool json = !request.arguments.empty() && request.arguments.front() == "--json";
     if (request.command == "doctor") {
-        return Doctor::report(diagnosisFacts(), json);
+        return doctor::report(diagnosisFacts(), json);
     }
     if (request.command == "status") {
         return {true, json ? toJson(statusReport()) : toText(statusReport())};
@@ -86,10 +86,10 @@ StatusReport AppDelegate::statusReport() const {
 }
 
 core::DiagnosisFacts AppDelegate::diagnosisFacts() {
-    auto facts = Doctor::programFacts(environment_.version, environment_.location, environment_.home);
+    auto facts = doctor::programFacts(environment_.version, environment_.location, environment_.home);
     facts.respondent = core::Respondent::agent;
     facts.system = services_.systemInspector.inspect();
-    facts.session = Doctor::sessionFacts({.permissions = services_.permissions,
+    facts.session = doctor::sessionFacts({.permissions = services_.permissions,
                                           .inputSources = services_.inputSources,
                                           .pasteboard = services_.pasteboard,
                                           .loginItem = services_.loginItem,
@@ -101,7 +101,7 @@ core::DiagnosisFacts AppDelegate::diagnosisFacts() {
                    .tapEnabled = monitor_.isRunning(),
                    .keysSeen = monitor_.keyboardEventsObserved(),
                    .secureInput = services_.secureInput.isEnabled(),
-                   .focus = Doctor::focusFacts(services_.accessibility, services_.workspace),
+                   .focus = doctor::focusFacts(services_.accessibility, services_.workspace),
                    .recordsCopies = clipboard_.options().enabled,
                    .itemShown = services_.statusItem.isVisible()};
     return facts;

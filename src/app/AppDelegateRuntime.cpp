@@ -42,7 +42,7 @@ void AppDelegate::refreshRuntime() {
 void AppDelegate::lookAround() {
     surroundings_.oldCopyRunning = !services_.workspace.runningApplications(environment_.legacyBundleID).empty();
     const auto front = services_.workspace.frontmostApplication();
-    surroundings_.screenSharingSuspended = core::ScreenSharingPolicy::bypassKeyboardProcessing(
+    surroundings_.screenSharingSuspended = core::screenSharingPolicy::bypassKeyboardProcessing(
         front ? front->bundleID : std::nullopt, model_.options().excludeScreenSharing);
 }
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <array>
 
-namespace quillane::CommandLine {
+namespace quillane::commandLine {
 
 namespace {
 
@@ -86,4 +86,4 @@ std::string_view usage() {
            "       quillane --help | --version\n";
 }
 
-} // namespace quillane::CommandLine
+} // namespace quillane::commandLine

@@ -10,7 +10,7 @@
 #include <variant>
 #include <vector>
 
-namespace quillane::CommandLine {
+namespace quillane::commandLine {
 
 /// Become the agent, or when one runs, show its settings window.
 struct RunAgent {
@@ -59,4 +59,4 @@ using Call = std::variant<RunAgent, SendRequest, Diagnose, ShareFiles, ShowHelp,
 /// The usage text, for people; English, because a terminal does not order mixed text reliably.
 [[nodiscard]] std::string_view usage();
 
-} // namespace quillane::CommandLine
+} // namespace quillane::commandLine

@@ -17,7 +17,7 @@
 #include <system_error>
 #include <vector>
 
-namespace quillane::Doctor {
+namespace quillane::doctor {
 
 namespace {
 
@@ -105,7 +105,7 @@ core::SessionFacts sessionFacts(const SessionServices& services, core::Responden
         facts.inputSources.emplace();
         for (const auto& source : *sources) {
             facts.inputSources->push_back(
-                {source.localizedName, core::RTLInputLanguage::isRightToLeft(source.languages)});
+                {source.localizedName, core::rtlInputLanguage::isRightToLeft(source.languages)});
         }
     }
     if (const auto current = services.inputSources.current()) {
@@ -127,9 +127,9 @@ std::optional<core::FocusFacts> focusFacts(Accessibility& accessibility, const W
     core::FocusFacts facts{front->bundleID.value_or(std::string()), std::nullopt};
     const auto application = accessibility.application(front->pid);
     accessibility.setMessagingTimeout(application, focusTimeout);
-    if (const auto focused = AX::element(accessibility, application, "AXFocusedUIElement")) {
+    if (const auto focused = ax::element(accessibility, application, "AXFocusedUIElement")) {
         accessibility.setMessagingTimeout(*focused, focusTimeout);
-        facts.role = AX::string(accessibility, *focused, "AXRole");
+        facts.role = ax::string(accessibility, *focused, "AXRole");
     }
     return facts;
 }
@@ -141,4 +141,4 @@ ControlReply report(const core::DiagnosisFacts& facts, bool json) {
             .problem = !core::isHealthy(findings)};
 }
 
-} // namespace quillane::Doctor
+} // namespace quillane::doctor

@@ -17,7 +17,7 @@
 #include <string>
 
 /// Gathers the facts for a diagnosis from the platform interfaces, and prints its lines.
-namespace quillane::Doctor {
+namespace quillane::doctor {
 
 /// What the program is, whoever asks.
 [[nodiscard]] core::DiagnosisFacts programFacts(const std::string& version, const core::ApplicationLocation& location,
@@ -42,4 +42,4 @@ struct SessionServices {
 /// A reply with a problem makes the command fail.
 [[nodiscard]] ControlReply report(const core::DiagnosisFacts& facts, bool json);
 
-} // namespace quillane::Doctor
+} // namespace quillane::doctor

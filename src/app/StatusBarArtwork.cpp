@@ -8,7 +8,7 @@
 
 #include <cmath>
 
-namespace quillane::StatusBarArtwork {
+namespace quillane::statusBarArtwork {
 
 namespace {
 
@@ -101,4 +101,4 @@ TemplateImage image(StatusMark mark, int points, double scale) {
     return result;
 }
 
-} // namespace quillane::StatusBarArtwork
+} // namespace quillane::statusBarArtwork

@@ -121,8 +121,8 @@ void ClipboardManager::record() {
         return;
     }
     auto moment = std::exchange(copied_, std::nullopt);
-    moment->now = core::EntryDates::next(history_.entries(), moment->now);
-    auto entry = core::ClipboardSnapshot::capture(services_.pasteboard, options_, *moment);
+    moment->now = core::entryDates::next(history_.entries(), moment->now);
+    auto entry = core::clipboardSnapshot::capture(services_.pasteboard, options_, *moment);
     if (entry && history_.insert(std::move(*entry), options_)) {
         save();
         changes_.notify();
@@ -155,7 +155,7 @@ void ClipboardManager::updateCollecting() {
     services_.pasteboard.setInterest([this, weak = std::weak_ptr(alive_)](const core::PasteboardTypeSet& types,
                                                                           const std::optional<std::string>& source) {
         return weak.expired() || !copied_ ? std::vector<std::string_view>()
-                                          : core::ClipboardSnapshot::wantedTypes(types, options_, *copied_, source);
+                                          : core::clipboardSnapshot::wantedTypes(types, options_, *copied_, source);
     });
     revision_ = services_.pasteboard.changeCount();
     timer_ = services_.mainQueue.repeat(pollInterval, [this] { poll(); });
@@ -232,13 +232,13 @@ void ClipboardManager::clear(Clearing clearing) {
     changes_.notify();
 }
 
-bool ClipboardManager::copy(const core::Uuid& id, core::ClipboardSnapshot::RestoreMode mode) {
+bool ClipboardManager::copy(const core::Uuid& id, core::clipboardSnapshot::RestoreMode mode) {
     const auto& entries = history_.entries();
     const auto entry = std::ranges::find(entries, id, &core::ClipboardEntry::id);
-    if (entry == entries.end() || !core::ClipboardSnapshot::restore(*entry, services_.pasteboard, mode)) {
+    if (entry == entries.end() || !core::clipboardSnapshot::restore(*entry, services_.pasteboard, mode)) {
         return false;
     }
-    history_.touch(id, core::EntryDates::next(history_.entries(), services_.now()));
+    history_.touch(id, core::entryDates::next(history_.entries(), services_.now()));
     revision_ = services_.pasteboard.changeCount(); // not a copy of the user's
     copied_.reset();
     save();

@@ -138,7 +138,7 @@ public:
 
     /// Puts an entry on the pasteboard and moves it to the top. False, with nothing changed, when it cannot be had any
     /// more.
-    bool copy(const core::Uuid& id, core::ClipboardSnapshot::RestoreMode mode);
+    bool copy(const core::Uuid& id, core::clipboardSnapshot::RestoreMode mode);
 
     /// Tries once more to register the hot key.
     void registerShortcut();
@@ -190,7 +190,7 @@ private:
     std::optional<Clearing> clearedUnread_; ///< what was cleared before the saved history could be read
     Suspension suspension_;
     std::int64_t revision_ = 0;                             ///< the change count that was seen last
-    std::optional<core::ClipboardSnapshot::Moment> copied_; ///< when the copy that is to be read was made
+    std::optional<core::clipboardSnapshot::Moment> copied_; ///< when the copy that is to be read was made
     std::uint64_t lastChange_ = 0; ///< a number for each change that is to be saved, and for each save
     std::uint64_t lastSave_ = 0;   ///< a number for each save
     bool isSaveDue_ = false;       ///< within three seconds

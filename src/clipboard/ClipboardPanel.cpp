@@ -13,9 +13,9 @@ namespace quillane {
 
 namespace {
 
-namespace keys = core::ClipboardPanelKeys;
+namespace keys = core::clipboardPanelKeys;
 namespace texts = core::texts;
-using core::ClipboardSnapshot::RestoreMode;
+using core::clipboardSnapshot::RestoreMode;
 using namespace std::chrono_literals;
 
 constexpr auto betweenAttempts = 50ms;

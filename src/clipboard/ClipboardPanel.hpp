@@ -38,7 +38,7 @@ struct ClipboardPanelServices {
 ///     panel.toggle();
 class ClipboardPanel {
 public:
-    using Choice = core::ClipboardPanelKeys::Choice;
+    using Choice = core::clipboardPanelKeys::Choice;
 
     ClipboardPanel(ClipboardManager& manager, ClipboardPanelServices services);
     ~ClipboardPanel();

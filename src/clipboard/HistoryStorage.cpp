@@ -67,7 +67,7 @@ HistoryStorage::Loaded HistoryStorage::load(core::Date now) {
         entries = read();
     }
     if (entries) {
-        for (const auto& id : core::EntryDates::bringDown(*entries, now)) {
+        for (const auto& id : core::entryDates::bringDown(*entries, now)) {
             vault_->invalidateCache(id);
         }
         return {Outcome::loaded, core::ClipboardHistory(std::move(*entries))};
@@ -125,18 +125,18 @@ bool HistoryStorage::erase() {
         return false; // it is somebody else's
     }
     const bool areErased = ClipboardVault::eraseFiles(folder_).has_value();
-    return core::SetAsideHistories::eraseAll(folder_) && areErased;
+    return core::setAsideHistories::eraseAll(folder_) && areErased;
 }
 
 ClipboardVault::Recovered HistoryStorage::recover(const core::SetAsideHistory& history, core::Date now) const {
     auto recovered =
         vault_ ? vault_->recover(history.folder).value_or(ClipboardVault::Recovered()) : ClipboardVault::Recovered();
-    core::EntryDates::bringDown(recovered.entries, now);
+    core::entryDates::bringDown(recovered.entries, now);
     return recovered;
 }
 
 bool HistoryStorage::erase(const core::SetAsideHistory& history) {
-    return core::SetAsideHistories::erase(history).has_value();
+    return core::setAsideHistories::erase(history).has_value();
 }
 
 void HistoryStorage::close() {
@@ -145,7 +145,7 @@ void HistoryStorage::close() {
 }
 
 std::vector<core::SetAsideHistory> HistoryStorage::setAside() const {
-    return core::SetAsideHistories::list(folder_).value_or(std::vector<core::SetAsideHistory>());
+    return core::setAsideHistories::list(folder_).value_or(std::vector<core::SetAsideHistory>());
 }
 
 } // namespace quillane

@@ -8,7 +8,7 @@
 #include <array>
 #include <deque>
 
-namespace quillane::AX {
+namespace quillane::ax {
 
 namespace {
 
@@ -86,7 +86,7 @@ bool isDescendant(Accessibility& accessibility, const AXElement& element, const 
         if (*step == ancestor) {
             return true;
         }
-        step = AX::element(accessibility, *step, "AXParent");
+        step = ax::element(accessibility, *step, "AXParent");
     }
     return false;
 }
@@ -180,4 +180,4 @@ std::optional<AXElement> find(Accessibility& accessibility, const AXElement& roo
                 [&](const Candidate& candidate) { return predicate(candidate.element, candidate.role); });
 }
 
-} // namespace quillane::AX
+} // namespace quillane::ax

@@ -15,7 +15,7 @@
 
 /// Helpers for reading other applications' accessibility trees. A value that cannot be read, or is of another type than
 /// asked for, is absent. Nothing throws.
-namespace quillane::AX {
+namespace quillane::ax {
 
 [[nodiscard]] std::optional<AXElement> element(Accessibility& accessibility, const AXElement& from,
                                                std::string_view attribute);
@@ -58,7 +58,7 @@ struct Candidate {
     /// A text among the attributes asked for; none when it has not got it.
     [[nodiscard]] std::optional<std::string_view> text(std::string_view name) const;
 
-    /// `AX::matches`, of the attributes asked for, which must hold those of `labelNames`.
+    /// `ax::matches`, of the attributes asked for, which must hold those of `labelNames`.
     [[nodiscard]] bool isLabelled(std::string_view label) const;
 };
 
@@ -104,4 +104,4 @@ private:
 find(Accessibility& accessibility, const AXElement& root, std::size_t limit, std::span<const std::string_view> skipping,
      const std::function<bool(const AXElement&, std::string_view role)>& predicate);
 
-} // namespace quillane::AX
+} // namespace quillane::ax

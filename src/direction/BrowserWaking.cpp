@@ -9,13 +9,13 @@ namespace quillane {
 
 bool wakeBrowser(Accessibility& accessibility, pid_t pid) {
     const auto application = accessibility.application(pid);
-    accessibility.setMessagingTimeout(application, core::ChromiumFamily::wakingTimeout);
+    accessibility.setMessagingTimeout(application, core::chromiumFamily::wakingTimeout);
     return accessibility.attribute(application, "AXRole").has_value(); // the question is what wakes it
 }
 
 void BrowserWaker::wake() {
     const auto front = workspace_.frontmostApplication();
-    if (front && front->pid != woken_ && front->bundleID && core::ChromiumFamily::contains(*front->bundleID) &&
+    if (front && front->pid != woken_ && front->bundleID && core::chromiumFamily::contains(*front->bundleID) &&
         wakeBrowser(accessibility_, front->pid)) {
         woken_ = front->pid;
     }

@@ -11,7 +11,7 @@
 namespace quillane {
 
 /// Makes a browser of the Chromium family build its accessibility tree, which is there a moment later. False when it
-/// has not answered. Main thread; waits for `core::ChromiumFamily::wakingTimeout` at most.
+/// has not answered. Main thread; waits for `core::chromiumFamily::wakingTimeout` at most.
 bool wakeBrowser(Accessibility& accessibility, pid_t pid);
 
 /// Wakes each known browser of the family once when it has come to the front. No other application is asked for

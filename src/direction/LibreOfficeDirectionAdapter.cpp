@@ -25,7 +25,7 @@ constexpr std::size_t limit = 240; ///< of the window, and of one toolbar
 // The whole tree has thousands of elements.
 constexpr std::array<std::string_view, 2> besideToolbars{"AXMenuBar", "AXToolbar"};
 
-bool isDirectionButton(const AX::Candidate& candidate, core::WritingDirection direction) {
+bool isDirectionButton(const ax::Candidate& candidate, core::WritingDirection direction) {
     return (candidate.role == "AXButton" || candidate.role == "AXCheckBox") &&
            candidate.isLabelled(direction == core::WritingDirection::rightToLeft ? "Right-To-Left" : "Left-To-Right");
 }
@@ -64,35 +64,35 @@ void LibreOfficeDirectionAdapter::schedule(std::chrono::milliseconds delay, cons
 
 void LibreOfficeDirectionAdapter::begin(const Attempt& attempt) {
     auto& accessibility = services_.accessibility;
-    const auto editor = AX::element(accessibility, attempt.application, "AXFocusedUIElement");
+    const auto editor = ax::element(accessibility, attempt.application, "AXFocusedUIElement");
     const auto window = editor && isParagraph(*editor)
-                            ? AX::element(accessibility, attempt.application, "AXFocusedWindow")
+                            ? ax::element(accessibility, attempt.application, "AXFocusedWindow")
                             : std::nullopt;
-    if (!window || !AX::isDescendant(accessibility, *editor, *window)) {
+    if (!window || !ax::isDescendant(accessibility, *editor, *window)) {
         refuse(attempt, texts::placeCursorInWriter);
         return;
     }
-    const AX::Search toolbars{.limit = limit, .skipping = besideToolbars, .reading = {}};
-    search(attempt, std::make_shared<Way>(Way{*editor, AX::TreeSearch(*window, toolbars), {}, std::nullopt}));
+    const ax::Search toolbars{.limit = limit, .skipping = besideToolbars, .reading = {}};
+    search(attempt, std::make_shared<Way>(Way{*editor, ax::TreeSearch(*window, toolbars), {}, std::nullopt}));
 }
 
 void LibreOfficeDirectionAdapter::search(const Attempt& attempt, const std::shared_ptr<Way>& way) {
     if (!way->toolbar && !way->toolbars.empty()) {
         way->toolbar.emplace(way->toolbars.front(),
-                             AX::Search{.limit = limit, .skipping = {}, .reading = AX::labelNames});
+                             ax::Search{.limit = limit, .skipping = {}, .reading = ax::labelNames});
         way->toolbars.erase(way->toolbars.begin());
     }
-    const auto isButton = [&](const AX::Candidate& candidate) {
+    const auto isButton = [&](const ax::Candidate& candidate) {
         return isDirectionButton(candidate, attempt.direction);
     };
-    const auto collect = [&](const AX::Candidate& candidate) {
+    const auto collect = [&](const ax::Candidate& candidate) {
         if (candidate.role == "AXToolbar") {
             way->toolbars.push_back(candidate.element);
         }
         return false;
     };
     auto& accessibility = services_.accessibility;
-    using State = AX::TreeSearch::State;
+    using State = ax::TreeSearch::State;
     const auto state =
         way->toolbar ? way->toolbar->step(accessibility, isButton) : way->window.step(accessibility, collect);
     if (state == State::found) {
@@ -109,11 +109,11 @@ void LibreOfficeDirectionAdapter::search(const Attempt& attempt, const std::shar
 
 void LibreOfficeDirectionAdapter::press(const Attempt& attempt, const AXElement& editor, const AXElement& button) {
     auto& accessibility = services_.accessibility;
-    if (AX::element(accessibility, attempt.application, "AXFocusedUIElement") != editor) {
+    if (ax::element(accessibility, attempt.application, "AXFocusedUIElement") != editor) {
         refuse(attempt, texts::focusMovedToAnotherField);
         return;
     }
-    const auto result = AX::flag(accessibility, button, "AXEnabled") == false
+    const auto result = ax::flag(accessibility, button, "AXEnabled") == false
                             ? AXActionResult::failed
                             : accessibility.performAction(button, "AXPress");
     switch (result) {
@@ -151,12 +151,12 @@ void LibreOfficeDirectionAdapter::refuse(Attempt attempt, const core::LocalizedT
 }
 
 bool LibreOfficeDirectionAdapter::answers(const Attempt& attempt) const {
-    return AX::string(services_.accessibility, attempt.application, "AXRole").has_value();
+    return ax::string(services_.accessibility, attempt.application, "AXRole").has_value();
 }
 
 bool LibreOfficeDirectionAdapter::isParagraph(const AXElement& element) const {
     auto& accessibility = services_.accessibility;
-    return AX::string(accessibility, element, "AXRole") == "AXTextArea" && AX::isTextWritable(accessibility, element);
+    return ax::string(accessibility, element, "AXRole") == "AXTextArea" && ax::isTextWritable(accessibility, element);
 }
 
 } // namespace quillane

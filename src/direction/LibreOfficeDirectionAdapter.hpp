@@ -46,9 +46,9 @@ private:
     /// The way to the button: the window is searched for toolbars, and each toolbar by itself.
     struct Way {
         AXElement editor;
-        AX::TreeSearch window;
+        ax::TreeSearch window;
         std::vector<AXElement> toolbars; ///< not yet searched
-        std::optional<AX::TreeSearch> toolbar;
+        std::optional<ax::TreeSearch> toolbar;
     };
 
     void schedule(std::chrono::milliseconds delay, const Attempt& attempt, std::function<void()> step);

@@ -89,8 +89,8 @@ void NativeDirectionAdapter::begin(const Request& request, int wakings) {
     const auto application = request.application;
     const auto element = accessibility.application(request.pid);
     accessibility.setMessagingTimeout(element, directionPatience);
-    const auto editor = AX::element(accessibility, element, "AXFocusedUIElement");
-    if (!editor && core::ChromiumFamily::isWokenAgain(core::traits(application).bundleID, wakings)) {
+    const auto editor = ax::element(accessibility, element, "AXFocusedUIElement");
+    if (!editor && core::chromiumFamily::isWokenAgain(core::traits(application).bundleID, wakings)) {
         wake(request, wakings);
         return;
     }
@@ -124,7 +124,7 @@ void NativeDirectionAdapter::begin(const Request& request, int wakings) {
 void NativeDirectionAdapter::wake(const Request& request, int wakings) {
     wakeBrowser(services_.accessibility, request.pid);
     pending_ = true;
-    services_.mainQueue.postAfter(core::ChromiumFamily::wakingInterval,
+    services_.mainQueue.postAfter(core::chromiumFamily::wakingInterval,
                                   [this, alive = std::weak_ptr(alive_), request, wakings, operation = ++operation_] {
                                       if (alive.expired() || operation_ != operation) {
                                           return;
@@ -150,7 +150,7 @@ void NativeDirectionAdapter::stopObservingMenu() {
 void NativeDirectionAdapter::observeMenu(const AXElement& application) {
     stopObservingMenu();
     observation_ = services_.accessibility.observe(application, "AXMenuOpened", [this](const AXElement& about) {
-        if (pending_ && !capturedMenu_ && AX::string(services_.accessibility, about, "AXRole") == "AXMenu") {
+        if (pending_ && !capturedMenu_ && ax::string(services_.accessibility, about, "AXRole") == "AXMenu") {
             capturedMenu_ = about;
         }
     });
@@ -161,26 +161,26 @@ std::optional<AXElement> NativeDirectionAdapter::contextMenu(const AXElement& ap
         return capturedMenu_;
     }
     auto& accessibility = services_.accessibility;
-    const auto focused = AX::element(accessibility, application, "AXFocusedUIElement");
+    const auto focused = ax::element(accessibility, application, "AXFocusedUIElement");
     if (focused) {
-        if (auto shown = AX::element(accessibility, *focused, "AXShownMenuUIElement")) {
+        if (auto shown = ax::element(accessibility, *focused, "AXShownMenuUIElement")) {
             return shown;
         }
     }
-    if (auto shown = AX::element(accessibility, application, "AXShownMenuUIElement")) {
+    if (auto shown = ax::element(accessibility, application, "AXShownMenuUIElement")) {
         return shown;
     }
     if (focused) {
-        if (auto above = AX::closest(accessibility, *focused, "AXMenu", stepsToMenu + 1)) {
+        if (auto above = ax::closest(accessibility, *focused, "AXMenu", stepsToMenu + 1)) {
             return above;
         }
     }
-    if (auto child = firstOfRole(accessibility, AX::children(accessibility, application), "AXMenu")) {
+    if (auto child = firstOfRole(accessibility, ax::children(accessibility, application), "AXMenu")) {
         return child;
     }
     constexpr std::array<std::string_view, 1> skipping{"AXMenuBar"};
-    return AX::find(accessibility, application, {.limit = applicationLimit, .skipping = skipping, .reading = {}},
-                    [](const AX::Candidate& candidate) { return candidate.role == "AXMenu"; });
+    return ax::find(accessibility, application, {.limit = applicationLimit, .skipping = skipping, .reading = {}},
+                    [](const ax::Candidate& candidate) { return candidate.role == "AXMenu"; });
 }
 
 void NativeDirectionAdapter::scheduleChoice(const Attempt& attempt, int run) {
@@ -229,36 +229,36 @@ void NativeDirectionAdapter::chooseDirection(const Attempt& attempt, int run) {
 
 std::optional<AXElement> NativeDirectionAdapter::paragraphCommand(const AXElement& menu, const Attempt& attempt) const {
     auto& accessibility = services_.accessibility;
-    const auto item = AX::find(accessibility, menu, {.limit = menuLimit, .skipping = {}, .reading = AX::labelNames},
-                               [&](const AX::Candidate& candidate) { return candidate.isLabelled(attempt.menuTitle); });
+    const auto item = ax::find(accessibility, menu, {.limit = menuLimit, .skipping = {}, .reading = ax::labelNames},
+                               [&](const ax::Candidate& candidate) { return candidate.isLabelled(attempt.menuTitle); });
     if (!item) {
         return std::nullopt;
     }
-    const auto submenu = firstOfRole(accessibility, AX::children(accessibility, *item), "AXMenu");
+    const auto submenu = firstOfRole(accessibility, ax::children(accessibility, *item), "AXMenu");
     if (!submenu) {
         return std::nullopt;
     }
-    const auto items = AX::children(accessibility, *submenu);
+    const auto items = ax::children(accessibility, *submenu);
     std::vector<std::string> titles;
-    for (const auto& values : accessibility.attributesOfEach(items, AX::labelNames)) {
+    for (const auto& values : accessibility.attributesOfEach(items, ax::labelNames)) {
         const auto text = [&](std::size_t index) {
             return values ? std::get_if<std::string>(&values->at(index)) : nullptr;
         };
         const auto* title = text(0) != nullptr ? text(0) : text(1);
         titles.push_back(title != nullptr ? *title : std::string());
     }
-    const auto index = core::ParagraphCommand::index(titles, commandTitle(attempt.direction));
+    const auto index = core::paragraphCommand::index(titles, commandTitle(attempt.direction));
     return index ? std::optional(items.at(*index)) : std::nullopt;
 }
 
 std::optional<core::LocalizedText> NativeDirectionAdapter::obstacle(const AXElement& menu,
                                                                     const Attempt& attempt) const {
     auto& accessibility = services_.accessibility;
-    const auto focused = AX::element(accessibility, attempt.application, "AXFocusedUIElement");
+    const auto focused = ax::element(accessibility, attempt.application, "AXFocusedUIElement");
     if (!focused) {
         return texts::cursorPositionUnavailable;
     }
-    if (*focused != attempt.editor && !AX::isDescendant(accessibility, *focused, menu)) {
+    if (*focused != attempt.editor && !ax::isDescendant(accessibility, *focused, menu)) {
         return texts::focusMovedToAnotherField;
     }
     // Opening a menu can move or widen the selection in some editors.
@@ -273,7 +273,7 @@ void NativeDirectionAdapter::pressCommand(const AXElement& command, const AXElem
         return;
     }
     auto& accessibility = services_.accessibility;
-    const bool applied = contextMenu(attempt.application) == menu && AX::press(accessibility, command);
+    const bool applied = contextMenu(attempt.application) == menu && ax::press(accessibility, command);
     if (!applied) {
         refuse(menu, attempt, texts::directionNotApplied);
         return;
@@ -308,7 +308,7 @@ void NativeDirectionAdapter::close(const AXElement& menu, const Attempt& attempt
 }
 
 bool NativeDirectionAdapter::answers(const AXElement& application) const {
-    return AX::string(services_.accessibility, application, "AXRole").has_value();
+    return ax::string(services_.accessibility, application, "AXRole").has_value();
 }
 
 void NativeDirectionAdapter::recordDiagnostic(const Attempt& attempt) {
@@ -318,12 +318,12 @@ void NativeDirectionAdapter::recordDiagnostic(const Attempt& attempt) {
         actions.append(actions.empty() ? "" : ", ").append(name);
     }
     const auto roleOf = [&](const std::optional<AXElement>& element) {
-        return element ? AX::string(accessibility, *element, "AXRole").value_or("unknown") : std::string("unknown");
+        return element ? ax::string(accessibility, *element, "AXRole").value_or("unknown") : std::string("unknown");
     };
-    const auto focused = AX::element(accessibility, attempt.application, "AXFocusedUIElement");
+    const auto focused = ax::element(accessibility, attempt.application, "AXFocusedUIElement");
     std::string text = "Editor actions: " + actions + "\nFocus role: " + roleOf(focused);
     if (focused) {
-        auto children = AX::children(accessibility, *focused);
+        auto children = ax::children(accessibility, *focused);
         children.erase(children.begin() + static_cast<std::ptrdiff_t>(std::min(children.size(), diagnosticChildren)),
                        children.end());
         for (const auto& values : accessibility.attributesOfEach(children, roleName)) {

@@ -36,7 +36,7 @@ Field read(Accessibility& accessibility, const AXElement& element) {
         const auto* exact = std::get_if<std::string>(&values.at(index));
         return exact != nullptr ? std::optional(*exact) : std::nullopt;
     };
-    return {text(0).value_or(std::string()), text(1), text(2), text(3), AX::flag(values.at(4)).value_or(false)};
+    return {text(0).value_or(std::string()), text(1), text(2), text(3), ax::flag(values.at(4)).value_or(false)};
 }
 
 bool isField(Accessibility& accessibility, const AXElement& element, std::string_view identifier) {
@@ -58,8 +58,8 @@ bool isDocumentEditor(Accessibility& accessibility, const AXElement& element, Su
 
 bool isWebEditor(Accessibility& accessibility, const AXElement& element) {
     const bool settable = accessibility.isAttributeSettable(element, "AXValue");
-    const auto parent = AX::element(accessibility, element, "AXParent");
-    const bool inside = parent && AX::closest(accessibility, *parent, "AXWebArea", stepsToWebArea);
+    const auto parent = ax::element(accessibility, element, "AXParent");
+    const bool inside = parent && ax::closest(accessibility, *parent, "AXWebArea", stepsToWebArea);
     const auto field = read(accessibility, element);
     return core::WebEditorContext{.role = field.role,
                                   .subrole = field.subrole,
@@ -70,23 +70,23 @@ bool isWebEditor(Accessibility& accessibility, const AXElement& element) {
 }
 
 bool isMailEditor(Accessibility& accessibility, const AXElement& element) {
-    const auto window = AX::element(accessibility, element, "AXWindow");
+    const auto window = ax::element(accessibility, element, "AXWindow");
     if (!window) {
         return false;
     }
     constexpr std::array<std::string_view, 1> reading{"AXIdentifier"};
-    const auto isSubject = [](const AX::Candidate& candidate) {
+    const auto isSubject = [](const ax::Candidate& candidate) {
         return candidate.role == "AXTextField" && candidate.text("AXIdentifier") == mailSubject;
     };
     const bool composes =
-        AX::find(accessibility, *window, {.limit = mailWindowLimit, .skipping = {}, .reading = reading}, isSubject)
+        ax::find(accessibility, *window, {.limit = mailWindowLimit, .skipping = {}, .reading = reading}, isSubject)
             .has_value();
     const auto field = read(accessibility, element);
     return core::MailEditorContext{.role = field.role,
                                    .identifier = field.identifier,
                                    .description = field.description,
                                    .enabled = field.enabled,
-                                   .writable = AX::isTextWritable(accessibility, element),
+                                   .writable = ax::isTextWritable(accessibility, element),
                                    .composeWindow = composes}
         .isEligible();
 }
@@ -105,7 +105,7 @@ bool isDirectionEditor(Accessibility& accessibility, const AXElement& focused, S
         return isMailEditor(accessibility, focused);
     case SupportedApplication::outlook:
         return isOutlookSubject(accessibility, focused) && accessibility.isAttributeSettable(focused, "AXValue") &&
-               AX::flag(accessibility, focused, "AXEnabled") == true;
+               ax::flag(accessibility, focused, "AXEnabled") == true;
     case SupportedApplication::word:
         break;
     }

@@ -23,7 +23,7 @@ constexpr auto step = 80ms;
 constexpr int lastRun = 7;
 constexpr std::size_t limit = 240;
 constexpr std::size_t stepsToWebArea = 12;
-constexpr AX::Search labelled{.limit = limit, .skipping = {}, .reading = AX::labelNames};
+constexpr ax::Search labelled{.limit = limit, .skipping = {}, .reading = ax::labelNames};
 
 } // namespace
 
@@ -39,7 +39,7 @@ void OutlookAdapter::apply(core::WritingDirection direction) {
     auto& accessibility = services_.accessibility;
     const auto application = accessibility.application(front->pid);
     accessibility.setMessagingTimeout(application, directionPatience);
-    const auto focused = AX::element(accessibility, application, "AXFocusedUIElement");
+    const auto focused = ax::element(accessibility, application, "AXFocusedUIElement");
     if (focused && isOutlookSubject(accessibility, *focused)) {
         subject_.apply(direction, outlook);
     } else if (focused && isComposeEditor(*focused)) {
@@ -58,10 +58,10 @@ void OutlookAdapter::cancelPending() {
 
 void OutlookAdapter::applyInBody(const Attempt& attempt) {
     auto& accessibility = services_.accessibility;
-    const auto window = AX::element(accessibility, attempt.application, "AXFocusedWindow");
+    const auto window = ax::element(accessibility, attempt.application, "AXFocusedWindow");
     const auto toolbar =
-        window ? AX::find(accessibility, *window, labelled,
-                          [](const AX::Candidate& candidate) { return candidate.isLabelled("Formatting Toolbar"); })
+        window ? ax::find(accessibility, *window, labelled,
+                          [](const ax::Candidate& candidate) { return candidate.isLabelled("Formatting Toolbar"); })
                : std::nullopt;
     if (!toolbar) {
         report_(texts::formattingToolbarNotFound);
@@ -74,30 +74,30 @@ void OutlookAdapter::applyInBody(const Attempt& attempt) {
 
 bool OutlookAdapter::isComposeEditor(const AXElement& element) const {
     auto& accessibility = services_.accessibility;
-    if (AX::string(accessibility, element, "AXRole") != "AXTextArea") {
+    if (ax::string(accessibility, element, "AXRole") != "AXTextArea") {
         return false;
     }
-    const auto parent = AX::element(accessibility, element, "AXParent");
-    const auto page = parent ? AX::closest(accessibility, *parent, "AXWebArea", stepsToWebArea) : std::nullopt;
-    const auto address = page ? AX::string(accessibility, *page, "AXURL") : std::nullopt;
+    const auto parent = ax::element(accessibility, element, "AXParent");
+    const auto page = parent ? ax::closest(accessibility, *parent, "AXWebArea", stepsToWebArea) : std::nullopt;
+    const auto address = page ? ax::string(accessibility, *page, "AXURL") : std::nullopt;
     return address && address->starts_with("outlook-mobile-compose:");
 }
 
 std::optional<AXElement> OutlookAdapter::directionButton(const AXElement& in, core::WritingDirection direction) const {
     const std::string_view label = direction == core::WritingDirection::rightToLeft ? "Right to Left" : "Left to Right";
-    return AX::find(services_.accessibility, in, labelled, [&](const AX::Candidate& candidate) {
+    return ax::find(services_.accessibility, in, labelled, [&](const ax::Candidate& candidate) {
         return candidate.role == "AXButton" && candidate.isLabelled(label);
     });
 }
 
 void OutlookAdapter::openOverflow(const AXElement& toolbar, Attempt attempt) {
     auto& accessibility = services_.accessibility;
-    const auto overflow = AX::find(accessibility, toolbar, labelled, [](const AX::Candidate& candidate) {
+    const auto overflow = ax::find(accessibility, toolbar, labelled, [](const ax::Candidate& candidate) {
         return candidate.role == "AXButton" && candidate.isLabelled("See more items");
     });
     if (!overflow) {
         report_(texts::directionButtonsNotFoundInOutlook);
-    } else if (!AX::press(accessibility, *overflow)) {
+    } else if (!ax::press(accessibility, *overflow)) {
         report_(texts::couldNotOpenFormattingOptions);
     } else {
         overflowPending_ = true;
@@ -117,7 +117,7 @@ void OutlookAdapter::schedule(const Attempt& attempt, int run) {
 
 std::optional<AXElement> OutlookAdapter::popover(const AXElement& application) const {
     auto& accessibility = services_.accessibility;
-    const auto windows = AX::children(accessibility, application);
+    const auto windows = ax::children(accessibility, application);
     constexpr std::array<std::string_view, 2> names{"AXRole", "AXIdentifier"};
     const auto read = accessibility.attributesOfEach(windows, names);
     const auto found = std::ranges::find_if(read, [](const auto& values) {
@@ -144,9 +144,9 @@ void OutlookAdapter::pressOverflowButton(const Attempt& attempt, int run) {
     }
     const auto window = popover(attempt.application);
     const auto front = services_.workspace.frontmostApplication();
-    const auto focused = AX::element(accessibility, attempt.application, "AXFocusedUIElement");
+    const auto focused = ax::element(accessibility, attempt.application, "AXFocusedUIElement");
     const bool isHere = front && front->pid == attempt.pid && focused &&
-                        (*focused == attempt.editor || (window && AX::isDescendant(accessibility, *focused, *window)));
+                        (*focused == attempt.editor || (window && ax::isDescendant(accessibility, *focused, *window)));
     if (!isHere) {
         end(texts::directionChangeCancelled);
         return;
@@ -162,7 +162,7 @@ void OutlookAdapter::pressOverflowButton(const Attempt& attempt, int run) {
 }
 
 void OutlookAdapter::press(const AXElement& button, core::WritingDirection direction) {
-    if (AX::press(services_.accessibility, button)) {
+    if (ax::press(services_.accessibility, button)) {
         report_(texts::appliedDirectionInOutlook(core::rawValue(direction)));
     } else {
         report_(texts::outlookDidNotApply);

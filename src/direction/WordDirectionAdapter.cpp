@@ -20,7 +20,7 @@ namespace texts = core::texts;
 constexpr auto step = 60ms;
 constexpr int lastRun = 10;
 constexpr std::size_t limit = 600;
-constexpr AX::Search labelled{.limit = limit, .skipping = {}, .reading = AX::labelNames};
+constexpr ax::Search labelled{.limit = limit, .skipping = {}, .reading = ax::labelNames};
 
 bool isButton(std::string_view role) {
     return role == "AXButton" || role == "AXCheckBox" || role == "AXRadioButton";
@@ -39,23 +39,23 @@ void WordDirectionAdapter::apply(core::WritingDirection direction) {
     auto& accessibility = services_.accessibility;
     const auto application = accessibility.application(front->pid);
     accessibility.setMessagingTimeout(application, directionPatience);
-    const auto editor = AX::element(accessibility, application, "AXFocusedUIElement");
+    const auto editor = ax::element(accessibility, application, "AXFocusedUIElement");
     const auto isPage = [&] {
-        const auto role = AX::string(accessibility, *editor, "AXRole").value_or(std::string());
-        const auto description = AX::string(accessibility, *editor, "AXDescription");
+        const auto role = ax::string(accessibility, *editor, "AXRole").value_or(std::string());
+        const auto description = ax::string(accessibility, *editor, "AXDescription");
         return core::WordEditorContext{
-            .role = role, .description = description, .writable = AX::isTextWritable(accessibility, *editor)}
+            .role = role, .description = description, .writable = ax::isTextWritable(accessibility, *editor)}
             .isEligible();
     };
-    const auto window = editor && isPage() ? AX::element(accessibility, application, "AXFocusedWindow") : std::nullopt;
-    if (!window || !AX::isDescendant(accessibility, *editor, *window)) {
+    const auto window = editor && isPage() ? ax::element(accessibility, application, "AXFocusedWindow") : std::nullopt;
+    if (!window || !ax::isDescendant(accessibility, *editor, *window)) {
         report_(texts::placeCursorInWord);
         return;
     }
     const Attempt attempt{application, *window, *editor, front->pid, direction, ++operation_};
     if (const auto button = directionButton(attempt)) {
         if (operation_ == attempt.operation &&
-            AX::element(accessibility, application, "AXFocusedUIElement") == attempt.editor) {
+            ax::element(accessibility, application, "AXFocusedUIElement") == attempt.editor) {
             execute(*button, direction);
         }
     } else if (openHomeTab(attempt.window)) {
@@ -68,20 +68,20 @@ void WordDirectionAdapter::apply(core::WritingDirection direction) {
 std::optional<AXElement> WordDirectionAdapter::directionButton(const Attempt& attempt) const {
     const std::string_view label =
         attempt.direction == core::WritingDirection::rightToLeft ? "Right-to-Left" : "Left-to-Right";
-    return AX::find(services_.accessibility, attempt.window, labelled, [&](const AX::Candidate& candidate) {
+    return ax::find(services_.accessibility, attempt.window, labelled, [&](const ax::Candidate& candidate) {
         return isButton(candidate.role) && candidate.isLabelled(label);
     });
 }
 
 bool WordDirectionAdapter::openHomeTab(const AXElement& window) const {
     auto& accessibility = services_.accessibility;
-    const auto ribbon = AX::find(accessibility, window, labelled, [](const AX::Candidate& candidate) {
+    const auto ribbon = ax::find(accessibility, window, labelled, [](const ax::Candidate& candidate) {
         return candidate.role == "AXTabGroup" && candidate.isLabelled("ribbon");
     });
-    const auto home = ribbon ? AX::find(accessibility, *ribbon, labelled,
-                                        [](const AX::Candidate& candidate) { return candidate.isLabelled("Home"); })
+    const auto home = ribbon ? ax::find(accessibility, *ribbon, labelled,
+                                        [](const ax::Candidate& candidate) { return candidate.isLabelled("Home"); })
                              : std::nullopt;
-    return home && AX::press(accessibility, *home);
+    return home && ax::press(accessibility, *home);
 }
 
 void WordDirectionAdapter::scheduleSearch(const Attempt& attempt, int run) {
@@ -109,12 +109,12 @@ bool WordDirectionAdapter::isFocused(const Attempt& attempt) const {
     auto& accessibility = services_.accessibility;
     const auto front = services_.workspace.frontmostApplication();
     return front && front->pid == attempt.pid &&
-           AX::element(accessibility, attempt.application, "AXFocusedUIElement") == attempt.editor &&
-           AX::element(accessibility, attempt.application, "AXFocusedWindow") == attempt.window;
+           ax::element(accessibility, attempt.application, "AXFocusedUIElement") == attempt.editor &&
+           ax::element(accessibility, attempt.application, "AXFocusedWindow") == attempt.window;
 }
 
 void WordDirectionAdapter::execute(const AXElement& button, core::WritingDirection direction) {
-    if (AX::press(services_.accessibility, button)) {
+    if (ax::press(services_.accessibility, button)) {
         report_(texts::appliedDirectionInWord(core::rawValue(direction)));
     } else {
         report_(texts::wordCannotChangeDirection);

@@ -64,7 +64,7 @@ void FileShareModel::copyLink() {
         return;
     }
     pasteboard_.clear();
-    copied_ = pasteboard_.setString(core::PasteboardTypes::string, completed->link.absoluteString());
+    copied_ = pasteboard_.setString(core::pasteboardTypes::string, completed->link.absoluteString());
     emit changed();
 }
 

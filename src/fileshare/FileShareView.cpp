@@ -58,12 +58,12 @@ const char* symbolName(const FileShareModel::State& state) {
 
 core::Color symbolColor(const FileShareModel::State& state, core::Appearance appearance) {
     if (std::holds_alternative<FileShareModel::Completed>(state)) {
-        return core::BrandPalette::shades(appearance).good;
+        return core::brandPalette::shades(appearance).good;
     }
     if (std::holds_alternative<FileShareModel::Failed>(state)) {
-        return core::BrandPalette::shades(appearance).warning;
+        return core::brandPalette::shades(appearance).warning;
     }
-    return core::BrandPalette::amber(appearance);
+    return core::brandPalette::amber(appearance);
 }
 
 /// "4:07", or with hours "1:04:07".
@@ -234,7 +234,7 @@ void FileShareView::applyAppearance() {
     appearance_ = appearance;
     shownSymbol_.clear();
     setStyleSheet(controlsStyleSheet(appearance) + quillane::styleSheet(rules, appearance));
-    qrButton_->setIcon(symbol_("qrcode", qColor(core::BrandPalette::primary(appearance))));
+    qrButton_->setIcon(symbol_("qrcode", qColor(core::brandPalette::primary(appearance))));
 }
 
 void FileShareView::redraw() {

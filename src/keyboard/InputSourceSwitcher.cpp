@@ -39,7 +39,7 @@ core::LocalizedText InputSourceSwitcher::switched() {
     }
     std::vector<std::string> ids;
     std::ranges::transform(*sources, std::back_inserter(ids), &InputSource::id);
-    const auto next = core::InputSourceCycle::nextID(current ? current->id : std::string(), ids);
+    const auto next = core::inputSourceCycle::nextID(current ? current->id : std::string(), ids);
     if (!next) {
         return texts::enableTwoKeyboardLanguages;
     }

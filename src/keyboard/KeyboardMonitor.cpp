@@ -58,7 +58,7 @@ void KeyboardMonitor::stop() {
 
 void KeyboardMonitor::setOptions(const core::FeatureOptions& options) {
     options_ = options;
-    tap_.setReplaceableKeys(options.shiftEnglish ? core::ShiftEnglish::keyCodes() : std::span<const core::KeyCode>());
+    tap_.setReplaceableKeys(options.shiftEnglish ? core::shiftEnglish::keyCodes() : std::span<const core::KeyCode>());
 }
 
 void KeyboardMonitor::reset() {
@@ -92,7 +92,7 @@ void KeyboardMonitor::receive(InputEvent& event) {
     if (!options_.shouldMonitor()) {
         return;
     }
-    if (core::ScreenSharingPolicy::bypassKeyboardProcessing(front ? front->bundleID : std::nullopt,
+    if (core::screenSharingPolicy::bypassKeyboardProcessing(front ? front->bundleID : std::nullopt,
                                                             options_.excludeScreenSharing)) {
         reset();
         post(&KeyboardMonitor::onInterruption);
@@ -137,11 +137,11 @@ void KeyboardMonitor::receiveKeyDown(InputEvent& event, const std::optional<Runn
 
 void KeyboardMonitor::rewrite(InputEvent& event, const std::optional<RunningApplication>& front) {
     remapped_.erase(event.keyCode);
-    const core::ShiftEnglish::Conditions conditions{.shift = (event.flags & core::flags::shift) != 0,
+    const core::shiftEnglish::Conditions conditions{.shift = (event.flags & core::flags::shift) != 0,
                                                     .shortcutModifier = (event.flags & shortcutModifiers) != 0,
                                                     .rtlSource = true,
                                                     .editable = true};
-    const auto letter = core::ShiftEnglish::character(event.keyCode, conditions);
+    const auto letter = core::shiftEnglish::character(event.keyCode, conditions);
     // The cheap questions come first; the last one asks another process.
     if (letter && front && input_.current().isRTL && input_.hasEditableFocus(front->pid)) {
         event.replacementText = letter;

@@ -30,7 +30,7 @@ InputSourceSummary RTLInput::current() const {
         return {};
     }
     if (source->languages != known_.languages) {
-        known_.isRTL = core::RTLInputLanguage::isRightToLeft(source->languages);
+        known_.isRTL = core::rtlInputLanguage::isRightToLeft(source->languages);
         known_.languages = std::move(source->languages);
     }
     return {std::move(source->localizedName), known_.isRTL};
@@ -39,7 +39,7 @@ InputSourceSummary RTLInput::current() const {
 bool RTLInput::hasEditableFocus(pid_t pid) const {
     const auto application = accessibility_.application(pid);
     accessibility_.setMessagingTimeout(application, patience);
-    const auto focused = AX::element(accessibility_, application, "AXFocusedUIElement");
+    const auto focused = ax::element(accessibility_, application, "AXFocusedUIElement");
     if (!focused) {
         return false;
     }
@@ -52,7 +52,7 @@ bool RTLInput::hasEditableFocus(pid_t pid) const {
     const auto role = text((*values)[0]).value_or(std::string());
     core::EditableInputContext context{.role = role,
                                        .subrole = text((*values)[1]),
-                                       .enabled = AX::flag((*values)[2]).value_or(false),
+                                       .enabled = ax::flag((*values)[2]).value_or(false),
                                        .valueIsSettable = accessibility_.isAttributeSettable(*focused, "AXValue")};
     context.selectedTextIsSettable =
         !context.valueIsSettable && accessibility_.isAttributeSettable(*focused, "AXSelectedText");
@@ -68,13 +68,13 @@ bool RTLInput::hasEditableFocus(pid_t pid) const {
 }
 
 bool RTLInput::isMailEditor(const AXElement& element, const std::string& role) const {
-    const auto identifier = AX::string(accessibility_, element, "AXIdentifier");
-    const auto description = AX::string(accessibility_, element, "AXDescription");
+    const auto identifier = ax::string(accessibility_, element, "AXIdentifier");
+    const auto description = ax::string(accessibility_, element, "AXDescription");
     core::MailEditorContext context{.role = role,
                                     .identifier = identifier,
                                     .description = description,
-                                    .enabled = AX::flag(accessibility_, element, "AXEnabled").value_or(false),
-                                    .writable = AX::isTextWritable(accessibility_, element),
+                                    .enabled = ax::flag(accessibility_, element, "AXEnabled").value_or(false),
+                                    .writable = ax::isTextWritable(accessibility_, element),
                                     .composeWindow = true};
     if (!context.isEligible()) {
         return false; // whatever the window is, and looking through it is dear
@@ -84,20 +84,20 @@ bool RTLInput::isMailEditor(const AXElement& element, const std::string& role) c
 }
 
 bool RTLInput::isInComposeWindow(const AXElement& element) const {
-    const auto window = AX::element(accessibility_, element, "AXWindow");
+    const auto window = ax::element(accessibility_, element, "AXWindow");
     bool failed = false;
     const auto endsSearch = [&](const AXElement& candidate, std::string_view role) {
         failed = role.empty(); // every element has a role: Mail has ceased to answer, and each question would wait
         return failed ||
-               (role == "AXTextField" && AX::string(accessibility_, candidate, "AXIdentifier") == "Mail.subjectField");
+               (role == "AXTextField" && ax::string(accessibility_, candidate, "AXIdentifier") == "Mail.subjectField");
     };
-    return window && AX::find(accessibility_, *window, mailWindowLimit, {}, endsSearch) && !failed;
+    return window && ax::find(accessibility_, *window, mailWindowLimit, {}, endsSearch) && !failed;
 }
 
 bool RTLInput::isWordEditor(const AXElement& element, const std::string& role) const {
-    const auto description = AX::string(accessibility_, element, "AXDescription");
+    const auto description = ax::string(accessibility_, element, "AXDescription");
     return core::WordEditorContext{
-        .role = role, .description = description, .writable = AX::isTextWritable(accessibility_, element)}
+        .role = role, .description = description, .writable = ax::isTextWritable(accessibility_, element)}
         .isEligible();
 }
 

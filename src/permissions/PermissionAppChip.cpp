@@ -33,7 +33,7 @@ PermissionAppChip::PermissionAppChip(const QUrl& application, const QIcon& icon,
 }
 
 void PermissionAppChip::paintEvent(QPaintEvent*) {
-    const auto& shades = core::BrandPalette::shades(currentAppearance());
+    const auto& shades = core::brandPalette::shades(currentAppearance());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(qColor(shades.outline), 1, Qt::DashLine)); // it can be taken out

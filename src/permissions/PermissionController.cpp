@@ -103,7 +103,7 @@ void PermissionController::openSettings(MacPermission permission) {
 
 void PermissionController::copyPath() {
     desktop_.pasteboard.clear();
-    if (desktop_.pasteboard.setString(core::PasteboardTypes::string, location_.application.string())) {
+    if (desktop_.pasteboard.setString(core::pasteboardTypes::string, location_.application.string())) {
         say(texts::appPathCopied);
     }
 }

@@ -91,7 +91,7 @@ void PermissionDragGuide::place(pid_t settings, const std::vector<OnScreenWindow
     const double mainHeight = screens.front().frame.height;
     const auto visible = core::fromTopLeft(screenOf(window, screens).visible, mainHeight);
     const auto beside = window ? std::optional(core::fromTopLeft(*window, mainHeight)) : std::nullopt;
-    const auto frame = core::PermissionGuidePlacement::frame(beside, visible, cardSize);
+    const auto frame = core::permissionGuidePlacement::frame(beside, visible, cardSize);
     panel_->setFrame(core::fromBottomLeft(frame, mainHeight));
     services_.permissions.refresh();
     if (!panel_->isShown()) {

@@ -121,7 +121,7 @@ void PermissionDragGuideView::redraw() {
     drag_->setText(rendered(texts::dragIntoList));
     next_->setText(granted ? rendered(texts::permissionGranted) : rendered(texts::turnOnSwitchAfterDropping));
     if (services_.symbol) {
-        close_->setIcon(services_.symbol("xmark.circle", qColor(core::BrandPalette::shades(appearance).secondary)));
+        close_->setIcon(services_.symbol("xmark.circle", qColor(core::brandPalette::shades(appearance).secondary)));
     }
     close_->setAccessibleName(rendered(texts::close));
     close_->setToolTip(rendered(texts::close));
@@ -172,7 +172,7 @@ void PermissionDragGuideView::keyPressEvent(QKeyEvent* event) {
 }
 
 void PermissionDragGuideView::paintEvent(QPaintEvent*) {
-    const auto& shades = core::BrandPalette::shades(currentAppearance());
+    const auto& shades = core::brandPalette::shades(currentAppearance());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(qColor(shades.outline));

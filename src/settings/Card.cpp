@@ -28,7 +28,7 @@ void Card::addRow(QWidget* row) {
 }
 
 void Card::paintEvent(QPaintEvent*) {
-    const auto& shades = core::BrandPalette::shades(currentAppearance());
+    const auto& shades = core::brandPalette::shades(currentAppearance());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(qColor(shades.hairline));

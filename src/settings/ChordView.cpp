@@ -87,8 +87,8 @@ QSize ChordView::sizeHint() const {
 
 void ChordView::paintEvent(QPaintEvent*) {
     const auto appearance = currentAppearance();
-    const auto& shades = core::BrandPalette::shades(appearance);
-    const auto ink = qColor(core::BrandPalette::primary(appearance));
+    const auto& shades = core::brandPalette::shades(appearance);
+    const auto ink = qColor(core::brandPalette::primary(appearance));
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     double x = 0.5;

@@ -117,7 +117,7 @@ void FeatureRow::setExplanation(const QString& text) {
 void FeatureRow::setSymbol(const QIcon& symbol, bool highlighted) {
     const auto appearance = currentAppearance();
     const auto fill =
-        highlighted ? core::BrandPalette::amber(appearance) : core::BrandPalette::shades(appearance).selection;
+        highlighted ? core::brandPalette::amber(appearance) : core::brandPalette::shades(appearance).selection;
     tile_->setVisible(!symbol.isNull());
     tile_->setPixmap(tilePixmap(symbol, qColor(fill), devicePixelRatioF()));
 }

@@ -45,8 +45,8 @@ void PageButton::checkStateSet() {
 
 void PageButton::paintEvent(QPaintEvent*) {
     const auto appearance = currentAppearance();
-    const auto& shades = core::BrandPalette::shades(appearance);
-    const auto amber = qColor(core::BrandPalette::amber(appearance));
+    const auto& shades = core::brandPalette::shades(appearance);
+    const auto amber = qColor(core::brandPalette::amber(appearance));
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const auto area = QRectF(rect()).adjusted(2, 2, -2, -2);
@@ -64,7 +64,7 @@ void PageButton::paintEvent(QPaintEvent*) {
     }
     const QRect place((width() - symbolSide) / 2, padding, symbolSide, symbolSide);
     icon().paint(&painter, place);
-    painter.setPen(qColor(isChecked() ? core::BrandPalette::primary(appearance) : shades.secondary));
+    painter.setPen(qColor(isChecked() ? core::brandPalette::primary(appearance) : shades.secondary));
     painter.drawText(QRect(0, padding + symbolSide + space, width(), fontMetrics().height()), Qt::AlignCenter, text());
 }
 
@@ -106,7 +106,7 @@ void PageSelector::show(core::SettingsPage page, core::AppLanguage language) {
         button->setText(QString::fromStdString(core::title(own).rendered(language)));
         button->updateGeometry();
         const auto color =
-            own == page ? core::BrandPalette::amber(appearance) : core::BrandPalette::shades(appearance).secondary;
+            own == page ? core::brandPalette::amber(appearance) : core::brandPalette::shades(appearance).secondary;
         button->setIcon(symbol_ ? symbol_(std::string(core::symbol(own)), qColor(color)) : QIcon());
     }
 }

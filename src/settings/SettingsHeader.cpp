@@ -22,7 +22,7 @@ constexpr int iconSide = 48;
 /// The name in its colours; it holds nothing but the name, so it may be markup.
 QString wordmarkMarkup() {
     QString markup;
-    for (const auto& run : core::BrandPalette::wordmark(currentAppearance(), false)) {
+    for (const auto& run : core::brandPalette::wordmark(currentAppearance(), false)) {
         markup +=
             QStringLiteral("<span style=\"color:%1\">%2</span>")
                 .arg(qColor(run.color).name(), QLatin1String(run.text.data(), static_cast<qsizetype>(run.text.size())));

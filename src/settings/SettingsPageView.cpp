@@ -155,7 +155,7 @@ QString SettingsPageView::rendered(const core::LocalizedText& text, core::AppLan
 QIcon SettingsPageView::tileSymbol(const std::string& name, bool highlighted) const {
     const auto appearance = currentAppearance();
     const auto color =
-        highlighted ? core::BrandPalette::shades(appearance).onAmber : core::BrandPalette::primary(appearance);
+        highlighted ? core::brandPalette::shades(appearance).onAmber : core::brandPalette::primary(appearance);
     return services_.symbol ? services_.symbol(name, qColor(color)) : QIcon();
 }
 

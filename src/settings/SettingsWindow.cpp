@@ -36,7 +36,7 @@ QScreen* screenFor(const QRect& frame) {
     for (auto* screen : QGuiApplication::screens()) {
         const auto area = screen->availableGeometry();
         const auto shared = area.intersected(frame);
-        if (WindowFrame::isReachable(frame, area) && shared.width() * shared.height() > most) {
+        if (windowFrame::isReachable(frame, area) && shared.width() * shared.height() > most) {
             most = shared.width() * shared.height();
             best = screen;
         }
@@ -136,7 +136,7 @@ void SettingsWindow::changeEvent(QEvent* event) {
 
 void SettingsWindow::restoreFrame() {
     const auto stored = services_.userDefaults.string(frameKey);
-    const auto frame = stored ? WindowFrame::parse(*stored) : std::nullopt;
+    const auto frame = stored ? windowFrame::parse(*stored) : std::nullopt;
     auto* screen = frame ? screenFor(*frame) : nullptr;
     if (screen != nullptr) {
         setScreen(screen);
@@ -166,7 +166,7 @@ void SettingsWindow::fitScreen() {
     }
     const auto margins = decoration();
     const QRect frame(pos(), size().grownBy(margins));
-    const auto fitted = WindowFrame::fitted(frame, screen()->availableGeometry());
+    const auto fitted = windowFrame::fitted(frame, screen()->availableGeometry());
     if (fitted != frame) {
         fitMinimumSize();
         resize(fitted.size().shrunkBy(margins));
@@ -179,7 +179,7 @@ void SettingsWindow::saveFrame() {
     if (windowState() == Qt::WindowNoState) {
         frame_ = QRect(pos(), size());
     }
-    if (auto text = WindowFrame::stored(frame_); services_.userDefaults.string(frameKey) != text) {
+    if (auto text = windowFrame::stored(frame_); services_.userDefaults.string(frameKey) != text) {
         services_.userDefaults.setObject(frameKey, std::move(text));
     }
 }

@@ -28,8 +28,8 @@ QSize SwitchButton::sizeHint() const {
 
 void SwitchButton::paintEvent(QPaintEvent*) {
     const auto appearance = currentAppearance();
-    const auto& shades = core::BrandPalette::shades(appearance);
-    const auto amber = qColor(core::BrandPalette::amber(appearance));
+    const auto& shades = core::brandPalette::shades(appearance);
+    const auto amber = qColor(core::brandPalette::amber(appearance));
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF area(QPointF(ring, ring), QSizeF(pill));
@@ -47,7 +47,7 @@ void SwitchButton::paintEvent(QPaintEvent*) {
     if (atRight) {
         knob.moveRight(area.right() - 2);
     }
-    painter.setBrush(isChecked() ? qColor(shades.onAmber) : qColor(core::BrandPalette::white));
+    painter.setBrush(isChecked() ? qColor(shades.onAmber) : qColor(core::brandPalette::white));
     painter.drawEllipse(knob);
 }
 

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <array>
 
-namespace quillane::WindowFrame {
+namespace quillane::windowFrame {
 
 std::string stored(const QRect& frame) {
     return QStringLiteral("%1 %2 %3 %4")
@@ -48,4 +48,4 @@ QRect fitted(const QRect& frame, const QRect& area) {
             size};
 }
 
-} // namespace quillane::WindowFrame
+} // namespace quillane::windowFrame

@@ -9,7 +9,7 @@
 #include <string>
 
 /// The place of a window on the desktop, with its title bar, and the size of what is inside it.
-namespace quillane::WindowFrame {
+namespace quillane::windowFrame {
 
 /// "x y width height", as it is kept in the settings.
 [[nodiscard]] std::string stored(const QRect& frame);
@@ -23,4 +23,4 @@ namespace quillane::WindowFrame {
 /// Moved, and where it is larger made smaller, to lie within the area.
 [[nodiscard]] QRect fitted(const QRect& frame, const QRect& area);
 
-} // namespace quillane::WindowFrame
+} // namespace quillane::windowFrame

@@ -62,7 +62,7 @@ core::Appearance currentAppearance() {
 }
 
 QString styleSheet(const char* ruleText, core::Appearance appearance) {
-    const auto& shades = core::BrandPalette::shades(appearance);
+    const auto& shades = core::brandPalette::shades(appearance);
     const std::array names{
         std::pair{"%window", shades.window},
         std::pair{"%card", shades.card},
@@ -75,8 +75,8 @@ QString styleSheet(const char* ruleText, core::Appearance appearance) {
         std::pair{"%warning", shades.warning},
         std::pair{"%good", shades.good},
         std::pair{"%onAmber", shades.onAmber},
-        std::pair{"%amber", core::BrandPalette::amber(appearance)},
-        std::pair{"%primary", core::BrandPalette::primary(appearance)},
+        std::pair{"%amber", core::brandPalette::amber(appearance)},
+        std::pair{"%primary", core::brandPalette::primary(appearance)},
     };
     auto sheet = QString::fromLatin1(ruleText);
     for (const auto& [name, color] : names) {

@@ -22,7 +22,7 @@ namespace quillane {
 /// The appearance of the desktop at the moment.
 [[nodiscard]] core::Appearance currentAppearance();
 
-/// A style sheet in which a colour is written by its name, "%card": those of `BrandPalette::Shades`, "%amber" and
+/// A style sheet in which a colour is written by its name, "%card": those of `brandPalette::Shades`, "%amber" and
 /// "%primary".
 [[nodiscard]] QString styleSheet(const char* ruleText, core::Appearance appearance);
 

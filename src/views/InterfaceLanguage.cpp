@@ -86,12 +86,12 @@ public:
 
 private:
     void add(std::string_view key) {
-        const auto* entry = core::AppTranslations::entry(key);
+        const auto* entry = core::appTranslations::entry(key);
         rows_.insert(qString(entry->english).toLower(), entry);
     }
 
     core::AppLanguage language_ = core::AppLanguage::english;
-    QHash<QString, const core::AppTranslations::Entry*> rows_; ///< by the English text
+    QHash<QString, const core::appTranslations::Entry*> rows_; ///< by the English text
 };
 
 InterfaceLanguage::InterfaceLanguage(core::AppPreferences& preferences) : translator_(std::make_unique<Translator>()) {

@@ -20,7 +20,7 @@
 
 namespace quillane {
 
-inline constexpr auto legacyBundleID = core::InstallationMigration::legacyBundleID;
+inline constexpr auto legacyBundleID = core::installationMigration::legacyBundleID;
 
 /// A desktop with the agent on it, as it is after start-up.
 class AppDelegateTest : public ::testing::Test {

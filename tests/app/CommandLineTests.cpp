@@ -6,7 +6,7 @@
 
 #include <vector>
 
-namespace quillane::CommandLine {
+namespace quillane::commandLine {
 namespace {
 
 Call parsed(std::vector<std::string_view> words) {
@@ -78,4 +78,4 @@ TEST(CommandLine, UsageNamesEveryCommand) {
 }
 
 } // namespace
-} // namespace quillane::CommandLine
+} // namespace quillane::commandLine

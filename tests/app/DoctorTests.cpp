@@ -209,16 +209,16 @@ TEST_F(DoctorTest, NothingThatIsTypedOrCopiedAndNoPathOfTheHomeFolderIsSaid) {
 
 TEST(DoctorByItself, PermissionsThatMacOSGivesToTheTerminalAreNotReported) {
     fakes::FakeDesktop desktop;
-    const Doctor::SessionServices services{.permissions = desktop.permissions,
+    const doctor::SessionServices services{.permissions = desktop.permissions,
                                            .inputSources = desktop.inputSources,
                                            .pasteboard = desktop.pasteboard,
                                            .loginItem = desktop.loginItem,
                                            .updater = nullptr};
-    EXPECT_FALSE(Doctor::sessionFacts(services, core::Respondent::command).granted);
-    EXPECT_TRUE(Doctor::sessionFacts(services, core::Respondent::agent).granted);
+    EXPECT_FALSE(doctor::sessionFacts(services, core::Respondent::command).granted);
+    EXPECT_TRUE(doctor::sessionFacts(services, core::Respondent::agent).granted);
     desktop.permissions.grantOnRequest(); // of the whole session, as on Linux
-    EXPECT_TRUE(Doctor::sessionFacts(services, core::Respondent::command).granted);
-    EXPECT_FALSE(Doctor::sessionFacts(services, core::Respondent::command).updater);
+    EXPECT_TRUE(doctor::sessionFacts(services, core::Respondent::command).granted);
+    EXPECT_FALSE(doctor::sessionFacts(services, core::Respondent::command).updater);
 }
 
 TEST(DoctorByItself, ALinkToTheHomeFolderHidesItToo) {
@@ -227,7 +227,7 @@ TEST(DoctorByItself, ALinkToTheHomeFolderHidesItToo) {
     std::filesystem::create_directory(home);
     std::filesystem::create_directory_symlink(home, files.folder() / "home");
     const auto real = std::filesystem::canonical(home) / "a private name/quillane";
-    EXPECT_EQ(Doctor::programFacts("1.2", {real, true}, files.folder() / "home").location.shown, "~");
+    EXPECT_EQ(doctor::programFacts("1.2", {real, true}, files.folder() / "home").location.shown, "~");
 }
 
 } // namespace

@@ -79,7 +79,7 @@ TEST_F(Sharing, TheCommandUploadsTheFileAndItsLinkIsCopied) {
     desktop.urlSessions.last().receive("http://nas/abc/x\n");
     desktop.urlSessions.last().complete(core::UrlResponse{200});
     windows().front()->findChild<QPushButton*>("copyAndClose")->click();
-    EXPECT_EQ(desktop.pasteboard.string(core::PasteboardTypes::string), "http://nas/abc/x");
+    EXPECT_EQ(desktop.pasteboard.string(core::pasteboardTypes::string), "http://nas/abc/x");
     EXPECT_TRUE(windows().empty());
 }
 

@@ -25,7 +25,7 @@ long coverage(const TemplateImage& image, double top, double bottom) {
 
 TEST(StatusBarArtwork, HasTheSizeAskedFor) {
     for (const auto mark : marks) {
-        const auto image = StatusBarArtwork::image(mark, 18, 2);
+        const auto image = statusBarArtwork::image(mark, 18, 2);
         EXPECT_EQ(image.width, 36);
         EXPECT_EQ(image.height, 36);
         EXPECT_EQ(image.coverage.size(), 36U * 36U);
@@ -33,27 +33,27 @@ TEST(StatusBarArtwork, HasTheSizeAskedFor) {
 }
 
 TEST(StatusBarArtwork, VariantsDiffer) {
-    EXPECT_NE(StatusBarArtwork::image(StatusMark::plain), StatusBarArtwork::image(StatusMark::paused));
-    EXPECT_NE(StatusBarArtwork::image(StatusMark::plain), StatusBarArtwork::image(StatusMark::keepAwake));
-    EXPECT_NE(StatusBarArtwork::image(StatusMark::paused), StatusBarArtwork::image(StatusMark::keepAwake));
+    EXPECT_NE(statusBarArtwork::image(StatusMark::plain), statusBarArtwork::image(StatusMark::paused));
+    EXPECT_NE(statusBarArtwork::image(StatusMark::plain), statusBarArtwork::image(StatusMark::keepAwake));
+    EXPECT_NE(statusBarArtwork::image(StatusMark::paused), statusBarArtwork::image(StatusMark::keepAwake));
 }
 
 TEST(StatusBarArtwork, PausedLettersAreDimmed) {
-    const auto paused = StatusBarArtwork::image(StatusMark::paused);
-    const auto awake = StatusBarArtwork::image(StatusMark::keepAwake);
+    const auto paused = statusBarArtwork::image(StatusMark::paused);
+    const auto awake = statusBarArtwork::image(StatusMark::keepAwake);
     EXPECT_LT(coverage(paused, 0, 0.55), coverage(awake, 0, 0.55) * 6 / 10);
     EXPECT_GT(coverage(paused, 0, 0.55), 0);
 }
 
 TEST(StatusBarArtwork, PlainMarkIsAloneAndTheOthersHaveASignBelow) {
-    EXPECT_EQ(coverage(StatusBarArtwork::image(StatusMark::plain), 0.8, 1), 0);
-    EXPECT_GT(coverage(StatusBarArtwork::image(StatusMark::paused), 0.7, 1), 0);
-    EXPECT_GT(coverage(StatusBarArtwork::image(StatusMark::keepAwake), 0.7, 1), 0);
+    EXPECT_EQ(coverage(statusBarArtwork::image(StatusMark::plain), 0.8, 1), 0);
+    EXPECT_GT(coverage(statusBarArtwork::image(StatusMark::paused), 0.7, 1), 0);
+    EXPECT_GT(coverage(statusBarArtwork::image(StatusMark::keepAwake), 0.7, 1), 0);
 }
 
 TEST(StatusBarArtwork, NothingIsCutAtTheSides) {
     for (const auto mark : marks) {
-        const auto image = StatusBarArtwork::image(mark);
+        const auto image = statusBarArtwork::image(mark);
         const auto width = static_cast<std::size_t>(image.width);
         for (std::size_t row = 0; row < static_cast<std::size_t>(image.height); ++row) {
             EXPECT_LT(std::to_integer<int>(image.coverage[row * width]), 128);

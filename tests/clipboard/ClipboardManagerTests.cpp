@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using Clearing = core::ClipboardHistory::Clearing;
-using core::ClipboardSnapshot::RestoreMode;
+using core::clipboardSnapshot::RestoreMode;
 namespace texts = core::texts;
 
 constexpr HotKey shortcut{9, core::flags::command | core::flags::shift};
@@ -117,7 +117,7 @@ protected:
 
     /// What is fetched of a text that is on offer.
     [[nodiscard]] std::vector<std::string_view> wanted() const {
-        return pasteboard.interest() ? pasteboard.interest()({std::string(core::PasteboardTypes::string)}, std::nullopt)
+        return pasteboard.interest() ? pasteboard.interest()({std::string(core::pasteboardTypes::string)}, std::nullopt)
                                      : std::vector<std::string_view>();
     }
 
@@ -130,7 +130,7 @@ protected:
 TEST_F(LateContentsTest, AreRecordedHoweverLateTheyArrive) {
     start();
     pasteboard.copyUnfetched();
-    EXPECT_THAT(wanted(), ElementsAre(core::PasteboardTypes::string));
+    EXPECT_THAT(wanted(), ElementsAre(core::pasteboardTypes::string));
     pass(20s);
     arrive("late");
     EXPECT_THAT(recorded(), ElementsAre("late"));
@@ -444,7 +444,7 @@ TEST_F(ClipboardManagerTest, CopyingFromTheHistoryMakesNoNewEntryAndMovesItToThe
     EXPECT_THAT(recorded(), ElementsAre("one", "two"));
     EXPECT_EQ(manager_->history().entries()[0].copiedAt, used); // it has not been taken for a copy of the user's
     EXPECT_EQ(*manager_->history().filtered("", manager_->options()).front().text, "one");
-    EXPECT_EQ(pasteboard.string(core::PasteboardTypes::string), "one");
+    EXPECT_EQ(pasteboard.string(core::pasteboardTypes::string), "one");
     EXPECT_FALSE(manager_->copy(core::Uuid::random(), RestoreMode::full));
 }
 

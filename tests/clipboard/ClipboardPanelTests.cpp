@@ -233,7 +233,7 @@ TEST_F(ClipboardPanelTest, AFileThatIsGoneIsSaidAndNothingIsCopied) {
     start();
     const auto path = files.folder() / "note.txt";
     std::ofstream(path) << "note";
-    pasteboard.copy({{{{std::string(core::PasteboardTypes::fileUrl), "file://" + path.string()}}, {}}});
+    pasteboard.copy({{{{std::string(core::pasteboardTypes::fileUrl), "file://" + path.string()}}, {}}});
     pass(500ms);
     open({});
     ASSERT_THAT(panel_->filtered(), SizeIs(1));

@@ -60,8 +60,8 @@ TEST_F(ClipboardPanelTest, OptionReturnOnlyCopies) {
 
 TEST_F(ClipboardPanelTest, ShiftReturnPastesWithoutStyles) {
     start();
-    pasteboard.copy({{{{std::string(core::PasteboardTypes::rtf), "{\\rtf1 one}"},
-                       {std::string(core::PasteboardTypes::string), "one"}},
+    pasteboard.copy({{{{std::string(core::pasteboardTypes::rtf), "{\\rtf1 one}"},
+                       {std::string(core::pasteboardTypes::string), "one"}},
                       {}}});
     pass(500ms);
     open({});

@@ -46,7 +46,7 @@ TEST_F(ClipboardRestraint, UserIsAskedForAccessOncePerRecordedCopyAndForNoOther)
     manager_->configure({});
     pass(5s);
     EXPECT_EQ(pasteboard.timesAsked(), 2);
-    EXPECT_TRUE(manager_->copy(manager_->history().entries().front().id, core::ClipboardSnapshot::RestoreMode::full));
+    EXPECT_TRUE(manager_->copy(manager_->history().entries().front().id, core::clipboardSnapshot::RestoreMode::full));
     pass(5s);
     EXPECT_EQ(pasteboard.timesAsked(), 2); // what the program has written itself
 }

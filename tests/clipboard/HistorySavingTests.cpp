@@ -223,7 +223,7 @@ TEST_F(HistorySavingTest, EntryThatIsUsedAfterTheClockWasSetBackMovesToTheTop) {
     copy("one");
     copy("two");
     clockShift = -86'400;
-    ASSERT_TRUE(manager_->copy(manager_->history().entries()[0].id, core::ClipboardSnapshot::RestoreMode::full));
+    ASSERT_TRUE(manager_->copy(manager_->history().entries()[0].id, core::clipboardSnapshot::RestoreMode::full));
     EXPECT_EQ(*manager_->history().filtered("", manager_->options()).front().text, "one");
 }
 

@@ -30,7 +30,7 @@ class PasteboardContract : public ::testing::Test {
 protected:
     PasteboardContract() {
         driver.pasteboard().setInterest([](const core::PasteboardTypeSet& types, const auto&) {
-            return types.contains(core::PasteboardTypes::string) ? std::vector{core::PasteboardTypes::string}
+            return types.contains(core::pasteboardTypes::string) ? std::vector{core::pasteboardTypes::string}
                                                                  : std::vector<std::string_view>();
         });
     }
@@ -55,9 +55,9 @@ TYPED_TEST_P(PasteboardContract, AnotherApplicationsTextCanBeReadOnceTheCountHas
     this->driver.copyText("שלום");
     ASSERT_TRUE(this->driver.waitUntil([&] { return !pasteboard.itemTypes().empty(); }));
     EXPECT_GT(pasteboard.changeCount(), before);
-    EXPECT_EQ(pasteboard.string(core::PasteboardTypes::string), "שלום");
-    EXPECT_EQ(**pasteboard.data(0, core::PasteboardTypes::string), this->bytesOf("שלום"));
-    EXPECT_EQ(pasteboard.string(core::PasteboardTypes::html), std::nullopt);
+    EXPECT_EQ(pasteboard.string(core::pasteboardTypes::string), "שלום");
+    EXPECT_EQ(**pasteboard.data(0, core::pasteboardTypes::string), this->bytesOf("שלום"));
+    EXPECT_EQ(pasteboard.string(core::pasteboardTypes::html), std::nullopt);
 }
 
 TYPED_TEST_P(PasteboardContract, ReadingChangesNothing) {
@@ -65,8 +65,8 @@ TYPED_TEST_P(PasteboardContract, ReadingChangesNothing) {
     this->driver.copyText("text");
     ASSERT_TRUE(this->driver.waitUntil([&] { return !pasteboard.itemTypes().empty(); }));
     const auto count = pasteboard.changeCount();
-    static_cast<void>(pasteboard.string(core::PasteboardTypes::string));
-    static_cast<void>(pasteboard.data(0, core::PasteboardTypes::string));
+    static_cast<void>(pasteboard.string(core::pasteboardTypes::string));
+    static_cast<void>(pasteboard.data(0, core::pasteboardTypes::string));
     static_cast<void>(pasteboard.data(0, "com.example.none"));
     EXPECT_EQ(pasteboard.changeCount(), count);
 }
@@ -79,26 +79,26 @@ TYPED_TEST_P(PasteboardContract, ClearingMovesTheCountAndLeavesNothing) {
     pasteboard.clear();
     EXPECT_GT(pasteboard.changeCount(), before);
     EXPECT_TRUE(pasteboard.itemTypes().empty());
-    EXPECT_EQ(pasteboard.string(core::PasteboardTypes::string), std::nullopt);
+    EXPECT_EQ(pasteboard.string(core::pasteboardTypes::string), std::nullopt);
 }
 
 TYPED_TEST_P(PasteboardContract, WhatIsWrittenIsReadBackAtOnceAndItsCountStays) {
     auto& pasteboard = this->driver.pasteboard();
     pasteboard.clear();
-    auto first = this->item(core::PasteboardTypes::string, "one");
-    first.representations.push_back({std::string(core::PasteboardTypes::html), this->bytesOf("<b>one</b>")});
-    first.strings.emplace_back(core::PasteboardTypes::source, "com.example.source");
-    ASSERT_TRUE(pasteboard.write({first, this->item(core::PasteboardTypes::string, "two")}));
+    auto first = this->item(core::pasteboardTypes::string, "one");
+    first.representations.push_back({std::string(core::pasteboardTypes::html), this->bytesOf("<b>one</b>")});
+    first.strings.emplace_back(core::pasteboardTypes::source, "com.example.source");
+    ASSERT_TRUE(pasteboard.write({first, this->item(core::pasteboardTypes::string, "two")}));
     const auto count = pasteboard.changeCount();
     const auto types = pasteboard.itemTypes();
     ASSERT_EQ(types.size(), 2U);
     for (const auto type :
-         {core::PasteboardTypes::string, core::PasteboardTypes::html, core::PasteboardTypes::source}) {
+         {core::pasteboardTypes::string, core::pasteboardTypes::html, core::pasteboardTypes::source}) {
         EXPECT_NE(std::ranges::find(types[0], type), types[0].end()) << type;
     }
-    EXPECT_EQ(**pasteboard.data(0, core::PasteboardTypes::html), this->bytesOf("<b>one</b>"));
-    EXPECT_EQ(**pasteboard.data(1, core::PasteboardTypes::string), this->bytesOf("two"));
-    EXPECT_EQ(pasteboard.string(core::PasteboardTypes::source), "com.example.source");
+    EXPECT_EQ(**pasteboard.data(0, core::pasteboardTypes::html), this->bytesOf("<b>one</b>"));
+    EXPECT_EQ(**pasteboard.data(1, core::pasteboardTypes::string), this->bytesOf("two"));
+    EXPECT_EQ(pasteboard.string(core::pasteboardTypes::source), "com.example.source");
     this->driver.settle();
     EXPECT_EQ(pasteboard.changeCount(), count);
 }
@@ -106,9 +106,9 @@ TYPED_TEST_P(PasteboardContract, WhatIsWrittenIsReadBackAtOnceAndItsCountStays) 
 TYPED_TEST_P(PasteboardContract, AStringIsWrittenAsOneItem) {
     auto& pasteboard = this->driver.pasteboard();
     pasteboard.clear();
-    ASSERT_TRUE(pasteboard.setString(core::PasteboardTypes::string, "plain"));
+    ASSERT_TRUE(pasteboard.setString(core::pasteboardTypes::string, "plain"));
     EXPECT_EQ(pasteboard.itemTypes().size(), 1U);
-    EXPECT_EQ(pasteboard.string(core::PasteboardTypes::string), "plain");
+    EXPECT_EQ(pasteboard.string(core::pasteboardTypes::string), "plain");
 }
 
 TYPED_TEST_P(PasteboardContract, NothingCannotBeWritten) {
@@ -119,10 +119,10 @@ TYPED_TEST_P(PasteboardContract, NothingCannotBeWritten) {
 TYPED_TEST_P(PasteboardContract, AnotherApplicationTakesThePlaceOfWhatWasWritten) {
     auto& pasteboard = this->driver.pasteboard();
     pasteboard.clear();
-    ASSERT_TRUE(pasteboard.setString(core::PasteboardTypes::string, "ours"));
+    ASSERT_TRUE(pasteboard.setString(core::pasteboardTypes::string, "ours"));
     const auto before = pasteboard.changeCount();
     this->driver.copyText("theirs");
-    ASSERT_TRUE(this->driver.waitUntil([&] { return pasteboard.string(core::PasteboardTypes::string) == "theirs"; }));
+    ASSERT_TRUE(this->driver.waitUntil([&] { return pasteboard.string(core::pasteboardTypes::string) == "theirs"; }));
     EXPECT_GT(pasteboard.changeCount(), before);
 }
 

@@ -18,7 +18,7 @@ protected:
     /// Searches a window for a button, and calls `meanwhile` for each element that is visited.
     std::optional<AXElement> findButton(const std::function<void()>& meanwhile = [] {}) {
         visited = 0;
-        return AX::find(accessibility, accessibility.reference(root), 500, {},
+        return ax::find(accessibility, accessibility.reference(root), 500, {},
                         [&](const AXElement&, std::string_view role) {
                             ++visited;
                             meanwhile();

@@ -245,7 +245,7 @@ protected:
 
     bool isFound(FakeElement& target, std::size_t limit) {
         const auto found =
-            AX::find(desktop.accessibility, reference(*window), limit, {},
+            ax::find(desktop.accessibility, reference(*window), limit, {},
                      [&](const AXElement& element, std::string_view) { return element == reference(target); });
         return found.has_value();
     }
@@ -274,19 +274,19 @@ TEST_F(AXHelpers, AnAncestorIsFoundWithinThirtyTwoSteps) {
         element = &element->add("AXGroup");
     }
     auto& accessibility = desktop.accessibility;
-    EXPECT_TRUE(AX::isDescendant(accessibility, reference(*element), reference(*window)));
-    EXPECT_FALSE(AX::isDescendant(accessibility, reference(element->add("AXGroup")), reference(*window)));
-    EXPECT_TRUE(AX::isDescendant(accessibility, reference(*window), reference(*window)));
-    EXPECT_FALSE(AX::isDescendant(accessibility, reference(*window), reference(*element)));
+    EXPECT_TRUE(ax::isDescendant(accessibility, reference(*element), reference(*window)));
+    EXPECT_FALSE(ax::isDescendant(accessibility, reference(element->add("AXGroup")), reference(*window)));
+    EXPECT_TRUE(ax::isDescendant(accessibility, reference(*window), reference(*window)));
+    EXPECT_FALSE(ax::isDescendant(accessibility, reference(*window), reference(*element)));
 }
 
 TEST_F(AXHelpers, ALabelIsTheTitleOrElseTheDescriptionWithoutWhiteSpace) {
     auto& element = window->add("AXButton").with("AXTitle", std::string(" Home\n"));
-    EXPECT_TRUE(AX::matches(desktop.accessibility, reference(element), "Home"));
+    EXPECT_TRUE(ax::matches(desktop.accessibility, reference(element), "Home"));
     element.with("AXDescription", std::string("\u00A0"
                                               "ribbon"));
-    EXPECT_TRUE(AX::matches(desktop.accessibility, reference(element), "ribbon"));
-    EXPECT_FALSE(AX::matches(desktop.accessibility, reference(element), "home"));
+    EXPECT_TRUE(ax::matches(desktop.accessibility, reference(element), "ribbon"));
+    EXPECT_FALSE(ax::matches(desktop.accessibility, reference(element), "home"));
 }
 
 } // namespace

@@ -104,7 +104,7 @@ FakeDesktop::FakeDesktop(Platform made)
 }
 
 FakeDesktop& FakeDesktop::withFrontApplication(std::optional<std::string> bundleID, std::string name) {
-    const bool sleeps = bundleID && core::ChromiumFamily::contains(*bundleID);
+    const bool sleeps = bundleID && core::chromiumFamily::contains(*bundleID);
     const auto pid = workspace.open(std::move(bundleID), std::move(name));
     if (sleeps) {
         accessibility.sleep(pid);

@@ -17,7 +17,7 @@ public:
             if (isAway_) {
                 waiting_.emplace_back(file, completion);
             } else {
-                completion(core::FileShareProtocol::examine(file));
+                completion(core::fileShareProtocol::examine(file));
             }
         };
     }
@@ -28,7 +28,7 @@ public:
     void comeBack() {
         isAway_ = false;
         for (const auto& [file, completion] : std::exchange(waiting_, {})) {
-            completion(core::FileShareProtocol::examine(file));
+            completion(core::fileShareProtocol::examine(file));
         }
     }
 

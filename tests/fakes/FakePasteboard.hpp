@@ -46,7 +46,7 @@ public:
     void copyFiles(const std::vector<std::filesystem::path>& files) {
         std::vector<Item> items;
         for (const auto& file : files) {
-            items.push_back({{{std::string(core::PasteboardTypes::fileUrl), referenceTo(file)}}, {}});
+            items.push_back({{{std::string(core::pasteboardTypes::fileUrl), referenceTo(file)}}, {}});
         }
         copy(std::move(items));
     }
@@ -77,7 +77,7 @@ public:
     /// How often the user was asked for access.
     [[nodiscard]] int timesAsked() const { return timesAsked_; }
 
-    void copyText(std::string text) { copy({{{{std::string(core::PasteboardTypes::string), std::move(text)}}, {}}}); }
+    void copyText(std::string text) { copy({{{{std::string(core::pasteboardTypes::string), std::move(text)}}, {}}}); }
 
     /// Another application copies, and its contents are still to be fetched: `arrive` brings them.
     void copyUnfetched() { copy({}); }
@@ -89,7 +89,7 @@ public:
 
     /// The application that copied fills what it has emptied before: the change count stays.
     void fillText(std::string text) {
-        items_ = {{{{std::string(core::PasteboardTypes::string), std::move(text)}}, {}}};
+        items_ = {{{{std::string(core::pasteboardTypes::string), std::move(text)}}, {}}};
     }
 
     /// The system refuses what is written from now on.

@@ -52,7 +52,7 @@ protected:
     }
 
     [[nodiscard]] std::optional<std::string> copiedText() const {
-        return pasteboard_.string(core::PasteboardTypes::string);
+        return pasteboard_.string(core::pasteboardTypes::string);
     }
 
 private:

@@ -201,15 +201,15 @@ TEST_F(FileShareWindowTests, FollowsTheAppearanceWhileItIsOpen) {
     const auto background = [&] { return window.grab().toImage().pixelColor(3, 3); };
     const auto text = [&] { return window.findChild<QLabel*>("title")->palette().color(QPalette::WindowText); };
     const auto symbol = [&] { return window.findChild<QLabel*>("symbol")->pixmap().toImage(); };
-    EXPECT_EQ(background(), qColor(core::BrandPalette::shades(Appearance::light).window));
-    EXPECT_EQ(text(), qColor(core::BrandPalette::primary(Appearance::light)));
+    EXPECT_EQ(background(), qColor(core::brandPalette::shades(Appearance::light).window));
+    EXPECT_EQ(text(), qColor(core::brandPalette::primary(Appearance::light)));
     const auto lightSymbol = symbol();
     useDark(true);
-    EXPECT_EQ(background(), qColor(core::BrandPalette::shades(Appearance::dark).window));
-    EXPECT_EQ(text(), qColor(core::BrandPalette::primary(Appearance::dark)));
+    EXPECT_EQ(background(), qColor(core::brandPalette::shades(Appearance::dark).window));
+    EXPECT_EQ(text(), qColor(core::brandPalette::primary(Appearance::dark)));
     EXPECT_NE(symbol(), lightSymbol);
     useDark(false);
-    EXPECT_EQ(background(), qColor(core::BrandPalette::shades(Appearance::light).window));
+    EXPECT_EQ(background(), qColor(core::brandPalette::shades(Appearance::light).window));
     EXPECT_EQ(symbol(), lightSymbol);
 }
 

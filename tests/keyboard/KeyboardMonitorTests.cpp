@@ -108,7 +108,7 @@ TEST_F(KeyboardMonitorTest, WorksWithoutHandlers) {
 // What the tap has to take away from applications.
 
 TEST_F(KeyboardMonitorTest, LetterKeysAreReplaceableWhileTemporaryEnglishIsOn) {
-    const auto keys = core::ShiftEnglish::keyCodes();
+    const auto keys = core::shiftEnglish::keyCodes();
     EXPECT_EQ(desktop.tap.replaceableKeys(), std::set<core::KeyCode>(keys.begin(), keys.end()));
     change([](auto& options) { options.shiftEnglish = false; });
     EXPECT_THAT(desktop.tap.replaceableKeys(), IsEmpty());

@@ -62,7 +62,7 @@ TEST_F(TemporaryEnglish, EitherShiftDoes) {
 
 TEST_F(TemporaryEnglish, EveryLetterKeyDoes) {
     desktop.press(Modifier::leftShift);
-    for (const auto key : core::ShiftEnglish::keyCodes()) {
+    for (const auto key : core::shiftEnglish::keyCodes()) {
         desktop.type(key);
     }
     EXPECT_EQ(desktop.replacedText().size(), 26U);

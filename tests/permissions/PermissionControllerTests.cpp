@@ -174,7 +174,7 @@ TEST_F(PermissionControllerTests, OpeningTheSettingsShowsTheGuide) {
 
 TEST_F(PermissionControllerTests, ThePathIsCopiedAndExplained) {
     controller().copyPath();
-    EXPECT_EQ(pasteboard.string(core::PasteboardTypes::string), "/Applications/Quillane.app");
+    EXPECT_EQ(pasteboard.string(core::pasteboardTypes::string), "/Applications/Quillane.app");
     EXPECT_EQ(feedback(), "App path copied. In the Add dialog, press Command + Shift + G and paste it.");
 }
 

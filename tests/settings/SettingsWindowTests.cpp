@@ -236,7 +236,7 @@ TEST_F(SettingsWindowTests, AWarningHasTheColourOfWarnings) {
         find<QLineEdit>("address").setText("http://files.example");
         auto& warning = find<QLabel>("warning");
         EXPECT_TRUE(warning.isVisibleTo(&window()));
-        const auto& shades = core::BrandPalette::shades(dark ? core::Appearance::dark : core::Appearance::light);
+        const auto& shades = core::brandPalette::shades(dark ? core::Appearance::dark : core::Appearance::light);
         EXPECT_EQ(warning.palette().color(QPalette::WindowText), qColor(shades.warning));
     }
 }
@@ -407,8 +407,8 @@ TEST_F(SettingsWindowTests, ADarkAppearanceIsFollowedWhileItIsOpen) {
     const auto light = window().grab().toImage().pixelColor(3, 3);
     useDark(true);
     EXPECT_EQ(window().grab().toImage().pixelColor(3, 3),
-              qColor(core::BrandPalette::shades(core::Appearance::dark).window));
-    EXPECT_EQ(light, qColor(core::BrandPalette::shades(core::Appearance::light).window));
+              qColor(core::brandPalette::shades(core::Appearance::dark).window));
+    EXPECT_EQ(light, qColor(core::brandPalette::shades(core::Appearance::light).window));
     EXPECT_NE(find<QLabel>("wordmark").text(), wordmark);
     useDark(false);
 }

@@ -35,7 +35,7 @@ class KnownTexts {
 public:
     /// Of the rows that come in pairs, those of the desktop, or of both without one.
     explicit KnownTexts(core::AppLanguage language, std::optional<core::Desktop> desktop = std::nullopt) {
-        for (const auto& row : core::AppTranslations::entries()) {
+        for (const auto& row : core::appTranslations::entries()) {
             const auto only = desktopOf(row);
             if (only && desktop && *only != *desktop) {
                 continue;
@@ -147,7 +147,7 @@ private:
     }
 
     /// The desktop that alone has the row.
-    [[nodiscard]] static std::optional<core::Desktop> desktopOf(const core::AppTranslations::Entry& row) {
+    [[nodiscard]] static std::optional<core::Desktop> desktopOf(const core::appTranslations::Entry& row) {
         static const std::map<std::string_view, core::Desktop> pairs{
 #define QUILLANE_NAME(name, text)
 #define QUILLANE_TEXT(name, hebrew, english, arabic)
@@ -161,7 +161,7 @@ private:
         return found != pairs.end() ? std::optional(found->second) : std::nullopt;
     }
 
-    [[nodiscard]] static std::string_view textIn(const core::AppTranslations::Entry& row, core::AppLanguage language) {
+    [[nodiscard]] static std::string_view textIn(const core::appTranslations::Entry& row, core::AppLanguage language) {
         switch (language) {
         case core::AppLanguage::hebrew:
             return row.key;

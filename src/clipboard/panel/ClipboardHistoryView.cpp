@@ -296,7 +296,7 @@ void ClipboardHistoryView::updateNotices(core::AppLanguage language) {
 
 void ClipboardHistoryView::updateEmptyState(core::AppLanguage language) {
     const bool isHistoryEmpty = services_.panel.isHistoryEmpty();
-    const auto secondary = qColor(core::BrandPalette::shades(currentAppearance()).secondary);
+    const auto secondary = qColor(core::brandPalette::shades(currentAppearance()).secondary);
     emptySymbol_->setPixmap(symbols_.pixmap(isHistoryEmpty ? "clock.arrow.circlepath" : "magnifyingglass", secondary,
                                             emptySymbolSide, devicePixelRatioF()));
     const auto& nothing = services_.panel.isRecordingOff() ? texts::clipboardHistoryOff : texts::nextCopyAppearsHere;
@@ -308,7 +308,7 @@ void ClipboardHistoryView::updateEmptyState(core::AppLanguage language) {
 void ClipboardHistoryView::redraw() {
     const auto language = services_.preferences.state().language;
     const auto appearance = currentAppearance();
-    const auto secondary = qColor(core::BrandPalette::shades(appearance).secondary);
+    const auto secondary = qColor(core::brandPalette::shades(appearance).secondary);
     setLayoutDirection(core::isRTL(language) ? Qt::RightToLeft : Qt::LeftToRight);
     if (const auto sheet = quillane::styleSheet(rules, appearance); sheet != styleSheet()) {
         setStyleSheet(sheet);
@@ -442,7 +442,7 @@ void ClipboardHistoryView::dismissPreview() {
 bool ClipboardHistoryView::handleKey(const QKeyEvent& event) {
     dismissPreview();
     const auto numbering = services_.windowTraits.keyNumbering();
-    if (PanelKeyEvents::isHotKey(event, numbering)) {
+    if (panelKeyEvents::isHotKey(event, numbering)) {
         services_.panel.close();
         return true;
     }
@@ -450,8 +450,8 @@ bool ClipboardHistoryView::handleKey(const QKeyEvent& event) {
         openMenu();
         return true;
     }
-    const auto keyCode = PanelKeyEvents::keyCode(event, numbering);
-    return keyCode && services_.panel.handle(*keyCode, PanelKeyEvents::flags(event));
+    const auto keyCode = panelKeyEvents::keyCode(event, numbering);
+    return keyCode && services_.panel.handle(*keyCode, panelKeyEvents::flags(event));
 }
 
 bool ClipboardHistoryView::filterKey(QObject* watched, QKeyEvent& event) {

@@ -47,7 +47,7 @@ QColor mixed(const QColor& a, const QColor& b, double part) {
 }
 
 QString keyOf(int row, core::Desktop desktop) {
-    return QString::fromStdString(core::ClipboardPanelKeys::pasteKey(static_cast<std::size_t>(row), desktop));
+    return QString::fromStdString(core::clipboardPanelKeys::pasteKey(static_cast<std::size_t>(row), desktop));
 }
 
 } // namespace
@@ -119,10 +119,10 @@ void ClipboardRow::paint(QPainter* painter, const QStyleOptionViewItem& option, 
     ++drawn_;
     const auto& entry = list_.entry(index.row());
     const auto appearance = currentAppearance();
-    const auto& shades = core::BrandPalette::shades(appearance);
+    const auto& shades = core::brandPalette::shades(appearance);
     const bool selected = option.state.testFlag(QStyle::State_Selected);
     const bool hovered = option.state.testFlag(QStyle::State_MouseOver);
-    const auto amber = qColor(core::BrandPalette::amber(appearance));
+    const auto amber = qColor(core::brandPalette::amber(appearance));
     const auto onAmber = qColor(shades.onAmber);
     const auto state = entry.kind == core::ClipboardKind::files ? files_.state(entry) : EntryFiles::State::present;
     Drawing drawing{*painter,
@@ -131,7 +131,7 @@ void ClipboardRow::paint(QPainter* painter, const QStyleOptionViewItem& option, 
                     option.direction,
                     list_.language(),
                     option.font,
-                    selected ? onAmber : qColor(core::BrandPalette::primary(appearance)),
+                    selected ? onAmber : qColor(core::brandPalette::primary(appearance)),
                     selected ? mixed(onAmber, amber, 0.12) : qColor(shades.secondary),
                     selected ? mixed(amber, onAmber, 0.16) : qColor(shades.card),
                     selected ? onAmber : amber,

@@ -61,7 +61,7 @@ QSize EntryPreview::imageBounds() const {
 
 void EntryPreview::addText(const QString& text, const core::SearchQuery& query, int lines) {
     const auto appearance = currentAppearance();
-    TextBlock block{wholeText(text, query), font(), qColor(core::BrandPalette::primary(appearance)), layoutDirection(),
+    TextBlock block{wholeText(text, query), font(), qColor(core::brandPalette::primary(appearance)), layoutDirection(),
                     lines};
     blocks_.push_back(std::move(block));
 }
@@ -140,7 +140,7 @@ void EntryPreview::paintEvent(QPaintEvent* /*event*/) {
         return;
     }
     const auto appearance = currentAppearance();
-    const auto& shades = core::BrandPalette::shades(appearance);
+    const auto& shades = core::brandPalette::shades(appearance);
     QPainter painter(this);
     painter.fillRect(rect(), qColor(shades.card));
     painter.setPen(qColor(shades.outline));

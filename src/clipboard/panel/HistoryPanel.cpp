@@ -89,7 +89,7 @@ void HistoryPanel::place() {
         panel_.options().popupAtCursor
             ? std::optional(core::Point{static_cast<double>(pointer.x()), -static_cast<double>(pointer.y())})
             : std::nullopt;
-    setGeometry(flipped(core::ClipboardPanelPlacement::frame(
+    setGeometry(flipped(core::clipboardPanelPlacement::frame(
         at, flipped(screen->availableGeometry()),
         {static_cast<double>(preferredSize.width()), static_cast<double>(preferredSize.height())})));
 }
@@ -132,7 +132,7 @@ void HistoryPanel::resizeEvent(QResizeEvent* event) {
 }
 
 void HistoryPanel::paintEvent(QPaintEvent* /*event*/) {
-    const auto& shades = core::BrandPalette::shades(currentAppearance());
+    const auto& shades = core::brandPalette::shades(currentAppearance());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillRect(rect(), qColor(shades.window));

@@ -16,9 +16,9 @@ namespace quillane {
 
 namespace {
 
-constexpr std::array formats{std::pair{core::PasteboardTypes::png, "png"},
-                             std::pair{core::PasteboardTypes::jpeg, "jpeg"},
-                             std::pair{core::PasteboardTypes::tiff, "tiff"}};
+constexpr std::array formats{std::pair{core::pasteboardTypes::png, "png"},
+                             std::pair{core::pasteboardTypes::jpeg, "jpeg"},
+                             std::pair{core::pasteboardTypes::tiff, "tiff"}};
 
 /// A picture that was turned on its side by its camera is stored lying.
 bool isTurned(QImageIOHandler::Transformations transformation) {

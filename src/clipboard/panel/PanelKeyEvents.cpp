@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <array>
 
-namespace quillane::PanelKeyEvents {
+namespace quillane::panelKeyEvents {
 
 namespace {
 
@@ -97,4 +97,4 @@ bool isHotKey(const QKeyEvent& event, KeyNumbering numbering) {
            (event.key() == Qt::Key_V || event.nativeScanCode() == scanCodeOfV);
 }
 
-} // namespace quillane::PanelKeyEvents
+} // namespace quillane::panelKeyEvents

@@ -11,7 +11,7 @@
 class QKeyEvent;
 
 /// Key presses of the window as the rules name them.
-namespace quillane::PanelKeyEvents {
+namespace quillane::panelKeyEvents {
 
 /// The place of the key, if it may mean anything to the panel. Digits are known in every script, and by their place on
 /// layouts that have other signs there.
@@ -23,4 +23,4 @@ namespace quillane::PanelKeyEvents {
 /// The keys that opened the panel, where the window has them to itself: Command (Super on X11), Shift and the key of V.
 [[nodiscard]] bool isHotKey(const QKeyEvent& event, KeyNumbering numbering);
 
-} // namespace quillane::PanelKeyEvents
+} // namespace quillane::panelKeyEvents

@@ -63,7 +63,7 @@ void SearchBox::changeEvent(QEvent* event) {
 }
 
 void SearchBox::redraw(const QString& placeholder, const QString& clearName) {
-    const auto secondary = qColor(core::BrandPalette::shades(currentAppearance()).secondary);
+    const auto secondary = qColor(core::brandPalette::shades(currentAppearance()).secondary);
     symbol_->setPixmap(symbols_.pixmap("magnifyingglass", secondary, symbolSide, devicePixelRatioF()));
     auto colors = field_->palette();
     colors.setColor(QPalette::PlaceholderText, secondary);

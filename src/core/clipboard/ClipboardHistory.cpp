@@ -65,7 +65,7 @@ void ClipboardHistory::removeIf(Predicate isRemoved) {
 }
 
 bool ClipboardHistory::insert(ClipboardEntry entry, const ClipboardOptions& options) {
-    if (!options.accepts(entry.kind) || entry.byteCount() > ClipboardSnapshot::maximumBytes || entry.items->empty()) {
+    if (!options.accepts(entry.kind) || entry.byteCount() > clipboardSnapshot::maximumBytes || entry.items->empty()) {
         return false;
     }
     const std::string digest = entry.digest;

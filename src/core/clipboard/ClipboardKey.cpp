@@ -13,7 +13,7 @@ tl::expected<SecretBytes, SecretStatus> obtainClipboardKey(SecretStore& store) {
     const SecretName name{clipboardKeyService, clipboardKeyAccount};
     auto found = store.find(name);
     if (auto* key = std::get_if<SecretBytes>(&found)) {
-        if (key->size() != SealedBox::keySize) {
+        if (key->size() != sealedBox::keySize) {
             return tl::unexpected(SecretStatus::decode);
         }
         return std::move(*key);
@@ -21,7 +21,7 @@ tl::expected<SecretBytes, SecretStatus> obtainClipboardKey(SecretStore& store) {
     if (const auto status = std::get<SecretStatus>(found); status != SecretStatus::itemNotFound) {
         return tl::unexpected(status);
     }
-    auto key = SecretBytes::random(SealedBox::keySize);
+    auto key = SecretBytes::random(sealedBox::keySize);
     if (!key) {
         return tl::unexpected(SecretStatus::notAvailable);
     }

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <array>
 
-namespace quillane::core::ClipboardPanelKeys {
+namespace quillane::core::clipboardPanelKeys {
 
 namespace {
 
@@ -79,4 +79,4 @@ std::string pasteKey(std::size_t index, Desktop desktop) {
     return (desktop == Desktop::macOS ? "⌘" : "Ctrl+") + std::to_string(index + 1);
 }
 
-} // namespace quillane::core::ClipboardPanelKeys
+} // namespace quillane::core::clipboardPanelKeys

@@ -12,7 +12,7 @@
 #include <variant>
 
 /// What the keys do while the panel of the clipboard history is open.
-namespace quillane::core::ClipboardPanelKeys {
+namespace quillane::core::clipboardPanelKeys {
 
 /// Moves the selection by so many entries.
 struct Move {
@@ -57,4 +57,4 @@ using Action = std::variant<Move, ChooseSelected, PasteAt, RemoveSelected, Close
 /// The keys of `PasteAt` as they are shown beside an entry: "⌘1", or "Ctrl+1" on Linux.
 [[nodiscard]] std::string pasteKey(std::size_t index, Desktop desktop);
 
-} // namespace quillane::core::ClipboardPanelKeys
+} // namespace quillane::core::clipboardPanelKeys

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace quillane::core::ClipboardPanelPlacement {
+namespace quillane::core::clipboardPanelPlacement {
 
 namespace {
 
@@ -29,4 +29,4 @@ Rect frame(const std::optional<Point>& pointer, const Rect& visibleScreen, Size 
     return frame;
 }
 
-} // namespace quillane::core::ClipboardPanelPlacement
+} // namespace quillane::core::clipboardPanelPlacement

@@ -8,7 +8,7 @@
 #include <optional>
 
 /// Where the panel of the clipboard history opens.
-namespace quillane::core::ClipboardPanelPlacement {
+namespace quillane::core::clipboardPanelPlacement {
 
 /// The least distance to the edges of the visible screen, in points.
 inline constexpr double margin = 8;
@@ -17,4 +17,4 @@ inline constexpr double margin = 8;
 /// made smaller, to lie within the visible part of the screen inset by the margin.
 [[nodiscard]] Rect frame(const std::optional<Point>& pointer, const Rect& visibleScreen, Size size);
 
-} // namespace quillane::core::ClipboardPanelPlacement
+} // namespace quillane::core::clipboardPanelPlacement

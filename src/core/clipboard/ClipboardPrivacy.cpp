@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace quillane::core::ClipboardPrivacy {
+namespace quillane::core::clipboardPrivacy {
 
 bool hasIgnoredType(const PasteboardTypeSet& types) {
     return std::ranges::any_of(ignoredTypes, [&](std::string_view type) { return types.contains(type); });
@@ -17,4 +17,4 @@ bool shouldIgnore(const PasteboardTypeSet& types, std::string_view source, std::
            std::ranges::any_of(ignoredApps, isEither);
 }
 
-} // namespace quillane::core::ClipboardPrivacy
+} // namespace quillane::core::clipboardPrivacy

@@ -15,7 +15,7 @@ namespace quillane::core {
 using PasteboardTypeSet = std::set<std::string, std::less<>>;
 
 /// The fixed rules that keep secrets out of the clipboard history. Every comparison is exact.
-namespace ClipboardPrivacy {
+namespace clipboardPrivacy {
 
 /// Types whose presence anywhere on the pasteboard means that the copy is not recorded.
 inline constexpr std::array<std::string_view, 8> ignoredTypes{
@@ -42,6 +42,6 @@ inline constexpr std::array<std::string_view, 6> passwordApps{
 [[nodiscard]] bool shouldIgnore(const PasteboardTypeSet& types, std::string_view source, std::string_view foreground,
                                 std::span<const std::string> ignoredApps, bool secureInput);
 
-} // namespace ClipboardPrivacy
+} // namespace clipboardPrivacy
 
 } // namespace quillane::core

@@ -14,14 +14,14 @@
 #include <system_error>
 #include <utility>
 
-namespace quillane::core::ClipboardSnapshot {
+namespace quillane::core::clipboardSnapshot {
 
 namespace {
 
-constexpr std::array textTypes{PasteboardTypes::string, PasteboardTypes::rtf, PasteboardTypes::html,
-                               PasteboardTypes::url};
-constexpr std::array imageTypes{PasteboardTypes::png, PasteboardTypes::jpeg, PasteboardTypes::tiff};
-constexpr std::array fileTypes{PasteboardTypes::fileUrl};
+constexpr std::array textTypes{pasteboardTypes::string, pasteboardTypes::rtf, pasteboardTypes::html,
+                               pasteboardTypes::url};
+constexpr std::array imageTypes{pasteboardTypes::png, pasteboardTypes::jpeg, pasteboardTypes::tiff};
+constexpr std::array fileTypes{pasteboardTypes::fileUrl};
 
 std::span<const std::string_view> keptTypes(ClipboardKind kind) {
     switch (kind) {
@@ -37,7 +37,7 @@ std::span<const std::string_view> keptTypes(ClipboardKind kind) {
 
 ClipboardKind kindOf(const PasteboardTypeSet& types) {
     const auto has = [&](std::string_view type) { return types.contains(type); };
-    if (has(PasteboardTypes::fileUrl)) {
+    if (has(pasteboardTypes::fileUrl)) {
         return ClipboardKind::files;
     }
     return std::ranges::any_of(imageTypes, has) ? ClipboardKind::image : ClipboardKind::text;
@@ -96,7 +96,7 @@ std::string fileNames(const ClipboardItems& items, const FileFinder& findFile) {
 }
 
 std::optional<std::string_view> plainText(const std::vector<ClipboardRepresentation>& item) {
-    const auto plain = std::ranges::find(item, PasteboardTypes::string, &ClipboardRepresentation::type);
+    const auto plain = std::ranges::find(item, pasteboardTypes::string, &ClipboardRepresentation::type);
     return plain != item.end() ? utf8(plain->data) : std::nullopt;
 }
 
@@ -116,7 +116,7 @@ std::string textOf(const PasteboardContents& pasteboard, ClipboardKind kind, con
     case ClipboardKind::text:
         break;
     }
-    for (const auto type : {PasteboardTypes::string, PasteboardTypes::url}) {
+    for (const auto type : {pasteboardTypes::string, pasteboardTypes::url}) {
         if (auto text = offeredString(pasteboard, types, type)) {
             return std::move(*text);
         }
@@ -144,7 +144,7 @@ bool restorePlainText(const ClipboardEntry& entry, PasteboardContents& pasteboar
         return false;
     }
     pasteboard.clear();
-    return pasteboard.setString(PasteboardTypes::string, *text);
+    return pasteboard.setString(pasteboardTypes::string, *text);
 }
 
 } // namespace
@@ -165,14 +165,14 @@ std::optional<ClipboardEntry> capture(const PasteboardContents& pasteboard, cons
         markers.insert(std::move(type));
     }
     const auto isIgnored = [&](std::string_view source) {
-        return ClipboardPrivacy::shouldIgnore(markers, source, moment.foreground, options.ignoredApps,
+        return clipboardPrivacy::shouldIgnore(markers, source, moment.foreground, options.ignoredApps,
                                               moment.secureInput);
     };
     const auto kind = kindOf(types);
     if (isIgnored(moment.foreground) || !options.accepts(kind)) { // first: reading may ask the user for access
         return std::nullopt;
     }
-    std::string source = offeredString(pasteboard, types, PasteboardTypes::source).value_or(moment.foreground);
+    std::string source = offeredString(pasteboard, types, pasteboardTypes::source).value_or(moment.foreground);
     source.resize(cutSource(source).size());
     if (isIgnored(source)) {
         return std::nullopt;
@@ -191,15 +191,15 @@ std::vector<std::string_view> wantedTypes(const PasteboardTypeSet& types, const 
                                           const Moment& moment, const std::optional<std::string>& source) {
     const auto kind = kindOf(types);
     const auto named = source ? cutSource(*source) : std::string_view();
-    if (ClipboardPrivacy::shouldIgnore(types, named, moment.foreground, options.ignoredApps, moment.secureInput) ||
+    if (clipboardPrivacy::shouldIgnore(types, named, moment.foreground, options.ignoredApps, moment.secureInput) ||
         !options.accepts(kind)) {
         return {};
     }
     std::vector<std::string_view> wanted;
     std::ranges::copy_if(keptTypes(kind), std::back_inserter(wanted),
                          [&](std::string_view type) { return types.contains(type); });
-    if (!wanted.empty() && !source && types.contains(PasteboardTypes::source)) {
-        return {PasteboardTypes::source};
+    if (!wanted.empty() && !source && types.contains(pasteboardTypes::source)) {
+        return {pasteboardTypes::source};
     }
     return wanted;
 }
@@ -216,10 +216,10 @@ bool restore(const ClipboardEntry& entry, PasteboardContents& pasteboard, Restor
         if (entry.kind == ClipboardKind::files && !std::ranges::all_of(item, isThere)) {
             return false;
         }
-        items.push_back({item, {{std::string(PasteboardTypes::source), entry.source}}});
+        items.push_back({item, {{std::string(pasteboardTypes::source), entry.source}}});
     }
     pasteboard.clear();
     return pasteboard.write(std::move(items));
 }
 
-} // namespace quillane::core::ClipboardSnapshot
+} // namespace quillane::core::clipboardSnapshot

@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quillane::core::ClipboardSnapshot {
+namespace quillane::core::clipboardSnapshot {
 
 /// The most bytes that one entry may hold.
 inline constexpr std::size_t maximumBytes = 20 * 1'048'576;
@@ -45,4 +45,4 @@ enum class RestoreMode { full, plainText };
 /// or refers to a file that is gone; false as well when the system refuses.
 [[nodiscard]] bool restore(const ClipboardEntry& entry, PasteboardContents& pasteboard, RestoreMode mode);
 
-} // namespace quillane::core::ClipboardSnapshot
+} // namespace quillane::core::clipboardSnapshot

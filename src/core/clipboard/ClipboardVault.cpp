@@ -18,10 +18,10 @@ namespace quillane::core {
 namespace {
 
 using Reason = VaultError::Reason;
-using VaultNames::isClip;
-using VaultNames::pendingPrefix;
+using vaultNames::isClip;
+using vaultNames::pendingPrefix;
 
-constexpr std::size_t maximumFileBytes = EntryArchive::maximumBytes + SealedBox::nonceSize + SealedBox::tagSize;
+constexpr std::size_t maximumFileBytes = entryArchive::maximumBytes + sealedBox::nonceSize + sealedBox::tagSize;
 
 tl::unexpected<VaultError> failure(Reason reason) {
     return tl::unexpected(VaultError{reason, 0});
@@ -38,7 +38,7 @@ VaultFolder::Result<Value> readSealed(const VaultFolder& folder, const SecretByt
     if (!*file) {
         return failure(Reason::read);
     }
-    const auto plaintext = SealedBox::openInPlace(key, **file);
+    const auto plaintext = sealedBox::openInPlace(key, **file);
     if (!plaintext) {
         return failure(Reason::notAuthentic);
     }
@@ -52,7 +52,7 @@ VaultFolder::Result<Value> readSealed(const VaultFolder& folder, const SecretByt
 /// The entry of that name. Another entry's file in its place is malformed.
 VaultFolder::Result<ClipboardEntry> readEntry(const VaultFolder& folder, const SecretBytes& key,
                                               const std::string& name, const Uuid& id) {
-    auto entry = readSealed(folder, key, name, &EntryArchive::decode);
+    auto entry = readSealed(folder, key, name, &entryArchive::decode);
     if (entry && entry->id != id) {
         return failure(Reason::malformed);
     }
@@ -74,7 +74,7 @@ std::vector<Uuid> idsOf(std::span<const std::string> names) {
     std::unordered_set<Uuid> seen;
     for (std::string_view name : names) {
         if (isClip(name)) {
-            name.remove_suffix(VaultNames::extension.size());
+            name.remove_suffix(vaultNames::extension.size());
             name.remove_prefix(name.starts_with(pendingPrefix) ? pendingPrefix.size() : 0);
             const auto id = Uuid::parse(name);
             if (id && seen.insert(*id).second) {
@@ -104,7 +104,7 @@ VaultFolder::Result<void> eraseAll(VaultFolder& folder) {
     if (!names) {
         return tl::unexpected(names.error());
     }
-    for (const auto* name : {VaultNames::pendingIndex, VaultNames::index}) {
+    for (const auto* name : {vaultNames::pendingIndex, vaultNames::index}) {
         if (auto removed = folder.remove(name); !removed) {
             return removed;
         }
@@ -125,7 +125,7 @@ VaultFolder::Result<void> eraseAll(VaultFolder& folder) {
 } // namespace
 
 ClipboardVault::Result<ClipboardVault> ClipboardVault::open(const std::filesystem::path& directory, SecretBytes key) {
-    if (key.size() != SealedBox::keySize) {
+    if (key.size() != sealedBox::keySize) {
         return failure(Reason::wrongKeySize);
     }
     auto folder = VaultFolder::open(directory);
@@ -137,8 +137,8 @@ ClipboardVault::Result<ClipboardVault> ClipboardVault::open(const std::filesyste
 
 ClipboardVault::Result<std::vector<ClipboardEntry>> ClipboardVault::load() {
     invalidateCache();
-    const auto isPending = folder_.contains(VaultNames::pendingIndex);
-    const auto hasIndex = folder_.contains(VaultNames::index);
+    const auto isPending = folder_.contains(vaultNames::pendingIndex);
+    const auto hasIndex = folder_.contains(vaultNames::index);
     for (const auto* looked : {&isPending, &hasIndex}) {
         if (!*looked) {
             return tl::unexpected(looked->error());
@@ -147,18 +147,18 @@ ClipboardVault::Result<std::vector<ClipboardEntry>> ClipboardVault::load() {
     if (!*isPending && !*hasIndex) {
         return std::vector<ClipboardEntry>();
     }
-    auto ids = readSealed(folder_, key_, *isPending ? VaultNames::pendingIndex : VaultNames::index,
-                          &EntryArchive::decodeIndex);
+    auto ids = readSealed(folder_, key_, *isPending ? vaultNames::pendingIndex : vaultNames::index,
+                          &entryArchive::decodeIndex);
     if (!ids) {
         return tl::unexpected(ids.error());
     }
     std::vector<ClipboardEntry> entries;
     for (const auto& id : *ids) {
-        const auto isNew = *isPending ? folder_.contains(VaultNames::pendingOf(id)) : false;
+        const auto isNew = *isPending ? folder_.contains(vaultNames::pendingOf(id)) : false;
         if (!isNew) {
             return tl::unexpected(isNew.error());
         }
-        auto entry = readEntry(folder_, key_, *isNew ? VaultNames::pendingOf(id) : VaultNames::fileOf(id), id);
+        auto entry = readEntry(folder_, key_, *isNew ? vaultNames::pendingOf(id) : vaultNames::fileOf(id), id);
         if (!entry) {
             return tl::unexpected(entry.error());
         }
@@ -185,15 +185,15 @@ ClipboardVault::recover(const std::filesystem::path& directory) const {
     if (!names) {
         return tl::unexpected(names.error());
     }
-    const bool isPending = std::ranges::find(*names, VaultNames::pendingIndex) != names->end();
+    const bool isPending = std::ranges::find(*names, vaultNames::pendingIndex) != names->end();
     const auto index =
-        readSealed(folder, key_, isPending ? VaultNames::pendingIndex : VaultNames::index, &EntryArchive::decodeIndex);
+        readSealed(folder, key_, isPending ? vaultNames::pendingIndex : vaultNames::index, &entryArchive::decodeIndex);
     const auto ids = index ? *index : idsOf(*names);
     Recovered recovered{{}, ids.size()};
     for (const auto& id : ids) {
-        auto entry = readEntry(folder, key_, isPending ? VaultNames::pendingOf(id) : VaultNames::fileOf(id), id);
+        auto entry = readEntry(folder, key_, isPending ? vaultNames::pendingOf(id) : vaultNames::fileOf(id), id);
         if (!entry) {
-            entry = readEntry(folder, key_, isPending ? VaultNames::fileOf(id) : VaultNames::pendingOf(id), id);
+            entry = readEntry(folder, key_, isPending ? vaultNames::fileOf(id) : vaultNames::pendingOf(id), id);
         }
         if (entry) {
             recovered.entries.push_back(std::move(*entry));
@@ -206,7 +206,7 @@ ClipboardVault::recover(const std::filesystem::path& directory) const {
 }
 
 ClipboardVault::Result<void> ClipboardVault::setAside(Date now) {
-    if (auto moved = SetAsideHistories::add(directory_, now); !moved) {
+    if (auto moved = setAsideHistories::add(directory_, now); !moved) {
         return moved;
     }
     return reopen();
@@ -245,7 +245,7 @@ ClipboardVault::Result<bool> ClipboardVault::hasFiles(const std::filesystem::pat
         return tl::unexpected(names.error());
     }
     return std::ranges::any_of(*names,
-                               [](const std::string& name) { return name == VaultNames::index || isClip(name); });
+                               [](const std::string& name) { return name == vaultNames::index || isClip(name); });
 }
 
 } // namespace quillane::core

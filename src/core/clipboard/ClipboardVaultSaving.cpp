@@ -22,7 +22,7 @@ namespace quillane::core {
 namespace {
 
 using Reason = VaultError::Reason;
-using VaultNames::isClip;
+using vaultNames::isClip;
 
 constexpr std::uintmax_t bytesBesideContents = 4'096; ///< what a file takes at most beside an entry's contents and text
 
@@ -75,7 +75,7 @@ ClipboardVault::Result<void> ClipboardVault::writeInLittleRoom(std::span<const C
     const std::unordered_set<std::string> present(names->begin(), names->end());
     std::vector<ClipboardEntry> kept;
     std::ranges::copy_if(entries, std::back_inserter(kept),
-                         [&](const ClipboardEntry& entry) { return present.contains(VaultNames::fileOf(entry.id)); });
+                         [&](const ClipboardEntry& entry) { return present.contains(vaultNames::fileOf(entry.id)); });
     if (auto made = write(kept, Overwriting::never); !made) {
         return made;
     }
@@ -112,7 +112,7 @@ ClipboardVault::Result<ClipboardVault::Changes> ClipboardVault::changesTo(std::s
     std::uintmax_t overwrittenBytes = 0;
     for (const auto& entry : entries) {
         changes.ids.push_back(entry.id);
-        const auto [name, isNew] = current.insert(VaultNames::fileOf(entry.id));
+        const auto [name, isNew] = current.insert(vaultNames::fileOf(entry.id));
         const auto known = persisted_.find(entry.id);
         if (!present.contains(*name)) {
             changes.added.push_back(&entry);
@@ -124,7 +124,7 @@ ClipboardVault::Result<ClipboardVault::Changes> ClipboardVault::changesTo(std::s
             largest = std::max(largest, bytesOf(entry));
         }
     }
-    changes.isIndexCurrent = changes.ids == indexed_ && present.contains(VaultNames::index);
+    changes.isIndexCurrent = changes.ids == indexed_ && present.contains(vaultNames::index);
     const bool isOneStep = changes.overwritten.empty() || (changes.overwritten.size() == 1 && changes.isIndexCurrent);
     changes.isTogether = overwriting == Overwriting::together && !isOneStep;
     changes.bytes += changes.isTogether ? overwrittenBytes : largest;
@@ -140,13 +140,13 @@ ClipboardVault::Result<void> ClipboardVault::apply(const Changes& changes) {
         return tl::unexpected(VaultError{Reason::write, ENOSPC}); // rather than to fill the disk in vain
     }
     for (const auto* entry : changes.added) {
-        if (auto written = writeEntry(*entry, VaultNames::fileOf(entry->id)); !written) {
+        if (auto written = writeEntry(*entry, vaultNames::fileOf(entry->id)); !written) {
             return written;
         }
         persisted_[entry->id] = entry->copiedAt;
     }
     for (const auto* entry : changes.overwritten) {
-        const auto name = changes.isTogether ? VaultNames::pendingOf(entry->id) : VaultNames::fileOf(entry->id);
+        const auto name = changes.isTogether ? vaultNames::pendingOf(entry->id) : vaultNames::fileOf(entry->id);
         if (auto written = writeEntry(*entry, name); !written) {
             return written;
         }
@@ -176,7 +176,7 @@ ClipboardVault::Result<void> ClipboardVault::apply(const Changes& changes) {
 }
 
 ClipboardVault::Result<void> ClipboardVault::writeEntry(const ClipboardEntry& entry, const std::string& name) {
-    return writeSealed(name, EntryArchive::encode(entry));
+    return writeSealed(name, entryArchive::encode(entry));
 }
 
 ClipboardVault::Result<void> ClipboardVault::writeSealed(const std::string& name,
@@ -184,7 +184,7 @@ ClipboardVault::Result<void> ClipboardVault::writeSealed(const std::string& name
     if (!plaintext) {
         return tl::unexpected(VaultError{Reason::tooLarge, 0});
     }
-    const auto ends = SealedBox::sealInPlace(key_, *plaintext);
+    const auto ends = sealedBox::sealInPlace(key_, *plaintext);
     if (!ends) {
         return tl::unexpected(VaultError{Reason::crypto, 0});
     }
@@ -198,8 +198,8 @@ ClipboardVault::Result<void> ClipboardVault::writeIndex(const Changes& changes) 
         }
     }
     indexed_.reset(); // until the new one is there
-    const auto* name = changes.isTogether ? VaultNames::pendingIndex : VaultNames::index;
-    if (auto written = writeSealed(name, EntryArchive::encodeIndex(changes.ids)); !written) {
+    const auto* name = changes.isTogether ? vaultNames::pendingIndex : vaultNames::index;
+    if (auto written = writeSealed(name, entryArchive::encodeIndex(changes.ids)); !written) {
         return written;
     }
     if (changes.isTogether) {
@@ -217,7 +217,7 @@ ClipboardVault::Result<void> ClipboardVault::commitPending(const Changes& change
         return flushed;
     }
     for (const auto* entry : changes.overwritten) {
-        if (auto renamed = folder_.rename(VaultNames::pendingOf(entry->id), VaultNames::fileOf(entry->id)); !renamed) {
+        if (auto renamed = folder_.rename(vaultNames::pendingOf(entry->id), vaultNames::fileOf(entry->id)); !renamed) {
             return renamed;
         }
         persisted_[entry->id] = entry->copiedAt;
@@ -225,17 +225,17 @@ ClipboardVault::Result<void> ClipboardVault::commitPending(const Changes& change
     if (auto flushed = folder_.flush(); !flushed) {
         return flushed;
     }
-    return folder_.rename(VaultNames::pendingIndex, VaultNames::index);
+    return folder_.rename(vaultNames::pendingIndex, vaultNames::index);
 }
 
 /// Ends what a process that was killed had begun: gives the files of a save that counts as done their names, or removes
 /// those of one that does not. The names are those in the folder, before and after. Whether there was something to end.
 ClipboardVault::Result<bool> ClipboardVault::settlePending(std::vector<std::string>& names) {
-    constexpr auto prefix = VaultNames::pendingPrefix;
-    const bool isDone = std::ranges::find(names, VaultNames::pendingIndex) != names.end();
+    constexpr auto prefix = vaultNames::pendingPrefix;
+    const bool isDone = std::ranges::find(names, vaultNames::pendingIndex) != names.end();
     std::vector<std::string> settled;
     for (const auto& name : names) {
-        if (!isClip(name) || !name.starts_with(prefix) || name == VaultNames::pendingIndex) {
+        if (!isClip(name) || !name.starts_with(prefix) || name == vaultNames::pendingIndex) {
             settled.push_back(name);
         } else if (!isDone) {
             if (auto removed = folder_.remove(name); !removed) {
@@ -254,10 +254,10 @@ ClipboardVault::Result<bool> ClipboardVault::settlePending(std::vector<std::stri
         if (auto flushed = folder_.flush(); !flushed) {
             return tl::unexpected(flushed.error());
         }
-        if (auto renamed = folder_.rename(VaultNames::pendingIndex, VaultNames::index); !renamed) {
+        if (auto renamed = folder_.rename(vaultNames::pendingIndex, vaultNames::index); !renamed) {
             return tl::unexpected(renamed.error());
         }
-        std::erase(names, VaultNames::pendingIndex);
+        std::erase(names, vaultNames::pendingIndex);
         indexed_.reset(); // another index is in place
     }
     return hadPending;
@@ -270,9 +270,9 @@ void ClipboardVault::discard(const Changes& changes) {
     if (!names) {
         return;
     }
-    const bool isPending = std::ranges::find(*names, VaultNames::pendingIndex) != names->end();
+    const bool isPending = std::ranges::find(*names, vaultNames::pendingIndex) != names->end();
     for (const auto& name : *names) {
-        if (!isPending && VaultNames::isUnfinished(name)) {
+        if (!isPending && vaultNames::isUnfinished(name)) {
             static_cast<void>(folder_.remove(name));
         }
     }
@@ -280,7 +280,7 @@ void ClipboardVault::discard(const Changes& changes) {
         return;
     }
     for (const auto* entry : changes.added) {
-        if (folder_.remove(VaultNames::fileOf(entry->id))) {
+        if (folder_.remove(vaultNames::fileOf(entry->id))) {
             persisted_.erase(entry->id);
         }
     }

@@ -9,7 +9,7 @@
 #include <unordered_set>
 #include <utility>
 
-namespace quillane::core::EntryArchive {
+namespace quillane::core::entryArchive {
 
 namespace {
 
@@ -177,4 +177,4 @@ std::optional<std::vector<Uuid>> decodeIndex(std::span<const std::byte> property
     return ids;
 }
 
-} // namespace quillane::core::EntryArchive
+} // namespace quillane::core::entryArchive

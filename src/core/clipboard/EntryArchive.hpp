@@ -10,7 +10,7 @@
 #include <vector>
 
 /// The plaintext of a vault's files: binary property lists.
-namespace quillane::core::EntryArchive {
+namespace quillane::core::entryArchive {
 
 /// No file that is written is larger: an entry's contents, and its text in UTF-16.
 inline constexpr std::size_t maximumBytes = 64 * 1'048'576;
@@ -27,4 +27,4 @@ inline constexpr std::size_t maximumBytes = 64 * 1'048'576;
 /// None when it is something else, or names an entry twice.
 [[nodiscard]] std::optional<std::vector<Uuid>> decodeIndex(std::span<const std::byte> propertyList);
 
-} // namespace quillane::core::EntryArchive
+} // namespace quillane::core::entryArchive

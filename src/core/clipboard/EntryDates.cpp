@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <tuple>
 
-namespace quillane::core::EntryDates {
+namespace quillane::core::entryDates {
 
 namespace {
 
@@ -47,4 +47,4 @@ std::vector<Uuid> bringDown(std::span<ClipboardEntry> entries, Date now) {
     return changed;
 }
 
-} // namespace quillane::core::EntryDates
+} // namespace quillane::core::entryDates

@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-namespace quillane::core::EntryDates {
+namespace quillane::core::entryDates {
 
 /// The smallest step between two entries that follow each other, in seconds.
 inline constexpr double step = 0.001;
@@ -20,4 +20,4 @@ inline constexpr double step = 0.001;
 /// The entries that have changed.
 std::vector<Uuid> bringDown(std::span<ClipboardEntry> entries, Date now);
 
-} // namespace quillane::core::EntryDates
+} // namespace quillane::core::entryDates

@@ -6,7 +6,7 @@
 
 /// Type identifiers of pasteboard contents: the uniform types of AppKit's NSPasteboardType constants (NSPasteboard.h)
 /// and the markers of the pasteboard-marker convention (nspasteboard.org).
-namespace quillane::core::PasteboardTypes {
+namespace quillane::core::pasteboardTypes {
 
 inline constexpr std::string_view string = "public.utf8-plain-text";
 inline constexpr std::string_view rtf = "public.rtf";
@@ -22,4 +22,4 @@ inline constexpr std::string_view source = "org.nspasteboard.source";
 /// The contents are a secret.
 inline constexpr std::string_view concealed = "org.nspasteboard.ConcealedType";
 
-} // namespace quillane::core::PasteboardTypes
+} // namespace quillane::core::pasteboardTypes

@@ -21,7 +21,7 @@
 
 #include <unistd.h>
 
-namespace quillane::core::SetAsideHistories {
+namespace quillane::core::setAsideHistories {
 
 namespace {
 
@@ -87,7 +87,7 @@ Date dateOfNext(const fs::path& vaultFolder, Date now) {
 }
 
 void removeLock(const fs::path& folder) {
-    static_cast<void>(::unlink((folder / VaultNames::lock).c_str())); // nobody writes here
+    static_cast<void>(::unlink((folder / vaultNames::lock).c_str())); // nobody writes here
 }
 
 /// Erases those that are more than are kept. One that cannot be erased now is erased with the next.
@@ -171,4 +171,4 @@ VaultFolder::Result<void> eraseAll(const fs::path& vaultFolder) {
     return {};
 }
 
-} // namespace quillane::core::SetAsideHistories
+} // namespace quillane::core::setAsideHistories

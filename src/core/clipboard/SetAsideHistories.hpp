@@ -20,7 +20,7 @@ struct SetAsideHistory {
 
 /// What is kept of a vault whose files could not be opened or decoded: its folder under a dated name in UTC,
 /// "ClipboardHistory-2026-11-22T014500Z", so that nothing that could not be read is written over. Blocks on the disk.
-namespace SetAsideHistories {
+namespace setAsideHistories {
 
 inline constexpr std::size_t maximumCount = 3;
 
@@ -37,6 +37,6 @@ inline constexpr std::size_t maximumCount = 3;
 /// Erases all of a vault.
 [[nodiscard]] VaultFolder::Result<void> eraseAll(const std::filesystem::path& vaultFolder);
 
-} // namespace SetAsideHistories
+} // namespace setAsideHistories
 
 } // namespace quillane::core

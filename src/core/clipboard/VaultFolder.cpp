@@ -154,7 +154,7 @@ VaultFolder::Result<std::optional<std::vector<std::byte>>> VaultFolder::read(con
 
 VaultFolder::Result<void> VaultFolder::replace(const std::string& name,
                                                std::initializer_list<std::span<const std::byte>> parts) {
-    const auto temporary = VaultNames::temporary();
+    const auto temporary = vaultNames::temporary();
     {
         const Descriptor file(
             openat(descriptor_, temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, fileMode));

@@ -56,7 +56,7 @@ public:
                                                                      std::size_t maximumBytes) const;
 
     /// Gives the file, of mode 0600, new contents, the parts one after the other: they are written beside it, flushed,
-    /// and take its place at once. The name used meanwhile (`VaultNames::temporary`) is gone after a failure.
+    /// and take its place at once. The name used meanwhile (`vaultNames::temporary`) is gone after a failure.
     [[nodiscard]] Result<void> replace(const std::string& name,
                                        std::initializer_list<std::span<const std::byte>> parts);
 

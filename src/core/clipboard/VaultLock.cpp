@@ -19,7 +19,7 @@ namespace {
 constexpr int mostAttempts = 10; ///< while somebody removes the file between opening and locking it
 
 std::filesystem::path fileIn(const std::filesystem::path& folder) {
-    return cleanFolderPath(folder) / VaultNames::lock;
+    return cleanFolderPath(folder) / vaultNames::lock;
 }
 
 } // namespace

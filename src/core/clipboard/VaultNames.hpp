@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace quillane::core::VaultNames {
+namespace quillane::core::vaultNames {
 
 // The names of the files in a vault's folder. Whatever ends in ".clip" is the vault's.
 
@@ -40,4 +40,4 @@ inline constexpr const char* lock = "lock";
     return isClip(name) && (name.starts_with(pendingPrefix) || name.starts_with(temporaryPrefix));
 }
 
-} // namespace quillane::core::VaultNames
+} // namespace quillane::core::vaultNames

@@ -11,7 +11,7 @@
 /// Browsers of the Chromium family build their accessibility tree when an assistive program reads "AXRole" of their
 /// application (Chromium, chrome/browser/chrome_browser_application_mac.mm, -accessibilityRole), and may drop it again
 /// when nobody has used it for a while. Until it is there, no element of theirs has the focus.
-namespace quillane::core::ChromiumFamily {
+namespace quillane::core::chromiumFamily {
 
 /// How long the main thread waits for a browser that is woken. One that takes longer has heard the call all the same.
 inline constexpr std::chrono::milliseconds wakingTimeout{15};
@@ -52,4 +52,4 @@ inline constexpr std::array<std::string_view, 18> bundleIDs{"com.google.Chrome",
     return contains(bundleID) && wakings < maximumWakings;
 }
 
-} // namespace quillane::core::ChromiumFamily
+} // namespace quillane::core::chromiumFamily

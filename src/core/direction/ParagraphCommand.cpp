@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace quillane::core::ParagraphCommand {
+namespace quillane::core::paragraphCommand {
 
 std::optional<std::size_t> index(std::span<const std::string> titles, std::string_view requested) {
     std::vector<std::string_view> trimmed;
@@ -22,4 +22,4 @@ std::optional<std::size_t> index(std::span<const std::string> titles, std::strin
     return found == end ? std::nullopt : std::optional(static_cast<std::size_t>(found - trimmed.begin()));
 }
 
-} // namespace quillane::core::ParagraphCommand
+} // namespace quillane::core::paragraphCommand

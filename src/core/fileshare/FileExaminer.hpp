@@ -24,7 +24,7 @@ struct SendableFile {
 
 using ExaminedFile = tl::expected<SendableFile, FileShareError>;
 
-/// Examines the file at a URL (`FileShareProtocol::examine`) without holding up the main thread. Main thread. The
+/// Examines the file at a URL (`fileShareProtocol::examine`) without holding up the main thread. Main thread. The
 /// completion is called exactly once on the main thread: inside the call when the disk answers at once, else later. A
 /// disk that never answers makes the file unreadable.
 using FileExaminer = std::function<void(const Url& file, std::function<void(const ExaminedFile&)> completion)>;

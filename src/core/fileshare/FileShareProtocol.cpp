@@ -11,7 +11,7 @@
 
 #include <unistd.h>
 
-namespace quillane::core::FileShareProtocol {
+namespace quillane::core::fileShareProtocol {
 
 namespace {
 
@@ -111,4 +111,4 @@ tl::expected<Url, FileShareError> link(std::span<const std::byte> body, int stat
     return *url;
 }
 
-} // namespace quillane::core::FileShareProtocol
+} // namespace quillane::core::fileShareProtocol

@@ -10,7 +10,7 @@
 #include <span>
 
 /// What is said between the agent and a file server: the file goes there by PUT, and the answer's body is its link.
-namespace quillane::core::FileShareProtocol {
+namespace quillane::core::fileShareProtocol {
 
 /// A longer answer is not read.
 inline constexpr std::size_t maximumAnswerBytes = 8192;
@@ -30,4 +30,4 @@ inline constexpr std::size_t maximumAnswerBytes = 8192;
 [[nodiscard]] tl::expected<Url, FileShareError> link(std::span<const std::byte> body, int statusCode,
                                                      const FileShareServer& server);
 
-} // namespace quillane::core::FileShareProtocol
+} // namespace quillane::core::fileShareProtocol

@@ -23,7 +23,7 @@ void require(bool condition, const char* rule) {
 UrlSessionConfiguration hardened(UrlSessionConfiguration configuration, const FileShareUpload::Limits& limits) {
     configuration.requestTimeout = limits.silence;
     configuration.resourceTimeout = limits.whole;
-    configuration.maximumAnswerBytes = FileShareProtocol::maximumAnswerBytes;
+    configuration.maximumAnswerBytes = fileShareProtocol::maximumAnswerBytes;
     return configuration;
 }
 
@@ -56,7 +56,7 @@ void FileShareUpload::start(const Url& file, const FileShareServer& server, UrlS
 
 void FileShareUpload::send(const ExaminedFile& file, const UrlSessionConfiguration& configuration) {
     auto request =
-        file.and_then([this](const SendableFile& found) { return FileShareProtocol::request(found, server_); });
+        file.and_then([this](const SendableFile& found) { return fileShareProtocol::request(found, server_); });
     if (!request) {
         finish(tl::unexpected(FileShareFailure(request.error())));
         return;
@@ -84,7 +84,7 @@ void FileShareUpload::didReceiveData(std::span<const std::byte> data) {
     if (finished_) {
         return;
     }
-    if (data.size() > FileShareProtocol::maximumAnswerBytes - responseBody_.size()) {
+    if (data.size() > fileShareProtocol::maximumAnswerBytes - responseBody_.size()) {
         forcedError_ = FileShareError::invalidResponse;
         session_->cancelTask();
         return;
@@ -107,7 +107,7 @@ void FileShareUpload::didComplete(std::optional<UrlResponse> response, std::opti
     } else if (error) {
         finish(tl::unexpected(FileShareFailure(*error)));
     } else if (response) {
-        finish(FileShareProtocol::link(responseBody_, response->statusCode, server_)
+        finish(fileShareProtocol::link(responseBody_, response->statusCode, server_)
                    .map_error([](const FileShareError& refused) { return FileShareFailure(refused); }));
     } else {
         finish(tl::unexpected(FileShareFailure(FileShareError::invalidResponse)));

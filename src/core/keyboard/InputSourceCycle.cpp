@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace quillane::core::InputSourceCycle {
+namespace quillane::core::inputSourceCycle {
 
 std::optional<std::string> nextID(std::string_view current, std::span<const std::string> ids) {
     std::vector<std::string_view> distinct;
@@ -22,4 +22,4 @@ std::optional<std::string> nextID(std::string_view current, std::span<const std:
     return std::string(wraps ? distinct.front() : *std::next(found));
 }
 
-} // namespace quillane::core::InputSourceCycle
+} // namespace quillane::core::inputSourceCycle

@@ -7,10 +7,10 @@
 #include <string>
 #include <string_view>
 
-namespace quillane::core::InputSourceCycle {
+namespace quillane::core::inputSourceCycle {
 
 /// The identifier after `current` in the list without its duplicates, the last one wrapping to the first; the first
 /// when `current` is not listed; none when there are fewer than two distinct identifiers.
 [[nodiscard]] std::optional<std::string> nextID(std::string_view current, std::span<const std::string> ids);
 
-} // namespace quillane::core::InputSourceCycle
+} // namespace quillane::core::inputSourceCycle

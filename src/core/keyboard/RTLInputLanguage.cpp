@@ -8,7 +8,7 @@
 
 #include <unicode/locid.h>
 
-namespace quillane::core::RTLInputLanguage {
+namespace quillane::core::rtlInputLanguage {
 
 namespace {
 
@@ -35,4 +35,4 @@ bool isRightToLeft(std::span<const std::string> languages) {
            locale.isRightToLeft() != 0;
 }
 
-} // namespace quillane::core::RTLInputLanguage
+} // namespace quillane::core::rtlInputLanguage

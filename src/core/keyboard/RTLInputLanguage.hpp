@@ -5,10 +5,10 @@
 #include <span>
 #include <string>
 
-namespace quillane::core::RTLInputLanguage {
+namespace quillane::core::rtlInputLanguage {
 
 /// Whether an input source with these languages (BCP 47, the main one first) writes from right to left: the script of
 /// the first one decides, the likely script (CLDR) when the tag names none. Without a language that is known: no.
 [[nodiscard]] bool isRightToLeft(std::span<const std::string> languages);
 
-} // namespace quillane::core::RTLInputLanguage
+} // namespace quillane::core::rtlInputLanguage

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <string_view>
 
-namespace quillane::core::ShiftEnglish {
+namespace quillane::core::shiftEnglish {
 
 namespace {
 
@@ -47,4 +47,4 @@ std::span<const KeyCode> keyCodes() {
     return codes;
 }
 
-} // namespace quillane::core::ShiftEnglish
+} // namespace quillane::core::shiftEnglish

@@ -8,7 +8,7 @@
 #include <span>
 
 /// Temporary English: with a right-to-left input source, Shift with a letter key types the English letter of that key.
-namespace quillane::core::ShiftEnglish {
+namespace quillane::core::shiftEnglish {
 
 /// Whether the modifiers allow it: Shift, and none that makes a shortcut of the key (Control, Option, Command, Fn).
 struct Conditions {
@@ -25,4 +25,4 @@ struct Conditions {
 /// The 26 letter keys, in ascending order.
 [[nodiscard]] std::span<const KeyCode> keyCodes();
 
-} // namespace quillane::core::ShiftEnglish
+} // namespace quillane::core::shiftEnglish

@@ -9,7 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace quillane::core::AppTranslations {
+namespace quillane::core::appTranslations {
 namespace {
 
 #define QUILLANE_NAME(name, text) QUILLANE_TEXT(name, text, text, text)
@@ -85,4 +85,4 @@ std::span<const Entry> entries() {
     return rows;
 }
 
-} // namespace quillane::core::AppTranslations
+} // namespace quillane::core::appTranslations

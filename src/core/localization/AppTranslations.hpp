@@ -6,7 +6,7 @@
 #include <string_view>
 
 /// The table of translations, keyed by the Hebrew source text. Its rows are in AppTranslations.def.
-namespace quillane::core::AppTranslations {
+namespace quillane::core::appTranslations {
 
 struct Entry {
     std::string_view key; ///< the Hebrew text
@@ -21,4 +21,4 @@ struct Entry {
 /// Every entry, in no particular order.
 [[nodiscard]] std::span<const Entry> entries();
 
-} // namespace quillane::core::AppTranslations
+} // namespace quillane::core::appTranslations

@@ -13,7 +13,7 @@ namespace {
 
 /// The key itself, or its translation.
 std::string_view formatFor(std::string_view key, AppLanguage language) {
-    const auto* entry = language == AppLanguage::hebrew ? nullptr : AppTranslations::entry(key);
+    const auto* entry = language == AppLanguage::hebrew ? nullptr : appTranslations::entry(key);
     if (entry == nullptr) {
         return key;
     }

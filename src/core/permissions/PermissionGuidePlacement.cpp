@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace quillane::core::PermissionGuidePlacement {
+namespace quillane::core::permissionGuidePlacement {
 
 namespace {
 
@@ -37,4 +37,4 @@ Rect frame(const std::optional<Rect>& window, const Rect& visibleScreen, Size si
     return result;
 }
 
-} // namespace quillane::core::PermissionGuidePlacement
+} // namespace quillane::core::permissionGuidePlacement

@@ -8,7 +8,7 @@
 #include <optional>
 
 /// Where the card goes that shows what to do in the system's settings.
-namespace quillane::core::PermissionGuidePlacement {
+namespace quillane::core::permissionGuidePlacement {
 
 /// Between the card and the window, and the card and the edge of the screen, in points.
 inline constexpr double margin = 12;
@@ -18,4 +18,4 @@ inline constexpr double margin = 12;
 /// inset by the margin, and shrinks to fit it.
 [[nodiscard]] Rect frame(const std::optional<Rect>& window, const Rect& visibleScreen, Size size);
 
-} // namespace quillane::core::PermissionGuidePlacement
+} // namespace quillane::core::permissionGuidePlacement

@@ -7,7 +7,7 @@
 #include <array>
 #include <string>
 
-namespace quillane::core::InstallationMigration {
+namespace quillane::core::installationMigration {
 
 namespace {
 
@@ -37,4 +37,4 @@ void migratePreferences(UserDefaults& defaults, const std::optional<PropertyList
     defaults.setObjects(values);
 }
 
-} // namespace quillane::core::InstallationMigration
+} // namespace quillane::core::installationMigration

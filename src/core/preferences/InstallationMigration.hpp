@@ -8,7 +8,7 @@
 #include <string_view>
 
 /// The one-time move of settings from the previous edition of the program.
-namespace quillane::core::InstallationMigration {
+namespace quillane::core::installationMigration {
 
 /// The bundle identifier of the previous edition: its settings are read under it, and a running copy is found by it.
 inline constexpr std::string_view legacyBundleID = "com.quillane.legacy";
@@ -29,4 +29,4 @@ auto loadState(ReadCurrent readCurrent, ReadLegacy readLegacy, WriteCurrent writ
     return state;
 }
 
-} // namespace quillane::core::InstallationMigration
+} // namespace quillane::core::installationMigration

@@ -26,7 +26,7 @@ double contrastRatio(Color first, Color second) {
     return (lighter + 0.05) / (darker + 0.05);
 }
 
-namespace BrandPalette {
+namespace brandPalette {
 
 const Shades& shades(Appearance appearance) {
     static constexpr Shades light{.window = {236, 236, 239},
@@ -61,6 +61,6 @@ std::vector<WordmarkRun> wordmark(Appearance appearance, bool compact) {
     return {{"Quill", primary(appearance)}, {"ane", amber(appearance)}};
 }
 
-} // namespace BrandPalette
+} // namespace brandPalette
 
 } // namespace quillane::core

@@ -24,7 +24,7 @@ struct Color {
 enum class Appearance { light, dark };
 
 /// The colours of the program's windows.
-namespace BrandPalette {
+namespace brandPalette {
 
 inline constexpr Color charcoal{36, 38, 43};
 inline constexpr Color white{246, 246, 248};
@@ -68,6 +68,6 @@ struct WordmarkRun {
 /// The product's name in its colours; the compact one is for places with room for three letters.
 [[nodiscard]] std::vector<WordmarkRun> wordmark(Appearance appearance, bool compact);
 
-} // namespace BrandPalette
+} // namespace brandPalette
 
 } // namespace quillane::core

@@ -10,7 +10,7 @@
 #include <openssl/evp.h>
 #include <openssl/rand.h>
 
-namespace quillane::core::SealedBox {
+namespace quillane::core::sealedBox {
 
 namespace {
 
@@ -117,4 +117,4 @@ tl::expected<std::vector<std::byte>, SealedBoxError> open(const SecretBytes& key
     });
 }
 
-} // namespace quillane::core::SealedBox
+} // namespace quillane::core::sealedBox

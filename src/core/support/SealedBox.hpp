@@ -22,7 +22,7 @@ enum class SealedBoxError {
 
 /// AES-256-GCM in combined form: a nonce of 12 bytes, the ciphertext, a tag of 16 bytes (NIST SP 800-38D). There is no
 /// associated data, and every box has a fresh random nonce.
-namespace SealedBox {
+namespace sealedBox {
 
 inline constexpr std::size_t keySize = 32;
 inline constexpr std::size_t nonceSize = 12;
@@ -48,6 +48,6 @@ struct Ends {
 [[nodiscard]] tl::expected<std::span<const std::byte>, SealedBoxError> openInPlace(const SecretBytes& key,
                                                                                    std::span<std::byte> box);
 
-} // namespace SealedBox
+} // namespace sealedBox
 
 } // namespace quillane::core

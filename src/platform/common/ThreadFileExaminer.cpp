@@ -78,7 +78,7 @@ private:
 };
 
 ThreadFileExaminer::ThreadFileExaminer(MainQueue& queue)
-    : ThreadFileExaminer(queue, core::FileShareProtocol::examine, Limits{}) {}
+    : ThreadFileExaminer(queue, core::fileShareProtocol::examine, Limits{}) {}
 
 ThreadFileExaminer::ThreadFileExaminer(MainQueue& queue, Examine examine, Limits limits)
     : queue_(queue), examine_(std::move(examine)), limits_(limits), link_(std::make_shared<Link>(queue)) {}

@@ -62,7 +62,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.desktop = core::Desktop::macOS;
     platform.mainQueue = std::make_unique<QtMainQueue>();
     platform.userDefaults = std::make_unique<MacUserDefaults>();
-    platform.legacyPreferences = preferencesDomain(core::InstallationMigration::legacyBundleID);
+    platform.legacyPreferences = preferencesDomain(core::installationMigration::legacyBundleID);
     platform.workspace =
         std::make_unique<MacWorkspace>(options.atLogin); // hears of the launch, so before it is finished
     platform.applicationCatalog = std::make_unique<MacApplicationCatalog>();

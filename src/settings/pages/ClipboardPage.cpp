@@ -130,7 +130,7 @@ void ClipboardPage::addSetAside(Card& card) {
         const auto all = list ? list() : std::vector<core::SetAsideHistory>();
         return place < all.size() ? std::optional(all[place]) : std::nullopt;
     };
-    for (std::size_t place = 0; place < core::SetAsideHistories::maximumCount; ++place) {
+    for (std::size_t place = 0; place < core::setAsideHistories::maximumCount; ++place) {
         auto* row = new FeatureRow;
         row->setObjectName(QStringLiteral("setAside"));
         auto* recover = button(texts::recoverHistory, [this, at, place] {

@@ -22,7 +22,7 @@ protected:
     static core::ClipboardEntry entry(const std::string& url) {
         return core::ClipboardEntry::make(
             core::ClipboardKind::files, "", "", "",
-            {{core::ClipboardRepresentation{std::string(core::PasteboardTypes::fileUrl), fakes::bytesOf(url)}}}, {});
+            {{core::ClipboardRepresentation{std::string(core::pasteboardTypes::fileUrl), fakes::bytesOf(url)}}}, {});
     }
 
     void load() {

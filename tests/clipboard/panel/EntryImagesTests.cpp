@@ -17,7 +17,7 @@
 namespace quillane {
 namespace {
 
-namespace types = core::PasteboardTypes;
+namespace types = core::pasteboardTypes;
 
 std::string encoded(QSize size, const char* format, int shade = 0) {
     QImage image(size, QImage::Format_RGB32);

@@ -132,7 +132,7 @@ protected:
         return bytes.toStdString();
     }
 
-    void copyImage(const std::string& bytes, std::string_view type = core::PasteboardTypes::png) {
+    void copyImage(const std::string& bytes, std::string_view type = core::pasteboardTypes::png) {
         pasteboard.copy({{{{std::string(type), bytes}}, {}}});
         copied();
     }
@@ -141,7 +141,7 @@ protected:
         std::vector<fakes::FakePasteboard::Item> items;
         items.reserve(urls.size());
         for (const auto& url : urls) {
-            items.push_back({{{std::string(core::PasteboardTypes::fileUrl), url}}, {}});
+            items.push_back({{{std::string(core::pasteboardTypes::fileUrl), url}}, {}});
         }
         pasteboard.copy(std::move(items));
         copied();
@@ -190,7 +190,7 @@ protected:
     }
 
     [[nodiscard]] std::string pasted() const {
-        return pasteboard.string(core::PasteboardTypes::string).value_or(std::string());
+        return pasteboard.string(core::pasteboardTypes::string).value_or(std::string());
     }
 
     static void useDark(bool dark) {

@@ -30,26 +30,26 @@ TEST_F(PanelKeyEventsTest, MacDigitsAreKnownByPlaceOnEveryLayout) {
     constexpr std::array<int, 9> french{'&', 0xc9, '"', '\'', '(', 0xa7, 0xc8, '!', 0xc7};
     for (std::size_t i = 0; i < row.size(); ++i) {
         const auto event = onMac(french.at(i), Qt::ControlModifier, row.at(i));
-        EXPECT_EQ(PanelKeyEvents::keyCode(event, KeyNumbering::macOS), row.at(i));
-        EXPECT_EQ(PanelKeyEvents::keyCode(event, KeyNumbering::x11), std::nullopt);
+        EXPECT_EQ(panelKeyEvents::keyCode(event, KeyNumbering::macOS), row.at(i));
+        EXPECT_EQ(panelKeyEvents::keyCode(event, KeyNumbering::x11), std::nullopt);
     }
-    EXPECT_EQ(PanelKeyEvents::keyCode(onMac('7', Qt::ControlModifier, 18), KeyNumbering::macOS), 18);
+    EXPECT_EQ(panelKeyEvents::keyCode(onMac('7', Qt::ControlModifier, 18), KeyNumbering::macOS), 18);
 }
 
 TEST_F(PanelKeyEventsTest, MacKeypadDigitsAreKnownByTheirText) {
     const auto event = onMac(Qt::Key_3, Qt::ControlModifier | Qt::KeypadModifier, 85);
-    EXPECT_EQ(PanelKeyEvents::keyCode(event, KeyNumbering::macOS), 20);
+    EXPECT_EQ(panelKeyEvents::keyCode(event, KeyNumbering::macOS), 20);
 }
 
 TEST_F(PanelKeyEventsTest, X11DigitsAreKnownByTextAndThenByPlace) {
-    EXPECT_EQ(PanelKeyEvents::keyCode(onX11('&', Qt::ControlModifier, 10), KeyNumbering::x11), 18);
-    EXPECT_EQ(PanelKeyEvents::keyCode(onX11('2', Qt::ControlModifier, 10), KeyNumbering::x11), 19);
-    EXPECT_EQ(PanelKeyEvents::keyCode(onX11('0', Qt::ControlModifier, 10), KeyNumbering::x11), std::nullopt);
+    EXPECT_EQ(panelKeyEvents::keyCode(onX11('&', Qt::ControlModifier, 10), KeyNumbering::x11), 18);
+    EXPECT_EQ(panelKeyEvents::keyCode(onX11('2', Qt::ControlModifier, 10), KeyNumbering::x11), 19);
+    EXPECT_EQ(panelKeyEvents::keyCode(onX11('0', Qt::ControlModifier, 10), KeyNumbering::x11), std::nullopt);
 }
 
 TEST_F(PanelKeyEventsTest, OnlyCommandShiftVIsTheHotKeyOnMac) {
     const auto isHotKey = [](Qt::KeyboardModifiers modifiers, core::KeyCode keyCode) {
-        return PanelKeyEvents::isHotKey(onMac(Qt::Key_V, modifiers, keyCode), KeyNumbering::macOS);
+        return panelKeyEvents::isHotKey(onMac(Qt::Key_V, modifiers, keyCode), KeyNumbering::macOS);
     };
     EXPECT_TRUE(isHotKey(Qt::ControlModifier | Qt::ShiftModifier, 9));
     EXPECT_FALSE(isHotKey(Qt::MetaModifier | Qt::ShiftModifier, 9)); // Control
@@ -59,10 +59,10 @@ TEST_F(PanelKeyEventsTest, OnlyCommandShiftVIsTheHotKeyOnMac) {
 
 TEST_F(PanelKeyEventsTest, SuperShiftVIsTheHotKeyOnX11) {
     const auto super = Qt::MetaModifier | Qt::ShiftModifier;
-    EXPECT_TRUE(PanelKeyEvents::isHotKey(onX11(Qt::Key_V, super, 55), KeyNumbering::x11));
-    EXPECT_TRUE(PanelKeyEvents::isHotKey(onX11(0x5d4, super, 55), KeyNumbering::x11));
+    EXPECT_TRUE(panelKeyEvents::isHotKey(onX11(Qt::Key_V, super, 55), KeyNumbering::x11));
+    EXPECT_TRUE(panelKeyEvents::isHotKey(onX11(0x5d4, super, 55), KeyNumbering::x11));
     EXPECT_FALSE(
-        PanelKeyEvents::isHotKey(onX11(Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier, 55), KeyNumbering::x11));
+        panelKeyEvents::isHotKey(onX11(Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier, 55), KeyNumbering::x11));
 }
 
 } // namespace

@@ -49,8 +49,8 @@ TEST(ClipboardHistory, AppendsNewContent) {
 TEST(ClipboardHistory, RefusesAKindThatIsOffAndContentThatIsTooLargeOrEmpty) {
     ClipboardHistory history;
     EXPECT_FALSE(history.insert(entryOf("a", 1), {.saveText = false}));
-    EXPECT_TRUE(history.insert(entryOf("most", 1, ClipboardSnapshot::maximumBytes), {}));
-    EXPECT_FALSE(history.insert(entryOf("more", 1, ClipboardSnapshot::maximumBytes + 1), {}));
+    EXPECT_TRUE(history.insert(entryOf("most", 1, clipboardSnapshot::maximumBytes), {}));
+    EXPECT_FALSE(history.insert(entryOf("more", 1, clipboardSnapshot::maximumBytes + 1), {}));
     auto withoutItems = entryOf("none", 1);
     withoutItems.items = ClipboardItems{};
     EXPECT_FALSE(history.insert(withoutItems, {}));

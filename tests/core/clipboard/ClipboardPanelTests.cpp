@@ -12,7 +12,7 @@
 namespace quillane::core {
 namespace {
 
-namespace keys = ClipboardPanelKeys;
+namespace keys = clipboardPanelKeys;
 using keys::Choice;
 
 constexpr auto mac = Desktop::macOS;
@@ -68,20 +68,20 @@ constexpr Rect screen{0, 40, 1440, 820};
 constexpr Size panel{420, 520};
 
 TEST(ClipboardPanelPlacementTest, OpensBelowThePointerAndALittleToItsLeft) {
-    EXPECT_EQ(ClipboardPanelPlacement::frame(Point{700, 700}, screen, panel), (Rect{664, 168, 420, 520}));
+    EXPECT_EQ(clipboardPanelPlacement::frame(Point{700, 700}, screen, panel), (Rect{664, 168, 420, 520}));
 }
 
 TEST(ClipboardPanelPlacementTest, OpensInTheMiddleWithoutAPointer) {
-    EXPECT_EQ(ClipboardPanelPlacement::frame(std::nullopt, screen, panel), (Rect{510, 190, 420, 520}));
+    EXPECT_EQ(clipboardPanelPlacement::frame(std::nullopt, screen, panel), (Rect{510, 190, 420, 520}));
 }
 
 TEST(ClipboardPanelPlacementTest, StaysOnTheScreenInItsCorners) {
-    EXPECT_EQ(ClipboardPanelPlacement::frame(Point{1439, 41}, screen, panel), (Rect{1012, 48, 420, 520}));
-    EXPECT_EQ(ClipboardPanelPlacement::frame(Point{0, 860}, screen, panel), (Rect{8, 328, 420, 520}));
+    EXPECT_EQ(clipboardPanelPlacement::frame(Point{1439, 41}, screen, panel), (Rect{1012, 48, 420, 520}));
+    EXPECT_EQ(clipboardPanelPlacement::frame(Point{0, 860}, screen, panel), (Rect{8, 328, 420, 520}));
 }
 
 TEST(ClipboardPanelPlacementTest, ShrinksToASmallScreen) {
-    EXPECT_EQ(ClipboardPanelPlacement::frame(Point{50, 50}, {0, 0, 300, 200}, panel), (Rect{8, 8, 284, 184}));
+    EXPECT_EQ(clipboardPanelPlacement::frame(Point{50, 50}, {0, 0, 300, 200}, panel), (Rect{8, 8, 284, 184}));
 }
 
 TEST(ClipboardPanelPlacementTest, AlwaysKeepsTheMargin) {
@@ -90,8 +90,8 @@ TEST(ClipboardPanelPlacementTest, AlwaysKeepsTheMargin) {
     for (int i = 0; i < 5'000; ++i) {
         const Rect area{number(-3'000, 3'000), number(-3'000, 3'000), number(20, 3'000), number(20, 2'000)};
         const Point pointer{number(-4'000, 4'000), number(-4'000, 4'000)};
-        const auto frame = ClipboardPanelPlacement::frame(pointer, area, {number(1, 2'500), number(1, 2'500)});
-        const auto inner = area.insetBy(ClipboardPanelPlacement::margin);
+        const auto frame = clipboardPanelPlacement::frame(pointer, area, {number(1, 2'500), number(1, 2'500)});
+        const auto inner = area.insetBy(clipboardPanelPlacement::margin);
         EXPECT_GE(frame.minX(), inner.minX() - 1e-6);
         EXPECT_GE(frame.minY(), inner.minY() - 1e-6);
         EXPECT_LE(frame.maxX(), inner.maxX() + 1e-6);

@@ -21,17 +21,17 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::StartsWith;
 using Item = FakePasteboard::Item;
-using ClipboardSnapshot::RestoreMode;
+using clipboardSnapshot::RestoreMode;
 
 constexpr const char* stringType = "public.utf8-plain-text";
 
 class ClipboardSnapshotTest : public ::testing::Test {
 protected:
-    std::optional<ClipboardEntry> capture() { return ClipboardSnapshot::capture(pasteboard_, options_, moment_); }
+    std::optional<ClipboardEntry> capture() { return clipboardSnapshot::capture(pasteboard_, options_, moment_); }
 
     FakePasteboard pasteboard_;
     ClipboardOptions options_;
-    ClipboardSnapshot::Moment moment_{
+    clipboardSnapshot::Moment moment_{
         .foreground = "com.example.notes", .sourceName = "Notes", .secureInput = false, .now = Date{42}};
 };
 
@@ -247,11 +247,11 @@ TEST_F(ClipboardSnapshotTest, NothingButEmptyDataYieldsNothing) {
 
 TEST_F(ClipboardSnapshotTest, ExactlyTheMostBytesAreKeptAndOneMoreIsRefused) {
     pasteboard_.copy(
-        {Item{{{"public.png", std::string(ClipboardSnapshot::maximumBytes - 1, 'p')}, {"public.tiff", "t"}}, {}}});
+        {Item{{{"public.png", std::string(clipboardSnapshot::maximumBytes - 1, 'p')}, {"public.tiff", "t"}}, {}}});
     ASSERT_TRUE(capture());
-    EXPECT_EQ(capture()->byteCount(), ClipboardSnapshot::maximumBytes);
+    EXPECT_EQ(capture()->byteCount(), clipboardSnapshot::maximumBytes);
     pasteboard_.copy(
-        {Item{{{"public.png", std::string(ClipboardSnapshot::maximumBytes - 1, 'p')}, {"public.tiff", "tt"}}, {}}});
+        {Item{{{"public.png", std::string(clipboardSnapshot::maximumBytes - 1, 'p')}, {"public.tiff", "tt"}}, {}}});
     EXPECT_FALSE(capture());
 }
 
@@ -307,22 +307,22 @@ TEST_F(ClipboardSnapshotTest, TheSameTextFromTwoApplicationsHasOneDigest) {
 }
 
 TEST_F(ClipboardSnapshotTest, WantsExactlyWhatItReads) {
-    EXPECT_THAT(ClipboardSnapshot::wantedTypes({stringType, "public.html", "x.private"}, options_),
+    EXPECT_THAT(clipboardSnapshot::wantedTypes({stringType, "public.html", "x.private"}, options_),
                 ElementsAre(stringType, "public.html"));
-    EXPECT_THAT(ClipboardSnapshot::wantedTypes({stringType, "public.png"}, options_), ElementsAre("public.png"));
-    EXPECT_THAT(ClipboardSnapshot::wantedTypes({stringType, "public.png", "public.file-url"}, options_),
+    EXPECT_THAT(clipboardSnapshot::wantedTypes({stringType, "public.png"}, options_), ElementsAre("public.png"));
+    EXPECT_THAT(clipboardSnapshot::wantedTypes({stringType, "public.png", "public.file-url"}, options_),
                 ElementsAre("public.file-url"));
-    EXPECT_THAT(ClipboardSnapshot::wantedTypes({stringType, "org.nspasteboard.ConcealedType"}, options_), IsEmpty());
-    EXPECT_THAT(ClipboardSnapshot::wantedTypes({"org.nspasteboard.source"}, options_), IsEmpty());
+    EXPECT_THAT(clipboardSnapshot::wantedTypes({stringType, "org.nspasteboard.ConcealedType"}, options_), IsEmpty());
+    EXPECT_THAT(clipboardSnapshot::wantedTypes({"org.nspasteboard.source"}, options_), IsEmpty());
     options_.saveImages = false;
-    EXPECT_THAT(ClipboardSnapshot::wantedTypes({stringType, "public.png"}, options_), IsEmpty());
+    EXPECT_THAT(clipboardSnapshot::wantedTypes({stringType, "public.png"}, options_), IsEmpty());
 }
 
 TEST_F(ClipboardSnapshotTest, WantsTheSourceMarkerAloneUntilItIsKnown) {
     const PasteboardTypeSet types{stringType, "public.html", "org.nspasteboard.source"};
     options_.ignoredApps = {"com.example.vault"};
     const auto wanted = [&](const std::optional<std::string>& source) {
-        return ClipboardSnapshot::wantedTypes(types, options_, moment_, source);
+        return clipboardSnapshot::wantedTypes(types, options_, moment_, source);
     };
     EXPECT_THAT(wanted(std::nullopt), ElementsAre("org.nspasteboard.source"));
     EXPECT_THAT(wanted("com.example.editor"), ElementsAre(stringType, "public.html"));
@@ -336,11 +336,11 @@ TEST_F(ClipboardSnapshotTest, WantsNotEvenTheSourceMarkerOfWhatIsRefusedWithoutI
     options_.ignoredApps = {"com.example.vault"};
     for (const auto* front : {"com.example.vault", "com.bitwarden.desktop"}) {
         moment_.foreground = front;
-        EXPECT_THAT(ClipboardSnapshot::wantedTypes(types, options_, moment_), IsEmpty()) << front;
+        EXPECT_THAT(clipboardSnapshot::wantedTypes(types, options_, moment_), IsEmpty()) << front;
     }
     moment_.foreground = "com.example.editor";
     moment_.secureInput = true;
-    EXPECT_THAT(ClipboardSnapshot::wantedTypes(types, options_, moment_), IsEmpty());
+    EXPECT_THAT(clipboardSnapshot::wantedTypes(types, options_, moment_), IsEmpty());
 }
 
 // Restoring
@@ -357,7 +357,7 @@ TEST_F(ClipboardSnapshotTest, RestoringWritesEveryItemAndTheSource) {
     pasteboard_.copyText("current");
     const auto entry = makeEntry(ClipboardKind::text, {{flavour(stringType, "a"), flavour("public.html", "<i>a</i>")},
                                                        {flavour(stringType, "b")}});
-    ASSERT_TRUE(ClipboardSnapshot::restore(entry, pasteboard_, RestoreMode::full));
+    ASSERT_TRUE(clipboardSnapshot::restore(entry, pasteboard_, RestoreMode::full));
     using Flavours = std::vector<std::pair<std::string, std::string>>;
     ASSERT_EQ(pasteboard_.items().size(), 2U);
     EXPECT_EQ(
@@ -371,7 +371,7 @@ TEST_F(ClipboardSnapshotTest, RestoringWritesEveryItemAndTheSource) {
 TEST_F(ClipboardSnapshotTest, WhatWasRestoredIsCapturedAsTheSameContentOfItsFirstApplication) {
     pasteboard_.copyText("round trip");
     const auto entry = capture();
-    ASSERT_TRUE(ClipboardSnapshot::restore(*entry, pasteboard_, RestoreMode::full));
+    ASSERT_TRUE(clipboardSnapshot::restore(*entry, pasteboard_, RestoreMode::full));
     moment_.foreground = "com.example.later";
     const auto again = capture();
     EXPECT_EQ(again->digest, entry->digest);
@@ -381,14 +381,14 @@ TEST_F(ClipboardSnapshotTest, WhatWasRestoredIsCapturedAsTheSameContentOfItsFirs
 TEST_F(ClipboardSnapshotTest, RestoringTellsWhenTheSystemRefuses) {
     pasteboard_.refuseWrites();
     const auto entry = makeEntry(ClipboardKind::text, {{flavour(stringType, "a")}});
-    EXPECT_FALSE(ClipboardSnapshot::restore(entry, pasteboard_, RestoreMode::full));
-    EXPECT_FALSE(ClipboardSnapshot::restore(entry, pasteboard_, RestoreMode::plainText));
+    EXPECT_FALSE(clipboardSnapshot::restore(entry, pasteboard_, RestoreMode::full));
+    EXPECT_FALSE(clipboardSnapshot::restore(entry, pasteboard_, RestoreMode::plainText));
 }
 
 TEST_F(ClipboardSnapshotTest, RestoringPlainTextGivesTheFirstItemsString) {
     const auto entry = makeEntry(ClipboardKind::text, {{flavour("public.rtf", "{}"), flavour(stringType, "plain")},
                                                        {flavour(stringType, "second")}});
-    ASSERT_TRUE(ClipboardSnapshot::restore(entry, pasteboard_, RestoreMode::plainText));
+    ASSERT_TRUE(clipboardSnapshot::restore(entry, pasteboard_, RestoreMode::plainText));
     ASSERT_EQ(pasteboard_.items().size(), 1U);
     EXPECT_EQ(pasteboard_.items()[0].flavours,
               (std::vector<std::pair<std::string, std::string>>{{stringType, "plain"}}));
@@ -403,7 +403,7 @@ TEST_F(ClipboardSnapshotTest, RestoringPlainTextFailsWithoutPlainTextAndLeavesTh
           makeEntry(ClipboardKind::text, {{flavour(stringType, "\xff")}}), makeEntry(ClipboardKind::text, {}),
           makeEntry(ClipboardKind::files, {{flavour(stringType, "x")}}),
           makeEntry(ClipboardKind::image, {{flavour(stringType, "x")}})}) {
-        EXPECT_FALSE(ClipboardSnapshot::restore(entry, pasteboard_, RestoreMode::plainText));
+        EXPECT_FALSE(clipboardSnapshot::restore(entry, pasteboard_, RestoreMode::plainText));
     }
     EXPECT_EQ(pasteboard_.changeCount(), before);
     EXPECT_EQ(pasteboard_.items()[0].flavours[0].second, "current");
@@ -430,7 +430,7 @@ TEST_F(ClipboardFilesTest, RestoresReferencesToFilesThatExist) {
     const auto entry =
         makeEntry(ClipboardKind::files, {{flavour("public.file-url", makeFile("a"))},
                                          {flavour("public.file-url", "file://localhost" + folder_.string() + "/")}});
-    ASSERT_TRUE(ClipboardSnapshot::restore(entry, pasteboard_, RestoreMode::full));
+    ASSERT_TRUE(clipboardSnapshot::restore(entry, pasteboard_, RestoreMode::full));
     EXPECT_EQ(pasteboard_.items().size(), 2U);
 }
 
@@ -438,7 +438,7 @@ TEST_F(ClipboardFilesTest, FindsFilesByTheirDecodedName) {
     makeFile("\xD7\xA9 %41");
     const auto entry = makeEntry(ClipboardKind::files,
                                  {{flavour("public.file-url", "file://" + folder_.string() + "/%D7%A9%20%2541")}});
-    EXPECT_TRUE(ClipboardSnapshot::restore(entry, pasteboard_, RestoreMode::full));
+    EXPECT_TRUE(clipboardSnapshot::restore(entry, pasteboard_, RestoreMode::full));
 }
 
 TEST_F(ClipboardFilesTest, OneBadReferenceFailsAndLeavesThePasteboard) {
@@ -451,7 +451,7 @@ TEST_F(ClipboardFilesTest, OneBadReferenceFailsAndLeavesThePasteboard) {
                                    std::string("no url"), good.substr(7), std::string()}) {
         const auto entry =
             makeEntry(ClipboardKind::files, {{flavour("public.file-url", good)}, {flavour("public.file-url", bad)}});
-        EXPECT_FALSE(ClipboardSnapshot::restore(entry, pasteboard_, RestoreMode::full)) << bad;
+        EXPECT_FALSE(clipboardSnapshot::restore(entry, pasteboard_, RestoreMode::full)) << bad;
     }
     EXPECT_EQ(pasteboard_.changeCount(), before);
     EXPECT_EQ(pasteboard_.items()[0].flavours[0].second, "current");
@@ -476,13 +476,13 @@ TEST_F(ClipboardFilesTest, FilesThatFinderCopiesAreRestoredAsLongAsTheyAreThere)
     const auto entry = capture();
     ASSERT_TRUE(entry);
     pasteboard_.copyText("current");
-    EXPECT_TRUE(ClipboardSnapshot::restore(*entry, pasteboard_, RestoreMode::full));
+    EXPECT_TRUE(clipboardSnapshot::restore(*entry, pasteboard_, RestoreMode::full));
     EXPECT_EQ(pasteboard_.items()[0].flavours[0].second, url);
     pasteboard_.move(folder_ / "file", folder_ / "renamed");
-    EXPECT_TRUE(ClipboardSnapshot::restore(*entry, pasteboard_, RestoreMode::full));
+    EXPECT_TRUE(clipboardSnapshot::restore(*entry, pasteboard_, RestoreMode::full));
     std::filesystem::remove(folder_ / "renamed");
     pasteboard_.copyText("current");
-    EXPECT_FALSE(ClipboardSnapshot::restore(*entry, pasteboard_, RestoreMode::full));
+    EXPECT_FALSE(clipboardSnapshot::restore(*entry, pasteboard_, RestoreMode::full));
     EXPECT_EQ(pasteboard_.items()[0].flavours[0].second, "current");
 }
 

@@ -23,7 +23,7 @@ using testing::textEntry;
 class SetAsideHistoriesTest : public testing::VaultTest {
 protected:
     [[nodiscard]] std::vector<SetAsideHistory> all() const {
-        auto found = SetAsideHistories::list(folder_);
+        auto found = setAsideHistories::list(folder_);
         EXPECT_TRUE(found);
         return found.value_or(std::vector<SetAsideHistory>());
     }
@@ -89,7 +89,7 @@ TEST_F(SetAsideHistoriesTest, LockStaysWithTheVaultAndNotWithWhatIsSetAside) {
     ASSERT_TRUE(open.setAside(noon));
     EXPECT_FALSE(lock->holds(folder_));
     EXPECT_FALSE(std::filesystem::exists(all().at(0).folder / "lock"));
-    ASSERT_TRUE(SetAsideHistories::erase(all().at(0)));
+    ASSERT_TRUE(setAsideHistories::erase(all().at(0)));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.parent_path()), {}), 1);
 }
 
@@ -105,7 +105,7 @@ TEST_F(SetAsideHistoriesTest, ErasingLeavesTheHistoryAndWhatIsNotAVaults) {
     setAside(entries_, Date{0});
     write(all()[0].folder / "notes.txt", "kept");
     saved(entries_);
-    ASSERT_TRUE(SetAsideHistories::eraseAll(folder_));
+    ASSERT_TRUE(setAsideHistories::eraseAll(folder_));
     EXPECT_THAT(all(), IsEmpty());
     EXPECT_EQ(vault().load(), entries_);
     std::size_t folders = 0;
@@ -113,7 +113,7 @@ TEST_F(SetAsideHistoriesTest, ErasingLeavesTheHistoryAndWhatIsNotAVaults) {
         folders += beside.path() != folder_ ? 1 : 0;
     }
     EXPECT_EQ(folders, 1U); // that with the notes
-    EXPECT_TRUE(SetAsideHistories::eraseAll(root_ / "none" / "ClipboardHistory"));
+    EXPECT_TRUE(setAsideHistories::eraseAll(root_ / "none" / "ClipboardHistory"));
 }
 
 TEST_F(SetAsideHistoriesTest, OtherNamesBesideTheVaultAreNone) {
@@ -131,7 +131,7 @@ TEST_F(SetAsideHistoriesTest, OtherNamesBesideTheVaultAreNone) {
 
 TEST_F(SetAsideHistoriesTest, FolderThatCannotBeMovedStaysAsItIs) {
     saved(entries_);
-    EXPECT_FALSE(SetAsideHistories::add(root_ / "none", noon));
+    EXPECT_FALSE(setAsideHistories::add(root_ / "none", noon));
     EXPECT_EQ(vault().load(), entries_);
 }
 

@@ -33,7 +33,7 @@ protected:
 
     /// The fields of an entry as the vault writes them.
     static Value::Dictionary fieldsOf(const ClipboardEntry& entry) {
-        return *parsePropertyList(*EntryArchive::encode(entry), 1U << 20U)->as<Value::Dictionary>();
+        return *parsePropertyList(*entryArchive::encode(entry), 1U << 20U)->as<Value::Dictionary>();
     }
 
     const std::vector<ClipboardEntry> entries_{textEntry("one", 1), textEntry("two", 2)};
@@ -72,7 +72,7 @@ TEST_F(VaultDamageTest, AnotherKeyFailsTheLoadOfAnyFile) {
     const auto other = vault(SecretBytes(std::vector(32, std::byte{1}))).load();
     ASSERT_FALSE(other);
     EXPECT_EQ(other.error().reason, Reason::notAuthentic);
-    const auto box = *SealedBox::seal(SecretBytes(std::vector(32, std::byte{1})), *EntryArchive::encode(entries_[1]));
+    const auto box = *sealedBox::seal(SecretBytes(std::vector(32, std::byte{1})), *entryArchive::encode(entries_[1]));
     write(fileOf(entries_[1]), {reinterpret_cast<const char*>(box.data()), box.size()});
     EXPECT_EQ(reasonOfLoading(), Reason::notAuthentic);
 }
@@ -206,7 +206,7 @@ TEST_F(VaultDamageTest, APropertyListBombIsDefused) {
          {bomb(8, "\x08"), bomb(2, "\x4F\x11\x04\x00" + std::string(1'024, 'x')), bomb(100, "\x08")}) {
         writeSealed(folder_ / "index", plaintext);
         EXPECT_EQ(reasonOfLoading(), Reason::malformed);
-        writeSealed(folder_ / "index", *EntryArchive::encodeIndex(std::vector{entries_[0].id}));
+        writeSealed(folder_ / "index", *entryArchive::encodeIndex(std::vector{entries_[0].id}));
         writeSealed(fileOf(entries_[0]), plaintext);
         EXPECT_EQ(reasonOfLoading(), Reason::malformed);
     }

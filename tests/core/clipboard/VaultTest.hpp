@@ -89,7 +89,7 @@ protected:
 
     /// Writes a file as the vault would, with whatever plaintext.
     static void writeSealed(const std::filesystem::path& file, std::span<const std::byte> plaintext) {
-        const auto box = *SealedBox::seal(testKey(), plaintext);
+        const auto box = *sealedBox::seal(testKey(), plaintext);
         write(file, {reinterpret_cast<const char*>(box.data()), box.size()});
     }
 

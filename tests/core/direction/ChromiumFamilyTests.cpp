@@ -11,19 +11,19 @@ namespace {
 TEST(ChromiumFamily, HasItsBrowsersByTheirExactIdentifiers) {
     for (const auto* browser : {"com.google.Chrome", "com.google.Chrome.canary", "org.chromium.Chromium",
                                 "com.microsoft.edgemac", "com.brave.Browser", "company.thebrowser.Browser"}) {
-        EXPECT_TRUE(ChromiumFamily::contains(browser)) << browser;
+        EXPECT_TRUE(chromiumFamily::contains(browser)) << browser;
     }
     for (const auto* other : {"com.apple.Safari", "org.mozilla.firefox", "com.google.chrome", "com.google.Chrome.app.x",
                               "com.google.Chrom", ""}) {
-        EXPECT_FALSE(ChromiumFamily::contains(other)) << other;
+        EXPECT_FALSE(chromiumFamily::contains(other)) << other;
     }
 }
 
 TEST(ChromiumFamily, IsWokenThreeTimes) {
-    EXPECT_TRUE(ChromiumFamily::isWokenAgain("com.google.Chrome", 0));
-    EXPECT_TRUE(ChromiumFamily::isWokenAgain("com.google.Chrome", 2));
-    EXPECT_FALSE(ChromiumFamily::isWokenAgain("com.google.Chrome", 3));
-    EXPECT_FALSE(ChromiumFamily::isWokenAgain("com.apple.Safari", 0));
+    EXPECT_TRUE(chromiumFamily::isWokenAgain("com.google.Chrome", 0));
+    EXPECT_TRUE(chromiumFamily::isWokenAgain("com.google.Chrome", 2));
+    EXPECT_FALSE(chromiumFamily::isWokenAgain("com.google.Chrome", 3));
+    EXPECT_FALSE(chromiumFamily::isWokenAgain("com.apple.Safari", 0));
 }
 
 } // namespace

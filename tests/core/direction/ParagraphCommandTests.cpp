@@ -9,7 +9,7 @@
 namespace quillane::core {
 namespace {
 
-using ParagraphCommand::index;
+using paragraphCommand::index;
 using Titles = std::vector<std::string>;
 
 TEST(ParagraphCommand, TakesTheOneOfTheParagraphSection) {

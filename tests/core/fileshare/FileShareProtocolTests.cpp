@@ -21,7 +21,7 @@ FileShareServer server(std::string_view address) {
 
 tl::expected<Url, FileShareError> link(std::string_view body, std::string_view address = "https://host",
                                        int status = 200) {
-    return FileShareProtocol::link(std::as_bytes(std::span(body)), status, server(address));
+    return fileShareProtocol::link(std::as_bytes(std::span(body)), status, server(address));
 }
 
 /// The link when it is accepted, else "refused".
@@ -37,12 +37,12 @@ std::string verdict(std::string_view body, std::string_view address = "https://h
 class FileShareRequest : public testing::Test {
 protected:
     [[nodiscard]] std::string urlFor(std::string_view name, std::string_view address = "https://host/up") const {
-        const auto request = FileShareProtocol::request(files_.url(name), server(address));
+        const auto request = fileShareProtocol::request(files_.url(name), server(address));
         return request ? request->url.absoluteString() : "none";
     }
 
     [[nodiscard]] FileShareError errorFor(const std::filesystem::path& path) const {
-        return FileShareProtocol::request(Url::fromFilePath(path), server("https://host")).error();
+        return fileShareProtocol::request(Url::fromFilePath(path), server("https://host")).error();
     }
 
     TemporaryFiles files_;
@@ -50,7 +50,7 @@ protected:
 
 TEST_F(FileShareRequest, IsAPutOfTheFileWithItsSize) {
     const auto request =
-        FileShareProtocol::request(files_.url("report.pdf", "12345"), server("https://host/up")).value();
+        fileShareProtocol::request(files_.url("report.pdf", "12345"), server("https://host/up")).value();
     EXPECT_EQ(request.url.absoluteString(), "https://host/up/report.pdf");
     EXPECT_EQ(request.method, "PUT");
     EXPECT_EQ(request.timeout, std::chrono::seconds(60));
@@ -58,7 +58,7 @@ TEST_F(FileShareRequest, IsAPutOfTheFileWithItsSize) {
 }
 
 TEST_F(FileShareRequest, AnEmptyFileHasTheSizeZero) {
-    const auto request = FileShareProtocol::request(files_.url("empty", ""), server("https://host")).value();
+    const auto request = fileShareProtocol::request(files_.url("empty", ""), server("https://host")).value();
     EXPECT_EQ(request.url.absoluteString(), "https://host/empty");
     EXPECT_EQ(request.headers.back(), (std::pair<std::string, std::string>("Content-Length", "0")));
 }
@@ -94,7 +94,7 @@ TEST_F(FileShareRequest, OnlyARegularFileIsSent) {
     ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
     EXPECT_EQ(errorFor(fifo), FileShareError::notRegularFile);
     const auto web = Url::parse("https://host/file").value();
-    EXPECT_EQ(FileShareProtocol::request(web, server("https://host")).error(), FileShareError::notRegularFile);
+    EXPECT_EQ(fileShareProtocol::request(web, server("https://host")).error(), FileShareError::notRegularFile);
 }
 
 TEST_F(FileShareRequest, AFileThatCannotBeExaminedIsUnreadable) {
@@ -120,7 +120,7 @@ TEST_F(FileShareRequest, AFileWithoutPermissionIsUnreadable) {
 TEST_F(FileShareRequest, ALinkToAFileIsSentUnderItsOwnName) {
     std::filesystem::create_symlink(files_.file("original", "123"), files_.folder() / "alias");
     const auto request =
-        FileShareProtocol::request(Url::fromFilePath(files_.folder() / "alias"), server("https://host")).value();
+        fileShareProtocol::request(Url::fromFilePath(files_.folder() / "alias"), server("https://host")).value();
     EXPECT_EQ(request.url.absoluteString(), "https://host/alias");
     EXPECT_EQ(request.headers.back().second, "3");
 }

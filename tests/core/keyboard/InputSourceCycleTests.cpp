@@ -10,7 +10,7 @@ namespace quillane::core {
 namespace {
 
 using Ids = std::vector<std::string>;
-using InputSourceCycle::nextID;
+using inputSourceCycle::nextID;
 
 TEST(InputSourceCycle, GoesToTheNextAndWraps) {
     EXPECT_EQ(nextID("A", Ids({"A", "B", "C"})), "B");

@@ -24,7 +24,7 @@ class RTLInputLanguageTable : public ::testing::TestWithParam<Row> {};
 
 TEST_P(RTLInputLanguageTable, IsAsTheScript) {
     const std::vector<std::string> languages{GetParam().language};
-    EXPECT_EQ(RTLInputLanguage::isRightToLeft(languages), GetParam().rightToLeft);
+    EXPECT_EQ(rtlInputLanguage::isRightToLeft(languages), GetParam().rightToLeft);
 }
 
 constexpr Row table[] = {
@@ -94,19 +94,19 @@ INSTANTIATE_TEST_SUITE_P(Languages, RTLInputLanguageTable, ::testing::ValuesIn(t
 });
 
 TEST(RTLInputLanguage, OnlyTheFirstLanguageCounts) {
-    EXPECT_TRUE(RTLInputLanguage::isRightToLeft(std::vector<std::string>{"he", "en"}));
-    EXPECT_FALSE(RTLInputLanguage::isRightToLeft(std::vector<std::string>{"en", "he"}));
-    EXPECT_FALSE(RTLInputLanguage::isRightToLeft(std::vector<std::string>{"", "he"}));
+    EXPECT_TRUE(rtlInputLanguage::isRightToLeft(std::vector<std::string>{"he", "en"}));
+    EXPECT_FALSE(rtlInputLanguage::isRightToLeft(std::vector<std::string>{"en", "he"}));
+    EXPECT_FALSE(rtlInputLanguage::isRightToLeft(std::vector<std::string>{"", "he"}));
 }
 
 TEST(RTLInputLanguage, AnEmptyListIsNot) {
-    EXPECT_FALSE(RTLInputLanguage::isRightToLeft({}));
+    EXPECT_FALSE(rtlInputLanguage::isRightToLeft({}));
 }
 
 TEST(RTLInputLanguage, AnEndlessTagIsNot) {
     const std::vector<std::string> languages{"he-x-" + std::string(100'000, 'a'), "he"};
-    EXPECT_FALSE(RTLInputLanguage::isRightToLeft(std::vector<std::string>{std::string(100'000, 'a')}));
-    EXPECT_NO_FATAL_FAILURE(static_cast<void>(RTLInputLanguage::isRightToLeft(languages)));
+    EXPECT_FALSE(rtlInputLanguage::isRightToLeft(std::vector<std::string>{std::string(100'000, 'a')}));
+    EXPECT_NO_FATAL_FAILURE(static_cast<void>(rtlInputLanguage::isRightToLeft(languages)));
 }
 
 } // namespace

@@ -7,7 +7,7 @@
 namespace quillane::core {
 namespace {
 
-using ScreenSharingPolicy::bypassKeyboardProcessing;
+using screenSharingPolicy::bypassKeyboardProcessing;
 
 TEST(ScreenSharingPolicy, BypassesTheViewerWhileEnabled) {
     EXPECT_TRUE(bypassKeyboardProcessing("com.apple.ScreenSharing", true));

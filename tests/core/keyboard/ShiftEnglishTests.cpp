@@ -10,7 +10,7 @@
 namespace quillane::core {
 namespace {
 
-constexpr ShiftEnglish::Conditions met{.shift = true, .shortcutModifier = false, .rtlSource = true, .editable = true};
+constexpr shiftEnglish::Conditions met{.shift = true, .shortcutModifier = false, .rtlSource = true, .editable = true};
 
 TEST(ShiftEnglish, EachLetterKeyTypesItsLowerCaseLetter) {
     // Key codes 0 to 46 in order; a space is a key that is no letter.
@@ -18,37 +18,37 @@ TEST(ShiftEnglish, EachLetterKeyTypesItsLowerCaseLetter) {
     ASSERT_EQ(letters.size(), 47U);
     for (std::size_t keyCode = 0; keyCode < letters.size(); ++keyCode) {
         const auto expected = letters[keyCode] == u' ' ? std::nullopt : std::optional(letters[keyCode]);
-        EXPECT_EQ(ShiftEnglish::character(static_cast<KeyCode>(keyCode), met), expected) << keyCode;
+        EXPECT_EQ(shiftEnglish::character(static_cast<KeyCode>(keyCode), met), expected) << keyCode;
     }
 }
 
 TEST(ShiftEnglish, NoOtherKeyTypesALetter) {
     for (unsigned keyCode = 47; keyCode <= 0xFFFF; ++keyCode) {
-        ASSERT_EQ(ShiftEnglish::character(static_cast<KeyCode>(keyCode), met), std::nullopt) << keyCode;
+        ASSERT_EQ(shiftEnglish::character(static_cast<KeyCode>(keyCode), met), std::nullopt) << keyCode;
     }
 }
 
 TEST(ShiftEnglish, EveryConditionIsNeeded) {
     auto conditions = met;
     conditions.shift = false;
-    EXPECT_EQ(ShiftEnglish::character(0, conditions), std::nullopt);
+    EXPECT_EQ(shiftEnglish::character(0, conditions), std::nullopt);
     conditions = met;
     conditions.shortcutModifier = true;
-    EXPECT_EQ(ShiftEnglish::character(0, conditions), std::nullopt);
+    EXPECT_EQ(shiftEnglish::character(0, conditions), std::nullopt);
     conditions = met;
     conditions.rtlSource = false;
-    EXPECT_EQ(ShiftEnglish::character(0, conditions), std::nullopt);
+    EXPECT_EQ(shiftEnglish::character(0, conditions), std::nullopt);
     conditions = met;
     conditions.editable = false;
-    EXPECT_EQ(ShiftEnglish::character(0, conditions), std::nullopt);
+    EXPECT_EQ(shiftEnglish::character(0, conditions), std::nullopt);
 }
 
 TEST(ShiftEnglish, TheListOfKeysIsTheTable) {
-    const auto keys = ShiftEnglish::keyCodes();
+    const auto keys = shiftEnglish::keyCodes();
     EXPECT_EQ(keys.size(), 26U);
     std::u16string letters;
     for (const auto key : keys) {
-        letters.push_back(ShiftEnglish::character(key, met).value_or(u'?'));
+        letters.push_back(shiftEnglish::character(key, met).value_or(u'?'));
     }
     std::ranges::sort(letters);
     EXPECT_EQ(letters, u"abcdefghijklmnopqrstuvwxyz");

@@ -23,7 +23,7 @@ namespace {
 /// A message of the table with where it came from, for tests that look at every one of them.
 struct Message {
     std::string name;
-    AppTranslations::Entry entry;
+    appTranslations::Entry entry;
     bool isName = false;
 };
 
@@ -77,9 +77,9 @@ void forEveryText(const std::function<void(const Message&, std::string_view)>& c
 
 TEST(AppTranslations, FindsEveryRowByItsHebrewText) {
     const auto all = messages();
-    ASSERT_EQ(AppTranslations::entries().size(), all.size());
+    ASSERT_EQ(appTranslations::entries().size(), all.size());
     for (const auto& message : all) {
-        const auto* entry = AppTranslations::entry(message.entry.key);
+        const auto* entry = appTranslations::entry(message.entry.key);
         ASSERT_NE(entry, nullptr) << message.name;
         EXPECT_EQ(entry->key, message.entry.key);
         EXPECT_EQ(entry->english, message.entry.english);
@@ -89,7 +89,7 @@ TEST(AppTranslations, FindsEveryRowByItsHebrewText) {
 
 TEST(AppTranslations, HasNoEntryForOtherTexts) {
     for (const auto* text : {"", "Settings", "הגדרו", "הגדרות!", "الإعدادات"}) {
-        EXPECT_EQ(AppTranslations::entry(text), nullptr) << text;
+        EXPECT_EQ(appTranslations::entry(text), nullptr) << text;
     }
 }
 
@@ -167,7 +167,7 @@ TEST(AppTranslations, KeepsLatinNamesInEveryLanguage) {
 
 TEST(AppTranslations, RowOfADesktopNamesNothingOfAnother) {
     int pairs = 0;
-    const auto check = [](const AppTranslations::Entry* entry, Desktop desktop) {
+    const auto check = [](const appTranslations::Entry* entry, Desktop desktop) {
         ASSERT_NE(entry, nullptr);
         for (const auto text : {entry->key, entry->english, entry->arabic}) {
             EXPECT_EQ(fakes::wordOfAnotherDesktop(text, desktop), std::nullopt) << text;
@@ -176,8 +176,8 @@ TEST(AppTranslations, RowOfADesktopNamesNothingOfAnother) {
 #define QUILLANE_TEXT(name, hebrew, english, arabic)
 #define QUILLANE_NAME(name, text)
 #define QUILLANE_ON_MACOS(name, hebrew, english, arabic)                                                               \
-    check(AppTranslations::entry(texts::name.on(Desktop::macOS).key), Desktop::macOS);                                 \
-    check(AppTranslations::entry(texts::name.on(Desktop::linuxDesktop).key), Desktop::linuxDesktop);                   \
+    check(appTranslations::entry(texts::name.on(Desktop::macOS).key), Desktop::macOS);                                 \
+    check(appTranslations::entry(texts::name.on(Desktop::linuxDesktop).key), Desktop::linuxDesktop);                   \
     ++pairs;
 #define QUILLANE_ON_LINUX(name, hebrew, english, arabic)
 #include "core/localization/AppTranslations.def"

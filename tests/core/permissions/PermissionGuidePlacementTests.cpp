@@ -16,7 +16,7 @@ static void PrintTo(const Rect& rect, std::ostream* out) {
 
 namespace {
 
-using PermissionGuidePlacement::frame;
+using permissionGuidePlacement::frame;
 constexpr Size card{420, 190};
 constexpr Rect screen{0, 0, 1440, 900};
 
@@ -57,7 +57,7 @@ TEST(PermissionGuidePlacement, StaysInTheAreaAndOffTheWindowWhereverASideHasRoom
     int beside = 0;
     for (int round = 0; round < 20000; ++round) {
         const Rect visible{between(-3000, 3000), between(-3000, 3000), between(30, 4000), between(30, 3000)};
-        const auto area = visible.insetBy(PermissionGuidePlacement::margin);
+        const auto area = visible.insetBy(permissionGuidePlacement::margin);
         const Rect window{visible.x + between(-300, visible.width), visible.y + between(-300, visible.height),
                           between(400, 2500), between(300, 2000)};
         const auto result = frame(window, visible, card);

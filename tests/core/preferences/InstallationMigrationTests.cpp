@@ -29,7 +29,7 @@ TEST(InstallationMigration, CopiesTheEightKeysUnchanged) {
         legacy.emplace(key, std::string("value of ") + key);
     }
     FakeUserDefaults defaults;
-    InstallationMigration::migratePreferences(defaults, legacy);
+    installationMigration::migratePreferences(defaults, legacy);
     auto expected = legacy;
     expected.emplace("QuillaneMigratedInstallation", true);
     expected.emplace("QuillaneIdentityMigrationV1", true);
@@ -38,7 +38,7 @@ TEST(InstallationMigration, CopiesTheEightKeysUnchanged) {
 
 TEST(InstallationMigration, LeavesOtherKeysBehind) {
     FakeUserDefaults defaults;
-    InstallationMigration::migratePreferences(
+    installationMigration::migratePreferences(
         defaults, Dictionary{{"KeepAwakeEnabled", true}, {"ExcludeScreenSharing", false}, {"Anything", "else"}});
     EXPECT_EQ(defaults.values,
               (Dictionary{{"QuillaneMigratedInstallation", true}, {"QuillaneIdentityMigrationV1", true}}));
@@ -48,7 +48,7 @@ TEST(InstallationMigration, LeavesOtherKeysBehind) {
 TEST(InstallationMigration, NeverOverwritesAValueOfThisEdition) {
     for (const auto* key : migratedKeys) {
         FakeUserDefaults defaults({{key, true}});
-        InstallationMigration::migratePreferences(defaults, Dictionary{{key, false}});
+        installationMigration::migratePreferences(defaults, Dictionary{{key, false}});
         EXPECT_EQ(defaults.boolean(key), true) << key;
         EXPECT_EQ(defaults.boolean("QuillaneMigratedInstallation"), true);
     }
@@ -56,27 +56,27 @@ TEST(InstallationMigration, NeverOverwritesAValueOfThisEdition) {
 
 TEST(InstallationMigration, KeepsAValueOfThisEditionEvenWhenMistyped) {
     FakeUserDefaults defaults(Dictionary{{"ShiftEnglishEnabled", "yes"}});
-    InstallationMigration::migratePreferences(defaults, Dictionary{{"ShiftEnglishEnabled", false}});
+    installationMigration::migratePreferences(defaults, Dictionary{{"ShiftEnglishEnabled", false}});
     EXPECT_EQ(defaults.string("ShiftEnglishEnabled"), "yes");
 }
 
 TEST(InstallationMigration, WithoutAPreviousEditionOnlyTheMarkerIsSet) {
     FakeUserDefaults defaults;
-    InstallationMigration::migratePreferences(defaults, std::nullopt);
+    installationMigration::migratePreferences(defaults, std::nullopt);
     EXPECT_EQ(defaults.values, (Dictionary{{"QuillaneIdentityMigrationV1", true}}));
 }
 
 TEST(InstallationMigration, AnEmptyPreviousEditionCountsAsMigrated) {
     FakeUserDefaults defaults;
-    InstallationMigration::migratePreferences(defaults, Dictionary{});
+    installationMigration::migratePreferences(defaults, Dictionary{});
     EXPECT_EQ(defaults.boolean("QuillaneMigratedInstallation"), true);
 }
 
 TEST(InstallationMigration, ASecondRunReadsAndWritesNothing) {
     FakeUserDefaults defaults;
-    InstallationMigration::migratePreferences(defaults, std::nullopt);
+    installationMigration::migratePreferences(defaults, std::nullopt);
     const auto values = defaults.values;
-    InstallationMigration::migratePreferences(defaults, Dictionary{{"ShiftEnglishEnabled", false}});
+    installationMigration::migratePreferences(defaults, Dictionary{{"ShiftEnglishEnabled", false}});
     EXPECT_EQ(defaults.values, values);
     EXPECT_EQ(defaults.writes, 1);
 }
@@ -84,7 +84,7 @@ TEST(InstallationMigration, ASecondRunReadsAndWritesNothing) {
 TEST(InstallationMigration, AMarkerThatIsNotTrueDoesNotCount) {
     for (const PropertyListValue& marker : std::vector<PropertyListValue>{false, "true", std::int64_t{1}}) {
         FakeUserDefaults defaults({{"QuillaneIdentityMigrationV1", marker}});
-        InstallationMigration::migratePreferences(defaults, Dictionary{{"ShiftEnglishEnabled", false}});
+        installationMigration::migratePreferences(defaults, Dictionary{{"ShiftEnglishEnabled", false}});
         EXPECT_EQ(defaults.boolean("ShiftEnglishEnabled"), false);
         EXPECT_EQ(defaults.boolean("QuillaneIdentityMigrationV1"), true);
     }
@@ -93,7 +93,7 @@ TEST(InstallationMigration, AMarkerThatIsNotTrueDoesNotCount) {
 class LoadState : public ::testing::Test {
 protected:
     std::string load() {
-        return InstallationMigration::loadState([this] { return step("read current", current_); },
+        return installationMigration::loadState([this] { return step("read current", current_); },
                                                 [this] { return step("read legacy", legacy_); },
                                                 [this](const std::string& state) {
                                                     step("write", current_);

@@ -15,10 +15,10 @@ constexpr double text = 4.5;     // WCAG 2.1, success criterion 1.4.3, level AA
 constexpr double graphics = 3.0; // WCAG 2.1, success criterion 1.4.11, level AA
 
 TEST(BrandPalette, HasItsColours) {
-    EXPECT_EQ(BrandPalette::primary(Appearance::light), (Color{36, 38, 43}));
-    EXPECT_EQ(BrandPalette::primary(Appearance::dark), (Color{246, 246, 248}));
-    EXPECT_EQ(BrandPalette::amber(Appearance::light), (Color{185, 90, 33}));
-    EXPECT_EQ(BrandPalette::amber(Appearance::dark), (Color{255, 224, 175}));
+    EXPECT_EQ(brandPalette::primary(Appearance::light), (Color{36, 38, 43}));
+    EXPECT_EQ(brandPalette::primary(Appearance::dark), (Color{246, 246, 248}));
+    EXPECT_EQ(brandPalette::amber(Appearance::light), (Color{185, 90, 33}));
+    EXPECT_EQ(brandPalette::amber(Appearance::dark), (Color{255, 224, 175}));
 }
 
 TEST(BrandPalette, ContrastIsMeasuredAsTheGuidelinesDo) {
@@ -30,24 +30,24 @@ TEST(BrandPalette, ContrastIsMeasuredAsTheGuidelinesDo) {
 
 TEST(BrandPalette, EveryTextIsLegibleOnEverySurface) {
     for (const auto appearance : appearances) {
-        const auto& shades = BrandPalette::shades(appearance);
+        const auto& shades = brandPalette::shades(appearance);
         for (const auto surface : {shades.window, shades.card, shades.field, shades.selection}) {
-            EXPECT_GE(contrastRatio(BrandPalette::primary(appearance), surface), text);
+            EXPECT_GE(contrastRatio(brandPalette::primary(appearance), surface), text);
             EXPECT_GE(contrastRatio(shades.secondary, surface), text);
         }
         for (const auto surface : {shades.window, shades.card, shades.field}) {
             EXPECT_GE(contrastRatio(shades.warning, surface), text);
             EXPECT_GE(contrastRatio(shades.good, surface), text);
         }
-        EXPECT_GE(contrastRatio(shades.onAmber, BrandPalette::amber(appearance)), text);
+        EXPECT_GE(contrastRatio(shades.onAmber, brandPalette::amber(appearance)), text);
     }
 }
 
 TEST(BrandPalette, WhatCanBeUsedStandsOutFromItsSurface) {
     for (const auto appearance : appearances) {
-        const auto& shades = BrandPalette::shades(appearance);
+        const auto& shades = brandPalette::shades(appearance);
         for (const auto surface : {shades.window, shades.card}) {
-            EXPECT_GE(contrastRatio(BrandPalette::amber(appearance), surface), graphics);
+            EXPECT_GE(contrastRatio(brandPalette::amber(appearance), surface), graphics);
             EXPECT_GE(contrastRatio(shades.off, surface), graphics - 0.1);
             EXPECT_GE(contrastRatio(shades.outline, surface), graphics - 0.1);
         }
@@ -58,11 +58,11 @@ TEST(BrandPalette, WhatCanBeUsedStandsOutFromItsSurface) {
 
 TEST(BrandPalette, TheWordmarkSpellsTheName) {
     std::string name;
-    for (const auto& run : BrandPalette::wordmark(Appearance::dark, false)) {
+    for (const auto& run : brandPalette::wordmark(Appearance::dark, false)) {
         name += run.text;
     }
     EXPECT_EQ(name, "Quillane");
-    EXPECT_EQ(BrandPalette::wordmark(Appearance::light, true).size(), 1U);
+    EXPECT_EQ(brandPalette::wordmark(Appearance::light, true).size(), 1U);
 }
 
 } // namespace

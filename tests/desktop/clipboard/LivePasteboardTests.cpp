@@ -20,8 +20,8 @@ namespace quillane::live {
 namespace {
 
 using core::ClipboardKind;
-using core::ClipboardSnapshot::RestoreMode;
-namespace Types = core::PasteboardTypes;
+using core::clipboardSnapshot::RestoreMode;
+namespace Types = core::pasteboardTypes;
 
 constexpr std::chrono::milliseconds largeTransfer{60'000};
 
@@ -56,7 +56,7 @@ protected:
         connection_ = std::move(*X11Connection::open(desktop().display()));
         pasteboard_ = std::make_unique<X11Pasteboard>(*connection_);
         pasteboard_->setInterest([](const auto& types, const auto& source) {
-            return core::ClipboardSnapshot::wantedTypes(types, core::ClipboardOptions{}, {}, source);
+            return core::clipboardSnapshot::wantedTypes(types, core::ClipboardOptions{}, {}, source);
         });
         counting_ = pasteboard_->onChanged([this] { ++notices_; });
     }
@@ -111,7 +111,7 @@ protected:
     }
 
     [[nodiscard]] std::optional<core::ClipboardEntry> capture() const {
-        return core::ClipboardSnapshot::capture(*pasteboard_, core::ClipboardOptions{},
+        return core::clipboardSnapshot::capture(*pasteboard_, core::ClipboardOptions{},
                                                 {"com.example.front", "Front", false, core::Date{1}});
     }
 
@@ -145,7 +145,7 @@ protected:
     }
 
     void restore(const core::ClipboardEntry& entry, RestoreMode mode = RestoreMode::full) {
-        ASSERT_TRUE(core::ClipboardSnapshot::restore(entry, pasteboard(), mode));
+        ASSERT_TRUE(core::clipboardSnapshot::restore(entry, pasteboard(), mode));
     }
 
     void expectPastedIntoEditor(const std::string& text) {
@@ -293,7 +293,7 @@ TEST_F(LivePasteboard, WhatIsRestoredIsServedAfterItsOwnerHasGone) {
 
     // A file that has gone leaves the clipboard as it is.
     std::filesystem::remove(here);
-    EXPECT_FALSE(core::ClipboardSnapshot::restore(*files, pasteboard(), RestoreMode::full));
+    EXPECT_FALSE(core::clipboardSnapshot::restore(*files, pasteboard(), RestoreMode::full));
     EXPECT_EQ(pasteWithXclip("text/uri-list"), "file://" + here + "\r\nfile://" + here + "\r\n");
 }
 

@@ -26,7 +26,7 @@ public:
         changed_.wait(lock, [this] { return !isAway_; });
         lock.unlock();
         ++asked_;
-        return core::FileShareProtocol::examine(file);
+        return core::fileShareProtocol::examine(file);
     }
 
     void setAway(bool isAway) {
@@ -120,7 +120,7 @@ TEST_F(ThreadFileExaminerTest, DiskThatHangsDoesNotHoldUpAnotherFile) {
     const auto away = files_.url("away.txt");
     ThreadFileExaminer examiner(driver_.queue(),
                                 [hung, away](const core::Url& file) {
-                                    return file == away ? hung->examine(file) : core::FileShareProtocol::examine(file);
+                                    return file == away ? hung->examine(file) : core::fileShareProtocol::examine(file);
                                 },
                                 {});
     const auto keep = [this](const core::ExaminedFile& answer) { answers_.push_back(answer); };

@@ -37,7 +37,7 @@ ShortcutStyle TerminalFocus::styleIn(pid_t pid) const {
     }
     const auto role = textOf(told[0]);
     const auto subrole = textOf(told[1]);
-    return TerminalShortcuts::styleOf({.role = role,
+    return terminalShortcuts::styleOf({.role = role,
                                        .subrole = subrole,
                                        .application = identifier,
                                        .inTerminal = installed_->index().isTerminal(identifier)});

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <array>
 
-namespace quillane::TerminalShortcuts {
+namespace quillane::terminalShortcuts {
 
 namespace {
 
@@ -47,4 +47,4 @@ std::optional<KeyPress> pressed(ShortcutStyle style, const KeyPress& onMac) {
     return onMac == KeyPress{keyV, flags::command} ? std::optional(KeyPress{keyInsert, flags::shift}) : std::nullopt;
 }
 
-} // namespace quillane::TerminalShortcuts
+} // namespace quillane::terminalShortcuts

@@ -33,7 +33,7 @@ struct ShortcutFocus {
     bool inTerminal = false;      ///< the application calls itself a terminal
 };
 
-namespace TerminalShortcuts {
+namespace terminalShortcuts {
 
 /// What has the focus decides, if it is told: other applications hold terminals, and terminals have fields to search
 /// in.
@@ -42,6 +42,6 @@ namespace TerminalShortcuts {
 /// The keys that do in such an application what the keys with Command do on a Mac; none when it has no such keys.
 [[nodiscard]] std::optional<KeyPress> pressed(ShortcutStyle style, const KeyPress& onMac);
 
-} // namespace TerminalShortcuts
+} // namespace terminalShortcuts
 
 } // namespace quillane

@@ -66,7 +66,7 @@ void X11AreaCapture::copy(const QImage& picture) {
         mainQueue_.post([this, alive, png = pngOf(picture)]() mutable {
             if (!alive.expired() && !png.empty()) {
                 pasteboard_.clear();
-                pasteboard_.write({{{{std::string(core::PasteboardTypes::png), std::move(png)}}, {}}});
+                pasteboard_.write({{{{std::string(core::pasteboardTypes::png), std::move(png)}}, {}}});
             }
         });
     });

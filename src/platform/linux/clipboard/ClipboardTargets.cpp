@@ -10,11 +10,11 @@
 #include <array>
 #include <utility>
 
-namespace quillane::ClipboardTargets {
+namespace quillane::clipboardTargets {
 
 namespace {
 
-namespace Types = core::PasteboardTypes;
+namespace Types = core::pasteboardTypes;
 
 /// What the bytes of a target are.
 enum class Form {
@@ -60,7 +60,7 @@ constexpr std::array targets{
 /// What password managers add on Linux: a copy that carries it is a secret, whatever it says.
 constexpr std::string_view passwordHint = "x-kde-passwordManagerHint";
 
-constexpr std::size_t knownCount = targets.size() + core::ClipboardPrivacy::ignoredTypes.size() + 1;
+constexpr std::size_t knownCount = targets.size() + core::clipboardPrivacy::ignoredTypes.size() + 1;
 
 constexpr auto knownNames = [] {
     std::array<std::string_view, knownCount> names{};
@@ -68,7 +68,7 @@ constexpr auto knownNames = [] {
     for (const auto& target : targets) {
         *next++ = target.name;
     }
-    for (const auto marker : core::ClipboardPrivacy::ignoredTypes) {
+    for (const auto marker : core::clipboardPrivacy::ignoredTypes) {
         *next++ = marker;
     }
     *next = passwordHint;
@@ -259,8 +259,8 @@ core::PasteboardTypeSet typesOf(std::span<const std::string_view> offered) {
             types.emplace(target->type);
         } else if (name == passwordHint) {
             types.emplace(Types::concealed);
-        } else if (std::ranges::find(core::ClipboardPrivacy::ignoredTypes, name) !=
-                   core::ClipboardPrivacy::ignoredTypes.end()) {
+        } else if (std::ranges::find(core::clipboardPrivacy::ignoredTypes, name) !=
+                   core::clipboardPrivacy::ignoredTypes.end()) {
             types.emplace(name);
         }
     }
@@ -324,7 +324,7 @@ UriList parseUriList(std::span<const std::byte> bytes) {
         }
         if (startsWithFileScheme(line)) {
             list.fileUrls.emplace_back(line);
-            if (list.fileUrls.size() > core::ClipboardSnapshot::maximumItems) {
+            if (list.fileUrls.size() > core::clipboardSnapshot::maximumItems) {
                 break;
             }
         } else if (!list.url) {
@@ -349,4 +349,4 @@ std::optional<core::SharedBytes> dataFor(std::string_view name, std::span<const 
     return target && target->isOffered ? converted(*target, items) : std::nullopt;
 }
 
-} // namespace quillane::ClipboardTargets
+} // namespace quillane::clipboardTargets

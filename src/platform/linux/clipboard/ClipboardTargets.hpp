@@ -12,7 +12,7 @@
 #include <vector>
 
 /// How the targets of an X selection (ICCCM, section 2.6.2; MIME types beside them) stand for uniform types.
-namespace quillane::ClipboardTargets {
+namespace quillane::clipboardTargets {
 
 /// Every target that is understood, markers included. Those not here are passed over.
 [[nodiscard]] std::span<const std::string_view> known();
@@ -46,4 +46,4 @@ struct UriList {
 [[nodiscard]] std::optional<core::SharedBytes> dataFor(std::string_view target,
                                                        std::span<const core::PasteboardItem> items);
 
-} // namespace quillane::ClipboardTargets
+} // namespace quillane::clipboardTargets

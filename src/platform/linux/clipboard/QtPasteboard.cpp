@@ -89,8 +89,8 @@ bool QtPasteboard::setString(std::string_view type, std::string_view text) {
 
 bool QtPasteboard::write(std::vector<core::PasteboardItem> items) {
     auto offered = std::make_unique<QMimeData>();
-    for (const auto target : ClipboardTargets::targetsFor(items)) {
-        if (const auto bytes = ClipboardTargets::dataFor(target, items); bytes && target.find('/') != target.npos) {
+    for (const auto target : clipboardTargets::targetsFor(items)) {
+        if (const auto bytes = clipboardTargets::dataFor(target, items); bytes && target.find('/') != target.npos) {
             offered->setData(QString::fromUtf8(target.data(), qsizetype(target.size())),
                              QByteArray(reinterpret_cast<const char*>((*bytes)->data()), qsizetype((*bytes)->size())));
         }

@@ -42,7 +42,7 @@ X11Pasteboard::X11Pasteboard(X11Connection& connection, X11PasteboardLimits limi
       reader_(connection, atomOf(connection, "CLIPBOARD"), limits.reading),
       owner_(connection, atomOf(connection, "CLIPBOARD"), limits.writing) {
     std::vector<std::string_view> names{"CLIPBOARD", "TARGETS"};
-    names.insert(names.end(), ClipboardTargets::known().begin(), ClipboardTargets::known().end());
+    names.insert(names.end(), clipboardTargets::known().begin(), clipboardTargets::known().end());
     const auto atoms = connection_.internAtoms(names);
     for (std::size_t i = 0; i < names.size(); ++i) {
         atoms_[names[i]] = atoms[i];
@@ -151,7 +151,7 @@ void X11Pasteboard::fetchTargets() {
                                 targets_.push_back(name->second);
                             }
                         }
-                        types_ = ClipboardTargets::typesOf(targets_);
+                        types_ = clipboardTargets::typesOf(targets_);
                         fetchWanted();
                     });
 }
@@ -159,9 +159,9 @@ void X11Pasteboard::fetchTargets() {
 void X11Pasteboard::fetchWanted() {
     const auto types = wanted();
     const auto wants = [&](std::string_view type) { return std::ranges::find(types, type) != types.end(); };
-    if (!source_ && wants(core::PasteboardTypes::source)) {
+    if (!source_ && wants(core::pasteboardTypes::source)) {
         fetchSource();
-    } else if (wants(core::PasteboardTypes::fileUrl)) {
+    } else if (wants(core::pasteboardTypes::fileUrl)) {
         fetchUriList();
     } else {
         toFetch_.assign(types.begin(), types.end());
@@ -171,7 +171,7 @@ void X11Pasteboard::fetchWanted() {
 
 /// What it says may refuse everything else, which is not asked for then.
 void X11Pasteboard::fetchSource() {
-    const auto target = ClipboardTargets::targetFor(core::PasteboardTypes::source, targets_);
+    const auto target = clipboardTargets::targetFor(core::pasteboardTypes::source, targets_);
     if (!target) {
         source_.emplace();
         fetchWanted();
@@ -189,14 +189,14 @@ void X11Pasteboard::fetchSource() {
             if (core::isValidUtf8(text)) {
                 *source_ = text;
             }
-            fetched_.front().data.emplace(core::PasteboardTypes::source, std::move(contents.bytes));
+            fetched_.front().data.emplace(core::pasteboardTypes::source, std::move(contents.bytes));
         }
         fetchWanted();
     });
 }
 
 void X11Pasteboard::fetchUriList() {
-    const auto target = ClipboardTargets::targetFor(core::PasteboardTypes::fileUrl, targets_);
+    const auto target = clipboardTargets::targetFor(core::pasteboardTypes::fileUrl, targets_);
     if (!target) {
         publish({});
         return;
@@ -210,20 +210,20 @@ void X11Pasteboard::takeUriList(const X11SelectionReader::Contents& contents) {
         publish({});
         return;
     }
-    const auto list = ClipboardTargets::parseUriList(contents.bytes);
+    const auto list = clipboardTargets::parseUriList(contents.bytes);
     if (list.fileUrls.empty()) {
-        types_.erase(std::string(core::PasteboardTypes::fileUrl));
+        types_.erase(std::string(core::pasteboardTypes::fileUrl));
     }
-    if (list.url && types_.emplace(core::PasteboardTypes::url).second) {
+    if (list.url && types_.emplace(core::pasteboardTypes::url).second) {
         const auto bytes = std::as_bytes(std::span(*list.url));
-        fetched_.front().data.emplace(core::PasteboardTypes::url, std::vector(bytes.begin(), bytes.end()));
+        fetched_.front().data.emplace(core::pasteboardTypes::url, std::vector(bytes.begin(), bytes.end()));
     }
     for (std::size_t i = 0; i < list.fileUrls.size(); ++i) {
         if (i > 0) {
-            fetched_.push_back({{std::string(core::PasteboardTypes::fileUrl)}, {}});
+            fetched_.push_back({{std::string(core::pasteboardTypes::fileUrl)}, {}});
         }
         const auto bytes = std::as_bytes(std::span(list.fileUrls[i]));
-        fetched_[i].data.emplace(core::PasteboardTypes::fileUrl, std::vector(bytes.begin(), bytes.end()));
+        fetched_[i].data.emplace(core::pasteboardTypes::fileUrl, std::vector(bytes.begin(), bytes.end()));
     }
     const auto types = wanted();
     toFetch_.assign(types.begin(), types.end());
@@ -234,7 +234,7 @@ void X11Pasteboard::fetchNext() {
     while (!toFetch_.empty()) {
         const auto type = toFetch_.front();
         toFetch_.erase(toFetch_.begin());
-        const auto target = ClipboardTargets::targetFor(type, targets_);
+        const auto target = clipboardTargets::targetFor(type, targets_);
         if (!target || fetched_.front().data.contains(type)) {
             continue;
         }
@@ -246,7 +246,7 @@ void X11Pasteboard::fetchNext() {
                 }
                 isRefused_ = isRefused_ || contents.failure == Failure::refused;
                 auto data =
-                    contents.failure ? std::nullopt : ClipboardTargets::toUniform(target, std::move(contents.bytes));
+                    contents.failure ? std::nullopt : clipboardTargets::toUniform(target, std::move(contents.bytes));
                 if (data) {
                     fetched_.front().data.emplace(type, std::move(*data));
                 }
@@ -268,7 +268,7 @@ std::size_t X11Pasteboard::bytesLeft() const {
             taken += bytes->size();
         }
     }
-    return core::ClipboardSnapshot::maximumBytes - std::min(taken, core::ClipboardSnapshot::maximumBytes);
+    return core::clipboardSnapshot::maximumBytes - std::min(taken, core::clipboardSnapshot::maximumBytes);
 }
 
 void X11Pasteboard::publish(std::vector<Item> items) {

@@ -28,7 +28,7 @@ bool X11PrimarySelection::offer() {
         return true;
     }
     offered_.reset();
-    const std::string type(core::PasteboardTypes::string);
+    const std::string type(core::pasteboardTypes::string);
     const auto text = pasteboard_.string(type);
     if (text && owner_.own({{{}, {{type, *text}}}})) {
         confirm(changeCount);

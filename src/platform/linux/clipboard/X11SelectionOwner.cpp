@@ -33,7 +33,7 @@ X11SelectionOwner::X11SelectionOwner(X11Connection& connection, xcb_atom_t selec
                                      std::chrono::milliseconds patience)
     : connection_(connection), selection_(selection), patience_(patience) {
     std::vector<std::string_view> names(protocolNames.begin(), protocolNames.end());
-    names.insert(names.end(), ClipboardTargets::known().begin(), ClipboardTargets::known().end());
+    names.insert(names.end(), clipboardTargets::known().begin(), clipboardTargets::known().end());
     const auto atoms = connection_.internAtoms(names);
     for (std::size_t i = 0; i < names.size(); ++i) {
         atoms_[names[i]] = atoms[i];
@@ -154,14 +154,14 @@ std::optional<X11SelectionOwner::Value> X11SelectionOwner::valueOf(xcb_atom_t ta
     }
     if (target == atoms_.at("TARGETS")) {
         std::vector<xcb_atom_t> targets{target, atoms_.at("TIMESTAMP"), atoms_.at("MULTIPLE")};
-        for (const auto name : ClipboardTargets::targetsFor(items_)) {
+        for (const auto name : clipboardTargets::targetsFor(items_)) {
             targets.push_back(atoms_.at(name));
         }
         return Value{XCB_ATOM_ATOM, 32, sharedBytes(targets)};
     }
-    for (const auto name : ClipboardTargets::known()) {
+    for (const auto name : clipboardTargets::known()) {
         if (atoms_.at(name) == target) {
-            auto data = ClipboardTargets::dataFor(name, items_);
+            auto data = clipboardTargets::dataFor(name, items_);
             return data ? std::optional(Value{target, 8, std::move(*data)}) : std::nullopt;
         }
     }

@@ -114,7 +114,7 @@ void X11EventTap::disable() {
 void X11EventTap::setReplaceableKeys(std::span<const core::KeyCode> keys) {
     replaceableKeys_.clear();
     for (const auto key : keys) {
-        if (const auto keycode = X11KeyCodes::keycode(key)) {
+        if (const auto keycode = x11KeyCodes::keycode(key)) {
             replaceableKeys_.push_back(*keycode);
         }
     }
@@ -124,13 +124,13 @@ void X11EventTap::setReplaceableKeys(std::span<const core::KeyCode> keys) {
 void X11EventTap::updateReplacing() {
     const auto source = sources_.current();
     const bool replaces =
-        state_ == State::running && source && core::RTLInputLanguage::isRightToLeft(source->languages);
+        state_ == State::running && source && core::rtlInputLanguage::isRightToLeft(source->languages);
     rewriter_.setKeys(replaces ? std::span<const xcb_keycode_t>(replaceableKeys_) : std::span<const xcb_keycode_t>());
 }
 
 InputEvent X11EventTap::translated(const X11RawEvent& event) const {
     InputEvent translated{.type = event.isPress ? EventType::keyDown : EventType::keyUp,
-                          .keyCode = X11KeyCodes::macKeyCode(event.detail),
+                          .keyCode = x11KeyCodes::macKeyCode(event.detail),
                           .flags = keyboard_.flags()};
     if (const auto* modifier = keyboard_.keymap().modifier(event.detail)) {
         translated.type = EventType::flagsChanged;

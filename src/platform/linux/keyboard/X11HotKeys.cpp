@@ -94,7 +94,7 @@ std::vector<std::uint16_t> X11HotKeys::modifiersFor(core::EventFlags flags) cons
 }
 
 void X11HotKeys::grab(const std::shared_ptr<Registered>& key) {
-    const auto keycode = X11KeyCodes::keycode(key->key.keyCode);
+    const auto keycode = x11KeyCodes::keycode(key->key.keyCode);
     auto modifiers = modifiersFor(key->key.modifiers);
     if (!keycode || modifiers.empty() || connection_.isLost()) {
         return; // made when the map is known and the connection is there

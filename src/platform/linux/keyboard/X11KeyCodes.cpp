@@ -8,7 +8,7 @@
 #include <linux/input-event-codes.h>
 #include <xkbcommon/xkbcommon-keysyms.h>
 
-namespace quillane::X11KeyCodes {
+namespace quillane::x11KeyCodes {
 
 namespace {
 
@@ -131,4 +131,4 @@ const ModifierKey* modifier(std::uint32_t keysym, xcb_keycode_t keycode) {
     }
 }
 
-} // namespace quillane::X11KeyCodes
+} // namespace quillane::x11KeyCodes

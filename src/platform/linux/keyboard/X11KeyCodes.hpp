@@ -19,7 +19,7 @@ struct ModifierKey {
     bool operator==(const ModifierKey&) const = default;
 };
 
-namespace X11KeyCodes {
+namespace x11KeyCodes {
 
 /// The macOS virtual key code of the key in the same place. X numbers keys as Linux does (linux/input-event-codes.h)
 /// plus 8. Keys that no Mac keyboard has get numbers of their own above 0xff.
@@ -32,6 +32,6 @@ namespace X11KeyCodes {
 /// told by the place of the key, as it is for symbols that do not name a side.
 [[nodiscard]] const ModifierKey* modifier(std::uint32_t keysym, xcb_keycode_t keycode);
 
-} // namespace X11KeyCodes
+} // namespace x11KeyCodes
 
 } // namespace quillane

@@ -27,7 +27,7 @@ constexpr bool isLatinLetter(std::uint32_t keysym) { // the symbols of ASCII are
 } // namespace
 
 bool X11KeyEvents::isKeyDown(core::KeyCode keyCode) const {
-    const auto place = X11KeyCodes::keycode(keyCode);
+    const auto place = x11KeyCodes::keycode(keyCode);
     return place && keyboard_.keysDown().test(*place);
 }
 
@@ -71,14 +71,14 @@ std::optional<KeyPress> X11KeyEvents::pressIn(pid_t pid, const KeyPress& onMac) 
     if (style == ShortcutStyle::shiftInsert && !(offersSelection_ && offersSelection_())) {
         return std::nullopt;
     }
-    return TerminalShortcuts::pressed(style, onMac);
+    return terminalShortcuts::pressed(style, onMac);
 }
 
 /// The key in that place, unless the layout in use has another Latin letter there: then the key with the letter, which
 /// is what applications go by.
 std::optional<xcb_keycode_t> X11KeyEvents::keycodeFor(core::KeyCode keyCode) const {
-    const auto inPlace = X11KeyCodes::keycode(keyCode);
-    const auto letter = core::ShiftEnglish::character(keyCode, {.shift = true, .rtlSource = true, .editable = true});
+    const auto inPlace = x11KeyCodes::keycode(keyCode);
+    const auto letter = core::shiftEnglish::character(keyCode, {.shift = true, .rtlSource = true, .editable = true});
     const auto& keymap = keyboard_.keymap();
     const auto keysym = [&](xcb_keycode_t code) { return keymap.keysym(code, keyboard_.group(), 0); };
     if (!inPlace || !letter || !isLatinLetter(keysym(*inPlace)) || keysym(*inPlace) == *letter) {

@@ -297,7 +297,7 @@ void X11KeyRewriter::stopAtTypingKeys(std::uint8_t modifierBits) {
     const auto& keymap = keyboard_.keymap();
     for (unsigned code = keymap.firstKeycode(); code <= keymap.lastKeycode(); ++code) {
         const auto keycode = static_cast<xcb_keycode_t>(code);
-        if (!types(X11KeyCodes::macKeyCode(keycode)) || keymap.modifier(keycode) != nullptr) {
+        if (!types(x11KeyCodes::macKeyCode(keycode)) || keymap.modifier(keycode) != nullptr) {
             continue;
         }
         auto& added = typingGrabs_.emplace_back(TypingGrab{keycode, {locks}});

@@ -44,7 +44,7 @@ X11Keymap::X11Keymap(const xcb_xkb_get_map_reply_t& reply) : first_(reply.minKey
         groupCount_ = std::max(groupCount_, groups(key));
         const auto named = std::ranges::find_if(key.keysyms, [](auto keysym) { return keysym != 0; });
         if (named != key.keysyms.end()) {
-            modifiers_[keycode] = X11KeyCodes::modifier(*named, static_cast<xcb_keycode_t>(keycode));
+            modifiers_[keycode] = x11KeyCodes::modifier(*named, static_cast<xcb_keycode_t>(keycode));
         }
     }
 

@@ -60,10 +60,10 @@ TEST(ApplicationIndex, AnExcludedApplicationIsIgnoredWhateverItsWindowsAreCalled
         excluded.push_back(one.bundleID);
     }
     for (const auto* windowClass : {"org.gnome.Nautilus", "Nautilus", "firefox", "Firefox-esr"}) {
-        EXPECT_TRUE(core::ClipboardPrivacy::shouldIgnore({}, "", index.identifierOf(windowClass), excluded, false))
+        EXPECT_TRUE(core::clipboardPrivacy::shouldIgnore({}, "", index.identifierOf(windowClass), excluded, false))
             << windowClass;
     }
-    EXPECT_FALSE(core::ClipboardPrivacy::shouldIgnore({}, "", index.identifierOf("Other"), excluded, false));
+    EXPECT_FALSE(core::clipboardPrivacy::shouldIgnore({}, "", index.identifierOf("Other"), excluded, false));
 }
 
 TEST(ApplicationIndex, AnApplicationWithManyEntriesIsShownOnceByItsMainOne) {

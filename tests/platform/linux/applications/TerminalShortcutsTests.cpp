@@ -21,8 +21,8 @@ namespace quillane {
 namespace {
 
 namespace flags = core::flags;
-using TerminalShortcuts::pressed;
-using TerminalShortcuts::styleOf;
+using terminalShortcuts::pressed;
+using terminalShortcuts::styleOf;
 
 constexpr KeyPress paste{.keyCode = 9, .flags = flags::command};
 

@@ -196,7 +196,7 @@ protected:
         if (driver_->pasteboard().items().empty()) {
             return {};
         }
-        const auto png = driver_->pasteboard().data(0, core::PasteboardTypes::png);
+        const auto png = driver_->pasteboard().data(0, core::pasteboardTypes::png);
         return png ? QImage::fromData(reinterpret_cast<const uchar*>((*png)->data()), static_cast<int>((*png)->size()))
                    : QImage();
     }

@@ -11,7 +11,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using namespace ClipboardTargets;
+using namespace clipboardTargets;
 
 std::vector<std::byte> bytesOf(std::string_view text) {
     const auto bytes = std::as_bytes(std::span(text));

@@ -16,7 +16,7 @@
 namespace quillane {
 namespace {
 
-namespace types = core::PasteboardTypes;
+namespace types = core::pasteboardTypes;
 
 class QtPasteboardTests : public ::testing::Test {
 private:

@@ -12,7 +12,7 @@ class X11PrimarySelectionTest : public X11PasteboardTest {
 protected:
     void write(const std::string& text) {
         pasteboard_.clear();
-        ASSERT_TRUE(pasteboard_.setString(core::PasteboardTypes::string, text));
+        ASSERT_TRUE(pasteboard_.setString(core::pasteboardTypes::string, text));
     }
 
     /// As a program does in which the user selects a text.

@@ -14,7 +14,7 @@
 
 namespace quillane {
 
-using core::ClipboardSnapshot::RestoreMode;
+using core::clipboardSnapshot::RestoreMode;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using namespace std::string_literals;
@@ -55,7 +55,7 @@ protected:
 
     void follow() {
         pasteboard_.setInterest([this](const auto& types, const auto& source) {
-            return core::ClipboardSnapshot::wantedTypes(types, options_, {}, source);
+            return core::clipboardSnapshot::wantedTypes(types, options_, {}, source);
         });
     }
 
@@ -71,7 +71,7 @@ protected:
     }
 
     std::optional<core::ClipboardEntry> capture() {
-        return core::ClipboardSnapshot::capture(pasteboard_, options_,
+        return core::clipboardSnapshot::capture(pasteboard_, options_,
                                                 {"com.example.front", "Front", false, core::Date{1}});
     }
 
@@ -111,7 +111,7 @@ protected:
     }
 
     void restored(const core::ClipboardEntry& entry) {
-        ASSERT_TRUE(core::ClipboardSnapshot::restore(entry, pasteboard_, RestoreMode::full));
+        ASSERT_TRUE(core::clipboardSnapshot::restore(entry, pasteboard_, RestoreMode::full));
         settle();
     }
 

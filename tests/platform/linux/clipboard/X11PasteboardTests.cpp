@@ -155,7 +155,7 @@ TEST_F(X11PasteboardTest, WithoutInterestNothingIsAsked) {
 TEST_F(X11PasteboardTest, CopyIsAnnouncedWhenItIsMadeAndWhenItCanBeRead) {
     std::vector<std::string> read;
     const auto notices = pasteboard_.onChanged(
-        [&] { read.push_back(pasteboard_.string(core::PasteboardTypes::string).value_or("(nothing)")); });
+        [&] { read.push_back(pasteboard_.string(core::pasteboardTypes::string).value_or("(nothing)")); });
     copied({{"UTF8_STRING", "text"}});
     EXPECT_THAT(read, ElementsAre("(nothing)", "text"));
     copied({{"application/unknown", "x"}});
@@ -182,13 +182,13 @@ TEST_F(X11PasteboardTest, CopyThatANoticeReplacesIsNotFetched) {
     const auto replacing = pasteboard_.onChanged([&] {
         if (notices_ == 1) {
             pasteboard_.clear();
-            EXPECT_TRUE(pasteboard_.setString(core::PasteboardTypes::string, "ours"));
+            EXPECT_TRUE(pasteboard_.setString(core::pasteboardTypes::string, "ours"));
         }
     });
     peer_.own({{"UTF8_STRING", "theirs"}});
     ASSERT_TRUE(waitUntil([&] { return !peer_.isOwner(); }));
     settle();
-    EXPECT_EQ(pasteboard_.string(core::PasteboardTypes::string), "ours");
+    EXPECT_EQ(pasteboard_.string(core::pasteboardTypes::string), "ours");
     EXPECT_THAT(peer_.asked(), IsEmpty());
 }
 
@@ -243,7 +243,7 @@ TEST_F(X11PasteboardTest, ALostConnectionEmptiesItAndTheNextCopyIsSeen) {
     }));
     EXPECT_GT(pasteboard_.changeCount(), before);
     EXPECT_THAT(pasteboard_.itemTypes(), IsEmpty());
-    EXPECT_FALSE(pasteboard_.setString(core::PasteboardTypes::string, "x"));
+    EXPECT_FALSE(pasteboard_.setString(core::pasteboardTypes::string, "x"));
     ASSERT_TRUE(waitUntil([&] { return !connection_->isLost(); }));
     settle();
     copied({{"UTF8_STRING", "again"}});
@@ -350,7 +350,7 @@ TEST_F(X11PasteboardTest, ACopyThatCrossesARestoreLosesToIt) {
         peer_.synchronize(); // the notice of it is still to be read here
         restored(entryOf(core::ClipboardKind::text, {{{"public.utf8-plain-text", bytesOf("ours")}}}));
         EXPECT_EQ(pastedText("UTF8_STRING"), "ours");
-        EXPECT_EQ(pasteboard_.string(core::PasteboardTypes::string), "ours");
+        EXPECT_EQ(pasteboard_.string(core::pasteboardTypes::string), "ours");
     }
 }
 

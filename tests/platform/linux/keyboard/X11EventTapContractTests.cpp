@@ -62,7 +62,7 @@ public:
     }
 
 private:
-    static std::uint8_t keycode(core::KeyCode key) { return X11KeyCodes::keycode(key).value(); }
+    static std::uint8_t keycode(core::KeyCode key) { return x11KeyCodes::keycode(key).value(); }
 
     /// What the user does comes after what this program has asked for, and is taken in before the next thing.
     void act(const std::function<void()>& action) {

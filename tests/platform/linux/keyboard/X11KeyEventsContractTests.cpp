@@ -19,7 +19,7 @@ public:
         settle();
         watched_ = session_.input->onKey([this](const X11RawEvent& event) {
             if (event.isPress) {
-                pressed_.push_back(X11KeyCodes::macKeyCode(event.detail));
+                pressed_.push_back(x11KeyCodes::macKeyCode(event.detail));
             }
         });
     }

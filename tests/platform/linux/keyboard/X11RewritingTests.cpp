@@ -35,9 +35,9 @@ std::uint8_t keycodeOf(char letter) {
     if (letter == ' ') {
         return key::space;
     }
-    for (const auto code : core::ShiftEnglish::keyCodes()) {
-        if (core::ShiftEnglish::character(code, {true, false, true, true}) == static_cast<char16_t>(letter)) {
-            return *X11KeyCodes::keycode(code);
+    for (const auto code : core::shiftEnglish::keyCodes()) {
+        if (core::shiftEnglish::character(code, {true, false, true, true}) == static_cast<char16_t>(letter)) {
+            return *x11KeyCodes::keycode(code);
         }
     }
     throw std::invalid_argument("no such key");
@@ -54,7 +54,7 @@ protected:
         session_ = *X11Session::open();
         sources_ = std::make_unique<X11InputSources>(*session_.connection, *session_.keyboard);
         tap_ = std::make_unique<X11EventTap>(session_, *sources_, mainQueue_);
-        tap_->setReplaceableKeys(core::ShiftEnglish::keyCodes());
+        tap_->setReplaceableKeys(core::shiftEnglish::keyCodes());
         EXPECT_TRUE(tap_->start(everything, [this](InputEvent& event) { receive(event); }));
         settle();
     }
@@ -65,7 +65,7 @@ protected:
         }
         ++presses_;
         std::this_thread::sleep_for(thinking_);
-        const auto letter = core::ShiftEnglish::character(
+        const auto letter = core::shiftEnglish::character(
             event.keyCode, {.shift = (event.flags & core::flags::shift) != 0,
                             .shortcutModifier = (event.flags & (core::flags::control | core::flags::option |
                                                                 core::flags::command)) != 0,
@@ -408,7 +408,7 @@ protected:
         session_ = *X11Session::open();
         sources_ = std::make_unique<X11InputSources>(*session_.connection, *session_.keyboard);
         tap_ = std::make_unique<X11EventTap>(session_, *sources_, mainQueue_);
-        tap_->setReplaceableKeys(core::ShiftEnglish::keyCodes());
+        tap_->setReplaceableKeys(core::shiftEnglish::keyCodes());
         ASSERT_TRUE(tap_->start(everything, [this](InputEvent& event) { receive(event); }));
         settle();
     }

@@ -45,7 +45,7 @@ private:
 };
 
 TEST(MacPasteboardTypes, AreThoseOfAppKit) {
-    namespace types = core::PasteboardTypes;
+    namespace types = core::pasteboardTypes;
     EXPECT_EQ(utf8(NSPasteboardTypeString), types::string);
     EXPECT_EQ(utf8(NSPasteboardTypeRTF), types::rtf);
     EXPECT_EQ(utf8(NSPasteboardTypeHTML), types::html);

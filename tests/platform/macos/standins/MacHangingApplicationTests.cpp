@@ -39,9 +39,9 @@ protected:
 
     /// Searches the whole tree for what is not there.
     void search() {
-        const AX::Search whole{.limit = 500, .skipping = {}, .reading = AX::labelNames};
-        EXPECT_FALSE(AX::find(accessibility, application, whole,
-                              [](const AX::Candidate& candidate) { return candidate.isLabelled("Right-to-Left"); }));
+        const ax::Search whole{.limit = 500, .skipping = {}, .reading = ax::labelNames};
+        EXPECT_FALSE(ax::find(accessibility, application, whole,
+                              [](const ax::Candidate& candidate) { return candidate.isLabelled("Right-to-Left"); }));
     }
 
     void pass(std::chrono::milliseconds time) {
@@ -79,8 +79,8 @@ TEST_F(MacHangingApplicationTest, EverythingTogetherCostsOneTimeout) {
 
 TEST_F(MacHangingApplicationTest, SearchEndsWhereTheApplicationStopsToAnswer) {
     int visited = 0;
-    const AX::Search whole{.limit = 500, .skipping = {}, .reading = {}};
-    EXPECT_FALSE(AX::find(accessibility, application, whole, [&](const AX::Candidate&) {
+    const ax::Search whole{.limit = 500, .skipping = {}, .reading = {}};
+    EXPECT_FALSE(ax::find(accessibility, application, whole, [&](const ax::Candidate&) {
         tree().hangs = ++visited == 20;
         return false;
     }));
@@ -94,8 +94,8 @@ TEST_F(MacHangingApplicationTest, AbsentRoleIsNoReasonToEnd) {
     odd.failing("AXRole", kAXErrorNoValue);
     auto& gone = tree().root.add("AXGroup");
     odd.add("AXButton").with("AXTitle", standin::value("Right-to-Left"));
-    const AX::Search whole{.limit = 500, .skipping = {}, .reading = AX::labelNames};
-    const auto found = AX::find(accessibility, application, whole, [&](const AX::Candidate& candidate) {
+    const ax::Search whole{.limit = 500, .skipping = {}, .reading = ax::labelNames};
+    const auto found = ax::find(accessibility, application, whole, [&](const ax::Candidate& candidate) {
         gone.isGone = true; // between the reading of its parent's children and its own
         return candidate.isLabelled("Right-to-Left");
     });
