@@ -17,9 +17,7 @@ using core::AppLanguage;
 using core::MacPermission;
 using fakes::Modifier;
 
-using AppDelegateTests = AppDelegateTest;
-
-TEST_F(AppDelegateTests, LaunchingShowsTheMenuAndStartsTheMonitor) {
+TEST_F(AppDelegateTest, LaunchingShowsTheMenuAndStartsTheMonitor) {
     launch();
     EXPECT_EQ(desktop.windowTraits.policies(), std::vector{ActivationPolicy::accessory});
     EXPECT_EQ(desktop.statusItem.rows().size(), 20U);
@@ -29,13 +27,13 @@ TEST_F(AppDelegateTests, LaunchingShowsTheMenuAndStartsTheMonitor) {
     EXPECT_EQ(statusRowTitle(), "Shortcuts are active");
 }
 
-TEST_F(AppDelegateTests, LaunchingAsksAnOldCopyToQuit) {
+TEST_F(AppDelegateTest, LaunchingAsksAnOldCopyToQuit) {
     const auto oldCopy = desktop.workspace.open(std::string(legacyBundleID));
     launch();
     EXPECT_EQ(desktop.workspace.terminated(), std::vector{oldCopy});
 }
 
-TEST_F(AppDelegateTests, AnOldCopyThatStaysIsNamedUntilItIsClosed) {
+TEST_F(AppDelegateTest, AnOldCopyThatStaysIsNamedUntilItIsClosed) {
     desktop.workspace.setRefusesTermination(true);
     const auto oldCopy = desktop.workspace.open(std::string(legacyBundleID));
     launch();
@@ -45,20 +43,20 @@ TEST_F(AppDelegateTests, AnOldCopyThatStaysIsNamedUntilItIsClosed) {
     EXPECT_EQ(statusRowTitle(), "Shortcuts are active");
 }
 
-TEST_F(AppDelegateTests, AnOldCopyStartedLaterIsNoticedWithinTwoSeconds) {
+TEST_F(AppDelegateTest, AnOldCopyStartedLaterIsNoticedWithinTwoSeconds) {
     launch();
     desktop.workspace.open(std::string(legacyBundleID));
     desktop.queue.advance(2s);
     EXPECT_EQ(statusRowTitle(), "Close the old copy of Quillane");
 }
 
-TEST_F(AppDelegateTests, TheRelaunchFlagIsReadOnce) {
+TEST_F(AppDelegateTest, TheRelaunchFlagIsReadOnce) {
     defaults.setObject("QuillaneShowPermissionsAfterRestart", true);
     launch();
     EXPECT_FALSE(defaults.object("QuillaneShowPermissionsAfterRestart"));
 }
 
-TEST_F(AppDelegateTests, WithoutAccessibilityTheMonitorWaitsAndStartsWithinTwoSecondsOfTheGrant) {
+TEST_F(AppDelegateTest, WithoutAccessibilityTheMonitorWaitsAndStartsWithinTwoSecondsOfTheGrant) {
     desktop.withPermissions({MacPermission::inputMonitoring});
     launch();
     EXPECT_FALSE(desktop.tap.exists());
@@ -68,34 +66,34 @@ TEST_F(AppDelegateTests, WithoutAccessibilityTheMonitorWaitsAndStartsWithinTwoSe
     EXPECT_TRUE(desktop.tap.isEnabled());
 }
 
-TEST_F(AppDelegateTests, AccessibilityAloneIsEnough) {
+TEST_F(AppDelegateTest, AccessibilityAloneIsEnough) {
     desktop.withPermissions({MacPermission::accessibility});
     launch();
     EXPECT_TRUE(desktop.tap.isEnabled());
 }
 
-TEST_F(AppDelegateTests, ARevokedPermissionStopsTheMonitorWithinTwoSeconds) {
+TEST_F(AppDelegateTest, ARevokedPermissionStopsTheMonitorWithinTwoSeconds) {
     launch();
     desktop.permissions.revoke(MacPermission::accessibility);
     desktop.queue.advance(2s);
     EXPECT_FALSE(desktop.tap.exists());
 }
 
-TEST_F(AppDelegateTests, ATickLeavesARunningMonitorAlone) {
+TEST_F(AppDelegateTest, ATickLeavesARunningMonitorAlone) {
     launch();
     const auto starts = desktop.tap.startCount();
     desktop.queue.advance(10s);
     EXPECT_EQ(desktop.tap.startCount(), starts);
 }
 
-TEST_F(AppDelegateTests, ATickMakesALostTapAnew) {
+TEST_F(AppDelegateTest, ATickMakesALostTapAnew) {
     launch();
     desktop.tap.stop();
     desktop.queue.advance(2s);
     EXPECT_TRUE(desktop.tap.isEnabled());
 }
 
-TEST_F(AppDelegateTests, AnUnchangedTickRedrawsNothing) {
+TEST_F(AppDelegateTest, AnUnchangedTickRedrawsNothing) {
     launch();
     const auto menus = desktop.statusItem.menuCount();
     const auto images = desktop.statusItem.imageCount();
@@ -106,7 +104,7 @@ TEST_F(AppDelegateTests, AnUnchangedTickRedrawsNothing) {
     EXPECT_EQ(defaults.writes, writes);
 }
 
-TEST_F(AppDelegateTests, EachToggleInvertsItsOwnOptionAndSavesIt) {
+TEST_F(AppDelegateTest, EachToggleInvertsItsOwnOptionAndSavesIt) {
     launch();
 
     const struct {
@@ -128,7 +126,7 @@ TEST_F(AppDelegateTests, EachToggleInvertsItsOwnOptionAndSavesIt) {
     }
 }
 
-TEST_F(AppDelegateTests, WithEveryKeyboardFeatureOffTheMonitorStops) {
+TEST_F(AppDelegateTest, WithEveryKeyboardFeatureOffTheMonitorStops) {
     launch();
     click("Temporary English with Shift");
     click("Switch language with Option + Shift");
@@ -138,7 +136,7 @@ TEST_F(AppDelegateTests, WithEveryKeyboardFeatureOffTheMonitorStops) {
     EXPECT_EQ(statusRowTitle(), "Shortcuts are off");
 }
 
-TEST_F(AppDelegateTests, PauseAllStopsTheMonitorAndKeepsTheOtherOptions) {
+TEST_F(AppDelegateTest, PauseAllStopsTheMonitorAndKeepsTheOtherOptions) {
     defaults.setObject("LanguageSwitchEnabled", false);
     launch();
     const auto before = model->options();
@@ -151,7 +149,7 @@ TEST_F(AppDelegateTests, PauseAllStopsTheMonitorAndKeepsTheOtherOptions) {
     EXPECT_TRUE(desktop.tap.isEnabled());
 }
 
-TEST_F(AppDelegateTests, PauseOutlastsARelaunch) {
+TEST_F(AppDelegateTest, PauseOutlastsARelaunch) {
     launch();
     click("Pause all");
     delegate->applicationWillTerminate();
@@ -160,7 +158,7 @@ TEST_F(AppDelegateTests, PauseOutlastsARelaunch) {
     EXPECT_EQ(desktop.statusItem.row("Resume").symbol, "play.circle");
 }
 
-TEST_F(AppDelegateTests, TheImageShowsThePause) {
+TEST_F(AppDelegateTest, TheImageShowsThePause) {
     launch();
     const auto plain = desktop.statusItem.image();
     click("Pause all");
@@ -170,7 +168,7 @@ TEST_F(AppDelegateTests, TheImageShowsThePause) {
     EXPECT_EQ(desktop.statusItem.image(), plain);
 }
 
-TEST_F(AppDelegateTests, AnotherLanguageRedrawsEveryText) {
+TEST_F(AppDelegateTest, AnotherLanguageRedrawsEveryText) {
     launch();
     preferences->choose(AppLanguage::hebrew);
     EXPECT_EQ(desktop.statusItem.rows().back().title, core::texts::quitQuillane.rendered(AppLanguage::hebrew));
@@ -179,7 +177,7 @@ TEST_F(AppDelegateTests, AnotherLanguageRedrawsEveryText) {
     EXPECT_EQ(desktop.applicationMenu.menus()[1].title, core::texts::edit.rendered(AppLanguage::hebrew));
 }
 
-TEST_F(AppDelegateTests, WindowsMenusAndQtFollowTheLanguageWhateverTheDesktop) {
+TEST_F(AppDelegateTest, WindowsMenusAndQtFollowTheLanguageWhateverTheDesktop) {
     launch();
     preferences->choose(AppLanguage::hebrew);
     EXPECT_EQ(QApplication::layoutDirection(), Qt::RightToLeft);
@@ -189,7 +187,7 @@ TEST_F(AppDelegateTests, WindowsMenusAndQtFollowTheLanguageWhateverTheDesktop) {
     EXPECT_EQ(QApplication::layoutDirection(), Qt::LeftToRight);
 }
 
-TEST_F(AppDelegateTests, OpeningAgainShowsTheSettings) {
+TEST_F(AppDelegateTest, OpeningAgainShowsTheSettings) {
     launch().applicationShouldHandleReopen();
     ASSERT_NE(settingsWindow(), nullptr);
     EXPECT_TRUE(settingsWindow()->isVisible());
@@ -201,7 +199,7 @@ TEST_F(AppDelegateTests, OpeningAgainShowsTheSettings) {
     EXPECT_TRUE(settingsWindow()->isVisible());
 }
 
-TEST_F(AppDelegateTests, MenuRowsLeadToTheirPages) {
+TEST_F(AppDelegateTest, MenuRowsLeadToTheirPages) {
     launch();
     const std::vector<std::pair<std::string, core::SettingsPage>> rows{
         {"Permissions", core::SettingsPage::permissions},
@@ -219,7 +217,7 @@ TEST_F(AppDelegateTests, MenuRowsLeadToTheirPages) {
     EXPECT_EQ(desktop.updater.starts, 1);
 }
 
-TEST_F(AppDelegateTests, MissingPermissionsShowTheirPageHalfASecondAfterTheLaunch) {
+TEST_F(AppDelegateTest, MissingPermissionsShowTheirPageHalfASecondAfterTheLaunch) {
     desktop.withPermissions({});
     launch();
     EXPECT_EQ(settingsWindow(), nullptr);
@@ -228,7 +226,7 @@ TEST_F(AppDelegateTests, MissingPermissionsShowTheirPageHalfASecondAfterTheLaunc
     EXPECT_EQ(model->page(), core::SettingsPage::permissions);
 }
 
-TEST_F(AppDelegateTests, ALaunchAtLoginShowsNoWindow) {
+TEST_F(AppDelegateTest, ALaunchAtLoginShowsNoWindow) {
     desktop.withPermissions({});
     desktop.workspace.setLaunchedAtLogin(true);
     launch();
@@ -236,7 +234,7 @@ TEST_F(AppDelegateTests, ALaunchAtLoginShowsNoWindow) {
     EXPECT_EQ(settingsWindow(), nullptr);
 }
 
-TEST_F(AppDelegateTests, OpeningSystemSettingsPutsTheCardBesideThem) {
+TEST_F(AppDelegateTest, OpeningSystemSettingsPutsTheCardBesideThem) {
     desktop.withPermissions({});
     launch();
     click("Permissions");
@@ -256,7 +254,7 @@ TEST_F(AppDelegateTests, OpeningSystemSettingsPutsTheCardBesideThem) {
     EXPECT_FALSE(card->isVisible());
 }
 
-TEST_F(AppDelegateTests, AfterARelaunchForPermissionsTheirPageIsShown) {
+TEST_F(AppDelegateTest, AfterARelaunchForPermissionsTheirPageIsShown) {
     defaults.setObject("QuillaneShowPermissionsAfterRestart", true);
     launch();
     desktop.queue.advance(500ms);
@@ -264,7 +262,7 @@ TEST_F(AppDelegateTests, AfterARelaunchForPermissionsTheirPageIsShown) {
     EXPECT_EQ(model->page(), core::SettingsPage::permissions);
 }
 
-TEST_F(AppDelegateTests, TheModelsHandlersReachTheDesktop) {
+TEST_F(AppDelegateTest, TheModelsHandlersReachTheDesktop) {
     launch();
     model->switchLanguage();
     EXPECT_EQ(desktop.inputSources.current(), fakes::hebrew());
@@ -280,7 +278,7 @@ TEST_F(AppDelegateTests, TheModelsHandlersReachTheDesktop) {
     EXPECT_FALSE(desktop.tap.exists());
 }
 
-TEST_F(AppDelegateTests, PagesThatTheSystemsSettingsLackAreNotOffered) {
+TEST_F(AppDelegateTest, PagesThatTheSystemsSettingsLackAreNotOffered) {
     desktop.permissions.removeSettings(MacPermission::inputMonitoring);
     desktop.inputSources.settings = false;
     launch();
@@ -289,14 +287,14 @@ TEST_F(AppDelegateTests, PagesThatTheSystemsSettingsLackAreNotOffered) {
     EXPECT_FALSE(model->openKeyboard);
 }
 
-TEST_F(AppDelegateTests, PageOfAccessibilityMayBeLackingAlone) {
+TEST_F(AppDelegateTest, PageOfAccessibilityMayBeLackingAlone) {
     desktop.permissions.removeSettings(MacPermission::accessibility);
     launch();
     EXPECT_FALSE(model->openAccessibility);
     EXPECT_TRUE(model->openInputMonitoring);
 }
 
-TEST_F(AppDelegateTests, AGrantStartsTheMonitorAsSoonAsItIsSeen) {
+TEST_F(AppDelegateTest, AGrantStartsTheMonitorAsSoonAsItIsSeen) {
     desktop.withPermissions({MacPermission::inputMonitoring});
     desktop.permissions.grantOnRequest();
     launch();
@@ -311,7 +309,7 @@ TEST_F(AppDelegateTests, AGrantStartsTheMonitorAsSoonAsItIsSeen) {
     EXPECT_TRUE(desktop.tap.isEnabled());
 }
 
-TEST_F(AppDelegateTests, WakingMakesAFreshTap) {
+TEST_F(AppDelegateTest, WakingMakesAFreshTap) {
     launch();
     const auto starts = desktop.tap.startCount();
     desktop.workspace.wake();
@@ -319,7 +317,7 @@ TEST_F(AppDelegateTests, WakingMakesAFreshTap) {
     EXPECT_TRUE(desktop.tap.isEnabled());
 }
 
-TEST_F(AppDelegateTests, AViewerOfAnotherScreenInFrontSuspends) {
+TEST_F(AppDelegateTest, AViewerOfAnotherScreenInFrontSuspends) {
     launch();
     desktop.withFrontApplication("com.apple.ScreenSharing");
     EXPECT_TRUE(model->runtime().screenSharingSuspended);
@@ -328,21 +326,21 @@ TEST_F(AppDelegateTests, AViewerOfAnotherScreenInFrontSuspends) {
     EXPECT_FALSE(model->runtime().screenSharingSuspended);
 }
 
-TEST_F(AppDelegateTests, WithoutAKeyboardTheMenuSaysSoAndNothingStarts) {
+TEST_F(AppDelegateTest, WithoutAKeyboardTheMenuSaysSoAndNothingStarts) {
     keyboardAvailable = false;
     launch();
     EXPECT_EQ(desktop.tap.startCount(), 0);
     EXPECT_EQ(statusRowTitle(), core::texts::keyboardNeedsX11.rendered(AppLanguage::english));
 }
 
-TEST_F(AppDelegateTests, QuitEndsTheProgram) {
+TEST_F(AppDelegateTest, QuitEndsTheProgram) {
     launch();
     click("Quit Quillane");
     desktop.applicationMenu.click("Quit Quillane");
     EXPECT_EQ(terminations, 2);
 }
 
-TEST_F(AppDelegateTests, TerminatingStopsEverything) {
+TEST_F(AppDelegateTest, TerminatingStopsEverything) {
     launch();
     delegate->applicationWillTerminate();
     EXPECT_FALSE(desktop.tap.exists());
@@ -355,7 +353,7 @@ TEST_F(AppDelegateTests, TerminatingStopsEverything) {
     EXPECT_EQ(desktop.statusItem.menuCount(), menus);
 }
 
-TEST_F(AppDelegateTests, PostedWorkThatOutlivesTheDelegateDoesNothing) {
+TEST_F(AppDelegateTest, PostedWorkThatOutlivesTheDelegateDoesNothing) {
     launch();
     desktop.withFrontApplication("com.apple.TextEdit");
     desktop.press(Modifier::leftOption).press(Modifier::leftShift);
@@ -366,7 +364,7 @@ TEST_F(AppDelegateTests, PostedWorkThatOutlivesTheDelegateDoesNothing) {
     EXPECT_EQ(desktop.inputSources.current(), fakes::english());
 }
 
-TEST_F(AppDelegateTests, PauseAndResumeFromTheCommand) {
+TEST_F(AppDelegateTest, PauseAndResumeFromTheCommand) {
     launch();
     EXPECT_TRUE(delegate->handleControlRequest({"pause", {}}).ok);
     EXPECT_TRUE(delegate->handleControlRequest({"pause", {}}).ok);
@@ -375,20 +373,20 @@ TEST_F(AppDelegateTests, PauseAndResumeFromTheCommand) {
     EXPECT_FALSE(model->options().paused);
 }
 
-TEST_F(AppDelegateTests, QuitFromTheCommand) {
+TEST_F(AppDelegateTest, QuitFromTheCommand) {
     launch();
     EXPECT_TRUE(delegate->handleControlRequest({"quit", {}}).ok);
     EXPECT_EQ(terminations, 1);
 }
 
-TEST_F(AppDelegateTests, AnUnknownCommandIsRefused) {
+TEST_F(AppDelegateTest, AnUnknownCommandIsRefused) {
     launch();
     const auto reply = delegate->handleControlRequest({"dance", {}});
     EXPECT_FALSE(reply.ok);
     EXPECT_NE(reply.text.find("dance"), std::string::npos);
 }
 
-TEST_F(AppDelegateTests, StatusAsJsonCarriesTheRuntimeFacts) {
+TEST_F(AppDelegateTest, StatusAsJsonCarriesTheRuntimeFacts) {
     launch();
     desktop.withFrontApplication("com.apple.TextEdit");
     releaseLanguageChord();
@@ -404,7 +402,7 @@ TEST_F(AppDelegateTests, StatusAsJsonCarriesTheRuntimeFacts) {
     EXPECT_EQ(json["lastDirection"]["count"], 0);
 }
 
-TEST_F(AppDelegateTests, StatusIsInEnglishWithTheShownTextBesideIt) {
+TEST_F(AppDelegateTest, StatusIsInEnglishWithTheShownTextBesideIt) {
     launch();
     preferences->choose(AppLanguage::hebrew);
     desktop.withFrontApplication("com.apple.TextEdit");
@@ -421,12 +419,12 @@ TEST_F(AppDelegateTests, StatusIsInEnglishWithTheShownTextBesideIt) {
               "Quillane 1.2\nShortcuts are active\nKeyboard language: " + fakes::hebrew().localizedName);
 }
 
-TEST_F(AppDelegateTests, StatusForPeopleIsShort) {
+TEST_F(AppDelegateTest, StatusForPeopleIsShort) {
     launch();
     EXPECT_EQ(delegate->handleControlRequest({"status", {}}).text, "Quillane 1.2\nShortcuts are active");
 }
 
-TEST_F(AppDelegateTests, DirectionChordsAreCounted) {
+TEST_F(AppDelegateTest, DirectionChordsAreCounted) {
     launch();
     desktop.withFrontApplication("com.apple.TextEdit");
     desktop.press(Modifier::leftControl).press(Modifier::rightShift);
@@ -436,7 +434,7 @@ TEST_F(AppDelegateTests, DirectionChordsAreCounted) {
     EXPECT_EQ(json["lastDirection"]["count"], 1);
 }
 
-TEST_F(AppDelegateTests, EntryOfTheFileManagerFollowsTheLanguage) {
+TEST_F(AppDelegateTest, EntryOfTheFileManagerFollowsTheLanguage) {
     desktop.servicesMenu.canHaveUserEntry = true;
     launch();
     preferences->choose(AppLanguage::hebrew);

@@ -13,7 +13,7 @@ using fakes::FakeElement;
 using fakes::Modifier;
 
 /// A chord in Chrome, whose menu does not open: each test lets an attempt wait, and then something happens.
-class DirectionFlow : public AppDelegateTest {
+class DirectionFlowTest : public AppDelegateTest {
 protected:
     void openChrome() {
         launch();
@@ -36,7 +36,7 @@ protected:
     FakeElement* editor = nullptr;
 };
 
-TEST_F(DirectionFlow, BrowserIsWokenWhenItComesToTheFront) {
+TEST_F(DirectionFlowTest, BrowserIsWokenWhenItComesToTheFront) {
     launch();
     desktop.withFrontApplication("com.google.Chrome");
     EXPECT_FALSE(desktop.accessibility.isAsleep(desktop.frontPid()));
@@ -47,7 +47,7 @@ TEST_F(DirectionFlow, BrowserIsWokenWhenItComesToTheFront) {
     }
 }
 
-TEST_F(DirectionFlow, BrowserInFrontIsWokenWhenTheKeyboardIsWatchedAndNotBefore) {
+TEST_F(DirectionFlowTest, BrowserInFrontIsWokenWhenTheKeyboardIsWatchedAndNotBefore) {
     desktop.withPermissions({});
     desktop.withFrontApplication("com.google.Chrome");
     launch();
@@ -58,7 +58,7 @@ TEST_F(DirectionFlow, BrowserInFrontIsWokenWhenTheKeyboardIsWatchedAndNotBefore)
     EXPECT_FALSE(desktop.accessibility.isAsleep(desktop.frontPid()));
 }
 
-TEST_F(DirectionFlow, BrowserThatDoesNotAnswerIsWokenAgainAndOneThatHasAnsweredIsNot) {
+TEST_F(DirectionFlowTest, BrowserThatDoesNotAnswerIsWokenAgainAndOneThatHasAnsweredIsNot) {
     launch();
     desktop.withFrontApplication("com.google.Chrome");
     const auto chrome = desktop.frontPid();
@@ -78,7 +78,7 @@ TEST_F(DirectionFlow, BrowserThatDoesNotAnswerIsWokenAgainAndOneThatHasAnsweredI
     EXPECT_EQ(desktop.accessibility.calls().size(), 3U);
 }
 
-TEST_F(DirectionFlow, BrowserIsLeftAloneWhileNothingLooksIntoIt) {
+TEST_F(DirectionFlowTest, BrowserIsLeftAloneWhileNothingLooksIntoIt) {
     launch();
     auto options = model->options();
     options.shiftEnglish = options.writingDirection = false;
@@ -88,7 +88,7 @@ TEST_F(DirectionFlow, BrowserIsLeftAloneWhileNothingLooksIntoIt) {
     EXPECT_TRUE(desktop.accessibility.isAsleep(desktop.frontPid()));
 }
 
-TEST_F(DirectionFlow, AChordIsAppliedAndItsOutcomeStored) {
+TEST_F(DirectionFlowTest, AChordIsAppliedAndItsOutcomeStored) {
     openChrome();
     chord();
     EXPECT_TRUE(isWaiting());
@@ -98,7 +98,7 @@ TEST_F(DirectionFlow, AChordIsAppliedAndItsOutcomeStored) {
     EXPECT_TRUE(defaults.object("LastBrowserDiagnostic"));
 }
 
-TEST_F(DirectionFlow, AKeyAClickAWakeOptionsAndAPauseCancel) {
+TEST_F(DirectionFlowTest, AKeyAClickAWakeOptionsAndAPauseCancel) {
     openChrome();
     const std::vector<std::function<void()>> happenings{[this] { desktop.type(0).settle(); },
                                                         [this] { desktop.click().settle(); },
@@ -125,7 +125,7 @@ TEST_F(DirectionFlow, AKeyAClickAWakeOptionsAndAPauseCancel) {
     EXPECT_FALSE(lastStatus());
 }
 
-TEST_F(DirectionFlow, TheOutcomeIsStoredInTheLanguageOfTheInterface) {
+TEST_F(DirectionFlowTest, TheOutcomeIsStoredInTheLanguageOfTheInterface) {
     openChrome();
     preferences->choose(core::AppLanguage::hebrew);
     chord();
@@ -134,7 +134,7 @@ TEST_F(DirectionFlow, TheOutcomeIsStoredInTheLanguageOfTheInterface) {
     EXPECT_NE(lastStatus(), model->lastAction().rendered(core::AppLanguage::english));
 }
 
-TEST_F(DirectionFlow, ALanguageSwitchCancels) {
+TEST_F(DirectionFlowTest, ALanguageSwitchCancels) {
     openChrome();
     chord();
     desktop.press(Modifier::leftOption).press(Modifier::leftShift);
@@ -144,7 +144,7 @@ TEST_F(DirectionFlow, ALanguageSwitchCancels) {
     EXPECT_FALSE(defaults.object("LastBrowserDiagnostic"));
 }
 
-TEST_F(DirectionFlow, AModifierDoesNotCancelAndAnotherChordIsIgnored) {
+TEST_F(DirectionFlowTest, AModifierDoesNotCancelAndAnotherChordIsIgnored) {
     openChrome();
     chord();
     desktop.press(Modifier::leftShift).releaseAll().settle();
@@ -155,7 +155,7 @@ TEST_F(DirectionFlow, AModifierDoesNotCancelAndAnotherChordIsIgnored) {
     EXPECT_FALSE(isWaiting());
 }
 
-TEST_F(DirectionFlow, ATapThatIsMadeAnewCancels) {
+TEST_F(DirectionFlowTest, ATapThatIsMadeAnewCancels) {
     openChrome();
     desktop.queue.advance(1s);
     chord();
@@ -168,7 +168,7 @@ TEST_F(DirectionFlow, ATapThatIsMadeAnewCancels) {
     EXPECT_FALSE(lastStatus());
 }
 
-TEST_F(DirectionFlow, ATapThatTheSystemDisabledCancels) {
+TEST_F(DirectionFlowTest, ATapThatTheSystemDisabledCancels) {
     openChrome();
     chord();
     desktop.tap.disable();
@@ -178,7 +178,7 @@ TEST_F(DirectionFlow, ATapThatTheSystemDisabledCancels) {
     EXPECT_EQ(lastStatus(), "The system stopped the keyboard engine; it was restarted");
 }
 
-TEST_F(DirectionFlow, AnAreaCaptureCancels) {
+TEST_F(DirectionFlowTest, AnAreaCaptureCancels) {
     openChrome();
     chord();
     ASSERT_TRUE(isWaiting());
@@ -186,7 +186,7 @@ TEST_F(DirectionFlow, AnAreaCaptureCancels) {
     EXPECT_FALSE(isWaiting());
 }
 
-TEST_F(DirectionFlow, AnotherApplicationInFrontCancels) {
+TEST_F(DirectionFlowTest, AnotherApplicationInFrontCancels) {
     openChrome();
     const auto chrome = desktop.frontPid();
     chord();
@@ -196,7 +196,7 @@ TEST_F(DirectionFlow, AnotherApplicationInFrontCancels) {
     EXPECT_FALSE(lastStatus());
 }
 
-TEST_F(DirectionFlow, TheTestGoesToTheLastSupportedApplication) {
+TEST_F(DirectionFlowTest, TheTestGoesToTheLastSupportedApplication) {
     openChrome();
     desktop.withFrontApplication("com.apple.finder");
     EXPECT_EQ(model->testTargetID(), "com.google.Chrome");
@@ -215,7 +215,7 @@ TEST_F(DirectionFlow, TheTestGoesToTheLastSupportedApplication) {
     return box.document()->findBlockByNumber(paragraph).blockFormat().layoutDirection();
 }
 
-TEST_F(DirectionFlow, AChordTurnsTheParagraphOfTheProgramsOwnTextBox) {
+TEST_F(DirectionFlowTest, AChordTurnsTheParagraphOfTheProgramsOwnTextBox) {
     launch();
     desktop.withFrontApplication("com.quillane.app");
     auto& box = focusTestingBox();
@@ -228,7 +228,7 @@ TEST_F(DirectionFlow, AChordTurnsTheParagraphOfTheProgramsOwnTextBox) {
     EXPECT_FALSE(lastStatus()) << "no adapter is asked";
 }
 
-TEST_F(DirectionFlow, AChordDoesNothingElsewhereInTheProgramsOwnWindows) {
+TEST_F(DirectionFlowTest, AChordDoesNothingElsewhereInTheProgramsOwnWindows) {
     launch();
     desktop.withFrontApplication("com.quillane.app");
     auto& box = focusTestingBox();
@@ -243,7 +243,7 @@ TEST_F(DirectionFlow, AChordDoesNothingElsewhereInTheProgramsOwnWindows) {
     EXPECT_NE(directionOf(box, 0), Qt::RightToLeft);
 }
 
-TEST_F(DirectionFlow, AChordReachesTheTextBoxOnlyWhileTheOptionIsOn) {
+TEST_F(DirectionFlowTest, AChordReachesTheTextBoxOnlyWhileTheOptionIsOn) {
     launch();
     desktop.withFrontApplication("com.quillane.app");
     auto& box = focusTestingBox();

@@ -11,9 +11,9 @@ namespace {
 using namespace std::chrono_literals;
 
 /// Keep Awake from the menu to the desktop.
-using KeepAwakeFlow = AppDelegateTest;
+using KeepAwakeFlowTest = AppDelegateTest;
 
-TEST_F(KeepAwakeFlow, TheMenuRowKeepsTheMacAwakeAndPausingLetsItSleep) {
+TEST_F(KeepAwakeFlowTest, TheMenuRowKeepsTheMacAwakeAndPausingLetsItSleep) {
     launch();
     EXPECT_FALSE(checked("Keep Mac Awake"));
     click("Keep Mac Awake");
@@ -30,7 +30,7 @@ TEST_F(KeepAwakeFlow, TheMenuRowKeepsTheMacAwakeAndPausingLetsItSleep) {
     EXPECT_TRUE(desktop.sleepAssertions.held().empty());
 }
 
-TEST_F(KeepAwakeFlow, KeepingAwakeIsRememberedAndEndsWithTheProgram) {
+TEST_F(KeepAwakeFlowTest, KeepingAwakeIsRememberedAndEndsWithTheProgram) {
     defaults.setObject("KeepAwakeEnabled", true);
     launch();
     EXPECT_EQ(desktop.sleepAssertions.held().size(), 2U);
@@ -39,7 +39,7 @@ TEST_F(KeepAwakeFlow, KeepingAwakeIsRememberedAndEndsWithTheProgram) {
     EXPECT_TRUE(core::FeatureOptions::load(defaults).keepAwake);
 }
 
-TEST_F(KeepAwakeFlow, ARefusedAssertionIsToldAndNotTriedAgainByTheTimer) {
+TEST_F(KeepAwakeFlowTest, ARefusedAssertionIsToldAndNotTriedAgainByTheTimer) {
     desktop.sleepAssertions.refuse(core::SleepAssertionKind::display, 7);
     launch();
     click("Keep Mac Awake");
@@ -56,7 +56,7 @@ TEST_F(KeepAwakeFlow, ARefusedAssertionIsToldAndNotTriedAgainByTheTimer) {
     EXPECT_EQ(desktop.sleepAssertions.asked().size(), asked);
 }
 
-TEST_F(KeepAwakeFlow, AnAssertionThatIsLostTwiceIsShownAsAFailureWithinTwoSeconds) {
+TEST_F(KeepAwakeFlowTest, AnAssertionThatIsLostTwiceIsShownAsAFailureWithinTwoSeconds) {
     launch();
     click("Keep Mac Awake");
     desktop.sleepAssertions.lose(core::SleepAssertionKind::display, 7);

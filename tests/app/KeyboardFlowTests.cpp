@@ -10,9 +10,9 @@ using core::AppLanguage;
 using fakes::Modifier;
 
 /// From keys to their effect on the desktop and on what the program shows.
-using KeyboardFlow = AppDelegateTest;
+using KeyboardFlowTest = AppDelegateTest;
 
-TEST_F(KeyboardFlow, TheLanguageChordSwitchesAndReports) {
+TEST_F(KeyboardFlowTest, TheLanguageChordSwitchesAndReports) {
     launch();
     desktop.withFrontApplication("com.apple.TextEdit");
     const auto writes = defaults.writes;
@@ -26,7 +26,7 @@ TEST_F(KeyboardFlow, TheLanguageChordSwitchesAndReports) {
     EXPECT_EQ(model->runtime().inputName, fakes::hebrew().localizedName);
 }
 
-TEST_F(KeyboardFlow, AChordHeldAcrossAnApplicationSwitchDoesNothing) {
+TEST_F(KeyboardFlowTest, AChordHeldAcrossAnApplicationSwitchDoesNothing) {
     launch();
     desktop.withFrontApplication("com.apple.TextEdit");
     desktop.press(Modifier::leftOption).press(Modifier::leftShift);
@@ -35,7 +35,7 @@ TEST_F(KeyboardFlow, AChordHeldAcrossAnApplicationSwitchDoesNothing) {
     EXPECT_EQ(desktop.inputSources.current(), fakes::english());
 }
 
-TEST_F(KeyboardFlow, TheLastSupportedApplicationIsRemembered) {
+TEST_F(KeyboardFlowTest, TheLastSupportedApplicationIsRemembered) {
     desktop.withFrontApplication("com.apple.TextEdit");
     launch();
     EXPECT_EQ(model->testTargetID(), "com.apple.TextEdit");
@@ -45,14 +45,14 @@ TEST_F(KeyboardFlow, TheLastSupportedApplicationIsRemembered) {
     EXPECT_EQ(model->testTargetID(), "com.apple.Notes");
 }
 
-TEST_F(KeyboardFlow, OnlyTestTargetsOfTheDesktopAreRemembered) {
+TEST_F(KeyboardFlowTest, OnlyTestTargetsOfTheDesktopAreRemembered) {
     launch();
     desktop.withFrontApplication("com.apple.Notes");
     desktop.withFrontApplication("org.libreoffice.script");
     EXPECT_EQ(model->testTargetID(), "com.apple.Notes") << "macOS does not offer it";
 }
 
-TEST_F(KeyboardFlow, LinuxRemembersItsOwnTestTargets) {
+TEST_F(KeyboardFlowTest, LinuxRemembersItsOwnTestTargets) {
     shownOn = core::Desktop::linuxDesktop;
     launch();
     desktop.withFrontApplication("org.libreoffice.script");
@@ -61,7 +61,7 @@ TEST_F(KeyboardFlow, LinuxRemembersItsOwnTestTargets) {
     EXPECT_EQ(model->testTargetID(), "org.libreoffice.script") << "no application of this desktop";
 }
 
-TEST_F(KeyboardFlow, ATapThatTheSystemDisablesIsReported) {
+TEST_F(KeyboardFlowTest, ATapThatTheSystemDisablesIsReported) {
     launch();
     desktop.tap.disable();
     desktop.settle();
@@ -69,7 +69,7 @@ TEST_F(KeyboardFlow, ATapThatTheSystemDisablesIsReported) {
     EXPECT_EQ(model->lastAction(), core::LocalizedText(core::texts::keyboardEngineRestarted));
 }
 
-TEST_F(KeyboardFlow, KeyboardActivityIsShown) {
+TEST_F(KeyboardFlowTest, KeyboardActivityIsShown) {
     launch();
     desktop.withFrontApplication("com.apple.TextEdit");
     EXPECT_FALSE(model->runtime().keyboardEventsObserved);

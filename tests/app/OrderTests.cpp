@@ -21,9 +21,9 @@ struct WithJournal {
 };
 
 /// The order of the steps in which the delegate starts, refreshes and ends, read from what the desktop is asked.
-class Order : protected WithJournal, public AppDelegateTest {
+class OrderTest : protected WithJournal, public AppDelegateTest {
 protected:
-    Order() {
+    OrderTest() {
         core::ClipboardOptions clipboard;
         clipboard.enabled = true;
         defaults.setObject(core::clipboardOptionsKey, core::encodeClipboardOptions(clipboard));
@@ -33,7 +33,7 @@ protected:
         desktop.withFrontApplication("com.apple.TextEdit").keepJournal(journal);
     }
 
-    ~Order() override { delegate.reset(); } // its windows, before the application
+    ~OrderTest() override { delegate.reset(); } // its windows, before the application
 
     /// The calls with these names, each where it was made first since the last time.
     [[nodiscard]] std::vector<std::string> firstOf(const std::vector<std::string>& names) {
@@ -55,7 +55,7 @@ protected:
     }
 };
 
-TEST_F(Order, OfTheStart) {
+TEST_F(OrderTest, OfTheStart) {
     desktop.workspace.open(std::string(legacyBundleID));
     launch();
     expectInOrder({"terminate", "launchedAtLogin", "setActivationPolicy", "setMenu", "install", "start the updater",
@@ -63,7 +63,7 @@ TEST_F(Order, OfTheStart) {
                    "start the tap", "2000 ms timer", "provideShare", "read QuillaneShowPermissionsAfterRestart"});
 }
 
-TEST_F(Order, TheTargetIsRememberedBetweenTheTimerAndTheServices) {
+TEST_F(OrderTest, TheTargetIsRememberedBetweenTheTimerAndTheServices) {
     launch();
     const auto calls = journal.taken();
     const auto begin = std::ranges::find(calls, "2000 ms timer");
@@ -72,7 +72,7 @@ TEST_F(Order, TheTargetIsRememberedBetweenTheTimerAndTheServices) {
     EXPECT_EQ(std::count(begin, end, "frontmostApplication"), 2) << "the panel's target and the test target";
 }
 
-TEST_F(Order, OfARefreshThatStarts) {
+TEST_F(OrderTest, OfARefreshThatStarts) {
     defaults.setObject("AllFeaturesPaused", true);
     launch();
     static_cast<void>(journal.taken());
@@ -81,7 +81,7 @@ TEST_F(Order, OfARefreshThatStarts) {
                    "start the tap", "current input source", "500 ms timer", "hold awake", "setMenu"});
 }
 
-TEST_F(Order, OfARefreshThatStops) {
+TEST_F(OrderTest, OfARefreshThatStops) {
     launch();
     static_cast<void>(journal.taken());
     setPaused(true);
@@ -89,7 +89,7 @@ TEST_F(Order, OfARefreshThatStops) {
                    "stop the tap", "current input source", "end of 500 ms timer", "let sleep", "setMenu"});
 }
 
-TEST_F(Order, ATickRefreshesBeforeItAsksForAPermission) {
+TEST_F(OrderTest, ATickRefreshesBeforeItAsksForAPermission) {
     desktop.withPermissions({});
     launch();
     click("Permissions");
@@ -101,7 +101,7 @@ TEST_F(Order, ATickRefreshesBeforeItAsksForAPermission) {
     EXPECT_LT(std::ranges::find(calls, "status of the login item"), std::ranges::find(calls, "request"));
 }
 
-TEST_F(Order, ThePermissionsPageIsShownBeforeItsRequestIsMade) {
+TEST_F(OrderTest, ThePermissionsPageIsShownBeforeItsRequestIsMade) {
     desktop.withPermissions({});
     launch();
     static_cast<void>(journal.taken());
@@ -112,7 +112,7 @@ TEST_F(Order, ThePermissionsPageIsShownBeforeItsRequestIsMade) {
     expectInOrder({"setActivationPolicy", "request"});
 }
 
-TEST_F(Order, OfTheEnd) {
+TEST_F(OrderTest, OfTheEnd) {
     launch();
     ASSERT_TRUE(delegate->handleControlRequest({"share", {files.url("a.txt").absoluteString()}}).ok);
     static_cast<void>(journal.taken());

@@ -18,14 +18,14 @@ namespace quillane {
 namespace {
 
 /// The ways in to sharing a file that the agent offers, with its windows off the screen.
-class Sharing : public AppDelegateTest {
+class SharingTest : public AppDelegateTest {
 protected:
-    Sharing() {
+    SharingTest() {
         defaults.setObject("FileShareServer", std::string("http://nas"));
         launch();
     }
 
-    ~Sharing() override { delegate.reset(); } // its windows, before the application
+    ~SharingTest() override { delegate.reset(); } // its windows, before the application
 
     [[nodiscard]] static std::vector<QWidget*> windows() {
         std::vector<QWidget*> result;
@@ -44,7 +44,7 @@ protected:
     }
 };
 
-TEST_F(Sharing, TheMenuRowOpensThePanelAndTheChosenFileIsUploaded) {
+TEST_F(SharingTest, TheMenuRowOpensThePanelAndTheChosenFileIsUploaded) {
     click("Quillane Share…");
     ASSERT_TRUE(desktop.filePanel.open);
     EXPECT_EQ(desktop.filePanel.open->message, "Choose a file to upload to nas");
@@ -55,7 +55,7 @@ TEST_F(Sharing, TheMenuRowOpensThePanelAndTheChosenFileIsUploaded) {
     EXPECT_EQ(desktop.windowTraits.activations, 2);
 }
 
-TEST_F(Sharing, AnOpenPanelFollowsTheLanguage) {
+TEST_F(SharingTest, AnOpenPanelFollowsTheLanguage) {
     click("Quillane Share…");
     preferences->choose(core::AppLanguage::arabic);
     ASSERT_TRUE(desktop.filePanel.open);
@@ -64,14 +64,14 @@ TEST_F(Sharing, AnOpenPanelFollowsTheLanguage) {
               core::texts::chooseFileToUpload("nas").rendered(core::AppLanguage::arabic));
 }
 
-TEST_F(Sharing, TheApplicationMenuHasItToo) {
+TEST_F(SharingTest, TheApplicationMenuHasItToo) {
     const auto& rows = desktop.applicationMenu.menus().front().rows;
     ASSERT_EQ(rows[1].row.title, "Quillane Share…");
     rows[1].row.action();
     EXPECT_TRUE(desktop.filePanel.open);
 }
 
-TEST_F(Sharing, TheCommandUploadsTheFileAndItsLinkIsCopied) {
+TEST_F(SharingTest, TheCommandUploadsTheFileAndItsLinkIsCopied) {
     EXPECT_EQ(share({url("שלום #1.txt")}), ControlReply{});
     EXPECT_EQ(desktop.urlSessions.last().request->url.absoluteString(),
               "http://nas/%D7%A9%D7%9C%D7%95%D7%9D%20%231.txt");
@@ -83,7 +83,7 @@ TEST_F(Sharing, TheCommandUploadsTheFileAndItsLinkIsCopied) {
     EXPECT_TRUE(windows().empty());
 }
 
-TEST_F(Sharing, TheCommandIsToldWhenItIsNotOneFileAndSoIsTheUser) {
+TEST_F(SharingTest, TheCommandIsToldWhenItIsNotOneFileAndSoIsTheUser) {
     EXPECT_EQ(share({url("a.txt"), url("b.txt")}), (ControlReply{false, "Select one file to share."}));
     EXPECT_TRUE(desktop.urlSessions.transfers.empty());
     ASSERT_EQ(windows().size(), 1U);
@@ -93,7 +93,7 @@ TEST_F(Sharing, TheCommandIsToldWhenItIsNotOneFileAndSoIsTheUser) {
     EXPECT_EQ(share({"no url"}).ok, false);
 }
 
-TEST_F(Sharing, WithoutAServerTheUserIsLedToItsAddress) {
+TEST_F(SharingTest, WithoutAServerTheUserIsLedToItsAddress) {
     core::FileShareServer::standard().save(defaults);
     EXPECT_EQ(share({url("a.txt")}), ControlReply{});
     EXPECT_TRUE(desktop.urlSessions.transfers.empty());
@@ -109,12 +109,12 @@ TEST_F(Sharing, WithoutAServerTheUserIsLedToItsAddress) {
     EXPECT_FALSE(address->visibleRegion().isEmpty());
 }
 
-TEST_F(Sharing, TheCommandWithoutAFileLetsTheUserChoose) {
+TEST_F(SharingTest, TheCommandWithoutAFileLetsTheUserChoose) {
     EXPECT_EQ(share({}), ControlReply{});
     EXPECT_TRUE(desktop.filePanel.open);
 }
 
-TEST_F(Sharing, TheServicesMenuSharesOneFileAndTellsTheOtherProgramOtherwise) {
+TEST_F(SharingTest, TheServicesMenuSharesOneFileAndTellsTheOtherProgramOtherwise) {
     preferences->choose(core::AppLanguage::arabic);
     EXPECT_EQ(desktop.servicesMenu.chooseShare({url("a.txt"), url("b.txt")}), "حدّد ملفًا واحدًا لمشاركته.");
     EXPECT_TRUE(windows().empty());
@@ -122,7 +122,7 @@ TEST_F(Sharing, TheServicesMenuSharesOneFileAndTellsTheOtherProgramOtherwise) {
     EXPECT_EQ(windows().size(), 1U);
 }
 
-TEST_F(Sharing, PausingCancelsUploadsAndStillAllowsNewOnes) {
+TEST_F(SharingTest, PausingCancelsUploadsAndStillAllowsNewOnes) {
     EXPECT_TRUE(share({url("a.txt")}).ok);
     click("Pause all");
     EXPECT_TRUE(desktop.urlSessions.last().destroyed);
@@ -132,7 +132,7 @@ TEST_F(Sharing, PausingCancelsUploadsAndStillAllowsNewOnes) {
     EXPECT_FALSE(desktop.urlSessions.last().destroyed);
 }
 
-TEST_F(Sharing, QuittingCancelsUploadsAndEndsTheService) {
+TEST_F(SharingTest, QuittingCancelsUploadsAndEndsTheService) {
     EXPECT_TRUE(share({url("a.txt")}).ok);
     delegate->applicationWillTerminate();
     EXPECT_TRUE(desktop.urlSessions.last().destroyed);

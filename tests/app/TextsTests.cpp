@@ -28,9 +28,9 @@ using core::AppLanguage;
 using core::Desktop;
 
 /// Menus, and the windows beside the settings: everything that the running agent can show in one language.
-class TextsTests : public AppDelegateTest, public ::testing::WithParamInterface<std::tuple<AppLanguage, Desktop>> {
+class TextsTest : public AppDelegateTest, public ::testing::WithParamInterface<std::tuple<AppLanguage, Desktop>> {
 protected:
-    TextsTests() {
+    TextsTest() {
         shownOn = std::get<Desktop>(GetParam());
         desktop.loginItem.settings = shownOn == Desktop::macOS;
         desktop.areaCapture.setMeans(shownOn == Desktop::macOS ? AreaCapture::Means::systemShortcut
@@ -101,7 +101,7 @@ protected:
     fakes::KnownTexts known{language(), std::get<Desktop>(GetParam())};
 };
 
-TEST_P(TextsTests, OfTheMenus) {
+TEST_P(TextsTest, OfTheMenus) {
     launchInLanguage();
     checkMenus();
     auto options = model->options();
@@ -120,7 +120,7 @@ TEST_P(TextsTests, OfTheMenus) {
     EXPECT_GT(known.checked(), 100);
 }
 
-TEST_P(TextsTests, OfTheShareWindow) {
+TEST_P(TextsTest, OfTheShareWindow) {
     auto& agent = launchInLanguage();
     known.allowPattern(QStringLiteral("https://files\\.example.*"));
     known.allowPattern(QStringLiteral("/.*report\\.txt"));
@@ -153,7 +153,7 @@ TEST_P(TextsTests, OfTheShareWindow) {
     EXPECT_GT(known.checked(), 200);
 }
 
-TEST_P(TextsTests, OfTheMessagesThatRefuseFiles) {
+TEST_P(TextsTest, OfTheMessagesThatRefuseFiles) {
     auto& agent = launchInLanguage();
     known.allowPattern(QStringLiteral("/.*report\\.txt"));
     known.allowPattern(QStringLiteral("\\d+%"));
@@ -181,7 +181,7 @@ TEST_P(TextsTests, OfTheMessagesThatRefuseFiles) {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-TEST_P(TextsTests, OfTheQuestionsOfTheSettings) {
+TEST_P(TextsTest, OfTheQuestionsOfTheSettings) {
     core::ClipboardOptions options;
     options.enabled = true;
     defaults.setObject(core::clipboardOptionsKey, core::encodeClipboardOptions(options));
@@ -211,7 +211,7 @@ TEST_P(TextsTests, OfTheQuestionsOfTheSettings) {
     }
 }
 
-TEST_P(TextsTests, OfTheQuestionForAServer) {
+TEST_P(TextsTest, OfTheQuestionForAServer) {
     launchInLanguage();
     core::FileShareServer::standard().save(defaults);
     EXPECT_TRUE(delegate->handleControlRequest({"share", {}}).ok);
@@ -223,7 +223,7 @@ TEST_P(TextsTests, OfTheQuestionForAServer) {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-TEST_P(TextsTests, OfTheCardBesideSystemSettings) {
+TEST_P(TextsTest, OfTheCardBesideSystemSettings) {
     desktop.withPermissions({});
     launchInLanguage();
     click(core::texts::permissions.rendered(language()));
@@ -243,7 +243,7 @@ TEST_P(TextsTests, OfTheCardBesideSystemSettings) {
     EXPECT_GT(known.checked(), 20);
 }
 
-INSTANTIATE_TEST_SUITE_P(In, TextsTests,
+INSTANTIATE_TEST_SUITE_P(In, TextsTest,
                          ::testing::Combine(::testing::ValuesIn(core::allLanguages),
                                             ::testing::Values(Desktop::macOS, Desktop::linuxDesktop)),
                          [](const auto& parameter) {

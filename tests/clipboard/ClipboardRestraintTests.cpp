@@ -13,9 +13,9 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 /// Recording under what macOS puts in its way: contents that it keeps back, and timers that it holds back.
-using ClipboardRestraint = testing::ClipboardTest;
+using ClipboardRestraintTest = testing::ClipboardTest;
 
-TEST_F(ClipboardRestraint, CopyThatTheSystemDeniesIsNotRecordedAndTheNextOneIs) {
+TEST_F(ClipboardRestraintTest, CopyThatTheSystemDeniesIsNotRecordedAndTheNextOneIs) {
     start();
     pasteboard.setAccess(PasteboardAccess::denied);
     copy("denied");
@@ -27,7 +27,7 @@ TEST_F(ClipboardRestraint, CopyThatTheSystemDeniesIsNotRecordedAndTheNextOneIs) 
     EXPECT_THAT(recorded(), ElementsAre("allowed"));
 }
 
-TEST_F(ClipboardRestraint, UserIsAskedForAccessOncePerRecordedCopyAndForNoOther) {
+TEST_F(ClipboardRestraintTest, UserIsAskedForAccessOncePerRecordedCopyAndForNoOther) {
     start();
     pasteboard.setAccess(PasteboardAccess::asked);
     copy("first");
@@ -51,7 +51,7 @@ TEST_F(ClipboardRestraint, UserIsAskedForAccessOncePerRecordedCopyAndForNoOther)
     EXPECT_EQ(pasteboard.timesAsked(), 2); // what the program has written itself
 }
 
-TEST_F(ClipboardRestraint, TimersThatFireLateRecordTheLastCopyAndWriteOnce) {
+TEST_F(ClipboardRestraintTest, TimersThatFireLateRecordTheLastCopyAndWriteOnce) {
     start();
     queue.nap(10s);
     pasteboard.copyText("overwritten");

@@ -8,7 +8,7 @@ namespace quillane::live {
 namespace {
 
 /// The desktop itself, with real editors and without the agent.
-class LiveDesktopItself : public LiveDesktopTest {
+class LiveDesktopItselfTest : public LiveDesktopTest {
 protected:
     void expectTypedText(std::vector<std::string> editorCommand) {
         auto editor = desktop().startApplication(std::move(editorCommand));
@@ -27,15 +27,15 @@ protected:
     }
 };
 
-TEST_F(LiveDesktopItself, TypesIntoAGtkEditorInBothLayouts) {
+TEST_F(LiveDesktopItselfTest, TypesIntoAGtkEditorInBothLayouts) {
     expectTypedText({"mousepad", "--disable-server"});
 }
 
-TEST_F(LiveDesktopItself, TypesIntoAQtEditorInBothLayouts) {
+TEST_F(LiveDesktopItselfTest, TypesIntoAQtEditorInBothLayouts) {
     expectTypedText({"featherpad", "--standalone"});
 }
 
-TEST_F(LiveDesktopItself, SwitchesBetweenApplications) {
+TEST_F(LiveDesktopItselfTest, SwitchesBetweenApplications) {
     auto first = desktop().startApplication({"mousepad", "--disable-server"});
     ASSERT_TRUE(first) << first.error();
     auto second = desktop().startApplication({"featherpad", "--standalone"});
@@ -44,13 +44,13 @@ TEST_F(LiveDesktopItself, SwitchesBetweenApplications) {
     EXPECT_TRUE(desktop().bringToFront(second->pid()));
 }
 
-TEST_F(LiveDesktopItself, TakesScreenshots) {
+TEST_F(LiveDesktopItselfTest, TakesScreenshots) {
     const auto file = desktop().home() / "screen.png";
     ASSERT_TRUE(desktop().takeScreenshot(file));
     EXPECT_EQ(readFile(file).substr(1, 3), "PNG");
 }
 
-TEST_F(LiveDesktopItself, LoadsAnotherKeyboardMap) {
+TEST_F(LiveDesktopItselfTest, LoadsAnotherKeyboardMap) {
     const auto before = desktop().screen().keymap();
     ASSERT_TRUE(desktop().setKeyboardMap("us,ara"));
     EXPECT_NE(desktop().screen().keymap(), before);

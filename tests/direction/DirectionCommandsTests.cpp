@@ -105,9 +105,9 @@ TEST_F(DirectionCommandsTest, TargetIsAnApplicationWithDirectionCommands) {
 }
 
 /// A document in Writer, its window full of other things.
-class LibreOfficeDirection : public DirectionCommandsTest {
+class LibreOfficeDirectionTest : public DirectionCommandsTest {
 protected:
-    LibreOfficeDirection() {
+    LibreOfficeDirectionTest() {
         openApplication("org.libreoffice.script");
         window->add("AXToolbar").add("AXButton").with("AXTitle", std::string("Bold")).withAction("AXPress");
         toolbar = &window->add("AXGroup").add("AXToolbar");
@@ -128,7 +128,7 @@ protected:
     FakeElement* paragraph = nullptr;
 };
 
-TEST_F(LibreOfficeDirection, PressesTheButtonOfAToolbar) {
+TEST_F(LibreOfficeDirectionTest, PressesTheButtonOfAToolbar) {
     apply();
     rtl->with("AXEnabled", false);
     apply();
@@ -141,14 +141,14 @@ TEST_F(LibreOfficeDirection, PressesTheButtonOfAToolbar) {
     EXPECT_EQ(countOf(*rtl, "AXPress"), 1);
 }
 
-TEST_F(LibreOfficeDirection, ReadOnlyDocumentsGetTheHint) {
+TEST_F(LibreOfficeDirectionTest, ReadOnlyDocumentsGetTheHint) {
     paragraph->settable("AXValue", false);
     apply();
     EXPECT_THAT(said, ElementsAre("Place the cursor in a paragraph in LibreOffice Writer"));
     EXPECT_THAT(desktop.accessibility.actions(), IsEmpty());
 }
 
-TEST_F(LibreOfficeDirection, WriterThatDoesNotAnswerIsTriedAgain) {
+TEST_F(LibreOfficeDirectionTest, WriterThatDoesNotAnswerIsTriedAgain) {
     desktop.accessibility.stopAnswering(pid);
     begin();
     desktop.queue.advance(1s);
@@ -165,7 +165,7 @@ TEST_F(LibreOfficeDirection, WriterThatDoesNotAnswerIsTriedAgain) {
     EXPECT_EQ(desktop.queue.timerCount(), 0U);
 }
 
-TEST_F(LibreOfficeDirection, AToolbarThatIsNotReadIsTriedAgain) {
+TEST_F(LibreOfficeDirectionTest, AToolbarThatIsNotReadIsTriedAgain) {
     begin();
     desktop.accessibility.stopAnswering(pid);
     desktop.queue.advance(300ms);
@@ -176,7 +176,7 @@ TEST_F(LibreOfficeDirection, AToolbarThatIsNotReadIsTriedAgain) {
     EXPECT_EQ(countOf(*rtl, "AXPress"), 1);
 }
 
-TEST_F(LibreOfficeDirection, APressThatIsAnsweredLateIsASuccess) {
+TEST_F(LibreOfficeDirectionTest, APressThatIsAnsweredLateIsASuccess) {
     rtl->withAction("AXPress", [&] {
         desktop.accessibility.stopAnswering(pid);
         return AXActionResult::cannotComplete;
@@ -193,7 +193,7 @@ TEST_F(LibreOfficeDirection, APressThatIsAnsweredLateIsASuccess) {
     EXPECT_EQ(countOf(*rtl, "AXPress"), 2);
 }
 
-TEST_F(LibreOfficeDirection, NoStepAsksForMuch) {
+TEST_F(LibreOfficeDirectionTest, NoStepAsksForMuch) {
     for (int index = 0; index < 150; ++index) {
         window->add("AXGroup");
     }
@@ -215,7 +215,7 @@ TEST_F(LibreOfficeDirection, NoStepAsksForMuch) {
     EXPECT_LE(most, 20U);
 }
 
-TEST_F(LibreOfficeDirection, EndsSilentlyWhenItIsCancelledOrSomethingElseComesToTheFront) {
+TEST_F(LibreOfficeDirectionTest, EndsSilentlyWhenItIsCancelledOrSomethingElseComesToTheFront) {
     begin();
     commands.cancelPending();
     desktop.queue.advance(2s);
@@ -226,7 +226,7 @@ TEST_F(LibreOfficeDirection, EndsSilentlyWhenItIsCancelledOrSomethingElseComesTo
     EXPECT_EQ(countOf(*rtl, "AXPress"), 0);
 }
 
-TEST_F(LibreOfficeDirection, ANewChordTakesThePlaceOfTheOneBefore) {
+TEST_F(LibreOfficeDirectionTest, ANewChordTakesThePlaceOfTheOneBefore) {
     auto& ltr = toolbar->add("AXButton").with("AXTitle", std::string("Left-To-Right")).withAction("AXPress");
     begin();
     commands.apply(WritingDirection::leftToRight);
@@ -237,9 +237,9 @@ TEST_F(LibreOfficeDirection, ANewChordTakesThePlaceOfTheOneBefore) {
 }
 
 /// The helpers, on a tree of their own.
-class AXHelpers : public DirectionTest {
+class AXHelpersTest : public DirectionTest {
 protected:
-    AXHelpers() { openApplication("com.apple.TextEdit"); }
+    AXHelpersTest() { openApplication("com.apple.TextEdit"); }
 
     AXElement reference(FakeElement& element) { return desktop.accessibility.reference(element); }
 
@@ -251,7 +251,7 @@ protected:
     }
 };
 
-TEST_F(AXHelpers, ASearchIsBoundedAndBreadthFirst) {
+TEST_F(AXHelpersTest, ASearchIsBoundedAndBreadthFirst) {
     auto& first = window->add("AXGroup");
     auto& second = window->add("AXGroup");
     auto& below = first.add("AXGroup");
@@ -260,7 +260,7 @@ TEST_F(AXHelpers, ASearchIsBoundedAndBreadthFirst) {
     EXPECT_TRUE(isFound(below, 4));
 }
 
-TEST_F(AXHelpers, ASearchNeverLooksInsideTextTablesListsAndPages) {
+TEST_F(AXHelpersTest, ASearchNeverLooksInsideTextTablesListsAndPages) {
     for (const auto* role : {"AXWebArea", "AXTextArea", "AXTextField", "AXTable", "AXOutline", "AXList"}) {
         auto& container = window->add(role);
         EXPECT_FALSE(isFound(container.add("AXGroup"), 100)) << role;
@@ -268,7 +268,7 @@ TEST_F(AXHelpers, ASearchNeverLooksInsideTextTablesListsAndPages) {
     }
 }
 
-TEST_F(AXHelpers, AnAncestorIsFoundWithinThirtyTwoSteps) {
+TEST_F(AXHelpersTest, AnAncestorIsFoundWithinThirtyTwoSteps) {
     auto* element = window;
     for (int step = 0; step < 31; ++step) {
         element = &element->add("AXGroup");
@@ -280,7 +280,7 @@ TEST_F(AXHelpers, AnAncestorIsFoundWithinThirtyTwoSteps) {
     EXPECT_FALSE(ax::isDescendant(accessibility, reference(*window), reference(*element)));
 }
 
-TEST_F(AXHelpers, ALabelIsTheTitleOrElseTheDescriptionWithoutWhiteSpace) {
+TEST_F(AXHelpersTest, ALabelIsTheTitleOrElseTheDescriptionWithoutWhiteSpace) {
     auto& element = window->add("AXButton").with("AXTitle", std::string(" Home\n"));
     EXPECT_TRUE(ax::matches(desktop.accessibility, reference(element), "Home"));
     element.with("AXDescription", std::string("\u00A0"

@@ -6,9 +6,7 @@
 namespace quillane::testing {
 namespace {
 
-using NativeDirection = NativeDirectionTest;
-
-TEST_F(NativeDirection, PressesTheCommandOfTheDirectionAfterOneStep) {
+TEST_F(NativeDirectionTest, PressesTheCommandOfTheDirectionAfterOneStep) {
     openChrome();
     apply();
     EXPECT_TRUE(desktop.accessibility.isObserved(pid, "AXMenuOpened"));
@@ -27,7 +25,7 @@ TEST_F(NativeDirection, PressesTheCommandOfTheDirectionAfterOneStep) {
     EXPECT_EQ(countOf(*commands[1], "AXPress"), 1);
 }
 
-TEST_F(NativeDirection, EveryCallIsBoundedByTheTimeout) {
+TEST_F(NativeDirectionTest, EveryCallIsBoundedByTheTimeout) {
     openChrome();
     apply();
     desktop.queue.advance(60ms);
@@ -36,7 +34,7 @@ TEST_F(NativeDirection, EveryCallIsBoundedByTheTimeout) {
     }
 }
 
-TEST_F(NativeDirection, CannotCompleteCountsAsShown) {
+TEST_F(NativeDirectionTest, CannotCompleteCountsAsShown) {
     openChrome();
     showMenuResult = AXActionResult::cannotComplete;
     apply();
@@ -44,7 +42,7 @@ TEST_F(NativeDirection, CannotCompleteCountsAsShown) {
     EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
 }
 
-TEST_F(NativeDirection, AMenuThatCannotBeShownIsToldAtOnce) {
+TEST_F(NativeDirectionTest, AMenuThatCannotBeShownIsToldAtOnce) {
     openChrome();
     showMenuResult = AXActionResult::failed;
     onShowMenu = [] {};
@@ -55,7 +53,7 @@ TEST_F(NativeDirection, AMenuThatCannotBeShownIsToldAtOnce) {
     expectNextAttemptWorks();
 }
 
-TEST_F(NativeDirection, AMenuThatIsOpenAlreadyIsLeftAlone) {
+TEST_F(NativeDirectionTest, AMenuThatIsOpenAlreadyIsLeftAlone) {
     openChrome();
     openMenu();
     apply();
@@ -64,7 +62,7 @@ TEST_F(NativeDirection, AMenuThatIsOpenAlreadyIsLeftAlone) {
     EXPECT_EQ(desktop.queue.timerCount(), 0U);
 }
 
-TEST_F(NativeDirection, WaitsForTheMenuThroughTwentyFourMoreRuns) {
+TEST_F(NativeDirectionTest, WaitsForTheMenuThroughTwentyFourMoreRuns) {
     openChrome();
     onShowMenu = [] {};
     apply();
@@ -75,7 +73,7 @@ TEST_F(NativeDirection, WaitsForTheMenuThroughTwentyFourMoreRuns) {
     EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
 }
 
-TEST_F(NativeDirection, GivesUpInTheTwentyFifthRunWithADiagnostic) {
+TEST_F(NativeDirectionTest, GivesUpInTheTwentyFifthRunWithADiagnostic) {
     openChrome();
     editor->add("AXStaticText");
     onShowMenu = [] {};
@@ -91,7 +89,7 @@ TEST_F(NativeDirection, GivesUpInTheTwentyFifthRunWithADiagnostic) {
     expectNextAttemptWorks();
 }
 
-TEST_F(NativeDirection, ASecondChordWhileOneRunsIsIgnored) {
+TEST_F(NativeDirectionTest, ASecondChordWhileOneRunsIsIgnored) {
     openChrome();
     onShowMenu = [] {};
     apply();
@@ -102,7 +100,7 @@ TEST_F(NativeDirection, ASecondChordWhileOneRunsIsIgnored) {
     EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
 }
 
-TEST_F(NativeDirection, TakesTheMenuThatWasToldToHaveOpened) {
+TEST_F(NativeDirectionTest, TakesTheMenuThatWasToldToHaveOpened) {
     openChrome();
     auto& elsewhere = window->add("AXTable").add("AXMenu").withAction("AXCancel"); // where no search looks
     auto& line = elsewhere.add("AXMenuItem").with("AXDescription", "Writing Direction").add("AXMenu");
@@ -118,7 +116,7 @@ TEST_F(NativeDirection, TakesTheMenuThatWasToldToHaveOpened) {
     EXPECT_EQ(countOf(command, "AXPress"), 1);
 }
 
-TEST_F(NativeDirection, AnotherApplicationInFrontEndsTheAttemptSilently) {
+TEST_F(NativeDirectionTest, AnotherApplicationInFrontEndsTheAttemptSilently) {
     openChrome();
     onShowMenu = [] {};
     const auto chrome = pid;
@@ -131,7 +129,7 @@ TEST_F(NativeDirection, AnotherApplicationInFrontEndsTheAttemptSilently) {
     expectNextAttemptWorks();
 }
 
-TEST_F(NativeDirection, ACancelledAttemptEndsSilently) {
+TEST_F(NativeDirectionTest, ACancelledAttemptEndsSilently) {
     openChrome();
     onShowMenu = [] {};
     apply();
@@ -143,7 +141,7 @@ TEST_F(NativeDirection, ACancelledAttemptEndsSilently) {
     expectNextAttemptWorks();
 }
 
-TEST_F(NativeDirection, AFlagMayBeANumber) {
+TEST_F(NativeDirectionTest, AFlagMayBeANumber) {
     openChrome();
     editor->with("AXEnabled", std::int64_t{1});
     commands[1]->with("AXEnabled", std::int64_t{0});
@@ -154,7 +152,7 @@ TEST_F(NativeDirection, AFlagMayBeANumber) {
     expectNotApplied();
 }
 
-TEST_F(NativeDirection, AMenuWithoutTheSubmenuIsClosed) {
+TEST_F(NativeDirectionTest, AMenuWithoutTheSubmenuIsClosed) {
     openChrome();
     item->with("AXTitle", std::string("Spelling"));
     apply();
@@ -164,7 +162,7 @@ TEST_F(NativeDirection, AMenuWithoutTheSubmenuIsClosed) {
     expectNotApplied();
 }
 
-TEST_F(NativeDirection, ACommandOfTheSelectionIsNeverPressed) {
+TEST_F(NativeDirectionTest, ACommandOfTheSelectionIsNeverPressed) {
     openChrome();
     commands[0]->with("AXTitle", std::string("Selection"));
     apply();
@@ -174,7 +172,7 @@ TEST_F(NativeDirection, ACommandOfTheSelectionIsNeverPressed) {
     expectNotApplied();
 }
 
-TEST_F(NativeDirection, FocusInTheMenuIsFine) {
+TEST_F(NativeDirectionTest, FocusInTheMenuIsFine) {
     openChrome();
     onShowMenu = [this] {
         openMenu();
@@ -185,7 +183,7 @@ TEST_F(NativeDirection, FocusInTheMenuIsFine) {
     EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
 }
 
-TEST_F(NativeDirection, FocusInAnotherFieldCancels) {
+TEST_F(NativeDirectionTest, FocusInAnotherFieldCancels) {
     openChrome();
     auto& other = page->addTextField();
     onShowMenu = [&] {
@@ -200,7 +198,7 @@ TEST_F(NativeDirection, FocusInAnotherFieldCancels) {
     expectNextAttemptWorks();
 }
 
-TEST_F(NativeDirection, NoFocusCancels) {
+TEST_F(NativeDirectionTest, NoFocusCancels) {
     openChrome();
     onShowMenu = [this] {
         openMenu();
@@ -214,7 +212,7 @@ TEST_F(NativeDirection, NoFocusCancels) {
     expectNextAttemptWorks();
 }
 
-TEST_F(NativeDirection, ASelectionThatTheMenuMovedIsPutBack) {
+TEST_F(NativeDirectionTest, ASelectionThatTheMenuMovedIsPutBack) {
     openChrome();
     onShowMenu = [this] {
         openMenu();
@@ -227,7 +225,7 @@ TEST_F(NativeDirection, ASelectionThatTheMenuMovedIsPutBack) {
     EXPECT_EQ(now, AXValue(AXTextRange{4, 2}));
 }
 
-TEST_F(NativeDirection, ASelectionThatCannotBePutBackCancels) {
+TEST_F(NativeDirectionTest, ASelectionThatCannotBePutBackCancels) {
     openChrome();
     for (const bool stubborn : {false, true}) {
         stubborn ? editor->ignoringWrites("AXSelectedTextRange") : editor->settable("AXSelectedTextRange", false);
@@ -246,7 +244,7 @@ TEST_F(NativeDirection, ASelectionThatCannotBePutBackCancels) {
     EXPECT_EQ(countOf(*menu, "AXCancel"), 2);
 }
 
-TEST_F(NativeDirection, MarkersStandInForARange) {
+TEST_F(NativeDirectionTest, MarkersStandInForARange) {
     openChrome();
     editor->without("AXSelectedTextRange");
     editor->with("AXSelectedTextMarkerRange", fakes::fakeOpaqueValue("here"));
@@ -255,7 +253,7 @@ TEST_F(NativeDirection, MarkersStandInForARange) {
     EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
 }
 
-TEST_F(NativeDirection, AnEditorWithoutASelectionIsNotTouched) {
+TEST_F(NativeDirectionTest, AnEditorWithoutASelectionIsNotTouched) {
     openChrome();
     editor->without("AXSelectedTextRange");
     apply();
@@ -263,7 +261,7 @@ TEST_F(NativeDirection, AnEditorWithoutASelectionIsNotTouched) {
     EXPECT_EQ(countOf(*editor, "AXShowMenu"), 0);
 }
 
-TEST_F(NativeDirection, ACommandThatIsNotAppliedIsToldAndTheMenuClosed) {
+TEST_F(NativeDirectionTest, ACommandThatIsNotAppliedIsToldAndTheMenuClosed) {
     openChrome();
     commands[2]->with("AXEnabled", false);
     apply();
@@ -273,7 +271,7 @@ TEST_F(NativeDirection, ACommandThatIsNotAppliedIsToldAndTheMenuClosed) {
     expectNotApplied();
 }
 
-TEST_F(NativeDirection, IgnoresAnApplicationThatIsNotInFront) {
+TEST_F(NativeDirectionTest, IgnoresAnApplicationThatIsNotInFront) {
     openChrome();
     apply(WritingDirection::rightToLeft, SupportedApplication::safari);
     apply(WritingDirection::rightToLeft, SupportedApplication::word);
@@ -281,7 +279,7 @@ TEST_F(NativeDirection, IgnoresAnApplicationThatIsNotInFront) {
     EXPECT_THAT(desktop.accessibility.calls(), IsEmpty());
 }
 
-TEST_F(NativeDirection, AnAdapterThatIsGoneDoesNothing) {
+TEST_F(NativeDirectionTest, AnAdapterThatIsGoneDoesNothing) {
     openChrome();
     {
         NativeDirectionAdapter other(services(), report());
@@ -292,7 +290,7 @@ TEST_F(NativeDirection, AnAdapterThatIsGoneDoesNothing) {
     expectNotApplied();
 }
 
-TEST_F(NativeDirection, AMenuWhoseApplicationDoesNotAnswerIsReadAgain) {
+TEST_F(NativeDirectionTest, AMenuWhoseApplicationDoesNotAnswerIsReadAgain) {
     openChrome();
     apply();
     desktop.accessibility.notify(pid, "AXMenuOpened", *menu);
@@ -304,7 +302,7 @@ TEST_F(NativeDirection, AMenuWhoseApplicationDoesNotAnswerIsReadAgain) {
     EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
 }
 
-TEST_F(NativeDirection, AMenuThatCannotBeReachedIsClosedWhenItCanUnlessTheUserTookIt) {
+TEST_F(NativeDirectionTest, AMenuThatCannotBeReachedIsClosedWhenItCanUnlessTheUserTookIt) {
     for (const bool isTaken : {false, true}) {
         openChrome();
         said.clear();
@@ -324,7 +322,7 @@ TEST_F(NativeDirection, AMenuThatCannotBeReachedIsClosedWhenItCanUnlessTheUserTo
     }
 }
 
-TEST_F(NativeDirection, AHangingApplicationEndsInTheHint) {
+TEST_F(NativeDirectionTest, AHangingApplicationEndsInTheHint) {
     openChrome();
     desktop.accessibility.stopAnswering(pid);
     apply();
@@ -332,7 +330,7 @@ TEST_F(NativeDirection, AHangingApplicationEndsInTheHint) {
     EXPECT_THAT(said, ElementsAre("Place the cursor in an editable text field on the website"));
 }
 
-TEST_F(NativeDirection, FieldsOfAPageThatAreNoEditorsGetTheHint) {
+TEST_F(NativeDirectionTest, FieldsOfAPageThatAreNoEditorsGetTheHint) {
     openChrome();
     const std::string hint = "Place the cursor in an editable text field on the website";
     editor->settable("AXValue", false).settable("AXSelectedText");
@@ -347,14 +345,14 @@ TEST_F(NativeDirection, FieldsOfAPageThatAreNoEditorsGetTheHint) {
     EXPECT_THAT(desktop.accessibility.actions(), IsEmpty());
 }
 
-TEST_F(NativeDirection, SafariHasAMenuTitleOfItsOwn) {
+TEST_F(NativeDirectionTest, SafariHasAMenuTitleOfItsOwn) {
     openChrome("com.apple.Safari", "Paragraph Direction");
     apply(WritingDirection::rightToLeft, SupportedApplication::safari);
     desktop.queue.advance(60ms);
     EXPECT_THAT(said, ElementsAre("Applied RTL in Safari"));
 }
 
-TEST_F(NativeDirection, TextEditAndNotesTurnTheirDocumentOnly) {
+TEST_F(NativeDirectionTest, TextEditAndNotesTurnTheirDocumentOnly) {
     const std::vector<std::tuple<SupportedApplication, std::string, std::string>> cases{
         {SupportedApplication::textEdit, "First Text View", "Place the cursor in the TextEdit document body"},
         {SupportedApplication::notes, "Note Body Text View", "Place the cursor in the Notes note body"}};
@@ -371,7 +369,7 @@ TEST_F(NativeDirection, TextEditAndNotesTurnTheirDocumentOnly) {
     }
 }
 
-TEST_F(NativeDirection, MailHasOneMenuForTheSubjectAndAnotherForTheBody) {
+TEST_F(NativeDirectionTest, MailHasOneMenuForTheSubjectAndAnotherForTheBody) {
     openApplication("com.apple.mail");
     auto& subject = window->addTextField().with("AXIdentifier", std::string("Mail.subjectField"));
     useEditor(subject, "Writing Direction");
@@ -393,7 +391,7 @@ TEST_F(NativeDirection, MailHasOneMenuForTheSubjectAndAnotherForTheBody) {
 }
 
 /// An attempt whose steps come late must neither act twice nor act after it was cancelled.
-TEST_F(NativeDirection, StepsThatComeLateApplyOnceOrNotAtAll) {
+TEST_F(NativeDirectionTest, StepsThatComeLateApplyOnceOrNotAtAll) {
     openChrome();
     desktop.queue.nap(1s);
     apply();
@@ -410,7 +408,7 @@ TEST_F(NativeDirection, StepsThatComeLateApplyOnceOrNotAtAll) {
 }
 
 /// A context menu as macOS may show it: nobody's child, but named by the element that it was opened on.
-TEST_F(NativeDirection, TheMenuThatAnElementShowsIsFound) {
+TEST_F(NativeDirectionTest, TheMenuThatAnElementShowsIsFound) {
     openChrome();
     auto& elsewhere =
         window->add("AXTable").add("AXMenu").withAction("AXCancel").present(false); // where no search looks
@@ -435,7 +433,7 @@ TEST_F(NativeDirection, TheMenuThatAnElementShowsIsFound) {
 }
 
 /// The menus of the menu bar can be walked while they are closed, and hold items of the same titles.
-TEST_F(NativeDirection, AClosedMenuOfTheMenuBarIsNoOpenMenu) {
+TEST_F(NativeDirectionTest, AClosedMenuOfTheMenuBarIsNoOpenMenu) {
     openChrome();
     onShowMenu = [] {};
     apply();

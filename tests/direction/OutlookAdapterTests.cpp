@@ -9,9 +9,9 @@ namespace quillane::testing {
 namespace {
 
 /// A message being written in Outlook: a subject, a body in a web area, and a formatting toolbar.
-class OutlookDirection : public DirectionTest {
+class OutlookDirectionTest : public DirectionTest {
 protected:
-    OutlookDirection() : adapter(services(), report()) {
+    OutlookDirectionTest() : adapter(services(), report()) {
         openApplication("com.microsoft.Outlook");
         toolbar = &window->add("AXToolbar").with("AXTitle", std::string("Formatting Toolbar"));
         rtl = &toolbar->add("AXButton").with("AXTitle", std::string("Right to Left")).withAction("AXPress");
@@ -50,7 +50,7 @@ protected:
 
 constexpr auto cancelled = "Direction change cancelled after focus changed or another key was pressed";
 
-TEST_F(OutlookDirection, PressesTheButtonOfTheToolbar) {
+TEST_F(OutlookDirectionTest, PressesTheButtonOfTheToolbar) {
     apply();
     adapter.apply(WritingDirection::leftToRight);
     EXPECT_THAT(said, ElementsAre("Applied RTL in Outlook", "Applied LTR in Outlook"));
@@ -58,19 +58,19 @@ TEST_F(OutlookDirection, PressesTheButtonOfTheToolbar) {
     EXPECT_EQ(countOf(*ltr, "AXPress"), 1);
 }
 
-TEST_F(OutlookDirection, AButtonThatFailsIsTold) {
+TEST_F(OutlookDirectionTest, AButtonThatFailsIsTold) {
     rtl->with("AXEnabled", false);
     apply();
     EXPECT_THAT(said, ElementsAre("Outlook did not apply the direction command"));
 }
 
-TEST_F(OutlookDirection, AMessageWithoutAToolbarIsPlainText) {
+TEST_F(OutlookDirectionTest, AMessageWithoutAToolbarIsPlainText) {
     toolbar->present(false);
     apply();
     EXPECT_THAT(said, ElementsAre("Formatting toolbar not found — the message must use HTML"));
 }
 
-TEST_F(OutlookDirection, AReadingPaneAndOtherPlacesGetTheHint) {
+TEST_F(OutlookDirectionTest, AReadingPaneAndOtherPlacesGetTheHint) {
     const std::string hint = "Place the cursor in the Outlook message body or subject";
     page->with("AXURL", std::string("about:blank"));
     apply();
@@ -84,7 +84,7 @@ TEST_F(OutlookDirection, AReadingPaneAndOtherPlacesGetTheHint) {
     EXPECT_THAT(desktop.accessibility.actions(), IsEmpty());
 }
 
-TEST_F(OutlookDirection, TheWebAreaMustBeWithinTwelveSteps) {
+TEST_F(OutlookDirectionTest, TheWebAreaMustBeWithinTwelveSteps) {
     auto* deep = page;
     for (int step = 0; step < 11; ++step) {
         deep = &deep->add("AXGroup");
@@ -96,7 +96,7 @@ TEST_F(OutlookDirection, TheWebAreaMustBeWithinTwelveSteps) {
     EXPECT_THAT(said, ElementsAre("Applied RTL in Outlook", "Place the cursor in the Outlook message body or subject"));
 }
 
-TEST_F(OutlookDirection, TheSubjectHasItsContextMenu) {
+TEST_F(OutlookDirectionTest, TheSubjectHasItsContextMenu) {
     auto& subject = window->addTextField()
                         .with("AXIdentifier", std::string("subjectTextField"))
                         .with("AXSelectedTextRange", AXTextRange{0, 0});
@@ -120,7 +120,7 @@ TEST_F(OutlookDirection, TheSubjectHasItsContextMenu) {
     EXPECT_THAT(said, ElementsAre("Applied RTL in Outlook", "Place the cursor in the Outlook subject field"));
 }
 
-TEST_F(OutlookDirection, GoesThroughTheOverflowPopover) {
+TEST_F(OutlookDirectionTest, GoesThroughTheOverflowPopover) {
     narrow();
     apply();
     EXPECT_EQ(countOf(*overflow, "AXPress"), 1);
@@ -134,7 +134,7 @@ TEST_F(OutlookDirection, GoesThroughTheOverflowPopover) {
     EXPECT_EQ(desktop.queue.timerCount(), 0U);
 }
 
-TEST_F(OutlookDirection, LooksForThePopoverEightTimes) {
+TEST_F(OutlookDirectionTest, LooksForThePopoverEightTimes) {
     narrow();
     apply();
     desktop.queue.advance(639ms);
@@ -144,7 +144,7 @@ TEST_F(OutlookDirection, LooksForThePopoverEightTimes) {
     EXPECT_EQ(desktop.queue.timerCount(), 0U);
 }
 
-TEST_F(OutlookDirection, AnOverflowThatIsMissingOrFailsIsTold) {
+TEST_F(OutlookDirectionTest, AnOverflowThatIsMissingOrFailsIsTold) {
     narrow();
     overflow->with("AXEnabled", false);
     apply();
@@ -155,7 +155,7 @@ TEST_F(OutlookDirection, AnOverflowThatIsMissingOrFailsIsTold) {
     EXPECT_EQ(desktop.queue.timerCount(), 0U);
 }
 
-TEST_F(OutlookDirection, AWaitThatIsCancelledSaysSoInItsNextStep) {
+TEST_F(OutlookDirectionTest, AWaitThatIsCancelledSaysSoInItsNextStep) {
     narrow();
     apply();
     adapter.cancelPending();
@@ -168,7 +168,7 @@ TEST_F(OutlookDirection, AWaitThatIsCancelledSaysSoInItsNextStep) {
     EXPECT_EQ(said.back(), "Applied RTL in Outlook");
 }
 
-TEST_F(OutlookDirection, TheLastChordTakesAWaitOver) {
+TEST_F(OutlookDirectionTest, TheLastChordTakesAWaitOver) {
     narrow();
     auto& hiddenLtr = popover->add("AXButton").with("AXTitle", std::string("Left to Right")).withAction("AXPress");
     apply();
@@ -182,7 +182,7 @@ TEST_F(OutlookDirection, TheLastChordTakesAWaitOver) {
     EXPECT_EQ(desktop.queue.timerCount(), 0U);
 }
 
-TEST_F(OutlookDirection, CancellingNothingSaysNothing) {
+TEST_F(OutlookDirectionTest, CancellingNothingSaysNothing) {
     adapter.cancelPending();
     narrow();
     apply();
@@ -191,7 +191,7 @@ TEST_F(OutlookDirection, CancellingNothingSaysNothing) {
     EXPECT_THAT(said, ElementsAre("Applied RTL in Outlook"));
 }
 
-TEST_F(OutlookDirection, FocusElsewhereAndOtherApplicationsCancelTheWait) {
+TEST_F(OutlookDirectionTest, FocusElsewhereAndOtherApplicationsCancelTheWait) {
     narrow();
     apply();
     focus(window->addTextField());

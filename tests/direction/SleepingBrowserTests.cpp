@@ -7,7 +7,7 @@ namespace quillane::testing {
 namespace {
 
 /// A browser that has made no accessibility tree when the chord comes. Nobody has woken it.
-class SleepingBrowser : public NativeDirectionTest {
+class SleepingBrowserTest : public NativeDirectionTest {
 protected:
     /// The tree is there so long after the browser is woken.
     void openSleeping(std::chrono::milliseconds building, std::string_view bundleID = "com.google.Chrome") {
@@ -31,7 +31,7 @@ protected:
     const std::string hint = "Place the cursor in an editable text field on the website";
 };
 
-TEST_F(SleepingBrowser, IsWokenByTheChordAndTheParagraphTurned) {
+TEST_F(SleepingBrowserTest, IsWokenByTheChordAndTheParagraphTurned) {
     openSleeping(40ms);
     apply();
     EXPECT_THAT(said, IsEmpty());
@@ -40,7 +40,7 @@ TEST_F(SleepingBrowser, IsWokenByTheChordAndTheParagraphTurned) {
     EXPECT_EQ(wakings().size(), 1U);
 }
 
-TEST_F(SleepingBrowser, MayTakeThreeStepsToMakeItsTree) {
+TEST_F(SleepingBrowserTest, MayTakeThreeStepsToMakeItsTree) {
     openSleeping(170ms);
     apply();
     desktop.queue.advance(179ms);
@@ -50,7 +50,7 @@ TEST_F(SleepingBrowser, MayTakeThreeStepsToMakeItsTree) {
     EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
 }
 
-TEST_F(SleepingBrowser, ThatStaysAsleepGetsTheHintAfterThreeSteps) {
+TEST_F(SleepingBrowserTest, ThatStaysAsleepGetsTheHintAfterThreeSteps) {
     openSleeping(1h);
     apply();
     desktop.queue.advance(179ms);
@@ -65,7 +65,7 @@ TEST_F(SleepingBrowser, ThatStaysAsleepGetsTheHintAfterThreeSteps) {
     EXPECT_THAT(said, ElementsAre(hint, hint));
 }
 
-TEST_F(SleepingBrowser, ASecondChordWhileItIsWokenIsIgnored) {
+TEST_F(SleepingBrowserTest, ASecondChordWhileItIsWokenIsIgnored) {
     openSleeping(100ms);
     apply();
     apply(WritingDirection::leftToRight);
@@ -73,7 +73,7 @@ TEST_F(SleepingBrowser, ASecondChordWhileItIsWokenIsIgnored) {
     EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
 }
 
-TEST_F(SleepingBrowser, ACancelledChordEndsSilently) {
+TEST_F(SleepingBrowserTest, ACancelledChordEndsSilently) {
     openSleeping(100ms);
     apply();
     adapter.cancelPending();
@@ -85,7 +85,7 @@ TEST_F(SleepingBrowser, ACancelledChordEndsSilently) {
     EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
 }
 
-TEST_F(SleepingBrowser, AnotherApplicationInFrontEndsTheChordSilently) {
+TEST_F(SleepingBrowserTest, AnotherApplicationInFrontEndsTheChordSilently) {
     openSleeping(40ms);
     apply();
     desktop.withFrontApplication("com.apple.finder");
@@ -94,7 +94,7 @@ TEST_F(SleepingBrowser, AnotherApplicationInFrontEndsTheChordSilently) {
     EXPECT_EQ(countOf(*editor, "AXShowMenu"), 0);
 }
 
-TEST_F(SleepingBrowser, AnAdapterThatIsGoneDoesNothing) {
+TEST_F(SleepingBrowserTest, AnAdapterThatIsGoneDoesNothing) {
     openSleeping(40ms);
     {
         NativeDirectionAdapter other(services(), report());
@@ -104,7 +104,7 @@ TEST_F(SleepingBrowser, AnAdapterThatIsGoneDoesNothing) {
     EXPECT_THAT(said, IsEmpty());
 }
 
-TEST_F(SleepingBrowser, OnlyTheChromiumFamilyIsWoken) {
+TEST_F(SleepingBrowserTest, OnlyTheChromiumFamilyIsWoken) {
     openApplication("com.apple.Safari");
     apply(WritingDirection::rightToLeft, SupportedApplication::safari);
     EXPECT_THAT(said, ElementsAre(hint));

@@ -9,9 +9,9 @@ namespace quillane::testing {
 namespace {
 
 /// A document in Word with a ribbon of two tabs; the direction buttons are on Home.
-class WordDirection : public DirectionTest {
+class WordDirectionTest : public DirectionTest {
 protected:
-    WordDirection() : adapter(services(), report()) {
+    WordDirectionTest() : adapter(services(), report()) {
         openApplication("com.microsoft.Word");
         ribbon = &window->add("AXTabGroup").with("AXDescription", std::string("ribbon"));
         home = &ribbon->add("AXRadioButton").with("AXTitle", std::string("Home")).withAction("AXPress", [this] {
@@ -42,7 +42,7 @@ protected:
 
 constexpr auto openHome = "Open the Home tab in Word to show paragraph direction buttons";
 
-TEST_F(WordDirection, PressesTheButtonOfTheDirection) {
+TEST_F(WordDirectionTest, PressesTheButtonOfTheDirection) {
     adapter.apply(WritingDirection::rightToLeft);
     adapter.apply(WritingDirection::leftToRight);
     EXPECT_THAT(said, ElementsAre("Applied RTL in Word", "Applied LTR in Word"));
@@ -54,14 +54,14 @@ TEST_F(WordDirection, PressesTheButtonOfTheDirection) {
     }
 }
 
-TEST_F(WordDirection, ADisabledButtonIsTold) {
+TEST_F(WordDirectionTest, ADisabledButtonIsTold) {
     rtl->with("AXEnabled", false);
     adapter.apply(WritingDirection::rightToLeft);
     EXPECT_THAT(said, ElementsAre("Word cannot change direction in this document"));
     EXPECT_THAT(desktop.accessibility.actions(), IsEmpty());
 }
 
-TEST_F(WordDirection, AnythingButAPageGetsTheHint) {
+TEST_F(WordDirectionTest, AnythingButAPageGetsTheHint) {
     const std::string hint = "Place the cursor in the Word document body";
     editor->with("AXDescription", std::string("Comment"));
     adapter.apply(WritingDirection::rightToLeft);
@@ -79,7 +79,7 @@ TEST_F(WordDirection, AnythingButAPageGetsTheHint) {
     EXPECT_THAT(desktop.accessibility.actions(), IsEmpty());
 }
 
-TEST_F(WordDirection, OpensTheHomeTabAndPressesTheButtonWhenItIsThere) {
+TEST_F(WordDirectionTest, OpensTheHomeTabAndPressesTheButtonWhenItIsThere) {
     showButtons(false);
     adapter.apply(WritingDirection::rightToLeft);
     EXPECT_EQ(countOf(*home, "AXPress"), 1);
@@ -91,7 +91,7 @@ TEST_F(WordDirection, OpensTheHomeTabAndPressesTheButtonWhenItIsThere) {
     EXPECT_EQ(desktop.queue.timerCount(), 0U);
 }
 
-TEST_F(WordDirection, LooksForTheButtonElevenTimes) {
+TEST_F(WordDirectionTest, LooksForTheButtonElevenTimes) {
     showButtons(false);
     adapter.apply(WritingDirection::rightToLeft);
     desktop.queue.advance(659ms);
@@ -101,7 +101,7 @@ TEST_F(WordDirection, LooksForTheButtonElevenTimes) {
     EXPECT_EQ(desktop.queue.timerCount(), 0U);
 }
 
-TEST_F(WordDirection, AsksForTheHomeTabWhenItCannotBeOpened) {
+TEST_F(WordDirectionTest, AsksForTheHomeTabWhenItCannotBeOpened) {
     showButtons(false);
     homeResult = AXActionResult::failed;
     adapter.apply(WritingDirection::rightToLeft);
@@ -111,9 +111,9 @@ TEST_F(WordDirection, AsksForTheHomeTabWhenItCannotBeOpened) {
     EXPECT_EQ(desktop.queue.timerCount(), 0U);
 }
 
-class WordWait : public WordDirection, public ::testing::WithParamInterface<int> {};
+class WordWaitTest : public WordDirectionTest, public ::testing::WithParamInterface<int> {};
 
-TEST_P(WordWait, EndsSilentlyWhenSomethingElseComes) {
+TEST_P(WordWaitTest, EndsSilentlyWhenSomethingElseComes) {
     showButtons(false);
     adapter.apply(WritingDirection::rightToLeft);
     switch (GetParam()) {
@@ -135,9 +135,9 @@ TEST_P(WordWait, EndsSilentlyWhenSomethingElseComes) {
     EXPECT_EQ(countOf(*rtl, "AXPress"), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(OtherFieldOtherWindowOtherApplicationCancelled, WordWait, ::testing::Range(0, 4));
+INSTANTIATE_TEST_SUITE_P(OtherFieldOtherWindowOtherApplicationCancelled, WordWaitTest, ::testing::Range(0, 4));
 
-TEST_F(WordDirection, DoesNothingWhenAnotherApplicationIsInFront) {
+TEST_F(WordDirectionTest, DoesNothingWhenAnotherApplicationIsInFront) {
     desktop.withFrontApplication("com.apple.finder");
     adapter.apply(WritingDirection::rightToLeft);
     EXPECT_THAT(said, IsEmpty());

@@ -11,14 +11,14 @@ namespace {
 using namespace std::chrono_literals;
 using State = FileShareModel::State;
 
-class FileShareModelTests : public FileShareTest {
+class FileShareModelTest : public FileShareTest {
 protected:
     std::unique_ptr<FileShareModel> model_ = std::make_unique<FileShareModel>(file_, services_);
 };
 
 const core::Url link = core::Url::parse("https://files.example:8443/up/abc/file.txt").value();
 
-TEST_F(FileShareModelTests, BeginsUploadingWithTheSavedServer) {
+TEST_F(FileShareModelTest, BeginsUploadingWithTheSavedServer) {
     EXPECT_EQ(model_->state(), State(FileShareModel::Uploading{}));
     EXPECT_EQ(model_->progress(), 0);
     EXPECT_FALSE(model_->copied());
@@ -26,33 +26,33 @@ TEST_F(FileShareModelTests, BeginsUploadingWithTheSavedServer) {
     EXPECT_TRUE(sessions_.transfers.empty());
 }
 
-TEST_F(FileShareModelTests, StartUploadsTheFile) {
+TEST_F(FileShareModelTest, StartUploadsTheFile) {
     model_->start();
     EXPECT_EQ(transfer().request->url.absoluteString(), "https://files.example:8443/up/file.txt");
     transfer().send(250, 1000);
     EXPECT_EQ(model_->progress(), 0.25);
 }
 
-TEST_F(FileShareModelTests, CompletesWithTheLink) {
+TEST_F(FileShareModelTest, CompletesWithTheLink) {
     model_->start();
     answerWithLink();
     EXPECT_EQ(model_->state(), State(FileShareModel::Completed{link}));
 }
 
-TEST_F(FileShareModelTests, AFailureHasItsMessageWithThisUploadsServer) {
+TEST_F(FileShareModelTest, AFailureHasItsMessageWithThisUploadsServer) {
     model_->start();
     core::FileShareServer::standard().save(defaults_);
     transfer().complete(core::UrlResponse{413});
     EXPECT_EQ(model_->state(), State(FileShareModel::Failed{core::texts::fileTooLarge("files.example:8443/up")}));
 }
 
-TEST_F(FileShareModelTests, AFileThatCannotBeSentFailsAtOnce) {
+TEST_F(FileShareModelTest, AFileThatCannotBeSentFailsAtOnce) {
     FileShareModel folder(core::Url::fromFilePath(files_.folder()), services_);
     folder.start();
     EXPECT_EQ(folder.state(), State(FileShareModel::Failed{core::texts::selectRegularFile}));
 }
 
-TEST_F(FileShareModelTests, DiskThatHangsIsWaitedFor) {
+TEST_F(FileShareModelTest, DiskThatHangsIsWaitedFor) {
     disk_.goAway();
     model_->start();
     EXPECT_EQ(model_->state(), State(FileShareModel::Uploading{}));
@@ -62,7 +62,7 @@ TEST_F(FileShareModelTests, DiskThatHangsIsWaitedFor) {
     EXPECT_EQ(model_->state(), State(FileShareModel::Completed{link}));
 }
 
-TEST_F(FileShareModelTests, UploadToADiskThatHangsCanBeCancelled) {
+TEST_F(FileShareModelTest, UploadToADiskThatHangsCanBeCancelled) {
     disk_.goAway();
     model_->start();
     model_->cancel();
@@ -71,13 +71,13 @@ TEST_F(FileShareModelTests, UploadToADiskThatHangsCanBeCancelled) {
     EXPECT_EQ(model_->state(), State(FileShareModel::Cancelled{}));
 }
 
-TEST_F(FileShareModelTests, FileThatCannotBeReadWhileItIsSentHasItsMessage) {
+TEST_F(FileShareModelTest, FileThatCannotBeReadWhileItIsSentHasItsMessage) {
     model_->start();
     transfer().complete(std::nullopt, core::UrlError::cannotReadFile);
     EXPECT_EQ(model_->state(), State(FileShareModel::Failed{core::texts::cannotReadFile.on(services_.desktop)}));
 }
 
-TEST_F(FileShareModelTests, WithoutAServerNothingIsSent) {
+TEST_F(FileShareModelTest, WithoutAServerNothingIsSent) {
     core::FileShareServer::standard().save(defaults_);
     ASSERT_TRUE(model_->server().isPlaceholder() || core::FileShareServer::standard().isPlaceholder());
     EXPECT_FALSE(model_->needsServer());
@@ -91,21 +91,21 @@ TEST_F(FileShareModelTests, WithoutAServerNothingIsSent) {
     EXPECT_EQ(transfer().request->url.absoluteString(), "http://nas/file.txt");
 }
 
-TEST_F(FileShareModelTests, CancellingIsNoFailure) {
+TEST_F(FileShareModelTest, CancellingIsNoFailure) {
     model_->start();
     model_->cancel();
     EXPECT_EQ(model_->state(), State(FileShareModel::Cancelled{}));
     EXPECT_TRUE(transfer().destroyed);
 }
 
-TEST_F(FileShareModelTests, CancellingAfterTheEndChangesNothing) {
+TEST_F(FileShareModelTest, CancellingAfterTheEndChangesNothing) {
     model_->start();
     answerWithLink();
     model_->cancel();
     EXPECT_EQ(model_->state(), State(FileShareModel::Completed{link}));
 }
 
-TEST_F(FileShareModelTests, AnotherTryStartsFromZeroWithTheServerSavedNow) {
+TEST_F(FileShareModelTest, AnotherTryStartsFromZeroWithTheServerSavedNow) {
     model_->start();
     transfer().send(500, 1000);
     model_->cancel();
@@ -117,7 +117,7 @@ TEST_F(FileShareModelTests, AnotherTryStartsFromZeroWithTheServerSavedNow) {
     EXPECT_EQ(transfer().request->url.absoluteString(), "http://nas/file.txt");
 }
 
-TEST_F(FileShareModelTests, ChangingTheServerDoesNotTouchARunningUpload) {
+TEST_F(FileShareModelTest, ChangingTheServerDoesNotTouchARunningUpload) {
     model_->start();
     core::FileShareServer::validating("http://nas")->save(defaults_);
     EXPECT_EQ(model_->server().displayName(), "files.example:8443/up");
@@ -125,7 +125,7 @@ TEST_F(FileShareModelTests, ChangingTheServerDoesNotTouchARunningUpload) {
     EXPECT_EQ(model_->state(), State(FileShareModel::Completed{link}));
 }
 
-TEST_F(FileShareModelTests, CopiesTheLinkOnlyWhenThereIsOne) {
+TEST_F(FileShareModelTest, CopiesTheLinkOnlyWhenThereIsOne) {
     pasteboard_.copyText("before");
     model_->start();
     model_->copyLink();
@@ -139,7 +139,7 @@ TEST_F(FileShareModelTests, CopiesTheLinkOnlyWhenThereIsOne) {
     EXPECT_FALSE(model_->copied());
 }
 
-TEST_F(FileShareModelTests, ARefusedCopyIsNotCalledCopied) {
+TEST_F(FileShareModelTest, ARefusedCopyIsNotCalledCopied) {
     model_->start();
     answerWithLink();
     pasteboard_.refuseWrites();
@@ -147,13 +147,13 @@ TEST_F(FileShareModelTests, ARefusedCopyIsNotCalledCopied) {
     EXPECT_FALSE(model_->copied());
 }
 
-TEST_F(FileShareModelTests, ARunningUploadDoesNotKeepItAlive) {
+TEST_F(FileShareModelTest, ARunningUploadDoesNotKeepItAlive) {
     model_->start();
     model_.reset();
     EXPECT_TRUE(transfer().destroyed);
 }
 
-TEST_F(FileShareModelTests, EveryChangeIsTold) {
+TEST_F(FileShareModelTest, EveryChangeIsTold) {
     int changes = 0;
     QObject::connect(model_.get(), &FileShareModel::changed, [&] { ++changes; });
     model_->start();
@@ -166,7 +166,7 @@ TEST_F(FileShareModelTests, EveryChangeIsTold) {
     EXPECT_EQ(changes, 4);
 }
 
-TEST(TransferRateTests, TellsSpeedAndTimeLeft) {
+TEST(TransferRate, TellsSpeedAndTimeLeft) {
     TransferRate rate;
     const TransferRate::Time begin;
     EXPECT_FALSE(rate.estimate(1000));
@@ -180,7 +180,7 @@ TEST(TransferRateTests, TellsSpeedAndTimeLeft) {
     EXPECT_FALSE(rate.estimate(100));
 }
 
-TEST(TransferRateTests, ForgetsWhatWasBeforeTheWindow) {
+TEST(TransferRate, ForgetsWhatWasBeforeTheWindow) {
     TransferRate rate;
     const TransferRate::Time begin;
     for (int second = 0; second <= 20; ++second) {
@@ -189,7 +189,7 @@ TEST(TransferRateTests, ForgetsWhatWasBeforeTheWindow) {
     EXPECT_EQ(rate.estimate(1200)->bytesPerSecond, 10);
 }
 
-TEST(TransferRateTests, AStandstillHasNoEstimate) {
+TEST(TransferRate, AStandstillHasNoEstimate) {
     TransferRate rate;
     const TransferRate::Time begin;
     rate.add(100, begin);

@@ -12,7 +12,7 @@
 namespace quillane {
 namespace {
 
-class FileShareSettingsViewTests : public FileShareTest {
+class FileShareSettingsViewTest : public FileShareTest {
 protected:
     [[nodiscard]] QLineEdit& address() { return *view_.findChild<QLineEdit*>("address"); }
 
@@ -29,7 +29,7 @@ protected:
     FileShareSettingsView view_{defaults_, preferences_, core::Desktop::macOS};
 };
 
-TEST_F(FileShareSettingsViewTests, BeginsWithTheSavedServer) {
+TEST_F(FileShareSettingsViewTest, BeginsWithTheSavedServer) {
     EXPECT_EQ(address().text(), "https://files.example:8443/up");
     EXPECT_EQ(label("currentServer"), "Current server: files.example:8443/up");
     EXPECT_FALSE(save().isEnabled());
@@ -38,7 +38,7 @@ TEST_F(FileShareSettingsViewTests, BeginsWithTheSavedServer) {
     EXPECT_EQ(restore().text().toStdString(), core::FileShareServer::standard().host());
 }
 
-TEST_F(FileShareSettingsViewTests, SavesAValidAddressAndShowsItAsItIsStored) {
+TEST_F(FileShareSettingsViewTest, SavesAValidAddressAndShowsItAsItIsStored) {
     address().setText("  HTTP://NAS:8080/drop/ ");
     EXPECT_TRUE(save().isEnabled());
     save().click();
@@ -48,7 +48,7 @@ TEST_F(FileShareSettingsViewTests, SavesAValidAddressAndShowsItAsItIsStored) {
     EXPECT_FALSE(save().isEnabled());
 }
 
-TEST_F(FileShareSettingsViewTests, PastedAddressMayHaveDirectionMarksAndAnyScript) {
+TEST_F(FileShareSettingsViewTest, PastedAddressMayHaveDirectionMarksAndAnyScript) {
     address().setText("\u2067https://קבצים.example:8443/\u2069");
     EXPECT_FALSE(isWarning());
     save().click();
@@ -57,13 +57,13 @@ TEST_F(FileShareSettingsViewTests, PastedAddressMayHaveDirectionMarksAndAnyScrip
     EXPECT_EQ(label("currentServer"), "Current server: xn--5dbqm8ad.example:8443");
 }
 
-TEST_F(FileShareSettingsViewTests, ReturnSaves) {
+TEST_F(FileShareSettingsViewTest, ReturnSaves) {
     address().setText("https://other.example");
     QTest::keyClick(&address(), Qt::Key_Return);
     EXPECT_EQ(stored(), "https://other.example");
 }
 
-TEST_F(FileShareSettingsViewTests, AnInvalidAddressIsExplainedAndNeverSaved) {
+TEST_F(FileShareSettingsViewTest, AnInvalidAddressIsExplainedAndNeverSaved) {
     address().setText("http://files.example");
     EXPECT_TRUE(isWarning());
     EXPECT_EQ(label("warning"), "Invalid address. Use an https address for any server, or an http address only for a "
@@ -77,19 +77,19 @@ TEST_F(FileShareSettingsViewTests, AnInvalidAddressIsExplainedAndNeverSaved) {
     EXPECT_FALSE(isWarning());
 }
 
-TEST_F(FileShareSettingsViewTests, ADraftThatMeansTheServerInUseIsNothingToSave) {
+TEST_F(FileShareSettingsViewTest, ADraftThatMeansTheServerInUseIsNothingToSave) {
     address().setText(" HTTPS://Files.Example:8443/up/ ");
     EXPECT_FALSE(save().isEnabled());
 }
 
-TEST_F(FileShareSettingsViewTests, RestoringUsesTheStandardServerAndStoresNothing) {
+TEST_F(FileShareSettingsViewTest, RestoringUsesTheStandardServerAndStoresNothing) {
     restore().click();
     EXPECT_EQ(stored(), std::nullopt);
     EXPECT_EQ(address().text().toStdString(), core::FileShareServer::standard().url().absoluteString());
     EXPECT_FALSE(save().isEnabled());
 }
 
-TEST_F(FileShareSettingsViewTests, TheAddressRunsLeftToRightInEveryLanguage) {
+TEST_F(FileShareSettingsViewTest, TheAddressRunsLeftToRightInEveryLanguage) {
     for (const auto language : core::allLanguages) {
         preferences_.choose(language);
         EXPECT_EQ(address().layoutDirection(), Qt::LeftToRight);

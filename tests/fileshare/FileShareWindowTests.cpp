@@ -30,7 +30,7 @@ namespace {
 
 using core::AppLanguage;
 
-class FileShareWindowTests : public FileShareTest {
+class FileShareWindowTest : public FileShareTest {
 protected:
     FileShareWindow& open() {
         service_.show(file_);
@@ -57,7 +57,7 @@ protected:
         return names;
     }
 
-    ~FileShareWindowTests() override { useDark(false); }
+    ~FileShareWindowTest() override { useDark(false); }
 
     /// Draws the window in every language, light and dark, into files for whoever wants to look, and finds no text cut
     /// off, no button that is hard to read, and a name on everything that takes the focus.
@@ -111,7 +111,7 @@ protected:
     FileShareService service_{services_};
 };
 
-TEST_F(FileShareWindowTests, ShowsTheUpload) {
+TEST_F(FileShareWindowTest, ShowsTheUpload) {
     auto& window = open();
     EXPECT_EQ(window.windowTitle(), "Quillane Share");
     EXPECT_EQ(text(window, "fileName"), "file.txt");
@@ -129,7 +129,7 @@ TEST_F(FileShareWindowTests, ShowsTheUpload) {
     expectFits(window, "waiting");
 }
 
-TEST_F(FileShareWindowTests, TellsHowFastItIsAndHowLongItTakes) {
+TEST_F(FileShareWindowTest, TellsHowFastItIsAndHowLongItTakes) {
     using namespace std::chrono_literals;
     file_ = files_.url("film.mov", std::string(1000000, 'x'));
     auto& window = open();
@@ -143,7 +143,7 @@ TEST_F(FileShareWindowTests, TellsHowFastItIsAndHowLongItTakes) {
     EXPECT_EQ(text(window, "rate"), "");
 }
 
-TEST_F(FileShareWindowTests, AStepOfTheProgressDrawsTheWindowOnce) {
+TEST_F(FileShareWindowTest, AStepOfTheProgressDrawsTheWindowOnce) {
     class Drawings : public QObject {
     public:
         int count = 0;
@@ -168,7 +168,7 @@ TEST_F(FileShareWindowTests, AStepOfTheProgressDrawsTheWindowOnce) {
     }
 }
 
-TEST_F(FileShareWindowTests, ALongNameIsCutInItsMiddleAndHelpHasThePath) {
+TEST_F(FileShareWindowTest, ALongNameIsCutInItsMiddleAndHelpHasThePath) {
     const auto name = std::string(100, 'a') + "ש" + std::string(100, 'b') + ".txt";
     service_.show(files_.url(name));
     auto& window = *service_.windows().back();
@@ -178,7 +178,7 @@ TEST_F(FileShareWindowTests, ALongNameIsCutInItsMiddleAndHelpHasThePath) {
     expectFits(window, "long-name");
 }
 
-TEST_F(FileShareWindowTests, HelpShowsANameWithMarkupAsItIs) {
+TEST_F(FileShareWindowTest, HelpShowsANameWithMarkupAsItIs) {
     service_.show(files_.url("<b>&lt; R&D.txt"));
     const auto path = QString::fromStdString(files_.folder() / "<b>&lt; R&D.txt");
     const auto* name = service_.windows().back()->findChild<QLabel*>("fileName");
@@ -194,7 +194,7 @@ TEST_F(FileShareWindowTests, HelpShowsANameWithMarkupAsItIs) {
     EXPECT_EQ(plain->toolTip(), QString::fromStdString(files_.folder() / "R&D #1.txt"));
 }
 
-TEST_F(FileShareWindowTests, FollowsTheAppearanceWhileItIsOpen) {
+TEST_F(FileShareWindowTest, FollowsTheAppearanceWhileItIsOpen) {
     using core::Appearance;
     auto& window = open();
     answerWithLink();
@@ -213,7 +213,7 @@ TEST_F(FileShareWindowTests, FollowsTheAppearanceWhileItIsOpen) {
     EXPECT_EQ(symbol(), lightSymbol);
 }
 
-TEST_F(FileShareWindowTests, ShowsTheLink) {
+TEST_F(FileShareWindowTest, ShowsTheLink) {
     auto& window = open();
     answerWithLink();
     EXPECT_EQ(text(window, "title"), "Your file is ready to share");
@@ -231,7 +231,7 @@ TEST_F(FileShareWindowTests, ShowsTheLink) {
     expectFits(window, "copied");
 }
 
-TEST_F(FileShareWindowTests, TheLinkIsShownAsAQrCodeThatReadersUnderstand) {
+TEST_F(FileShareWindowTest, TheLinkIsShownAsAQrCodeThatReadersUnderstand) {
     auto& window = open();
     auto& toggle = *window.findChild<QToolButton*>("qrButton");
     auto& code = *window.findChild<QWidget*>("qrCode");
@@ -252,7 +252,7 @@ TEST_F(FileShareWindowTests, TheLinkIsShownAsAQrCodeThatReadersUnderstand) {
     EXPECT_EQ(text(window, "title"), "Your file is ready to share");
 }
 
-TEST_F(FileShareWindowTests, ALongLinkStillHasACodeAndOneThatIsTooLongHasNone) {
+TEST_F(FileShareWindowTest, ALongLinkStillHasACodeAndOneThatIsTooLongHasNone) {
     for (const std::size_t length : {400U, 480U}) {
         auto& window = open();
         const std::string link = "https://files.example:8443/up/abc/" + std::string(length, 'x');
@@ -269,7 +269,7 @@ TEST_F(FileShareWindowTests, ALongLinkStillHasACodeAndOneThatIsTooLongHasNone) {
     }
 }
 
-TEST_F(FileShareWindowTests, TheLinkRunsLeftToRightInEveryLanguage) {
+TEST_F(FileShareWindowTest, TheLinkRunsLeftToRightInEveryLanguage) {
     auto& window = open();
     answerWithLink();
     for (const auto language : core::allLanguages) {
@@ -280,7 +280,7 @@ TEST_F(FileShareWindowTests, TheLinkRunsLeftToRightInEveryLanguage) {
     }
 }
 
-TEST_F(FileShareWindowTests, ReturnCopiesAndClosesOnceThereIsALink) {
+TEST_F(FileShareWindowTest, ReturnCopiesAndClosesOnceThereIsALink) {
     auto& window = open();
     window.activateWindow();
     QTest::keyClick(&window, Qt::Key_Return);
@@ -293,7 +293,7 @@ TEST_F(FileShareWindowTests, ReturnCopiesAndClosesOnceThereIsALink) {
     EXPECT_TRUE(service_.windows().empty());
 }
 
-TEST_F(FileShareWindowTests, CopyAndCloseKeepsALinkThatTheClipboardRefuses) {
+TEST_F(FileShareWindowTest, CopyAndCloseKeepsALinkThatTheClipboardRefuses) {
     auto& window = open();
     answerWithLink();
     pasteboard_.refuseWrites();
@@ -304,7 +304,7 @@ TEST_F(FileShareWindowTests, CopyAndCloseKeepsALinkThatTheClipboardRefuses) {
     EXPECT_EQ(window.findChild<QLineEdit*>("link")->text(), "https://files.example:8443/up/abc/file.txt");
 }
 
-TEST_F(FileShareWindowTests, ShowsAFailureAndTriesAgainWithTheServerSavedThen) {
+TEST_F(FileShareWindowTest, ShowsAFailureAndTriesAgainWithTheServerSavedThen) {
     auto& window = open();
     transfer().complete(core::UrlResponse{500});
     EXPECT_EQ(text(window, "title"), "Upload did not complete");
@@ -319,7 +319,7 @@ TEST_F(FileShareWindowTests, ShowsAFailureAndTriesAgainWithTheServerSavedThen) {
     EXPECT_EQ(transfer().request->url.absoluteString(), "http://nas/file.txt");
 }
 
-TEST_F(FileShareWindowTests, ShowsThatItWasCancelled) {
+TEST_F(FileShareWindowTest, ShowsThatItWasCancelled) {
     auto& window = open();
     transfer().send(500, 1000);
     button(window, "cancel").click();
@@ -332,14 +332,14 @@ TEST_F(FileShareWindowTests, ShowsThatItWasCancelled) {
     EXPECT_EQ(text(window, "percentage"), "0%");
 }
 
-TEST_F(FileShareWindowTests, ServerNamesAreTextAndNoMarkup) {
+TEST_F(FileShareWindowTest, ServerNamesAreTextAndNoMarkup) {
     core::FileShareServer::validating("https://files.example/%3Cb%3Ex")->save(defaults_);
     auto& window = open();
     EXPECT_EQ(window.findChild<QLabel*>("note")->textFormat(), Qt::PlainText);
     EXPECT_TRUE(text(window, "note").contains("files.example/<b>x"));
 }
 
-TEST_F(FileShareWindowTests, ClosingCancelsAndForgetsTheWindow) {
+TEST_F(FileShareWindowTest, ClosingCancelsAndForgetsTheWindow) {
     auto& window = open();
     window.close();
     EXPECT_TRUE(transfer().destroyed);
@@ -347,7 +347,7 @@ TEST_F(FileShareWindowTests, ClosingCancelsAndForgetsTheWindow) {
     runDeferred();
 }
 
-TEST_F(FileShareWindowTests, TwoWindowsAreIndependent) {
+TEST_F(FileShareWindowTest, TwoWindowsAreIndependent) {
     auto& first = open();
     auto& second = open();
     ASSERT_EQ(sessions_.transfers.size(), 2U);
@@ -360,7 +360,7 @@ TEST_F(FileShareWindowTests, TwoWindowsAreIndependent) {
     EXPECT_EQ(service_.windows(), std::vector{&second});
 }
 
-TEST_F(FileShareWindowTests, WithoutAServerTheWindowLeadsToTheSettings) {
+TEST_F(FileShareWindowTest, WithoutAServerTheWindowLeadsToTheSettings) {
     core::FileShareServer::standard().save(defaults_);
     auto& window = open();
     EXPECT_EQ(text(window, "title"), "Upload did not complete");
@@ -376,7 +376,7 @@ TEST_F(FileShareWindowTests, WithoutAServerTheWindowLeadsToTheSettings) {
     EXPECT_EQ(buttons(window), std::set<std::string>{"cancel"});
 }
 
-TEST_F(FileShareWindowTests, CancelAllKeepsTheWindows) {
+TEST_F(FileShareWindowTest, CancelAllKeepsTheWindows) {
     open();
     open();
     service_.cancelAll();
@@ -386,7 +386,7 @@ TEST_F(FileShareWindowTests, CancelAllKeepsTheWindows) {
     }
 }
 
-TEST_F(FileShareWindowTests, ChoosingAFileNamesTheServerAndSharesTheFile) {
+TEST_F(FileShareWindowTest, ChoosingAFileNamesTheServerAndSharesTheFile) {
     preferences_.choose(AppLanguage::english);
     service_.choose();
     ASSERT_TRUE(panel_.open);
@@ -399,7 +399,7 @@ TEST_F(FileShareWindowTests, ChoosingAFileNamesTheServerAndSharesTheFile) {
     EXPECT_EQ(transfer().file, files_.folder() / "file.txt");
 }
 
-TEST_F(FileShareWindowTests, AFileDroppedOnThePanelIsSharedAndTwoAreRefused) {
+TEST_F(FileShareWindowTest, AFileDroppedOnThePanelIsSharedAndTwoAreRefused) {
     service_.choose();
     const auto one = file_.absoluteString();
     EXPECT_EQ(panel_.drop({one, one}), core::LocalizedText(core::texts::selectOneFile));
@@ -410,7 +410,7 @@ TEST_F(FileShareWindowTests, AFileDroppedOnThePanelIsSharedAndTwoAreRefused) {
     EXPECT_EQ(transfer().file, files_.folder() / "file.txt");
 }
 
-TEST_F(FileShareWindowTests, AnythingButOneFileIsAnsweredWithTheMessage) {
+TEST_F(FileShareWindowTest, AnythingButOneFileIsAnsweredWithTheMessage) {
     const auto other = files_.url("other.txt").absoluteString();
     for (const auto& urls :
          {std::vector<std::string>{}, {file_.absoluteString(), other}, {"https://files.example/a"}}) {
@@ -421,13 +421,13 @@ TEST_F(FileShareWindowTests, AnythingButOneFileIsAnsweredWithTheMessage) {
     EXPECT_EQ(service_.windows().size(), 1U);
 }
 
-TEST_F(FileShareWindowTests, AFolderOpensAWindowWithItsMessage) {
+TEST_F(FileShareWindowTest, AFolderOpensAWindowWithItsMessage) {
     EXPECT_EQ(service_.share({core::Url::fromFilePath(files_.folder()).absoluteString()}), std::nullopt);
     EXPECT_EQ(text(*service_.windows().back(), "detail"),
               "Select a regular file. To share a folder, compress it to a ZIP first.");
 }
 
-TEST_F(FileShareWindowTests, ADroppedFileIsSharedAndTwoAreRefused) {
+TEST_F(FileShareWindowTest, ADroppedFileIsSharedAndTwoAreRefused) {
     auto& window = open();
     const auto drop = [&](const QList<QUrl>& urls) {
         QMimeData data;

@@ -201,9 +201,9 @@ void PrintTo(const Hindrance& hindrance, std::ostream* out) {
     *out << hindrance.name;
 }
 
-class KeyboardMonitorDelivery : public KeyboardMonitorTest, public ::testing::WithParamInterface<Hindrance> {};
+class KeyboardMonitorDeliveryTest : public KeyboardMonitorTest, public ::testing::WithParamInterface<Hindrance> {};
 
-TEST_P(KeyboardMonitorDelivery, IsDropped) {
+TEST_P(KeyboardMonitorDeliveryTest, IsDropped) {
     start();
     directionChord();
     languageChord();
@@ -236,7 +236,7 @@ constexpr Hindrance hindrances[] = {
      }},
 };
 
-INSTANTIATE_TEST_SUITE_P(Hindrances, KeyboardMonitorDelivery, ::testing::ValuesIn(hindrances),
+INSTANTIATE_TEST_SUITE_P(Hindrances, KeyboardMonitorDeliveryTest, ::testing::ValuesIn(hindrances),
                          [](const auto& row) { return row.param.name; });
 
 TEST_F(KeyboardMonitorTest, ADeliveryIsMadeWhenNothingHinders) {

@@ -132,9 +132,9 @@ TEST_F(RTLInputTest, AHangingApplicationIsAskedOnce) {
     EXPECT_EQ(desktop.accessibility.calls().size(), 1U);
 }
 
-class MailInput : public RTLInputTest {
+class MailInputTest : public RTLInputTest {
 protected:
-    MailInput() {
+    MailInputTest() {
         desktop.withFrontApplication("com.apple.mail");
         window = &tree().add("AXWindow");
     }
@@ -158,23 +158,23 @@ protected:
     fakes::FakeElement* window;
 };
 
-TEST_F(MailInput, TheBodyOfAMessageBeingWrittenIsEditable) {
+TEST_F(MailInputTest, TheBodyOfAMessageBeingWrittenIsEditable) {
     subject(window->add("AXGroup").add("AXGroup"));
     body();
     EXPECT_TRUE(editable());
 }
 
-TEST_F(MailInput, TheSubjectIsEditableAsAnyField) {
+TEST_F(MailInputTest, TheSubjectIsEditableAsAnyField) {
     focus(subject(*window));
     EXPECT_TRUE(editable());
 }
 
-TEST_F(MailInput, AMessageBeingReadIsNot) {
+TEST_F(MailInputTest, AMessageBeingReadIsNot) {
     body();
     EXPECT_FALSE(editable());
 }
 
-TEST_F(MailInput, ABodyThatCannotBeWrittenOrIsDisabledIsNot) {
+TEST_F(MailInputTest, ABodyThatCannotBeWrittenOrIsDisabledIsNot) {
     subject(*window);
     body().settable("AXSelectedText", false);
     EXPECT_FALSE(editable());
@@ -185,13 +185,13 @@ TEST_F(MailInput, ABodyThatCannotBeWrittenOrIsDisabledIsNot) {
     EXPECT_TRUE((body(), editable()));
 }
 
-TEST_F(MailInput, WithoutAWindowItIsNot) {
+TEST_F(MailInputTest, WithoutAWindowItIsNot) {
     subject(*window);
     body().without("AXWindow");
     EXPECT_FALSE(editable());
 }
 
-TEST_F(MailInput, TheSubjectIsSoughtNearTheTopAndNotInsideTexts) {
+TEST_F(MailInputTest, TheSubjectIsSoughtNearTheTopAndNotInsideTexts) {
     body();
     subject(window->add("AXTable"));
     EXPECT_FALSE(editable());
@@ -217,7 +217,7 @@ TEST_F(MailInput, TheSubjectIsSoughtNearTheTopAndNotInsideTexts) {
     EXPECT_TRUE(editable()) << "the 240th";
 }
 
-TEST_F(MailInput, WhenMailCeasesToAnswerTheSearchEnds) {
+TEST_F(MailInputTest, WhenMailCeasesToAnswerTheSearchEnds) {
     body();
     window->add("AXGroup").failing();
     for (int count = 0; count < 100; ++count) {
@@ -228,13 +228,13 @@ TEST_F(MailInput, WhenMailCeasesToAnswerTheSearchEnds) {
     EXPECT_LT(desktop.accessibility.calls().size(), 20U);
 }
 
-TEST_F(MailInput, OtherElementsAreNotSearchedFor) {
+TEST_F(MailInputTest, OtherElementsAreNotSearchedFor) {
     focus(window->add("AXButton").with("AXEnabled", true).with("AXWindow", *window));
     EXPECT_FALSE(editable());
     EXPECT_LT(desktop.accessibility.calls().size(), 12U);
 }
 
-TEST_F(MailInput, InAnotherApplicationAWebAreaIsNot) {
+TEST_F(MailInputTest, InAnotherApplicationAWebAreaIsNot) {
     desktop.withFrontApplication("com.apple.Mail");
     window = &tree().add("AXWindow");
     subject(*window);

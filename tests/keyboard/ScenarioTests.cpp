@@ -30,13 +30,13 @@ std::vector<fs::path> scenarioFiles() {
     return files;
 }
 
-class KeyboardScenario : public ::testing::TestWithParam<fs::path> {};
+class KeyboardScenarioTest : public ::testing::TestWithParam<fs::path> {};
 
-TEST_P(KeyboardScenario, Holds) {
+TEST_P(KeyboardScenarioTest, Holds) {
     EXPECT_EQ(Scenario::run(GetParam()), "") << GetParam();
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, KeyboardScenario, ::testing::ValuesIn(scenarioFiles()), [](const auto& file) {
+INSTANTIATE_TEST_SUITE_P(Files, KeyboardScenarioTest, ::testing::ValuesIn(scenarioFiles()), [](const auto& file) {
     auto name = file.param.stem().string();
     std::ranges::replace_if(
         name, [](unsigned char character) { return std::isalnum(character) == 0; }, '_');

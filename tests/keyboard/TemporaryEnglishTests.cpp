@@ -18,9 +18,9 @@ constexpr core::KeyCode keyD = 2;
 constexpr core::KeyCode digit1 = 18;
 
 /// A Hebrew source and a focused text field: Shift types English.
-class TemporaryEnglish : public ::testing::Test, protected testing::MonitoredDesktop {
+class TemporaryEnglishTest : public ::testing::Test, protected testing::MonitoredDesktop {
 protected:
-    TemporaryEnglish() {
+    TemporaryEnglishTest() {
         desktop.withFrontApplication("org.example.Editor")
             .withInputSources({fakes::hebrew(), fakes::english(), fakes::arabic()})
             .withFocusedTextField();
@@ -39,13 +39,13 @@ protected:
     }
 };
 
-TEST_F(TemporaryEnglish, ShiftTypesLowerCaseLettersAndTheReleasesMatch) {
+TEST_F(TemporaryEnglishTest, ShiftTypesLowerCaseLettersAndTheReleasesMatch) {
     desktop.press(Modifier::leftShift).type(keyA).type(keyS).type(keyD).release(Modifier::leftShift);
     EXPECT_EQ(desktop.replacedText(), u"asd");
     EXPECT_EQ(textsOf(keyA) + textsOf(keyS) + textsOf(keyD), "aassdd");
 }
 
-TEST_F(TemporaryEnglish, KeysOfAPasswordKeepTheirOwnTextAlsoWhenAnEarlierReleaseWasHidden) {
+TEST_F(TemporaryEnglishTest, KeysOfAPasswordKeepTheirOwnTextAlsoWhenAnEarlierReleaseWasHidden) {
     desktop.press(Modifier::leftShift).press(keyA);
     desktop.secureInput.setEnabled(true);
     desktop.release(keyA).type(keyS).release(Modifier::leftShift).press(keyA);
@@ -55,12 +55,12 @@ TEST_F(TemporaryEnglish, KeysOfAPasswordKeepTheirOwnTextAlsoWhenAnEarlierRelease
     EXPECT_EQ(textsOf(keyA), "a---");
 }
 
-TEST_F(TemporaryEnglish, EitherShiftDoes) {
+TEST_F(TemporaryEnglishTest, EitherShiftDoes) {
     desktop.press(Modifier::rightShift).type(keyA);
     EXPECT_EQ(desktop.replacedText(), u"a");
 }
 
-TEST_F(TemporaryEnglish, EveryLetterKeyDoes) {
+TEST_F(TemporaryEnglishTest, EveryLetterKeyDoes) {
     desktop.press(Modifier::leftShift);
     for (const auto key : core::shiftEnglish::keyCodes()) {
         desktop.type(key);
@@ -68,12 +68,12 @@ TEST_F(TemporaryEnglish, EveryLetterKeyDoes) {
     EXPECT_EQ(desktop.replacedText().size(), 26U);
 }
 
-TEST_F(TemporaryEnglish, WithoutShiftNothingIsTouched) {
+TEST_F(TemporaryEnglishTest, WithoutShiftNothingIsTouched) {
     desktop.type(keyA);
     EXPECT_EQ(textsOf(keyA), "--");
 }
 
-TEST_F(TemporaryEnglish, ShortcutsAreLeftAlone) {
+TEST_F(TemporaryEnglishTest, ShortcutsAreLeftAlone) {
     for (const auto modifier :
          {Modifier::leftCommand, Modifier::rightCommand, Modifier::leftControl, Modifier::rightControl,
           Modifier::leftOption, Modifier::rightOption, Modifier::function}) {
@@ -82,12 +82,12 @@ TEST_F(TemporaryEnglish, ShortcutsAreLeftAlone) {
     EXPECT_EQ(desktop.replacedText(), u"");
 }
 
-TEST_F(TemporaryEnglish, OtherKeysAreLeftAlone) {
+TEST_F(TemporaryEnglishTest, OtherKeysAreLeftAlone) {
     desktop.press(Modifier::leftShift).type(digit1);
     EXPECT_EQ(textsOf(digit1), "--");
 }
 
-TEST_F(TemporaryEnglish, WithALeftToRightSourceNothingIsTouched) {
+TEST_F(TemporaryEnglishTest, WithALeftToRightSourceNothingIsTouched) {
     desktop.inputSources.switchFromOutside(fakes::english());
     desktop.press(Modifier::leftShift).type(keyA);
     EXPECT_EQ(desktop.replacedText(), u"");
@@ -96,95 +96,95 @@ TEST_F(TemporaryEnglish, WithALeftToRightSourceNothingIsTouched) {
     EXPECT_EQ(desktop.replacedText(), u"a");
 }
 
-TEST_F(TemporaryEnglish, WithoutASourceNothingIsTouched) {
+TEST_F(TemporaryEnglishTest, WithoutASourceNothingIsTouched) {
     desktop.inputSources.setCurrentReadable(false);
     desktop.press(Modifier::leftShift).type(keyA);
     EXPECT_EQ(desktop.replacedText(), u"");
 }
 
-TEST_F(TemporaryEnglish, PasswordsAreLeftAlone) {
+TEST_F(TemporaryEnglishTest, PasswordsAreLeftAlone) {
     desktop.withFocusedPasswordField();
     desktop.press(Modifier::leftShift).type(keyA);
     EXPECT_EQ(desktop.replacedText(), u"");
 }
 
-TEST_F(TemporaryEnglish, WithoutAFocusedFieldNothingIsTouched) {
+TEST_F(TemporaryEnglishTest, WithoutAFocusedFieldNothingIsTouched) {
     desktop.accessibility.focus(desktop.frontPid(), nullptr);
     desktop.press(Modifier::leftShift).type(keyA);
     EXPECT_EQ(desktop.replacedText(), u"");
 }
 
-TEST_F(TemporaryEnglish, AnApplicationThatHangsGetsItsKeysUntouched) {
+TEST_F(TemporaryEnglishTest, AnApplicationThatHangsGetsItsKeysUntouched) {
     desktop.accessibility.stopAnswering(desktop.frontPid());
     desktop.press(Modifier::leftShift).type(keyA);
     EXPECT_EQ(textsOf(keyA), "--");
 }
 
-TEST_F(TemporaryEnglish, SwitchedOffNothingIsTouched) {
+TEST_F(TemporaryEnglishTest, SwitchedOffNothingIsTouched) {
     change([](auto& options) { options.shiftEnglish = false; });
     desktop.press(Modifier::leftShift).type(keyA);
     EXPECT_EQ(desktop.replacedText(), u"");
 }
 
-TEST_F(TemporaryEnglish, AHeldKeyRepeatsItsLetter) {
+TEST_F(TemporaryEnglishTest, AHeldKeyRepeatsItsLetter) {
     desktop.press(Modifier::leftShift).press(keyA).press(keyA).press(keyA).release(keyA);
     EXPECT_EQ(textsOf(keyA), "aaaa");
 }
 
-TEST_F(TemporaryEnglish, TheReleaseMatchesThePressWhenShiftIsReleasedFirst) {
+TEST_F(TemporaryEnglishTest, TheReleaseMatchesThePressWhenShiftIsReleasedFirst) {
     desktop.press(Modifier::leftShift).press(keyA).release(Modifier::leftShift).release(keyA);
     EXPECT_EQ(textsOf(keyA), "aa");
 }
 
-TEST_F(TemporaryEnglish, TheReleaseMatchesThePressWhenTheSourceChangesBetween) {
+TEST_F(TemporaryEnglishTest, TheReleaseMatchesThePressWhenTheSourceChangesBetween) {
     desktop.press(Modifier::leftShift).press(keyA);
     desktop.inputSources.switchFromOutside(fakes::english());
     desktop.release(keyA);
     EXPECT_EQ(textsOf(keyA), "aa");
 }
 
-TEST_F(TemporaryEnglish, AKeyPressedWithoutShiftIsReleasedAsItself) {
+TEST_F(TemporaryEnglishTest, AKeyPressedWithoutShiftIsReleasedAsItself) {
     desktop.press(keyA).press(Modifier::leftShift).release(keyA);
     EXPECT_EQ(textsOf(keyA), "--");
 }
 
-TEST_F(TemporaryEnglish, AReleaseThatGotLostLeavesNothingBehind) {
+TEST_F(TemporaryEnglishTest, AReleaseThatGotLostLeavesNothingBehind) {
     desktop.press(Modifier::leftShift).press(keyA); // its release never comes
     desktop.release(Modifier::leftShift);
     desktop.press(keyA).release(keyA);
     EXPECT_EQ(textsOf(keyA), "a--");
 }
 
-TEST_F(TemporaryEnglish, ARepetitionWithoutShiftIsItsOwnAgain) {
+TEST_F(TemporaryEnglishTest, ARepetitionWithoutShiftIsItsOwnAgain) {
     desktop.press(Modifier::leftShift).press(keyA).release(Modifier::leftShift).press(keyA).release(keyA);
     EXPECT_EQ(textsOf(keyA), "a--");
 }
 
-TEST_F(TemporaryEnglish, AReleaseInAnotherApplicationIsItsOwn) {
+TEST_F(TemporaryEnglishTest, AReleaseInAnotherApplicationIsItsOwn) {
     desktop.press(Modifier::leftShift).press(keyA).switchTo("com.apple.Notes").release(keyA);
     EXPECT_EQ(textsOf(keyA), "a-");
 }
 
-TEST_F(TemporaryEnglish, ReleaseOnceMatchesOnce) {
+TEST_F(TemporaryEnglishTest, ReleaseOnceMatchesOnce) {
     desktop.press(Modifier::leftShift).type(keyA).release(Modifier::leftShift).type(keyA);
     EXPECT_EQ(textsOf(keyA), "aa--");
 }
 
-TEST_F(TemporaryEnglish, UntouchedKeysAskNobody) {
+TEST_F(TemporaryEnglishTest, UntouchedKeysAskNobody) {
     desktop.type(keyA).press(Modifier::leftShift).type(digit1);
     desktop.press(Modifier::leftCommand).type(keyA).releaseAll().click().scroll();
     EXPECT_THAT(desktop.accessibility.calls(), IsEmpty());
     EXPECT_EQ(desktop.inputSources.currentReadCount(), 0);
 }
 
-TEST_F(TemporaryEnglish, ALeftToRightSourceAsksNoApplication) {
+TEST_F(TemporaryEnglishTest, ALeftToRightSourceAsksNoApplication) {
     desktop.inputSources.switchFromOutside(fakes::english());
     desktop.press(Modifier::leftShift).type(keyA);
     EXPECT_THAT(desktop.accessibility.calls(), IsEmpty());
     EXPECT_EQ(desktop.inputSources.currentReadCount(), 1);
 }
 
-TEST_F(TemporaryEnglish, NothingIsSwallowed) {
+TEST_F(TemporaryEnglishTest, NothingIsSwallowed) {
     desktop.press(Modifier::leftShift).type(keyA).type(digit1).release(Modifier::leftShift).click().scroll();
     EXPECT_EQ(desktop.delivered().size(), 8U);
 }

@@ -23,7 +23,7 @@ using core::MacPermission;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class PermissionControllerTests : public ::testing::Test {
+class PermissionControllerTest : public ::testing::Test {
 protected:
     PermissionController& controller() {
         if (!controller_) {
@@ -52,7 +52,7 @@ private:
     std::optional<PermissionController> controller_;
 };
 
-TEST_F(PermissionControllerTests, ARequestAsksShowsTheGuideAndSaysWhatToDo) {
+TEST_F(PermissionControllerTest, ARequestAsksShowsTheGuideAndSaysWhatToDo) {
     controller().request(MacPermission::accessibility);
     EXPECT_THAT(service.requests(), ElementsAre(MacPermission::accessibility));
     EXPECT_THAT(guided, ElementsAre(MacPermission::accessibility));
@@ -62,7 +62,7 @@ TEST_F(PermissionControllerTests, ARequestAsksShowsTheGuideAndSaysWhatToDo) {
     EXPECT_THAT(*defaults.stringArray("QuillanePermissionRequestsV1"), ElementsAre("accessibility"));
 }
 
-TEST_F(PermissionControllerTests, WhereARequestIsEnoughNoListIsSpokenOf) {
+TEST_F(PermissionControllerTest, WhereARequestIsEnoughNoListIsSpokenOf) {
     service.grantOnRequest();
     controller().request(MacPermission::accessibility);
     EXPECT_THAT(guided, IsEmpty());
@@ -70,7 +70,7 @@ TEST_F(PermissionControllerTests, WhereARequestIsEnoughNoListIsSpokenOf) {
     EXPECT_TRUE(controller().granted().contains(MacPermission::accessibility));
 }
 
-TEST_F(PermissionControllerTests, AccessibilityIsSaidToBeOnOnlyOnceItIs) {
+TEST_F(PermissionControllerTest, AccessibilityIsSaidToBeOnOnlyOnceItIs) {
     service.grantOnRequest();
     service.ignoreRequests();
     int changes = 0;
@@ -91,7 +91,7 @@ TEST_F(PermissionControllerTests, AccessibilityIsSaidToBeOnOnlyOnceItIs) {
     EXPECT_EQ(feedback(), "") << "somebody else has turned it on";
 }
 
-TEST_F(PermissionControllerTests, WhatIsGrantedAlreadyIsNotSaidToBeTurnedOn) {
+TEST_F(PermissionControllerTest, WhatIsGrantedAlreadyIsNotSaidToBeTurnedOn) {
     service.grantOnRequest();
     service.grant(MacPermission::accessibility);
     service.ignoreRequests();
@@ -101,7 +101,7 @@ TEST_F(PermissionControllerTests, WhatIsGrantedAlreadyIsNotSaidToBeTurnedOn) {
     EXPECT_EQ(feedback(), "");
 }
 
-TEST_F(PermissionControllerTests, WhereARequestIsTheGrantItTakesAClick) {
+TEST_F(PermissionControllerTest, WhereARequestIsTheGrantItTakesAClick) {
     service.grantOnRequest();
     service.grant(MacPermission::inputMonitoring);
     controller().refresh();
@@ -112,7 +112,7 @@ TEST_F(PermissionControllerTests, WhereARequestIsTheGrantItTakesAClick) {
     EXPECT_TRUE(controller().granted().contains(MacPermission::accessibility));
 }
 
-TEST_F(PermissionControllerTests, ACopyOutsideAnApplicationsFolderNeverAsks) {
+TEST_F(PermissionControllerTest, ACopyOutsideAnApplicationsFolderNeverAsks) {
     installed = false;
     controller().request(MacPermission::accessibility);
     controller().requestNextIfNeeded();
@@ -121,13 +121,13 @@ TEST_F(PermissionControllerTests, ACopyOutsideAnApplicationsFolderNeverAsks) {
     EXPECT_FALSE(defaults.object("QuillanePermissionRequestsV1"));
 }
 
-TEST_F(PermissionControllerTests, ARequestWithinARequestIsPassedOver) {
+TEST_F(PermissionControllerTest, ARequestWithinARequestIsPassedOver) {
     controller().presentGuide = [this](MacPermission) { controller().request(MacPermission::inputMonitoring); };
     controller().request(MacPermission::accessibility);
     EXPECT_THAT(service.requests(), ElementsAre(MacPermission::accessibility));
 }
 
-TEST_F(PermissionControllerTests, AutomaticRequestsAreMadeOnceEachAndOnlyInFront) {
+TEST_F(PermissionControllerTest, AutomaticRequestsAreMadeOnceEachAndOnlyInFront) {
     active = false;
     controller().requestNextIfNeeded();
     EXPECT_THAT(service.requests(), IsEmpty());
@@ -141,7 +141,7 @@ TEST_F(PermissionControllerTests, AutomaticRequestsAreMadeOnceEachAndOnlyInFront
     EXPECT_THAT(service.requests(), ElementsAre(MacPermission::inputMonitoring, MacPermission::accessibility));
 }
 
-TEST_F(PermissionControllerTests, WhatWasAskedForIsRememberedAndUnknownTextsAreDropped) {
+TEST_F(PermissionControllerTest, WhatWasAskedForIsRememberedAndUnknownTextsAreDropped) {
     defaults.setObject("QuillanePermissionRequestsV1",
                        core::PropertyListValue::Array{"inputMonitoring", "somethingElse"});
     controller().requestNextIfNeeded();
@@ -150,7 +150,7 @@ TEST_F(PermissionControllerTests, WhatWasAskedForIsRememberedAndUnknownTextsAreD
     EXPECT_THAT(*defaults.stringArray("QuillanePermissionRequestsV1"), ElementsAre("inputMonitoring", "accessibility"));
 }
 
-TEST_F(PermissionControllerTests, RefreshingUnchangedGrantsTellsNobody) {
+TEST_F(PermissionControllerTest, RefreshingUnchangedGrantsTellsNobody) {
     int changes = 0;
     const auto token = controller().onChanged([&] { ++changes; });
     controller().refresh();
@@ -165,20 +165,20 @@ TEST_F(PermissionControllerTests, RefreshingUnchangedGrantsTellsNobody) {
     EXPECT_THAT(controller().granted(), IsEmpty());
 }
 
-TEST_F(PermissionControllerTests, OpeningTheSettingsShowsTheGuide) {
+TEST_F(PermissionControllerTest, OpeningTheSettingsShowsTheGuide) {
     controller().openSettings(MacPermission::inputMonitoring);
     EXPECT_THAT(service.opened(), ElementsAre(MacPermission::inputMonitoring));
     EXPECT_THAT(guided, ElementsAre(MacPermission::inputMonitoring));
     EXPECT_THAT(service.requests(), IsEmpty());
 }
 
-TEST_F(PermissionControllerTests, ThePathIsCopiedAndExplained) {
+TEST_F(PermissionControllerTest, ThePathIsCopiedAndExplained) {
     controller().copyPath();
     EXPECT_EQ(pasteboard.string(core::pasteboardTypes::string), "/Applications/Quillane.app");
     EXPECT_EQ(feedback(), "App path copied. In the Add dialog, press Command + Shift + G and paste it.");
 }
 
-TEST_F(PermissionControllerTests, RestartingLeavesAFlagStartsTheWaitingShellAndEnds) {
+TEST_F(PermissionControllerTest, RestartingLeavesAFlagStartsTheWaitingShellAndEnds) {
     controller().restart();
     EXPECT_EQ(defaults.boolean("QuillaneShowPermissionsAfterRestart"), true);
     ASSERT_EQ(launcher.launched.size(), 1U);
@@ -186,7 +186,7 @@ TEST_F(PermissionControllerTests, RestartingLeavesAFlagStartsTheWaitingShellAndE
     EXPECT_EQ(terminations, 1);
 }
 
-TEST_F(PermissionControllerTests, AFailedRestartKeepsRunningAndSaysSo) {
+TEST_F(PermissionControllerTest, AFailedRestartKeepsRunningAndSaysSo) {
     launcher.fails = true;
     controller().restart();
     EXPECT_EQ(terminations, 0);

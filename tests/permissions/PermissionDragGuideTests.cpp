@@ -57,9 +57,9 @@ private:
     Card& card_;
 };
 
-class PermissionDragGuideTests : public ::testing::Test {
+class PermissionDragGuideTest : public ::testing::Test {
 protected:
-    PermissionDragGuideTests() {
+    PermissionDragGuideTest() {
         desktop.withPermissions({});
         permissions.refresh();
     }
@@ -93,7 +93,7 @@ protected:
                                    }}};
 };
 
-TEST_F(PermissionDragGuideTests, GoesBelowTheSettingsWindowAtOnce) {
+TEST_F(PermissionDragGuideTest, GoesBelowTheSettingsWindowAtOnce) {
     openSettings({300, 100, 700, 500});
     guide.present(MacPermission::accessibility);
     EXPECT_TRUE(card.shown);
@@ -101,7 +101,7 @@ TEST_F(PermissionDragGuideTests, GoesBelowTheSettingsWindowAtOnce) {
     EXPECT_THAT(card.permissions, ::testing::ElementsAre(MacPermission::accessibility));
 }
 
-TEST_F(PermissionDragGuideTests, FollowsTheWindowEveryHalfSecond) {
+TEST_F(PermissionDragGuideTest, FollowsTheWindowEveryHalfSecond) {
     const auto settings = openSettings({300, 100, 700, 500});
     guide.present(MacPermission::accessibility);
     desktop.windowList.close(settings);
@@ -111,7 +111,7 @@ TEST_F(PermissionDragGuideTests, FollowsTheWindowEveryHalfSecond) {
     EXPECT_EQ(card.showings, 1);
 }
 
-TEST_F(PermissionDragGuideTests, HidesWhileAnotherApplicationIsInFrontAndComesBack) {
+TEST_F(PermissionDragGuideTest, HidesWhileAnotherApplicationIsInFrontAndComesBack) {
     openSettings({300, 100, 700, 500});
     guide.present(MacPermission::accessibility);
     desktop.switchTo("com.apple.TextEdit");
@@ -123,7 +123,7 @@ TEST_F(PermissionDragGuideTests, HidesWhileAnotherApplicationIsInFrontAndComesBa
     EXPECT_EQ(panels, 1);
 }
 
-TEST_F(PermissionDragGuideTests, IsNotShownBeforeSystemSettingsIsInFront) {
+TEST_F(PermissionDragGuideTest, IsNotShownBeforeSystemSettingsIsInFront) {
     guide.present(MacPermission::inputMonitoring);
     EXPECT_FALSE(card.shown);
     openSettings({300, 100, 700, 500});
@@ -131,13 +131,13 @@ TEST_F(PermissionDragGuideTests, IsNotShownBeforeSystemSettingsIsInFront) {
     EXPECT_TRUE(card.shown);
 }
 
-TEST_F(PermissionDragGuideTests, WithoutAWindowItIsAtTheBottomOfTheMainScreen) {
+TEST_F(PermissionDragGuideTest, WithoutAWindowItIsAtTheBottomOfTheMainScreen) {
     desktop.withFrontApplication(std::string(PermissionDragGuide::systemSettings));
     guide.present(MacPermission::accessibility);
     EXPECT_EQ(card.frame, (ScreenRect{510, 698, 420, 190})); // 12 above the lower edge at 900
 }
 
-TEST_F(PermissionDragGuideTests, TakesTheFirstLargeOrdinaryWindowOfSystemSettings) {
+TEST_F(PermissionDragGuideTest, TakesTheFirstLargeOrdinaryWindowOfSystemSettings) {
     const auto settings = openSettings({300, 100, 700, 500});
     desktop.windowList.open({.pid = settings, .layer = 3, .bounds = {0, 100, 800, 600}});
     desktop.windowList.open({.pid = settings, .layer = 0, .bounds = {0, 100, 400, 600}});
@@ -147,20 +147,20 @@ TEST_F(PermissionDragGuideTests, TakesTheFirstLargeOrdinaryWindowOfSystemSetting
     EXPECT_EQ(card.frame, (ScreenRect{580, 612, 420, 190}));
 }
 
-TEST_F(PermissionDragGuideTests, AWindowFlushWithTheBottomPutsItBeside) {
+TEST_F(PermissionDragGuideTest, AWindowFlushWithTheBottomPutsItBeside) {
     openSettings({100, 400, 700, 500});
     guide.present(MacPermission::accessibility);
     EXPECT_EQ(card.frame, (ScreenRect{812, 698, 420, 190})); // kept 12 above the lower edge of the screen
 }
 
-TEST_F(PermissionDragGuideTests, GoesToTheScreenThatHoldsTheWindow) {
+TEST_F(PermissionDragGuideTest, GoesToTheScreenThatHoldsTheWindow) {
     screens.push_back({{1440, -300, 1920, 1080}, {1440, -275, 1920, 1055}});
     openSettings({1400, 0, 900, 600}); // mostly on the second screen
     guide.present(MacPermission::accessibility);
     EXPECT_EQ(card.frame, (ScreenRect{2312, 410, 420, 190})); // below would pass the lower edge at 780
 }
 
-TEST_F(PermissionDragGuideTests, EveryStepReadsTheGrants) {
+TEST_F(PermissionDragGuideTest, EveryStepReadsTheGrants) {
     openSettings({300, 100, 700, 500});
     guide.present(MacPermission::accessibility);
     desktop.permissions.grant(MacPermission::accessibility);
@@ -168,7 +168,7 @@ TEST_F(PermissionDragGuideTests, EveryStepReadsTheGrants) {
     EXPECT_TRUE(permissions.granted().contains(MacPermission::accessibility));
 }
 
-TEST_F(PermissionDragGuideTests, ClosingEndsTheFollowing) {
+TEST_F(PermissionDragGuideTest, ClosingEndsTheFollowing) {
     openSettings({300, 100, 700, 500});
     guide.present(MacPermission::accessibility);
     (*card.closed)();
@@ -182,7 +182,7 @@ TEST_F(PermissionDragGuideTests, ClosingEndsTheFollowing) {
     EXPECT_EQ(desktop.queue.timerCount(), 1U);
 }
 
-TEST_F(PermissionDragGuideTests, AnAnswerThatComesAfterTheEndShowsNothing) {
+TEST_F(PermissionDragGuideTest, AnAnswerThatComesAfterTheEndShowsNothing) {
     openSettings({300, 100, 700, 500});
     desktop.windowList.late = true;
     guide.present(MacPermission::accessibility);
@@ -191,7 +191,7 @@ TEST_F(PermissionDragGuideTests, AnAnswerThatComesAfterTheEndShowsNothing) {
     EXPECT_FALSE(card.shown);
 }
 
-TEST_F(PermissionDragGuideTests, AnAnswerThatIsOvertakenByASwitchShowsNothing) {
+TEST_F(PermissionDragGuideTest, AnAnswerThatIsOvertakenByASwitchShowsNothing) {
     openSettings({300, 100, 700, 500});
     desktop.windowList.late = true;
     guide.present(MacPermission::accessibility);

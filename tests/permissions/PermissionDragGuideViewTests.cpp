@@ -31,15 +31,15 @@ namespace {
 using core::AppLanguage;
 using core::MacPermission;
 
-class PermissionDragGuideViewTests : public ::testing::Test {
+class PermissionDragGuideViewTest : public ::testing::Test {
 protected:
-    PermissionDragGuideViewTests() {
+    PermissionDragGuideViewTest() {
         desktop.withPermissions({});
         permissions.refresh();
         useReadableFont(1);
     }
 
-    ~PermissionDragGuideViewTests() override { useDark(false); }
+    ~PermissionDragGuideViewTest() override { useDark(false); }
 
     PermissionDragGuideWindow& window() {
         if (!window_) {
@@ -122,14 +122,14 @@ private:
     std::unique_ptr<PermissionDragGuideWindow> window_;
 };
 
-TEST_F(PermissionDragGuideViewTests, IsACardThatLeavesTheApplicationInFrontThere) {
+TEST_F(PermissionDragGuideViewTest, IsACardThatLeavesTheApplicationInFrontThere) {
     window();
     ASSERT_EQ(desktop.windowTraits.panels.size(), 1U);
     EXPECT_EQ(desktop.windowTraits.panels.front().second, PanelKind::card);
     EXPECT_EQ(window().geometry(), QRect(40, 30, 420, 190));
 }
 
-TEST_F(PermissionDragGuideViewTests, SaysWhatToDoForWhichPermission) {
+TEST_F(PermissionDragGuideViewTest, SaysWhatToDoForWhichPermission) {
     EXPECT_EQ(text("permission"), "Accessibility");
     EXPECT_EQ(text("drag"), "Drag Quillane into the list");
     EXPECT_EQ(text("next"), "After dropping, turn on the switch next to Quillane.");
@@ -137,7 +137,7 @@ TEST_F(PermissionDragGuideViewTests, SaysWhatToDoForWhichPermission) {
     EXPECT_EQ(text("permission"), "Input Monitoring");
 }
 
-TEST_F(PermissionDragGuideViewTests, ChangesItsLanguageAtOnce) {
+TEST_F(PermissionDragGuideViewTest, ChangesItsLanguageAtOnce) {
     window();
     preferences.choose(AppLanguage::hebrew);
     EXPECT_EQ(text("drag"), core::texts::dragIntoList.key);
@@ -145,14 +145,14 @@ TEST_F(PermissionDragGuideViewTests, ChangesItsLanguageAtOnce) {
     EXPECT_EQ(window().windowTitle().toStdString(), core::texts::permissionGuide.key);
 }
 
-TEST_F(PermissionDragGuideViewTests, ShowsThatThePermissionIsGranted) {
+TEST_F(PermissionDragGuideViewTest, ShowsThatThePermissionIsGranted) {
     window();
     desktop.permissions.grant(MacPermission::accessibility);
     permissions.refresh();
     EXPECT_EQ(text("next"), "Granted");
 }
 
-TEST_F(PermissionDragGuideViewTests, TheCloseControlHasANameTakesTheKeysAndCloses) {
+TEST_F(PermissionDragGuideViewTest, TheCloseControlHasANameTakesTheKeysAndCloses) {
     int closings = 0;
     window().closed = [&] { ++closings; };
     auto& close = find<QToolButton>("close");
@@ -167,7 +167,7 @@ TEST_F(PermissionDragGuideViewTests, TheCloseControlHasANameTakesTheKeysAndClose
     EXPECT_EQ(closings, 2);
 }
 
-TEST_F(PermissionDragGuideViewTests, TheChipDragsTheApplication) {
+TEST_F(PermissionDragGuideViewTest, TheChipDragsTheApplication) {
     auto& chip = find<AppDragView>("chip");
     EXPECT_EQ(chip.cursor().shape(), Qt::OpenHandCursor);
     std::vector<QUrl> dragged;
@@ -183,13 +183,13 @@ TEST_F(PermissionDragGuideViewTests, TheChipDragsTheApplication) {
     EXPECT_THAT(dragged, ::testing::ElementsAre(QUrl("file:///Applications/Quillane.app")));
 }
 
-TEST_F(PermissionDragGuideViewTests, ShrinksToWhatASmallScreenLeaves) {
+TEST_F(PermissionDragGuideViewTest, ShrinksToWhatASmallScreenLeaves) {
     window().setFrame({0, 0, 296, 136});
     settle();
     EXPECT_EQ(window().size(), QSize(296, 136));
 }
 
-TEST_F(PermissionDragGuideViewTests, PicturesInAllLanguagesLightAndDark) {
+TEST_F(PermissionDragGuideViewTest, PicturesInAllLanguagesLightAndDark) {
     const QDir folder(QStringLiteral(QUILLANE_SCREENSHOTS));
     for (const bool dark : {false, true}) {
         useDark(dark);
@@ -210,7 +210,7 @@ TEST_F(PermissionDragGuideViewTests, PicturesInAllLanguagesLightAndDark) {
     }
 }
 
-TEST_F(PermissionDragGuideViewTests, TextThatGrowsByHalfIsNotCut) {
+TEST_F(PermissionDragGuideViewTest, TextThatGrowsByHalfIsNotCut) {
     useReadableFont(1.5);
     for (const auto language : core::allLanguages) {
         preferences.choose(language);

@@ -15,9 +15,9 @@ namespace {
 using core::FeatureOptions;
 using Runtime = SettingsModel::Runtime;
 
-class SettingsModelTests : public testing::Test {
+class SettingsModelTest : public testing::Test {
 protected:
-    SettingsModelTests() {
+    SettingsModelTest() {
         Runtime ready;
         ready.accessibilityGranted = ready.inputMonitoringGranted = true;
         ready.monitorRunning = ready.keyboardEventsObserved = true;
@@ -48,7 +48,7 @@ protected:
 constexpr auto keyboardFeatures = {&FeatureOptions::shiftEnglish, &FeatureOptions::languageSwitch,
                                    &FeatureOptions::writingDirection};
 
-TEST_F(SettingsModelTests, OptionsAreSavedBeforeTheHandlerHearsOfThem) {
+TEST_F(SettingsModelTest, OptionsAreSavedBeforeTheHandlerHearsOfThem) {
     std::optional<FeatureOptions> stored;
     model.optionsChanged = [&] { stored = FeatureOptions::load(defaults); };
     set({&FeatureOptions::paused}, true);
@@ -57,26 +57,26 @@ TEST_F(SettingsModelTests, OptionsAreSavedBeforeTheHandlerHearsOfThem) {
     EXPECT_EQ(changes, 1);
 }
 
-TEST_F(SettingsModelTests, ATestTextIsAnnouncedWhenItChanges) {
+TEST_F(SettingsModelTest, ATestTextIsAnnouncedWhenItChanges) {
     model.setTestText("a");
     model.setTestText("a");
     EXPECT_EQ(model.testText(), "a");
     EXPECT_EQ(changes, 1);
 }
 
-TEST_F(SettingsModelTests, StoredOptionsAreReadAtStart) {
+TEST_F(SettingsModelTest, StoredOptionsAreReadAtStart) {
     defaults.setObject("ShiftEnglishEnabled", false);
     EXPECT_FALSE(SettingsModel(defaults, sleepAssertions).options().shiftEnglish);
 }
 
-TEST_F(SettingsModelTests, AnEqualRuntimeChangesNothing) {
+TEST_F(SettingsModelTest, AnEqualRuntimeChangesNothing) {
     model.setRuntime(model.runtime());
     EXPECT_EQ(changes, 0);
     set(&Runtime::inputIsRTL, true);
     EXPECT_EQ(changes, 1);
 }
 
-TEST_F(SettingsModelTests, ReadyNeedsBothPermissionsAFeatureAndNoSuspension) {
+TEST_F(SettingsModelTest, ReadyNeedsBothPermissionsAFeatureAndNoSuspension) {
     EXPECT_TRUE(model.isReady());
     for (const auto field : {&Runtime::accessibilityGranted, &Runtime::inputMonitoringGranted}) {
         set(field, false);
@@ -98,7 +98,7 @@ TEST_F(SettingsModelTests, ReadyNeedsBothPermissionsAFeatureAndNoSuspension) {
     }
 }
 
-TEST_F(SettingsModelTests, DirectionCanBeTestedWhileItWouldReachAnApplication) {
+TEST_F(SettingsModelTest, DirectionCanBeTestedWhileItWouldReachAnApplication) {
     EXPECT_TRUE(model.canTestDirection());
     set(&Runtime::accessibilityGranted, false);
     EXPECT_FALSE(model.canTestDirection());
@@ -116,7 +116,7 @@ TEST_F(SettingsModelTests, DirectionCanBeTestedWhileItWouldReachAnApplication) {
     EXPECT_FALSE(model.canTestDirection());
 }
 
-TEST_F(SettingsModelTests, ARelaunchIsNeededWhenAWantedMonitorHearsNothing) {
+TEST_F(SettingsModelTest, ARelaunchIsNeededWhenAWantedMonitorHearsNothing) {
     EXPECT_FALSE(model.needsRelaunch());
     set(&Runtime::keyboardEventsObserved, false);
     EXPECT_TRUE(model.needsRelaunch());
@@ -132,7 +132,7 @@ TEST_F(SettingsModelTests, ARelaunchIsNeededWhenAWantedMonitorHearsNothing) {
     EXPECT_FALSE(model.needsRelaunch());
 }
 
-TEST_F(SettingsModelTests, TheTestTargetChangesOnlyWhenItDiffers) {
+TEST_F(SettingsModelTest, TheTestTargetChangesOnlyWhenItDiffers) {
     model.setTestTargetID("com.apple.TextEdit");
     model.setTestTargetID("com.apple.TextEdit");
     EXPECT_EQ(changes, 1);

@@ -31,9 +31,9 @@ using core::AppLanguage;
 using core::SettingsPage;
 
 /// Pictures of every page for people to look at, and what can be measured on them.
-class SettingsScreenshots : public SettingsTest {
+class SettingsScreenshotsTest : public SettingsTest {
 protected:
-    SettingsScreenshots() {
+    SettingsScreenshotsTest() {
         useReadableFont(1);
 #ifdef QUILLANE_LINE_ART
         shownOn = core::Desktop::linuxDesktop;
@@ -59,7 +59,7 @@ protected:
         desktop.updater.finish({785'000'000});
     }
 
-    ~SettingsScreenshots() override {
+    ~SettingsScreenshotsTest() override {
         useDark(false);
     }
 
@@ -118,7 +118,7 @@ protected:
     }
 };
 
-TEST_F(SettingsScreenshots, OfAllPagesInAllLanguagesLightAndDark) {
+TEST_F(SettingsScreenshotsTest, OfAllPagesInAllLanguagesLightAndDark) {
     constexpr std::array names{"general", "shortcuts", "history", "permissions", "testing", "updates"};
     const QDir folder(QStringLiteral(QUILLANE_SCREENSHOTS));
     for (const bool dark : {false, true}) {
@@ -152,7 +152,7 @@ TEST_F(SettingsScreenshots, OfAllPagesInAllLanguagesLightAndDark) {
     }
 }
 
-TEST_F(SettingsScreenshots, OfAHistoryThatCouldNotBeRead) {
+TEST_F(SettingsScreenshotsTest, OfAHistoryThatCouldNotBeRead) {
     showDamage();
     for (const auto language : core::allLanguages) {
         preferences.choose(language);
@@ -168,7 +168,7 @@ TEST_F(SettingsScreenshots, OfAHistoryThatCouldNotBeRead) {
     }
 }
 
-TEST_F(SettingsScreenshots, DropDownListsShowEveryRow) {
+TEST_F(SettingsScreenshotsTest, DropDownListsShowEveryRow) {
     const QDir folder(QStringLiteral(QUILLANE_SCREENSHOTS));
     for (const double scale : {1.0, 1.5}) {
         for (const auto language : core::allLanguages) {
@@ -190,7 +190,7 @@ TEST_F(SettingsScreenshots, DropDownListsShowEveryRow) {
     }
 }
 
-TEST_F(SettingsScreenshots, MenusAndQuestionsOfTheHistoryPage) {
+TEST_F(SettingsScreenshotsTest, MenusAndQuestionsOfTheHistoryPage) {
     const QDir folder(QStringLiteral(QUILLANE_SCREENSHOTS));
     setAside = {{"aside", {785'592'000}}};
     for (const auto language : core::allLanguages) {
@@ -227,7 +227,7 @@ TEST_F(SettingsScreenshots, MenusAndQuestionsOfTheHistoryPage) {
     }
 }
 
-TEST_F(SettingsScreenshots, TextThatGrowsByHalfIsNotCut) {
+TEST_F(SettingsScreenshotsTest, TextThatGrowsByHalfIsNotCut) {
     showDamage();
     for (const auto language : core::allLanguages) {
         closeForever();

@@ -21,9 +21,9 @@ using core::AppLanguage;
 using core::Desktop;
 using core::SettingsPage;
 
-class SettingsTextsTests : public SettingsTest, public testing::WithParamInterface<std::tuple<AppLanguage, Desktop>> {
+class SettingsTextsTest : public SettingsTest, public testing::WithParamInterface<std::tuple<AppLanguage, Desktop>> {
 protected:
-    SettingsTextsTests() {
+    SettingsTextsTest() {
         shownOn = std::get<Desktop>(GetParam());
         preferences.choose(language());
     }
@@ -31,7 +31,7 @@ protected:
     static AppLanguage language() { return std::get<AppLanguage>(GetParam()); }
 };
 
-TEST_P(SettingsTextsTests, EveryTextHasARowInTheTable) {
+TEST_P(SettingsTextsTest, EveryTextHasARowInTheTable) {
     fakes::KnownTexts known(language(), shownOn);
     for (const auto* data : {"English", "עברית", "العربية", "−", "+", "Editor", "com.example.editor", "ABC"}) {
         known.allow(QString::fromUtf8(data));
@@ -63,7 +63,7 @@ TEST_P(SettingsTextsTests, EveryTextHasARowInTheTable) {
     EXPECT_GT(known.checked(), 1000);
 }
 
-TEST_P(SettingsTextsTests, TheQuestionAndTheListOfApplicationsAreInTheLanguage) {
+TEST_P(SettingsTextsTest, TheQuestionAndTheListOfApplicationsAreInTheLanguage) {
     fakes::KnownTexts known(language(), shownOn);
     known.allow("Mail");
     known.allow("Editor");
@@ -86,7 +86,7 @@ TEST_P(SettingsTextsTests, TheQuestionAndTheListOfApplicationsAreInTheLanguage) 
     EXPECT_GT(known.checked(), 10);
 }
 
-INSTANTIATE_TEST_SUITE_P(In, SettingsTextsTests,
+INSTANTIATE_TEST_SUITE_P(In, SettingsTextsTest,
                          testing::Combine(testing::ValuesIn(core::allLanguages),
                                           testing::Values(Desktop::macOS, Desktop::linuxDesktop)),
                          [](const auto& parameter) {

@@ -29,7 +29,7 @@ namespace {
 using core::AppLanguage;
 using core::SettingsPage;
 
-class SettingsWindowTests : public SettingsTest {
+class SettingsWindowTest : public SettingsTest {
 protected:
     [[nodiscard]] SwitchButton& switchNamed(const char* name) {
         for (auto* button : window().findChildren<SwitchButton*>()) {
@@ -60,13 +60,13 @@ protected:
     }
 };
 
-TEST_F(SettingsWindowTests, HasItsTitleAndSizes) {
+TEST_F(SettingsWindowTest, HasItsTitleAndSizes) {
     EXPECT_EQ(window().windowTitle(), "Quillane — Settings");
     EXPECT_EQ(window().size(), QSize(760, 780));
     EXPECT_EQ(window().minimumSize(), QSize(740, 720));
 }
 
-TEST_F(SettingsWindowTests, IsAnApplicationLikeOthersWhileItIsOpen) {
+TEST_F(SettingsWindowTest, IsAnApplicationLikeOthersWhileItIsOpen) {
     present(SettingsPage::general);
     EXPECT_EQ(desktop.windowTraits.policies().back(), ActivationPolicy::regular);
     EXPECT_GE(desktop.windowTraits.activations, 1);
@@ -74,7 +74,7 @@ TEST_F(SettingsWindowTests, IsAnApplicationLikeOthersWhileItIsOpen) {
     EXPECT_EQ(desktop.windowTraits.policies().back(), ActivationPolicy::accessory);
 }
 
-TEST_F(SettingsWindowTests, KeepsItsFrameAndPageWhenItIsClosedAndItsFrameAcrossLaunches) {
+TEST_F(SettingsWindowTest, KeepsItsFrameAndPageWhenItIsClosedAndItsFrameAcrossLaunches) {
     present(SettingsPage::shortcuts);
     window().setGeometry(20, 10, 750, 730);
     window().close();
@@ -88,7 +88,7 @@ TEST_F(SettingsWindowTests, KeepsItsFrameAndPageWhenItIsClosedAndItsFrameAcrossL
     EXPECT_EQ(window().size(), QSize(750, 730));
 }
 
-TEST_F(SettingsWindowTests, AFrameThatCannotBeReachedOrReadIsReplaced) {
+TEST_F(SettingsWindowTest, AFrameThatCannotBeReachedOrReadIsReplaced) {
     for (const auto* frame : {"90000 90000 760 780", "nonsense", "1 2 3", "10 10 x 9", ""}) {
         desktop.userDefaults.setObject(SettingsWindow::frameKey, frame);
         EXPECT_TRUE(QRect(0, 0, 2000, 2000).intersects(window().geometry())) << frame;
@@ -97,7 +97,7 @@ TEST_F(SettingsWindowTests, AFrameThatCannotBeReachedOrReadIsReplaced) {
     }
 }
 
-TEST_F(SettingsWindowTests, ThePageSelectorLeadsToEveryPageByMouseAndByArrowKey) {
+TEST_F(SettingsWindowTest, ThePageSelectorLeadsToEveryPageByMouseAndByArrowKey) {
     present(SettingsPage::general);
     auto buttons = window().findChildren<PageButton*>();
     ASSERT_EQ(buttons.size(), 6);
@@ -112,7 +112,7 @@ TEST_F(SettingsWindowTests, ThePageSelectorLeadsToEveryPageByMouseAndByArrowKey)
     EXPECT_EQ(model.page(), SettingsPage::shortcuts);
 }
 
-TEST_F(SettingsWindowTests, SwitchesAreTheOptions) {
+TEST_F(SettingsWindowTest, SwitchesAreTheOptions) {
     present(SettingsPage::general);
     auto& shift = switchNamed("Temporary English with Shift");
     EXPECT_TRUE(shift.isChecked());
@@ -127,7 +127,7 @@ TEST_F(SettingsWindowTests, SwitchesAreTheOptions) {
     EXPECT_FALSE(model.options().shiftEnglish);
 }
 
-TEST_F(SettingsWindowTests, FileManagerThatTakesAnEntryFromItsUserHasASwitch) {
+TEST_F(SettingsWindowTest, FileManagerThatTakesAnEntryFromItsUserHasASwitch) {
     present(SettingsPage::general);
     EXPECT_FALSE(shows("Share from the file manager Nautilus"));
     closeForever();
@@ -142,7 +142,7 @@ TEST_F(SettingsWindowTests, FileManagerThatTakesAnEntryFromItsUserHasASwitch) {
     EXPECT_FALSE(desktop.servicesMenu.userEntry);
 }
 
-TEST_F(SettingsWindowTests, KeepAwakeSaysHowItStands) {
+TEST_F(SettingsWindowTest, KeepAwakeSaysHowItStands) {
     model.optionsChanged = [this] { model.refreshKeepAwake(); };
     model.refreshKeepAwake();
     present(SettingsPage::general);
@@ -155,7 +155,7 @@ TEST_F(SettingsWindowTests, KeepAwakeSaysHowItStands) {
     EXPECT_TRUE(shows("Could not prevent sleep. Turn off and on to retry."));
 }
 
-TEST_F(SettingsWindowTests, TheLoginItemSwitchFollowsTheSystem) {
+TEST_F(SettingsWindowTest, TheLoginItemSwitchFollowsTheSystem) {
     present(SettingsPage::general);
     auto& login = switchNamed("Launch Quillane at login");
     login.click();
@@ -169,14 +169,14 @@ TEST_F(SettingsWindowTests, TheLoginItemSwitchFollowsTheSystem) {
     EXPECT_EQ(desktop.loginItem.openings, 1);
 }
 
-TEST_F(SettingsWindowTests, ComingBackToTheWindowRefreshes) {
+TEST_F(SettingsWindowTest, ComingBackToTheWindowRefreshes) {
     int refreshes = 0;
     model.refresh = [&] { ++refreshes; };
     present(SettingsPage::general);
     EXPECT_EQ(refreshes, 1);
 }
 
-TEST_F(SettingsWindowTests, ClipboardOptionsAreBoundBothWays) {
+TEST_F(SettingsWindowTest, ClipboardOptionsAreBoundBothWays) {
     present(SettingsPage::clipboard);
     switchNamed("Clipboard history").click();
     EXPECT_TRUE(clipboardOptions.enabled);
@@ -193,7 +193,7 @@ TEST_F(SettingsWindowTests, ClipboardOptionsAreBoundBothWays) {
     EXPECT_FALSE(clipboardOptions.popupAtCursor);
 }
 
-TEST_F(SettingsWindowTests, ExcludedApplicationsCanBeRemoved) {
+TEST_F(SettingsWindowTest, ExcludedApplicationsCanBeRemoved) {
     clipboardOptions.ignoredApps = {"com.example.editor", "com.example.gone"};
     present(SettingsPage::clipboard);
     EXPECT_TRUE(shows("Editor"));
@@ -203,7 +203,7 @@ TEST_F(SettingsWindowTests, ExcludedApplicationsCanBeRemoved) {
     EXPECT_FALSE(shows("Editor"));
 }
 
-TEST_F(SettingsWindowTests, AnApplicationIsChosenAmongRunningAndInstalledOnes) {
+TEST_F(SettingsWindowTest, AnApplicationIsChosenAmongRunningAndInstalledOnes) {
     desktop.applicationCatalog.applications.push_back({"com.example.archive", "archive & more"});
     clipboardOptions.ignoredApps = {"com.example.mail"};
     present(SettingsPage::clipboard);
@@ -223,13 +223,13 @@ TEST_F(SettingsWindowTests, AnApplicationIsChosenAmongRunningAndInstalledOnes) {
     EXPECT_TRUE(shows("Editor"));
 }
 
-TEST_F(SettingsWindowTests, AListOfApplicationsThatComesAfterTheWindowIsGoneChangesNothing) {
+TEST_F(SettingsWindowTest, AListOfApplicationsThatComesAfterTheWindowIsGoneChangesNothing) {
     window().present(SettingsPage::clipboard);
     closeForever();
     EXPECT_NO_THROW(desktop.settle());
 }
 
-TEST_F(SettingsWindowTests, AWarningHasTheColourOfWarnings) {
+TEST_F(SettingsWindowTest, AWarningHasTheColourOfWarnings) {
     present(SettingsPage::general);
     for (const bool dark : {true, false}) {
         useDark(dark);
@@ -241,7 +241,7 @@ TEST_F(SettingsWindowTests, AWarningHasTheColourOfWarnings) {
     }
 }
 
-TEST_F(SettingsWindowTests, AShortcutThatIsTakenCanBeTriedAgain) {
+TEST_F(SettingsWindowTest, AShortcutThatIsTakenCanBeTriedAgain) {
     present(SettingsPage::clipboard);
     const QString taken = "The shortcut is in use. Quit Maccy or change the shortcut in the other app, then retry.";
     EXPECT_TRUE(shows("Clipboard history is active"));
@@ -254,7 +254,7 @@ TEST_F(SettingsWindowTests, AShortcutThatIsTakenCanBeTriedAgain) {
     EXPECT_EQ(retries, 1);
 }
 
-TEST_F(SettingsWindowTests, APasteboardThatMayNotBeReadIsSaidWithTheWayToItsSettings) {
+TEST_F(SettingsWindowTest, APasteboardThatMayNotBeReadIsSaidWithTheWayToItsSettings) {
     present(SettingsPage::clipboard);
     const auto& row = find<QWidget>("pasteboardAccess");
     EXPECT_FALSE(row.isVisible());
@@ -269,7 +269,7 @@ TEST_F(SettingsWindowTests, APasteboardThatMayNotBeReadIsSaidWithTheWayToItsSett
     EXPECT_EQ(accessSettingsOpened, 1);
 }
 
-TEST_F(SettingsWindowTests, AHistoryThatCannotBeSavedIsSaid) {
+TEST_F(SettingsWindowTest, AHistoryThatCannotBeSavedIsSaid) {
     present(SettingsPage::clipboard);
     const QString unsaved = "Cannot save encrypted history. History is available in memory only.";
     EXPECT_FALSE(shows(unsaved));
@@ -278,7 +278,7 @@ TEST_F(SettingsWindowTests, AHistoryThatCannotBeSavedIsSaid) {
     EXPECT_TRUE(shows(unsaved));
 }
 
-TEST_F(SettingsWindowTests, HistoryThatCannotBeReadNowIsSaidToStayUnchanged) {
+TEST_F(SettingsWindowTest, HistoryThatCannotBeReadNowIsSaidToStayUnchanged) {
     present(SettingsPage::clipboard);
     const QString unread =
         "The saved history cannot be read right now. It stays unchanged, and another attempt will follow.";
@@ -290,7 +290,7 @@ TEST_F(SettingsWindowTests, HistoryThatCannotBeReadNowIsSaidToStayUnchanged) {
     EXPECT_TRUE(shows(unread));
 }
 
-TEST_F(SettingsWindowTests, HistoryThatAnotherProgramWritesIsSaidToBeInUse) {
+TEST_F(SettingsWindowTest, HistoryThatAnotherProgramWritesIsSaidToBeInUse) {
     present(SettingsPage::clipboard);
     const QString inUse = "Another copy of Quillane is using the saved history. History is available in memory only.";
     historyIsUnsaved = true;
@@ -302,7 +302,7 @@ TEST_F(SettingsWindowTests, HistoryThatAnotherProgramWritesIsSaidToBeInUse) {
     EXPECT_FALSE(shows("Cannot save encrypted history. History is available in memory only."));
 }
 
-TEST_F(SettingsWindowTests, HistoriesThatWereSetAsideAreRecoveredOrDeletedWhenThatIsConfirmed) {
+TEST_F(SettingsWindowTest, HistoriesThatWereSetAsideAreRecoveredOrDeletedWhenThatIsConfirmed) {
     present(SettingsPage::clipboard);
     EXPECT_EQ(visibleSetAside(), 0);
     const core::SetAsideHistory first{"first", {785'592'000}};
@@ -334,7 +334,7 @@ TEST_F(SettingsWindowTests, HistoriesThatWereSetAsideAreRecoveredOrDeletedWhenTh
     EXPECT_TRUE(shows("Items recovered: 12 of 13"));
 }
 
-TEST_F(SettingsWindowTests, ClearingAsksFirstAndMayKeepThePins) {
+TEST_F(SettingsWindowTest, ClearingAsksFirstAndMayKeepThePins) {
     present(SettingsPage::clipboard);
     find<QPushButton>("clear").click();
     EXPECT_EQ(question(), "Delete all history, including pinned items?");
@@ -349,7 +349,7 @@ TEST_F(SettingsWindowTests, ClearingAsksFirstAndMayKeepThePins) {
     EXPECT_EQ(clearings.back(), core::ClipboardHistory::Clearing::includePins);
 }
 
-TEST_F(SettingsWindowTests, WhileACheckRunsTheButtonIsDisabled) {
+TEST_F(SettingsWindowTest, WhileACheckRunsTheButtonIsDisabled) {
     present(SettingsPage::updates);
     EXPECT_TRUE(shows("Installed version: 1.2"));
     EXPECT_TRUE(shows("No update check yet"));
@@ -361,14 +361,14 @@ TEST_F(SettingsWindowTests, WhileACheckRunsTheButtonIsDisabled) {
     EXPECT_FALSE(shows("No update check yet"));
 }
 
-TEST_F(SettingsWindowTests, ABuildWithoutAnUpdateKeySaysSo) {
+TEST_F(SettingsWindowTest, ABuildWithoutAnUpdateKeySaysSo) {
     desktop.updater.key = false;
     present(SettingsPage::updates);
     EXPECT_TRUE(shows("This copy was built without an update key, so it does not update itself."));
     EXPECT_EQ(window().findChild<QPushButton*>("checkNow"), nullptr);
 }
 
-TEST_F(SettingsWindowTests, ChoosingALanguageRedrawsEverythingMirrored) {
+TEST_F(SettingsWindowTest, ChoosingALanguageRedrawsEverythingMirrored) {
     present(SettingsPage::shortcuts);
     find<QComboBox>("language").activated(1);
     EXPECT_EQ(preferences.state().language, AppLanguage::hebrew);
@@ -380,7 +380,7 @@ TEST_F(SettingsWindowTests, ChoosingALanguageRedrawsEverythingMirrored) {
     EXPECT_TRUE(shows("Left to right"));
 }
 
-TEST_F(SettingsWindowTests, MainButtonShowsItsStateAndIsReadableInEach) {
+TEST_F(SettingsWindowTest, MainButtonShowsItsStateAndIsReadableInEach) {
     for (const bool dark : {true, false}) {
         useDark(dark);
         present(SettingsPage::updates);
@@ -400,7 +400,7 @@ TEST_F(SettingsWindowTests, MainButtonShowsItsStateAndIsReadableInEach) {
     }
 }
 
-TEST_F(SettingsWindowTests, ADarkAppearanceIsFollowedWhileItIsOpen) {
+TEST_F(SettingsWindowTest, ADarkAppearanceIsFollowedWhileItIsOpen) {
     useDark(false);
     present(SettingsPage::general);
     const auto wordmark = find<QLabel>("wordmark").text();
@@ -413,7 +413,7 @@ TEST_F(SettingsWindowTests, ADarkAppearanceIsFollowedWhileItIsOpen) {
     useDark(false);
 }
 
-TEST_F(SettingsWindowTests, EveryLabelThatWrapsBeginsItsLinesFlush) {
+TEST_F(SettingsWindowTest, EveryLabelThatWrapsBeginsItsLinesFlush) {
     for (const auto page : core::allSettingsPages) {
         present(page);
         for (const auto* label : window().findChildren<QLabel*>()) {

@@ -11,21 +11,21 @@
 namespace quillane {
 namespace {
 
-class AppUpdaterTests : public ::testing::Test {
+class AppUpdaterTest : public ::testing::Test {
 protected:
     fakes::FakeUpdaterService service;
     fakes::FakeWindowTraits windows;
     AppUpdater updater{&service, windows, "1.2"};
 };
 
-TEST_F(AppUpdaterTests, StartsOnceAndNotByItself) {
+TEST_F(AppUpdaterTest, StartsOnceAndNotByItself) {
     EXPECT_EQ(service.starts, 0);
     updater.start();
     updater.start();
     EXPECT_EQ(service.starts, 1);
 }
 
-TEST_F(AppUpdaterTests, ChecksInFrontAndNotWhileACheckRuns) {
+TEST_F(AppUpdaterTest, ChecksInFrontAndNotWhileACheckRuns) {
     int changes = 0;
     const auto token = updater.onChanged([&] { ++changes; });
     updater.checkNow();
@@ -39,13 +39,13 @@ TEST_F(AppUpdaterTests, ChecksInFrontAndNotWhileACheckRuns) {
     EXPECT_EQ(changes, 2);
 }
 
-TEST_F(AppUpdaterTests, TheSwitchIsTheUpdatersOwn) {
+TEST_F(AppUpdaterTest, TheSwitchIsTheUpdatersOwn) {
     updater.setChecksAutomatically(false);
     EXPECT_FALSE(service.automatic);
     EXPECT_FALSE(updater.checksAutomatically());
 }
 
-TEST_F(AppUpdaterTests, WithoutAKeyNothingIsStartedOrChecked) {
+TEST_F(AppUpdaterTest, WithoutAKeyNothingIsStartedOrChecked) {
     service.key = false;
     updater.start();
     updater.setChecksAutomatically(false);
@@ -60,7 +60,7 @@ TEST_F(AppUpdaterTests, WithoutAKeyNothingIsStartedOrChecked) {
     EXPECT_EQ(windows.activations, 0);
 }
 
-TEST_F(AppUpdaterTests, WithoutAServiceThereIsNothingToDo) {
+TEST_F(AppUpdaterTest, WithoutAServiceThereIsNothingToDo) {
     AppUpdater packaged(nullptr, windows, "");
     packaged.start();
     packaged.setChecksAutomatically(true);

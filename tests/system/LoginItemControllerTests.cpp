@@ -13,7 +13,7 @@
 namespace quillane {
 namespace {
 
-class LoginItemControllerTests : public ::testing::Test {
+class LoginItemControllerTest : public ::testing::Test {
 protected:
     [[nodiscard]] std::string status() { return controller.statusText().rendered(core::AppLanguage::english); }
 
@@ -21,7 +21,7 @@ protected:
     LoginItemController controller{service, true};
 };
 
-TEST_F(LoginItemControllerTests, EachStatusHasItsText) {
+TEST_F(LoginItemControllerTest, EachStatusHasItsText) {
     constexpr std::array expected{
         std::pair{LoginItemStatus::notRegistered, "Off — open Quillane manually"},
         std::pair{LoginItemStatus::enabled, "On — Quillane will start when you sign in"},
@@ -37,7 +37,7 @@ TEST_F(LoginItemControllerTests, EachStatusHasItsText) {
     }
 }
 
-TEST_F(LoginItemControllerTests, SwitchesOnAndOff) {
+TEST_F(LoginItemControllerTest, SwitchesOnAndOff) {
     controller.setEnabled(true);
     EXPECT_TRUE(controller.isOn());
     controller.setEnabled(true);
@@ -48,14 +48,14 @@ TEST_F(LoginItemControllerTests, SwitchesOnAndOff) {
     EXPECT_FALSE(controller.errorMessage());
 }
 
-TEST_F(LoginItemControllerTests, WhileAnApprovalIsMissingTurningOnOpensTheSettings) {
+TEST_F(LoginItemControllerTest, WhileAnApprovalIsMissingTurningOnOpensTheSettings) {
     service.current = LoginItemStatus::requiresApproval;
     controller.setEnabled(true);
     EXPECT_EQ(service.openings, 1);
     EXPECT_EQ(service.enablings, 0);
 }
 
-TEST_F(LoginItemControllerTests, AnApprovalThatIsStillMissingIsNoError) {
+TEST_F(LoginItemControllerTest, AnApprovalThatIsStillMissingIsNoError) {
     service.fails = true;
     service.statusAfterFailure = LoginItemStatus::requiresApproval;
     controller.setEnabled(true);
@@ -63,7 +63,7 @@ TEST_F(LoginItemControllerTests, AnApprovalThatIsStillMissingIsNoError) {
     EXPECT_EQ(controller.status(), LoginItemStatus::requiresApproval);
 }
 
-TEST_F(LoginItemControllerTests, AFailureIsToldUntilTheNextChange) {
+TEST_F(LoginItemControllerTest, AFailureIsToldUntilTheNextChange) {
     service.fails = true;
     controller.setEnabled(true);
     ASSERT_TRUE(controller.errorMessage());
@@ -74,7 +74,7 @@ TEST_F(LoginItemControllerTests, AFailureIsToldUntilTheNextChange) {
     EXPECT_FALSE(controller.errorMessage());
 }
 
-TEST_F(LoginItemControllerTests, ASecondToggleWhileAChangeRunsIsIgnored) {
+TEST_F(LoginItemControllerTest, ASecondToggleWhileAChangeRunsIsIgnored) {
     service.duringChange = [this] {
         EXPECT_TRUE(controller.isChanging());
         controller.setEnabled(false);
@@ -85,13 +85,13 @@ TEST_F(LoginItemControllerTests, ASecondToggleWhileAChangeRunsIsIgnored) {
     EXPECT_FALSE(controller.isChanging());
 }
 
-TEST_F(LoginItemControllerTests, ACopyThatIsNotInstalledChangesNothing) {
+TEST_F(LoginItemControllerTest, ACopyThatIsNotInstalledChangesNothing) {
     LoginItemController elsewhere(service, false);
     elsewhere.setEnabled(true);
     EXPECT_EQ(service.enablings, 0);
 }
 
-TEST_F(LoginItemControllerTests, TellsOnlyOfChanges) {
+TEST_F(LoginItemControllerTest, TellsOnlyOfChanges) {
     int changes = 0;
     const auto token = controller.onChanged([&] { ++changes; });
     controller.refresh();

@@ -44,9 +44,9 @@ protected:
     std::optional<InterfaceLanguage> interface { preferences };
 };
 
-class InterfaceLanguageTestIn : public InterfaceLanguageTest, public testing::WithParamInterface<AppLanguage> {};
+class InterfaceLanguageInTest : public InterfaceLanguageTest, public testing::WithParamInterface<AppLanguage> {};
 
-TEST_P(InterfaceLanguageTestIn, ContextMenusOfTextFieldsComeFromTheTable) {
+TEST_P(InterfaceLanguageInTest, ContextMenusOfTextFieldsComeFromTheTable) {
     preferences.choose(GetParam());
     fakes::KnownTexts known(GetParam());
     QLineEdit line;
@@ -58,14 +58,14 @@ TEST_P(InterfaceLanguageTestIn, ContextMenusOfTextFieldsComeFromTheTable) {
     EXPECT_GE(known.checked(), 14);
 }
 
-TEST_P(InterfaceLanguageTestIn, EveryMenuIsLaidOutInItsDirection) {
+TEST_P(InterfaceLanguageInTest, EveryMenuIsLaidOutInItsDirection) {
     preferences.choose(GetParam());
     QWidget window;
     const QMenu menu(&window);
     EXPECT_EQ(menu.layoutDirection(), core::isRTL(GetParam()) ? Qt::RightToLeft : Qt::LeftToRight);
 }
 
-INSTANTIATE_TEST_SUITE_P(In, InterfaceLanguageTestIn, testing::ValuesIn(core::allLanguages),
+INSTANTIATE_TEST_SUITE_P(In, InterfaceLanguageInTest, testing::ValuesIn(core::allLanguages),
                          [](const auto& parameter) { return std::string(core::languageID(parameter.param)); });
 
 TEST_F(InterfaceLanguageTest, TextsAreFoundWhateverTheirMnemonicAndCapitals) {

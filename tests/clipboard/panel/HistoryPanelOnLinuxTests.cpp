@@ -7,12 +7,12 @@ namespace quillane {
 namespace {
 
 /// The panel with the keys and texts of Linux, on every desktop.
-class HistoryPanelOnLinux : public HistoryPanelTest {
+class HistoryPanelOnLinuxTest : public HistoryPanelTest {
 protected:
-    HistoryPanelOnLinux() : HistoryPanelTest(core::Desktop::linuxDesktop) {}
+    HistoryPanelOnLinuxTest() : HistoryPanelTest(core::Desktop::linuxDesktop) {}
 };
 
-TEST_F(HistoryPanelOnLinux, ShiftDeleteDeletesTheEntry) {
+TEST_F(HistoryPanelOnLinuxTest, ShiftDeleteDeletesTheEntry) {
     copyThree();
     open();
     press(Qt::Key_Delete);
@@ -22,7 +22,7 @@ TEST_F(HistoryPanelOnLinux, ShiftDeleteDeletesTheEntry) {
     EXPECT_EQ(*panel.filtered().front().text, "second");
 }
 
-TEST_F(HistoryPanelOnLinux, ControlBackspaceDeletesAWordOfTheSearch) {
+TEST_F(HistoryPanelOnLinuxTest, ControlBackspaceDeletesAWordOfTheSearch) {
     copyThree();
     open();
     QTest::keyClicks(&field(), "fir t");
@@ -33,7 +33,7 @@ TEST_F(HistoryPanelOnLinux, ControlBackspaceDeletesAWordOfTheSearch) {
     EXPECT_EQ(rows(), 3);
 }
 
-TEST_F(HistoryPanelOnLinux, TheFooterAndTheHelpNameItsKeys) {
+TEST_F(HistoryPanelOnLinuxTest, TheFooterAndTheHelpNameItsKeys) {
     copyThree();
     open();
     EXPECT_EQ(find<QLabel>("footerText").text(), "Enter to paste · Alt+Enter to copy · Shift+Enter for plain text");

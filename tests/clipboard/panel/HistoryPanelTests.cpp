@@ -22,7 +22,7 @@ using ::testing::ElementsAre;
 using ::testing::SizeIs;
 namespace texts = core::texts;
 
-class HistoryPanelWindow : public HistoryPanelTest {
+class HistoryPanelWindowTest : public HistoryPanelTest {
 protected:
     /// Without the marks that keep the names of keys in order.
     [[nodiscard]] QString footer() {
@@ -32,7 +32,7 @@ protected:
 
 // Opening and closing
 
-TEST_F(HistoryPanelWindow, IsASearchPanelThatOpensWithTheKeysInAnEmptyField) {
+TEST_F(HistoryPanelWindowTest, IsASearchPanelThatOpensWithTheKeysInAnEmptyField) {
     copyThree();
     open();
     EXPECT_THAT(windowTraits.panels, ElementsAre(std::pair<QWidget*, PanelKind>{&window(), PanelKind::search}));
@@ -47,7 +47,7 @@ TEST_F(HistoryPanelWindow, IsASearchPanelThatOpensWithTheKeysInAnEmptyField) {
     EXPECT_EQ(list().currentIndex().row(), 0);
 }
 
-TEST_F(HistoryPanelWindow, NoPartLeavesAStripForAHiddenTitleBar) {
+TEST_F(HistoryPanelWindowTest, NoPartLeavesAStripForAHiddenTitleBar) {
     copyThree();
     open();
     const auto& shown = window();
@@ -60,7 +60,7 @@ TEST_F(HistoryPanelWindow, NoPartLeavesAStripForAHiddenTitleBar) {
     }
 }
 
-TEST_F(HistoryPanelWindow, HidesNoMatterHowItIsClosed) {
+TEST_F(HistoryPanelWindowTest, HidesNoMatterHowItIsClosed) {
     copyThree();
     open();
     press(Qt::Key_Escape);
@@ -74,7 +74,7 @@ TEST_F(HistoryPanelWindow, HidesNoMatterHowItIsClosed) {
     EXPECT_FALSE(panel.isVisible());
 }
 
-TEST_F(HistoryPanelWindow, StaysOnItsScreenWithAMargin) {
+TEST_F(HistoryPanelWindowTest, StaysOnItsScreenWithAMargin) {
     const auto screen = QGuiApplication::primaryScreen()->availableGeometry();
     QCursor::setPos(screen.bottomRight());
     open();
@@ -92,7 +92,7 @@ TEST_F(HistoryPanelWindow, StaysOnItsScreenWithAMargin) {
     EXPECT_LE((window().geometry().center() - screen.center()).manhattanLength(), 2);
 }
 
-TEST_F(HistoryPanelWindow, LetsGoOfEverythingWhenItCloses) {
+TEST_F(HistoryPanelWindowTest, LetsGoOfEverythingWhenItCloses) {
     copyThree();
     open();
     EXPECT_EQ(rows(), 3);
@@ -102,7 +102,7 @@ TEST_F(HistoryPanelWindow, LetsGoOfEverythingWhenItCloses) {
 
 // Keys
 
-TEST_F(HistoryPanelWindow, ArrowsMoveTheSelectionWhileTheFieldHasTheKeys) {
+TEST_F(HistoryPanelWindowTest, ArrowsMoveTheSelectionWhileTheFieldHasTheKeys) {
     copyThree();
     open();
     press(Qt::Key_Down);
@@ -113,7 +113,7 @@ TEST_F(HistoryPanelWindow, ArrowsMoveTheSelectionWhileTheFieldHasTheKeys) {
     EXPECT_EQ(list().currentIndex().row(), 0);
 }
 
-TEST_F(HistoryPanelWindow, ReturnPastesTheSelectedEntry) {
+TEST_F(HistoryPanelWindowTest, ReturnPastesTheSelectedEntry) {
     copyThree();
     open();
     press(Qt::Key_Down);
@@ -124,7 +124,7 @@ TEST_F(HistoryPanelWindow, ReturnPastesTheSelectedEntry) {
     EXPECT_THAT(keyEvents.posted, SizeIs(1));
 }
 
-TEST_F(HistoryPanelWindow, OptionReturnOnlyCopiesAndDigitsChooseByPlace) {
+TEST_F(HistoryPanelWindowTest, OptionReturnOnlyCopiesAndDigitsChooseByPlace) {
     copyThree();
     open();
     press(Qt::Key_5, Qt::ControlModifier);
@@ -141,7 +141,7 @@ TEST_F(HistoryPanelWindow, OptionReturnOnlyCopiesAndDigitsChooseByPlace) {
     EXPECT_THAT(keyEvents.posted, SizeIs(1));
 }
 
-TEST_F(HistoryPanelWindow, CommandDeleteDeletesAndPlainDeleteDoesNot) {
+TEST_F(HistoryPanelWindowTest, CommandDeleteDeletesAndPlainDeleteDoesNot) {
     copyThree();
     open();
     press(Qt::Key_Backspace, Qt::ControlModifier);
@@ -153,7 +153,7 @@ TEST_F(HistoryPanelWindow, CommandDeleteDeletesAndPlainDeleteDoesNot) {
     EXPECT_EQ(rows(), 1);
 }
 
-TEST_F(HistoryPanelWindow, ButtonsArePressedByKeysAndLettersStillSearch) {
+TEST_F(HistoryPanelWindowTest, ButtonsArePressedByKeysAndLettersStillSearch) {
     copyThree();
     open();
     auto& settings = find<QToolButton>("settings");
@@ -171,7 +171,7 @@ TEST_F(HistoryPanelWindow, ButtonsArePressedByKeysAndLettersStillSearch) {
 
 // Searching
 
-TEST_F(HistoryPanelWindow, TypingFiltersAtOnceAndTheSelectionFollows) {
+TEST_F(HistoryPanelWindowTest, TypingFiltersAtOnceAndTheSelectionFollows) {
     copyThree();
     open();
     press(Qt::Key_Down);
@@ -185,7 +185,7 @@ TEST_F(HistoryPanelWindow, TypingFiltersAtOnceAndTheSelectionFollows) {
     EXPECT_TRUE(field().hasFocus());
 }
 
-TEST_F(HistoryPanelWindow, TheFieldRunsInTheDirectionOfWhatIsTyped) {
+TEST_F(HistoryPanelWindowTest, TheFieldRunsInTheDirectionOfWhatIsTyped) {
     copyThree();
     open();
     EXPECT_EQ(field().layoutDirection(), Qt::LeftToRight);
@@ -198,7 +198,7 @@ TEST_F(HistoryPanelWindow, TheFieldRunsInTheDirectionOfWhatIsTyped) {
     EXPECT_EQ(find<QFrame>("searchBox").layoutDirection(), Qt::RightToLeft);
 }
 
-TEST_F(HistoryPanelWindow, TheCaretOfTheEmptyFieldStandsWhereTheTextBegins) {
+TEST_F(HistoryPanelWindowTest, TheCaretOfTheEmptyFieldStandsWhereTheTextBegins) {
     copyThree();
     for (const auto language : core::allLanguages) {
         preferences.choose(language);
@@ -210,7 +210,7 @@ TEST_F(HistoryPanelWindow, TheCaretOfTheEmptyFieldStandsWhereTheTextBegins) {
     }
 }
 
-TEST_F(HistoryPanelWindow, TheHelpIsShownByMouseBesideItsButton) {
+TEST_F(HistoryPanelWindowTest, TheHelpIsShownByMouseBesideItsButton) {
     copyThree();
     open();
     auto& help = find<QToolButton>("help");
@@ -235,7 +235,7 @@ TEST_F(HistoryPanelWindow, TheHelpIsShownByMouseBesideItsButton) {
     EXPECT_FALSE(card.isVisible());
 }
 
-TEST_F(HistoryPanelWindow, TheQuestionMarkIsTurnedInArabic) {
+TEST_F(HistoryPanelWindowTest, TheQuestionMarkIsTurnedInArabic) {
     open();
     const auto drawn = [this](core::AppLanguage language) {
         preferences.choose(language);
@@ -255,7 +255,7 @@ TEST_F(HistoryPanelWindow, TheQuestionMarkIsTurnedInArabic) {
     EXPECT_LE(differing, 10);
 }
 
-TEST_F(HistoryPanelWindow, EveryTextIsOfTheTable) {
+TEST_F(HistoryPanelWindowTest, EveryTextIsOfTheTable) {
     InterfaceLanguage interface(preferences);
     copyThree();
     for (const auto language : core::allLanguages) {
@@ -283,7 +283,7 @@ TEST_F(HistoryPanelWindow, EveryTextIsOfTheTable) {
     }
 }
 
-TEST_F(HistoryPanelWindow, ACopyWhileItIsOpenAppears) {
+TEST_F(HistoryPanelWindowTest, ACopyWhileItIsOpenAppears) {
     copyThree();
     open();
     copyText("fourth");
@@ -292,7 +292,7 @@ TEST_F(HistoryPanelWindow, ACopyWhileItIsOpenAppears) {
     EXPECT_EQ(list().currentIndex().row(), 1); // what was selected still is
 }
 
-TEST_F(HistoryPanelWindow, SaysWhyThereIsNothing) {
+TEST_F(HistoryPanelWindowTest, SaysWhyThereIsNothing) {
     open();
     EXPECT_FALSE(list().isVisible());
     EXPECT_EQ(find<QLabel>("emptyTitle").text(), "Your next copy will appear here");
@@ -306,7 +306,7 @@ TEST_F(HistoryPanelWindow, SaysWhyThereIsNothing) {
     EXPECT_FALSE(find<QLabel>("emptyText").isVisible());
 }
 
-TEST_F(HistoryPanelWindow, TheFooterNamesTheKeysOrTellsOfTheLastChoice) {
+TEST_F(HistoryPanelWindowTest, TheFooterNamesTheKeysOrTellsOfTheLastChoice) {
     permissions.revoke(core::MacPermission::accessibility);
     copyThree();
     open();
@@ -319,7 +319,7 @@ TEST_F(HistoryPanelWindow, TheFooterNamesTheKeysOrTellsOfTheLastChoice) {
 
 // Languages, appearance, people who do not see it
 
-TEST_F(HistoryPanelWindow, EverythingIsMirroredInHebrewAndArabicAtOnce) {
+TEST_F(HistoryPanelWindowTest, EverythingIsMirroredInHebrewAndArabicAtOnce) {
     copyThree();
     open();
     const auto leftOfSettings = [&] { return find<QToolButton>("settings").geometry().left(); };
@@ -333,7 +333,7 @@ TEST_F(HistoryPanelWindow, EverythingIsMirroredInHebrewAndArabicAtOnce) {
     }
 }
 
-TEST_F(HistoryPanelWindow, EveryControlHasANameInEveryLanguage) {
+TEST_F(HistoryPanelWindowTest, EveryControlHasANameInEveryLanguage) {
     copyThree();
     open();
     for (const auto language : core::allLanguages) {
@@ -347,7 +347,7 @@ TEST_F(HistoryPanelWindow, EveryControlHasANameInEveryLanguage) {
     }
 }
 
-TEST_F(HistoryPanelWindow, RowsSayWhatTheyAreHowTheyBeginAndWhereTheyComeFrom) {
+TEST_F(HistoryPanelWindowTest, RowsSayWhatTheyAreHowTheyBeginAndWhereTheyComeFrom) {
     copyText("  some\n\ttext  ");
     copyImage(png({4, 4}));
     copyFiles({"file:///nowhere/a.txt", "file:///nowhere/b.txt"});
@@ -362,9 +362,9 @@ TEST_F(HistoryPanelWindow, RowsSayWhatTheyAreHowTheyBeginAndWhereTheyComeFrom) {
 #ifdef QUILLANE_LINE_ART
 // As the pop-up that it is where panels are pop-ups
 
-class HistoryPanelPopUp : public HistoryPanelWindow {
+class HistoryPanelPopUpTest : public HistoryPanelWindowTest {
 protected:
-    HistoryPanelPopUp() { traits = &linuxTraits_; }
+    HistoryPanelPopUpTest() { traits = &linuxTraits_; }
 
     void clickAt(QPoint place) {
         QTest::mouseClick(window().windowHandle(), Qt::LeftButton, {}, place);
@@ -375,7 +375,7 @@ private:
     LinuxWindowTraits linuxTraits_;
 };
 
-TEST_F(HistoryPanelPopUp, HasTheKeysAndClosesWithoutPastingOnAClickElsewhere) {
+TEST_F(HistoryPanelPopUpTest, HasTheKeysAndClosesWithoutPastingOnAClickElsewhere) {
     copyThree();
     open();
     EXPECT_EQ(QApplication::activePopupWidget(), &window());
@@ -389,7 +389,7 @@ TEST_F(HistoryPanelPopUp, HasTheKeysAndClosesWithoutPastingOnAClickElsewhere) {
     EXPECT_THAT(keyEvents.posted, SizeIs(0));
 }
 
-TEST_F(HistoryPanelPopUp, AMenuOfItsOwnDoesNotCloseIt) {
+TEST_F(HistoryPanelPopUpTest, AMenuOfItsOwnDoesNotCloseIt) {
     copyThree();
     open();
     auto& menu = openMenu(1);
@@ -402,7 +402,7 @@ TEST_F(HistoryPanelPopUp, AMenuOfItsOwnDoesNotCloseIt) {
     EXPECT_EQ(list().currentIndex().row(), 2);
 }
 
-TEST_F(HistoryPanelPopUp, ItsCornersAreRound) {
+TEST_F(HistoryPanelPopUpTest, ItsCornersAreRound) {
     open();
     EXPECT_FALSE(window().mask().contains(QPoint(0, 0)));
     EXPECT_TRUE(window().mask().contains(QPoint(20, 0)));

@@ -12,7 +12,7 @@ namespace {
 using ::testing::SizeIs;
 
 /// The rows of the list, as they are drawn and as screen readers see them.
-class HistoryRows : public HistoryPanelTest {
+class HistoryRowsTest : public HistoryPanelTest {
 protected:
     void copyMany(int count, const std::function<void(int)>& copy) {
         for (int i = 0; i < count; ++i) {
@@ -27,7 +27,7 @@ protected:
     [[nodiscard]] QAccessibleInterface& accessibleList() { return *QAccessible::queryAccessibleInterface(&list()); }
 };
 
-TEST_F(HistoryRows, OnlyThoseInViewAreDrawnAndOnlyTheirPicturesAreMade) {
+TEST_F(HistoryRowsTest, OnlyThoseInViewAreDrawnAndOnlyTheirPicturesAreMade) {
     copyMany(300, [&](int i) { pasteboard.copy({{{{"public.png", png({8, 8}, QColor(i % 256, i / 256, 7))}}, {}}}); });
     ASSERT_THAT(manager.history().entries(), SizeIs(300));
     open();
@@ -42,7 +42,7 @@ TEST_F(HistoryRows, OnlyThoseInViewAreDrawnAndOnlyTheirPicturesAreMade) {
     EXPECT_LT(delegateOf(list()).drawnCount() - drawn, 60);
 }
 
-TEST_F(HistoryRows, APictureIsAsHighAsTheOptionsSay) {
+TEST_F(HistoryRowsTest, APictureIsAsHighAsTheOptionsSay) {
     copyImage(png({400, 400}));
     open();
     load();
@@ -62,7 +62,7 @@ TEST_F(HistoryRows, APictureIsAsHighAsTheOptionsSay) {
     EXPECT_EQ(heightOf(0), at60 + 60);
 }
 
-TEST_F(HistoryRows, ALongTextTakesTwoLinesAndAListOfFilesThree) {
+TEST_F(HistoryRowsTest, ALongTextTakesTwoLinesAndAListOfFilesThree) {
     copyText("short");
     copyText(std::string(5000, 'w'));
     copyFiles({"file:///a/1", "file:///a/2", "file:///a/3", "file:///a/4", "file:///a/5"});
@@ -72,7 +72,7 @@ TEST_F(HistoryRows, ALongTextTakesTwoLinesAndAListOfFilesThree) {
     EXPECT_GT(heightOf(1), heightOf(2));
 }
 
-TEST_F(HistoryRows, AFileThatIsGoneSaysSoWhenItHasBeenLookedFor) {
+TEST_F(HistoryRowsTest, AFileThatIsGoneSaysSoWhenItHasBeenLookedFor) {
     const auto kept = files.url("kept.txt", "x");
     copyFiles({"file:///nowhere/gone.txt"});
     copyFiles({kept.absoluteString()});
@@ -88,7 +88,7 @@ TEST_F(HistoryRows, AFileThatIsGoneSaysSoWhenItHasBeenLookedFor) {
     EXPECT_TRUE(nameOfRow(0).contains("File moved or deleted"));
 }
 
-TEST_F(HistoryRows, FileThatFinderHasCopiedIsLookedForWhereItIs) {
+TEST_F(HistoryRowsTest, FileThatFinderHasCopiedIsLookedForWhereItIs) {
     const auto file = files.file("kept.txt");
     pasteboard.copyFiles({file});
     copied();
@@ -103,7 +103,7 @@ TEST_F(HistoryRows, FileThatFinderHasCopiedIsLookedForWhereItIs) {
     EXPECT_TRUE(nameOfRow(0).contains("File moved or deleted"));
 }
 
-TEST_F(HistoryRows, ScreenReadersSeeNamesStatesAndActions) {
+TEST_F(HistoryRowsTest, ScreenReadersSeeNamesStatesAndActions) {
     copyText("first");
     copyText("second");
     open();
@@ -129,7 +129,7 @@ TEST_F(HistoryRows, ScreenReadersSeeNamesStatesAndActions) {
     EXPECT_EQ(pasted(), "first");
 }
 
-TEST_F(HistoryRows, ScreenReadersOpenTheMenu) {
+TEST_F(HistoryRowsTest, ScreenReadersOpenTheMenu) {
     copyText("first");
     copyText("second");
     open();
@@ -139,7 +139,7 @@ TEST_F(HistoryRows, ScreenReadersOpenTheMenu) {
     EXPECT_EQ(list().currentIndex().row(), 1);
 }
 
-TEST_F(HistoryRows, ScreenReadersHearOfTheSelectionWhileTheKeysAreInTheField) {
+TEST_F(HistoryRowsTest, ScreenReadersHearOfTheSelectionWhileTheKeysAreInTheField) {
     copyText("first");
     copyText("second");
     std::vector<int> rowsTold;
@@ -155,7 +155,7 @@ TEST_F(HistoryRows, ScreenReadersHearOfTheSelectionWhileTheKeysAreInTheField) {
     EXPECT_TRUE(accessibleList().child(1)->state().focused);
 }
 
-TEST_F(HistoryRows, RowsOfAScreenReaderGoWithTheirEntries) {
+TEST_F(HistoryRowsTest, RowsOfAScreenReaderGoWithTheirEntries) {
     copyText("first");
     copyText("second");
     open();

@@ -16,9 +16,9 @@ namespace quillane {
 namespace {
 
 /// Pictures of the panel for people to look at, and what can be measured on them.
-class HistoryScreenshots : public HistoryPanelTest {
+class HistoryScreenshotsTest : public HistoryPanelTest {
 protected:
-    HistoryScreenshots() : HistoryPanelTest(core::Desktop::linuxDesktop) {
+    HistoryScreenshotsTest() : HistoryPanelTest(core::Desktop::linuxDesktop) {
         QFont font(QStringLiteral("Noto Sans"));
         font.setFamilies(
             {"Noto Sans", "Noto Sans Hebrew", "Noto Sans Arabic", "Noto Sans Symbols", "Noto Sans Symbols 2"});
@@ -127,7 +127,7 @@ int drawnPixels(const QImage& image) {
     return drawn;
 }
 
-TEST_F(HistoryScreenshots, InAllLanguagesLightAndDark) {
+TEST_F(HistoryScreenshotsTest, InAllLanguagesLightAndDark) {
     for (const bool dark : {false, true}) {
         useDark(dark);
         for (const auto language : core::allLanguages) {

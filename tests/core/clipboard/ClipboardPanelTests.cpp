@@ -17,7 +17,7 @@ using keys::Choice;
 
 constexpr auto mac = Desktop::macOS;
 
-TEST(ClipboardPanelKeysTest, ReturnChoosesInThreeWays) {
+TEST(ClipboardPanelKeys, ReturnChoosesInThreeWays) {
     for (const auto enter : std::array<KeyCode, 2>{36, 76}) {
         EXPECT_EQ(keys::action(enter, 0, mac), keys::Action(keys::ChooseSelected{Choice::paste}));
         EXPECT_EQ(keys::action(enter, flags::option, mac), keys::Action(keys::ChooseSelected{Choice::copyOnly}));
@@ -27,7 +27,7 @@ TEST(ClipboardPanelKeysTest, ReturnChoosesInThreeWays) {
     }
 }
 
-TEST(ClipboardPanelKeysTest, CommandAndADigitPastesByNumber) {
+TEST(ClipboardPanelKeys, CommandAndADigitPastesByNumber) {
     constexpr std::array<KeyCode, 9> digits{18, 19, 20, 21, 23, 22, 26, 28, 25};
     for (std::size_t i = 0; i < digits.size(); ++i) {
         EXPECT_EQ(keys::action(digits[i], flags::command | flags::leftCommand, mac), keys::Action(keys::PasteAt{i}));
@@ -36,7 +36,7 @@ TEST(ClipboardPanelKeysTest, CommandAndADigitPastesByNumber) {
     EXPECT_EQ(keys::action(29, flags::command, mac), std::nullopt); // 0
 }
 
-TEST(ClipboardPanelKeysTest, SidesAndLocksDoNotCount) {
+TEST(ClipboardPanelKeys, SidesAndLocksDoNotCount) {
     constexpr auto noise = flags::capsLock | flags::secondaryFn | flags::rightShift;
     EXPECT_EQ(keys::action(126, noise, mac), keys::Action(keys::Move{-1}));
     EXPECT_EQ(keys::action(125, noise, mac), keys::Action(keys::Move{1}));
@@ -44,7 +44,7 @@ TEST(ClipboardPanelKeysTest, SidesAndLocksDoNotCount) {
     EXPECT_EQ(keys::action(51, noise | flags::command, mac), keys::Action(keys::RemoveSelected{}));
 }
 
-TEST(ClipboardPanelKeysTest, EntryIsDeletedByTheKeysOfTheDesktop) {
+TEST(ClipboardPanelKeys, EntryIsDeletedByTheKeysOfTheDesktop) {
     constexpr KeyCode backspace = 51;
     constexpr KeyCode forwardDelete = 117;
     const keys::Action remove = keys::RemoveSelected{};
@@ -59,7 +59,7 @@ TEST(ClipboardPanelKeysTest, EntryIsDeletedByTheKeysOfTheDesktop) {
     }
 }
 
-TEST(ClipboardPanelKeysTest, PasteKeyIsShownAsTheDesktopNamesIt) {
+TEST(ClipboardPanelKeys, PasteKeyIsShownAsTheDesktopNamesIt) {
     EXPECT_EQ(keys::pasteKey(0, Desktop::macOS), "⌘1");
     EXPECT_EQ(keys::pasteKey(8, Desktop::linuxDesktop), "Ctrl+9");
 }
@@ -67,24 +67,24 @@ TEST(ClipboardPanelKeysTest, PasteKeyIsShownAsTheDesktopNamesIt) {
 constexpr Rect screen{0, 40, 1440, 820};
 constexpr Size panel{420, 520};
 
-TEST(ClipboardPanelPlacementTest, OpensBelowThePointerAndALittleToItsLeft) {
+TEST(ClipboardPanelPlacement, OpensBelowThePointerAndALittleToItsLeft) {
     EXPECT_EQ(clipboardPanelPlacement::frame(Point{700, 700}, screen, panel), (Rect{664, 168, 420, 520}));
 }
 
-TEST(ClipboardPanelPlacementTest, OpensInTheMiddleWithoutAPointer) {
+TEST(ClipboardPanelPlacement, OpensInTheMiddleWithoutAPointer) {
     EXPECT_EQ(clipboardPanelPlacement::frame(std::nullopt, screen, panel), (Rect{510, 190, 420, 520}));
 }
 
-TEST(ClipboardPanelPlacementTest, StaysOnTheScreenInItsCorners) {
+TEST(ClipboardPanelPlacement, StaysOnTheScreenInItsCorners) {
     EXPECT_EQ(clipboardPanelPlacement::frame(Point{1439, 41}, screen, panel), (Rect{1012, 48, 420, 520}));
     EXPECT_EQ(clipboardPanelPlacement::frame(Point{0, 860}, screen, panel), (Rect{8, 328, 420, 520}));
 }
 
-TEST(ClipboardPanelPlacementTest, ShrinksToASmallScreen) {
+TEST(ClipboardPanelPlacement, ShrinksToASmallScreen) {
     EXPECT_EQ(clipboardPanelPlacement::frame(Point{50, 50}, {0, 0, 300, 200}, panel), (Rect{8, 8, 284, 184}));
 }
 
-TEST(ClipboardPanelPlacementTest, AlwaysKeepsTheMargin) {
+TEST(ClipboardPanelPlacement, AlwaysKeepsTheMargin) {
     std::mt19937 random(20);
     const auto number = [&](double low, double high) { return std::uniform_real_distribution(low, high)(random); };
     for (int i = 0; i < 5'000; ++i) {

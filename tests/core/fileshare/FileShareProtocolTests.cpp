@@ -34,7 +34,7 @@ std::string verdict(std::string_view body, std::string_view address = "https://h
     return found->absoluteString();
 }
 
-class FileShareRequest : public testing::Test {
+class FileShareRequestTest : public testing::Test {
 protected:
     [[nodiscard]] std::string urlFor(std::string_view name, std::string_view address = "https://host/up") const {
         const auto request = fileShareProtocol::request(files_.url(name), server(address));
@@ -48,7 +48,7 @@ protected:
     TemporaryFiles files_;
 };
 
-TEST_F(FileShareRequest, IsAPutOfTheFileWithItsSize) {
+TEST_F(FileShareRequestTest, IsAPutOfTheFileWithItsSize) {
     const auto request =
         fileShareProtocol::request(files_.url("report.pdf", "12345"), server("https://host/up")).value();
     EXPECT_EQ(request.url.absoluteString(), "https://host/up/report.pdf");
@@ -57,13 +57,13 @@ TEST_F(FileShareRequest, IsAPutOfTheFileWithItsSize) {
     EXPECT_EQ(request.headers, (Headers{{"Content-Type", "application/octet-stream"}, {"Content-Length", "5"}}));
 }
 
-TEST_F(FileShareRequest, AnEmptyFileHasTheSizeZero) {
+TEST_F(FileShareRequestTest, AnEmptyFileHasTheSizeZero) {
     const auto request = fileShareProtocol::request(files_.url("empty", ""), server("https://host")).value();
     EXPECT_EQ(request.url.absoluteString(), "https://host/empty");
     EXPECT_EQ(request.headers.back(), (std::pair<std::string, std::string>("Content-Length", "0")));
 }
 
-TEST_F(FileShareRequest, NamesAreEncodedAsOneSegment) {
+TEST_F(FileShareRequestTest, NamesAreEncodedAsOneSegment) {
     EXPECT_EQ(urlFor("a b.txt"), "https://host/up/a%20b.txt");
     EXPECT_EQ(urlFor("a#b?c%d.txt"), "https://host/up/a%23b%3Fc%25d.txt");
     EXPECT_EQ(urlFor("100%25.txt"), "https://host/up/100%2525.txt");
@@ -80,14 +80,14 @@ TEST_F(FileShareRequest, NamesAreEncodedAsOneSegment) {
     EXPECT_EQ(urlFor("\u202Efdp.exe"), "https://host/up/%E2%80%AEfdp.exe");
 }
 
-TEST_F(FileShareRequest, GoesBelowTheServersPathAsItIsWritten) {
+TEST_F(FileShareRequestTest, GoesBelowTheServersPathAsItIsWritten) {
     EXPECT_EQ(urlFor("f", "https://host"), "https://host/f");
     EXPECT_EQ(urlFor("f", "https://host/a//b//"), "https://host/a//b/f");
     EXPECT_EQ(urlFor("f", "https://host/a%20b%2Fc"), "https://host/a%20b%2Fc/f");
     EXPECT_EQ(urlFor("f", "http://[FE80::1]:8080/x"), "http://[FE80::1]:8080/x/f");
 }
 
-TEST_F(FileShareRequest, OnlyARegularFileIsSent) {
+TEST_F(FileShareRequestTest, OnlyARegularFileIsSent) {
     EXPECT_EQ(errorFor(files_.folder()), FileShareError::notRegularFile);
     EXPECT_EQ(errorFor("/dev/null"), FileShareError::notRegularFile);
     const auto fifo = files_.folder() / "fifo";
@@ -97,7 +97,7 @@ TEST_F(FileShareRequest, OnlyARegularFileIsSent) {
     EXPECT_EQ(fileShareProtocol::request(web, server("https://host")).error(), FileShareError::notRegularFile);
 }
 
-TEST_F(FileShareRequest, AFileThatCannotBeExaminedIsUnreadable) {
+TEST_F(FileShareRequestTest, AFileThatCannotBeExaminedIsUnreadable) {
     EXPECT_EQ(errorFor(files_.folder() / "missing"), FileShareError::unreadableFile);
     EXPECT_EQ(errorFor(files_.file("plain") / "below"), FileShareError::unreadableFile);
     const auto dangling = files_.folder() / "dangling";
@@ -108,7 +108,7 @@ TEST_F(FileShareRequest, AFileThatCannotBeExaminedIsUnreadable) {
     EXPECT_EQ(errorFor(loop), FileShareError::unreadableFile);
 }
 
-TEST_F(FileShareRequest, AFileWithoutPermissionIsUnreadable) {
+TEST_F(FileShareRequestTest, AFileWithoutPermissionIsUnreadable) {
     if (::geteuid() == 0) {
         GTEST_SKIP() << "everything is readable to this user";
     }
@@ -117,7 +117,7 @@ TEST_F(FileShareRequest, AFileWithoutPermissionIsUnreadable) {
     EXPECT_EQ(errorFor(path), FileShareError::unreadableFile);
 }
 
-TEST_F(FileShareRequest, ALinkToAFileIsSentUnderItsOwnName) {
+TEST_F(FileShareRequestTest, ALinkToAFileIsSentUnderItsOwnName) {
     std::filesystem::create_symlink(files_.file("original", "123"), files_.folder() / "alias");
     const auto request =
         fileShareProtocol::request(Url::fromFilePath(files_.folder() / "alias"), server("https://host")).value();

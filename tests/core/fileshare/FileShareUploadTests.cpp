@@ -14,7 +14,7 @@ namespace {
 using namespace std::chrono_literals;
 using testing::Test;
 
-class FileShareUploadTests : public Test {
+class FileShareUploadTest : public Test {
 protected:
     void start() { start(files_.url("file.txt", "12345678")); }
 
@@ -38,9 +38,9 @@ protected:
     std::vector<FileShareUpload::Result> results_;
 };
 
-using FileShareUploadDeathTest = FileShareUploadTests;
+using FileShareUploadDeathTest = FileShareUploadTest;
 
-TEST_F(FileShareUploadTests, SendsTheFileByARequestOfTheProtocol) {
+TEST_F(FileShareUploadTest, SendsTheFileByARequestOfTheProtocol) {
     start();
     EXPECT_EQ(transfer().request->url.absoluteString(), "https://host/file.txt");
     EXPECT_EQ(transfer().request->method, "PUT");
@@ -48,14 +48,14 @@ TEST_F(FileShareUploadTests, SendsTheFileByARequestOfTheProtocol) {
     EXPECT_TRUE(results_.empty());
 }
 
-TEST_F(FileShareUploadTests, HardensTheConfiguration) {
+TEST_F(FileShareUploadTest, HardensTheConfiguration) {
     configuration_ = {.requestTimeout = 1h, .resourceTimeout = 100h, .maximumAnswerBytes = 1U << 30U};
     start();
     EXPECT_EQ(transfer().configuration,
               (UrlSessionConfiguration{.requestTimeout = 60s, .resourceTimeout = 3600s, .maximumAnswerBytes = 8192}));
 }
 
-TEST_F(FileShareUploadTests, LimitsMayBeShorter) {
+TEST_F(FileShareUploadTest, LimitsMayBeShorter) {
     upload_ = std::make_unique<FileShareUpload>(sessions_.factory(), disk_.examiner(),
                                                 FileShareUpload::Limits{.silence = 1s, .whole = 2s});
     start();
@@ -64,7 +64,7 @@ TEST_F(FileShareUploadTests, LimitsMayBeShorter) {
     EXPECT_EQ(transfer().request->timeout, 1s);
 }
 
-TEST_F(FileShareUploadTests, TheLinkInPiecesIsTheResult) {
+TEST_F(FileShareUploadTest, TheLinkInPiecesIsTheResult) {
     start();
     transfer().receive("https://host/ab");
     transfer().receive("c/file.txt\n");
@@ -74,14 +74,14 @@ TEST_F(FileShareUploadTests, TheLinkInPiecesIsTheResult) {
     EXPECT_TRUE(transfer().destroyed);
 }
 
-TEST_F(FileShareUploadTests, AFileThatCannotBeSentFailsAtOnceWithoutASession) {
+TEST_F(FileShareUploadTest, AFileThatCannotBeSentFailsAtOnceWithoutASession) {
     start(Url::fromFilePath(files_.folder()));
     ASSERT_EQ(results_.size(), 1U);
     EXPECT_EQ(failure(), FileShareFailure(FileShareError::notRegularFile));
     EXPECT_TRUE(sessions_.transfers.empty());
 }
 
-TEST_F(FileShareUploadTests, ProgressIsAFractionOfAtMostOne) {
+TEST_F(FileShareUploadTest, ProgressIsAFractionOfAtMostOne) {
     start();
     transfer().send(0, 8);
     transfer().send(2, 8);
@@ -90,13 +90,13 @@ TEST_F(FileShareUploadTests, ProgressIsAFractionOfAtMostOne) {
     EXPECT_EQ(fractions_, (std::vector{0.0, 0.25, 1.0, 1.0}));
 }
 
-TEST_F(FileShareUploadTests, ProgressOfHugeFilesDoesNotOverflow) {
+TEST_F(FileShareUploadTest, ProgressOfHugeFilesDoesNotOverflow) {
     start();
     transfer().send(INT64_MAX / 2, INT64_MAX);
     EXPECT_EQ(fractions_, std::vector{0.5});
 }
 
-TEST_F(FileShareUploadTests, ProgressNeedsAKnownSizeAndAnUnfinishedUpload) {
+TEST_F(FileShareUploadTest, ProgressNeedsAKnownSizeAndAnUnfinishedUpload) {
     start();
     transfer().send(5, 0);
     transfer().send(5, -1);
@@ -105,14 +105,14 @@ TEST_F(FileShareUploadTests, ProgressNeedsAKnownSizeAndAnUnfinishedUpload) {
     EXPECT_TRUE(fractions_.empty());
 }
 
-TEST_F(FileShareUploadTests, NoProgressCallbackIsNeeded) {
+TEST_F(FileShareUploadTest, NoProgressCallbackIsNeeded) {
     upload_->start(files_.url("a"), server_, {}, nullptr, [this](const auto& result) { results_.push_back(result); });
     transfer().send(1, 2);
     transfer().complete(UrlResponse{500});
     EXPECT_EQ(failure(), FileShareFailure(FileShareError::httpStatus(500)));
 }
 
-TEST_F(FileShareUploadTests, AnAnswerOf8192BytesIsReadAndALongerOneRefused) {
+TEST_F(FileShareUploadTest, AnAnswerOf8192BytesIsReadAndALongerOneRefused) {
     start();
     transfer().receive(std::string(8192, ' '));
     EXPECT_FALSE(transfer().cancelled);
@@ -124,7 +124,7 @@ TEST_F(FileShareUploadTests, AnAnswerOf8192BytesIsReadAndALongerOneRefused) {
     EXPECT_EQ(failure(), FileShareFailure(FileShareError::invalidResponse));
 }
 
-TEST_F(FileShareUploadTests, ATooLongPieceIsNotPartlyTaken) {
+TEST_F(FileShareUploadTest, ATooLongPieceIsNotPartlyTaken) {
     start();
     transfer().receive("https://host/abc/f");
     transfer().receive(std::string(8192, 'x'));
@@ -132,7 +132,7 @@ TEST_F(FileShareUploadTests, ATooLongPieceIsNotPartlyTaken) {
     EXPECT_EQ(failure(), FileShareFailure(FileShareError::invalidResponse));
 }
 
-TEST_F(FileShareUploadTests, ARedirectWinsOverStatusLinkAndError) {
+TEST_F(FileShareUploadTest, ARedirectWinsOverStatusLinkAndError) {
     start();
     transfer().redirect();
     transfer().receive("https://host/abc/f");
@@ -147,20 +147,20 @@ TEST_F(FileShareUploadTests, ARedirectWinsOverStatusLinkAndError) {
     EXPECT_EQ(failure(), FileShareFailure(FileShareError::redirectRefused));
 }
 
-TEST_F(FileShareUploadTests, AnErrorWinsOverAnAnswer) {
+TEST_F(FileShareUploadTest, AnErrorWinsOverAnAnswer) {
     start();
     transfer().receive("https://host/abc/f");
     transfer().complete(UrlResponse{200}, UrlError::fileChanged);
     EXPECT_EQ(failure(), FileShareFailure(UrlError::fileChanged));
 }
 
-TEST_F(FileShareUploadTests, FileThatCannotBeReadWhileItIsSentIsUnreadable) {
+TEST_F(FileShareUploadTest, FileThatCannotBeReadWhileItIsSentIsUnreadable) {
     start();
     transfer().complete(std::nullopt, UrlError::cannotReadFile);
     EXPECT_EQ(failure(), FileShareFailure(FileShareError::unreadableFile));
 }
 
-TEST_F(FileShareUploadTests, UploadBeginsWhenTheDiskAnswers) {
+TEST_F(FileShareUploadTest, UploadBeginsWhenTheDiskAnswers) {
     disk_.goAway();
     start();
     EXPECT_TRUE(sessions_.transfers.empty());
@@ -171,7 +171,7 @@ TEST_F(FileShareUploadTests, UploadBeginsWhenTheDiskAnswers) {
     EXPECT_EQ(upload_->fileSize(), 8U);
 }
 
-TEST_F(FileShareUploadTests, RefusalComesWhenTheDiskAnswers) {
+TEST_F(FileShareUploadTest, RefusalComesWhenTheDiskAnswers) {
     disk_.goAway();
     start(Url::fromFilePath(files_.folder()));
     EXPECT_TRUE(results_.empty());
@@ -179,7 +179,7 @@ TEST_F(FileShareUploadTests, RefusalComesWhenTheDiskAnswers) {
     EXPECT_EQ(failure(), FileShareFailure(FileShareError::notRegularFile));
 }
 
-TEST_F(FileShareUploadTests, CancellingDoesNotWaitForTheDisk) {
+TEST_F(FileShareUploadTest, CancellingDoesNotWaitForTheDisk) {
     disk_.goAway();
     start();
     upload_->cancel();
@@ -189,7 +189,7 @@ TEST_F(FileShareUploadTests, CancellingDoesNotWaitForTheDisk) {
     EXPECT_TRUE(sessions_.transfers.empty());
 }
 
-TEST_F(FileShareUploadTests, DiskMayAnswerAfterTheUploadIsGone) {
+TEST_F(FileShareUploadTest, DiskMayAnswerAfterTheUploadIsGone) {
     disk_.goAway();
     start();
     upload_.reset();
@@ -198,19 +198,19 @@ TEST_F(FileShareUploadTests, DiskMayAnswerAfterTheUploadIsGone) {
     EXPECT_TRUE(sessions_.transfers.empty());
 }
 
-TEST_F(FileShareUploadTests, NeitherAnswerNorErrorIsAnInvalidResponse) {
+TEST_F(FileShareUploadTest, NeitherAnswerNorErrorIsAnInvalidResponse) {
     start();
     transfer().complete(std::nullopt);
     EXPECT_EQ(failure(), FileShareFailure(FileShareError::invalidResponse));
 }
 
-TEST_F(FileShareUploadTests, AGoodStatusWithoutALinkIsAnInvalidResponse) {
+TEST_F(FileShareUploadTest, AGoodStatusWithoutALinkIsAnInvalidResponse) {
     start();
     transfer().complete(UrlResponse{200});
     EXPECT_EQ(failure(), FileShareFailure(FileShareError::invalidResponse));
 }
 
-TEST_F(FileShareUploadTests, CancellingCompletesInsideTheCall) {
+TEST_F(FileShareUploadTest, CancellingCompletesInsideTheCall) {
     start();
     upload_->cancel();
     ASSERT_EQ(results_.size(), 1U);
@@ -220,7 +220,7 @@ TEST_F(FileShareUploadTests, CancellingCompletesInsideTheCall) {
     EXPECT_EQ(results_.size(), 1U);
 }
 
-TEST_F(FileShareUploadTests, CancellingAfterTheResultDoesNothing) {
+TEST_F(FileShareUploadTest, CancellingAfterTheResultDoesNothing) {
     start();
     transfer().complete(UrlResponse{500});
     upload_->cancel();
@@ -228,7 +228,7 @@ TEST_F(FileShareUploadTests, CancellingAfterTheResultDoesNothing) {
     EXPECT_EQ(failure(), FileShareFailure(FileShareError::httpStatus(500)));
 }
 
-TEST_F(FileShareUploadTests, CancellingFromTheProgressCallbackIsSafe) {
+TEST_F(FileShareUploadTest, CancellingFromTheProgressCallbackIsSafe) {
     upload_->start(
         files_.url("a"), server_, {}, [this](double) { upload_->cancel(); },
         [this](const auto& result) { results_.push_back(result); });
@@ -236,7 +236,7 @@ TEST_F(FileShareUploadTests, CancellingFromTheProgressCallbackIsSafe) {
     EXPECT_EQ(results_.size(), 1U);
 }
 
-TEST_F(FileShareUploadTests, TheCompletionMayDestroyTheUpload) {
+TEST_F(FileShareUploadTest, TheCompletionMayDestroyTheUpload) {
     upload_->start(files_.url("a"), server_, {}, nullptr, [this](const auto& result) {
         results_.push_back(result);
         upload_.reset();
@@ -247,7 +247,7 @@ TEST_F(FileShareUploadTests, TheCompletionMayDestroyTheUpload) {
     EXPECT_FALSE(upload_);
 }
 
-TEST_F(FileShareUploadTests, DestroyingARunningUploadEndsItWithoutAResult) {
+TEST_F(FileShareUploadTest, DestroyingARunningUploadEndsItWithoutAResult) {
     start();
     upload_.reset();
     EXPECT_TRUE(transfer().destroyed);

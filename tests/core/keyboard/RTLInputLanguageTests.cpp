@@ -20,9 +20,9 @@ void PrintTo(const Row& row, std::ostream* out) {
     *out << '"' << row.language << '"';
 }
 
-class RTLInputLanguageTable : public ::testing::TestWithParam<Row> {};
+class RTLInputLanguageTableTest : public ::testing::TestWithParam<Row> {};
 
-TEST_P(RTLInputLanguageTable, IsAsTheScript) {
+TEST_P(RTLInputLanguageTableTest, IsAsTheScript) {
     const std::vector<std::string> languages{GetParam().language};
     EXPECT_EQ(rtlInputLanguage::isRightToLeft(languages), GetParam().rightToLeft);
 }
@@ -85,7 +85,7 @@ constexpr Row table[] = {
     {"not a language", false},
 };
 
-INSTANTIATE_TEST_SUITE_P(Languages, RTLInputLanguageTable, ::testing::ValuesIn(table), [](const auto& row) {
+INSTANTIATE_TEST_SUITE_P(Languages, RTLInputLanguageTableTest, ::testing::ValuesIn(table), [](const auto& row) {
     std::string name = std::to_string(row.index) + "_";
     for (const char character : std::string_view(row.param.language)) {
         name += std::isalnum(static_cast<unsigned char>(character)) != 0 ? character : '_';

@@ -69,7 +69,7 @@ TEST(PermissionSetupPolicy, TheMonitorNeedsAccessibilityAlone) {
 }
 
 /// A home folder of its own, with an Applications folder.
-class PermissionSetupPolicyInstalled : public ::testing::Test {
+class PermissionSetupPolicyInstalledTest : public ::testing::Test {
 protected:
     void SetUp() override {
         auto pattern = (fs::temp_directory_path() / "quillane-home-XXXXXX").string();
@@ -90,32 +90,32 @@ protected:
     fs::path home_;
 };
 
-TEST_F(PermissionSetupPolicyInstalled, InTheApplicationsFolderOfTheSystem) {
+TEST_F(PermissionSetupPolicyInstalledTest, InTheApplicationsFolderOfTheSystem) {
     EXPECT_TRUE(isInstalled("/Applications/Quillane.app"));
     EXPECT_TRUE(isInstalled("/Applications/Quillane.app/"));
     EXPECT_TRUE(isInstalled("/Applications/Utilities/Quillane.app"));
 }
 
-TEST_F(PermissionSetupPolicyInstalled, InTheApplicationsFolderOfTheHome) {
+TEST_F(PermissionSetupPolicyInstalledTest, InTheApplicationsFolderOfTheHome) {
     EXPECT_TRUE(isInstalled(home_ / "Applications" / "Quillane.app"));
     EXPECT_TRUE(isInstalled((home_ / "Applications" / "Quillane.app").string() + "/"));
     EXPECT_TRUE(isInstalled(home_ / "Applications" / "Sub" / "Quillane.app")) << "it need not exist";
 }
 
-TEST_F(PermissionSetupPolicyInstalled, AFolderThatOnlyBeginsWithTheNameIsAnother) {
+TEST_F(PermissionSetupPolicyInstalledTest, AFolderThatOnlyBeginsWithTheNameIsAnother) {
     EXPECT_FALSE(isInstalled("/Applications Old/Quillane.app"));
     EXPECT_FALSE(isInstalled("/Applications.app"));
     EXPECT_FALSE(isInstalled(home_ / "Applications Old" / "Quillane.app"));
 }
 
-TEST_F(PermissionSetupPolicyInstalled, NowhereElse) {
+TEST_F(PermissionSetupPolicyInstalledTest, NowhereElse) {
     EXPECT_FALSE(isInstalled(root_ / "elsewhere" / "Quillane.app"));
     EXPECT_FALSE(isInstalled("/Volumes/Quillane/Quillane.app"));
     EXPECT_FALSE(isInstalled("/Applications/../tmp/Quillane.app"));
     EXPECT_FALSE(isInstalled("/applications/Quillane.app"));
 }
 
-TEST_F(PermissionSetupPolicyInstalled, OnlyAnApplicationBundle) {
+TEST_F(PermissionSetupPolicyInstalledTest, OnlyAnApplicationBundle) {
     EXPECT_FALSE(isInstalled("/Applications/Quillane"));
     EXPECT_FALSE(isInstalled("/Applications/Quillane.App"));
     EXPECT_FALSE(isInstalled("/Applications/.app"));
@@ -124,26 +124,26 @@ TEST_F(PermissionSetupPolicyInstalled, OnlyAnApplicationBundle) {
     EXPECT_FALSE(isInstalled("Applications/Quillane.app"));
 }
 
-TEST_F(PermissionSetupPolicyInstalled, LinksAreFollowed) {
+TEST_F(PermissionSetupPolicyInstalledTest, LinksAreFollowed) {
     fs::create_directory_symlink(home_ / "Applications" / "Quillane.app", root_ / "Link.app");
     EXPECT_TRUE(isInstalled(root_ / "Link.app"));
     fs::create_directory_symlink(root_ / "elsewhere" / "Quillane.app", home_ / "Applications" / "Out.app");
     EXPECT_FALSE(isInstalled(home_ / "Applications" / "Out.app"));
 }
 
-TEST_F(PermissionSetupPolicyInstalled, AHomeFolderThatIsALinkIsFollowed) {
+TEST_F(PermissionSetupPolicyInstalledTest, AHomeFolderThatIsALinkIsFollowed) {
     fs::create_directory_symlink(home_, root_ / "linked");
     EXPECT_TRUE(PermissionSetupPolicy::isInstalled(home_ / "Applications" / "Quillane.app", root_ / "linked"));
     EXPECT_TRUE(PermissionSetupPolicy::isInstalled(root_ / "linked" / "Applications" / "Quillane.app", home_));
 }
 
-TEST_F(PermissionSetupPolicyInstalled, ALinkWithoutEndIsNot) {
+TEST_F(PermissionSetupPolicyInstalledTest, ALinkWithoutEndIsNot) {
     fs::create_symlink(root_ / "a.app", root_ / "b.app");
     fs::create_symlink(root_ / "b.app", root_ / "a.app");
     EXPECT_FALSE(isInstalled(root_ / "a.app"));
 }
 
-TEST_F(PermissionSetupPolicyInstalled, WithoutAHomeFolderOnlyTheSystemCounts) {
+TEST_F(PermissionSetupPolicyInstalledTest, WithoutAHomeFolderOnlyTheSystemCounts) {
     EXPECT_TRUE(PermissionSetupPolicy::isInstalled("/Applications/Quillane.app", ""));
     EXPECT_FALSE(PermissionSetupPolicy::isInstalled(home_ / "Applications" / "Quillane.app", ""));
 }

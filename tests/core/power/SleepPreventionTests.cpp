@@ -18,26 +18,26 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using Kind = SleepAssertionKind;
 
-class SleepPreventionTests : public ::testing::Test {
+class SleepPreventionTest : public ::testing::Test {
 protected:
     fakes::FakeSleepAssertions system;
     std::optional<SleepPrevention> prevention{std::in_place, system};
 };
 
-TEST_F(SleepPreventionTests, HoldsNothingAtFirst) {
+TEST_F(SleepPreventionTest, HoldsNothingAtFirst) {
     EXPECT_FALSE(prevention->isActive());
     EXPECT_EQ(prevention->error(), std::nullopt);
     EXPECT_THAT(system.asked(), IsEmpty());
 }
 
-TEST_F(SleepPreventionTests, EnablingTwiceAsksForEachKindOnceSystemFirst) {
+TEST_F(SleepPreventionTest, EnablingTwiceAsksForEachKindOnceSystemFirst) {
     prevention->setEnabled(true);
     prevention->setEnabled(true);
     EXPECT_TRUE(prevention->isActive());
     EXPECT_THAT(system.asked(), ElementsAre(Kind::system, Kind::display));
 }
 
-TEST_F(SleepPreventionTests, DisablingReleasesTheDisplayFirst) {
+TEST_F(SleepPreventionTest, DisablingReleasesTheDisplayFirst) {
     prevention->setEnabled(true);
     prevention->setEnabled(false);
     prevention->setEnabled(false);
@@ -45,13 +45,13 @@ TEST_F(SleepPreventionTests, DisablingReleasesTheDisplayFirst) {
     EXPECT_THAT(system.released(), ElementsAre(Kind::display, Kind::system));
 }
 
-TEST_F(SleepPreventionTests, DisablingAtFirstDoesNothing) {
+TEST_F(SleepPreventionTest, DisablingAtFirstDoesNothing) {
     prevention->setEnabled(false);
     EXPECT_THAT(system.asked(), IsEmpty());
     EXPECT_THAT(system.released(), IsEmpty());
 }
 
-TEST_F(SleepPreventionTests, ARefusedDisplayLeavesNothingHeldAndIsTriedAgainOnlyAfterTurningOff) {
+TEST_F(SleepPreventionTest, ARefusedDisplayLeavesNothingHeldAndIsTriedAgainOnlyAfterTurningOff) {
     system.refuse(Kind::display, -536870195);
     prevention->setEnabled(true);
     EXPECT_FALSE(prevention->isActive());
@@ -67,7 +67,7 @@ TEST_F(SleepPreventionTests, ARefusedDisplayLeavesNothingHeldAndIsTriedAgainOnly
     EXPECT_TRUE(prevention->isActive());
 }
 
-TEST_F(SleepPreventionTests, ARefusedSystemAsksForNothingMore) {
+TEST_F(SleepPreventionTest, ARefusedSystemAsksForNothingMore) {
     system.refuse(Kind::system, 5);
     prevention->setEnabled(true);
     EXPECT_THAT(system.asked(), ElementsAre(Kind::system));
@@ -75,7 +75,7 @@ TEST_F(SleepPreventionTests, ARefusedSystemAsksForNothingMore) {
     EXPECT_EQ(prevention->error(), (SleepAssertionError{5}));
 }
 
-TEST_F(SleepPreventionTests, WhatIsLostIsTakenAgain) {
+TEST_F(SleepPreventionTest, WhatIsLostIsTakenAgain) {
     prevention->setEnabled(true);
     system.lose(Kind::system, 130);
     system.lose(Kind::display, 130);
@@ -87,7 +87,7 @@ TEST_F(SleepPreventionTests, WhatIsLostIsTakenAgain) {
     EXPECT_THAT(system.released(), ElementsAre(Kind::display, Kind::system));
 }
 
-TEST_F(SleepPreventionTests, WhatIsLostTwiceHasFailedUntilItIsTurnedOffAndOn) {
+TEST_F(SleepPreventionTest, WhatIsLostTwiceHasFailedUntilItIsTurnedOffAndOn) {
     prevention->setEnabled(true);
     system.lose(Kind::display, 130);
     system.lose(Kind::display, 130);
@@ -102,7 +102,7 @@ TEST_F(SleepPreventionTests, WhatIsLostTwiceHasFailedUntilItIsTurnedOffAndOn) {
     EXPECT_TRUE(prevention->isActive());
 }
 
-TEST_F(SleepPreventionTests, WhatIsLostAndRefusedHasFailedWithNothingHeld) {
+TEST_F(SleepPreventionTest, WhatIsLostAndRefusedHasFailedWithNothingHeld) {
     prevention->setEnabled(true);
     system.refuse(Kind::system, 95);
     system.lose(Kind::system, 130);
@@ -112,13 +112,13 @@ TEST_F(SleepPreventionTests, WhatIsLostAndRefusedHasFailedWithNothingHeld) {
     EXPECT_THAT(system.released(), ElementsAre(Kind::display));
 }
 
-TEST_F(SleepPreventionTests, DestructionReleasesTheLastFirst) {
+TEST_F(SleepPreventionTest, DestructionReleasesTheLastFirst) {
     prevention->setEnabled(true);
     prevention.reset();
     EXPECT_THAT(system.released(), ElementsAre(Kind::display, Kind::system));
 }
 
-TEST_F(SleepPreventionTests, HoldsBothOrNoneWhateverHappens) {
+TEST_F(SleepPreventionTest, HoldsBothOrNoneWhateverHappens) {
     std::mt19937 random(7);
     for (int step = 0; step < 5000; ++step) {
         system.allowAll();

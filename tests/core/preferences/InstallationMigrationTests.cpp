@@ -90,7 +90,7 @@ TEST(InstallationMigration, AMarkerThatIsNotTrueDoesNotCount) {
     }
 }
 
-class LoadState : public ::testing::Test {
+class LoadStateTest : public ::testing::Test {
 protected:
     std::string load() {
         return installationMigration::loadState([this] { return step("read current", current_); },
@@ -119,27 +119,27 @@ protected:
     Steps steps_;
 };
 
-TEST_F(LoadState, TheCurrentCopyIsAllThatIsRead) {
+TEST_F(LoadStateTest, TheCurrentCopyIsAllThatIsRead) {
     current_ = "current";
     legacy_ = "legacy";
     EXPECT_EQ(load(), "current");
     EXPECT_EQ(steps_, (Steps{"read current"}));
 }
 
-TEST_F(LoadState, ALegacyCopyBecomesTheCurrentOne) {
+TEST_F(LoadStateTest, ALegacyCopyBecomesTheCurrentOne) {
     legacy_ = "legacy";
     EXPECT_EQ(load(), "legacy");
     EXPECT_EQ(current_, "legacy");
     EXPECT_EQ(steps_, (Steps{"read current", "read legacy", "write"}));
 }
 
-TEST_F(LoadState, WithNeitherANewOneIsCreatedAndWritten) {
+TEST_F(LoadStateTest, WithNeitherANewOneIsCreatedAndWritten) {
     EXPECT_EQ(load(), "created");
     EXPECT_EQ(current_, "created");
     EXPECT_EQ(steps_, (Steps{"read current", "read legacy", "create", "write"}));
 }
 
-TEST_F(LoadState, AnErrorPassesThroughAndEndsIt) {
+TEST_F(LoadStateTest, AnErrorPassesThroughAndEndsIt) {
     const std::vector<Steps> orders{{"read current"},
                                     {"read current", "read legacy"},
                                     {"read current", "read legacy", "create"},

@@ -24,7 +24,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::bytesOf;
 
-class AtomicFile : public ::testing::Test {
+class AtomicFileTest : public ::testing::Test {
 protected:
     [[nodiscard]] std::string content(const fs::path& file) const {
         const auto bytes = readFile(file, 1 << 20);
@@ -47,14 +47,14 @@ protected:
     fs::path file_ = files_.folder() / "settings";
 };
 
-TEST_F(AtomicFile, WritesANewFileWithItsMode) {
+TEST_F(AtomicFileTest, WritesANewFileWithItsMode) {
     ASSERT_TRUE(writeFileAtomically(file_, bytesOf("new"), 0600));
     EXPECT_EQ(content(file_), "new");
     EXPECT_EQ(mode(file_), 0600U);
     EXPECT_EQ(entries(), 1U);
 }
 
-TEST_F(AtomicFile, ReplacesAFileAndItsMode) {
+TEST_F(AtomicFileTest, ReplacesAFileAndItsMode) {
     ASSERT_TRUE(writeFileAtomically(file_, bytesOf("a long old content"), 0644));
     ASSERT_TRUE(writeFileAtomically(file_, bytesOf("new"), 0600));
     EXPECT_EQ(content(file_), "new");
@@ -62,7 +62,7 @@ TEST_F(AtomicFile, ReplacesAFileAndItsMode) {
     EXPECT_EQ(entries(), 1U);
 }
 
-TEST_F(AtomicFile, WhoHasTheOldFileOpenKeepsIt) {
+TEST_F(AtomicFileTest, WhoHasTheOldFileOpenKeepsIt) {
     ASSERT_TRUE(writeFileAtomically(file_, bytesOf("old"), 0600));
     std::ifstream reader(file_);
     ASSERT_TRUE(writeFileAtomically(file_, bytesOf("new"), 0600));
@@ -71,7 +71,7 @@ TEST_F(AtomicFile, WhoHasTheOldFileOpenKeepsIt) {
     EXPECT_EQ(text, "old");
 }
 
-TEST_F(AtomicFile, ReplacesTheFileBehindASymbolicLink) {
+TEST_F(AtomicFileTest, ReplacesTheFileBehindASymbolicLink) {
     const auto elsewhere = files_.folder() / "elsewhere";
     fs::create_directory(elsewhere);
     fs::create_symlink("elsewhere/real", file_);
@@ -81,44 +81,44 @@ TEST_F(AtomicFile, ReplacesTheFileBehindASymbolicLink) {
     EXPECT_EQ(content(elsewhere / "real"), "two");
 }
 
-TEST_F(AtomicFile, AMissingFolderIsAnError) {
+TEST_F(AtomicFileTest, AMissingFolderIsAnError) {
     EXPECT_EQ(writeFileAtomically(files_.folder() / "none" / "file", bytesOf("a"), 0600).error().number, ENOENT);
 }
 
-TEST_F(AtomicFile, WhenTheFileCannotBeReplacedNothingIsLeftBehind) {
+TEST_F(AtomicFileTest, WhenTheFileCannotBeReplacedNothingIsLeftBehind) {
     fs::create_directories(file_ / "occupied");
     EXPECT_FALSE(writeFileAtomically(file_, bytesOf("a"), 0600));
     EXPECT_EQ(entries(), 1U);
 }
 
-TEST_F(AtomicFile, ReadsNoMoreThanTheLimit) {
+TEST_F(AtomicFileTest, ReadsNoMoreThanTheLimit) {
     ASSERT_TRUE(writeFileAtomically(file_, bytesOf("12345"), 0600));
     EXPECT_TRUE(readFile(file_, 5).has_value());
     EXPECT_EQ(readFile(file_, 4).error().number, EFBIG);
     EXPECT_EQ(readFile(file_, 0).error().number, EFBIG);
 }
 
-TEST_F(AtomicFile, ReadsAnEmptyFile) {
+TEST_F(AtomicFileTest, ReadsAnEmptyFile) {
     ASSERT_TRUE(writeFileAtomically(file_, {}, 0600));
     EXPECT_EQ(readFile(file_, 0)->size(), 0U);
 }
 
-TEST_F(AtomicFile, ReadsAFileThatTellsNoSize) {
+TEST_F(AtomicFileTest, ReadsAFileThatTellsNoSize) {
     EXPECT_GT(readFile("/proc/self/status", 1 << 20)->size(), 100U);
 }
 
-TEST_F(AtomicFile, TellsWhyAFileCannotBeRead) {
+TEST_F(AtomicFileTest, TellsWhyAFileCannotBeRead) {
     EXPECT_EQ(readFile(file_, 10).error().number, ENOENT);
     EXPECT_EQ(readFile(files_.folder(), 10).error().number, EINVAL);
     EXPECT_EQ(FileError{ENOENT}.message(), "No such file or directory");
 }
 
-TEST_F(AtomicFile, APipeIsRefusedAtOnce) {
+TEST_F(AtomicFileTest, APipeIsRefusedAtOnce) {
     ASSERT_EQ(::mkfifo(file_.c_str(), 0600), 0);
     EXPECT_EQ(readFile(file_, 10).error().number, EINVAL);
 }
 
-TEST_F(AtomicFile, RemovesAbandonedTemporariesOfThisFileOnly) {
+TEST_F(AtomicFileTest, RemovesAbandonedTemporariesOfThisFileOnly) {
     static_cast<void>(files_.file(".settings.abc123.tmp"));
     for (const auto* kept : {"settings", ".settings.tmp", ".settings.abc123.tmp2", ".other.abc123.tmp"}) {
         static_cast<void>(files_.file(kept));
@@ -128,12 +128,12 @@ TEST_F(AtomicFile, RemovesAbandonedTemporariesOfThisFileOnly) {
     EXPECT_EQ(entries(), 4U);
 }
 
-TEST_F(AtomicFile, RemovingTemporariesFromAMissingFolderDoesNothing) {
+TEST_F(AtomicFileTest, RemovingTemporariesFromAMissingFolderDoesNothing) {
     removeAbandonedTemporaries(files_.folder() / "none" / "file");
     EXPECT_EQ(entries(), 0U);
 }
 
-TEST_F(AtomicFile, CreatesMissingFoldersForTheUserAlone) {
+TEST_F(AtomicFileTest, CreatesMissingFoldersForTheUserAlone) {
     const auto folder = files_.folder() / "a" / "b" / "c";
     ASSERT_TRUE(createPrivateFolder(folder));
     for (const auto& path : {folder, folder.parent_path(), folder.parent_path().parent_path()}) {
@@ -142,7 +142,7 @@ TEST_F(AtomicFile, CreatesMissingFoldersForTheUserAlone) {
     EXPECT_TRUE(createPrivateFolder(folder)) << "it is there already";
 }
 
-TEST_F(AtomicFile, CreatesFoldersAndFilesWithTheirModesWhateverTheMask) {
+TEST_F(AtomicFileTest, CreatesFoldersAndFilesWithTheirModesWhateverTheMask) {
     const auto folder = files_.folder() / "a" / "b";
     const mode_t before = ::umask(0777);
     const auto created = createPrivateFolder(folder);
@@ -155,19 +155,19 @@ TEST_F(AtomicFile, CreatesFoldersAndFilesWithTheirModesWhateverTheMask) {
     EXPECT_EQ(mode(folder / "file"), 0600U);
 }
 
-TEST_F(AtomicFile, LeavesAnExistingFolderAsItIs) {
+TEST_F(AtomicFileTest, LeavesAnExistingFolderAsItIs) {
     ::chmod(files_.folder().c_str(), 0755);
     ASSERT_TRUE(createPrivateFolder(files_.folder()));
     EXPECT_EQ(mode(files_.folder()), 0755U);
 }
 
-TEST_F(AtomicFile, AFileInTheWayOfAFolderIsAnError) {
+TEST_F(AtomicFileTest, AFileInTheWayOfAFolderIsAnError) {
     const auto file = files_.file("file");
     EXPECT_EQ(createPrivateFolder(file).error().number, EEXIST);
     EXPECT_EQ(createPrivateFolder(file / "a").error().number, EEXIST);
 }
 
-TEST_F(AtomicFile, AKillAtAnyInstantLeavesOneWholeContent) {
+TEST_F(AtomicFileTest, AKillAtAnyInstantLeavesOneWholeContent) {
     constexpr std::size_t size = 200'000;
     ASSERT_TRUE(writeFileAtomically(file_, bytesOf(std::string(size, 'a')), 0600));
     for (int round = 0; round < 20; ++round) {

@@ -5,9 +5,9 @@
 namespace quillane::live {
 namespace {
 
-using LiveCommands = AgentTest;
+using LiveCommandsTest = AgentTest;
 
-TEST_F(LiveCommands, StatusSaysEverythingThatIsAsked) {
+TEST_F(LiveCommandsTest, StatusSaysEverythingThatIsAsked) {
     startAgent();
     const auto status = agent().status();
     EXPECT_EQ(status.at("pid"), agent().process().pid());
@@ -25,7 +25,7 @@ TEST_F(LiveCommands, StatusSaysEverythingThatIsAsked) {
     EXPECT_TRUE(agent().waitForStatus([](const auto& now) { return now.at("statusItemVisible") == true; }));
 }
 
-TEST_F(LiveCommands, WithoutAnAgentACommandFails) {
+TEST_F(LiveCommandsTest, WithoutAnAgentACommandFails) {
     for (const char* command : {"status", "pause", "resume", "quit"}) {
         const auto result = desktop().run({agentExecutable(), command});
         EXPECT_EQ(result.exit, (ExitStatus{1, 0})) << command;
@@ -34,7 +34,7 @@ TEST_F(LiveCommands, WithoutAnAgentACommandFails) {
     }
 }
 
-TEST_F(LiveCommands, UnknownCommandsAndFlagsPrintUsageAndExitWithTwo) {
+TEST_F(LiveCommandsTest, UnknownCommandsAndFlagsPrintUsageAndExitWithTwo) {
     for (const auto& words : std::vector<std::vector<std::string>>{
              {"frobnicate"}, {"--frobnicate"}, {"status", "--xml"}, {"pause", "now"}, {""}}) {
         auto command = words;
@@ -46,7 +46,7 @@ TEST_F(LiveCommands, UnknownCommandsAndFlagsPrintUsageAndExitWithTwo) {
     }
 }
 
-TEST_F(LiveCommands, ASecondStartTalksToTheFirst) {
+TEST_F(LiveCommandsTest, ASecondStartTalksToTheFirst) {
     startAgent();
     const auto second = desktop().run({agentExecutable()});
     EXPECT_EQ(second.exit, (ExitStatus{0, 0})) << second.errors;
@@ -58,7 +58,7 @@ TEST_F(LiveCommands, ASecondStartTalksToTheFirst) {
     EXPECT_EQ(desktop().screen().text(*active, "_NET_WM_NAME"), "Quillane — Settings");
 }
 
-TEST_F(LiveCommands, APauseOutlivesTheAgent) {
+TEST_F(LiveCommandsTest, APauseOutlivesTheAgent) {
     startAgent();
     ASSERT_TRUE(agent().command({"pause"}).succeeded());
     EXPECT_EQ(endAgent(), (ExitStatus{0, 0}));
@@ -68,7 +68,7 @@ TEST_F(LiveCommands, APauseOutlivesTheAgent) {
     EXPECT_EQ(again->status().at("monitorRunning"), false);
 }
 
-TEST_F(LiveCommands, WithoutAnXServerTheStartFails) {
+TEST_F(LiveCommandsTest, WithoutAnXServerTheStartFails) {
     for (const char* display : {":4095", ""}) {
         const auto result = desktop().run({agentExecutable()}, patience, {{"DISPLAY", display}});
         EXPECT_EQ(result.exit, (ExitStatus{1, 0}));
@@ -76,7 +76,7 @@ TEST_F(LiveCommands, WithoutAnXServerTheStartFails) {
     }
 }
 
-TEST_F(LiveCommands, UnderWaylandItSaysWhatDoesNotWork) {
+TEST_F(LiveCommandsTest, UnderWaylandItSaysWhatDoesNotWork) {
     auto process = desktop().startProcess({agentExecutable()},
                                           {{"WAYLAND_DISPLAY", "wayland-0"}, {"XDG_SESSION_TYPE", "wayland"}});
     ASSERT_TRUE(process) << process.error();
@@ -86,7 +86,7 @@ TEST_F(LiveCommands, UnderWaylandItSaysWhatDoesNotWork) {
     EXPECT_TRUE(process->isRunning());
 }
 
-TEST_F(LiveCommands, ADamagedSettingsFileIsKeptBesideAndTheDefaultsHold) {
+TEST_F(LiveCommandsTest, ADamagedSettingsFileIsKeptBesideAndTheDefaultsHold) {
     const auto folder = desktop().home() / ".config/quillane";
     std::filesystem::create_directories(folder);
     const std::string damaged("bplist00\x00\xff\xfe garbage", 19);

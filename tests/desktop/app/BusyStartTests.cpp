@@ -13,7 +13,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-class LiveBusyStart : public AgentTest {
+class LiveBusyStartTest : public AgentTest {
 protected:
     /// The process that tells whether accessibility is on.
     [[nodiscard]] pid_t launcher() {
@@ -35,7 +35,7 @@ protected:
     }
 };
 
-TEST_F(LiveBusyStart, AGrantThatIsToldLateOpensNoPage) {
+TEST_F(LiveBusyStartTest, AGrantThatIsToldLateOpensNoPage) {
     const auto told = launcher();
     ASSERT_GT(told, 1);
     ASSERT_EQ(::kill(told, SIGSTOP), 0);

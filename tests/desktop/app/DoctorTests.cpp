@@ -8,7 +8,7 @@
 namespace quillane::live {
 namespace {
 
-class LiveDoctor : public AgentTest {
+class LiveDoctorTest : public AgentTest {
 protected:
     /// Copies are recorded from the agent's start on.
     void recordCopies() {
@@ -57,7 +57,7 @@ private:
     CommandResult last_;
 };
 
-TEST_F(LiveDoctor, AHealthyDesktopHasNoProblem) {
+TEST_F(LiveDoctorTest, AHealthyDesktopHasNoProblem) {
     recordCopies();
     auto keyring = required(startKeyring(desktop()));
     startAgent();
@@ -81,7 +81,7 @@ TEST_F(LiveDoctor, AHealthyDesktopHasNoProblem) {
     EXPECT_TRUE(line(all, "input sources").starts_with("ok: English (US), Hebrew; in use: English (US)")) << all;
 }
 
-TEST_F(LiveDoctor, ADesktopWithoutTrayBusAndKeyringIsSeenToBeBroken) {
+TEST_F(LiveDoctorTest, ADesktopWithoutTrayBusAndKeyringIsSeenToBeBroken) {
     startDesktop({.tray = false, .accessibility = false, .startsServices = false});
     recordCopies();
     auto agent = required(LiveAgent::start(desktop(), false));
@@ -99,7 +99,7 @@ TEST_F(LiveDoctor, ADesktopWithoutTrayBusAndKeyringIsSeenToBeBroken) {
     }
 }
 
-TEST_F(LiveDoctor, WithoutAnAgentItLooksByItselfAndSaysSo) {
+TEST_F(LiveDoctorTest, WithoutAnAgentItLooksByItselfAndSaysSo) {
     nlohmann::json all;
     EXPECT_TRUE(waitUntil([&] {
         all = diagnosis();
@@ -112,7 +112,7 @@ TEST_F(LiveDoctor, WithoutAnAgentItLooksByItselfAndSaysSo) {
     EXPECT_FALSE(desktop().run({agentExecutable(), "status"}).succeeded()) << "an agent has been left behind";
 }
 
-TEST_F(LiveDoctor, WithoutAScreenItSaysWhatIsLeftToBeFound) {
+TEST_F(LiveDoctorTest, WithoutAScreenItSaysWhatIsLeftToBeFound) {
     CommandResult result;
     EXPECT_TRUE(waitUntil([&] {
         result = desktop().run({agentExecutable(), "doctor"}, patience, {{"DISPLAY", ""}, {"XDG_SESSION_TYPE", "tty"}});
@@ -124,7 +124,7 @@ TEST_F(LiveDoctor, WithoutAScreenItSaysWhatIsLeftToBeFound) {
         << result.output;
 }
 
-TEST_F(LiveDoctor, AnAgentThatHangsIsReportedInsteadOfWaitedFor) {
+TEST_F(LiveDoctorTest, AnAgentThatHangsIsReportedInsteadOfWaitedFor) {
     startAgent();
     agent().process().signal(SIGSTOP);
     const auto all = diagnosis();
@@ -134,7 +134,7 @@ TEST_F(LiveDoctor, AnAgentThatHangsIsReportedInsteadOfWaitedFor) {
     EXPECT_TRUE(agent().waitForStatus([](const auto&) { return true; }));
 }
 
-TEST_F(LiveDoctor, NothingTypedOrCopiedAndNoHomePathIsSaid) {
+TEST_F(LiveDoctorTest, NothingTypedOrCopiedAndNoHomePathIsSaid) {
     recordCopies();
     startAgent();
     startEditor(editors().front());

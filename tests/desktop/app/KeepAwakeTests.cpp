@@ -12,7 +12,7 @@ namespace {
 
 constexpr auto sessionManager = "org.gnome.SessionManager";
 
-class KeepAwakeTests : public AgentTest {
+class KeepAwakeTest : public AgentTest {
 protected:
     void SetUp() override {
         AgentTest::SetUp();
@@ -32,7 +32,7 @@ protected:
     std::optional<ChildProcess> manager_;
 };
 
-TEST_F(KeepAwakeTests, TheMenuRowKeepsTheMachineAndTheDisplayAwakeUntilItIsChosenAgain) {
+TEST_F(KeepAwakeTest, TheMenuRowKeepsTheMachineAndTheDisplayAwakeUntilItIsChosenAgain) {
     startAgent(withSystemBus(desktop()));
     EXPECT_TRUE(isKeptAwake(false));
     for (const bool on : {true, false}) {
@@ -44,7 +44,7 @@ TEST_F(KeepAwakeTests, TheMenuRowKeepsTheMachineAndTheDisplayAwakeUntilItIsChose
     }
 }
 
-TEST_F(KeepAwakeTests, PausingLetsTheMachineSleepAndResumingKeepsItAwakeAgain) {
+TEST_F(KeepAwakeTest, PausingLetsTheMachineSleepAndResumingKeepsItAwakeAgain) {
     require(writeAgentSettings(desktop(), {{"KeepAwakeEnabled", "<true/>"}}), "cannot write the settings");
     startAgent(withSystemBus(desktop()));
     EXPECT_TRUE(isKeptAwake(true));
@@ -56,7 +56,7 @@ TEST_F(KeepAwakeTests, PausingLetsTheMachineSleepAndResumingKeepsItAwakeAgain) {
     EXPECT_TRUE(isKeptAwake(false));
 }
 
-TEST_F(KeepAwakeTests, NothingIsLeftOfAKilledAgentAtTheLoginManager) {
+TEST_F(KeepAwakeTest, NothingIsLeftOfAKilledAgentAtTheLoginManager) {
     require(writeAgentSettings(desktop(), {{"KeepAwakeEnabled", "<true/>"}}), "cannot write the settings");
     startAgent(withSystemBus(desktop()));
     ASSERT_TRUE(isKeptAwake(true));

@@ -12,7 +12,7 @@
 namespace quillane::live {
 namespace {
 
-class LiveSettings : public AgentTest {
+class LiveSettingsTest : public AgentTest {
 protected:
     void open() {
         require(desktop().run({agentExecutable()}).succeeded(), "the second start fails");
@@ -87,7 +87,7 @@ protected:
     static constexpr int loginSwitch = 8;
 };
 
-TEST_F(LiveSettings, TheKeyboardAloneReachesASwitchAndChangesTheAgent) {
+TEST_F(LiveSettingsTest, TheKeyboardAloneReachesASwitchAndChangesTheAgent) {
     startAgent();
     open();
     pressControl(firstSwitch);
@@ -95,7 +95,7 @@ TEST_F(LiveSettings, TheKeyboardAloneReachesASwitchAndChangesTheAgent) {
         [](const nlohmann::json& status) { return status.at("options").at("shiftEnglish") == false; }));
 }
 
-TEST_F(LiveSettings, ControlWClosesTheWindowAndControlQEndsTheAgentInTheHebrewLayout) {
+TEST_F(LiveSettingsTest, ControlWClosesTheWindowAndControlQEndsTheAgentInTheHebrewLayout) {
     startAgent();
     open();
     const auto window = desktop().screen().activeWindow();
@@ -113,7 +113,7 @@ TEST_F(LiveSettings, ControlWClosesTheWindowAndControlQEndsTheAgentInTheHebrewLa
     EXPECT_EQ(agent().process().waitForExit(patience), (ExitStatus{0, 0}));
 }
 
-TEST_F(LiveSettings, ClosedAndOpenedAgainItIsWhereItWas) {
+TEST_F(LiveSettingsTest, ClosedAndOpenedAgainItIsWhereItWas) {
     startAgent();
     openAndSettle();
     EXPECT_EQ(title(), "Quillane — Settings");
@@ -127,7 +127,7 @@ TEST_F(LiveSettings, ClosedAndOpenedAgainItIsWhereItWas) {
     EXPECT_TRUE(waitUntil([&] { return geometry() == place; })) << geometry() << "instead of" << place;
 }
 
-TEST_F(LiveSettings, FrameOfAMaximizedOrFullScreenWindowDoesNotDriftAcrossLaunches) {
+TEST_F(LiveSettingsTest, FrameOfAMaximizedOrFullScreenWindowDoesNotDriftAcrossLaunches) {
     std::string place;
     for (const auto* state : {"maximized_vert,maximized_horz", "fullscreen"}) {
         startAgent();
@@ -150,7 +150,7 @@ TEST_F(LiveSettings, FrameOfAMaximizedOrFullScreenWindowDoesNotDriftAcrossLaunch
     EXPECT_TRUE(waitUntil([&] { return geometry() == place; })) << geometry();
 }
 
-TEST_F(LiveSettings, OpensAsAWholeOnAScreenWithAPanel) {
+TEST_F(LiveSettingsTest, OpensAsAWholeOnAScreenWithAPanel) {
     const auto tray = desktop().run({"xdotool", "search", "--onlyvisible", "--class", "trayer"}).output;
     const auto panel = tray.substr(0, tray.find('\n'));
     ASSERT_TRUE(desktop()
@@ -173,7 +173,7 @@ TEST_F(LiveSettings, OpensAsAWholeOnAScreenWithAPanel) {
     EXPECT_GT(height, 700);
 }
 
-TEST_F(LiveSettings, OpenedAgainItShowsThePageThatWasLeft) {
+TEST_F(LiveSettingsTest, OpenedAgainItShowsThePageThatWasLeft) {
     startAgent();
     open();
     const auto page = control("Updates", pageRole);
@@ -185,7 +185,7 @@ TEST_F(LiveSettings, OpenedAgainItShowsThePageThatWasLeft) {
     EXPECT_TRUE(waitUntil([&] { return shows("Quillane updates", "label"); }));
 }
 
-TEST_F(LiveSettings, AnAssistiveTechnologyFlipsASwitch) {
+TEST_F(LiveSettingsTest, AnAssistiveTechnologyFlipsASwitch) {
     startAgent();
     open();
     const auto found = control("Temporary English with Shift", "check box");
@@ -200,7 +200,7 @@ TEST_F(LiveSettings, AnAssistiveTechnologyFlipsASwitch) {
     }));
 }
 
-TEST_F(LiveSettings, ALanguageThatIsChosenIsSeenInTheWindowAndTheMenuWithinOneRefresh) {
+TEST_F(LiveSettingsTest, ALanguageThatIsChosenIsSeenInTheWindowAndTheMenuWithinOneRefresh) {
     startAgent();
     open();
     ASSERT_EQ(title(), "Quillane — Settings");
@@ -220,7 +220,7 @@ TEST_F(LiveSettings, ALanguageThatIsChosenIsSeenInTheWindowAndTheMenuWithinOneRe
     EXPECT_EQ(rows[18].title, "השהיית הכול");
 }
 
-TEST_F(LiveSettings, TheLoginItemStartsTheAgentByTheRulesOfDesktops) {
+TEST_F(LiveSettingsTest, TheLoginItemStartsTheAgentByTheRulesOfDesktops) {
     startAgent();
     open();
     pressControl(loginSwitch);
@@ -241,7 +241,7 @@ TEST_F(LiveSettings, TheLoginItemStartsTheAgentByTheRulesOfDesktops) {
     EXPECT_TRUE(waitUntil([&] { return !answer().succeeded(); }));
 }
 
-TEST_F(LiveSettings, TheLoginItemAppearsAndDisappears) {
+TEST_F(LiveSettingsTest, TheLoginItemAppearsAndDisappears) {
     startAgent();
     open();
     const auto entry = desktop().home() / ".config" / "autostart" / "com.quillane.app.desktop";
@@ -256,7 +256,7 @@ TEST_F(LiveSettings, TheLoginItemAppearsAndDisappears) {
     EXPECT_TRUE(waitUntil([&] { return !exists(); }));
 }
 
-TEST_F(LiveSettings, APermissionThatIsTakenAwayIsNoticedAndAskedForAgain) {
+TEST_F(LiveSettingsTest, APermissionThatIsTakenAwayIsNoticedAndAskedForAgain) {
     startAgent();
     const auto granted = [&](bool expected) {
         return agent().waitForStatus([&](const nlohmann::json& status) {

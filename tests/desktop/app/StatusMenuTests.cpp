@@ -9,7 +9,7 @@
 namespace quillane::live {
 namespace {
 
-class LiveStatusMenu : public AgentTest {
+class LiveStatusMenuTest : public AgentTest {
 protected:
     /// Starts the agent in a language ("en", "he", "ar") and opens its menu.
     LiveMenu openIn(const std::string& language) {
@@ -20,7 +20,7 @@ protected:
     }
 };
 
-TEST_F(LiveStatusMenu, HasItsRowsInOrder) {
+TEST_F(LiveStatusMenuTest, HasItsRowsInOrder) {
     const auto rows = openIn("en").rows();
     const std::string version = agent().status().at("version");
     const std::vector<std::string> expected{"Quillane " + version,
@@ -84,9 +84,9 @@ TEST_F(WithoutTrayTest, WithoutNotificationsEitherAStartShowsTheSettingsWhichSay
     }));
 }
 
-class LiveStatusMenuIn : public LiveStatusMenu, public testing::WithParamInterface<const char*> {};
+class LiveStatusMenuInTest : public LiveStatusMenuTest, public testing::WithParamInterface<const char*> {};
 
-TEST_P(LiveStatusMenuIn, EveryRowIsInTheLanguage) {
+TEST_P(LiveStatusMenuInTest, EveryRowIsInTheLanguage) {
     const auto rows = openIn(GetParam()).rows();
     ASSERT_EQ(rows.size(), 20U);
     // Hebrew letters are U+0590 to U+05FF, in UTF-8 beginning with D6 or D7; Arabic ones U+0600 to U+06FF with D8 to
@@ -102,24 +102,24 @@ TEST_P(LiveStatusMenuIn, EveryRowIsInTheLanguage) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Language, LiveStatusMenuIn, testing::Values("he", "ar"),
+INSTANTIATE_TEST_SUITE_P(Language, LiveStatusMenuInTest, testing::Values("he", "ar"),
                          [](const auto& parameter) { return std::string(parameter.param); });
 
-TEST_F(LiveStatusMenu, PauseAndResumeAreOneRow) {
+TEST_F(LiveStatusMenuTest, PauseAndResumeAreOneRow) {
     ASSERT_TRUE(openIn("en").choose("Pause all"));
     EXPECT_TRUE(agent().waitForStatus([](const auto& status) { return status.at("paused") == true; }));
     ASSERT_TRUE(required(LiveMenu::open(desktop())).choose("Resume"));
     EXPECT_TRUE(agent().waitForStatus([](const auto& status) { return status.at("paused") == false; }));
 }
 
-TEST_F(LiveStatusMenu, ATogglesCheckMarkFollowsIt) {
+TEST_F(LiveStatusMenuTest, ATogglesCheckMarkFollowsIt) {
     ASSERT_TRUE(openIn("en").choose("Temporary English with Shift"));
     EXPECT_TRUE(
         agent().waitForStatus([](const auto& status) { return status.at("options").at("shiftEnglish") == false; }));
     EXPECT_FALSE(required(LiveMenu::open(desktop())).rows().at(14).isChecked);
 }
 
-TEST_F(LiveStatusMenu, QuitEndsTheAgent) {
+TEST_F(LiveStatusMenuTest, QuitEndsTheAgent) {
     ASSERT_TRUE(openIn("en").choose("Quit Quillane"));
     EXPECT_EQ(agent().process().waitForExit(patience), (ExitStatus{0, 0}));
 }

@@ -26,7 +26,7 @@ constexpr ScreenArea windowArea{300, 240, 400, 300};
 constexpr ScreenArea area{450, 350, 120, 80}; // of each colour something
 
 /// The agent's area capture over a window of known colours.
-class LiveAreaCapture : public AgentTest {
+class LiveAreaCaptureTest : public AgentTest {
 protected:
     void SetUp() override {
         AgentTest::SetUp();
@@ -93,7 +93,7 @@ private:
     std::optional<ColoredWindow> window_;
 };
 
-TEST_F(LiveAreaCapture, TheMenusCommandCopiesTheSelectedPixelsAndTheHistoryTakesThemUp) {
+TEST_F(LiveAreaCaptureTest, TheMenusCommandCopiesTheSelectedPixelsAndTheHistoryTakesThemUp) {
     start();
     ASSERT_TRUE(agent().waitForStatus([](const auto& status) { return status.at("clipboard").at("entries") == 0; }));
     ASSERT_TRUE(required(LiveMenu::open(desktop())).choose("Capture Area to Clipboard…"));
@@ -105,7 +105,7 @@ TEST_F(LiveAreaCapture, TheMenusCommandCopiesTheSelectedPixelsAndTheHistoryTakes
     EXPECT_EQ(agent().status().at("lastAction"), "Select an area to capture and copy. Esc to cancel.");
 }
 
-TEST_F(LiveAreaCapture, ThePictureStaysOnTheClipboard) {
+TEST_F(LiveAreaCaptureTest, ThePictureStaysOnTheClipboard) {
     start();
     capture();
     selection().drag(area);
@@ -118,14 +118,14 @@ TEST_F(LiveAreaCapture, ThePictureStaysOnTheClipboard) {
     EXPECT_TRUE(agent().waitForStatus([](const auto& status) { return status.at("clipboard").at("entries") == 2; }));
 }
 
-TEST_F(LiveAreaCapture, OnAScreenOfTwiceTheScaleThePixelsAreTheScreens) {
+TEST_F(LiveAreaCaptureTest, OnAScreenOfTwiceTheScaleThePixelsAreTheScreens) {
     start("en", {{"QT_SCALE_FACTOR", "2"}});
     capture();
     selection().drag({451, 351, 119, 79});
     expectPasted({451, 351, 119, 79});
 }
 
-TEST_F(LiveAreaCapture, EscapeLeavesTheClipboardAsItIs) {
+TEST_F(LiveAreaCaptureTest, EscapeLeavesTheClipboardAsItIs) {
     start();
     copyText("before");
     ASSERT_TRUE(agent().waitForStatus([](const auto& status) { return status.at("clipboard").at("entries") == 1; }));
@@ -137,7 +137,7 @@ TEST_F(LiveAreaCapture, EscapeLeavesTheClipboardAsItIs) {
     EXPECT_TRUE(holdsFor(milliseconds{700}, [&] { return pastedText() == "before" && entries() == 1; }));
 }
 
-TEST_F(LiveAreaCapture, TheApplicationInFrontStaysThereAndGetsNoKey) {
+TEST_F(LiveAreaCaptureTest, TheApplicationInFrontStaysThereAndGetsNoKey) {
     startEditor(editors().front());
     start();
     desktop().keyboard().type("a");
@@ -151,7 +151,7 @@ TEST_F(LiveAreaCapture, TheApplicationInFrontStaysThereAndGetsNoKey) {
     expectEditorText("ac");
 }
 
-TEST_F(LiveAreaCapture, AssistiveTechnologyIsToldTheCommandAndTheSize) {
+TEST_F(LiveAreaCaptureTest, AssistiveTechnologyIsToldTheCommandAndTheSize) {
     start();
     capture();
     const auto root = desktop().accessibility().application(agent().process().pid());
@@ -163,10 +163,10 @@ TEST_F(LiveAreaCapture, AssistiveTechnologyIsToldTheCommandAndTheSize) {
     desktop().keyboard().tap(Key::escape);
 }
 
-class LiveAreaCaptureIn : public LiveAreaCapture, public testing::WithParamInterface<const char*> {};
+class LiveAreaCaptureInTest : public LiveAreaCaptureTest, public testing::WithParamInterface<const char*> {};
 
 /// Pictures to look at, and a size label in each: it changes pixels below the area.
-TEST_P(LiveAreaCaptureIn, ShowsTheSizeAtTheAreasCorner) {
+TEST_P(LiveAreaCaptureInTest, ShowsTheSizeAtTheAreasCorner) {
     start(GetParam());
     desktop().keyboard().movePointer(40, 400);
     capture();
@@ -191,7 +191,7 @@ TEST_P(LiveAreaCaptureIn, ShowsTheSizeAtTheAreasCorner) {
     selection().release();
 }
 
-INSTANTIATE_TEST_SUITE_P(Language, LiveAreaCaptureIn, testing::Values("en", "he", "ar"),
+INSTANTIATE_TEST_SUITE_P(Language, LiveAreaCaptureInTest, testing::Values("en", "he", "ar"),
                          [](const auto& parameter) { return std::string(parameter.param); });
 
 } // namespace

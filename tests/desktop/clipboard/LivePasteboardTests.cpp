@@ -47,9 +47,9 @@ std::string png(int width, int height) {
 }
 
 /// The pasteboard of this process on a desktop with real applications.
-class LivePasteboard : public LiveDesktopTest {
+class LivePasteboardTest : public LiveDesktopTest {
 protected:
-    LivePasteboard() : application_(argc_, argv_.data()) {}
+    LivePasteboardTest() : application_(argc_, argv_.data()) {}
 
     void SetUp() override {
         LiveDesktopTest::SetUp();
@@ -197,7 +197,7 @@ private:
     std::optional<ChildProcess> editor_;
 };
 
-TEST_F(LivePasteboard, CopiesOfXclipAreCaptured) {
+TEST_F(LivePasteboardTest, CopiesOfXclipAreCaptured) {
     copyWithXclip("UTF8_STRING", file("text", "שלום עולם"));
     ASSERT_TRUE(capture());
     EXPECT_EQ(*capture()->text, "שלום עולם");
@@ -227,7 +227,7 @@ TEST_F(LivePasteboard, CopiesOfXclipAreCaptured) {
     EXPECT_EQ(*capture()->text, "one two.txt\nשלוש.txt");
 }
 
-TEST_F(LivePasteboard, WhatIsTooLargeOrConcealedIsRefused) {
+TEST_F(LivePasteboardTest, WhatIsTooLargeOrConcealedIsRefused) {
     const auto picture = png(2'400, 2'735);
     ASSERT_GT(picture.size(), 25 * 1'048'576U);
     copyWithXclip("image/png", file("picture.png", picture));
@@ -244,7 +244,7 @@ TEST_F(LivePasteboard, WhatIsTooLargeOrConcealedIsRefused) {
     EXPECT_EQ(*capture()->text, "no secret");
 }
 
-TEST_F(LivePasteboard, CopiesOfAQtApplicationAreCapturedWithEveryFlavour) {
+TEST_F(LivePasteboardTest, CopiesOfAQtApplicationAreCapturedWithEveryFlavour) {
     copyWithQt({"text/plain", file("text", "bold"), "text/html", file("html", "<b>bold</b>"), "com.example.private",
                 file("private", "x")});
     const auto styled = capture();
@@ -268,7 +268,7 @@ TEST_F(LivePasteboard, CopiesOfAQtApplicationAreCapturedWithEveryFlavour) {
     EXPECT_EQ(pasteWithXclip("text/uri-list"), "file://" + desktop().home().string() + "/report%20[1].txt\r\n");
 }
 
-TEST_F(LivePasteboard, WhatIsRestoredIsServedAfterItsOwnerHasGone) {
+TEST_F(LivePasteboardTest, WhatIsRestoredIsServedAfterItsOwnerHasGone) {
     const auto picture = png(1'900, 2'070);
     copyWithXclip("image/png", file("picture.png", picture));
     const auto image = capture();
@@ -297,11 +297,11 @@ TEST_F(LivePasteboard, WhatIsRestoredIsServedAfterItsOwnerHasGone) {
     EXPECT_EQ(pasteWithXclip("text/uri-list"), "file://" + here + "\r\nfile://" + here + "\r\n");
 }
 
-TEST_F(LivePasteboard, AGtkEditorsTextIsCapturedAndPastedBack) {
+TEST_F(LivePasteboardTest, AGtkEditorsTextIsCapturedAndPastedBack) {
     expectCopiedAndPastedBack({"mousepad", "--disable-server"});
 }
 
-TEST_F(LivePasteboard, AQtEditorsTextIsCapturedAndPastedBack) {
+TEST_F(LivePasteboardTest, AQtEditorsTextIsCapturedAndPastedBack) {
     expectCopiedAndPastedBack({"featherpad", "--standalone"});
 }
 

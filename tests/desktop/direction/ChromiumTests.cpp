@@ -10,7 +10,7 @@ namespace quillane::live {
 namespace {
 
 /// Direction chords in Debian's Chromium, with the interface of the agent in English.
-class LiveChromium : public AgentTest {
+class LiveChromiumTest : public AgentTest {
 protected:
     void startIn(const std::string& focus) {
         require(chooseAgentLanguage(desktop(), "en"), "the language in the settings");
@@ -48,7 +48,7 @@ protected:
     std::optional<LiveBrowser> browser_;
 };
 
-TEST_F(LiveChromium, AChordTurnsTheTextAreaAndTurnsItBack) {
+TEST_F(LiveChromiumTest, AChordTurnsTheTextAreaAndTurnsItBack) {
     startIn("area");
     const auto before = state();
     EXPECT_EQ(before.direction, "ltr");
@@ -68,7 +68,7 @@ TEST_F(LiveChromium, AChordTurnsTheTextAreaAndTurnsItBack) {
     EXPECT_TRUE(waitUntil([&] { return state().text == "fqst_line/second_line"; })) << state().text;
 }
 
-TEST_F(LiveChromium, AChordOfTheDirectionThatTheTextAreaHasIsAppliedToo) {
+TEST_F(LiveChromiumTest, AChordOfTheDirectionThatTheTextAreaHasIsAppliedToo) {
     startIn("area");
     turnRight();
     expectSaid("Applied RTL in Chrome");
@@ -83,7 +83,7 @@ TEST_F(LiveChromium, AChordOfTheDirectionThatTheTextAreaHasIsAppliedToo) {
     EXPECT_EQ(state().direction, "rtl");
 }
 
-TEST_F(LiveChromium, AChordTurnsAFieldOfOneLine) {
+TEST_F(LiveChromiumTest, AChordTurnsAFieldOfOneLine) {
     startIn("line");
     turnRight();
     expectSaid("Applied RTL in Chrome");
@@ -91,7 +91,7 @@ TEST_F(LiveChromium, AChordTurnsAFieldOfOneLine) {
     expectNoMenu();
 }
 
-TEST_F(LiveChromium, AChordTurnsTheParagraphAtTheCursorOfAPageThatIsEditedAndNoOther) {
+TEST_F(LiveChromiumTest, AChordTurnsTheParagraphAtTheCursorOfAPageThatIsEditedAndNoOther) {
     startIn("rich");
     EXPECT_EQ(state().direction, "ltr,ltr,ltr");
     turnRight();
@@ -103,7 +103,7 @@ TEST_F(LiveChromium, AChordTurnsTheParagraphAtTheCursorOfAPageThatIsEditedAndNoO
     expectDirection("ltr,ltr,ltr");
 }
 
-TEST_F(LiveChromium, AMenuThatIsOpenAlreadyIsLeftAlone) {
+TEST_F(LiveChromiumTest, AMenuThatIsOpenAlreadyIsLeftAlone) {
     startIn("area");
     desktop().keyboard().tap(Key::menu);
     ASSERT_TRUE(waitUntil([&] { return browser_->hasOpenMenu(); }));
@@ -117,7 +117,7 @@ TEST_F(LiveChromium, AMenuThatIsOpenAlreadyIsLeftAlone) {
     expectDirection("rtl");
 }
 
-TEST_F(LiveChromium, ABrowserThatHangsHoldsNobodyElseUp) {
+TEST_F(LiveChromiumTest, ABrowserThatHangsHoldsNobodyElseUp) {
     using Clock = std::chrono::steady_clock;
     require(chooseAgentLanguage(desktop(), "en"), "the language in the settings");
     startTyping(editors().front());
@@ -142,7 +142,7 @@ TEST_F(LiveChromium, ABrowserThatHangsHoldsNobodyElseUp) {
 }
 
 /// A browser that makes no accessibility tree until somebody asks for it.
-class LiveSleepingChromium : public LiveChromium {
+class LiveSleepingChromiumTest : public LiveChromiumTest {
 protected:
     void openBrowser() {
         require(chooseAgentLanguage(desktop(), "en"), "the language in the settings");
@@ -152,7 +152,7 @@ protected:
     [[nodiscard]] bool isAwake() { return desktop().accessibility().focusedEditor(browser_->pid()).has_value(); }
 };
 
-TEST_F(LiveSleepingChromium, IsAsleepAndWokenByTheAgentThatStarts) {
+TEST_F(LiveSleepingChromiumTest, IsAsleepAndWokenByTheAgentThatStarts) {
     openBrowser();
     EXPECT_TRUE(holdsFor(std::chrono::milliseconds{1000}, [&] { return !isAwake(); }));
     startAgent();
@@ -163,7 +163,7 @@ TEST_F(LiveSleepingChromium, IsAsleepAndWokenByTheAgentThatStarts) {
     expectNoMenu();
 }
 
-TEST_F(LiveSleepingChromium, IsWokenWhenItComesToTheFront) {
+TEST_F(LiveSleepingChromiumTest, IsWokenWhenItComesToTheFront) {
     startAgent();
     openBrowser();
     EXPECT_TRUE(waitUntil([&] { return isAwake(); }));
@@ -173,9 +173,9 @@ TEST_F(LiveSleepingChromium, IsWokenWhenItComesToTheFront) {
     expectNoMenu();
 }
 
-class LiveChromiumWithoutEditor : public LiveChromium, public testing::WithParamInterface<const char*> {};
+class LiveChromiumWithoutEditorTest : public LiveChromiumTest, public testing::WithParamInterface<const char*> {};
 
-TEST_P(LiveChromiumWithoutEditor, AsksForAPlaceAndOpensNoMenu) {
+TEST_P(LiveChromiumWithoutEditorTest, AsksForAPlaceAndOpensNoMenu) {
     startIn(GetParam());
     turnRight();
     expectSaid("Place the cursor in an editable text field on the website");
@@ -183,7 +183,7 @@ TEST_P(LiveChromiumWithoutEditor, AsksForAPlaceAndOpensNoMenu) {
     EXPECT_EQ(state().direction, "ltr");
 }
 
-INSTANTIATE_TEST_SUITE_P(Focus, LiveChromiumWithoutEditor, testing::Values("secret", "fixed", "none"),
+INSTANTIATE_TEST_SUITE_P(Focus, LiveChromiumWithoutEditorTest, testing::Values("secret", "fixed", "none"),
                          [](const auto& one) { return std::string(one.param); });
 
 } // namespace

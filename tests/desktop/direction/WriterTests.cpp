@@ -10,7 +10,7 @@ namespace quillane::live {
 namespace {
 
 /// Direction chords in LibreOffice Writer, with the interface of the agent in English.
-class LiveWriterDirection : public AgentTest {
+class LiveWriterDirectionTest : public AgentTest {
 protected:
     void SetUp() override {
         AgentTest::SetUp();
@@ -37,7 +37,7 @@ protected:
     std::optional<LiveWriter> writer_;
 };
 
-TEST_F(LiveWriterDirection, AChordTurnsTheParagraphAtTheCursorAndNoOther) {
+TEST_F(LiveWriterDirectionTest, AChordTurnsTheParagraphAtTheCursorAndNoOther) {
     goDownTo("two");
     desktop().keyboard().chord({Key::leftControl, Key::rightShift});
     expectSaid("Applied RTL in LibreOffice Writer");
@@ -51,7 +51,7 @@ TEST_F(LiveWriterDirection, AChordTurnsTheParagraphAtTheCursorAndNoOther) {
         << writer_->paragraph().value_or("(no paragraph has the focus)");
 }
 
-TEST_F(LiveWriterDirection, AChordOfTheDirectionThatTheParagraphHasIsAppliedToo) {
+TEST_F(LiveWriterDirectionTest, AChordOfTheDirectionThatTheParagraphHasIsAppliedToo) {
     desktop().keyboard().chord({Key::leftControl, Key::rightShift});
     expectSaid("Applied RTL in LibreOffice Writer");
     desktop().keyboard().chord({Key::leftControl, Key::rightShift});
@@ -62,7 +62,7 @@ TEST_F(LiveWriterDirection, AChordOfTheDirectionThatTheParagraphHasIsAppliedToo)
     EXPECT_THAT(writer_->savedDirections(), testing::ElementsAre("one rl-tb", "two lr-tb", "three lr-tb"));
 }
 
-TEST_F(LiveWriterDirection, TheFieldOfAToolbarIsNoPlace) {
+TEST_F(LiveWriterDirectionTest, TheFieldOfAToolbarIsNoPlace) {
     desktop().keyboard().chord({Key::leftControl, Key::f});
     ASSERT_TRUE(waitUntil([&] { return writer_->paragraph() != "one"; }));
     desktop().keyboard().chord({Key::leftControl, Key::rightShift});

@@ -13,9 +13,9 @@ namespace {
 constexpr std::string_view content = "the content that is shared";
 
 /// Sharing with the agent as people use it: their server, their file, their clipboard.
-class LiveShare : public AgentTest {
+class LiveShareTest : public AgentTest {
 protected:
-    LiveShare() : server_(servers::NginxServer::start()) {}
+    LiveShareTest() : server_(servers::NginxServer::start()) {}
 
     void SetUp() override {
         AgentTest::SetUp();
@@ -65,7 +65,7 @@ private:
     tl::expected<servers::NginxServer, std::string> server_;
 };
 
-TEST_F(LiveShare, TheCommandUploadsTheFileAndReturnCopiesItsLink) {
+TEST_F(LiveShareTest, TheCommandUploadsTheFileAndReturnCopiesItsLink) {
     startAgent();
     const auto result = share({"קובץ #1.txt"}); // from the folder that the command runs in
     EXPECT_EQ(result.exit, (ExitStatus{0, 0})) << result.errors;
@@ -73,7 +73,7 @@ TEST_F(LiveShare, TheCommandUploadsTheFileAndReturnCopiesItsLink) {
     expectCopiedLinkLeadsToTheFile(agent().process().pid());
 }
 
-TEST_F(LiveShare, WithoutAnAgentTheCommandStartsOne) {
+TEST_F(LiveShareTest, WithoutAnAgentTheCommandStartsOne) {
     const auto result = share({file()});
     ASSERT_EQ(result.exit, (ExitStatus{0, 0})) << result.errors;
     const auto status = nlohmann::json::parse(desktop().run({agentExecutable(), "status", "--json"}).output);
@@ -81,7 +81,7 @@ TEST_F(LiveShare, WithoutAnAgentTheCommandStartsOne) {
     EXPECT_EQ(desktop().run({agentExecutable(), "quit"}).exit, (ExitStatus{0, 0}));
 }
 
-TEST_F(LiveShare, DeadMountFreezesNothing) {
+TEST_F(LiveShareTest, DeadMountFreezesNothing) {
     startAgent({{"LD_PRELOAD", QUILLANE_HANGING_FILES}});
     const auto pid = agent().process().pid();
     EXPECT_EQ(share({"/away/report.odt"}).exit, (ExitStatus{0, 0}));
@@ -96,7 +96,7 @@ TEST_F(LiveShare, DeadMountFreezesNothing) {
     EXPECT_EQ(endAgent(), (ExitStatus{0, 0}));
 }
 
-TEST_F(LiveShare, SeveralFilesAndFoldersAreRefusedWithTheirMessages) {
+TEST_F(LiveShareTest, SeveralFilesAndFoldersAreRefusedWithTheirMessages) {
     startAgent();
     const auto pid = agent().process().pid();
     const auto several = share({file(), file()});
@@ -108,7 +108,7 @@ TEST_F(LiveShare, SeveralFilesAndFoldersAreRefusedWithTheirMessages) {
         waitUntil([&] { return shows(pid, "Select a regular file. To share a folder, compress it to a ZIP first."); }));
 }
 
-TEST_F(LiveShare, TheMenuRowOpensThePanel) {
+TEST_F(LiveShareTest, TheMenuRowOpensThePanel) {
     startAgent();
     auto menu = required(LiveMenu::open(desktop()));
     ASSERT_TRUE(menu.choose("Quillane Share…"));

@@ -9,7 +9,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-class LiveExclusion : public LiveHistory {
+class LiveExclusionTest : public LiveHistoryTest {
 protected:
     /// The history, with an application excluded that has never run: by what the list of installed ones calls it.
     void startExcluding(const std::string& application) {
@@ -26,7 +26,7 @@ protected:
     }
 };
 
-TEST_F(LiveExclusion, HoldsHoweverTheApplicationsWindowsAreCalled) {
+TEST_F(LiveExclusionTest, HoldsHoweverTheApplicationsWindowsAreCalled) {
     startExcluding("Notes");
     for (const auto* windowClass : {"org.example.Notes", "org.example.notes", "notes", "NOTES"}) {
         const auto notes = required(LiveForm::start(desktop(), "plain", windowClass));

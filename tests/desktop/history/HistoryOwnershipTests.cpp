@@ -11,7 +11,7 @@ namespace {
 using std::chrono::milliseconds;
 
 /// Who may write the saved history, and what the end of a session leaves of it.
-class LiveHistoryOwnership : public LiveHistory {
+class LiveHistoryOwnershipTest : public LiveHistoryTest {
 protected:
     /// Starts another X server of the same session, which may end without this desktop. Its display.
     std::string startServer() {
@@ -45,7 +45,7 @@ protected:
     std::optional<ChildProcess> server_;
 };
 
-TEST_F(LiveHistoryOwnership, LastCopyIsKeptWhenTheXServerGoesAway) {
+TEST_F(LiveHistoryOwnershipTest, LastCopyIsKeptWhenTheXServerGoesAway) {
     const auto display = startServer();
     startHistory({{"DISPLAY", display}});
     copyOn(display, "first");
@@ -60,7 +60,7 @@ TEST_F(LiveHistoryOwnership, LastCopyIsKeptWhenTheXServerGoesAway) {
     EXPECT_TRUE(hasEntries(2));
 }
 
-TEST_F(LiveHistoryOwnership, SecondAgentOnOneHomeKeepsItsHistoryInMemoryUntilTheFirstHasEnded) {
+TEST_F(LiveHistoryOwnershipTest, SecondAgentOnOneHomeKeepsItsHistoryInMemoryUntilTheFirstHasEnded) {
     startHistory();
     const Environment other{{"XDG_RUNTIME_DIR", desktop().home() / "second"}};
     std::filesystem::create_directory(other.at("XDG_RUNTIME_DIR"));

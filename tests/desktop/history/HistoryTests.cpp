@@ -10,7 +10,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-TEST_F(LiveHistory, ACopyIsThereAfterTheAgentWasKilledHalfASecondLater) {
+TEST_F(LiveHistoryTest, ACopyIsThereAfterTheAgentWasKilledHalfASecondLater) {
     startHistory();
     copy("kept");
     ASSERT_TRUE(hasEntries(1));
@@ -22,7 +22,7 @@ TEST_F(LiveHistory, ACopyIsThereAfterTheAgentWasKilledHalfASecondLater) {
     EXPECT_EQ(agent().status().at("clipboard").at("storageError"), false);
 }
 
-TEST_F(LiveHistory, TwentyCopiesInARowAreAllRecorded) {
+TEST_F(LiveHistoryTest, TwentyCopiesInARowAreAllRecorded) {
     startHistory();
     for (int count = 1; count <= 20; ++count) {
         copy("copy " + std::to_string(count)); // each as soon as the one before has been read: its owner ends then
@@ -30,7 +30,7 @@ TEST_F(LiveHistory, TwentyCopiesInARowAreAllRecorded) {
     }
 }
 
-TEST_F(LiveHistory, WhatIsCopiedWhilePausedIsNeverRecorded) {
+TEST_F(LiveHistoryTest, WhatIsCopiedWhilePausedIsNeverRecorded) {
     startHistory();
     ASSERT_TRUE(agent().command({"pause"}).succeeded());
     copy("paused");
@@ -40,7 +40,7 @@ TEST_F(LiveHistory, WhatIsCopiedWhilePausedIsNeverRecorded) {
     EXPECT_TRUE(holdsFor(milliseconds{700}, [&] { return agent().status().at("clipboard").at("entries") == 1; }));
 }
 
-TEST_F(LiveHistory, NothingReadableIsOnTheDisk) {
+TEST_F(LiveHistoryTest, NothingReadableIsOnTheDisk) {
     startHistory();
     copy("a secret of mine that nobody reads");
     ASSERT_TRUE(hasEntries(1));

@@ -14,7 +14,7 @@
 namespace quillane::live {
 
 /// The clipboard history of the agent, beside a keyring that is open and programs that copy.
-class LiveHistory : public AgentTest {
+class LiveHistoryTest : public AgentTest {
 protected:
     void SetUp() override {
         AgentTest::SetUp();

@@ -17,7 +17,7 @@ namespace {
 using std::chrono::milliseconds;
 using testing::HasSubstr;
 
-class LivePanel : public LiveHistory {
+class LivePanelTest : public LiveHistoryTest {
 protected:
     /// Takes the hot key as most programs do, by the core protocol; false when somebody has it.
     [[nodiscard]] bool grabHotKey() {
@@ -38,7 +38,7 @@ protected:
 };
 
 /// The panel over each of two editors, one of each toolkit.
-class LivePanelOverEditor : public LiveHistory, public testing::WithParamInterface<Editor> {
+class LivePanelOverEditorTest : public LiveHistoryTest, public testing::WithParamInterface<Editor> {
 protected:
     void start(const std::vector<std::string>& copies) {
         startHistory();
@@ -51,7 +51,7 @@ protected:
     }
 };
 
-TEST_P(LivePanelOverEditor, WhatIsFoundAndChosenIsPasted) {
+TEST_P(LivePanelOverEditorTest, WhatIsFoundAndChosenIsPasted) {
     start({"alpha one", "beta two", "gamma three"});
     openPanel();
     desktop().keyboard().type("alp");
@@ -63,7 +63,7 @@ TEST_P(LivePanelOverEditor, WhatIsFoundAndChosenIsPasted) {
     EXPECT_TRUE(hasEntries(3));
 }
 
-TEST_P(LivePanelOverEditor, AHebrewLayoutSearchesAndPastesHebrew) {
+TEST_P(LivePanelOverEditorTest, AHebrewLayoutSearchesAndPastesHebrew) {
     start({"שלום עולם", "hello"});
     require(agent().useGroup(1, true), "no Hebrew layout");
     openPanel();
@@ -74,14 +74,14 @@ TEST_P(LivePanelOverEditor, AHebrewLayoutSearchesAndPastesHebrew) {
     expectEditorText("שלום עולם");
 }
 
-TEST_P(LivePanelOverEditor, ANumberPastesThatEntry) {
+TEST_P(LivePanelOverEditorTest, ANumberPastesThatEntry) {
     start({"one", "two", "three"});
     openPanel();
     desktop().keyboard().tapWith({Key::leftControl}, Key::digit2);
     expectEditorText("two");
 }
 
-TEST_P(LivePanelOverEditor, ShiftDeleteDeletesTheEntryAndControlBackspaceAWordOfTheSearch) {
+TEST_P(LivePanelOverEditorTest, ShiftDeleteDeletesTheEntryAndControlBackspaceAWordOfTheSearch) {
     start({"one", "two", "three"});
     openPanel();
     desktop().keyboard().type("nothing");
@@ -92,7 +92,7 @@ TEST_P(LivePanelOverEditor, ShiftDeleteDeletesTheEntryAndControlBackspaceAWordOf
     expectEditorText("two");
 }
 
-TEST_P(LivePanelOverEditor, ArrowsMoveTheSelection) {
+TEST_P(LivePanelOverEditorTest, ArrowsMoveTheSelection) {
     start({"one", "two", "three"});
     openPanel();
     desktop().keyboard().tap(Key::down);
@@ -102,7 +102,7 @@ TEST_P(LivePanelOverEditor, ArrowsMoveTheSelection) {
     expectEditorText("two");
 }
 
-TEST_P(LivePanelOverEditor, OptionReturnOnlyCopies) {
+TEST_P(LivePanelOverEditorTest, OptionReturnOnlyCopies) {
     start({"one", "two"});
     openPanel();
     desktop().keyboard().tap(Key::down);
@@ -112,7 +112,7 @@ TEST_P(LivePanelOverEditor, OptionReturnOnlyCopies) {
     EXPECT_TRUE(holdsFor(milliseconds{600}, [&] { return editorText().empty(); }));
 }
 
-TEST_P(LivePanelOverEditor, ANumberWithoutAnEntryDoesNothing) {
+TEST_P(LivePanelOverEditorTest, ANumberWithoutAnEntryDoesNothing) {
     start({"one", "two", "three"});
     openPanel();
     desktop().keyboard().tapWith({Key::leftControl}, Key{14}); // 5
@@ -122,7 +122,7 @@ TEST_P(LivePanelOverEditor, ANumberWithoutAnEntryDoesNothing) {
     EXPECT_EQ(editorText(), "");
 }
 
-TEST_P(LivePanelOverEditor, AClickElsewhereClosesItAndPastesNothing) {
+TEST_P(LivePanelOverEditorTest, AClickElsewhereClosesItAndPastesNothing) {
     start({"one"});
     desktop().keyboard().movePointer(640, 300);
     openPanel();
@@ -132,7 +132,7 @@ TEST_P(LivePanelOverEditor, AClickElsewhereClosesItAndPastesNothing) {
     EXPECT_TRUE(holdsFor(milliseconds{600}, [&] { return editorText().empty(); }));
 }
 
-TEST_P(LivePanelOverEditor, TheHotKeyClosesItAgain) {
+TEST_P(LivePanelOverEditorTest, TheHotKeyClosesItAgain) {
     start({"one"});
     openPanel();
     pressHotKey();
@@ -141,7 +141,7 @@ TEST_P(LivePanelOverEditor, TheHotKeyClosesItAgain) {
     expectEditorText("ab");
 }
 
-TEST_P(LivePanelOverEditor, TheApplicationInFrontStaysThere) {
+TEST_P(LivePanelOverEditorTest, TheApplicationInFrontStaysThere) {
     start({"one"});
     const auto window = desktop().screen().activeWindow();
     openPanel();
@@ -149,7 +149,7 @@ TEST_P(LivePanelOverEditor, TheApplicationInFrontStaysThere) {
     EXPECT_EQ(desktop().screen().processOf(*window), editor().pid());
 }
 
-TEST_P(LivePanelOverEditor, ARowOfTheMenuOpensItAndItPastesToo) {
+TEST_P(LivePanelOverEditorTest, ARowOfTheMenuOpensItAndItPastesToo) {
     start({"one"});
     auto menu = required(LiveMenu::open(desktop()));
     open([&] { require(menu.choose("Clipboard history"), "no such row"); });
@@ -157,9 +157,9 @@ TEST_P(LivePanelOverEditor, ARowOfTheMenuOpensItAndItPastesToo) {
     expectEditorText("one");
 }
 
-QUILLANE_IN_BOTH_EDITORS(LivePanelOverEditor);
+QUILLANE_IN_BOTH_EDITORS(LivePanelOverEditorTest);
 
-TEST_F(LivePanel, PlainTextIsPastedWithoutItsStyles) {
+TEST_F(LivePanelTest, PlainTextIsPastedWithoutItsStyles) {
     startHistory();
     ASSERT_TRUE(writeFile(desktop().home() / "styled", "<b>bold</b>"));
     ASSERT_TRUE(writeFile(desktop().home() / "plain", "bold"));
@@ -178,7 +178,7 @@ TEST_F(LivePanel, PlainTextIsPastedWithoutItsStyles) {
     EXPECT_THAT(clipboard("TARGETS"), testing::Not(HasSubstr("text/html")));
 }
 
-TEST_F(LivePanel, WithNothingCopiedItOpensAndEscapeClosesIt) {
+TEST_F(LivePanelTest, WithNothingCopiedItOpensAndEscapeClosesIt) {
     startHistory();
     openPanel();
     desktop().keyboard().tap(Key::enter);
@@ -187,7 +187,7 @@ TEST_F(LivePanel, WithNothingCopiedItOpensAndEscapeClosesIt) {
     EXPECT_TRUE(isPanelOpen(false));
 }
 
-TEST_F(LivePanel, ALanguageThatIsChosenIsSeenInIt) {
+TEST_F(LivePanelTest, ALanguageThatIsChosenIsSeenInIt) {
     startHistory();
     EXPECT_EQ(open([&] { pressHotKey(); }).name, "Search history…");
     desktop().keyboard().tap(Key::escape);
@@ -199,7 +199,7 @@ TEST_F(LivePanel, ALanguageThatIsChosenIsSeenInIt) {
     EXPECT_EQ(open([&] { pressHotKey(); }).name, "חיפוש בהיסטוריה…");
 }
 
-TEST_F(LivePanel, TheCommandOpensAndClosesIt) {
+TEST_F(LivePanelTest, TheCommandOpensAndClosesIt) {
     startHistory();
     EXPECT_TRUE(agent().command({"history"}).succeeded());
     EXPECT_TRUE(isPanelOpen(true));
@@ -207,7 +207,7 @@ TEST_F(LivePanel, TheCommandOpensAndClosesIt) {
     EXPECT_TRUE(isPanelOpen(false));
 }
 
-TEST_F(LivePanel, WhatWasOnTheClipboardAtLaunchIsNotRecorded) {
+TEST_F(LivePanelTest, WhatWasOnTheClipboardAtLaunchIsNotRecorded) {
     copy("before");
     startHistory();
     EXPECT_TRUE(holdsFor(milliseconds{1200}, [&] { return agent().status().at("clipboard").at("entries") == 0; }));
@@ -215,7 +215,7 @@ TEST_F(LivePanel, WhatWasOnTheClipboardAtLaunchIsNotRecorded) {
     EXPECT_TRUE(hasEntries(1));
 }
 
-TEST_F(LivePanel, TenQuickCopiesAreWrittenOnce) {
+TEST_F(LivePanelTest, TenQuickCopiesAreWrittenOnce) {
     startHistory();
     copy("first");
     const auto index = desktop().home() / ".local" / "share" / "Quillane" / "ClipboardHistory" / "index";
@@ -237,21 +237,21 @@ TEST_F(LivePanel, TenQuickCopiesAreWrittenOnce) {
     EXPECT_EQ(written.size(), 2U);
 }
 
-TEST_F(LivePanel, NothingIsRecordedWhileAPasswordManagerIsInFront) {
+TEST_F(LivePanelTest, NothingIsRecordedWhileAPasswordManagerIsInFront) {
     startHistory();
     const auto manager = required(LiveForm::start(desktop(), "plain", "keepassxc"));
     copy("a password");
     EXPECT_TRUE(holdsFor(milliseconds{800}, [&] { return agent().status().at("clipboard").at("entries") == 0; }));
 }
 
-TEST_F(LivePanel, NothingIsRecordedWhileAPasswordIsTyped) {
+TEST_F(LivePanelTest, NothingIsRecordedWhileAPasswordIsTyped) {
     startHistory();
     const auto form = required(LiveForm::start(desktop(), "password"));
     copy("a password");
     EXPECT_TRUE(holdsFor(milliseconds{800}, [&] { return agent().status().at("clipboard").at("entries") == 0; }));
 }
 
-TEST_F(LivePanel, AConcealedCopyIsNotRecorded) {
+TEST_F(LivePanelTest, AConcealedCopyIsNotRecorded) {
     startHistory();
     ASSERT_TRUE(writeFile(desktop().home() / "password", "hunter2"));
     ASSERT_TRUE(writeFile(desktop().home() / "hint", "secret"));
@@ -262,7 +262,7 @@ TEST_F(LivePanel, AConcealedCopyIsNotRecorded) {
     EXPECT_TRUE(holdsFor(milliseconds{800}, [&] { return agent().status().at("clipboard").at("entries") == 0; }));
 }
 
-TEST_F(LivePanel, AnotherComputersScreenTakesTheHotKeyAndPausesTheHistory) {
+TEST_F(LivePanelTest, AnotherComputersScreenTakesTheHotKeyAndPausesTheHistory) {
     startHistory();
     ASSERT_FALSE(grabHotKey());
     {
@@ -279,7 +279,7 @@ TEST_F(LivePanel, AnotherComputersScreenTakesTheHotKeyAndPausesTheHistory) {
     EXPECT_FALSE(grabHotKey());
 }
 
-TEST_F(LivePanel, AHotKeyOfAnotherProgramIsToldAndCanBeTriedAgain) {
+TEST_F(LivePanelTest, AHotKeyOfAnotherProgramIsToldAndCanBeTriedAgain) {
     ASSERT_TRUE(grabHotKey());
     startAgent();
     ASSERT_TRUE(agent().waitForStatus([](const auto& status) { return status.at("clipboard").at("hotKeyConflict"); }));

@@ -10,9 +10,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-class LiveQuitting : public LiveHistory {};
+class LiveQuittingTest : public LiveHistoryTest {};
 
-TEST_F(LiveQuitting, QuittingDoesNotWaitForAFileServerThatIsAway) {
+TEST_F(LiveQuittingTest, QuittingDoesNotWaitForAFileServerThatIsAway) {
     startHistory({{"LD_PRELOAD", QUILLANE_HANGING_FILES}});
     ASSERT_TRUE(writeFile(desktop().home() / "uris", "file:///away/report.odt\r\n"));
     const auto copying =

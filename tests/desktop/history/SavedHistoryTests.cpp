@@ -10,7 +10,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-class LiveSavedHistory : public LiveHistory {
+class LiveSavedHistoryTest : public LiveHistoryTest {
 protected:
     /// Records these copies, waits until they are on the disk and ends the agent.
     void saveHistory(const std::vector<std::string>& copies) {
@@ -42,7 +42,7 @@ protected:
     }
 };
 
-TEST_F(LiveSavedHistory, DamagedOneIsSetAsideRecoveredAndErasedInTheSettings) {
+TEST_F(LiveSavedHistoryTest, DamagedOneIsSetAsideRecoveredAndErasedInTheSettings) {
     saveHistory({"first", "second", "third"});
     std::filesystem::resize_file(entryFiles().front(), 20);
     startHistory();
@@ -69,7 +69,7 @@ TEST_F(LiveSavedHistory, DamagedOneIsSetAsideRecoveredAndErasedInTheSettings) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder().parent_path()), {}), 1);
 }
 
-TEST_F(LiveSavedHistory, OneThatIsOffOpensWithWhatIsKeptAndIsTurnedOnThere) {
+TEST_F(LiveSavedHistoryTest, OneThatIsOffOpensWithWhatIsKeptAndIsTurnedOnThere) {
     saveHistory({"kept"});
     core::ClipboardOptions options;
     options.enabled = false;
@@ -95,7 +95,7 @@ TEST_F(LiveSavedHistory, OneThatIsOffOpensWithWhatIsKeptAndIsTurnedOnThere) {
     EXPECT_TRUE(isPanelOpen(false));
 }
 
-TEST_F(LiveSavedHistory, DiskThatFailsIsNotWrittenToAndReadWhenItWorksAgain) {
+TEST_F(LiveSavedHistoryTest, DiskThatFailsIsNotWrittenToAndReadWhenItWorksAgain) {
     saveHistory({"first", "second"});
     const auto before = written();
     ASSERT_TRUE(writeFile(desktop().home() / "failing", ""));
@@ -113,7 +113,7 @@ TEST_F(LiveSavedHistory, DiskThatFailsIsNotWrittenToAndReadWhenItWorksAgain) {
     EXPECT_TRUE(says("setAside", 0));
 }
 
-TEST_F(LiveSavedHistory, ReadingThatFailsOnceIsTriedAgainAtOnce) {
+TEST_F(LiveSavedHistoryTest, ReadingThatFailsOnceIsTriedAgainAtOnce) {
     saveHistory({"first", "second"});
     ASSERT_TRUE(writeFile(desktop().home() / "stale", ""));
     startHistory({{"LD_PRELOAD", QUILLANE_FAILING_FILES}});
@@ -122,7 +122,7 @@ TEST_F(LiveSavedHistory, ReadingThatFailsOnceIsTriedAgainAtOnce) {
     EXPECT_TRUE(says("storageError", false));
 }
 
-TEST_F(LiveSavedHistory, StartWritesNoneOfItsFiles) {
+TEST_F(LiveSavedHistoryTest, StartWritesNoneOfItsFiles) {
     saveHistory({"first", "second"});
     const auto before = written();
     startHistory();

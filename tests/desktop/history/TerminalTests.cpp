@@ -20,10 +20,10 @@ void PrintTo(const Terminal& terminal, std::ostream* out) {
 }
 
 /// Pasting into a program that runs in a terminal and writes what it is given to a file.
-class LiveTerminal : public LiveHistory, public testing::WithParamInterface<Terminal> {
+class LiveTerminalTest : public LiveHistoryTest, public testing::WithParamInterface<Terminal> {
 protected:
     void TearDown() override {
-        LiveHistory::TearDown(); // keeps the evidence while everything still runs
+        LiveHistoryTest::TearDown(); // keeps the evidence while everything still runs
         terminal_.reset();
     }
 
@@ -51,7 +51,7 @@ private:
     std::optional<ChildProcess> terminal_;
 };
 
-TEST_P(LiveTerminal, WhatIsChosenIsGivenToTheProgramInIt) {
+TEST_P(LiveTerminalTest, WhatIsChosenIsGivenToTheProgramInIt) {
     startHistory();
     copy("first line");
     ASSERT_TRUE(hasEntries(1));
@@ -74,9 +74,9 @@ TEST_P(LiveTerminal, WhatIsChosenIsGivenToTheProgramInIt) {
     expectGiven("a שורה second\nfirst line\n");
 }
 
-using LiveTerminalWithSearch = LiveTerminal;
+using LiveTerminalWithSearchTest = LiveTerminalTest;
 
-TEST_P(LiveTerminalWithSearch, WhatIsChosenIsPastedIntoItsSearchField) {
+TEST_P(LiveTerminalWithSearchTest, WhatIsChosenIsPastedIntoItsSearchField) {
     startHistory();
     copy("needle");
     ASSERT_TRUE(hasEntries(1));
@@ -92,10 +92,10 @@ TEST_P(LiveTerminalWithSearch, WhatIsChosenIsPastedIntoItsSearchField) {
 const Terminal xfce{"Xfce", {"xfce4-terminal", "--disable-server", "-x"}};
 const Terminal xterm{"XTerm", {"xterm", "-u8", "-e"}};
 
-INSTANTIATE_TEST_SUITE_P(In, LiveTerminalWithSearch, testing::Values(xfce),
+INSTANTIATE_TEST_SUITE_P(In, LiveTerminalWithSearchTest, testing::Values(xfce),
                          [](const auto& parameter) { return std::string(parameter.param.name); });
 
-INSTANTIATE_TEST_SUITE_P(In, LiveTerminal, testing::Values(xfce, xterm),
+INSTANTIATE_TEST_SUITE_P(In, LiveTerminalTest, testing::Values(xfce, xterm),
                          [](const auto& parameter) { return std::string(parameter.param.name); });
 
 } // namespace

@@ -7,7 +7,7 @@ namespace quillane::live {
 namespace {
 
 /// Chords pressed in a window that the agent takes for a Chromium browser, and counted in the agent's status.
-class LiveDirectionChord : public AgentTest {
+class LiveDirectionChordTest : public AgentTest {
 protected:
     void SetUp() override {
         AgentTest::SetUp();
@@ -42,7 +42,7 @@ protected:
     std::optional<LiveForm> form_;
 };
 
-TEST_F(LiveDirectionChord, ControlWithRightShiftFiresOnceOnTheLastRelease) {
+TEST_F(LiveDirectionChordTest, ControlWithRightShiftFiresOnceOnTheLastRelease) {
     const auto& keyboard = desktop().keyboard();
     keyboard.press(Key::leftControl);
     keyboard.press(Key::rightShift);
@@ -54,25 +54,25 @@ TEST_F(LiveDirectionChord, ControlWithRightShiftFiresOnceOnTheLastRelease) {
     expectDeliveries("LTR", 2);
 }
 
-TEST_F(LiveDirectionChord, EitherControlAndEitherOrderWork) {
+TEST_F(LiveDirectionChordTest, EitherControlAndEitherOrderWork) {
     desktop().keyboard().chord({Key::rightShift, Key::rightControl});
     expectDeliveries("RTL", 1);
     desktop().keyboard().chord({Key::rightControl, Key::leftShift});
     expectDeliveries("LTR", 2);
 }
 
-TEST_F(LiveDirectionChord, RightAltWithRightShiftGivesRightToLeft) {
+TEST_F(LiveDirectionChordTest, RightAltWithRightShiftGivesRightToLeft) {
     desktop().keyboard().chord({Key::rightAlt, Key::leftShift});
     desktop().keyboard().chord({Key::rightAlt, Key::rightShift});
     expectDeliveries("RTL", 1);
 }
 
-TEST_F(LiveDirectionChord, ALetterInBetweenCancels) {
+TEST_F(LiveDirectionChordTest, ALetterInBetweenCancels) {
     desktop().keyboard().tapWith({Key::leftControl, Key::rightShift}, Key::k);
     expectOnlyTheNextChordDelivers();
 }
 
-TEST_F(LiveDirectionChord, AClickInBetweenCancels) {
+TEST_F(LiveDirectionChordTest, AClickInBetweenCancels) {
     desktop().keyboard().press(Key::leftControl);
     desktop().keyboard().press(Key::rightShift);
     desktop().keyboard().click(1);
@@ -81,7 +81,7 @@ TEST_F(LiveDirectionChord, AClickInBetweenCancels) {
     expectOnlyTheNextChordDelivers();
 }
 
-TEST_F(LiveDirectionChord, AScrollInBetweenCancels) {
+TEST_F(LiveDirectionChordTest, AScrollInBetweenCancels) {
     desktop().keyboard().press(Key::leftControl);
     desktop().keyboard().press(Key::rightShift);
     desktop().keyboard().click(4);
@@ -90,7 +90,7 @@ TEST_F(LiveDirectionChord, AScrollInBetweenCancels) {
     expectOnlyTheNextChordDelivers();
 }
 
-TEST_F(LiveDirectionChord, TheOtherShiftWithoutReleaseCancels) {
+TEST_F(LiveDirectionChordTest, TheOtherShiftWithoutReleaseCancels) {
     desktop().keyboard().press(Key::leftControl);
     desktop().keyboard().tap(Key::leftShift);
     desktop().keyboard().tap(Key::rightShift);
@@ -98,12 +98,12 @@ TEST_F(LiveDirectionChord, TheOtherShiftWithoutReleaseCancels) {
     expectOnlyTheNextChordDelivers();
 }
 
-TEST_F(LiveDirectionChord, AThirdModifierCancels) {
+TEST_F(LiveDirectionChordTest, AThirdModifierCancels) {
     desktop().keyboard().chord({Key::leftControl, Key::rightShift, Key::leftSuper});
     expectOnlyTheNextChordDelivers();
 }
 
-TEST_F(LiveDirectionChord, HeldAcrossAnApplicationSwitchNeverFires) {
+TEST_F(LiveDirectionChordTest, HeldAcrossAnApplicationSwitchNeverFires) {
     auto other = desktop().startApplication({"mousepad", "--disable-server"});
     ASSERT_TRUE(other) << other.error();
     desktop().keyboard().press(Key::leftControl);
@@ -115,7 +115,7 @@ TEST_F(LiveDirectionChord, HeldAcrossAnApplicationSwitchNeverFires) {
     expectOnlyTheNextChordDelivers();
 }
 
-TEST_F(LiveDirectionChord, DoesNothingInAnApplicationWithoutDirections) {
+TEST_F(LiveDirectionChordTest, DoesNothingInAnApplicationWithoutDirections) {
     auto other = desktop().startApplication({"mousepad", "--disable-server"});
     ASSERT_TRUE(other) << other.error();
     desktop().keyboard().chord({Key::leftControl, Key::rightShift});
@@ -124,7 +124,7 @@ TEST_F(LiveDirectionChord, DoesNothingInAnApplicationWithoutDirections) {
     expectOnlyTheNextChordDelivers();
 }
 
-TEST_F(LiveDirectionChord, DoesNothingWhilePaused) {
+TEST_F(LiveDirectionChordTest, DoesNothingWhilePaused) {
     ASSERT_TRUE(agent().command({"pause"}).succeeded());
     desktop().keyboard().chord({Key::leftControl, Key::rightShift});
     ASSERT_TRUE(agent().command({"resume"}).succeeded());
@@ -132,7 +132,7 @@ TEST_F(LiveDirectionChord, DoesNothingWhilePaused) {
     expectOnlyTheNextChordDelivers();
 }
 
-TEST_F(LiveDirectionChord, HeldWhileTheMonitorStartsNeverFires) {
+TEST_F(LiveDirectionChordTest, HeldWhileTheMonitorStartsNeverFires) {
     ASSERT_TRUE(agent().command({"pause"}).succeeded());
     desktop().keyboard().press(Key::leftControl);
     desktop().keyboard().press(Key::rightShift);

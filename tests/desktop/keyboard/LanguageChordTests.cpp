@@ -9,7 +9,7 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds settled{400}; // longer than a second switch by the same chord would take
 
-class LiveLanguageChord : public AgentEditorTest {
+class LiveLanguageChordTest : public AgentEditorTest {
 protected:
     void chord() { desktop().chordInto(editor().pid(), {Key::leftAlt, Key::leftShift}); }
 
@@ -25,9 +25,9 @@ protected:
     }
 };
 
-QUILLANE_IN_BOTH_EDITORS(LiveLanguageChord);
+QUILLANE_IN_BOTH_EDITORS(LiveLanguageChordTest);
 
-TEST_P(LiveLanguageChord, SwitchesToTheNextSourceAndBackAndSaysSo) {
+TEST_P(LiveLanguageChordTest, SwitchesToTheNextSourceAndBackAndSaysSo) {
     startTyping(GetParam(), false);
     chord();
     ASSERT_TRUE(reaches(1));
@@ -44,13 +44,13 @@ TEST_P(LiveLanguageChord, SwitchesToTheNextSourceAndBackAndSaysSo) {
     expectEditorText("שדגasd");
 }
 
-TEST_P(LiveLanguageChord, EitherKeyMayComeFirst) {
+TEST_P(LiveLanguageChordTest, EitherKeyMayComeFirst) {
     startTyping(GetParam(), false);
     desktop().keyboard().chord({Key::leftShift, Key::leftAlt});
     EXPECT_TRUE(reaches(1));
 }
 
-TEST_P(LiveLanguageChord, OpensNoMenuAndMovesNoFocus) {
+TEST_P(LiveLanguageChordTest, OpensNoMenuAndMovesNoFocus) {
     startTyping(GetParam(), false);
     const auto focus = desktop().screen().focusedWindow();
     const auto active = desktop().screen().activeWindow();
@@ -64,13 +64,13 @@ TEST_P(LiveLanguageChord, OpensNoMenuAndMovesNoFocus) {
     expectEditorText("ש");
 }
 
-TEST_P(LiveLanguageChord, ALetterInBetweenCancels) {
+TEST_P(LiveLanguageChordTest, ALetterInBetweenCancels) {
     startTyping(GetParam(), false);
     desktop().keyboard().tapWith({Key::leftAlt, Key::leftShift}, Key::b);
     expectOnlyThisChordSwitches();
 }
 
-TEST_P(LiveLanguageChord, AClickInBetweenCancels) {
+TEST_P(LiveLanguageChordTest, AClickInBetweenCancels) {
     startTyping(GetParam(), false);
     desktop().keyboard().press(Key::leftShift);
     desktop().keyboard().press(Key::leftAlt);
@@ -80,7 +80,7 @@ TEST_P(LiveLanguageChord, AClickInBetweenCancels) {
     expectOnlyThisChordSwitches();
 }
 
-TEST_P(LiveLanguageChord, AScrollInBetweenCancels) {
+TEST_P(LiveLanguageChordTest, AScrollInBetweenCancels) {
     startTyping(GetParam(), false);
     desktop().keyboard().press(Key::leftShift);
     desktop().keyboard().press(Key::leftAlt);
@@ -90,7 +90,7 @@ TEST_P(LiveLanguageChord, AScrollInBetweenCancels) {
     expectOnlyThisChordSwitches();
 }
 
-TEST_P(LiveLanguageChord, OtherModifiersDoNotSwitch) {
+TEST_P(LiveLanguageChordTest, OtherModifiersDoNotSwitch) {
     startTyping(GetParam(), false);
     desktop().keyboard().chord({Key::leftAlt, Key::rightShift});
     desktop().keyboard().chord({Key::leftAlt, Key::leftShift, Key::leftSuper});
@@ -98,7 +98,7 @@ TEST_P(LiveLanguageChord, OtherModifiersDoNotSwitch) {
     expectOnlyThisChordSwitches();
 }
 
-TEST_P(LiveLanguageChord, HeldAcrossAnApplicationSwitchNeverFires) {
+TEST_P(LiveLanguageChordTest, HeldAcrossAnApplicationSwitchNeverFires) {
     startTyping(GetParam(), false);
     auto other = desktop().startApplication({"featherpad", "--standalone"});
     ASSERT_TRUE(other) << other.error();
@@ -110,7 +110,7 @@ TEST_P(LiveLanguageChord, HeldAcrossAnApplicationSwitchNeverFires) {
     expectOnlyThisChordSwitches();
 }
 
-TEST_P(LiveLanguageChord, DoesNothingWhilePaused) {
+TEST_P(LiveLanguageChordTest, DoesNothingWhilePaused) {
     startTyping(GetParam(), false);
     ASSERT_TRUE(agent().command({"pause"}).succeeded());
     chord();
@@ -121,7 +121,7 @@ TEST_P(LiveLanguageChord, DoesNothingWhilePaused) {
     EXPECT_TRUE(reaches(1));
 }
 
-TEST_P(LiveLanguageChord, SwitchesOnceWhereTheKeymapSwitchesToo) {
+TEST_P(LiveLanguageChordTest, SwitchesOnceWhereTheKeymapSwitchesToo) {
     startTyping(GetParam(), false);
     ASSERT_TRUE(desktop().setKeyboardMap("us,il", "grp:alt_shift_toggle"));
     ASSERT_TRUE(agent().useGroup(0, false));
@@ -133,9 +133,9 @@ TEST_P(LiveLanguageChord, SwitchesOnceWhereTheKeymapSwitchesToo) {
     EXPECT_TRUE(holdsFor(settled, [&] { return desktop().screen().group() == 0; }));
 }
 
-using LiveLanguageSettings = AgentTest;
+using LiveLanguageSettingsTest = AgentTest;
 
-TEST_F(LiveLanguageSettings, OneSourceAloneIsReported) {
+TEST_F(LiveLanguageSettingsTest, OneSourceAloneIsReported) {
     LiveDesktopOptions oneLayout;
     oneLayout.layouts = "us";
     startDesktop(oneLayout);
@@ -145,7 +145,7 @@ TEST_F(LiveLanguageSettings, OneSourceAloneIsReported) {
         [](const auto& status) { return status.at("lastAction") == "Enable at least two keyboard languages"; }));
 }
 
-TEST_F(LiveLanguageSettings, SwitchedOffTheChordDoesNothing) {
+TEST_F(LiveLanguageSettingsTest, SwitchedOffTheChordDoesNothing) {
     ASSERT_TRUE(writeAgentSettings(desktop(), {{"LanguageSwitchEnabled", "<false/>"}}));
     startTyping(editors().front(), false);
     desktop().keyboard().chord({Key::leftAlt, Key::leftShift});

@@ -10,7 +10,7 @@
 namespace quillane::live {
 namespace {
 
-class LiveShiftTyping : public AgentEditorTest {
+class LiveShiftTypingTest : public AgentEditorTest {
 protected:
     void typeWithShift(std::string_view letters) {
         desktop().keyboard().press(Key::leftShift);
@@ -19,9 +19,9 @@ protected:
     }
 };
 
-QUILLANE_IN_BOTH_EDITORS(LiveShiftTyping);
+QUILLANE_IN_BOTH_EDITORS(LiveShiftTypingTest);
 
-TEST_P(LiveShiftTyping, TypesLowerCaseEnglishInHebrewAndLeavesNoKeyStuck) {
+TEST_P(LiveShiftTypingTest, TypesLowerCaseEnglishInHebrewAndLeavesNoKeyStuck) {
     startTyping(GetParam());
     typeWithShift("asd");
     expectEditorText("asd");
@@ -30,19 +30,19 @@ TEST_P(LiveShiftTyping, TypesLowerCaseEnglishInHebrewAndLeavesNoKeyStuck) {
     expectEditorText("asdשדג");
 }
 
-TEST_P(LiveShiftTyping, WorksWithTheRightShiftToo) {
+TEST_P(LiveShiftTypingTest, WorksWithTheRightShiftToo) {
     startTyping(GetParam());
     desktop().keyboard().tapWith({Key::rightShift}, Key::k);
     expectEditorText("k");
 }
 
-TEST_P(LiveShiftTyping, TypesEveryLetterOfTheAlphabet) {
+TEST_P(LiveShiftTypingTest, TypesEveryLetterOfTheAlphabet) {
     startTyping(GetParam());
     typeWithShift("abcdefghijklmnopqrstuvwxyz");
     expectEditorText("abcdefghijklmnopqrstuvwxyz");
 }
 
-TEST_P(LiveShiftTyping, KeysMayBeReleasedInAnyOrder) {
+TEST_P(LiveShiftTypingTest, KeysMayBeReleasedInAnyOrder) {
     startTyping(GetParam());
     const auto& keyboard = desktop().keyboard();
     keyboard.press(Key::leftShift);
@@ -57,26 +57,26 @@ TEST_P(LiveShiftTyping, KeysMayBeReleasedInAnyOrder) {
     expectEditorText("asג");
 }
 
-TEST_P(LiveShiftTyping, LeavesDigitsAlone) {
+TEST_P(LiveShiftTypingTest, LeavesDigitsAlone) {
     startTyping(GetParam());
     desktop().keyboard().tapWith({Key::leftShift}, Key::digit1);
     expectEditorText("!");
 }
 
-TEST_P(LiveShiftTyping, LeavesShortcutsAlone) {
+TEST_P(LiveShiftTypingTest, LeavesShortcutsAlone) {
     startTyping(GetParam());
     desktop().keyboard().tapWith({Key::leftControl, Key::leftShift}, Key::a);
     typeWithShift("b");
     expectEditorText("b"); // the shortcut typed nothing
 }
 
-TEST_P(LiveShiftTyping, LeavesAnEnglishSourceAlone) {
+TEST_P(LiveShiftTypingTest, LeavesAnEnglishSourceAlone) {
     startTyping(GetParam(), false);
     typeWithShift("asd");
     expectEditorText("ASD");
 }
 
-TEST_P(LiveShiftTyping, FollowsTheSourceAtOnce) {
+TEST_P(LiveShiftTypingTest, FollowsTheSourceAtOnce) {
     startTyping(GetParam());
     typeWithShift("a");
     expectEditorText("a");
@@ -88,7 +88,7 @@ TEST_P(LiveShiftTyping, FollowsTheSourceAtOnce) {
     expectEditorText("aAa");
 }
 
-TEST_P(LiveShiftTyping, DoesNothingWhilePaused) {
+TEST_P(LiveShiftTypingTest, DoesNothingWhilePaused) {
     startTyping(GetParam());
     ASSERT_TRUE(agent().command({"pause"}).succeeded());
     ASSERT_EQ(agent().status().at("paused"), true);
@@ -100,7 +100,7 @@ TEST_P(LiveShiftTyping, DoesNothingWhilePaused) {
     expectEditorText("Aa");
 }
 
-TEST_P(LiveShiftTyping, WorksInArabic) {
+TEST_P(LiveShiftTypingTest, WorksInArabic) {
     startTyping(GetParam());
     ASSERT_TRUE(desktop().setKeyboardMap("us,ara"));
     ASSERT_TRUE(agent().useGroup(0, false));
@@ -111,7 +111,7 @@ TEST_P(LiveShiftTyping, WorksInArabic) {
     expectEditorText("asdشسي");
 }
 
-TEST_P(LiveShiftTyping, HundredRandomWordsAtTwentyKeysASecondArriveInOrder) {
+TEST_P(LiveShiftTypingTest, HundredRandomWordsAtTwentyKeysASecondArriveInOrder) {
     startTyping(GetParam());
     constexpr std::chrono::milliseconds pause{50};
     std::mt19937 random(20); // the same words in every run
@@ -136,7 +136,7 @@ TEST_P(LiveShiftTyping, HundredRandomWordsAtTwentyKeysASecondArriveInOrder) {
     EXPECT_TRUE(desktop().screen().keysDown().none());
 }
 
-class LiveShiftTypingInForm : public AgentTest {
+class LiveShiftTypingInFormTest : public AgentTest {
 protected:
     void startForm(const std::string& focus) {
         startAgent();
@@ -152,19 +152,19 @@ protected:
     std::optional<LiveForm> form_;
 };
 
-TEST_F(LiveShiftTypingInForm, TypesIntoAPlainField) {
+TEST_F(LiveShiftTypingInFormTest, TypesIntoAPlainField) {
     startForm("plain");
     desktop().keyboard().tapWith({Key::leftShift}, Key::a);
     EXPECT_TRUE(waitUntil([&] { return form_->text("plain") == "a"; })) << form_->text("plain");
 }
 
-TEST_F(LiveShiftTypingInForm, LeavesAPasswordFieldAlone) {
+TEST_F(LiveShiftTypingInFormTest, LeavesAPasswordFieldAlone) {
     startForm("password");
     desktop().keyboard().tapWith({Key::leftShift}, Key::a);
     EXPECT_TRUE(waitUntil([&] { return form_->text("password") == "A"; })) << form_->text("password");
 }
 
-TEST_F(LiveShiftTypingInForm, LeavesAFieldAloneThatCannotBeEdited) {
+TEST_F(LiveShiftTypingInFormTest, LeavesAFieldAloneThatCannotBeEdited) {
     startForm("readonly");
     desktop().keyboard().tapWith({Key::leftShift}, Key::a);
     const auto isLetter = [](const auto& event) { return event.at("code") == static_cast<int>(Key::a); };
@@ -174,7 +174,7 @@ TEST_F(LiveShiftTypingInForm, LeavesAFieldAloneThatCannotBeEdited) {
     }
 }
 
-TEST_F(LiveShiftTypingInForm, ShortcutsKeepTheirKey) {
+TEST_F(LiveShiftTypingInFormTest, ShortcutsKeepTheirKey) {
     startForm("plain");
     desktop().keyboard().tapWith({Key::leftControl, Key::leftShift}, Key::a);
     const auto isShortcut = [](const auto& event) {

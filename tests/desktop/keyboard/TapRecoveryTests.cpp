@@ -12,7 +12,7 @@ using std::chrono::milliseconds;
 constexpr milliseconds recovery{2000};
 
 /// What the agent does when the keyboard is taken from under it, and what it gives back.
-class LiveTapRecovery : public AgentTest {
+class LiveTapRecoveryTest : public AgentTest {
 protected:
     /// Types Shift with a letter until the editor gets the lower-case one, as long as a recovery may take.
     [[nodiscard]] bool shiftTypingComesBack() {
@@ -25,7 +25,7 @@ protected:
     }
 };
 
-TEST_F(LiveTapRecovery, EveryKilledConnectionIsReplacedWithinTwoSeconds) {
+TEST_F(LiveTapRecoveryTest, EveryKilledConnectionIsReplacedWithinTwoSeconds) {
     startTyping(editors().front());
     int killed = 0;
     for (const auto connection : connectionsOf(desktop().screen(), agent().process().pid())) {
@@ -39,14 +39,14 @@ TEST_F(LiveTapRecovery, EveryKilledConnectionIsReplacedWithinTwoSeconds) {
     EXPECT_EQ(agent().status().at("monitorRunning"), true);
 }
 
-TEST_F(LiveTapRecovery, SurvivesAnotherKeyboardMap) {
+TEST_F(LiveTapRecoveryTest, SurvivesAnotherKeyboardMap) {
     startTyping(editors().front());
     ASSERT_TRUE(desktop().setKeyboardMap("us,il,ara"));
     desktop().screen().lockGroup(1);
     EXPECT_TRUE(shiftTypingComesBack()) << editorText();
 }
 
-TEST_F(LiveTapRecovery, SurvivesKeyboardsThatComeAndGo) {
+TEST_F(LiveTapRecoveryTest, SurvivesKeyboardsThatComeAndGo) {
     startTyping(editors().front());
     ASSERT_TRUE(desktop().run({"xinput", "create-master", "Second"}).succeeded());
     EXPECT_TRUE(shiftTypingComesBack()) << editorText();
@@ -54,7 +54,7 @@ TEST_F(LiveTapRecovery, SurvivesKeyboardsThatComeAndGo) {
     EXPECT_TRUE(shiftTypingComesBack()) << editorText();
 }
 
-TEST_F(LiveTapRecovery, SurvivesAGrabByAnotherProgram) {
+TEST_F(LiveTapRecoveryTest, SurvivesAGrabByAnotherProgram) {
     startTyping(editors().front());
     ASSERT_TRUE(grabKeyboard(desktop().screen()));
     desktop().keyboard().tapWith({Key::leftShift}, Key::a);
@@ -64,9 +64,9 @@ TEST_F(LiveTapRecovery, SurvivesAGrabByAnotherProgram) {
 }
 
 /// The ways in which the agent ends, and what it must leave as it was.
-class LiveGiveBack : public LiveTapRecovery, public testing::WithParamInterface<int> {};
+class LiveGiveBackTest : public LiveTapRecoveryTest, public testing::WithParamInterface<int> {};
 
-TEST_P(LiveGiveBack, GrabsAndSpareKeyCodesAreBackAfterTheEnd) {
+TEST_P(LiveGiveBackTest, GrabsAndSpareKeyCodesAreBackAfterTheEnd) {
     const auto keymap = desktop().screen().keymap();
     startTyping(editors().front());
     desktop().keyboard().tapWith({Key::leftShift}, Key::a);
@@ -86,11 +86,11 @@ TEST_P(LiveGiveBack, GrabsAndSpareKeyCodesAreBackAfterTheEnd) {
     expectEditorText("aA");
 }
 
-INSTANTIATE_TEST_SUITE_P(By, LiveGiveBack, testing::Values(0, SIGTERM, SIGINT), [](const auto& parameter) {
+INSTANTIATE_TEST_SUITE_P(By, LiveGiveBackTest, testing::Values(0, SIGTERM, SIGINT), [](const auto& parameter) {
     return parameter.param == 0 ? "Quit" : parameter.param == SIGTERM ? "Sigterm" : "Sigint";
 });
 
-TEST_F(LiveTapRecovery, PausingGivesTheKeysBackToo) {
+TEST_F(LiveTapRecoveryTest, PausingGivesTheKeysBackToo) {
     startTyping(editors().front());
     ASSERT_TRUE(shiftTypingComesBack()) << editorText(); // the keys have been taken
     ASSERT_FALSE(isFreeToGrab(desktop().screen(), Key::a, XCB_MOD_MASK_SHIFT));

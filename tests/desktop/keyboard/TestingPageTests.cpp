@@ -7,7 +7,7 @@ namespace quillane::live {
 namespace {
 
 /// The testing page of the settings, opened and used by keys alone.
-class LiveTestingPage : public AgentTest {
+class LiveTestingPageTest : public AgentTest {
 protected:
     void SetUp() override {
         AgentTest::SetUp();
@@ -36,7 +36,7 @@ protected:
     }
 };
 
-TEST_F(LiveTestingPage, AChordTurnsTheParagraphOfTheTextBoxAndTurnsItBack) {
+TEST_F(LiveTestingPageTest, AChordTurnsTheParagraphOfTheTextBoxAndTurnsItBack) {
     desktop().keyboard().type("abc");
     expectTyped("abc");
     const int left = firstCharacter();
@@ -49,7 +49,7 @@ TEST_F(LiveTestingPage, AChordTurnsTheParagraphOfTheTextBoxAndTurnsItBack) {
     expectTyped("abc");
 }
 
-TEST_F(LiveTestingPage, AChordBesideTheTextBoxTurnsNothing) {
+TEST_F(LiveTestingPageTest, AChordBesideTheTextBoxTurnsNothing) {
     desktop().keyboard().type("abc");
     expectTyped("abc");
     desktop().keyboard().tap(Key::tab);

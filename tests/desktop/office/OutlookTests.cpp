@@ -8,7 +8,7 @@ namespace {
 
 constexpr auto cancelled = "Direction change cancelled after focus changed or another key was pressed";
 
-class LiveOutlook : public LiveOffice {
+class LiveOutlookTest : public LiveOffice {
 protected:
     void startOutlook(const std::vector<std::string>& options = {}) { start(QUILLANE_OUTLOOK_STANDIN, options); }
 
@@ -31,28 +31,28 @@ protected:
     }
 };
 
-TEST_F(LiveOutlook, AChordTurnsTheBodyAndTurnsItBack) {
+TEST_F(LiveOutlookTest, AChordTurnsTheBodyAndTurnsItBack) {
     startOutlook();
     turnThereAndBack("body");
     expectCount("focus", 1);
     expectCount("menu", 0);
 }
 
-TEST_F(LiveOutlook, AChordTurnsTheSubjectByItsContextMenuAndTurnsItBack) {
+TEST_F(LiveOutlookTest, AChordTurnsTheSubjectByItsContextMenuAndTurnsItBack) {
     startOutlook({"--focus", "subject"});
     turnThereAndBack("subject");
     expectCount("menu", 2);
     expectCount("menu closed", 2);
 }
 
-TEST_F(LiveOutlook, ANarrowWindowIsServedThroughItsPopover) {
+TEST_F(LiveOutlookTest, ANarrowWindowIsServedThroughItsPopover) {
     startOutlook({"--toolbar", "narrow"});
     turnThereAndBack("body");
     expectCount("overflow", 2);
     expectCount("popover", 2);
 }
 
-TEST_F(LiveOutlook, APopoverThatTakesTheFocusIsServedToo) {
+TEST_F(LiveOutlookTest, APopoverThatTakesTheFocusIsServedToo) {
     startOutlook({"--toolbar", "narrow", "--popover", "focused"});
     turnRight();
     expectTurned(1, "body", "rtl");
@@ -70,9 +70,9 @@ void PrintTo(const Refusal& row, std::ostream* out) {
     *out << row.name;
 }
 
-class LiveOutlookRefusal : public LiveOutlook, public testing::WithParamInterface<Refusal> {};
+class LiveOutlookRefusalTest : public LiveOutlookTest, public testing::WithParamInterface<Refusal> {};
 
-TEST_P(LiveOutlookRefusal, SaysWhyAndTurnsNothing) {
+TEST_P(LiveOutlookRefusalTest, SaysWhyAndTurnsNothing) {
     startOutlook(GetParam().options);
     turnRight();
     expectSaid(GetParam().said);
@@ -82,7 +82,7 @@ TEST_P(LiveOutlookRefusal, SaysWhyAndTurnsNothing) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Where, LiveOutlookRefusal,
+    Where, LiveOutlookRefusalTest,
     testing::Values(
         Refusal{"PlainText", {"--toolbar", "none"}, "Formatting toolbar not found — the message must use HTML", 0},
         Refusal{"ReadingPane",
@@ -106,7 +106,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& one) { return std::string(one.param.name); });
 
 /// The popover does not come while the agent waits for it.
-class LiveOutlookWait : public LiveOutlook {
+class LiveOutlookWaitTest : public LiveOutlookTest {
 protected:
     void beginWait() {
         startOutlook({"--toolbar", "narrow", "--popover", "never"});
@@ -115,14 +115,14 @@ protected:
     }
 };
 
-TEST_F(LiveOutlookWait, AKeyThatMovesTheCursorElsewhereCancelsIt) {
+TEST_F(LiveOutlookWaitTest, AKeyThatMovesTheCursorElsewhereCancelsIt) {
     beginWait();
     desktop().keyboard().tap(Key::tab);
     expectSaid(cancelled);
     expectCount("direction", 0);
 }
 
-TEST_F(LiveOutlookWait, AKeyThatLeavesTheCursorWhereItIsCancelsItToo) {
+TEST_F(LiveOutlookWaitTest, AKeyThatLeavesTheCursorWhereItIsCancelsItToo) {
     beginWait();
     desktop().keyboard().tap(Key::a);
     expectSaid(cancelled);
@@ -130,7 +130,7 @@ TEST_F(LiveOutlookWait, AKeyThatLeavesTheCursorWhereItIsCancelsItToo) {
     expectCount("direction", 0);
 }
 
-TEST_F(LiveOutlookWait, AnotherApplicationCancelsIt) {
+TEST_F(LiveOutlookWaitTest, AnotherApplicationCancelsIt) {
     startEditor(editors().front());
     beginWait();
     ASSERT_TRUE(desktop().bringToFront(editor().pid()));

@@ -6,7 +6,7 @@
 namespace quillane::live {
 namespace {
 
-class LiveWord : public LiveOffice {
+class LiveWordTest : public LiveOffice {
 protected:
     void startWord(const std::vector<std::string>& options = {}) { start(QUILLANE_WORD_STANDIN, options); }
 
@@ -19,7 +19,7 @@ protected:
     }
 };
 
-TEST_F(LiveWord, AChordTurnsTheParagraphAndTurnsItBack) {
+TEST_F(LiveWordTest, AChordTurnsTheParagraphAndTurnsItBack) {
     startWord();
     turnRight();
     expectParagraphs({"ltr", "rtl"});
@@ -34,7 +34,7 @@ TEST_F(LiveWord, AChordTurnsTheParagraphAndTurnsItBack) {
     expectCount("tab", 0);
 }
 
-TEST_F(LiveWord, OpensTheHomeTabWhenAnotherIsShown) {
+TEST_F(LiveWordTest, OpensTheHomeTabWhenAnotherIsShown) {
     startWord({"--shown", "Insert"});
     turnRight();
     expectParagraphs({"ltr", "rtl"});
@@ -61,9 +61,9 @@ void PrintTo(const Refusal& row, std::ostream* out) {
 constexpr auto openHome = "Open the Home tab in Word to show paragraph direction buttons";
 constexpr auto place = "Place the cursor in the Word document body";
 
-class LiveWordRefusal : public LiveWord, public testing::WithParamInterface<Refusal> {};
+class LiveWordRefusalTest : public LiveWordTest, public testing::WithParamInterface<Refusal> {};
 
-TEST_P(LiveWordRefusal, SaysWhyAndTurnsNothing) {
+TEST_P(LiveWordRefusalTest, SaysWhyAndTurnsNothing) {
     startWord(GetParam().options);
     turnRight();
     expectSaid(GetParam().said);
@@ -72,7 +72,7 @@ TEST_P(LiveWordRefusal, SaysWhyAndTurnsNothing) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Where, LiveWordRefusal,
+    Where, LiveWordRefusalTest,
     testing::Values(Refusal{"DisabledButton", {"--disabled"}, "Word cannot change direction in this document", 0},
                     Refusal{"NoHomeTab", {"--tabs", "Insert,Layout", "--shown", "Insert"}, openHome, 0},
                     Refusal{"HomeTabWithoutButtons", {"--shown", "Insert", "--coming", "never"}, openHome, 1},
@@ -81,7 +81,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& one) { return std::string(one.param.name); });
 
 /// The buttons come as soon as the page has lost the focus, while the agent still waits for them.
-class LiveWordWait : public LiveWord {
+class LiveWordWaitTest : public LiveWordTest {
 protected:
     void beginWait() {
         startWord({"--shown", "Insert", "--coming", "left"});
@@ -96,13 +96,13 @@ protected:
     }
 };
 
-TEST_F(LiveWordWait, AKeyThatMovesTheCursorElsewhereEndsItSilently) {
+TEST_F(LiveWordWaitTest, AKeyThatMovesTheCursorElsewhereEndsItSilently) {
     beginWait();
     desktop().keyboard().tap(Key::tab);
     expectNothingDone();
 }
 
-TEST_F(LiveWordWait, AnotherApplicationEndsItSilently) {
+TEST_F(LiveWordWaitTest, AnotherApplicationEndsItSilently) {
     startEditor(editors().front());
     beginWait();
     ASSERT_TRUE(desktop().bringToFront(editor().pid()));

@@ -26,14 +26,14 @@ namespace {
 
 using namespace std::chrono_literals;
 
-class ControlSocketTests : public testing::Test {
+class ControlSocketTest : public testing::Test {
 protected:
-    ControlSocketTests() {
+    ControlSocketTest() {
         std::string pattern = std::filesystem::temp_directory_path() / "quillane-control-XXXXXX";
         folder_ = ::mkdtemp(pattern.data());
     }
 
-    ~ControlSocketTests() override { std::filesystem::remove_all(folder_); }
+    ~ControlSocketTest() override { std::filesystem::remove_all(folder_); }
 
     [[nodiscard]] std::filesystem::path path() const { return folder_ / "quillane.sock"; }
 
@@ -85,7 +85,7 @@ private:
     std::filesystem::path folder_;
 };
 
-TEST_F(ControlSocketTests, AnswersARequest) {
+TEST_F(ControlSocketTest, AnswersARequest) {
     auto socket = ControlSocket::claim(path());
     ASSERT_TRUE(socket);
     ControlRequest seen;
@@ -103,7 +103,7 @@ TEST_F(ControlSocketTests, AnswersARequest) {
     EXPECT_EQ(seen, (ControlRequest{"share", {"/tmp/a b", "/tmp/קובץ"}}));
 }
 
-TEST_F(ControlSocketTests, OnlyOneAgentHoldsTheSocket) {
+TEST_F(ControlSocketTest, OnlyOneAgentHoldsTheSocket) {
     const auto first = ControlSocket::claim(path());
     ASSERT_TRUE(first);
     const auto second = ControlSocket::claim(path());
@@ -111,7 +111,7 @@ TEST_F(ControlSocketTests, OnlyOneAgentHoldsTheSocket) {
     EXPECT_EQ(second.error(), ClaimError::alreadyRunning);
 }
 
-TEST_F(ControlSocketTests, ASocketLeftBehindIsReplaced) {
+TEST_F(ControlSocketTest, ASocketLeftBehindIsReplaced) {
     {
         const FileDescriptor stale(::socket(AF_UNIX, SOCK_STREAM, 0));
         sockaddr_un address{};
@@ -123,7 +123,7 @@ TEST_F(ControlSocketTests, ASocketLeftBehindIsReplaced) {
     EXPECT_TRUE(ControlSocket::claim(path()));
 }
 
-TEST_F(ControlSocketTests, SocketIsForItsUserOnlyAndGoesWithTheAgent) {
+TEST_F(ControlSocketTest, SocketIsForItsUserOnlyAndGoesWithTheAgent) {
     {
         const auto socket = ControlSocket::claim(path());
         ASSERT_TRUE(socket);
@@ -136,7 +136,7 @@ TEST_F(ControlSocketTests, SocketIsForItsUserOnlyAndGoesWithTheAgent) {
     EXPECT_FALSE(std::filesystem::exists(path()));
 }
 
-TEST_F(ControlSocketTests, FolderAndLockAreOpenToTheUserWhateverTheMask) {
+TEST_F(ControlSocketTest, FolderAndLockAreOpenToTheUserWhateverTheMask) {
     const auto inNewFolder = path().parent_path() / "runtime" / "quillane.sock";
     const mode_t before = ::umask(0777);
     {
@@ -157,7 +157,7 @@ TEST_F(ControlSocketTests, FolderAndLockAreOpenToTheUserWhateverTheMask) {
     }
 }
 
-TEST_F(ControlSocketTests, ARequestBeforeTheHandlerIsAnsweredLater) {
+TEST_F(ControlSocketTest, ARequestBeforeTheHandlerIsAnsweredLater) {
     auto socket = ControlSocket::claim(path());
     ASSERT_TRUE(socket);
     std::optional<tl::expected<ControlReply, std::errc>> reply;
@@ -173,16 +173,16 @@ TEST_F(ControlSocketTests, ARequestBeforeTheHandlerIsAnsweredLater) {
     EXPECT_EQ((*reply)->text, "late");
 }
 
-TEST_F(ControlSocketTests, NoAgentIsAnError) {
+TEST_F(ControlSocketTest, NoAgentIsAnError) {
     EXPECT_EQ(sendControlRequest(path(), {"status", {}}, 1s).error(), std::errc::no_such_file_or_directory);
 }
 
-TEST_F(ControlSocketTests, AnAgentThatDoesNotAnswerIsATimeout) {
+TEST_F(ControlSocketTest, AnAgentThatDoesNotAnswerIsATimeout) {
     const auto socket = ControlSocket::claim(path());
     EXPECT_EQ(sendControlRequest(path(), {"status", {}}, 50ms).error(), std::errc::timed_out);
 }
 
-TEST_F(ControlSocketTests, NonsenseIsRefusedAndDoesNotReachTheHandler) {
+TEST_F(ControlSocketTest, NonsenseIsRefusedAndDoesNotReachTheHandler) {
     auto socket = ControlSocket::claim(path());
     ASSERT_TRUE(socket);
     int calls = 0;
@@ -200,7 +200,7 @@ TEST_F(ControlSocketTests, NonsenseIsRefusedAndDoesNotReachTheHandler) {
     EXPECT_EQ(calls, 0);
 }
 
-TEST_F(ControlSocketTests, AHandlerMayEndTheServer) {
+TEST_F(ControlSocketTest, AHandlerMayEndTheServer) {
     auto socket = ControlSocket::claim(path());
     ASSERT_TRUE(socket);
     (*socket)->setHandler([&](const ControlRequest&) {

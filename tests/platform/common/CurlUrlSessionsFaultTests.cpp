@@ -99,7 +99,7 @@ constexpr FaultRow rows[] = {
     {"endless-1xx", other},
 };
 
-class Faults : public UploadTest, public testing::WithParamInterface<FaultRow> {
+class FaultsTest : public UploadTest, public testing::WithParamInterface<FaultRow> {
 protected:
     void SetUp() override { ASSERT_TRUE(server_) << server_.error(); }
 
@@ -125,7 +125,7 @@ protected:
     tl::expected<FaultServer, std::string> server_ = FaultServer::start();
 };
 
-TEST_P(Faults, EndInTheRightMessage) {
+TEST_P(FaultsTest, EndInTheRightMessage) {
     const auto& row = GetParam();
     const auto address = server_->address(row.fault);
     if (row.sizes == Sizes::both) {
@@ -139,21 +139,21 @@ TEST_P(Faults, EndInTheRightMessage) {
     expectNoRequestElsewhere();
 }
 
-INSTANTIATE_TEST_SUITE_P(Server, Faults, testing::ValuesIn(rows), [](const auto& instance) {
+INSTANTIATE_TEST_SUITE_P(Server, FaultsTest, testing::ValuesIn(rows), [](const auto& instance) {
     std::string name = instance.param.fault;
     std::erase(name, '-');
     return name;
 });
 
-class Silence : public Faults {
+class SilenceTest : public FaultsTest {
 protected:
     void SetUp() override {
-        Faults::SetUp();
+        FaultsTest::SetUp();
         limits_ = {.silence = 400ms, .whole = 3s};
     }
 };
 
-TEST_P(Silence, TimesOut) {
+TEST_P(SilenceTest, TimesOut) {
     const auto begin = Clock::now();
     EXPECT_EQ(outcome(server_->address(GetParam().fault), files_.url("large.bin", std::string(64U << 20U, 'x'))),
               GetParam().outcome);
@@ -162,7 +162,7 @@ TEST_P(Silence, TimesOut) {
     EXPECT_EQ(failure(), core::FileShareFailure(core::UrlError::timedOut));
 }
 
-INSTANTIATE_TEST_SUITE_P(Server, Silence,
+INSTANTIATE_TEST_SUITE_P(Server, SilenceTest,
                          testing::Values(FaultRow{"silent", timedOut}, FaultRow{"deaf", timedOut},
                                          FaultRow{"silent-in-answer", timedOut}),
                          [](const auto& instance) {
@@ -171,14 +171,14 @@ INSTANTIATE_TEST_SUITE_P(Server, Silence,
                              return name;
                          });
 
-class CurlUrlSessionsFaults : public UploadTest {
+class CurlUrlSessionsFaultsTest : public UploadTest {
 protected:
     void SetUp() override { ASSERT_TRUE(server_) << server_.error(); }
 
     tl::expected<FaultServer, std::string> server_ = FaultServer::start();
 };
 
-TEST_F(CurlUrlSessionsFaults, AServerThatNeverEndsTimesOutInAll) {
+TEST_F(CurlUrlSessionsFaultsTest, AServerThatNeverEndsTimesOutInAll) {
     limits_ = {.silence = 10s, .whole = 1s};
     const auto begin = Clock::now();
     EXPECT_EQ(outcome(server_->address("dripping")), timedOut);
@@ -186,14 +186,14 @@ TEST_F(CurlUrlSessionsFaults, AServerThatNeverEndsTimesOutInAll) {
     EXPECT_LT(Clock::now() - begin, 8s);
 }
 
-TEST_F(CurlUrlSessionsFaults, DataThatFlowsSlowlyIsNoSilence) {
+TEST_F(CurlUrlSessionsFaultsTest, DataThatFlowsSlowlyIsNoSilence) {
     limits_ = {.silence = 300ms, .whole = 1500ms};
     const auto begin = Clock::now();
     EXPECT_EQ(outcome(server_->address("dripping")), timedOut);
     EXPECT_GE(Clock::now() - begin, 1500ms);
 }
 
-TEST_F(CurlUrlSessionsFaults, TheRequestHasOnlyTheHeadersOfTheProtocol) {
+TEST_F(CurlUrlSessionsFaultsTest, TheRequestHasOnlyTheHeadersOfTheProtocol) {
     EXPECT_EQ(outcome(server_->address("good")).substr(0, 4), "link");
     auto headers = server_->events("head", "good").at(0).at("headers");
     EXPECT_EQ(headers.value("content-type", ""), "application/octet-stream");
@@ -204,7 +204,7 @@ TEST_F(CurlUrlSessionsFaults, TheRequestHasOnlyTheHeadersOfTheProtocol) {
     EXPECT_TRUE(headers.empty()) << headers;
 }
 
-TEST_F(CurlUrlSessionsFaults, NothingIsKeptFromOneUploadToTheNext) {
+TEST_F(CurlUrlSessionsFaultsTest, NothingIsKeptFromOneUploadToTheNext) {
     for (int round = 0; round < 2; ++round) {
         EXPECT_EQ(outcome(server_->address("cookie")).substr(0, 4), "link");
     }
@@ -213,17 +213,17 @@ TEST_F(CurlUrlSessionsFaults, NothingIsKeptFromOneUploadToTheNext) {
     EXPECT_FALSE(heads[1].at("headers").contains("cookie"));
 }
 
-TEST_F(CurlUrlSessionsFaults, NobodyListeningIsAnError) {
+TEST_F(CurlUrlSessionsFaultsTest, NobodyListeningIsAnError) {
     EXPECT_EQ(outcome("http://127.0.0.1:1"), other);
     EXPECT_EQ(failure(), core::FileShareFailure(core::UrlError::cannotConnectToHost));
 }
 
-TEST_F(CurlUrlSessionsFaults, AnUnknownHostIsAnError) {
+TEST_F(CurlUrlSessionsFaultsTest, AnUnknownHostIsAnError) {
     EXPECT_EQ(outcome("https://no-such-host.invalid"), other);
     EXPECT_EQ(failure(), core::FileShareFailure(core::UrlError::cannotFindHost));
 }
 
-TEST_F(CurlUrlSessionsFaults, AHostThatCouldBeReadAsAnotherOneIsNotContacted) {
+TEST_F(CurlUrlSessionsFaultsTest, AHostThatCouldBeReadAsAnotherOneIsNotContacted) {
     // "0177.0.0.1" passes as a name, and "127.1" as one that is not local; a resolver reads both as 127.0.0.1.
     const auto port = std::to_string(server_->port());
     for (const auto& host : {"2130706433", "0x7f000001", "017700000001", "127.000.000.001"}) {
@@ -233,13 +233,13 @@ TEST_F(CurlUrlSessionsFaults, AHostThatCouldBeReadAsAnotherOneIsNotContacted) {
     EXPECT_TRUE(server_->log().empty());
 }
 
-TEST_F(CurlUrlSessionsFaults, TheProxyOfTheSystemIsAsked) {
+TEST_F(CurlUrlSessionsFaultsTest, TheProxyOfTheSystemIsAsked) {
     useProxy("http://127.0.0.1:" + std::to_string(server_->port()));
     EXPECT_EQ(outcome("http://nas:1234/good"), "link http://nas:1234/good/token/file.txt");
     EXPECT_EQ(proxies_->asked(), std::vector<std::string>{"http://nas:1234/good/file.txt"});
 }
 
-TEST_F(CurlUrlSessionsFaults, TheProxyOfTheEnvironmentIsAskedWhenTheSystemHasNoSay) {
+TEST_F(CurlUrlSessionsFaultsTest, TheProxyOfTheEnvironmentIsAskedWhenTheSystemHasNoSay) {
     useProxy(std::nullopt);
     ::setenv("http_proxy", ("http://127.0.0.1:" + std::to_string(server_->port())).c_str(), 1);
     EXPECT_EQ(outcome("http://nas:1234/good"), "link http://nas:1234/good/token/file.txt");
@@ -248,13 +248,13 @@ TEST_F(CurlUrlSessionsFaults, TheProxyOfTheEnvironmentIsAskedWhenTheSystemHasNoS
     ::unsetenv("http_proxy");
 }
 
-TEST_F(CurlUrlSessionsFaults, ZoneOfAnAddressIsForThisMachineOnly) {
+TEST_F(CurlUrlSessionsFaultsTest, ZoneOfAnAddressIsForThisMachineOnly) {
     useProxy("http://127.0.0.1:" + std::to_string(server_->port()));
     EXPECT_EQ(outcome("http://[fe80::1%25lo]:1234/good"), "link http://[fe80::1]:1234/good/token/file.txt");
     EXPECT_EQ(server_->events("head", "good").at(0).at("headers").at("host"), "[fe80::1]:1234");
 }
 
-TEST_F(CurlUrlSessionsFaults, CancellingAtAnyMomentGivesOneResult) {
+TEST_F(CurlUrlSessionsFaultsTest, CancellingAtAnyMomentGivesOneResult) {
     const auto file = files_.url("large.bin", std::string(4U << 20U, 'x'));
     int links = 0;
     for (int round = 0; round < 60; ++round) {
@@ -272,14 +272,14 @@ TEST_F(CurlUrlSessionsFaults, CancellingAtAnyMomentGivesOneResult) {
     EXPECT_LT(links, 60);
 }
 
-TEST_F(CurlUrlSessionsFaults, CancellingWhileTheServerIsSilentHangsUp) {
+TEST_F(CurlUrlSessionsFaultsTest, CancellingWhileTheServerIsSilentHangsUp) {
     start(server_->address("silent"), files_.url("file.txt"));
     ASSERT_TRUE(runUntil([this] { return !server_->events("head", "silent").empty(); }));
     upload_->cancel();
     EXPECT_TRUE(runUntil([this] { return !server_->events("end", "silent").empty(); }));
 }
 
-TEST_F(CurlUrlSessionsFaults, DestroyingEverythingWhileItRunsIsSafe) {
+TEST_F(CurlUrlSessionsFaultsTest, DestroyingEverythingWhileItRunsIsSafe) {
     const auto file = files_.url("large.bin", std::string(4U << 20U, 'x'));
     for (int round = 0; round < 20; ++round) {
         start(server_->address("good"), file);
@@ -291,7 +291,7 @@ TEST_F(CurlUrlSessionsFaults, DestroyingEverythingWhileItRunsIsSafe) {
     }
 }
 
-TEST_F(CurlUrlSessionsFaults, UploadsRunSideBySide) {
+TEST_F(CurlUrlSessionsFaultsTest, UploadsRunSideBySide) {
     const auto file = files_.url("file.txt");
     const auto silent = core::FileShareServer::validating(server_->address("silent")).value();
     core::FileShareUpload waiting(sessions_->factory(), disk_.examiner());
@@ -303,7 +303,7 @@ TEST_F(CurlUrlSessionsFaults, UploadsRunSideBySide) {
     EXPECT_EQ(waitingResults.size(), 1U);
 }
 
-TEST_F(CurlUrlSessionsFaults, ProgressRisesToOneAtMostTenTimesASecond) {
+TEST_F(CurlUrlSessionsFaultsTest, ProgressRisesToOneAtMostTenTimesASecond) {
     const auto main = std::this_thread::get_id();
     const auto file = files_.url("large.bin", std::string(48U << 20U, 'x'));
     upload_ = std::make_unique<core::FileShareUpload>(sessions_->factory(), disk_.examiner());

@@ -15,7 +15,7 @@ namespace {
 using servers::NginxServer;
 
 /// A good server, as people run it.
-class CurlUrlSessionsNginx : public UploadTest {
+class CurlUrlSessionsNginxTest : public UploadTest {
 protected:
     static void SetUpTestSuite() {
         server_ = std::make_unique<tl::expected<NginxServer, std::string>>(NginxServer::start());
@@ -88,9 +88,9 @@ private:
     static std::unique_ptr<tl::expected<NginxServer, std::string>> server_;
 };
 
-std::unique_ptr<tl::expected<NginxServer, std::string>> CurlUrlSessionsNginx::server_;
+std::unique_ptr<tl::expected<NginxServer, std::string>> CurlUrlSessionsNginxTest::server_;
 
-TEST_F(CurlUrlSessionsNginx, TakesFilesOverEveryKindOfConnection) {
+TEST_F(CurlUrlSessionsNginxTest, TakesFilesOverEveryKindOfConnection) {
     for (const auto& address : {http(), http("localhost"), http("[::1]"), https(), https("localhost"), http2(),
                                 http2("localhost"), http2("[::1]")}) {
         EXPECT_EQ(roundTrip(address), content_) << address;
@@ -101,12 +101,12 @@ TEST_F(CurlUrlSessionsNginx, TakesFilesOverEveryKindOfConnection) {
     EXPECT_NE(log.find("HTTP/2.0 https PUT /file.txt 201"), std::string::npos) << log;
 }
 
-TEST_F(CurlUrlSessionsNginx, TakesFilesBelowAPath) {
+TEST_F(CurlUrlSessionsNginxTest, TakesFilesBelowAPath) {
     EXPECT_EQ(roundTrip(http() + "/drop/box"), content_);
     EXPECT_EQ(roundTrip(http2("[::1]") + "/drop/box"), content_);
 }
 
-TEST_F(CurlUrlSessionsNginx, NamesInEveryScriptComeThrough) {
+TEST_F(CurlUrlSessionsNginxTest, NamesInEveryScriptComeThrough) {
     for (const auto* name : {"שלום עולם.txt", "ملف.txt", "😀.txt", "a b#c?d%e&f+g.txt", "e\u0301.txt", "100%25.txt",
                              "\xFF\xFE.bin", "a;b=c,d@e:f", "...", "\u202Efdp.exe"}) {
         EXPECT_EQ(roundTrip(http(), files_.url(name, content_)), content_) << name;
@@ -114,7 +114,7 @@ TEST_F(CurlUrlSessionsNginx, NamesInEveryScriptComeThrough) {
     }
 }
 
-TEST_F(CurlUrlSessionsNginx, FilesOfAnySizeComeThroughWhole) {
+TEST_F(CurlUrlSessionsNginxTest, FilesOfAnySizeComeThroughWhole) {
     for (const std::size_t size : {0U, 1U, 65535U, 65536U, 1U << 20U, (1U << 20U) + 1, 2U << 20U, (21U << 20U) + 7}) {
         const auto content = randomContent(size);
         for (const auto& address : {http(), https(), http2()}) {
@@ -123,7 +123,7 @@ TEST_F(CurlUrlSessionsNginx, FilesOfAnySizeComeThroughWhole) {
     }
 }
 
-TEST_F(CurlUrlSessionsNginx, ATooLargeFileIsRefusedWithTheServersName) {
+TEST_F(CurlUrlSessionsNginxTest, ATooLargeFileIsRefusedWithTheServersName) {
     const auto file = files_.url("file.bin", std::string(30U << 20U, 'x'));
     for (const auto& address : {http() + "/small", https() + "/small", http2() + "/small"}) {
         EXPECT_EQ(outcome(address, file),
@@ -131,7 +131,7 @@ TEST_F(CurlUrlSessionsNginx, ATooLargeFileIsRefusedWithTheServersName) {
     }
 }
 
-TEST_F(CurlUrlSessionsNginx, AnAuthorityThatTheSystemDoesNotKnowIsRefused) {
+TEST_F(CurlUrlSessionsNginxTest, AnAuthorityThatTheSystemDoesNotKnowIsRefused) {
     configuration_.certificateAuthorities.reset();
     EXPECT_NE(roundTrip(https()), content_);
     EXPECT_EQ(failure(), core::FileShareFailure(core::UrlError::serverCertificateUntrusted));
@@ -139,17 +139,17 @@ TEST_F(CurlUrlSessionsNginx, AnAuthorityThatTheSystemDoesNotKnowIsRefused) {
               "Could not upload the file. Check your internet connection and try again.");
 }
 
-TEST_F(CurlUrlSessionsNginx, ACertificateForAnotherHostIsRefused) {
+TEST_F(CurlUrlSessionsNginxTest, ACertificateForAnotherHostIsRefused) {
     EXPECT_NE(roundTrip(https("127.0.0.2")), content_);
     EXPECT_EQ(failure(), core::FileShareFailure(core::UrlError::serverCertificateUntrusted));
 }
 
-TEST_F(CurlUrlSessionsNginx, AServerWithoutTlsIsNoSecureServer) {
+TEST_F(CurlUrlSessionsNginxTest, AServerWithoutTlsIsNoSecureServer) {
     EXPECT_NE(roundTrip("https://127.0.0.1:" + std::to_string(server().ports().http)), content_);
     EXPECT_EQ(failure(), core::FileShareFailure(core::UrlError::secureConnectionFailed));
 }
 
-TEST_F(CurlUrlSessionsNginx, CancellingAnHttp2UploadGivesOneResult) {
+TEST_F(CurlUrlSessionsNginxTest, CancellingAnHttp2UploadGivesOneResult) {
     const auto file = files_.url("file.bin", std::string(20U << 20U, 'x'));
     for (int round = 0; round < 20; ++round) {
         start(http2(), file);

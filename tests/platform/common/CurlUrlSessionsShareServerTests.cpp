@@ -7,7 +7,7 @@ namespace quillane {
 namespace {
 
 /// The server that docs/share-server.md has people set up.
-class ShareServer : public UploadTest {
+class ShareServerTest : public UploadTest {
 protected:
     void SetUp() override {
         ASSERT_TRUE(server_) << server_.error();
@@ -54,13 +54,13 @@ protected:
     std::string address_;
 };
 
-TEST_F(ShareServer, FileComesBackFromItsLink) {
+TEST_F(ShareServerTest, FileComesBackFromItsLink) {
     const auto link = upload("קובץ #1.txt", content_);
     EXPECT_EQ(ask(link).body, content_);
     EXPECT_EQ(ask(upload("empty.txt", "")).status, "200");
 }
 
-TEST_F(ShareServer, NothingIsListed) {
+TEST_F(ShareServerTest, NothingIsListed) {
     const auto link = upload("a.txt", content_);
     const auto token = link.substr(0, link.rfind('/'));
     for (const auto& url : {address_ + "/", address_ + "/files/", address_ + "/incoming/", token, token + "/"}) {
@@ -71,7 +71,7 @@ TEST_F(ShareServer, NothingIsListed) {
     EXPECT_EQ(ask(address_ + "/00000000000000000000000000000000/a.txt").status, "404");
 }
 
-TEST_F(ShareServer, PagesAndScriptsAreBytesToDownload) {
+TEST_F(ShareServerTest, PagesAndScriptsAreBytesToDownload) {
     for (const auto* name : {"page.html", "script.php", "script.cgi", "drawing.svg", "code.js"}) {
         const std::string content = "<?php echo 6 * 7; ?><script>1</script>";
         const auto answer = ask(upload(name, content));
@@ -83,7 +83,7 @@ TEST_F(ShareServer, PagesAndScriptsAreBytesToDownload) {
     }
 }
 
-TEST_F(ShareServer, LinkCannotBeWrittenTo) {
+TEST_F(ShareServerTest, LinkCannotBeWrittenTo) {
     const auto link = upload("a.txt", content_);
     for (const auto* method : {"PUT", "POST", "DELETE"}) {
         EXPECT_EQ(ask(link, {"-X", method, "--data", "other"}).status, "403") << method;
@@ -91,14 +91,14 @@ TEST_F(ShareServer, LinkCannotBeWrittenTo) {
     EXPECT_EQ(ask(link).body, content_);
 }
 
-TEST_F(ShareServer, OnlyTheNamedNetworksMayUpload) {
+TEST_F(ShareServerTest, OnlyTheNamedNetworksMayUpload) {
     const auto elsewhere = "https://[::1]:" + std::to_string(server_->ports().http2);
     EXPECT_EQ(outcome(elsewhere, files_.url("a.txt", content_)), "Upload failed. The server returned status 403.");
     auto link = upload("a.txt", content_);
     EXPECT_EQ(ask(link.replace(0, address_.size(), elsewhere)).body, content_); // and everybody may download
 }
 
-TEST_F(ShareServer, NamesReachNoOtherFile) {
+TEST_F(ShareServerTest, NamesReachNoOtherFile) {
     for (const auto* path : {"/../../server.key", "/%2e%2e/server.key", "/..%2f..%2fserver.key"}) {
         EXPECT_NE(ask(address_ + path, {"--path-as-is"}).status, "200") << path;
     }

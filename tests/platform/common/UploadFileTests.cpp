@@ -22,7 +22,7 @@ using core::UrlError;
 constexpr std::size_t largeSize = 40U << 20U;
 
 /// A file that changes while it is sent: the server reads some of it and then waits.
-class ChangingFile : public UploadTest {
+class ChangingFileTest : public UploadTest {
 protected:
     void SetUp() override { ASSERT_TRUE(server_) << server_.error(); }
 
@@ -50,13 +50,13 @@ protected:
     std::filesystem::path path_ = files_.file("file.bin", std::string(largeSize, 'x'));
 };
 
-TEST_F(ChangingFile, UnchangedItIsSentWhole) {
+TEST_F(ChangingFileTest, UnchangedItIsSentWhole) {
     EXPECT_EQ(outcomeOf([] {}), "link " + server_->address("gate") + "/token/file.bin");
     ASSERT_TRUE(runUntil([this] { return !server_->events("end", "gate").empty(); }));
     EXPECT_EQ(server_->events("end", "gate")[0].value("bodyBytes", std::size_t{0}), largeSize);
 }
 
-TEST_F(ChangingFile, ReadingOrRenamingBesideItIsNoChange) {
+TEST_F(ChangingFileTest, ReadingOrRenamingBesideItIsNoChange) {
     EXPECT_EQ(outcomeOf([this] {
                   std::ifstream(path_).get();
                   ::chmod(path_.c_str(), 0600);
@@ -65,38 +65,38 @@ TEST_F(ChangingFile, ReadingOrRenamingBesideItIsNoChange) {
               "link");
 }
 
-TEST_F(ChangingFile, ShrinkingIsAnError) {
+TEST_F(ChangingFileTest, ShrinkingIsAnError) {
     outcomeOf([this] { std::filesystem::resize_file(path_, largeSize - 1); });
     expectChangeSeen();
 }
 
-TEST_F(ChangingFile, ShrinkingToNothingIsAnError) {
+TEST_F(ChangingFileTest, ShrinkingToNothingIsAnError) {
     outcomeOf([this] { std::filesystem::resize_file(path_, 0); });
     expectChangeSeen();
 }
 
-TEST_F(ChangingFile, GrowingIsAnError) {
+TEST_F(ChangingFileTest, GrowingIsAnError) {
     outcomeOf([this] { std::ofstream(path_, std::ios::app) << "more"; });
     expectChangeSeen();
 }
 
-TEST_F(ChangingFile, WritingInPlaceIsAnError) {
+TEST_F(ChangingFileTest, WritingInPlaceIsAnError) {
     outcomeOf([this] { std::fstream(path_, std::ios::in | std::ios::out).seekp(7).put('y'); });
     expectChangeSeen();
 }
 
-TEST_F(ChangingFile, VanishingIsAnError) {
+TEST_F(ChangingFileTest, VanishingIsAnError) {
     outcomeOf([this] { std::filesystem::remove(path_); });
     expectChangeSeen();
 }
 
-TEST_F(ChangingFile, BeingReplacedIsAnError) {
+TEST_F(ChangingFileTest, BeingReplacedIsAnError) {
     outcomeOf([this] { std::filesystem::rename(files_.file("new", std::string(largeSize, 'z')), path_); });
     expectChangeSeen();
 }
 
 /// A file that is different when the session opens it from what it was when the upload was asked for.
-class FileBeforeOpening : public UploadTest {
+class FileBeforeOpeningTest : public UploadTest {
 protected:
     FileShareFailure failureAfter(const std::function<void(const std::filesystem::path&)>& change) {
         sessions_ = std::make_unique<CurlUrlSessions>(queue_, proxies_, [change](const auto& path) {
@@ -110,17 +110,17 @@ protected:
     }
 };
 
-TEST_F(FileBeforeOpening, VanishedItCannotBeRead) {
+TEST_F(FileBeforeOpeningTest, VanishedItCannotBeRead) {
     EXPECT_EQ(failureAfter([](const auto& path) { std::filesystem::remove(path); }),
               FileShareFailure(core::FileShareError::unreadableFile));
 }
 
-TEST_F(FileBeforeOpening, OfAnotherSizeItHasChanged) {
+TEST_F(FileBeforeOpeningTest, OfAnotherSizeItHasChanged) {
     EXPECT_EQ(failureAfter([](const auto& path) { std::ofstream(path, std::ios::app) << "more"; }),
               FileShareFailure(UrlError::fileChanged));
 }
 
-TEST_F(FileBeforeOpening, APipeInItsPlaceDoesNotBlock) {
+TEST_F(FileBeforeOpeningTest, APipeInItsPlaceDoesNotBlock) {
     EXPECT_EQ(failureAfter([](const auto& path) {
                   std::filesystem::remove(path);
                   ::mkfifo(path.c_str(), 0600);
@@ -129,7 +129,7 @@ TEST_F(FileBeforeOpening, APipeInItsPlaceDoesNotBlock) {
 }
 
 #ifdef F_SETLEASE
-TEST_F(FileBeforeOpening, ALeaseOnItDoesNotBlock) {
+TEST_F(FileBeforeOpeningTest, ALeaseOnItDoesNotBlock) {
     const int held = ::open(files_.file("file.bin", "content").c_str(), O_RDWR);
     ::signal(SIGIO, SIG_IGN);
     const auto failed = failureAfter([&](const auto&) { ASSERT_EQ(::fcntl(held, F_SETLEASE, F_WRLCK), 0); });
@@ -184,7 +184,7 @@ private:
     std::shared_ptr<StuckDisk> disk_;
 };
 
-class StuckFile : public UploadTest {
+class StuckFileTest : public UploadTest {
 protected:
     void SetUp() override { ASSERT_TRUE(server_) << server_.error(); }
 
@@ -207,7 +207,7 @@ protected:
     tl::expected<servers::FaultServer, std::string> server_ = servers::FaultServer::start();
 };
 
-TEST_F(StuckFile, TimesOutThoughItsThreadIsStuck) {
+TEST_F(StuckFileTest, TimesOutThoughItsThreadIsStuck) {
     limits_ = {.silence = 300ms, .whole = 60s};
     stickInRead();
     EXPECT_EQ(outcome(server_->address("good"), files_.url("file.bin", "content")),
@@ -217,7 +217,7 @@ TEST_F(StuckFile, TimesOutThoughItsThreadIsStuck) {
               "The upload timed out. You can try again.");
 }
 
-TEST_F(StuckFile, IsCancelledAtOnceThoughItsThreadIsStuck) {
+TEST_F(StuckFileTest, IsCancelledAtOnceThoughItsThreadIsStuck) {
     stickInRead();
     start(server_->address("good"), files_.url("file.bin", "content"));
     ASSERT_TRUE(runUntil([this] { return disk_->isWaiting(); }));
@@ -227,7 +227,7 @@ TEST_F(StuckFile, IsCancelledAtOnceThoughItsThreadIsStuck) {
     EXPECT_EQ(failure(), FileShareFailure(UrlError::cancelled));
 }
 
-TEST_F(StuckFile, DoesNotHoldUpTheEndOfTheProgram) {
+TEST_F(StuckFileTest, DoesNotHoldUpTheEndOfTheProgram) {
     stickInRead();
     start(server_->address("good"), files_.url("file.bin", "content"));
     ASSERT_TRUE(runUntil([this] { return disk_->isWaiting(); }));

@@ -15,9 +15,9 @@ namespace {
 
 using core::SettingsPage;
 
-using PermissionAndTestingPages = SettingsTest;
+using PermissionAndTestingPagesTest = SettingsTest;
 
-TEST_F(PermissionAndTestingPages, PermissionsAreShownAndAskedFor) {
+TEST_F(PermissionAndTestingPagesTest, PermissionsAreShownAndAskedFor) {
     desktop.withPermissions({});
     permissions.refresh();
     present(SettingsPage::permissions);
@@ -33,7 +33,7 @@ TEST_F(PermissionAndTestingPages, PermissionsAreShownAndAskedFor) {
     EXPECT_THROW(static_cast<void>(buttonNamed("Request permission")), std::logic_error);
 }
 
-TEST_F(PermissionAndTestingPages, TheRelaunchIsOfferedUntilTheMonitorHasHeardTheKeyboard) {
+TEST_F(PermissionAndTestingPagesTest, TheRelaunchIsOfferedUntilTheMonitorHasHeardTheKeyboard) {
     desktop.withPermissions({core::MacPermission::accessibility});
     permissions.refresh();
     auto runtime = model.runtime();
@@ -53,7 +53,7 @@ TEST_F(PermissionAndTestingPages, TheRelaunchIsOfferedUntilTheMonitorHasHeardThe
     EXPECT_FALSE(row.isVisible()) << "no process can observe the keyboard here";
 }
 
-TEST_F(PermissionAndTestingPages, TheKeyboardCheckIsOnBothPages) {
+TEST_F(PermissionAndTestingPagesTest, TheKeyboardCheckIsOnBothPages) {
     for (const auto page : {SettingsPage::permissions, SettingsPage::testing}) {
         auto runtime = model.runtime();
         runtime.monitorRunning = runtime.keyboardEventsObserved = false;
@@ -70,7 +70,7 @@ TEST_F(PermissionAndTestingPages, TheKeyboardCheckIsOnBothPages) {
     }
 }
 
-TEST_F(PermissionAndTestingPages, SystemSettingsAreOfferedWhereTheyHaveThePage) {
+TEST_F(PermissionAndTestingPagesTest, SystemSettingsAreOfferedWhereTheyHaveThePage) {
     model.openInputMonitoring = nullptr;
     present(SettingsPage::permissions);
     buttonNamed("Open System Settings").click();
@@ -80,7 +80,7 @@ TEST_F(PermissionAndTestingPages, SystemSettingsAreOfferedWhereTheyHaveThePage) 
     EXPECT_THROW(static_cast<void>(buttonNamed("Open System Settings")), std::logic_error);
 }
 
-TEST_F(PermissionAndTestingPages, TheInputSourceIsShownWithItsDirectionAndSwitched) {
+TEST_F(PermissionAndTestingPagesTest, TheInputSourceIsShownWithItsDirectionAndSwitched) {
     int switches = 0;
     model.switchLanguage = [&] { ++switches; };
     auto runtime = model.runtime();
@@ -102,7 +102,7 @@ TEST_F(PermissionAndTestingPages, TheInputSourceIsShownWithItsDirectionAndSwitch
     EXPECT_THROW(static_cast<void>(buttonNamed("Open keyboard settings")), std::logic_error);
 }
 
-TEST_F(PermissionAndTestingPages, WhetherEverythingIsReadyIsShownWithWhatIsMissing) {
+TEST_F(PermissionAndTestingPagesTest, WhetherEverythingIsReadyIsShownWithWhatIsMissing) {
     permissions.refresh();
     auto runtime = model.runtime();
     runtime.accessibilityGranted = runtime.inputMonitoringGranted = true;
@@ -119,7 +119,7 @@ TEST_F(PermissionAndTestingPages, WhetherEverythingIsReadyIsShownWithWhatIsMissi
     EXPECT_TRUE(shows("Permissions approved: 1 of 2"));
 }
 
-TEST_F(PermissionAndTestingPages, TheTextOfTheTestingPageIsTheModels) {
+TEST_F(PermissionAndTestingPagesTest, TheTextOfTheTestingPageIsTheModels) {
     model.setTestText("one\nשתיים");
     present(SettingsPage::testing);
     auto& box = find<QTextEdit>("box");
@@ -130,7 +130,7 @@ TEST_F(PermissionAndTestingPages, TheTextOfTheTestingPageIsTheModels) {
     EXPECT_EQ(box.textCursor().position(), 10) << "the cursor stays where it was typed at";
 }
 
-TEST_F(PermissionAndTestingPages, ADirectionIsTestedInTheApplicationThatIsChosen) {
+TEST_F(PermissionAndTestingPagesTest, ADirectionIsTestedInTheApplicationThatIsChosen) {
     auto runtime = model.runtime();
     runtime.monitorRunning = runtime.accessibilityGranted = true;
     model.setRuntime(runtime);
@@ -158,7 +158,7 @@ TEST_F(PermissionAndTestingPages, ADirectionIsTestedInTheApplicationThatIsChosen
     EXPECT_FALSE(rightToLeft.isEnabled());
 }
 
-TEST_F(PermissionAndTestingPages, TestTargetsAreThoseOfTheDesktop) {
+TEST_F(PermissionAndTestingPagesTest, TestTargetsAreThoseOfTheDesktop) {
     shownOn = core::Desktop::linuxDesktop;
     auto runtime = model.runtime();
     runtime.monitorRunning = runtime.accessibilityGranted = true;
@@ -175,7 +175,7 @@ TEST_F(PermissionAndTestingPages, TestTargetsAreThoseOfTheDesktop) {
     EXPECT_TRUE(find<QPushButton>("testRightToLeft").isEnabled());
 }
 
-TEST_F(PermissionAndTestingPages, ADirectionChordTurnsTheParagraphOfTheTextBox) {
+TEST_F(PermissionAndTestingPagesTest, ADirectionChordTurnsTheParagraphOfTheTextBox) {
     present(SettingsPage::testing);
     auto& box = find<QTextEdit>("box");
     EXPECT_FALSE(window().isTextBoxFocused());
@@ -190,7 +190,7 @@ TEST_F(PermissionAndTestingPages, ADirectionChordTurnsTheParagraphOfTheTextBox) 
     EXPECT_FALSE(window().isTextBoxFocused());
 }
 
-TEST_F(PermissionAndTestingPages, TheCaretOfTheEmptyTextBoxStandsWhereTheTextBegins) {
+TEST_F(PermissionAndTestingPagesTest, TheCaretOfTheEmptyTextBoxStandsWhereTheTextBegins) {
     for (const auto language : core::allLanguages) {
         preferences.choose(language);
         present(SettingsPage::testing);

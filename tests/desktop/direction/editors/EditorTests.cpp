@@ -9,9 +9,9 @@
 namespace quillane::live {
 namespace {
 
-class LiveEditors : public EditorTest, public testing::WithParamInterface<Target> {};
+class LiveEditorsTest : public EditorTest, public testing::WithParamInterface<Target> {};
 
-TEST_P(LiveEditors, AChordTurnsTheParagraphAtTheCursorAndTurnsItBack) {
+TEST_P(LiveEditorsTest, AChordTurnsTheParagraphAtTheCursorAndTurnsItBack) {
     startIn(GetParam());
     const auto path = GetParam().bodyMenu + "/Paragraph/";
     turnRight();
@@ -28,7 +28,7 @@ TEST_P(LiveEditors, AChordTurnsTheParagraphAtTheCursorAndTurnsItBack) {
     expectState("text", "first line\nseqnd line");
 }
 
-TEST_P(LiveEditors, TextThatCannotBeEditedIsNoPlace) {
+TEST_P(LiveEditorsTest, TextThatCannotBeEditedIsNoPlace) {
     startIn(GetParam(), {"--read-only"});
     turnRight();
     expectSaid(GetParam().hint);
@@ -36,7 +36,7 @@ TEST_P(LiveEditors, TextThatCannotBeEditedIsNoPlace) {
     expectUntouched();
 }
 
-TEST_P(LiveEditors, AMenuThatIsOpenAlreadyIsLeftAlone) {
+TEST_P(LiveEditorsTest, AMenuThatIsOpenAlreadyIsLeftAlone) {
     startIn(GetParam());
     desktop().keyboard().tap(Key::menu);
     expectState("menu", true);
@@ -51,7 +51,7 @@ TEST_P(LiveEditors, AMenuThatIsOpenAlreadyIsLeftAlone) {
     expectState("directions", {"ltr", "rtl", "ltr"});
 }
 
-TEST_P(LiveEditors, AnotherApplicationInFrontEndsTheWaitWithoutAWord) {
+TEST_P(LiveEditorsTest, AnotherApplicationInFrontEndsTheWaitWithoutAWord) {
     startIn(GetParam(), {"--menu", "late"});
     const auto form = required(LiveForm::start(desktop(), "plain"));
     require(desktop().bringToFront(document_->pid()), "the document in front");
@@ -70,11 +70,12 @@ TEST_P(LiveEditors, AnotherApplicationInFrontEndsTheWaitWithoutAWord) {
     expectState("directions", {"ltr", "rtl", "ltr"});
 }
 
-INSTANTIATE_TEST_SUITE_P(In, LiveEditors, testing::ValuesIn(targets), [](const auto& one) { return one.param.name; });
+INSTANTIATE_TEST_SUITE_P(In, LiveEditorsTest, testing::ValuesIn(targets),
+                         [](const auto& one) { return one.param.name; });
 
-class LiveEditorMenus : public EditorTest, public testing::WithParamInterface<std::tuple<Target, MenuCase>> {};
+class LiveEditorMenusTest : public EditorTest, public testing::WithParamInterface<std::tuple<Target, MenuCase>> {};
 
-TEST_P(LiveEditorMenus, DecideWhatBecomesOfTheChord) {
+TEST_P(LiveEditorMenusTest, DecideWhatBecomesOfTheChord) {
     const auto& [target, menu] = GetParam();
     startIn(target, {"--menu", menu.mode});
     turnRight();
@@ -100,11 +101,11 @@ const std::vector<MenuCase> menuCases{
     {"NeverOpens", "never", "The direction menu is unavailable in this editor"},
     {"HasItsCommandsDisabled", "disabled", "The app did not apply the direction command"}};
 
-INSTANTIATE_TEST_SUITE_P(In, LiveEditorMenus,
+INSTANTIATE_TEST_SUITE_P(In, LiveEditorMenusTest,
                          testing::Combine(testing::ValuesIn(targets), testing::ValuesIn(menuCases)),
                          [](const auto& one) { return std::get<0>(one.param).name + std::get<1>(one.param).name; });
 
-TEST_P(LiveEditors, AFieldWithoutAnActionForItsMenuIsToldAtOnce) {
+TEST_P(LiveEditorsTest, AFieldWithoutAnActionForItsMenuIsToldAtOnce) {
     startIn(GetParam(), {"--menu", "hidden"});
     turnRight();
     expectSaid(GetParam().name + " cannot open the direction menu for this field");
@@ -112,7 +113,7 @@ TEST_P(LiveEditors, AFieldWithoutAnActionForItsMenuIsToldAtOnce) {
     expectUntouched();
 }
 
-TEST_P(LiveEditors, AFieldThatHidesItsCursorIsNotTouched) {
+TEST_P(LiveEditorsTest, AFieldThatHidesItsCursorIsNotTouched) {
     startIn(GetParam(), {"--menu", "cursorless"});
     turnRight();
     expectSaid("The editor does not expose the cursor position — direction was not changed");
@@ -120,7 +121,7 @@ TEST_P(LiveEditors, AFieldThatHidesItsCursorIsNotTouched) {
     expectUntouched();
 }
 
-TEST_P(LiveEditors, ASecondChordWhileTheMenuIsAwaitedIsIgnored) {
+TEST_P(LiveEditorsTest, ASecondChordWhileTheMenuIsAwaitedIsIgnored) {
     startIn(GetParam(), {"--menu", "late"});
     turnRight();
     expectState("asked", 1);
@@ -131,9 +132,9 @@ TEST_P(LiveEditors, ASecondChordWhileTheMenuIsAwaitedIsIgnored) {
     expectState("directions", {"ltr", "rtl", "ltr"});
 }
 
-class LiveOtherField : public EditorTest, public testing::WithParamInterface<Target> {};
+class LiveOtherFieldTest : public EditorTest, public testing::WithParamInterface<Target> {};
 
-TEST_P(LiveOtherField, IsNoPlace) {
+TEST_P(LiveOtherFieldTest, IsNoPlace) {
     startIn(GetParam(), {"--focus", "other"});
     turnRight();
     expectSaid(GetParam().hint);
@@ -141,12 +142,12 @@ TEST_P(LiveOtherField, IsNoPlace) {
     expectUntouched();
 }
 
-INSTANTIATE_TEST_SUITE_P(In, LiveOtherField, testing::Values(safari, textEdit, notes),
+INSTANTIATE_TEST_SUITE_P(In, LiveOtherFieldTest, testing::Values(safari, textEdit, notes),
                          [](const auto& one) { return one.param.name; });
 
-using LiveMail = EditorTest;
+using LiveMailTest = EditorTest;
 
-TEST_F(LiveMail, TheSubjectHasAMenuOfItsOwn) {
+TEST_F(LiveMailTest, TheSubjectHasAMenuOfItsOwn) {
     startIn(mail, {"--focus", "other"});
     turnRight();
     expectSaid("Applied RTL in Mail");
@@ -158,7 +159,7 @@ TEST_F(LiveMail, TheSubjectHasAMenuOfItsOwn) {
     expectState("menu", false);
 }
 
-TEST_F(LiveMail, AWindowWithoutASubjectIsForReading) {
+TEST_F(LiveMailTest, AWindowWithoutASubjectIsForReading) {
     startIn(mail, {"--reads"});
     turnRight();
     expectSaid(mail.hint);
@@ -166,9 +167,9 @@ TEST_F(LiveMail, AWindowWithoutASubjectIsForReading) {
     expectUntouched();
 }
 
-using LiveSafari = EditorTest;
+using LiveSafariTest = EditorTest;
 
-TEST_F(LiveSafari, AMenuThatIsSlowToCloseGetsNoEscapeTooMany) {
+TEST_F(LiveSafariTest, AMenuThatIsSlowToCloseGetsNoEscapeTooMany) {
     startIn(safari, {"--menu", "selection", "--slow-to-close"});
     turnRight();
     expectSaid("This editor does not offer a paragraph direction command");
@@ -177,7 +178,7 @@ TEST_F(LiveSafari, AMenuThatIsSlowToCloseGetsNoEscapeTooMany) {
     expectUntouched();
 }
 
-TEST_F(LiveSafari, AMenuThatDoesNotOpenLeavesADiagnosticText) {
+TEST_F(LiveSafariTest, AMenuThatDoesNotOpenLeavesADiagnosticText) {
     startIn(safari, {"--menu", "never"});
     turnRight();
     expectSaid("The direction menu is unavailable in this editor");

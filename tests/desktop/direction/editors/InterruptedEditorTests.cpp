@@ -14,7 +14,7 @@ namespace {
 constexpr auto noCommand = "This editor does not offer a paragraph direction command";
 
 /// The application ends in the middle of an attempt.
-class LiveEnd : public EditorTest {
+class LiveEndTest : public EditorTest {
 protected:
     void expectNextAttemptWorks() {
         open(safari);
@@ -24,14 +24,14 @@ protected:
     }
 };
 
-TEST_F(LiveEnd, WhenAskedForTheMenuIsAMenuThatCannotBeOpened) {
+TEST_F(LiveEndTest, WhenAskedForTheMenuIsAMenuThatCannotBeOpened) {
     startIn(safari, {"--menu", "exits"});
     turnRight();
     expectSaid("Safari cannot open the direction menu for this field");
     expectNextAttemptWorks();
 }
 
-TEST_F(LiveEnd, WhileItsMenuIsOpenIsNoSuccess) {
+TEST_F(LiveEndTest, WhileItsMenuIsOpenIsNoSuccess) {
     startIn(safari, {"--menu", "vanishes"});
     turnRight();
     expectState("menu", true);
@@ -45,7 +45,7 @@ TEST_F(LiveEnd, WhileItsMenuIsOpenIsNoSuccess) {
     expectNextAttemptWorks();
 }
 
-TEST_F(LiveEnd, OfAllAnswersWhileTheMenuIsAwaitedHoldsNobodyUp) {
+TEST_F(LiveEndTest, OfAllAnswersWhileTheMenuIsAwaitedHoldsNobodyUp) {
     startIn(safari, {"--menu", "late"});
     turnRight();
     expectState("asked", 1);
@@ -69,7 +69,7 @@ TEST_F(LiveEnd, OfAllAnswersWhileTheMenuIsAwaitedHoldsNobodyUp) {
 }
 
 /// Something that happens while the menu is awaited.
-class LiveCancellation : public EditorTest {
+class LiveCancellationTest : public EditorTest {
 protected:
     void beginWait() {
         startIn(safari, {"--menu", "late"});
@@ -88,26 +88,26 @@ protected:
     }
 };
 
-TEST_F(LiveCancellation, AKeyEndsTheWaitWithoutAWord) {
+TEST_F(LiveCancellationTest, AKeyEndsTheWaitWithoutAWord) {
     beginWait();
     desktop().keyboard().tap(Key::end);
     expectCancelledAndNextAttemptWorks();
 }
 
-TEST_F(LiveCancellation, AClickEndsTheWaitWithoutAWord) {
+TEST_F(LiveCancellationTest, AClickEndsTheWaitWithoutAWord) {
     beginWait();
     desktop().keyboard().click(1);
     expectCancelledAndNextAttemptWorks();
 }
 
-TEST_F(LiveCancellation, APauseEndsTheWaitWithoutAWord) {
+TEST_F(LiveCancellationTest, APauseEndsTheWaitWithoutAWord) {
     beginWait();
     ASSERT_TRUE(agent().command({"pause"}).succeeded());
     ASSERT_TRUE(agent().command({"resume"}).succeeded());
     expectCancelledAndNextAttemptWorks();
 }
 
-TEST_F(LiveCancellation, ALanguageSwitchEndsTheWait) {
+TEST_F(LiveCancellationTest, ALanguageSwitchEndsTheWait) {
     beginWait();
     desktop().keyboard().chord({Key::leftAlt, Key::leftShift});
     expectSaid("Keyboard language: Hebrew");
@@ -118,9 +118,9 @@ TEST_F(LiveCancellation, ALanguageSwitchEndsTheWait) {
 }
 
 /// What an application answers wrongly, and what becomes of the chord.
-class LiveWrongAnswers : public EditorTest, public testing::WithParamInterface<MenuCase> {};
+class LiveWrongAnswersTest : public EditorTest, public testing::WithParamInterface<MenuCase> {};
 
-TEST_P(LiveWrongAnswers, AreAbsence) {
+TEST_P(LiveWrongAnswersTest, AreAbsence) {
     startIn(safari, {"--answers", GetParam().mode});
     const auto begin = std::chrono::steady_clock::now();
     turnRight();
@@ -135,7 +135,7 @@ TEST_P(LiveWrongAnswers, AreAbsence) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    About, LiveWrongAnswers,
+    About, LiveWrongAnswersTest,
     testing::Values(MenuCase{"TheField", "field", safari.hint},
                     MenuCase{"TheCursor", "cursor",
                              "The editor does not expose the cursor position — direction was not changed"},

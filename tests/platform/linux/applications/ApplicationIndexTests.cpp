@@ -31,16 +31,16 @@ void PrintTo(const Spelling& spelling, std::ostream* out) {
     *out << spelling.instance << ", " << spelling.windowClass;
 }
 
-class ApplicationSpelling : public ::testing::TestWithParam<Spelling> {};
+class ApplicationSpellingTest : public ::testing::TestWithParam<Spelling> {};
 
-TEST_P(ApplicationSpelling, IsTheOneIdentifierOfTheApplication) {
+TEST_P(ApplicationSpellingTest, IsTheOneIdentifierOfTheApplication) {
     const ApplicationIndex index(std::vector{settings, told, named});
     const auto& [windowClass, instance, identifier] = GetParam();
     EXPECT_EQ(index.identifierOf(windowClass, instance), identifier);
     EXPECT_EQ(index.identifierOf(identifier), identifier);
 }
 
-INSTANTIATE_TEST_SUITE_P(Windows, ApplicationSpelling,
+INSTANTIATE_TEST_SUITE_P(Windows, ApplicationSpellingTest,
                          ::testing::Values(Spelling{"Firefox-esr", "Navigator", "Firefox-esr"},
                                            Spelling{"firefox-ESR", "", "Firefox-esr"},
                                            Spelling{"firefox", "Navigator", "Firefox-esr"},

@@ -31,7 +31,7 @@ void write(const fs::path& file, const std::string& lines) {
     std::ofstream(file) << "[Desktop Entry]\nType=Application\n" << lines;
 }
 
-class DesktopEntriesTests : public ::testing::Test {
+class DesktopEntriesTest : public ::testing::Test {
 protected:
     [[nodiscard]] ApplicationIndex index() const { return ApplicationIndex(desktopEntries(folders)); }
 
@@ -49,24 +49,24 @@ protected:
     std::vector<fs::path> folders{files.folder() / "home", files.folder() / "system"};
 };
 
-TEST_F(DesktopEntriesTests, TheClassThatAnEntryTellsIsTheIdentifier) {
+TEST_F(DesktopEntriesTest, TheClassThatAnEntryTellsIsTheIdentifier) {
     write(folders[1] / "browser.desktop", "Name=Chromium\nExec=/usr/bin/chromium %U\nStartupWMClass=chromium\n");
     EXPECT_THAT(found(), ElementsAre("com.google.Chrome=Chromium"));
 }
 
-TEST_F(DesktopEntriesTests, AnEntryWithoutAClassIsNamedAfterItsProgram) {
+TEST_F(DesktopEntriesTest, AnEntryWithoutAClassIsNamedAfterItsProgram) {
     write(folders[1] / "org.xfce.mousepad.desktop", "Name=Mousepad\nExec=\"/usr/bin/mousepad\" %U\n");
     EXPECT_THAT(found(), ElementsAre("Mousepad=Mousepad"));
 }
 
-TEST_F(DesktopEntriesTests, ProgramsThatOnlyStartOthersAreCalledByTheirEntries) {
+TEST_F(DesktopEntriesTest, ProgramsThatOnlyStartOthersAreCalledByTheirEntries) {
     write(folders[1] / "org.example.A.desktop", "Name=A\nExec=flatpak run org.example.A\n");
     write(folders[1] / "b.desktop", "Name=B\nExec=env X=1 b\n");
     write(folders[1] / "c.desktop", "Name=C\nExec=flatpak run org.example.C\nStartupWMClass=org.example.C\n");
     EXPECT_THAT(found(), ElementsAre("b=B", "org.example.C=C", "org.example.A=A"));
 }
 
-TEST_F(DesktopEntriesTests, TheCategoryMakesATerminal) {
+TEST_F(DesktopEntriesTest, TheCategoryMakesATerminal) {
     write(folders[1] / "a.desktop", "Name=A\nExec=a\nCategories=GTK;System;TerminalEmulator;\n");
     write(folders[1] / "b.desktop", "Name=B\nExec=b\nCategories=TerminalEmulator\nNoDisplay=true\n");
     write(folders[1] / "c.desktop", "Name=C\nExec=c\nCategories=System;X-TerminalEmulators;\n");
@@ -79,7 +79,7 @@ TEST_F(DesktopEntriesTests, TheCategoryMakesATerminal) {
     EXPECT_FALSE(all.isTerminal(all.identifierOf("Unknown")));
 }
 
-TEST_F(DesktopEntriesTests, WhatMenusDoNotShowIsLeftOut) {
+TEST_F(DesktopEntriesTest, WhatMenusDoNotShowIsLeftOut) {
     write(folders[1] / "a.desktop", "Name=A\nExec=a\nNoDisplay=true\n");
     write(folders[1] / "b.desktop", "Name=B\nExec=b\nHidden=true\n");
     write(folders[1] / "c.desktop", "Name=C\nExec=c\nTerminal=true\n");
@@ -91,7 +91,7 @@ TEST_F(DesktopEntriesTests, WhatMenusDoNotShowIsLeftOut) {
     EXPECT_THAT(found(), IsEmpty());
 }
 
-TEST_F(DesktopEntriesTests, TheUsersEntryHidesTheSystems) {
+TEST_F(DesktopEntriesTest, TheUsersEntryHidesTheSystems) {
     write(folders[1] / "kde" / "a.desktop", "Name=System\nExec=a\n");
     write(folders[0] / "kde-a.desktop", "Name=Mine\nExec=a\nNoDisplay=true\n");
     EXPECT_THAT(found(), IsEmpty());
@@ -99,13 +99,13 @@ TEST_F(DesktopEntriesTests, TheUsersEntryHidesTheSystems) {
     EXPECT_THAT(found(), ElementsAre("A=Mine"));
 }
 
-TEST_F(DesktopEntriesTests, FoldersThatLeadInCirclesEnd) {
+TEST_F(DesktopEntriesTest, FoldersThatLeadInCirclesEnd) {
     write(folders[1] / "a.desktop", "Name=A\nExec=a\n");
     fs::create_directory_symlink(folders[1], folders[1] / "again");
     EXPECT_THAT(found(), ElementsAre("A=A"));
 }
 
-TEST_F(DesktopEntriesTests, FoldersThatAreNotThereAreEmpty) {
+TEST_F(DesktopEntriesTest, FoldersThatAreNotThereAreEmpty) {
     EXPECT_THAT(found(), IsEmpty());
 }
 
@@ -161,9 +161,9 @@ private:
     std::unique_ptr<ApplicationCatalog> catalog_;
 };
 
-using DesktopEntryCatalogTests = testing::ApplicationCatalogContract<DesktopEntryCatalogDriver>;
+using DesktopEntryCatalogTest = testing::ApplicationCatalogContract<DesktopEntryCatalogDriver>;
 
-TEST_F(DesktopEntryCatalogTests, ARunningProgramIsTheOneOfItsEntryHoweverItsWindowIsSpelled) {
+TEST_F(DesktopEntryCatalogTest, ARunningProgramIsTheOneOfItsEntryHoweverItsWindowIsSpelled) {
     EXPECT_THAT(read(), ::testing::UnorderedElementsAre(KnownApplication{"Mousepad", "Mousepad", false},
                                                         KnownApplication{"featherPad", "FeatherPad", true}));
 }

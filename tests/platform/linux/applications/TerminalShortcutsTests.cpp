@@ -36,14 +36,14 @@ void PrintTo(const StyleCase& tested, std::ostream* out) {
     *out << tested.name;
 }
 
-class ShortcutStyleOf : public ::testing::TestWithParam<StyleCase> {};
+class ShortcutStyleOfTest : public ::testing::TestWithParam<StyleCase> {};
 
-TEST_P(ShortcutStyleOf, IsThatOfWhatHasTheKeyboard) {
+TEST_P(ShortcutStyleOfTest, IsThatOfWhatHasTheKeyboard) {
     EXPECT_EQ(styleOf(GetParam().focus), GetParam().expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Focus, ShortcutStyleOf,
+    Focus, ShortcutStyleOfTest,
     ::testing::Values(
         StyleCase{"editor", {"AXTextArea", "", "Mousepad", false}, ShortcutStyle::control},
         StyleCase{"unknown", {"", "", "", false}, ShortcutStyle::control},

@@ -18,7 +18,7 @@ namespace {
 
 namespace types = core::pasteboardTypes;
 
-class QtPasteboardTests : public ::testing::Test {
+class QtPasteboardTest : public ::testing::Test {
 private:
     bool offscreen_ = qputenv("QT_QPA_PLATFORM", "offscreen");
     int argc_ = 1;
@@ -35,7 +35,7 @@ protected:
     QtPasteboard pasteboard;
 };
 
-TEST_F(QtPasteboardTests, TextIsOfferedToOthersAndReadBack) {
+TEST_F(QtPasteboardTest, TextIsOfferedToOthersAndReadBack) {
     pasteboard.clear();
     ASSERT_TRUE(pasteboard.setString(types::string, "https://nas/קובץ"));
     EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(), "https://nas/קובץ");
@@ -44,7 +44,7 @@ TEST_F(QtPasteboardTests, TextIsOfferedToOthersAndReadBack) {
     EXPECT_EQ(pasteboard.itemTypes(), (std::vector<std::vector<std::string>>{{std::string(types::string)}}));
 }
 
-TEST_F(QtPasteboardTests, EveryFlavourIsOffered) {
+TEST_F(QtPasteboardTest, EveryFlavourIsOffered) {
     pasteboard.clear();
     ASSERT_TRUE(pasteboard.write({{{{std::string(types::string), bytesOf("one")},
                                     {std::string(types::html), bytesOf("<b>one</b>")},
@@ -56,7 +56,7 @@ TEST_F(QtPasteboardTests, EveryFlavourIsOffered) {
     EXPECT_EQ(offered->data("image/png"), "\x89PNG");
 }
 
-TEST_F(QtPasteboardTests, WritingKeepsTheCountThatClearingMoved) {
+TEST_F(QtPasteboardTest, WritingKeepsTheCountThatClearingMoved) {
     const auto before = pasteboard.changeCount();
     pasteboard.clear();
     const auto cleared = pasteboard.changeCount();
@@ -66,7 +66,7 @@ TEST_F(QtPasteboardTests, WritingKeepsTheCountThatClearingMoved) {
     EXPECT_EQ(pasteboard.changeCount(), cleared);
 }
 
-TEST_F(QtPasteboardTests, WhatOthersCopyMovesTheCountAndIsNotRead) {
+TEST_F(QtPasteboardTest, WhatOthersCopyMovesTheCountAndIsNotRead) {
     pasteboard.clear(); // without contents of its own, any owner is another
     const auto before = pasteboard.changeCount();
     QGuiApplication::clipboard()->setText("theirs");
@@ -75,7 +75,7 @@ TEST_F(QtPasteboardTests, WhatOthersCopyMovesTheCountAndIsNotRead) {
     EXPECT_EQ(pasteboard.string(types::string), std::nullopt);
 }
 
-TEST_F(QtPasteboardTests, NothingAndUnknownTypesCannotBeWritten) {
+TEST_F(QtPasteboardTest, NothingAndUnknownTypesCannotBeWritten) {
     pasteboard.clear();
     EXPECT_FALSE(pasteboard.write({}));
     EXPECT_FALSE(pasteboard.setString("com.example.unknown", "text"));

@@ -71,7 +71,7 @@ private:
     QtFilePanel panel_;
 };
 
-class QtFilePanelTests : public ::testing::Test {
+class QtFilePanelTest : public ::testing::Test {
 protected:
     void choose() {
         driver.panel().chooseFile(
@@ -98,7 +98,7 @@ protected:
     std::optional<core::LocalizedText> answer;
 };
 
-TEST_F(QtFilePanelTests, ShowsItsTextsAndTakesNoFolder) {
+TEST_F(QtFilePanelTest, ShowsItsTextsAndTakesNoFolder) {
     choose();
     const auto* dialog = QtFilePanelDriver::dialog();
     ASSERT_NE(dialog, nullptr);
@@ -114,14 +114,14 @@ TEST_F(QtFilePanelTests, ShowsItsTextsAndTakesNoFolder) {
     QtFilePanelDriver::cancel();
 }
 
-TEST_F(QtFilePanelTests, EverythingThatTakesTheFocusHasAName) {
+TEST_F(QtFilePanelTest, EverythingThatTakesTheFocusHasAName) {
     choose();
     QCoreApplication::processEvents();
     fakes::expectNamedFocusables(*QtFilePanelDriver::dialog());
     QtFilePanelDriver::cancel();
 }
 
-TEST_F(QtFilePanelTests, WhatIsDroppedIsHandedOnAndClosesThePanelWhenItIsTaken) {
+TEST_F(QtFilePanelTest, WhatIsDroppedIsHandedOnAndClosesThePanelWhenItIsTaken) {
     choose();
     drop({QUrl::fromLocalFile(QString::fromStdString(driver.file()))});
     EXPECT_EQ(dropped,
@@ -129,7 +129,7 @@ TEST_F(QtFilePanelTests, WhatIsDroppedIsHandedOnAndClosesThePanelWhenItIsTaken) 
     EXPECT_FALSE(QtFilePanelDriver::isOpen());
 }
 
-TEST_F(QtFilePanelTests, ARefusedDropIsExplainedAndThePanelStays) {
+TEST_F(QtFilePanelTest, ARefusedDropIsExplainedAndThePanelStays) {
     answer = core::texts::selectOneFile;
     choose();
     drop({QUrl("file:///a"), QUrl("file:///b")});
@@ -140,9 +140,9 @@ TEST_F(QtFilePanelTests, ARefusedDropIsExplainedAndThePanelStays) {
 }
 
 /// The dialog with Qt's texts from the program's table, as in the program.
-class QtFilePanelTextsTests : public QtFilePanelTests, public ::testing::WithParamInterface<core::AppLanguage> {
+class QtFilePanelTextsTest : public QtFilePanelTest, public ::testing::WithParamInterface<core::AppLanguage> {
 protected:
-    QtFilePanelTextsTests() {
+    QtFilePanelTextsTest() {
         for (const auto* name : {"picture.png", ".profile", "README", "report (1).pdf"}) {
             static_cast<void>(driver.files.file(name));
         }
@@ -197,7 +197,7 @@ protected:
     InterfaceLanguage interface { preferences };
 };
 
-TEST_P(QtFilePanelTextsTests, NothingIsInAnotherLanguage) {
+TEST_P(QtFilePanelTextsTest, NothingIsInAnotherLanguage) {
     const auto language = GetParam();
     fakes::KnownTexts known(language);
     auto& dialog = open(language);
@@ -224,7 +224,7 @@ TEST_P(QtFilePanelTextsTests, NothingIsInAnotherLanguage) {
     QtFilePanelDriver::cancel();
 }
 
-TEST_P(QtFilePanelTextsTests, SizesKindsAndDatesAreInTheLanguage) {
+TEST_P(QtFilePanelTextsTest, SizesKindsAndDatesAreInTheLanguage) {
     const auto language = GetParam();
     open(language);
     const auto picture = row("picture.png");
@@ -236,7 +236,7 @@ TEST_P(QtFilePanelTextsTests, SizesKindsAndDatesAreInTheLanguage) {
     QtFilePanelDriver::cancel();
 }
 
-TEST_P(QtFilePanelTextsTests, AMissingFileIsSaidInTheLanguage) {
+TEST_P(QtFilePanelTextsTest, AMissingFileIsSaidInTheLanguage) {
     const auto language = GetParam();
     auto& dialog = open(language);
     fakes::KnownTexts known(language);
@@ -259,7 +259,7 @@ TEST_P(QtFilePanelTextsTests, AMissingFileIsSaidInTheLanguage) {
     QtFilePanelDriver::cancel();
 }
 
-TEST_P(QtFilePanelTextsTests, PathsAreReadFromTheirRoot) {
+TEST_P(QtFilePanelTextsTest, PathsAreReadFromTheirRoot) {
     auto& dialog = open(GetParam());
     auto& place = *dialog.findChild<QComboBox*>("lookInCombo");
     EXPECT_EQ(place.layoutDirection(), Qt::LeftToRight);
@@ -274,7 +274,7 @@ TEST_P(QtFilePanelTextsTests, PathsAreReadFromTheirRoot) {
     QtFilePanelDriver::cancel();
 }
 
-TEST_P(QtFilePanelTextsTests, AnotherLanguageIsFollowedWhileItIsOpen) {
+TEST_P(QtFilePanelTextsTest, AnotherLanguageIsFollowedWhileItIsOpen) {
     auto& dialog =
         open(GetParam() == core::AppLanguage::hebrew ? core::AppLanguage::arabic : core::AppLanguage::hebrew);
     preferences.choose(GetParam());
@@ -290,7 +290,7 @@ TEST_P(QtFilePanelTextsTests, AnotherLanguageIsFollowedWhileItIsOpen) {
     QtFilePanelDriver::cancel();
 }
 
-TEST_P(QtFilePanelTextsTests, ARefusedDropHasAButtonInTheLanguage) {
+TEST_P(QtFilePanelTextsTest, ARefusedDropHasAButtonInTheLanguage) {
     answer = core::texts::selectOneFile;
     open(GetParam());
     drop({QUrl("file:///a"), QUrl("file:///b")});
@@ -306,7 +306,7 @@ TEST_P(QtFilePanelTextsTests, ARefusedDropHasAButtonInTheLanguage) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(In, QtFilePanelTextsTests, ::testing::ValuesIn(core::allLanguages),
+INSTANTIATE_TEST_SUITE_P(In, QtFilePanelTextsTest, ::testing::ValuesIn(core::allLanguages),
                          [](const auto& parameter) { return std::string(core::languageID(parameter.param)); });
 
 } // namespace

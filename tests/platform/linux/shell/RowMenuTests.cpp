@@ -28,7 +28,7 @@ MenuRow separator() {
     return row;
 }
 
-class RowMenuTests : public ::testing::Test {
+class RowMenuTest : public ::testing::Test {
 protected:
     void set(std::vector<MenuRow> rows) { menu.setRows(std::move(rows), LayoutDirection::leftToRight); }
 
@@ -43,7 +43,7 @@ protected:
     RowMenu menu;
 };
 
-TEST_F(RowMenuTests, DrawsRowsInOrder) {
+TEST_F(RowMenuTest, DrawsRowsInOrder) {
     auto header = item("Header");
     header.kind = Kind::header;
     auto checked = item("Checked");
@@ -61,12 +61,12 @@ TEST_F(RowMenuTests, DrawsRowsInOrder) {
     EXPECT_FALSE(actions[3]->isEnabled());
 }
 
-TEST_F(RowMenuTests, AnAmpersandIsNoMnemonic) {
+TEST_F(RowMenuTest, AnAmpersandIsNoMnemonic) {
     set({item("Cut & paste")});
     EXPECT_EQ(menu.actions()[0]->text(), "Cut && paste");
 }
 
-TEST_F(RowMenuTests, RowsOfTheSameKindsAreChangedInPlace) {
+TEST_F(RowMenuTest, RowsOfTheSameKindsAreChangedInPlace) {
     set({item("One"), separator(), item("Two")});
     const auto before = menu.actions();
     set({item("Uno"), separator(), item("Dos")});
@@ -74,13 +74,13 @@ TEST_F(RowMenuTests, RowsOfTheSameKindsAreChangedInPlace) {
     EXPECT_EQ(before[2]->text(), "Dos");
 }
 
-TEST_F(RowMenuTests, OtherKindsRebuildTheMenu) {
+TEST_F(RowMenuTest, OtherKindsRebuildTheMenu) {
     set({item("One")});
     set({separator(), item("One")});
     EXPECT_EQ(menu.actions().size(), 2);
 }
 
-TEST_F(RowMenuTests, ARowRunsItsLatestActionOnce) {
+TEST_F(RowMenuTest, ARowRunsItsLatestActionOnce) {
     int first = 0;
     int second = 0;
     set({item("Row", [&] { ++first; })});
@@ -90,7 +90,7 @@ TEST_F(RowMenuTests, ARowRunsItsLatestActionOnce) {
     EXPECT_EQ(second, 1);
 }
 
-TEST_F(RowMenuTests, AnActionMayReplaceTheRows) {
+TEST_F(RowMenuTest, AnActionMayReplaceTheRows) {
     int runs = 0;
     set({item("Row", [&] {
         set({separator()});
@@ -101,19 +101,19 @@ TEST_F(RowMenuTests, AnActionMayReplaceTheRows) {
     EXPECT_TRUE(menu.actions()[0]->isSeparator());
 }
 
-TEST_F(RowMenuTests, MirrorsForRightToLeftLanguages) {
+TEST_F(RowMenuTest, MirrorsForRightToLeftLanguages) {
     menu.setRows({item("שורה")}, LayoutDirection::rightToLeft);
     EXPECT_EQ(menu.layoutDirection(), Qt::RightToLeft);
 }
 
-TEST_F(RowMenuTests, ShowsTheKeyOfARow) {
+TEST_F(RowMenuTest, ShowsTheKeyOfARow) {
     auto row = item("Settings");
     row.keyEquivalent = ",";
     set({row});
     EXPECT_EQ(menu.actions()[0]->shortcut(), QKeySequence("Ctrl+,"));
 }
 
-TEST_F(RowMenuTests, IconsAreDrawnWhenTheMenuFirstOpensAndFollowTheirRow) {
+TEST_F(RowMenuTest, IconsAreDrawnWhenTheMenuFirstOpensAndFollowTheirRow) {
     auto row = item("Pause");
     row.icon = MenuRow::Icon::symbol;
     row.symbol = "pause.circle";

@@ -32,7 +32,7 @@ private:
     fakes::FakeLoginItemService service_;
 };
 
-class AutostartLoginItemTests : public ::testing::Test {
+class AutostartLoginItemTest : public ::testing::Test {
 protected:
     [[nodiscard]] std::filesystem::path file() const { return folder / "com.quillane.app.desktop"; }
 
@@ -54,7 +54,7 @@ protected:
     std::filesystem::path folder = files.folder() / "autostart";
 };
 
-TEST_F(AutostartLoginItemTests, TheEntryStartsTheProgramAtLoginWithItsPathQuoted) {
+TEST_F(AutostartLoginItemTest, TheEntryStartsTheProgramAtLoginWithItsPathQuoted) {
     AutostartLoginItem service("/opt/my apps/50%\"$`\\/quillane", folder);
     ASSERT_TRUE(service.enable());
     EXPECT_NE(content().find("[Desktop Entry]\nType=Application\n"), std::string::npos);
@@ -63,7 +63,7 @@ TEST_F(AutostartLoginItemTests, TheEntryStartsTheProgramAtLoginWithItsPathQuoted
         << content();
 }
 
-TEST_F(AutostartLoginItemTests, EntryWhoseProgramIsGoneIsOff) {
+TEST_F(AutostartLoginItemTest, EntryWhoseProgramIsGoneIsOff) {
     for (const auto* path : {"quillane", "my apps/50%\"$`\\/quillane's", "50%%f"}) {
         const auto program = install(path);
         AutostartLoginItem service(program, folder);
@@ -80,7 +80,7 @@ TEST_F(AutostartLoginItemTests, EntryWhoseProgramIsGoneIsOff) {
     EXPECT_EQ(AutostartLoginItem("/bin/sh", folder).status(), LoginItemStatus::enabled);
 }
 
-TEST_F(AutostartLoginItemTests, AnEntryThatTheDesktopHasSwitchedOffIsOff) {
+TEST_F(AutostartLoginItemTest, AnEntryThatTheDesktopHasSwitchedOffIsOff) {
     AutostartLoginItem service("/bin/sh", folder);
     for (const auto* line : {"Hidden=true", "X-GNOME-Autostart-enabled=false", "Hidden = true"}) {
         ASSERT_TRUE(service.enable());
@@ -91,7 +91,7 @@ TEST_F(AutostartLoginItemTests, AnEntryThatTheDesktopHasSwitchedOffIsOff) {
     }
 }
 
-TEST_F(AutostartLoginItemTests, WhatIsNotAnEntryIsOff) {
+TEST_F(AutostartLoginItemTest, WhatIsNotAnEntryIsOff) {
     std::filesystem::create_directories(folder);
     AutostartLoginItem service("/usr/bin/quillane", folder);
     for (const auto* text :
@@ -101,7 +101,7 @@ TEST_F(AutostartLoginItemTests, WhatIsNotAnEntryIsOff) {
     }
 }
 
-TEST_F(AutostartLoginItemTests, AFolderThatCannotBeMadeIsAFailure) {
+TEST_F(AutostartLoginItemTest, AFolderThatCannotBeMadeIsAFailure) {
     std::ofstream(folder) << "a file";
     AutostartLoginItem service("/usr/bin/quillane", folder);
     EXPECT_FALSE(service.enable());

@@ -16,7 +16,7 @@ namespace quillane {
 namespace {
 
 /// An environment without any proxy.
-class LinuxProxySettingsTests : public ::testing::Test {
+class LinuxProxySettingsTest : public ::testing::Test {
 protected:
     void SetUp() override {
         for (const auto* name : {"http_proxy", "https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY", "HTTP_PROXY"}) {
@@ -25,12 +25,12 @@ protected:
     }
 };
 
-TEST_F(LinuxProxySettingsTests, WithoutADesktopsSettingsThereIsNoProxy) {
+TEST_F(LinuxProxySettingsTest, WithoutADesktopsSettingsThereIsNoProxy) {
     EXPECT_EQ(LinuxProxySettings().proxyFor("https://files.example/a"), "");
     EXPECT_EQ(LinuxProxySettings().proxyFor("not a URL"), "");
 }
 
-TEST_F(LinuxProxySettingsTests, TheEnvironmentDecidesWhenItNamesAProxy) {
+TEST_F(LinuxProxySettingsTest, TheEnvironmentDecidesWhenItNamesAProxy) {
     for (const auto* name : {"http_proxy", "https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY"}) {
         ::setenv(name, "http://proxy.example:3128", 1);
         EXPECT_EQ(LinuxProxySettings().proxyFor("https://files.example/a"), std::nullopt) << name;
@@ -67,7 +67,7 @@ GType headerResolverType() {
     return type;
 }
 
-TEST_F(LinuxProxySettingsTests, HeaderThatBecameAVariableIsIgnoredWhateverResolverIsInstalled) {
+TEST_F(LinuxProxySettingsTest, HeaderThatBecameAVariableIsIgnoredWhateverResolverIsInstalled) {
     const std::unique_ptr<GObject, void (*)(void*)> resolver(
         static_cast<GObject*>(g_object_new(headerResolverType(), nullptr)), g_object_unref);
     ::setenv("HTTP_PROXY", "http://evil.example:3128", 1);

@@ -385,7 +385,7 @@ TEST_F(PropertyListDefaultsTest, WhatCouldNotBeReadBackIsNotWritten) {
     EXPECT_EQ(defaults.lastError(), std::nullopt);
 }
 
-class StandardDefaultsFile : public ::testing::Test {
+class StandardDefaultsFileTest : public ::testing::Test {
 protected:
     class Variable {
     public:
@@ -409,12 +409,12 @@ protected:
     };
 };
 
-TEST_F(StandardDefaultsFile, IsInTheConfigurationFolder) {
+TEST_F(StandardDefaultsFileTest, IsInTheConfigurationFolder) {
     const Variable config("XDG_CONFIG_HOME", "/settings");
     EXPECT_EQ(standardDefaultsFile(), "/settings/quillane/defaults.plist");
 }
 
-TEST_F(StandardDefaultsFile, IsBelowTheHomeFolderWithoutOne) {
+TEST_F(StandardDefaultsFileTest, IsBelowTheHomeFolderWithoutOne) {
     const Variable home("HOME", "/home/someone");
     for (const char* value : std::initializer_list<const char*>{nullptr, "", "relative/path"}) {
         const Variable config("XDG_CONFIG_HOME", value);
@@ -422,7 +422,7 @@ TEST_F(StandardDefaultsFile, IsBelowTheHomeFolderWithoutOne) {
     }
 }
 
-TEST_F(StandardDefaultsFile, FindsTheHomeFolderWithoutAnEnvironment) {
+TEST_F(StandardDefaultsFileTest, FindsTheHomeFolderWithoutAnEnvironment) {
     const Variable config("XDG_CONFIG_HOME", nullptr);
     const Variable home("HOME", nullptr);
     EXPECT_TRUE(standardDefaultsFile().is_absolute());
