@@ -1,10 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/linux/accessibility/AtspiAccessibility.hpp"
-
-#include "contracts/AccessibilityContract.hpp"
-#include "platform/linux/dbus/BusTest.hpp"
-#include "platform/linux/dbus/SessionBus.hpp"
+#include "platform/linux/accessibility/AtspiTest.hpp"
 
 #include <gmock/gmock.h>
 
@@ -18,90 +14,6 @@ using namespace std::chrono_literals;
 using live::Key;
 using testing::waitUntil;
 using Clock = std::chrono::steady_clock;
-
-constexpr auto patience = 15ms;
-
-/// A desktop, and the agent's side of accessibility on it.
-class AtspiTest : public testing::BusTest {
-protected:
-    explicit AtspiTest(live::LiveDesktopOptions options = {.tray = false}) : BusTest(std::move(options)) {}
-
-    void TearDown() override {
-        accessibility_.reset();
-        session_.reset();
-        BusTest::TearDown();
-    }
-
-    Accessibility& accessibility() {
-        if (!accessibility_) {
-            session_ = std::make_unique<SessionBus>();
-            accessibility_ = std::make_unique<AtspiAccessibility>(*session_);
-        }
-        return *accessibility_;
-    }
-
-    live::ChildProcess startForm(const std::string& focus = "plain") {
-        return live::required(desktop().startApplication(
-            {QUILLANE_FORM, "--report", (desktop().home() / "report").string(), "--focus", focus}));
-    }
-
-    template <typename Value>
-    std::optional<Value> read(const AXElement& element, std::string_view name) {
-        const auto value = accessibility().attribute(element, name);
-        const auto* exact = value ? std::get_if<Value>(&*value) : nullptr;
-        return exact ? std::optional<Value>(*exact) : std::nullopt;
-    }
-
-    std::optional<AXElement> focused(pid_t pid) {
-        const auto application = accessibility().application(pid);
-        accessibility().setMessagingTimeout(application, patience);
-        return read<AXElement>(application, "AXFocusedUIElement");
-    }
-
-    /// What a key press looks at.
-    struct Field {
-        std::string role;
-        std::string subrole;
-        bool enabled = false;
-        bool settable = false;
-
-        bool operator==(const Field&) const = default;
-
-        friend std::ostream& operator<<(std::ostream& out, const Field& field) {
-            return out << field.role << ' ' << field.subrole << (field.enabled ? " enabled" : "")
-                       << (field.settable ? " settable" : "");
-        }
-    };
-
-    std::optional<Field> focusedField(pid_t pid) {
-        const auto element = focused(pid);
-        if (!element) {
-            return std::nullopt;
-        }
-        constexpr std::array<std::string_view, 3> names{"AXRole", "AXSubrole", "AXEnabled"};
-        const auto values = accessibility().attributes(*element, names);
-        if (!values) {
-            return std::nullopt;
-        }
-        const auto* role = std::get_if<std::string>(&(*values)[0]);
-        const auto* subrole = std::get_if<std::string>(&(*values)[1]);
-        const auto* enabled = std::get_if<bool>(&(*values)[2]);
-        return Field{role != nullptr ? *role : "", subrole != nullptr ? *subrole : "", enabled != nullptr && *enabled,
-                     accessibility().isAttributeSettable(*element, "AXValue")};
-    }
-
-    static inline const Field plainField{"AXTextField", "", true, true};
-
-    bool waitForField(pid_t pid, const Field& expected) {
-        std::optional<Field> last;
-        const bool found = waitUntil([&] { return (last = focusedField(pid)) == expected; });
-        EXPECT_TRUE(found) << (last ? ::testing::PrintToString(*last) : "none");
-        return found;
-    }
-
-    std::unique_ptr<SessionBus> session_;
-    std::unique_ptr<AtspiAccessibility> accessibility_;
-};
 
 const std::vector<std::string> mousepad{"mousepad", "--disable-server"};
 
@@ -117,7 +29,7 @@ TEST_F(AtspiTest, AQtEditorTakesText) {
     EXPECT_TRUE(waitForField(editor.pid(), {"AXTextArea", "", true, true}));
 }
 
-TEST_F(AtspiTest, FindsWhatHadTheFocusBefore) {
+TEST_F(AtspiTest, FindsAFocusOlderThanTheAgent) {
     const auto first = live::required(desktop().startApplication(mousepad));
     const auto second = live::required(desktop().startApplication({"featherpad"}));
     ASSERT_TRUE(live::waitUntil([&] { return desktop().accessibility().focusedEditor(second.pid()).has_value(); }));
@@ -135,7 +47,7 @@ TEST_F(AtspiTest, FollowsTheFocusFromFieldToField) {
     EXPECT_TRUE(waitForField(form.pid(), {"AXTextField", "", true, false}));
 }
 
-TEST_F(AtspiTest, TellsTheFieldsApartByTheirTitles) {
+TEST_F(AtspiTest, DistinguishesTheFieldsByTheirTitles) {
     const auto form = startForm("password");
     std::optional<AXElement> field;
     EXPECT_TRUE(waitUntil([&] {
@@ -182,14 +94,14 @@ TEST_F(AtspiTest, AnApplicationThatHangsCostsItsTimeoutAndIsUsedAgainWhenItAnswe
         const auto begin = Clock::now();
         EXPECT_FALSE(accessibility().attribute(*field, "AXTitle"));
         const auto took = Clock::now() - begin;
-        EXPECT_GE(took, patience);
+        EXPECT_GE(took, keyTimeout);
         quickest = std::min(quickest, took);
         form.signal(SIGCONT);
     }
     EXPECT_LT(quickest, 30ms);
 }
 
-TEST_F(AtspiTest, WhatIsKnownOfTheFocusIsForgottenWhenTheApplicationHangs) {
+TEST_F(AtspiTest, FactsAboutTheFocusAreForgottenWhenTheApplicationHangs) {
     auto form = startForm();
     ASSERT_TRUE(waitForField(form.pid(), plainField));
     form.signal(SIGSTOP);
@@ -248,7 +160,7 @@ TEST_F(AtspiTest, ManyCallsToAnApplicationThatHangsDoNotAddUp) {
     form.signal(SIGCONT);
 }
 
-TEST_F(AtspiTest, ACallRunsNothingElse) {
+TEST_F(AtspiTest, ACallRunsNoOtherHandlers) {
     auto form = startForm();
     ASSERT_TRUE(waitUntil([&] { return focused(form.pid()).has_value(); }));
     const auto field = focused(form.pid());
@@ -339,10 +251,10 @@ TEST_F(AtspiWithoutBusTest, IsThereWhenTheBusComesAndAgainWhenItReturns) {
     EXPECT_TRUE(waitForField(form.pid(), plainField));
 }
 
-/// An application that answers as it should not.
+/// An application that answers wrongly.
 class AtspiBadApplicationTest : public AtspiTest, public ::testing::WithParamInterface<const char*> {
 protected:
-    /// Starts it when the accessibility bus is known to be listened to, beside an application that behaves.
+    /// Starts it once the accessibility bus has a known listener, beside an application that behaves.
     live::ChildProcess startBad(const std::string& mode) {
         good_.emplace(startForm());
         EXPECT_TRUE(waitForField(good_->pid(), plainField));
@@ -360,7 +272,7 @@ TEST_F(AtspiBadApplicationTest, AnswersAreTakenFromTheStandIn) {
     EXPECT_TRUE(waitForField(process.pid(), plainField));
 }
 
-TEST_F(AtspiBadApplicationTest, AFieldThatTurnsIntoAPasswordFieldIsNoticedWithoutBeingTold) {
+TEST_F(AtspiBadApplicationTest, AFieldThatSilentlyBecomesAPasswordFieldIsNoticed) {
     auto process = startBad("turns");
     ASSERT_TRUE(waitForField(process.pid(), plainField));
     process.signal(SIGUSR1);
@@ -370,7 +282,7 @@ TEST_F(AtspiBadApplicationTest, AFieldThatTurnsIntoAPasswordFieldIsNoticedWithou
 TEST_P(AtspiBadApplicationTest, IsNeverEligibleAndNeverHarmful) {
     const auto process = startBad(GetParam());
     const auto application = accessibility().application(process.pid());
-    accessibility().setMessagingTimeout(application, patience);
+    accessibility().setMessagingTimeout(application, keyTimeout);
     for (int i = 0; i < 20; ++i) {
         EXPECT_FALSE(focused(process.pid()));
         for (const auto* name : {"AXRole", "AXTitle", "AXParent", "AXEnabled"}) {
@@ -388,7 +300,7 @@ TEST_P(AtspiBadApplicationTest, IsNeverEligibleAndNeverHarmful) {
 INSTANTIATE_TEST_SUITE_P(Modes, AtspiBadApplicationTest, ::testing::Values("types", "errors", "silent", "endless"),
                          [](const auto& one) { return std::string(one.param); });
 
-TEST_F(AtspiBadApplicationTest, ReferencesThatAreNoNamesAreLeftOut) {
+TEST_F(AtspiBadApplicationTest, InvalidReferencesAreLeftOut) {
     const auto process = startBad("names");
     ASSERT_TRUE(waitForField(process.pid(), plainField));
     const auto field = focused(process.pid());
@@ -397,108 +309,6 @@ TEST_F(AtspiBadApplicationTest, ReferencesThatAreNoNamesAreLeftOut) {
     EXPECT_EQ(read<std::vector<AXElement>>(*field, "AXChildren"), std::vector<AXElement>());
 }
 
-/// What every Accessibility promises, asked of a form on a desktop of its own.
-class AtspiDriver : public AtspiTest {
-public:
-    AtspiDriver() {
-        SetUp();
-        form_.emplace(startForm("readonly"));
-    }
-
-    ~AtspiDriver() override {
-        TearDown(); // keeps the evidence while everything still runs
-        form_.reset();
-    }
-
-    void TestBody() override {}
-
-    using AtspiTest::accessibility;
-
-    [[nodiscard]] pid_t pid() const { return form_->pid(); }
-
-    void focusTextField() {
-        moveTo("plain");
-        const auto caret = [this] {
-            const auto field = focused(pid());
-            const auto range = field ? read<AXTextRange>(*field, "AXSelectedTextRange") : std::nullopt;
-            return range ? range->location + range->length : -1;
-        };
-        if (!typed_) {
-            desktop().keyboard().type("abc");
-            typed_ = true;
-            ASSERT_TRUE(testing::waitUntil([&] { return caret() == 3; }));
-        }
-    }
-
-    void focusPasswordField() { moveTo("password"); }
-
-    void openContextMenu() {
-        // The application learns from the registry who observes it, and a key could overtake that. It has arrived once
-        // the registry lists the observer and the application has answered a question over the same bus.
-        ASSERT_TRUE(live::waitUntil([&] { return registeredEvents().find("Showing") != std::string::npos; }));
-        ASSERT_TRUE(testing::waitUntil([&] {
-            const auto field = focused(pid());
-            return field && read<std::string>(*field, "AXTitle").has_value();
-        }));
-        desktop().keyboard().tap(Key::menu);
-    }
-
-    void stopAnswering() {
-        form_->signal(SIGSTOP);
-        // What was known of the focused element is good for half a second.
-        EXPECT_TRUE(testing::waitUntil([this] { return !focusedField(pid()); }));
-    }
-
-    bool waitUntil(const std::function<bool()>& condition) { return testing::waitUntil(condition); }
-
-private:
-    void moveTo(const char* title) {
-        for (int i = 0; i < 3; ++i) {
-            std::optional<AXElement> before;
-            std::optional<std::string> titleBefore; // which a busy application may not tell in time
-            ASSERT_TRUE(testing::waitUntil([&] {
-                before = focused(pid());
-                titleBefore = before ? read<std::string>(*before, "AXTitle") : std::nullopt;
-                return titleBefore.has_value();
-            }));
-            if (titleBefore == title) {
-                return;
-            }
-            desktop().keyboard().tap(Key::tab);
-            ASSERT_TRUE(testing::waitUntil([&] {
-                const auto now = focused(pid());
-                return now && *now != *before;
-            }));
-        }
-        FAIL() << "the form has no field " << title;
-    }
-
-    /// What the registry of the accessibility bus says that applications are observed for.
-    [[nodiscard]] std::string registeredEvents() {
-        const auto call = [this](const char* name, const char* path, const char* method,
-                                 const live::Environment& more) {
-            return desktop()
-                .run({"gdbus", "call", "--session", "--dest", name, "--object-path", path, "--method", method},
-                     live::patience, more)
-                .output;
-        };
-        const auto address = call("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus.GetAddress", {}); // ('address',)
-        const auto first = address.find('\'') + 1;
-        return call("org.a11y.atspi.Registry", "/org/a11y/atspi/registry",
-                    "org.a11y.atspi.Registry.GetRegisteredEvents",
-                    {{"DBUS_SESSION_BUS_ADDRESS", address.substr(first, address.find('\'', first) - first)}});
-    }
-
-    std::optional<live::ChildProcess> form_;
-    bool typed_ = false;
-};
-
 } // namespace
-
-namespace testing {
-
-INSTANTIATE_TYPED_TEST_SUITE_P(Atspi, AccessibilityContract, AtspiDriver);
-
-} // namespace testing
 
 } // namespace quillane

@@ -47,7 +47,7 @@ TEST_F(AtspiPermissionServiceTest, IsGrantedFromTheFirstQuestionOnWhenAccessibil
     EXPECT_TRUE(service.isGranted(MacPermission::inputMonitoring));
 }
 
-/// The process that answers for accessibility, stopped as one is that a busy machine gives no time.
+/// The process that answers for accessibility, stopped as if a busy machine gave it no time.
 class StoppedLauncher {
 public:
     explicit StoppedLauncher(BusConnection& bus) {

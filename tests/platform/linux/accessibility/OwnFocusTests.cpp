@@ -20,7 +20,7 @@ namespace quillane {
 
 namespace {
 
-/// A window of this process, on no desktop at all.
+/// A window of this process, outside every desktop.
 class OwnFocusTest : public ::testing::Test {
 protected:
     OwnFocusTest() {
@@ -91,7 +91,7 @@ TEST_F(OwnFocusTest, AFieldOfThisProcessTakesText) {
     EXPECT_TRUE(isSettable());
 }
 
-TEST_F(OwnFocusTest, APasswordIsToldApartAndWhatCannotBeEditedIsNotSettable) {
+TEST_F(OwnFocusTest, APasswordFieldIsRecognisedAndReadOnlyTextIsNotSettable) {
     password_.setFocus();
     EXPECT_EQ(text("AXSubrole"), "AXSecureTextField");
     readOnly_.setFocus();
