@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 //
-// What another program says that it has copied. The first byte chooses the target, the rest is what it delivers for it.
-// Conversions yield what they promise, and what is written back for it is read as the same.
+// Clipboard contents of another program. The first byte chooses the target, the rest is the data for it. Conversions
+// yield what they promise, and data that is written back is read as the same.
 #include "Require.hpp"
 
 #include "core/clipboard/ClipboardSnapshot.hpp"

@@ -21,7 +21,7 @@ constexpr std::size_t writeLimit = 1U << 28U; // what is folded in the input is 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto bytes = quillane::fuzz::bytesOf(data, size);
     if (const auto value = parsePropertyList(bytes, readLimit)) {
-        // By their bytes: a value that is not a number does not equal itself.
+        // By their bytes: NaN does not equal itself.
         if (const auto written = serializePropertyList(*value, writeLimit)) {
             const auto again = parsePropertyList(*written, writeLimit);
             require(again.has_value());

@@ -11,7 +11,7 @@
 
 namespace quillane::fuzz {
 
-/// Ends the program, which the fuzzer reports with the input, when what must hold does not.
+/// Aborts when a condition does not hold, which the fuzzer reports with the input.
 inline void require(bool condition) {
     if (!condition) {
         std::abort();

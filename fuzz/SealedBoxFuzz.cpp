@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 //
-// Files of the vault as somebody without the key may leave them: a box opens to what was sealed, and no other does.
+// Files of the vault as an attacker without the key may leave them: a box opens to what was sealed, and no other does.
 #include "Require.hpp"
 
 #include "core/clipboard/EntryArchive.hpp"

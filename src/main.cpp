@@ -49,7 +49,7 @@ Reply send(const ControlRequest& request) {
     return sendControlRequest(controlSocketPath(), request, replyPatience);
 }
 
-/// Prints what the running agent has answered.
+/// Prints the running agent's answer.
 int tell(const Reply& reply) {
     if (!reply) {
         std::cerr << (isAbsent(reply) ? "quillane is not running\n" : "quillane does not answer\n");
@@ -68,7 +68,7 @@ int ask(const ControlRequest& request) {
 
 /// Starts the agent as a process of its own.
 bool startAgent(int argc, char** argv) {
-    const QCoreApplication application(argc, argv); // knows where the program is
+    const QCoreApplication application(argc, argv); // knows the program's path
     QProcess agent;
     agent.setProgram(QCoreApplication::applicationFilePath());
     agent.setStandardInputFile(QProcess::nullDevice());
@@ -169,7 +169,7 @@ AppServices services(const Platform& platform, CurlUrlSessions& urlSessions, Thr
             .updater = platform.updater.get()};
 }
 
-/// Becomes the agent, unless this user has one already: that one is asked to show itself.
+/// Becomes the agent, or asks the user's running agent to show itself.
 int runAgent(int argc, char** argv, const commandLine::RunAgent& call) {
     auto control = ControlSocket::claim(controlSocketPath());
     if (!control && control.error() == ClaimError::alreadyRunning) {

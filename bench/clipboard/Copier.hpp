@@ -14,7 +14,8 @@
 
 namespace quillane::live {
 
-/// An application that copies text at once, and hands it out at once: what is measured is who watches the clipboard.
+/// An application that copies and delivers text at once, so that the measurement is of the program that watches the
+/// clipboard.
 class Copier {
 public:
     explicit Copier(const std::string& display);
@@ -22,7 +23,7 @@ public:
     Copier(const Copier&) = delete;
     Copier& operator=(const Copier&) = delete;
 
-    /// Takes the clipboard; the moment at which the server was told.
+    /// Takes the clipboard; returns the moment at which the request was sent.
     std::chrono::steady_clock::time_point copy(const std::string& text);
 
 private:

@@ -27,7 +27,7 @@ double millisecondsSince(Clock::time_point begin) {
     return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
 }
 
-/// Looks as often as it can, without costing what it looks at much.
+/// Polls as often as possible without much cost for the observed program.
 template <typename Condition>
 bool soon(const Condition& condition, milliseconds limit = milliseconds{20'000}) {
     const auto begin = Clock::now();
@@ -40,7 +40,7 @@ bool soon(const Condition& condition, milliseconds limit = milliseconds{20'000})
     return true;
 }
 
-/// One of the two programs, asked for what it has recorded.
+/// One of the two programs, and what it has recorded.
 struct Watcher {
     std::string name;
     pid_t pid = 0;
@@ -118,8 +118,8 @@ private:
         return made;
     }
 
-    /// From the copy until the program says that it has it. CopyQ looks itself, in its own script, since starting its
-    /// command takes longer than what is measured.
+    /// From the copy until the program reports it. CopyQ polls in its own script, because starting its command takes
+    /// longer than the measured time.
     void measureCopies() {
         std::vector<double> ours;
         std::vector<double> theirs;
@@ -171,7 +171,7 @@ private:
             copier_.copy(text(1'024));
             std::this_thread::sleep_for(milliseconds{25});
         }
-        for (auto n = copyqEntries(); n < wanted; ++n) { // what came too fast for it
+        for (auto n = copyqEntries(); n < wanted; ++n) { // copies that came too fast for it
             copier_.copy(text(1'024));
             std::this_thread::sleep_for(milliseconds{60});
         }

@@ -36,7 +36,7 @@ double opensslSpeed() {
     throw std::runtime_error("openssl speed gave no figure");
 }
 
-/// The processor's time, as `openssl speed` counts it: other programs do not enter into it.
+/// Processor time, as `openssl speed` counts it, so that other programs do not matter.
 double processorSeconds() {
     timespec time{};
     clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);

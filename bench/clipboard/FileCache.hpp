@@ -6,7 +6,7 @@
 
 namespace quillane::bench {
 
-/// Has the system forget what it keeps in memory of the files in a folder, so that they are read from the disk.
+/// Drops the system's cache of the files in a folder, so that they are read from the disk.
 void dropFileCache(const std::filesystem::path& folder);
 
 } // namespace quillane::bench

@@ -24,7 +24,7 @@ namespace quillane::bench {
     return values[values.size() / 2];
 }
 
-/// One line: the figure, its goal, and whether it keeps to it.
+/// One line: the figure, its goal, and whether it meets it.
 inline bool report(const std::string& name, double figure, const char* unit, double goal, bool mayBeAbove = false) {
     const bool isMet = mayBeAbove ? figure >= goal : figure <= goal;
     std::printf("%-68s %10.3f %-4s goal %s %g  %s\n", name.c_str(), figure, unit, mayBeAbove ? "at least" : "at most",
@@ -32,7 +32,7 @@ inline bool report(const std::string& name, double figure, const char* unit, dou
     return isMet;
 }
 
-// Each prints its figures and says whether all of them keep to their goals.
+// Each prints its figures and returns whether all of them meet their goals.
 [[nodiscard]] bool measureDigest();
 [[nodiscard]] bool measureSaving();
 [[nodiscard]] bool measureWholeVault();

@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-// How long the panel of the clipboard history takes to be seen, from the call that opens it or the key that is typed
-// until the list has been painted, with 1,000 entries of 2 KB. Drawn off the screen: what the display server takes
-// comes on top.
+// The time of the clipboard history's panel from the call that opens it, or from a typed key, until the list has been
+// painted, with 1,000 entries of 2 KB. Drawn offscreen: the display server's time comes on top.
 
 #include "clipboard/panel/HistoryPanel.hpp"
 #include "fakes/FakeClipboardHistory.hpp"
@@ -34,7 +33,7 @@ constexpr int entries = 1000;
 constexpr std::size_t entryBytes = 2048;
 constexpr int rounds = 31;
 
-/// In milliseconds; where other programs take the processors, the second tells more.
+/// In milliseconds; on a busy machine the second is more meaningful.
 struct Times {
     double passed = 0;
     double onProcessor = 0;

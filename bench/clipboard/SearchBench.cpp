@@ -17,7 +17,7 @@ namespace {
 
 using core::ClipboardEntry;
 
-/// Texts of words in turn, each of so many characters, that hold none of the words searched for.
+/// Texts of alternating words, each with this many characters, that contain none of the words searched for.
 core::ClipboardHistory historyOf(int count, std::size_t characters, std::string_view words, core::Date date) {
     std::string text;
     while (text.size() < 4 * characters + words.size()) {

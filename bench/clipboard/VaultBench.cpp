@@ -104,7 +104,7 @@ void cipher(std::vector<std::byte>& bytes, bool isEncrypting) {
     EVP_CIPHER_CTX_ctrl(context.get(), EVP_CTRL_GCM_GET_TAG, isEncrypting ? 16 : 0, tag.data());
 }
 
-/// What writing a vault of this size needs at least: to encrypt as many files, and to put them on the disk safely.
+/// The minimum for writing a vault of this size: encrypting as many files, and flushing them to the disk.
 double bareWriting(const std::filesystem::path& folder, std::vector<std::vector<std::byte>>& contents) {
     return secondsOf([&] {
         for (std::size_t i = 0; i < contents.size(); ++i) {
@@ -121,7 +121,7 @@ double bareWriting(const std::filesystem::path& folder, std::vector<std::vector<
     });
 }
 
-/// What reading it needs at least: the files from the disk, kept in memory, and to decrypt them.
+/// The minimum for reading it: reading the files into memory, and decrypting them.
 double bareReading(const std::filesystem::path& folder, std::size_t count) {
     return secondsOf([&] {
         std::vector<std::vector<std::byte>> contents(count);

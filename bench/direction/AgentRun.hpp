@@ -11,7 +11,7 @@ class LiveDesktop;
 namespace quillane::bench {
 
 /// Types chords into the page with the agent running, as a user does: prints when the page's script saw the direction,
-/// and how much time the agent's main thread had on a processor.
+/// and the processor time of the agent's main thread.
 void measureAgent(live::LiveDesktop& desktop, const live::LiveBrowser& browser, int runs);
 
 } // namespace quillane::bench

@@ -11,8 +11,7 @@
 
 namespace quillane::bench {
 
-/// Counts the calls that are passed on to another Accessibility, and the time that they take, except while something
-/// else is waited for in any case.
+/// Counts the calls that are passed on to another Accessibility, and their time, except during other waits.
 class CountingAccessibility final : public Accessibility {
 public:
     using Clock = std::chrono::steady_clock;

@@ -43,7 +43,7 @@ bool waitForEvents(const std::function<bool()>& condition) {
     return condition();
 }
 
-/// For what no event tells.
+/// For what no event announces.
 bool waitUntil(const std::function<bool()>& condition) {
     const auto deadline = Clock::now() + 10s;
     while (!condition() && Clock::now() < deadline) {
@@ -58,7 +58,7 @@ void pause(Clock::duration time) {
     must(waitUntil([&] { return Clock::now() > end; }), "a pause");
 }
 
-/// Adds up the delays that are asked for.
+/// Adds up the requested delays.
 class DelayedQueue final : public MainQueue {
 public:
     DelayedQueue(MainQueue& real, CountingAccessibility& accessibility) : real_(real), accessibility_(accessibility) {}
@@ -82,7 +82,7 @@ private:
     CountingAccessibility& accessibility_;
 };
 
-/// The road of a chord in this process, so that it can be looked into: from the event tap to the adapter's report.
+/// The path of a chord in this process, to be measured: from the event tap to the adapter's report.
 class ChordRoad {
 public:
     ChordRoad(Platform& platform, live::LiveDesktop& desktop, const live::LiveBrowser& browser)

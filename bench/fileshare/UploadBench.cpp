@@ -3,7 +3,7 @@
 //
 // quillane_upload_bench [MEBIBYTES [ROUNDS]]
 //
-// Uploads one large file over loopback, by turns with the agent's own upload and with `curl -T`, over http and over
+// Uploads one large file over loopback, alternating between the agent's own upload and `curl -T`, over http and over
 // TLS, and prints medians: throughput, CPU time, and the memory that the agent's upload takes beyond an idle process;
 // and how often a share window is drawn meanwhile.
 #include "core/fileshare/FileShareUpload.hpp"
@@ -92,7 +92,7 @@ int upload(int argc, char** argv) {
     if (argc > 4) {
         configuration.certificateAuthorities = argv[4];
     }
-    std::ofstream("/proc/self/clear_refs") << 5; // starts the peak anew (proc(5))
+    std::ofstream("/proc/self/clear_refs") << 5; // resets the peak (proc(5))
     const long idle = processMemory("VmRSS:");
     core::FileShareUpload transfer(sessions.factory(), examiner.examiner());
     int exitCode = 1;
@@ -140,7 +140,7 @@ Figures figures(const std::vector<Run>& runs, std::size_t mebibytes) {
     return {static_cast<double>(mebibytes) / median(time), median(cpu)};
 }
 
-/// Both by turns, so that what else the machine does hits both; false when an upload failed.
+/// Both in turn, so that other load affects both; false when an upload failed.
 bool compare(const char* title, const std::string& address, const std::string& file, std::size_t mebibytes, int rounds,
              const std::filesystem::path& folder, const std::string& authority) {
     const auto output = folder / "output";

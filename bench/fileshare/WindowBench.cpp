@@ -31,7 +31,7 @@ class Drawings : public QObject {
 public:
     std::vector<Clock::time_point> times;
 
-    /// The most of them in any one second.
+    /// The maximum of them in any one second.
     [[nodiscard]] long most() const {
         long result = 0;
         for (auto first = times.begin(); first != times.end(); ++first) {

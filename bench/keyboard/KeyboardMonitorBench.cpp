@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 //
-// The cost of a key in the event tap, apart from the desktop's own: what every key waits for, everywhere. One iteration
-// is a press and its release, so that the dearer of the two cannot hide behind the other.
+// The cost of a key in the event tap, without the desktop's: every key waits for it. One iteration is a press and its
+// release, so that the more expensive of the two cannot hide behind the other.
 
 #include "keyboard/KeyboardMonitor.hpp"
 #include "keyboard/RTLInput.hpp"
@@ -72,7 +72,7 @@ private:
     RunningApplication front_{.pid = 1001, .bundleID = "com.apple.TextEdit", .name = "TextEdit"};
 };
 
-/// Keeps the task posted last: making and dropping one belongs to the cost.
+/// Keeps the task posted last: making and destroying one is part of the cost.
 class BenchQueue final : public MainQueue {
 public:
     void post(Task task) override { last_ = std::move(task); }

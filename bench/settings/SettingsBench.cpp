@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-// How long the settings window keeps people waiting: from the call that shows it (or another page of it) until it is
-// drawn, on a private desktop with its window manager and accessibility. Each first opening is that of a new process.
+// How long the settings window keeps the user waiting: from the call that shows it (or another page of it) until it is
+// drawn, on a private desktop with its window manager and accessibility. Each first opening is in a new process.
 
 #include "core/settings/SettingsPage.hpp"
 #include "desktop/fixture/LiveDesktop.hpp"
@@ -31,7 +31,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// What this thread has spent on a processor, which other programs of the machine change little.
+/// The processor time of this thread, which other programs hardly affect.
 double work() {
     timespec time{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
@@ -109,7 +109,7 @@ int showOnce(int argc, char** argv) {
     ClipboardSettings clipboard;
     clipboard.options = [&] { return options; };
     clipboard.setOptions = [&](const core::ClipboardOptions& changed) { options = changed; };
-    rest(); // the agent has long been idle when its window is wanted
+    rest(); // the agent has long been idle when its window is opened
     std::unique_ptr<SettingsWindow> window;
     const auto start = Clock::now();
     const double before = work();
@@ -136,7 +136,7 @@ int showOnce(int argc, char** argv) {
         print("again", drawing.after([&] { window->present(core::SettingsPage::general); }));
         rest();
     }
-    for (const auto* name : {"page", "switch", "switch"}) { // a page is made when it is first wanted
+    for (const auto* name : {"page", "switch", "switch"}) { // a page is made on first use
         for (const auto page : core::allSettingsPages) {
             if (page == model.page()) {
                 continue;

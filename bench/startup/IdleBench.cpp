@@ -30,7 +30,7 @@ std::vector<IdleCost> measure(LiveDesktop& desktop, int seconds) {
     auto editor = desktop.startApplication({"mousepad", "--disable-server"});
     must(editor.has_value(), "an editor");
     desktop.keyboard().type("quillane");
-    std::this_thread::sleep_for(std::chrono::seconds{5}); // what is still done after the start is not idle
+    std::this_thread::sleep_for(std::chrono::seconds{5}); // work that follows the start is not idling
 
     std::vector<ResourceUse> before;
     for (const auto& process : processes) {

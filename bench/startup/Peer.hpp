@@ -18,7 +18,7 @@ struct Peer {
     std::string windowClass;         ///< of its tray icon
 };
 
-/// The agent, and the tray program that its figures are put beside.
+/// The agent, and the tray program that it is compared with.
 [[nodiscard]] const std::vector<Peer>& peers();
 
 [[nodiscard]] double median(std::vector<double> values);

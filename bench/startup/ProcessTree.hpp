@@ -13,7 +13,7 @@ namespace quillane::live {
 struct ResourceUse {
     int processes = 0;
     std::uint64_t cpuNanoseconds = 0; ///< time on a processor, of all threads (schedstat)
-    std::uint64_t wakeUps = 0;        ///< times that a thread went to sleep by itself: each is one wake-up
+    std::uint64_t wakeUps = 0;        ///< voluntary context switches: each is one wake-up
     std::uint64_t memoryKiB = 0;      ///< proportional share (Pss of smaps_rollup)
 };
 

@@ -61,7 +61,7 @@ double timeOfCall(LiveDesktop& desktop, const Peer& peer) {
 void compare(LiveDesktop& desktop, const char* title, int runs, double (*measure)(LiveDesktop&, const Peer&)) {
     std::vector<std::vector<double>> times(peers().size());
     for (int run = 0; run <= runs; ++run) {
-        for (std::size_t i = 0; i < peers().size(); ++i) { // turn by turn, so that both meet the same load
+        for (std::size_t i = 0; i < peers().size(); ++i) { // alternating, so that both meet the same load
             const double time = measure(desktop, peers()[i]);
             if (run > 0) { // the first run of each fills the caches
                 times[i].push_back(time);

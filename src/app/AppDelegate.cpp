@@ -30,7 +30,7 @@ constexpr auto refreshInterval = 2000ms;
 constexpr std::string_view lastStatusKey = "LastStatus";
 constexpr auto beforeShowingPermissions = 500ms;
 
-/// How many refreshes a tray may take to show the item; at login it is started beside this program.
+/// The number of refreshes within which a tray must show the item; at login both start together.
 constexpr int refreshesUntilItemIsShown = 2;
 constexpr int refreshesUntilItemIsShownAtLogin = 30;
 
@@ -251,7 +251,7 @@ void AppDelegate::showClipboard() {
     clipboardPanel_.toggle();
 }
 
-/// When it is first wanted: most of what it draws with is loaded then, too.
+/// On first use: most of what it draws with is loaded then, too.
 void AppDelegate::makeHistoryPanel() {
     historyPanel_ = std::make_unique<HistoryPanel>(HistoryPanelServices{
         .desktop = services_.desktop,

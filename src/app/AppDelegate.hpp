@@ -37,7 +37,7 @@
 
 namespace quillane {
 
-/// The root of the agent: owns every long-lived controller, wires them together, builds the status menu and decides in
+/// The root of the agent. Owns every long-lived controller, wires them together, builds the status menu and decides in
 /// `refreshRuntime` what runs. Main thread.
 class AppDelegate {
 public:
@@ -59,10 +59,10 @@ public:
     /// The program was opened again while it runs.
     void applicationShouldHandleReopen();
 
-    /// Stops everything that runs; called once, after the event loop has ended. What it undoes stays undone.
+    /// Stops everything that runs; called once, after the event loop has ended. Nothing can be started again.
     void applicationWillTerminate();
 
-    /// Saves what has been copied, and waits for it; for an end at which nothing else can be done any more.
+    /// Saves pending copies and waits for it, at an end at which nothing else can be done.
     void saveHistory() { clipboard_.saveAtOnce(); }
 
     /// Answers a later start of the program.
@@ -76,7 +76,7 @@ public:
     [[nodiscard]] ClipboardPanel& clipboardPanel() { return clipboardPanel_; }
 
 private:
-    /// What a refresh has seen on the desktop.
+    /// What a refresh has found on the desktop.
     struct Surroundings {
         bool oldCopyRunning = false;
         bool screenSharingSuspended = false;
@@ -90,8 +90,8 @@ private:
     [[nodiscard]] StatusMenuActions menuActions();
     void applyOptions();
 
-    /// Decides what runs, in this order: permissions and login item, what else is on the desktop, the keyboard monitor,
-    /// the model, the clipboard history, Keep Awake, the status item.
+    /// Decides what runs, in this order: permissions and login item, other applications, the keyboard monitor, the
+    /// model, the clipboard history, Keep Awake, the status item.
     void refreshRuntime();
     void lookAround();
     void runMonitor();
@@ -125,7 +125,7 @@ private:
     core::AppPreferences& preferences_;
     SettingsModel& model_;
     Environment environment_;
-    InterfaceLanguage interfaceLanguage_; ///< before all that shows texts, which follows the language after it
+    InterfaceLanguage interfaceLanguage_; ///< before everything that shows texts and follows the language after it
 
     PermissionController permissions_;
     SymbolIcons symbols_; ///< for the windows
@@ -143,15 +143,15 @@ private:
     AppUpdater updater_;
     bool wasPaused_; ///< when the options were applied last
     Surroundings surroundings_;
-    bool refreshing_ = false; ///< `refreshRuntime` runs, which takes in what changes meanwhile
+    bool refreshing_ = false; ///< `refreshRuntime` is running and picks up changes meanwhile
 
     DirectionDeliveries directions_;
-    std::optional<StatusMenuState> shownMenu_; ///< what the status item shows now; drawn anew only when it differs
-    int refreshesUntilItemCheck_ = 0;          ///< until it is looked whether the status item is shown
+    std::optional<StatusMenuState> shownMenu_; ///< what the status item shows now; redrawn only when it differs
+    int refreshesUntilItemCheck_ = 0;          ///< until the check whether the status item is shown
     bool checked_ =
         false; ///< the permissions have been read; until then the status row says that they are being checked
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with steps that are still to come
-    std::unique_ptr<SettingsWindow> settings_;              ///< made when it is first wanted, then kept
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending steps
+    std::unique_ptr<SettingsWindow> settings_;              ///< made on first use, then kept
     std::unique_ptr<HistoryPanel> historyPanel_;            ///< likewise
     std::vector<core::Subscription> subscriptions_;         // last: dropped before what their callbacks use
     core::Subscription refreshTimer_;

@@ -50,7 +50,7 @@ ControlReply AppDelegate::capture() {
     if (services_.areaCapture.means() == AreaCapture::Means::none) {
         return {false, core::LocalizedText(core::texts::areaCaptureNeedsX11).rendered(core::AppLanguage::english)};
     }
-    startCapture(); // how it goes is told to the user, who may still hold the keys of a shortcut
+    startCapture(); // its outcome is shown to the user, who may still hold the keys of a shortcut
     return {};
 }
 
@@ -63,7 +63,7 @@ ControlReply AppDelegate::share(const std::vector<std::string>& urls) {
     if (!refusal) {
         return {};
     }
-    fileShare_.tell(*refusal); // a file manager shows nobody what the command prints
+    fileShare_.tell(*refusal); // a file manager does not show what the command prints
     return {false, refusal->rendered(core::AppLanguage::english)};
 }
 

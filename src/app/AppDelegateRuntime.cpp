@@ -10,7 +10,7 @@
 #include <cstdio>
 #include <utility>
 
-// What runs, and what the model and the menu say of it.
+// What runs, and what the model and the menu show of it.
 
 namespace quillane {
 
@@ -92,7 +92,7 @@ void AppDelegate::lookForStatusItem(bool atLogin) {
     }
 }
 
-/// Without a place for the status item nothing else says that the program runs. Where the desktop shows no notices
+/// Without a place for the status item, nothing else shows that the program runs. Where the desktop shows no notices
 /// either, its settings do, unless it was started at login.
 void AppDelegate::sayThatItRuns(bool atLogin) {
     const auto language = preferences_.state().language;

@@ -36,7 +36,7 @@ namespace quillane {
 
 /// What the application needs of the desktop, borrowed: the real backend in the program, fakes in tests.
 struct AppServices {
-    core::Desktop desktop{}; ///< what texts speak of
+    core::Desktop desktop{}; ///< the desktop that texts name
     MainQueue& mainQueue;
     core::UserDefaults& userDefaults;
     Workspace& workspace;
@@ -57,7 +57,7 @@ struct AppServices {
     core::SecretStore& secretStore;
     SerialQueue& vaultQueue; ///< where the clipboard history's disk work runs
     SerialQueue& imageQueue; ///< where pictures are decoded
-    SerialQueue& fileQueue;  ///< where files are asked after
+    SerialQueue& fileQueue;  ///< where files are looked up
     FilePanel& filePanel;
     SystemSymbols& systemSymbols;
     ServicesMenu& servicesMenu;

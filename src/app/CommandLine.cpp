@@ -15,9 +15,9 @@ UsageError unknown(std::string_view kind, std::string_view word) {
     return {"unknown " + std::string(kind) + " '" + std::string(word) + "'"};
 }
 
-/// Leaves out what macOS itself gives an application that it starts: its process serial number at the first launch of a
-/// download (-psn_0_12345), and settings for this launch only in pairs (-NSQuitAlwaysKeepsWindows NO, -AppleLanguages
-/// (he)).
+/// Leaves out arguments that macOS itself passes to an application that it starts: its process serial number at the
+/// first launch of a download (-psn_0_12345), and settings for this launch only in pairs (-NSQuitAlwaysKeepsWindows NO,
+/// -AppleLanguages (he)).
 std::span<const std::string_view> withoutLaunchArguments(std::span<const std::string_view> words) {
     while (!words.empty()) {
         if (words.front().starts_with("-psn_")) {

@@ -30,8 +30,8 @@ struct Diagnose {
     bool operator==(const Diagnose&) const = default;
 };
 
-/// Have the running agent share a file; one that does not run is started. Without a file the user chooses one. The
-/// agent answers when there are several.
+/// Have the agent share a file, starting it if it is not running. Without a file the user chooses one. With several,
+/// the agent answers with an error.
 struct ShareFiles {
     std::vector<std::string> paths; ///< as they were given
     bool operator==(const ShareFiles&) const = default;
@@ -45,7 +45,7 @@ struct ShowVersion {
     bool operator==(const ShowVersion&) const = default;
 };
 
-/// The words are no call of this program: `message` says which.
+/// The words are not a call of this program: `message` says why.
 struct UsageError {
     std::string message;
     bool operator==(const UsageError&) const = default;
@@ -56,7 +56,7 @@ using Call = std::variant<RunAgent, SendRequest, Diagnose, ShareFiles, ShowHelp,
 /// Reads the words after the program's name, without those that macOS puts before them.
 [[nodiscard]] Call parse(std::span<const std::string_view> words);
 
-/// The usage text, for people; English, because a terminal does not order mixed text reliably.
+/// The usage text. English, because a terminal does not order mixed text reliably.
 [[nodiscard]] std::string_view usage();
 
 } // namespace quillane::commandLine

@@ -11,9 +11,9 @@
 
 namespace quillane {
 
-/// The facts that decide what the status row and the status item say.
+/// The facts that decide what the status row and the status item show.
 struct RuntimeFacts {
-    core::Desktop desktop{}; ///< what the texts speak of
+    core::Desktop desktop{}; ///< the desktop that texts name
     core::FeatureOptions options;
     bool oldCopyRunning = false;
     bool keyboardAvailable = true; ///< false where the desktop cannot observe keys at all
@@ -32,8 +32,8 @@ struct StatusRow {
     bool operator==(const StatusRow&) const = default;
 };
 
-/// The first that holds: an old copy runs, paused, no keyboard on this desktop, all keyboard features off, permissions
-/// missing, suspended for screen sharing, active; else the monitor did not start.
+/// The first that applies: an old copy runs, paused, no keyboard on this desktop, all keyboard features off,
+/// permissions missing, suspended for screen sharing, active; else the monitor did not start.
 [[nodiscard]] StatusRow statusRow(const RuntimeFacts& facts);
 
 /// The variants of the status item's image.
@@ -41,7 +41,7 @@ enum class StatusMark { plain, paused, keepAwake };
 
 [[nodiscard]] StatusMark statusMark(const RuntimeFacts& facts);
 
-/// What a screen reader and the tool tip call the status item.
+/// The name of the status item for screen readers and its tool tip.
 [[nodiscard]] core::LocalizedText statusMarkLabel(StatusMark mark);
 
 } // namespace quillane

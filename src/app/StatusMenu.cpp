@@ -16,7 +16,7 @@ MenuRow separator() {
     return row;
 }
 
-/// What the command to capture an area does, or what it lacks.
+/// What the capture command does, or what it is missing.
 core::LocalizedText captureDescription(const StatusMenuState& state) {
     if (state.captureMeans == AreaCapture::Means::none) {
         return texts::areaCaptureNeedsX11;

@@ -18,14 +18,14 @@ namespace quillane {
 /// What the status menu shows.
 struct StatusMenuState {
     core::AppLanguage language{};
-    core::Desktop desktop{}; ///< what the texts speak of
+    core::Desktop desktop{}; ///< the desktop that texts name
     std::string version;
     core::FeatureOptions options;
     bool keepAwakeActive = false;
     core::LocalizedText keepAwakeStatus;
     AreaCapture::Means captureMeans = AreaCapture::Means::none;
     bool accessibilityGranted = false;
-    std::optional<core::LocalizedText> historyNotice; ///< what the user should know of the clipboard history
+    std::optional<core::LocalizedText> historyNotice; ///< what the user should know about the clipboard history
     StatusRow status;
 
     bool operator==(const StatusMenuState&) const = default;

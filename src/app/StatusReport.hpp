@@ -11,20 +11,20 @@
 
 namespace quillane {
 
-/// The last direction chord that was delivered, and how many there were since start-up.
+/// The last direction chord that was delivered, and the number of chords since start-up.
 struct DirectionDeliveries {
     std::optional<core::WritingDirection> last;
     std::size_t count = 0;
 };
 
-/// The state of the clipboard history, and nothing of what is in it.
+/// The state of the clipboard history, and nothing of its contents.
 struct ClipboardReport {
     core::LocalizedText status;
     std::size_t entries = 0;
     bool storageError = false;
-    bool unread = false;        ///< there is a saved history that cannot be read now
-    bool usedElsewhere = false; ///< another copy of the program has the saved history
-    std::size_t setAside = 0;   ///< histories that could not be read
+    bool unread = false;        ///< a saved history exists that cannot be read now
+    bool usedElsewhere = false; ///< another copy of the program has locked the saved history
+    std::size_t setAside = 0;   ///< number of histories that could not be read
     bool hotKeyConflict = false;
     bool panelOpen = false;
 };

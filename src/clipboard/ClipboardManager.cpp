@@ -68,7 +68,7 @@ void ClipboardManager::stop() {
 }
 
 void ClipboardManager::saveAtOnce() {
-    ++lastChange_; // what is pending has nothing left to do
+    ++lastChange_; // pending saves have nothing left to do
     ++lastSave_;
     if (ready_) {
         saveLast();
@@ -84,8 +84,8 @@ void ClipboardManager::poll() {
     }
 }
 
-/// Whether a copy may be recorded, and from where, is decided when the pasteboard changes hands, however late its
-/// contents arrive. False when it has not.
+/// Decides whether a copy may be recorded, and its source, when the pasteboard changes hands, however late its contents
+/// arrive. False if it has not changed hands.
 bool ClipboardManager::noteChange() {
     const auto changeCount = services_.pasteboard.changeCount();
     if (std::exchange(revision_, changeCount) == changeCount) {
@@ -102,8 +102,8 @@ bool ClipboardManager::noteChange() {
     return true;
 }
 
-/// A program may empty the pasteboard a moment before it fills it, which is one change: what is not there yet is looked
-/// for again.
+/// A program may empty the pasteboard a moment before it fills it, within one change: look again for contents that are
+/// not there yet.
 void ClipboardManager::recordOnceFilled(int rereads) {
     record();
     if (copied_ && rereads < mostRereads) {
@@ -138,13 +138,13 @@ void ClipboardManager::configure(Suspension suspension) {
     changes_.notify();
 }
 
-/// What is on the pasteboard when collecting begins anew has been copied while nothing was to be recorded.
+/// Skips what was copied while recording was off.
 void ClipboardManager::updateCollecting() {
     if (!started_ || std::exchange(collects_, isCollecting()) == isCollecting()) {
         return;
     }
     copied_.reset();
-    timer_.cancel(); // while it is off, nothing wakes the processor for it
+    timer_.cancel(); // while recording is off, nothing wakes the processor
     if (!collects_) {
         services_.pasteboard.setInterest(nullptr);
         if (onClosePanel) {
@@ -206,7 +206,7 @@ void ClipboardManager::pin(const core::Uuid& id) {
     }
     history_.togglePin(id);
     services_.vaultQueue.post([storage = storage_, id] {
-        storage->invalidate(id); // the date by which the vault tells changes stays the same
+        storage->invalidate(id); // the vault recognises changes by the date, which stays the same
     });
     save();
     changes_.notify();

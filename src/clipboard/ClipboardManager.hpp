@@ -31,7 +31,7 @@ namespace quillane {
 
 /// What the clipboard history needs of the desktop, borrowed.
 struct ClipboardServices {
-    core::Desktop desktop{}; ///< what the texts speak of, and the keys that they name
+    core::Desktop desktop{}; ///< the desktop and keys that texts name
     MainQueue& mainQueue;
     core::UserDefaults& userDefaults;
     Workspace& workspace;
@@ -58,19 +58,19 @@ public:
     ClipboardManager(const ClipboardManager&) = delete;
     ClipboardManager& operator=(const ClipboardManager&) = delete;
 
-    /// Once: begins to follow the pasteboard and loads the history. Until it is there nothing is recorded.
+    /// Call once. Begins to follow the pasteboard and loads the history; nothing is recorded until it is loaded.
     void start();
 
-    /// At the end of the program: saves what is to be saved, and waits for it.
+    /// At the end of the program: saves pending changes and waits for them.
     void stop();
 
-    /// Saves what is to be saved, and waits for it, when the desktop has gone already: nothing else is touched.
+    /// Saves pending changes and waits for it, when the desktop has already gone: touches nothing else.
     void saveAtOnce();
 
     /// Why the history is suspended.
     struct Suspension {
         bool paused = false; ///< everything is paused
-        bool remote = false; ///< the computer in front is another one, which has keys and a clipboard of its own
+        bool remote = false; ///< a viewer of another computer is in front, which has its own keys and clipboard
 
         bool operator==(const Suspension&) const = default;
     };
@@ -90,22 +90,21 @@ public:
     /// The history could not be loaded or saved: it is in memory only.
     [[nodiscard]] bool hasStorageError() const { return storageError_; }
 
-    /// There is a saved history that cannot be read now. Nothing is saved over it, and reading is tried again.
+    /// A saved history exists that cannot be read now. It is not overwritten, and reading is tried again.
     [[nodiscard]] bool isUnread() const {
         return ready_ && options_.persist && !isRead_ && leavesFiles_ && !isUsedElsewhere_;
     }
 
-    /// Another copy of the program writes the saved history: this one keeps its own in memory, and reading is tried
-    /// again.
+    /// Another copy of the program writes the saved history: this one keeps its own in memory and tries to read again.
     [[nodiscard]] bool isUsedElsewhere() const { return ready_ && options_.persist && isUsedElsewhere_; }
 
-    /// Saved histories that could not be read and were set aside, the latest first.
+    /// Saved histories that could not be read and were set aside, latest first.
     [[nodiscard]] const std::vector<core::SetAsideHistory>& setAside() const { return setAside_; }
 
-    /// What the user should know of the saved history; nothing when all is well.
+    /// What the user should know about the saved history; none when all is well.
     [[nodiscard]] std::optional<core::LocalizedText> notice() const;
 
-    /// Tries to read a history that could not be read, but not more often than every ten seconds.
+    /// Tries again to read a history that could not be read, at most every ten seconds.
     void readAgain();
 
     /// Adds what can be read of a history that was set aside. It is erased when all of it has been saved again.
@@ -116,7 +115,7 @@ public:
 
     struct Recovery {
         std::size_t recovered = 0; ///< entries that are in the history now
-        std::size_t total = 0;     ///< that the history had which was set aside
+        std::size_t total = 0;     ///< number of entries of the history that was set aside
     };
 
     /// How the last recovery ended.
@@ -128,26 +127,26 @@ public:
     /// The history has been loaded.
     [[nodiscard]] bool isReady() const { return ready_; }
 
-    /// Pins an entry or unpins it. One more than `maximumPins` is not pinned.
+    /// Pins an entry or unpins it. Does not pin more than `maximumPins`.
     void pin(const core::Uuid& id);
 
     void remove(const core::Uuid& id);
 
-    /// With the pins, what is on the disk is erased at once, and so is what was set aside.
+    /// If pins are included, erases the disk and the histories that were set aside at once.
     void clear(core::ClipboardHistory::Clearing clearing);
 
-    /// Puts an entry on the pasteboard and moves it to the top. False, with nothing changed, when it cannot be had any
-    /// more.
+    /// Puts an entry on the pasteboard and moves it to the top. False, with nothing changed, when it is no longer
+    /// available.
     bool copy(const core::Uuid& id, core::clipboardSnapshot::RestoreMode mode);
 
     /// Tries once more to register the hot key.
     void registerShortcut();
 
-    /// The user wants the panel opened, or closed when it is open.
+    /// The user wants the panel opened, or closed if it is open.
     void togglePanel();
 
     std::function<void()> onTogglePanel; ///< set by ClipboardPanel
-    std::function<void()> onClosePanel;  ///< the history is off from now on
+    std::function<void()> onClosePanel;  ///< the history has been turned off
 
     /// Anything above has changed.
     core::Subscription onChanged(std::function<void()> callback) { return changes_.subscribe(std::move(callback)); }
@@ -169,7 +168,7 @@ private:
     void finishRecovery(const core::SetAsideHistory& history, const core::ClipboardHistory& recovered,
                         std::size_t total);
 
-    /// There is something that was to be saved before the saved history could be read.
+    /// Something needed saving before the saved history could be read.
     [[nodiscard]] bool hasUnsaved() const { return !history_.entries().empty() || clearedUnread_.has_value(); }
 
     void save();
@@ -190,26 +189,26 @@ private:
     std::optional<Clearing> clearedUnread_; ///< what was cleared before the saved history could be read
     Suspension suspension_;
     std::int64_t revision_ = 0;                             ///< the change count that was seen last
-    std::optional<core::clipboardSnapshot::Moment> copied_; ///< when the copy that is to be read was made
-    std::uint64_t lastChange_ = 0; ///< a number for each change that is to be saved, and for each save
-    std::uint64_t lastSave_ = 0;   ///< a number for each save
-    bool isSaveDue_ = false;       ///< within three seconds
+    std::optional<core::clipboardSnapshot::Moment> copied_; ///< the moment of the copy that is to be read
+    std::uint64_t lastChange_ = 0;                          ///< counts changes to save, and saves
+    std::uint64_t lastSave_ = 0;                            ///< counts saves
+    bool isSaveDue_ = false;                                ///< within three seconds
     bool isSaving_ = false;
-    bool savesAgain_ = false; ///< when the save under way has ended
+    bool savesAgain_ = false; ///< when the current save has ended
     bool started_ = false;
     bool collects_ = false;
     bool loading_ = false;
     bool ready_ = false;
     bool isUsedElsewhere_ = false;
-    bool isRead_ = false;      ///< what is on the disk is known, and may be written over
-    bool leavesFiles_ = false; ///< there is something on the disk that could not be read
+    bool isRead_ = false;      ///< the disk's contents are known and may be overwritten
+    bool leavesFiles_ = false; ///< the disk holds something that could not be read
     bool mayReadAgain_ = false;
-    bool wantsToRead_ = false; ///< as soon as it may
+    bool wantsToRead_ = false; ///< as soon as it is allowed
     bool storageError_ = false;
     bool hotKeyConflict_ = false;
     bool wantsHotKey_ = false;
     core::Listeners<> changes_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< for what comes back after this has gone
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< guards answers that arrive after destruction
     core::Subscription hotKey_;
     core::Subscription timer_;
     core::Subscription notices_;

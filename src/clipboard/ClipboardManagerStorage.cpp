@@ -24,10 +24,10 @@ using Outcome = HistoryStorage::Outcome;
 constexpr auto saveDelay = 250ms;     // after the last change
 constexpr auto longestDelay = 2500ms; // after the first one, so that the disk has it within three seconds
 constexpr auto betweenSaves = 10s;    // while they fail
-constexpr auto betweenReadings = 10s; // of a saved history that cannot be read
+constexpr auto betweenReadings = 10s; // between attempts to read a saved history
 
-/// Adds what was recorded before a history could be read to it, without what was cleared meanwhile. The entries whose
-/// pin has changed.
+/// Adds to a history what was recorded before it could be read, except what was cleared meanwhile. Returns the entries
+/// whose pin has changed.
 std::vector<core::Uuid> mergeLater(core::ClipboardHistory& read, const core::ClipboardHistory& later,
                                    std::optional<core::ClipboardHistory::Clearing> cleared,
                                    const core::ClipboardOptions& options) {
@@ -67,7 +67,7 @@ void ClipboardManager::finishLoading(HistoryStorage::Loaded loaded) {
         return;
     }
     if (!ready_) {
-        revision_ = services_.pasteboard.changeCount(); // what has been on the pasteboard before is not recorded
+        revision_ = services_.pasteboard.changeCount(); // skip what was on the pasteboard before
     }
     loading_ = false;
     ready_ = true;
@@ -78,7 +78,7 @@ void ClipboardManager::finishLoading(HistoryStorage::Loaded loaded) {
     if (isRead_) {
         adopt(std::move(loaded.history));
         save();
-    } else { // what is on the disk stays as it is until it can be read
+    } else { // leave the disk as it is until it can be read
         wantsToRead_ = hasUnsaved();
         services_.mainQueue.postAfter(betweenReadings, [this, weak = std::weak_ptr(alive_)] {
             if (!weak.expired()) {
@@ -92,7 +92,7 @@ void ClipboardManager::finishLoading(HistoryStorage::Loaded loaded) {
     changes_.notify();
 }
 
-/// Puts what was recorded meanwhile on top of what has been read.
+/// Puts the entries recorded meanwhile on top of those that were read.
 void ClipboardManager::adopt(core::ClipboardHistory read) {
     const auto changedPins = mergeLater(read, history_, std::exchange(clearedUnread_, std::nullopt), options_);
     history_ = std::move(read);
@@ -166,10 +166,10 @@ void ClipboardManager::forget(const core::SetAsideHistory& history) {
     store([history](HistoryStorage& storage) { return storage.erase(history); });
 }
 
-/// Soon after the last of several changes, and within three seconds of the first however many follow.
+/// Saves soon after the last of several changes, and within three seconds of the first, however many follow.
 void ClipboardManager::save() {
     if (!ready_) {
-        return; // what is on the disk is not known yet; it is saved when it has been loaded
+        return; // the disk's contents are not known yet; saved once they are loaded
     }
     ++lastChange_;
     saveAfter(saveDelay, &ClipboardManager::lastChange_);
@@ -188,13 +188,13 @@ void ClipboardManager::saveAfter(std::chrono::milliseconds delay, std::uint64_t 
 }
 
 void ClipboardManager::saveNow() {
-    ++lastChange_; // what waits for a pause, for the end of three seconds or for a second try has nothing left to do
+    ++lastChange_; // whatever waits for a pause, for the three seconds or for a retry has nothing left to do
     ++lastSave_;
     isSaveDue_ = false;
     if (options_.persist && !isRead_) {
-        readAgain(); // which saves when it has succeeded
+        readAgain(); // saves on success
     } else if (isSaving_) {
-        savesAgain_ = true; // a disk that is slower than the copies gets the latest ones when it is done
+        savesAgain_ = true; // a disk that is slower than the copies gets the latest ones afterwards
     } else {
         isSaving_ = true;
         store([entries = history_.entries(), persist = options_.persist, now = services_.now()](
@@ -212,10 +212,10 @@ void ClipboardManager::finishSaving(bool hasFailed) {
     }
 }
 
-/// At the end there is nothing to come back to: what could not be read before is read where it is saved.
+/// At the end there is no later moment: reads what could not be read before on the queue that saves.
 void ClipboardManager::saveLast() {
     if (isRead_ || !options_.persist) {
-        isSaving_ = false; // nobody waits for the one that is under way
+        isSaving_ = false; // nobody waits for the current one
         saveNow();
     } else if (hasUnsaved()) {
         services_.vaultQueue.post([storage = storage_, history = history_, cleared = clearedUnread_, options = options_,
@@ -227,12 +227,12 @@ void ClipboardManager::saveLast() {
             for (const auto& id : mergeLater(loaded.history, history, cleared, options)) {
                 storage->invalidate(id);
             }
-            static_cast<void>(storage->save(loaded.history.entries(), now)); // nobody is left to be told
+            static_cast<void>(storage->save(loaded.history.entries(), now)); // nobody is left to notify
         });
     }
 }
 
-/// Works on the disk, and says whether that has failed and what is set aside now.
+/// Runs the work on the disk, then publishes whether it failed and what is set aside now.
 void ClipboardManager::store(std::function<bool(HistoryStorage&)> work, std::function<void(bool hasFailed)> done) {
     services_.vaultQueue.post([this, weak = std::weak_ptr(alive_), storage = storage_, work = std::move(work),
                                done = std::move(done), &mainQueue = services_.mainQueue] {

@@ -28,7 +28,7 @@ struct Overloaded : Cases... {
 };
 
 template <typename... Cases>
-Overloaded(Cases...) -> Overloaded<Cases...>; // which not every compiler deduces by itself
+Overloaded(Cases...) -> Overloaded<Cases...>; // which not every compiler deduces
 
 } // namespace
 
@@ -79,13 +79,13 @@ void ClipboardPanel::close() {
     if (!std::exchange(visible_, false)) {
         return;
     }
-    filtered_.clear(); // their contents may be large, and be deleted meanwhile
+    filtered_.clear(); // their contents may be large and may be deleted meanwhile
     if (onClose) {
         onClose();
     }
 }
 
-// What is found and what is selected
+// Search and selection
 
 void ClipboardPanel::setQuery(std::string query) {
     if (query == query_) {
@@ -145,7 +145,7 @@ void ClipboardPanel::remove(const core::Uuid& id) {
             selection_ = filtered_[next].id;
         }
     }
-    manager_.remove(id); // tells of the change
+    manager_.remove(id); // reports the change
 }
 
 void ClipboardPanel::turnRecordingOn() {

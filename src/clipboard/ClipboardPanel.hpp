@@ -20,7 +20,7 @@ namespace quillane {
 
 /// What the panel needs of the desktop, borrowed.
 struct ClipboardPanelServices {
-    core::Desktop desktop{}; ///< what the texts speak of, and the keys that they name
+    core::Desktop desktop{}; ///< the desktop and keys that texts name
     MainQueue& mainQueue;
     Workspace& workspace;
     Pasteboard& pasteboard;
@@ -45,11 +45,11 @@ public:
     ClipboardPanel(const ClipboardPanel&) = delete;
     ClipboardPanel& operator=(const ClipboardPanel&) = delete;
 
-    /// To be called when another application has come to the front. Where nothing is in front when the panel opens, it
-    /// opens for the last one.
+    /// Call it when another application has come to the front. If nothing is in front when the panel opens, it opens
+    /// for the last one.
     void noteFrontmostApplication();
 
-    /// Opens for the application in front, with an empty search and the first entry selected; closes when it is open.
+    /// Opens for the application in front, with an empty search and the first entry selected; closes if it is open.
     void toggle();
 
     void show(std::optional<RunningApplication> target);
@@ -59,40 +59,40 @@ public:
 
     [[nodiscard]] const std::string& query() const { return query_; }
 
-    /// Searches at once. The selection stays where it is while it is among what is found.
+    /// Searches at once. The selection stays if its entry is among the results.
     void setQuery(std::string query);
 
-    /// What the query finds, in the order of display.
+    /// The search results, in the order of display.
     [[nodiscard]] const std::vector<core::ClipboardEntry>& filtered() const { return filtered_; }
 
     [[nodiscard]] const std::optional<core::Uuid>& selection() const { return selection_; }
 
-    /// Does nothing for an entry that is not among what is found.
+    /// Does nothing for an entry that is not among the results.
     void select(const core::Uuid& id);
 
     /// A notice about the last choice, until the next search.
     [[nodiscard]] const std::optional<core::LocalizedText>& message() const { return message_; }
 
-    /// Does what the key stands for; false when it types in the search field.
+    /// Performs the action of the key; false when it types in the search field.
     bool handle(core::KeyCode keyCode, core::EventFlags flags);
 
-    /// Puts the entry on the pasteboard and, unless it is to be copied only, pastes it into the application that was
-    /// in front when the panel opened.
+    /// Puts the entry on the pasteboard and, unless it is only to be copied, pastes it into the application that was in
+    /// front when the panel opened.
     void choose(const core::Uuid& id, Choice choice);
 
     void togglePin(const core::Uuid& id) { manager_.pin(id); }
 
-    /// The selection goes to the entry that follows.
+    /// The next entry is selected.
     void remove(const core::Uuid& id);
 
     [[nodiscard]] const core::ClipboardOptions& options() const { return manager_.options(); }
 
-    /// The history is off: what is kept is here, and nothing is added.
+    /// The history is off: kept entries are shown, and nothing is added.
     [[nodiscard]] bool isRecordingOff() const { return !manager_.options().enabled; }
 
     void turnRecordingOn();
 
-    /// What the user should know of the saved history.
+    /// What the user should know about the saved history.
     [[nodiscard]] std::optional<core::LocalizedText> notice() const { return manager_.notice(); }
 
     /// The history is empty, whatever the query.
@@ -100,15 +100,15 @@ public:
 
     std::function<void()> onShow;                                  ///< the window is to be placed and shown
     std::function<void()> onClose;                                 ///< the window is to be hidden
-    std::function<void(const core::LocalizedText&)> onPasteFailed; ///< says what is left to be done
+    std::function<void(const core::LocalizedText&)> onPasteFailed; ///< says what the user can still do
 
     /// Anything above has changed.
     core::Subscription onChanged(std::function<void()> callback) { return changes_.subscribe(std::move(callback)); }
 
 private:
     struct Attempt {
-        std::uint64_t generation = 0; ///< of the choice that it belongs to
-        std::int64_t changeCount = 0; ///< of the pasteboard with the chosen entry on it
+        std::uint64_t generation = 0; ///< the choice that it belongs to
+        std::int64_t changeCount = 0; ///< the pasteboard's, with the chosen entry on it
         pid_t target = 0;
         int number = 1;
     };
@@ -128,11 +128,11 @@ private:
     std::optional<core::Uuid> selection_;
     std::optional<core::LocalizedText> message_;
     std::vector<core::ClipboardEntry> filtered_;
-    std::uint64_t generation_ = 0;            ///< of the choices; a paste attempt of an older one stops
+    std::uint64_t generation_ = 0;            ///< counts choices; a paste attempt of an older one stops
     std::optional<RunningApplication> noted_; ///< the application that was in front last
     std::optional<RunningApplication> target_;
     core::Listeners<> changes_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< for attempts that are still to come
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< guards later attempts
     core::Subscription managerChanges_;
 };
 

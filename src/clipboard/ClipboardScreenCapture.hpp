@@ -21,10 +21,10 @@ struct ScreenCaptureServices {
     const KeyEvents& keyEvents;
     const PermissionService& permissions;
     AreaCapture& areaCapture;
-    std::function<core::AppLanguage()> language; ///< of the moment
+    std::function<core::AppLanguage()> language; ///< the current one
 };
 
-/// The command "Capture Area to Clipboard…": the picture lands on the clipboard, where the history takes it up like any
+/// The command "Capture Area to Clipboard…". The picture goes to the clipboard, where the history records it like any
 /// other copy. Main thread.
 ///
 ///     ClipboardScreenCapture capture({…});
@@ -36,14 +36,14 @@ public:
     ClipboardScreenCapture(const ClipboardScreenCapture&) = delete;
     ClipboardScreenCapture& operator=(const ClipboardScreenCapture&) = delete;
 
-    /// Begins a capture once every modifier is up, which is given a second. Takes the place of a start that still
-    /// waits.
+    /// Begins a capture once every modifier is up; waits for that at most a second. Replaces a start that is still
+    /// waiting.
     void start();
 
-    /// How it goes, and why it does not.
+    /// The outcome, or why there is none.
     std::function<void(const core::LocalizedText&)> report;
 
-    /// What the user can do about what was reported last: the action's title, and the action.
+    /// What the user can do about the last report: the action and its title.
     std::function<void(const core::LocalizedText& title, std::function<void()> action)> offer;
 
 private:
@@ -53,7 +53,7 @@ private:
 
     ScreenCaptureServices services_;
     std::uint64_t operation_ = 0;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< for what comes back after this has gone
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< guards answers that arrive after destruction
 };
 
 } // namespace quillane

@@ -16,14 +16,14 @@ namespace {
 using core::ClipboardVault;
 using core::VaultError;
 
-/// What opening the folder again may mend: a file server that was away, a disk that answered badly once.
+/// Failures that opening the folder again may repair: a file server that was unreachable, a disk that failed once.
 bool mayPassAtOnce(const VaultError& error) {
     return error.systemError == EIO || error.systemError == ESTALE;
 }
 
 } // namespace
 
-/// Takes the lock unless it has it already. Before the key: who is kept out makes none.
+/// Takes the lock unless it is already held. Before the key: a program that is kept out must not make one.
 ClipboardVault::Result<void> HistoryStorage::lock() {
     if (lock_ && lock_->holds(folder_)) {
         return {};
@@ -76,7 +76,7 @@ HistoryStorage::Loaded HistoryStorage::load(core::Date now) {
         return {Outcome::setAside, {}};
     }
     vault_.reset();
-    lock_.reset(); // somebody else may have the key
+    lock_.reset(); // another program may have the key
     const bool isInUse = entries.error().reason == VaultError::Reason::inUse;
     return {isInUse ? Outcome::inUse : Outcome::unavailable, {}, ClipboardVault::hasFiles(folder_).value_or(true)};
 }
@@ -86,7 +86,7 @@ bool HistoryStorage::begin() {
     return erase() && isOpen;
 }
 
-/// Where the folder was removed or replaced, the vault goes on in the one that is there now.
+/// If the folder was removed or replaced, the vault continues in the current one.
 ClipboardVault::Result<void> HistoryStorage::putInPlace(core::Date now) {
     if (auto locked = lock(); !locked || vault_->isInPlace()) {
         return locked;
@@ -122,7 +122,7 @@ bool HistoryStorage::erase() {
         vault_->invalidateCache();
     }
     if (!lock()) {
-        return false; // it is somebody else's
+        return false; // it belongs to another program
     }
     const bool areErased = ClipboardVault::eraseFiles(folder_).has_value();
     return core::setAsideHistories::eraseAll(folder_) && areErased;

@@ -17,7 +17,7 @@
 namespace quillane {
 
 /// The clipboard history on the disk: its lock, its key, its vault, and the histories that were set aside. Everything
-/// blocks; on the vault's queue only.
+/// blocks: use it on the vault's queue only.
 class HistoryStorage {
 public:
     HistoryStorage(std::filesystem::path folder, core::SecretStore& secretStore)
@@ -25,26 +25,26 @@ public:
 
     enum class Outcome {
         loaded,
-        setAside,    ///< could not be read, and never will be: it is kept beside, and an empty one begins
-        unavailable, ///< the key or the disk cannot be had now: nothing has changed, and nothing is to be saved
-        inUse,       ///< another program writes it: as `unavailable`
+        setAside,    ///< damaged for good: it is kept aside, and an empty one begins
+        unavailable, ///< the key or the disk is not available now: nothing has changed, and nothing may be saved
+        inUse,       ///< another program writes it; otherwise as `unavailable`
     };
 
     struct Loaded {
         Outcome outcome = Outcome::unavailable;
-        core::ClipboardHistory history; ///< empty unless it was loaded
-        bool leavesFiles = false;       ///< there is something that could not be read now
+        core::ClipboardHistory history; ///< empty unless loaded
+        bool leavesFiles = false;       ///< something exists that could not be read now
     };
 
     /// Takes the lock, obtains the key, opens the vault and loads it. Dates in the future come down to `now`, in their
     /// order. After `unavailable` and `inUse` it may be called again.
     [[nodiscard]] Loaded load(core::Date now);
 
-    /// Obtains the key and opens the vault whose files are not wanted: they are erased. False when any of that fails.
+    /// Obtains the key, opens the vault and erases its files, which are not wanted. False when any of that fails.
     [[nodiscard]] bool begin();
 
-    /// Makes the disk say this. False when it does not; always false before something was loaded or begun. A folder
-    /// that was removed is made again; a history that somebody has put in its place is set aside.
+    /// Saves the entries. False on failure, and always before something was loaded or begun. A removed folder is made
+    /// again; a history put in its place is set aside.
     [[nodiscard]] bool save(std::span<const core::ClipboardEntry> entries, core::Date now);
 
     /// The next save writes the entry again.
@@ -58,10 +58,10 @@ public:
 
     [[nodiscard]] bool erase(const core::SetAsideHistory& history);
 
-    /// Gives the vault back: another program may have it.
+    /// Releases the vault to other programs.
     void close();
 
-    /// Those that were set aside, the latest first.
+    /// Those that were set aside, latest first.
     [[nodiscard]] std::vector<core::SetAsideHistory> setAside() const;
 
 private:

@@ -138,7 +138,7 @@ TreeSearch::State TreeSearch::step(Accessibility& accessibility,
     std::vector<AXElement> parents;
     for (std::size_t index = 0; index < count; ++index) {
         if (!read[index] && !accessibility.isAnswering(next[index])) {
-            return State::unanswered; // whatever is asked next would have to wait as well
+            return State::unanswered; // the next question would have to wait as well
         }
         const auto values = read[index].value_or(std::vector<AXValue>(names.size()));
         const auto* role = std::get_if<std::string>(&values.front());

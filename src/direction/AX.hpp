@@ -13,8 +13,8 @@
 #include <string_view>
 #include <vector>
 
-/// Helpers for reading other applications' accessibility trees. A value that cannot be read, or is of another type than
-/// asked for, is absent. Nothing throws.
+/// Helpers for reading other applications' accessibility trees. A value that cannot be read, or has another type than
+/// requested, is absent. Nothing throws.
 namespace quillane::ax {
 
 [[nodiscard]] std::optional<AXElement> element(Accessibility& accessibility, const AXElement& from,
@@ -35,27 +35,27 @@ namespace quillane::ax {
 /// Whether "AXValue" or, failing that, "AXSelectedText" is settable.
 [[nodiscard]] bool isTextWritable(Accessibility& accessibility, const AXElement& element);
 
-/// Whether the title, or else the description, is the label once white space around it has been taken away.
+/// Whether the title, or else the description, equals the label, ignoring surrounding white space.
 [[nodiscard]] bool matches(Accessibility& accessibility, const AXElement& element, std::string_view label);
 
-/// Presses an element that is not disabled; true when that succeeded.
+/// Presses an element unless it is disabled; true on success.
 bool press(Accessibility& accessibility, const AXElement& element);
 
 /// Whether the element is the ancestor or below it, by at most 32 steps.
 [[nodiscard]] bool isDescendant(Accessibility& accessibility, const AXElement& element, const AXElement& ancestor);
 
-/// The element itself or the first above it, at most `steps` elements in all, whose role it is.
+/// The element itself or its nearest ancestor with this role, looking at no more than `steps` elements.
 [[nodiscard]] std::optional<AXElement> closest(Accessibility& accessibility, const AXElement& from,
                                                std::string_view role, std::size_t steps);
 
-/// An element that a search has come to, with the attributes that were asked for.
+/// An element that a search has reached, with the requested attributes.
 struct Candidate {
     const AXElement& element;
     std::string_view role; ///< empty when it cannot be read
     std::span<const std::string_view> names;
     std::span<const AXValue> values; ///< one for each name
 
-    /// A text among the attributes asked for; none when it has not got it.
+    /// A text among the requested attributes; none when the element does not have it.
     [[nodiscard]] std::optional<std::string_view> text(std::string_view name) const;
 
     /// `ax::matches`, of the attributes asked for, which must hold those of `labelNames`.
@@ -64,24 +64,24 @@ struct Candidate {
 
 inline constexpr std::array<std::string_view, 2> labelNames{"AXTitle", "AXDescription"};
 
-/// How a search goes.
+/// Options of a search.
 struct Search {
     std::size_t limit = 0;                      ///< of visited elements
-    std::span<const std::string_view> skipping; ///< roles not looked into, besides those that never are
+    std::span<const std::string_view> skipping; ///< roles that are not searched, besides those that never are
     std::span<const std::string_view> reading;  ///< attributes that the predicate needs, besides the role
 };
 
-/// A search that goes on step by step, for trees that take too long to be read at once. Breadth first from the root; it
-/// gives up after a number of visited elements, and when the application does not answer in time; an element without a
-/// role is searched like any other. Never looks inside text, tables, lists and web areas. Elements are read together as
-/// far as the backend can.
+/// A search in steps, for trees that take too long to be read at once. Breadth first from the root. It gives up after a
+/// number of visited elements, and when the application does not answer in time; an element without a role is searched
+/// like any other. Never looks inside text, tables, lists and web areas. Elements are read together as far as the
+/// backend can.
 class TreeSearch {
 public:
     enum class State { searching, found, notFound, unanswered };
 
     TreeSearch(const AXElement& root, const Search& search) : search_(search), queue_{root} {}
 
-    /// Reads the next elements, as many as the backend reads together: two calls at most.
+    /// Reads the next elements, as many as the backend reads together: at most two calls.
     State step(Accessibility& accessibility, const std::function<bool(const Candidate&)>& predicate);
 
     [[nodiscard]] const std::optional<AXElement>& result() const { return result_; }
@@ -93,7 +93,7 @@ private:
     std::optional<AXElement> result_;
 };
 
-/// A `TreeSearch` to its end: the first element that the predicate accepts.
+/// Runs a `TreeSearch` to its end; returns the first element that the predicate accepts.
 [[nodiscard]] std::optional<AXElement> find(Accessibility& accessibility, const AXElement& root, const Search& search,
                                             const std::function<bool(const Candidate&)>& predicate);
 

@@ -18,7 +18,7 @@
 
 namespace quillane {
 
-/// Takes a direction to the adapter of the application in front. The adapters work on their own time and report their
+/// Hands a direction to the adapter of the application in front. The adapters work asynchronously and report their
 /// outcome. Main thread.
 class DirectionCommands {
 public:
@@ -28,15 +28,14 @@ public:
     DirectionCommands(const DirectionCommands&) = delete;
     DirectionCommands& operator=(const DirectionCommands&) = delete;
 
-    /// A direction chord was released. Nothing happens, and nothing is said, in other applications and while it cannot
-    /// be applied.
+    /// A direction chord was released. Does nothing, silently, in other applications and while it cannot be applied.
     void apply(core::WritingDirection direction);
 
     /// Brings the application with this identifier to the front and applies the direction there, unless something else
     /// comes to the front in between.
     void test(core::WritingDirection direction, const std::string& bundleID);
 
-    /// Drops every step that is on its way.
+    /// Drops every pending step.
     void cancelPending();
 
     /// The application in front, by its identifier, if it has direction commands.
@@ -50,7 +49,7 @@ private:
     NativeDirectionAdapter browserAdapter_;
     WordDirectionAdapter wordAdapter_;
     LibreOfficeDirectionAdapter libreOfficeAdapter_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with steps that are on their way
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending steps
 };
 
 } // namespace quillane

@@ -22,10 +22,10 @@ struct DirectionServices {
     core::UserDefaults& userDefaults;
 };
 
-/// Takes the one status line in which an attempt ends, if it ends in one.
+/// Receives the one status line with which an attempt ends, if it ends with one.
 using DirectionReport = std::function<void(const core::LocalizedText&)>;
 
-/// How long a call to the application whose paragraph is turned may take.
+/// Timeout of a call to the application whose paragraph is changed.
 inline constexpr std::chrono::milliseconds directionPatience{150};
 
 } // namespace quillane

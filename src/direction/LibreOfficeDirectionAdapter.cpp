@@ -128,7 +128,7 @@ void LibreOfficeDirectionAdapter::press(const Attempt& attempt, const AXElement&
     }
 }
 
-/// Writer takes what it is asked in its order: once it answers anything later, the button has been pressed.
+/// Writer handles requests in order: once it answers a later one, the button has been pressed.
 void LibreOfficeDirectionAdapter::confirm(Attempt attempt) {
     if (answers(attempt)) {
         report_(texts::appliedDirectionInWriter(core::rawValue(attempt.direction)));

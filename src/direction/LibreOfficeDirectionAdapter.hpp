@@ -14,12 +14,11 @@
 
 namespace quillane {
 
-/// Turns the paragraph at the cursor in LibreOffice Writer by pressing the direction button of its formatting toolbar,
-/// which works even while the toolbar is too narrow to show it.
+/// Sets the direction of the paragraph at the cursor in LibreOffice Writer by pressing the direction button of its
+/// formatting toolbar, which works even while the toolbar is too narrow to show it.
 ///
-/// Main thread. Each step waits for Writer once or a few times at most, and the toolbars are read in as many steps as
-/// they take. Writer is often busy, as while it saves: what it leaves unanswered is tried again for a second and a
-/// half.
+/// Main thread. Each step waits for Writer at most a few times, and the toolbars are read in as many steps as they
+/// take. Writer is often busy, for example while it saves: unanswered requests are tried again for a second and a half.
 class LibreOfficeDirectionAdapter {
 public:
     LibreOfficeDirectionAdapter(DirectionServices services, DirectionReport report);
@@ -27,23 +26,23 @@ public:
     LibreOfficeDirectionAdapter(const LibreOfficeDirectionAdapter&) = delete;
     LibreOfficeDirectionAdapter& operator=(const LibreOfficeDirectionAdapter&) = delete;
 
-    /// Starts an attempt in place of the one that runs; LibreOffice must be in front.
+    /// Starts an attempt in place of a running one; LibreOffice must be in front.
     void apply(core::WritingDirection direction);
 
-    /// Gives up the attempt that runs, silently. What has been pressed stays pressed.
+    /// Abandons the current attempt, silently. What has been pressed stays pressed.
     void cancelPending();
 
 private:
-    /// What the steps of one attempt hand on.
+    /// The state that the steps of one attempt share.
     struct Attempt {
         AXElement application;
         pid_t pid;
         core::WritingDirection direction;
         std::int64_t operation;
-        int run = 0; ///< counts what was tried again
+        int run = 0; ///< counts retries
     };
 
-    /// The way to the button: the window is searched for toolbars, and each toolbar by itself.
+    /// The way to the button: the window is searched for toolbars, and each toolbar separately.
     struct Way {
         AXElement editor;
         ax::TreeSearch window;
@@ -62,8 +61,8 @@ private:
 
     DirectionServices services_;
     DirectionReport report_;
-    std::int64_t operation_ = 0;                            ///< a step whose number is another one is stale
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with steps that are on their way
+    std::int64_t operation_ = 0;                            ///< a step with another number is stale
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending steps
 };
 
 } // namespace quillane

@@ -30,7 +30,7 @@ constexpr std::size_t applicationLimit = 500;
 constexpr std::size_t menuLimit = 240;
 constexpr std::size_t stepsToMenu = 8;
 constexpr std::string_view diagnosticKey = "LastBrowserDiagnostic";
-constexpr std::size_t diagnosticChildren = 32; // an application may name thousands
+constexpr std::size_t diagnosticChildren = 32; // an application may report thousands
 constexpr std::array<std::string_view, 1> roleName{"AXRole"};
 
 core::LocalizedText placementHint(SupportedApplication application) {
@@ -58,7 +58,7 @@ std::string_view commandTitle(core::WritingDirection direction) {
     return direction == core::WritingDirection::rightToLeft ? "Right to Left" : "Left to Right";
 }
 
-/// The first of the elements whose role it is.
+/// The first of the elements with this role.
 std::optional<AXElement> firstOfRole(Accessibility& accessibility, const std::vector<AXElement>& elements,
                                      std::string_view role) {
     const auto read = accessibility.attributesOfEach(elements, roleName);
@@ -120,7 +120,7 @@ void NativeDirectionAdapter::begin(const Request& request, int wakings) {
     scheduleChoice(attempt, 0);
 }
 
-/// A browser whose accessibility tree is not there yet has no focused element: wakes it, and begins again.
+/// A browser without an accessibility tree yet has no focused element: wakes it and starts again.
 void NativeDirectionAdapter::wake(const Request& request, int wakings) {
     wakeBrowser(services_.accessibility, request.pid);
     pending_ = true;
@@ -293,8 +293,8 @@ void NativeDirectionAdapter::refuse(const AXElement& menu, const Attempt& attemp
     report_(reason);
 }
 
-/// Again while the application has not even been reached; otherwise the menu may have closed by itself. A key, a click
-/// or another chord makes the menu the user's.
+/// Tries again while the application has not even been reached; otherwise the menu may already be closed. A key, a
+/// click or another chord leaves the menu to the user.
 void NativeDirectionAdapter::close(const AXElement& menu, const Attempt& attempt, int run) {
     if (operation_ == attempt.operation &&
         services_.accessibility.performAction(menu, "AXCancel") == AXActionResult::failed && run < lastClosing &&

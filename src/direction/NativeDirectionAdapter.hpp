@@ -15,14 +15,14 @@
 
 namespace quillane {
 
-/// Turns the paragraph at the cursor in applications whose text views have a direction submenu in their context menu:
-/// opens that menu by Accessibility, waits for it, and presses the item of the paragraph section. No key is sent and no
-/// text changed. Every way that ends without a direction closes the menu again,
-/// within ten seconds where the application does not answer.
+/// Sets the direction of the paragraph at the cursor in applications whose text views have a direction submenu in their
+/// context menu: opens that menu through Accessibility, waits for it, and presses the item of the paragraph section.
+/// Sends no key and changes no text. An attempt that fails closes the menu again, within ten seconds if the application
+/// does not answer.
 ///
-/// A browser of the Chromium family without a focused element is woken first: its accessibility tree may not be there.
+/// A browser of the Chromium family without a focused element is woken first: its accessibility tree may not exist yet.
 ///
-/// Main thread. `apply` returns at once; an attempt takes 1.7 seconds at the longest.
+/// Main thread. `apply` returns at once; an attempt takes at most 1.7 seconds.
 class NativeDirectionAdapter {
 public:
     NativeDirectionAdapter(DirectionServices services, DirectionReport report);
@@ -33,10 +33,10 @@ public:
     /// Starts an attempt in the application, which must be in front. Ignored while another attempt runs.
     void apply(core::WritingDirection direction, core::SupportedApplication application);
 
-    /// Gives up the attempt that runs, silently. A menu that is open already stays the user's.
+    /// Abandons the current attempt, silently. A menu that is already open stays open for the user.
     void cancelPending();
 
-    /// Stops waiting for a menu to be told of; may be called at any time.
+    /// Stops waiting for the menu's notification; may be called at any time.
     void stopObservingMenu();
 
 private:
@@ -47,7 +47,7 @@ private:
         core::WritingDirection direction;
     };
 
-    /// What the steps of one attempt hand on.
+    /// The state that the steps of one attempt share.
     struct Attempt {
         AXElement application;
         AXElement editor;
@@ -76,11 +76,11 @@ private:
 
     DirectionServices services_;
     DirectionReport report_;
-    std::int64_t operation_ = 0; ///< a step whose number is another one is stale
+    std::int64_t operation_ = 0; ///< a step with another number is stale
     bool pending_ = false;       ///< from waking a browser or asking for the menu to the end of the attempt
     std::optional<core::Subscription> observation_;
-    std::optional<AXElement> capturedMenu_; ///< the menu that was told to have opened during this attempt
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with steps that are on their way
+    std::optional<AXElement> capturedMenu_;                 ///< the menu that was announced during this attempt
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending steps
 };
 
 } // namespace quillane

@@ -18,7 +18,7 @@ constexpr std::string_view mailSubject = "Mail.subjectField";
 constexpr std::size_t mailWindowLimit = 240;
 constexpr std::size_t stepsToWebArea = 32;
 
-/// What the rules look at, read in one call.
+/// The attributes that the rules need, read in one call.
 struct Field {
     std::string role;
     std::optional<std::string> subrole;

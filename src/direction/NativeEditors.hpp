@@ -8,7 +8,7 @@
 
 namespace quillane {
 
-/// Whether a focused element is a place in which the application turns paragraphs by its context menu.
+/// Whether the application can set paragraph direction in the focused element through its context menu.
 [[nodiscard]] bool isDirectionEditor(Accessibility& accessibility, const AXElement& focused,
                                      core::SupportedApplication application);
 

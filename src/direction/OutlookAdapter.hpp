@@ -14,8 +14,9 @@
 
 namespace quillane {
 
-/// Turns the paragraph at the cursor in Microsoft Outlook: in a message body by the buttons of the formatting toolbar,
-/// opening its overflow popover where the window is too narrow for them; in the subject line by the context menu.
+/// Sets the direction of the paragraph at the cursor in Microsoft Outlook: in a message body through the buttons of the
+/// formatting toolbar, opening its overflow popover if the window is too narrow for them; in the subject line through
+/// the context menu.
 class OutlookAdapter {
 public:
     OutlookAdapter(DirectionServices services, const DirectionReport& report);
@@ -26,7 +27,7 @@ public:
     /// Starts an attempt; Outlook must be in front.
     void apply(core::WritingDirection direction);
 
-    /// Gives up the attempt that runs. One that waits for the popover says so in its next step.
+    /// Abandons the current attempt. One that waits for the popover reports that in its next step.
     void cancelPending();
 
 private:
@@ -50,10 +51,10 @@ private:
     DirectionServices services_;
     DirectionReport report_;
     NativeDirectionAdapter subject_;
-    std::int64_t operation_ = 0; ///< a wait whose number is another one has been taken over by the next chord
+    std::int64_t operation_ = 0; ///< a wait with another number has been taken over by the next chord
     bool overflowPending_ = false;
     bool cancelled_ = false;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with steps that are on their way
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending steps
 };
 
 } // namespace quillane

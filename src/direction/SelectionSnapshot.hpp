@@ -10,13 +10,13 @@
 
 namespace quillane {
 
-/// The selection of an editor at one moment: a range of text, or what the editor itself uses for a place in it.
+/// The selection of an editor at one moment: a range of text, or the editor's own value for a position.
 class SelectionSnapshot {
 public:
     /// None when the editor exposes no selection.
     [[nodiscard]] static std::optional<SelectionSnapshot> of(Accessibility& accessibility, const AXElement& editor);
 
-    /// Whether the editor's selection is this one now; if not, writes it back and looks again.
+    /// Whether the editor's selection still equals this one; if not, writes it back and checks again.
     [[nodiscard]] bool isPreserved(Accessibility& accessibility, const AXElement& editor) const;
 
 private:

@@ -12,8 +12,8 @@
 
 namespace quillane {
 
-/// Turns the paragraph at the cursor in Microsoft Word by pressing the direction button on the ribbon. When another tab
-/// than Home shows, it opens Home first and waits for the button, for two thirds of a second at the longest.
+/// Sets the direction of the paragraph at the cursor in Microsoft Word by pressing the direction button on the ribbon.
+/// If a tab other than Home is selected, it opens Home first and waits for the button, at most two thirds of a second.
 class WordDirectionAdapter {
 public:
     WordDirectionAdapter(DirectionServices services, DirectionReport report);
@@ -24,7 +24,7 @@ public:
     /// Starts an attempt; Word must be in front.
     void apply(core::WritingDirection direction);
 
-    /// Gives up the attempt that runs, silently.
+    /// Abandons the current attempt, silently.
     void cancelPending() { ++operation_; }
 
 private:
@@ -47,7 +47,7 @@ private:
     DirectionServices services_;
     DirectionReport report_;
     std::int64_t operation_ = 0;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with steps that are on their way
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending steps
 };
 
 } // namespace quillane

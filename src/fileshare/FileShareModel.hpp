@@ -39,18 +39,18 @@ public:
 
     using State = std::variant<Completed, Failed, Uploading, Cancelled>;
 
-    /// For the file at a file URL, to the server that is saved at this moment.
+    /// For the file at a file URL, to the currently saved server.
     FileShareModel(core::Url file, const FileShareServices& services);
     ~FileShareModel() override;
 
-    /// Uploads from the beginning, to the server that is saved at this moment. An upload that runs is dropped. Fails at
-    /// once when nobody has chosen a server yet (`needsServer`).
+    /// Uploads from the beginning, to the currently saved server. A running upload is dropped. Fails at once when no
+    /// server has been chosen yet (`needsServer`).
     void start();
 
     /// Ends the upload if one runs: the state becomes `Cancelled`.
     void cancel();
 
-    /// Replaces the pasteboard's contents with the link; nothing happens without one.
+    /// Replaces the pasteboard's contents with the link; does nothing without one.
     void copyLink();
 
     [[nodiscard]] const core::Url& file() const { return file_; }
@@ -69,7 +69,7 @@ public:
     /// A server must be chosen before the file can be shared.
     [[nodiscard]] bool needsServer() const { return server_.isPlaceholder(); }
 
-    /// Speed and time left, when they can be told.
+    /// Speed and time left, when they can be estimated.
     [[nodiscard]] std::optional<TransferRate::Estimate> estimate() const;
 
 signals:
@@ -77,7 +77,7 @@ signals:
     void changed();
 
 private:
-    /// For the estimate; 0 when it is not known, and then there is none.
+    /// For the estimate; 0 when unknown, in which case there is no estimate.
     [[nodiscard]] std::int64_t fileSize() const;
     void setProgress(double fraction);
     void complete(const core::FileShareUpload::Result& result);

@@ -18,7 +18,7 @@ namespace texts = core::texts;
 
 namespace {
 
-/// How far a window lies from the one below it: a title bar and a part of the left edge stay in sight.
+/// The offset of a window from the one below it: a title bar and part of the left edge stay visible.
 constexpr int cascadeStep = 32;
 
 bool isBeside(QPoint first, QPoint second) {
@@ -26,9 +26,10 @@ bool isBeside(QPoint first, QPoint second) {
     return std::abs(distance.x()) >= cascadeStep / 2 || std::abs(distance.y()) >= cascadeStep / 2;
 }
 
-/// The next free place from the given one on, down to the right. Where the screen ends, the next row begins at its top.
+/// The next free position from the given one, down to the right. At the end of the screen the next row begins at the
+/// top.
 QPoint freePlace(QPoint place, QSize size, const QRect& screen, const std::vector<QPoint>& taken) {
-    constexpr int most = 100; // beyond that, windows may cover each other
+    constexpr int most = 100; // beyond this, windows may cover each other
     int row = 0;
     for (int i = 0; i < most; ++i) {
         if (std::ranges::all_of(taken, [&](QPoint other) { return isBeside(place, other); })) {
@@ -56,7 +57,7 @@ FileShareService::FileShareService(FileShareServices services)
       languageChange_(services_.preferences.onChanged([this] { services_.filePanel.setTexts(panelTexts()); })) {}
 
 FileShareService::~FileShareService() {
-    // Their models must not outlive what they refer to, and no event loop will come for them any more.
+    // Their models must not outlive what they refer to, and no event loop will run any more to delete them.
     for (auto& [id, window] : windows_) {
         window->onClose = nullptr;
         delete window.release();

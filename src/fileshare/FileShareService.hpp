@@ -14,7 +14,7 @@
 
 namespace quillane {
 
-/// The ways in to sharing a file, and its open windows. Main thread.
+/// The entry points to sharing a file, and its open windows. Main thread.
 class FileShareService {
 public:
     explicit FileShareService(FileShareServices services);
@@ -22,20 +22,20 @@ public:
     FileShareService& operator=(const FileShareService&) = delete;
     ~FileShareService();
 
-    /// Lets the user choose a file, and shares it. Before there is a server, leads to where it is set instead.
+    /// Lets the user choose a file and shares it. Before a server is chosen, opens the settings of the server instead.
     void choose();
 
-    /// Shares the only file of what another program offers, as file URLs. With any other number nothing happens but
-    /// the message that comes back.
+    /// Shares the one file that another program offers, as file URLs. With any other number, does nothing but return a
+    /// message.
     [[nodiscard]] std::optional<core::LocalizedText> share(const std::vector<std::string>& urls);
 
-    /// Shows a message of `share` to a user whose own program cannot.
+    /// Shows a message of `share` to the user when the other program cannot.
     void tell(const core::LocalizedText& text);
 
     /// Opens a window for the file at the file URL, in front of everything, and starts its upload.
     void show(const core::Url& file);
 
-    /// Cancels every upload that runs; the windows stay.
+    /// Cancels all running uploads; the windows stay.
     void cancelAll();
 
     /// The open windows, oldest first.
@@ -46,7 +46,7 @@ private:
 
     using WindowID = unsigned long long;
 
-    /// Qt destroys a window only when its events have been dealt with.
+    /// Qt destroys a window only after its events have been handled.
     struct DeleteLater {
         void operator()(QObject* object) const { object->deleteLater(); }
     };

@@ -19,9 +19,9 @@
 
 namespace quillane {
 
-/// What sharing files needs of the rest of the program. Everything referred to must outlive the windows.
+/// What sharing files needs from the rest of the program. Everything referred to must outlive the windows.
 struct FileShareServices {
-    core::Desktop desktop{}; ///< what the texts speak of
+    core::Desktop desktop{}; ///< the desktop that texts name
     core::UserDefaults& userDefaults;
     core::AppPreferences& preferences;
     core::PasteboardContents& pasteboard;
@@ -29,7 +29,7 @@ struct FileShareServices {
     WindowTraits& windowTraits;
     core::UrlSessionFactory sessions;
     core::FileExaminer examiner;
-    std::function<void()> chooseServer;                                        ///< shows where the server is set
+    std::function<void()> chooseServer;                                        ///< opens the settings of the server
     std::function<QIcon(const std::string& name, const QColor& color)> symbol; ///< a null icon for unknown names
     std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
 };

@@ -64,7 +64,7 @@ void FileShareSettingsView::build() {
     save_->setObjectName(QStringLiteral("save"));
     restore_->setObjectName(QStringLiteral("restore"));
     restore_->setText(QString::fromStdString(core::FileShareServer::standard().host()));
-    warning_->setProperty("role", QStringLiteral("warning")); // the colour is the window's
+    warning_->setProperty("role", QStringLiteral("warning")); // the window's colour
 
     auto* row = new QHBoxLayout;
     row->addWidget(address_, 1);

@@ -36,7 +36,7 @@ constexpr int qrSymbolSize = 20;
 constexpr int fileNameWidth = 440;
 constexpr int contentWidth = 530 - 2 * margin;
 
-/// What only this window has.
+/// Used in this window only.
 constexpr auto rules = R"(
 #shareView { background: %window; }
 QProgressBar { background: %field; border: 1px solid %outline; border-radius: 5px; min-height: 8px; max-height: 8px; }
@@ -68,7 +68,7 @@ core::Color symbolColor(const FileShareModel::State& state, core::Appearance app
 
 /// "4:07", or with hours "1:04:07".
 std::string clockText(std::chrono::seconds time) {
-    const auto total = std::min<std::int64_t>(time.count(), 359'999); // beyond 99:59:59 nobody waits for
+    const auto total = std::min<std::int64_t>(time.count(), 359'999); // nobody waits beyond 99:59:59
     const auto two = [](std::int64_t number) { return (number < 10 ? "0" : "") + std::to_string(number); };
     const auto minutes = total / 60 % 60;
     const auto rest = two(total % 60);
@@ -130,7 +130,7 @@ void FileShareView::build() {
     fileName_->setAlignment(Qt::AlignCenter);
     bar_->setRange(0, 1000);
     bar_->setTextVisible(false);
-    // Of a fixed size, so that a new number draws the window once and does not lay it out anew.
+    // Fixed in size, so that a new number redraws the window once without a new layout.
     percentage_->setFixedSize(percentage_->fontMetrics().size(Qt::TextSingleLine, QStringLiteral("100%")));
     rate_->setWordWrap(false);
     rate_->setFixedSize(contentWidth, rate_->fontMetrics().height());

@@ -16,7 +16,7 @@ class QToolButton;
 
 namespace quillane {
 
-/// What a share window holds: draws its model, in the interface language and the appearance of the moment.
+/// The contents of a share window: draws its model, in the interface language and the current appearance.
 class FileShareView : public QWidget {
     Q_OBJECT
 
@@ -25,7 +25,7 @@ public:
     FileShareView(FileShareModel& model, const FileShareServices& services);
 
 signals:
-    /// The user wants the window to go.
+    /// The user wants to close the window.
     void closeRequested();
 
 protected:
@@ -50,7 +50,7 @@ private:
     QLabel* icon_;
     QLabel* title_;
     QLabel* fileName_;
-    QLabel* detail_; ///< what is going on, or why it failed
+    QLabel* detail_; ///< the progress, or why it failed
     QProgressBar* bar_;
     QLabel* percentage_;
     QLabel* rate_;

@@ -14,7 +14,7 @@
 namespace quillane {
 
 /// The window of one shared file: 530 × 350 points, in the middle of the screen. Closing it cancels its upload. Files
-/// that are dropped on it are handed on.
+/// that are dropped on it are passed on.
 class FileShareWindow : public QWidget {
     Q_OBJECT
 

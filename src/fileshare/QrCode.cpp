@@ -29,7 +29,7 @@ std::optional<QrCode> QrCode::encode(std::string_view text) {
     const auto count = static_cast<std::size_t>(code->width) * static_cast<std::size_t>(code->width);
     result.dark.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
-        result.dark.push_back((code->data[i] & 1U) != 0); // the other bits say what a module is for
+        result.dark.push_back((code->data[i] & 1U) != 0); // the other bits describe the purpose of a module
     }
     return result;
 }

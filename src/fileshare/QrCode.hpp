@@ -21,8 +21,8 @@ struct QrCode {
         return dark[static_cast<std::size_t>(y) * static_cast<std::size_t>(side) + static_cast<std::size_t>(x)];
     }
 
-    /// The smallest code for the bytes that still reads with 15 % of it damaged, none when there is no such code: for
-    /// an empty text and for one of more than 2331 bytes.
+    /// The smallest code for the bytes that is readable with 15 % damage; none for an empty text and for more than 2331
+    /// bytes.
     [[nodiscard]] static std::optional<QrCode> encode(std::string_view text);
 };
 

@@ -14,10 +14,10 @@ class QrCodeView : public QWidget {
     Q_OBJECT
 
 public:
-    /// The longest side, in points.
+    /// The maximum side, in points.
     static constexpr int maximumSide = 184;
 
-    /// Shows the code of the text. False when its modules would be too small for a phone to tell apart.
+    /// Shows the code of the text. False when its modules would be too small for a phone to distinguish.
     bool setText(std::string_view text);
 
 protected:

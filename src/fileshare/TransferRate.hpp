@@ -9,7 +9,7 @@
 
 namespace quillane {
 
-/// How fast an upload is and how long it still takes, from what was sent in the last few seconds.
+/// The speed of an upload and the time left, from the progress of the last few seconds.
 class TransferRate {
 public:
     using Time = std::chrono::steady_clock::time_point;
@@ -21,13 +21,13 @@ public:
         bool operator==(const Estimate&) const = default;
     };
 
-    /// The time over which the speed is taken.
+    /// The time over which the speed is measured.
     static constexpr std::chrono::seconds window{5};
 
-    /// So many bytes in all were sent until now.
+    /// Records that this many bytes in total have been sent by now.
     void add(std::int64_t sent, Time now);
 
-    /// None until half a second has been seen, while nothing moves, and once all is sent.
+    /// None during the first half second, while nothing is sent, and once everything is sent.
     [[nodiscard]] std::optional<Estimate> estimate(std::int64_t total) const;
 
 private:

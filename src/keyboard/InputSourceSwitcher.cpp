@@ -46,7 +46,7 @@ core::LocalizedText InputSourceSwitcher::switched() {
     if (!sources_.select(*next)) {
         return texts::couldNotSwitchKeyboardLanguage.on(desktop_);
     }
-    // Read again: the system may have chosen another one, which then is what counts for people.
+    // Read again: the system may have chosen another one, and the user should see that one.
     return named(sources_.current().value_or(*std::ranges::find(*sources, *next, &InputSource::id)));
 }
 

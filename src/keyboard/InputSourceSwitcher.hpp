@@ -10,23 +10,23 @@
 
 namespace quillane {
 
-/// Selects the next enabled input source and says which one it is, or why there is none.
+/// Selects the next enabled input source and reports which one it is, or why there is none.
 class InputSourceSwitcher {
 public:
     explicit InputSourceSwitcher(InputSources& sources, core::Desktop desktop = {})
         : sources_(sources), desktop_(desktop) {}
 
-    /// When the system has just switched by a shortcut of its own on the same keys, only says which source it is.
+    /// If the system has just switched through its own shortcut on the same keys, only reports the source.
     void switchToNext();
 
-    /// Given the outcome, for people.
+    /// Receives the outcome, as a text for the user.
     std::function<void(const core::LocalizedText&)> report;
 
 private:
     [[nodiscard]] core::LocalizedText switched();
 
     InputSources& sources_;
-    core::Desktop desktop_; ///< what the texts speak of
+    core::Desktop desktop_; ///< the desktop that texts name
 };
 
 } // namespace quillane

@@ -150,7 +150,7 @@ void KeyboardMonitor::rewrite(InputEvent& event, const std::optional<RunningAppl
 }
 
 void KeyboardMonitor::receiveFlags(const InputEvent& event, const std::optional<RunningApplication>& front) {
-    // A key whose release was hidden, as all are while a password is typed, is held no longer.
+    // Drop held keys whose release was hidden, as all releases are while a password is typed.
     std::erase_if(heldKeys_, [this](core::KeyCode key) { return !keyEvents_.isKeyDown(key); });
     std::erase_if(remapped_, [this](const auto& entry) { return !keyEvents_.isKeyDown(entry.first); });
     const bool languageFired = languageChord_.update(event.flags);

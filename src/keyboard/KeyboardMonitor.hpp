@@ -34,7 +34,7 @@ public:
     KeyboardMonitor(const KeyboardMonitor&) = delete;
     KeyboardMonitor& operator=(const KeyboardMonitor&) = delete;
 
-    /// Starts anew from any state. Whether the tap is enabled.
+    /// Starts, or restarts from any state. Returns whether the tap is enabled.
     bool start();
 
     void stop();
@@ -49,7 +49,7 @@ public:
 
     void setOptions(const core::FeatureOptions& options);
 
-    /// Forgets every key and drops chords that wait for delivery. Keys that are down now can complete no chord until
+    /// Forgets every key and drops chords that wait for delivery. Keys that are down now cannot complete a chord until
     /// all of them have been released.
     void reset();
 
@@ -59,7 +59,7 @@ public:
 
     std::function<void(core::WritingDirection)> onDirection;
     std::function<void()> onLanguageSwitch;
-    std::function<void()> onInterruption;     ///< a key, click or scroll, or a viewer of another screen in front
+    std::function<void()> onInterruption;     ///< a key, a click or scroll, or a remote desktop viewer in front
     std::function<void()> onDisabled;         ///< the system has disabled the tap; it has been enabled again
     std::function<void()> onKeyboardActivity; ///< the first key event since the start
 
@@ -85,7 +85,7 @@ private:
     core::LanguageSwitchChord languageChord_;
     std::unordered_set<core::KeyCode> heldKeys_;           ///< keys other than modifiers that are down
     std::optional<pid_t> frontPid_;                        ///< of the application in front at the last event
-    std::unordered_map<core::KeyCode, char16_t> remapped_; ///< what the press of a held key was rewritten to
+    std::unordered_map<core::KeyCode, char16_t> remapped_; ///< the replacement of a held key's press
     core::FeatureOptions options_;
     std::int64_t generation_ = 0; ///< counts resets
     bool hasTap_ = false;

@@ -77,7 +77,7 @@ bool RTLInput::isMailEditor(const AXElement& element, const std::string& role) c
                                     .writable = ax::isTextWritable(accessibility_, element),
                                     .composeWindow = true};
     if (!context.isEligible()) {
-        return false; // whatever the window is, and looking through it is dear
+        return false; // not eligible in any window; skip the expensive search
     }
     context.composeWindow = isInComposeWindow(element);
     return context.isEligible();
@@ -87,7 +87,8 @@ bool RTLInput::isInComposeWindow(const AXElement& element) const {
     const auto window = ax::element(accessibility_, element, "AXWindow");
     bool failed = false;
     const auto endsSearch = [&](const AXElement& candidate, std::string_view role) {
-        failed = role.empty(); // every element has a role: Mail has ceased to answer, and each question would wait
+        failed = role.empty(); // every element has a role: Mail has stopped answering, and each further question would
+                               // wait
         return failed ||
                (role == "AXTextField" && ax::string(accessibility_, candidate, "AXIdentifier") == "Mail.subjectField");
     };

@@ -13,7 +13,7 @@
 
 namespace quillane {
 
-/// The current input source, for people and for the rules.
+/// The current input source, for display and for the rules.
 struct InputSourceSummary {
     std::string name;
     bool isRTL = false;
@@ -21,7 +21,7 @@ struct InputSourceSummary {
     bool operator==(const InputSourceSummary&) const = default;
 };
 
-/// What temporary English has to know of the moment: the input source, and whether typing goes into editable text.
+/// What temporary English needs to know: the input source, and whether typing goes into editable text.
 class RTLInput {
 public:
     RTLInput(InputSources& sources, Accessibility& accessibility, const Workspace& workspace)
@@ -30,8 +30,8 @@ public:
     /// Without a current source: no name, not right-to-left.
     [[nodiscard]] InputSourceSummary current() const;
 
-    /// Whether the focused element of the process takes typed text. Each question waits at most 15 milliseconds for the
-    /// other application, because this runs inside the event tap; any failure is no.
+    /// Whether the focused element of the process accepts typed text. Each question waits at most 15 ms for the other
+    /// application, because this runs inside the event tap; any failure means no.
     [[nodiscard]] bool hasEditableFocus(pid_t pid) const;
 
 private:
@@ -39,8 +39,8 @@ private:
     [[nodiscard]] bool isInComposeWindow(const AXElement& element) const;
     [[nodiscard]] bool isWordEditor(const AXElement& element, const std::string& role) const;
 
-    /// Whether languages are right-to-left. The answer of the last time is kept: the question comes with each letter
-    /// that is typed with Shift, while the source in use changes rarely.
+    /// Whether languages are right-to-left. The last answer is cached: the question comes with each letter typed with
+    /// Shift, while the source rarely changes.
     struct KnownDirection {
         std::vector<std::string> languages;
         bool isRTL = false;

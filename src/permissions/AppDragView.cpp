@@ -52,7 +52,7 @@ void AppDragView::mouseMoveEvent(QMouseEvent* event) {
     if (!event->buttons().testFlag(Qt::LeftButton) || !far) {
         return;
     }
-    auto* drag = new QDrag(this); // goes by itself when the drag is over
+    auto* drag = new QDrag(this); // deleted by Qt when the drag is over
     drag->setMimeData(item().release());
     drag->setPixmap(icon_.pixmap(size()));
     drag->setHotSpot(pressed_);

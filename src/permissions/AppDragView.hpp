@@ -22,7 +22,7 @@ class AppDragView : public QWidget {
 public:
     AppDragView(QUrl application, QIcon icon, QWidget* parent = nullptr);
 
-    /// What a drag carries: the application's address.
+    /// The data of a drag: the application's URL.
     [[nodiscard]] std::unique_ptr<QMimeData> item() const;
 
     [[nodiscard]] QSize sizeHint() const override;

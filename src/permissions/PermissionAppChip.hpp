@@ -12,7 +12,7 @@ namespace quillane {
 
 class AppDragView;
 
-/// The tile that the draggable icon lies on, with the application's name below it.
+/// The tile with the draggable icon, and the application's name below it.
 class PermissionAppChip : public QWidget {
     Q_OBJECT
 

@@ -19,20 +19,20 @@
 
 namespace quillane {
 
-/// What asking for permissions needs of the desktop, borrowed.
+/// What requesting permissions needs from the desktop, borrowed.
 struct PermissionDesktop {
     PermissionService& service;
     core::UserDefaults& userDefaults;
     core::PasteboardContents& pasteboard;
     WindowTraits& windowTraits;
     Launcher& launcher;
-    core::Desktop desktop{}; ///< what the texts speak of
+    core::Desktop desktop{}; ///< the desktop that texts name
 };
 
-/// The grants as of the last refresh, and everything that helps the user to give them. Main thread.
+/// The permissions as of the last refresh, and everything that helps the user to grant them. Main thread.
 class PermissionController {
 public:
-    /// The defaults key of the permissions that were asked for, as an array of their raw values.
+    /// The defaults key of the permissions that were requested, as an array of their raw values.
     static constexpr auto requestKey = "QuillanePermissionRequestsV1";
 
     /// The defaults key of the flag that is left for the next launch by `restart`.
@@ -40,15 +40,15 @@ public:
 
     PermissionController(const PermissionDesktop& desktop, core::ApplicationLocation location);
 
-    /// Reads the grants again; listeners hear of it only when something differs.
+    /// Reads the permissions again; notifies listeners only of changes.
     void refresh();
 
-    /// Asks for a permission and says what to do, or, where a request is the grant, that it was given as soon as a
-    /// refresh sees it. Nothing happens for a copy that is not installed, and while a request is being made.
+    /// Requests a permission and says what to do or, where the request grants it, that it was granted once a refresh
+    /// sees it. Does nothing for a copy that is not installed, and during another request.
     void request(core::MacPermission permission);
 
-    /// Makes the next request that the policy wants, while the application is in front. Where a request is the grant,
-    /// none is made without a click of the user's.
+    /// Makes the next request of the policy, while the application is in front. Where a request grants the permission,
+    /// it is only made at the user's click.
     void requestNextIfNeeded();
 
     /// Opens the page of the system's settings where the permission is granted.
@@ -57,7 +57,7 @@ public:
     /// Puts the application's path on the pasteboard.
     void copyPath();
 
-    /// Ends the program and starts it anew, so that grants take effect.
+    /// Relaunches the program, so that permissions take effect.
     void restart();
 
     [[nodiscard]] const std::set<core::MacPermission>& granted() const { return granted_; }
@@ -69,7 +69,7 @@ public:
     /// The user grants it in a list of the system's settings that this program appears in.
     [[nodiscard]] bool isGrantedInSettings() const { return desktop_.service.isGrantedInSettings(); }
 
-    /// The last instruction; empty before there was one.
+    /// The last instruction; empty before the first.
     [[nodiscard]] const core::LocalizedText& feedback() const { return feedback_; }
 
     [[nodiscard]] const core::ApplicationLocation& location() const { return location_; }
@@ -78,7 +78,7 @@ public:
         return changed_.subscribe(std::move(callback));
     }
 
-    /// Set by the application delegate; each may be absent.
+    /// Set by the application delegate; each is optional.
     std::function<void(core::MacPermission)> presentGuide;
     std::function<bool()> applicationIsActive;
     std::function<void()> terminate;
@@ -93,7 +93,7 @@ private:
     core::PermissionSetupPolicy policy_;
     std::set<core::MacPermission> granted_;
     bool requesting_ = false;
-    bool switchingOn_ = false; ///< Accessibility was requested where that grants it, and is not granted yet
+    bool switchingOn_ = false; ///< Accessibility was requested where a request grants it, and is not granted yet
     core::LocalizedText feedback_;
     core::Listeners<> changed_;
 };

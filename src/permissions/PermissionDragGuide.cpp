@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 
 constexpr auto followInterval = 500ms;
 
-// What is smaller is a dialog or a panel of System Settings.
+// Smaller windows are dialogs or panels of System Settings.
 constexpr double leastWidth = 400;
 constexpr double leastHeight = 300;
 
@@ -36,7 +36,7 @@ double sharedArea(const core::ScreenRect& a, const core::ScreenRect& b) {
     return width > 0 && height > 0 ? width * height : 0;
 }
 
-/// The screen that most of the window is on; the main one when it is on none.
+/// The screen with the largest part of the window; the main one when it is on none.
 const ScreenArea& screenOf(const std::optional<core::ScreenRect>& window, const std::vector<ScreenArea>& screens) {
     if (!window) {
         return screens.front();

@@ -20,7 +20,7 @@ namespace quillane {
 
 class PermissionController;
 
-/// A screen, and the part of it that menu bars, docks and panels leave.
+/// A screen, and the part of it that menu bars, docks and panels leave free.
 struct ScreenArea {
     core::ScreenRect frame;
     core::ScreenRect visible;
@@ -52,8 +52,8 @@ struct PermissionGuideServices {
     std::function<std::unique_ptr<PermissionGuidePanel>()> makePanel;
 };
 
-/// Keeps a card beside the window of System Settings while the user grants a permission there: it follows the window,
-/// hides while another application is in front, and goes when the user closes it. Main thread.
+/// Keeps a card beside the window of System Settings while the user grants a permission there. It follows the window,
+/// hides while another application is in front, and disappears when the user closes it. Main thread.
 class PermissionDragGuide {
 public:
     static constexpr std::string_view systemSettings = "com.apple.systempreferences";
@@ -71,8 +71,8 @@ private:
     void place(pid_t settings, const std::vector<OnScreenWindow>& windows);
 
     PermissionGuideServices services_;
-    std::unique_ptr<PermissionGuidePanel> panel_; ///< made when it is first wanted, then kept
-    std::shared_ptr<void> step_; ///< shared with an answer that is on its way; a new one makes it stale
+    std::unique_ptr<PermissionGuidePanel> panel_; ///< made on first use, then kept
+    std::shared_ptr<void> step_;                  ///< shared with a pending answer; a new one makes it stale
     core::Subscription timer_;
 };
 

@@ -36,7 +36,7 @@ constexpr int margin = 14;
 constexpr int bodySpace = 18;
 constexpr int wordsSpace = 6;
 constexpr double titleScale = 1.2;
-constexpr int leastPercent = 60; ///< of text that would not fit otherwise
+constexpr int leastPercent = 60; ///< for text that would not fit otherwise
 
 QLabel* lineLabel(const char* name) {
     auto* label = new WrappingLabel;
@@ -111,7 +111,7 @@ void PermissionDragGuideView::redraw() {
     setLayoutDirection(mirrored ? Qt::RightToLeft : Qt::LeftToRight);
     next_->setProperty("role", granted ? QStringLiteral("good") : QStringLiteral("secondary"));
     setStyleSheet(controlsStyleSheet(appearance));
-    // Lines stand at the leading side whatever script they begin with.
+    // Lines are aligned to the leading side, whatever script they begin with.
     const auto side = (mirrored ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute | Qt::AlignVCenter;
     for (auto* label : {heading_, drag_, next_}) {
         label->setAlignment(side);
@@ -132,7 +132,7 @@ void PermissionDragGuideView::redraw() {
 }
 
 void PermissionDragGuideView::fitWords() {
-    // The card keeps its size whatever the size of text is: where a line would be cut, all become smaller.
+    // The card keeps its size at any text size: if a line would be cut, all lines become smaller.
     const int width = this->width() - 2 * margin - bodySpace - chip_->sizeHint().width();
     const int top = std::max(heading_->sizeHint().height(), close_->sizeHint().height());
     const int height = this->height() - 2 * margin - top - wordsSpace;

@@ -21,7 +21,7 @@ class QToolButton;
 
 namespace quillane {
 
-/// What the card shows and follows, borrowed.
+/// What the card needs, borrowed.
 struct PermissionCardServices {
     PermissionController& permissions;
     core::AppPreferences& preferences;
@@ -63,7 +63,7 @@ private:
     std::vector<core::Subscription> subscriptions_;
 };
 
-/// The window of its own that the card lies in.
+/// The card's own window.
 class PermissionDragGuideWindow : public QWidget, public PermissionGuidePanel {
     Q_OBJECT
 
@@ -87,7 +87,7 @@ private:
     PermissionDragGuideView* view_;
 };
 
-/// The screens as the desktop has them now, the main one first.
+/// The current screens of the desktop, the main one first.
 [[nodiscard]] std::vector<ScreenArea> currentScreens();
 
 } // namespace quillane

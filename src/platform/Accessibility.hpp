@@ -42,7 +42,7 @@ private:
     std::shared_ptr<Handle> handle_;
 };
 
-/// A stretch of a text, in the units that its application counts in: a place when the length is zero.
+/// A range of a text, in the units of its application; a position when the length is zero.
 struct AXTextRange {
     std::int64_t location = 0;
     std::int64_t length = 0;
@@ -50,7 +50,7 @@ struct AXTextRange {
     bool operator==(const AXTextRange&) const = default;
 };
 
-/// A value that only its application understands, for example a place in a web page. It can be kept, compared and
+/// A value that only its application understands, such as a position in a web page. It can be kept, compared and
 /// written back.
 class AXOpaqueValue {
 public:
@@ -74,46 +74,47 @@ private:
     std::shared_ptr<const Handle> handle_;
 };
 
-/// The value of an attribute. `std::monostate` is a value that the element has not. Addresses (URLs) are text. Numbers
-/// are whole ones; others are opaque.
+/// The value of an attribute. `std::monostate` stands for an attribute that the element does not have. Addresses (URLs)
+/// are text. Whole numbers are numbers; all others are opaque.
 using AXValue = std::variant<std::monostate, bool, std::int64_t, std::string, AXElement, std::vector<AXElement>,
                              AXTextRange, AXOpaqueValue>;
 
-/// How the call of an action ended.
+/// The outcome of an action.
 enum class AXActionResult {
     done,
-    cannotComplete, ///< the application did not answer in time, as while it shows a menu: it may well have acted
+    cannotComplete, ///< the application did not answer in time, for example while it shows a menu; it may have acted
+                    ///< all the same
     failed,
 };
 
-/// Reading and driving other applications by Accessibility, in the names of macOS (NSAccessibilityConstants.h) on every
-/// desktop: attributes as "AXRole", roles as "AXTextArea". Main thread. Each call waits for the other application at
-/// most for the messaging time-out of the element asked; any failure (no permission, no answer in time, unknown
-/// attribute) is absence. An application that has not answered is not waited for again at once.
+/// Reads and drives other applications through Accessibility, with the names of macOS (NSAccessibilityConstants.h) on
+/// every desktop: attributes such as "AXRole", roles such as "AXTextArea". Main thread. Each call waits for the other
+/// application no longer than the messaging timeout of the element; any failure (no permission, no answer in time,
+/// unknown attribute) is absence. An application that has not answered is not waited for again at once.
 class Accessibility {
 public:
     virtual ~Accessibility() = default;
 
-    /// The element that stands for an application; it is given out even when the application cannot be reached.
+    /// The element that stands for an application; returned even when the application cannot be reached.
     [[nodiscard]] virtual AXElement application(pid_t pid) = 0;
 
     /// Bounds every later call on this element, and on elements read from it unless they are given their own.
     virtual void setMessagingTimeout(const AXElement& element, std::chrono::milliseconds timeout) = 0;
 
-    /// One attribute; none on failure and when the element has not got it. Reading "AXRole" of an application's own
+    /// One attribute; none on failure and when the element does not have it. Reading "AXRole" of an application's own
     /// element lets a program that puts off making its tree make it, as browsers of the Chromium family do.
     [[nodiscard]] virtual std::optional<AXValue> attribute(const AXElement& element, std::string_view name) = 0;
 
-    /// Several attributes in one call, in the order asked, `std::monostate` for each that the element has not got; none
-    /// when the call as a whole fails.
+    /// Several attributes in one call, in the order of the names, `std::monostate` for each that the element does not
+    /// have; none when the call as a whole fails.
     [[nodiscard]] virtual std::optional<std::vector<AXValue>> attributes(const AXElement& element,
                                                                          std::span<const std::string_view> names) = 0;
 
-    /// How many elements are best read together by `attributesOfEach`: one, where each is asked in turn.
+    /// The best number of elements for one call of `attributesOfEach`: one where a backend asks them in turn.
     [[nodiscard]] virtual std::size_t elementsAtOnce() const { return 1; }
 
-    /// The same attributes of several elements, one result for each as from `attributes`. A backend that asks them all
-    /// at once waits for all of them no longer than one call may.
+    /// The same attributes of several elements, one result for each as from `attributes`. A backend that asks all of
+    /// them at once waits no longer than one call may.
     [[nodiscard]] virtual std::vector<std::optional<std::vector<AXValue>>>
     attributesOfEach(std::span<const AXElement> elements, std::span<const std::string_view> names);
 
@@ -129,7 +130,8 @@ public:
     /// The actions of an element ("AXPress", "AXShowMenu", …); empty on failure.
     [[nodiscard]] virtual std::vector<std::string> actionNames(const AXElement& element) = 0;
 
-    /// Does an action. Pressing an item of a menu closes the menu, and "AXCancel" on a menu closes it without a choice.
+    /// Performs an action. Pressing an item of a menu closes the menu, and "AXCancel" on a menu closes it without a
+    /// choice.
     virtual AXActionResult performAction(const AXElement& element, std::string_view name) = 0;
 
     /// Calls the handler, from the main queue and never inside another call, for each notification of the name that an

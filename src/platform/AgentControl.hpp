@@ -8,7 +8,7 @@
 
 namespace quillane {
 
-/// What a second start asks of the running agent.
+/// The request of a second start to the running agent.
 struct ControlRequest {
     std::string command;                ///< for example "status"
     std::vector<std::string> arguments; ///< files as file URLs
@@ -24,14 +24,14 @@ struct ControlReply {
     bool operator==(const ControlReply&) const = default;
 };
 
-/// The running agent's ear for later starts by the same user. Main thread.
+/// Where the running agent receives requests from later starts by the same user. Main thread.
 class AgentControl {
 public:
     using Handler = std::function<ControlReply(const ControlRequest&)>;
 
     virtual ~AgentControl() = default;
 
-    /// Answers requests from now on. Requests that came in earlier are answered too.
+    /// Answers requests from now on, those that arrived earlier included.
     virtual void setHandler(Handler handler) = 0;
 };
 

@@ -13,7 +13,7 @@ enum class StandardCommand { undo, redo, cut, copy, paste, selectAll, minimize, 
 
 struct ApplicationMenuRow {
     MenuRow row;                             ///< its `action` is used when no standard command is given
-    std::optional<StandardCommand> standard; ///< brings its usual key along
+    std::optional<StandardCommand> standard; ///< has its usual key
 };
 
 struct ApplicationSubmenu {

@@ -20,7 +20,7 @@ public:
         std::string title;
         std::string message;                                     ///< what the file is chosen for
         std::string prompt;                                      ///< the button that confirms
-        core::AppLanguage language = core::AppLanguage::english; ///< of what the panel says beside these texts
+        core::AppLanguage language = core::AppLanguage::english; ///< of the panel's other texts
     };
 
     using Chosen = std::function<void(const std::filesystem::path&)>;
@@ -32,13 +32,13 @@ public:
     virtual ~FilePanel() = default;
 
     /// Opens the panel in front of everything and returns. Neither folders nor several files can be chosen. Calls back
-    /// once when the user confirms, never when they cancel or this object goes. A panel that is open comes to the front
-    /// instead of a second one, and its texts and callbacks stay. A desktop whose own panel takes drops as a selection
+    /// once when the user confirms, never when they cancel or this object is destroyed. If a panel is open already, it
+    /// comes to the front instead and keeps its texts and callbacks. A desktop whose panel treats a drop as a selection
     /// never calls `dropped`.
     virtual void chooseFile(const Texts& texts, Chosen chosen, Dropped dropped) = 0;
 
-    /// Shows these texts on the panel that is open, after the interface language changed. Nothing without one. Where
-    /// the system draws the panel, its own words stay in the language in which it was opened.
+    /// Shows these texts on the panel that is open, after the interface language changed. Does nothing without one.
+    /// Where the system draws the panel, its own texts keep the language in which it was opened.
     virtual void setTexts(const Texts& texts) = 0;
 };
 

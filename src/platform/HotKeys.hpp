@@ -18,7 +18,7 @@ struct HotKey {
     bool operator==(const HotKey&) const = default;
 };
 
-/// Keys that the system hands to this program before anybody else. Main thread. Nothing here waits.
+/// Keys that the system delivers to this program before any other. Main thread. Nothing here waits.
 class HotKeys {
 public:
     virtual ~HotKeys() = default;

@@ -12,7 +12,7 @@ class Launcher {
 public:
     virtual ~Launcher() = default;
 
-    /// Starts a program that goes on when this one ends. False when it cannot be started. Does not wait for it.
+    /// Starts a program that outlives this one. False when it cannot be started. Does not wait for it.
     virtual bool launch(const core::ProcessCommand& command) = 0;
 };
 

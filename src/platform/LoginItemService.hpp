@@ -9,8 +9,8 @@ namespace quillane {
 
 using core::LoginItemStatus;
 
-/// The desktop's list of programs that start at login, as far as this program is concerned. Main thread; calls are
-/// short and synchronous.
+/// This program's place in the desktop's list of programs that start at login. Main thread; calls are short and
+/// synchronous.
 class LoginItemService {
 public:
     virtual ~LoginItemService() = default;
@@ -20,7 +20,7 @@ public:
     /// Adds this program. False on a failure; that includes an approval that is still missing.
     [[nodiscard]] virtual bool enable() = 0;
 
-    /// Takes it off the list. False on a failure.
+    /// Removes it from the list. False on a failure.
     [[nodiscard]] virtual bool disable() = 0;
 
     /// Whether the desktop has a page of settings for the list, and how to show it.

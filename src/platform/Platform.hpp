@@ -42,7 +42,7 @@ namespace quillane {
 
 /// Every platform interface of one desktop. Members are destroyed last to first, so later ones may use earlier ones.
 struct Platform {
-    core::Desktop desktop = core::Desktop::macOS; ///< what texts speak of, and the keys that they name
+    core::Desktop desktop = core::Desktop::macOS; ///< the desktop and keys that texts name
     std::shared_ptr<void> session; ///< what the backend's members share (connections); shared by all of them
     std::unique_ptr<MainQueue> mainQueue;
     std::unique_ptr<core::UserDefaults> userDefaults;
@@ -65,7 +65,7 @@ struct Platform {
     std::unique_ptr<core::SecretStore> secretStore;
     std::unique_ptr<SerialQueue> vaultQueue; ///< after the secret store, which its tasks use
     std::unique_ptr<SerialQueue> imageQueue;
-    std::unique_ptr<SerialQueue> fileQueue; ///< its tasks may be left behind when it goes (see ThreadSerialQueue)
+    std::unique_ptr<SerialQueue> fileQueue; ///< its tasks may outlive it (see ThreadSerialQueue)
     std::unique_ptr<FilePanel> filePanel;
     std::shared_ptr<const ProxySettings> proxySettings; ///< shared with the threads of transfers
     std::unique_ptr<SystemSymbols> systemSymbols;
@@ -75,10 +75,10 @@ struct Platform {
     std::unique_ptr<SystemInspector> systemInspector;
     std::unique_ptr<UpdaterService> updater; ///< absent where something else updates the program
 
-    /// The settings of the program's previous edition, when it was used here.
+    /// The settings of the program's previous edition, if it was used here.
     std::optional<core::PropertyListValue::Dictionary> legacyPreferences;
 
-    /// Set when the desktop cannot observe the keyboard at all (Wayland): one sentence for people that says so.
+    /// Set when the desktop cannot observe the keyboard at all (Wayland): one sentence that says so to the user.
     std::optional<std::string> keyboardUnavailableReason;
 };
 
@@ -93,14 +93,14 @@ struct PlatformError {
     bool operator==(const PlatformError&) const = default;
 };
 
-/// A check made before any window system library is touched, while the process has one thread, because it prepares the
-/// process's environment too. None when the desktop can be used.
+/// A check before any window system library is used. It also prepares the process's environment, so it runs while the
+/// process has one thread. None when the desktop can be used.
 [[nodiscard]] std::optional<PlatformError> checkDesktop();
 
 /// Makes what can be asked about the system even where `checkDesktop` fails. An application object of Qt must exist.
 [[nodiscard]] std::unique_ptr<SystemInspector> makeSystemInspector();
 
-/// Makes the backend of the desktop that the program was built for. The application object of Qt must exist.
+/// Makes the backend of the desktop that the program was built for. Qt's application object must exist.
 [[nodiscard]] std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options);
 
 } // namespace quillane

@@ -7,7 +7,7 @@
 
 namespace quillane {
 
-/// The proxies that people have set in their system.
+/// The proxies that the user has set in the system.
 class ProxySettings {
 public:
     virtual ~ProxySettings() = default;

@@ -5,7 +5,7 @@
 
 namespace quillane {
 
-/// Whether what is typed now is a secret. Main thread. May wait for the application in front, for 50 ms at most.
+/// Whether the user is typing a secret. Main thread. May wait for the application in front, at most 50 ms.
 class SecureInput {
 public:
     virtual ~SecureInput() = default;

@@ -17,7 +17,7 @@ public:
     /// From any thread. Never runs the task inside the call.
     virtual void post(Task task) = 0;
 
-    /// Waits until everything that has been posted has run. Not from a task.
+    /// Waits until all posted tasks have run. Must not be called from a task.
     virtual void wait() = 0;
 };
 

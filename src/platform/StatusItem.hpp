@@ -20,15 +20,15 @@ struct MenuRow {
     std::string title; ///< rendered in the interface language
     Icon icon = Icon::none;
     std::string symbol;        ///< a name of the system symbols of macOS, for example "globe"; own icons on Linux
-    std::string keyEquivalent; ///< one character that goes with Command (Control on Linux), or empty
+    std::string keyEquivalent; ///< one character, pressed with Command (Control on Linux), or empty
     std::string toolTip;
     bool enabled = true;
     bool checked = false;
-    bool checkable = false; ///< announced as a check box, whether on or off
+    bool checkable = false; ///< announced as a check box, on or off
     std::function<void()> action;
 };
 
-/// An image that the desktop tints: only its coverage counts.
+/// An image that the desktop tints: only its coverage matters.
 struct TemplateImage {
     int width = 0;                   ///< pixels
     int height = 0;                  ///< pixels
@@ -58,9 +58,9 @@ public:
     /// Opens the menu, as a click on the item does.
     virtual void popUpMenu() = 0;
 
-    /// A short notice by the desktop's own means, for when the item cannot be seen or a command of its
-    /// menu could not be done. Calls `failed`, which may be empty, once it is known that nobody shows the notice: there
-    /// is no such service, or the user does not allow it. Never within this call or after this object has gone.
+    /// Shows a short notification of the desktop, for when the item cannot be seen or a command of its menu failed.
+    /// Calls `failed`, which may be empty, once it is known that the notification is not shown: there is no such
+    /// service, or the user does not allow it. Never inside this call or after this object has been destroyed.
     virtual void notify(const std::string& title, const std::string& text, std::function<void()> failed) = 0;
 };
 

@@ -15,8 +15,8 @@ class SystemSymbols {
 public:
     virtual ~SystemSymbols() = default;
 
-    /// The symbol in a square of so many pixels, to be tinted; none when the desktop has no symbol of that name or the
-    /// side is below 1.
+    /// The symbol in a square with sides of this many pixels, to be tinted; none when the desktop has no symbol of that
+    /// name or the side is below 1.
     [[nodiscard]] virtual std::optional<TemplateImage> image(std::string_view name, int pixels) const = 0;
 };
 

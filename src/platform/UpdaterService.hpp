@@ -20,10 +20,10 @@ public:
     /// checked.
     [[nodiscard]] virtual bool hasKey() const = 0;
 
-    /// Begins to check in the background, when that is switched on. Called at most once, after the program has started.
+    /// Starts checking in the background if that is switched on. Called at most once, after the program has started.
     virtual void start() = 0;
 
-    /// False while a check or an update goes on.
+    /// False while a check or an update is in progress.
     [[nodiscard]] virtual bool canCheck() const = 0;
 
     [[nodiscard]] virtual std::optional<core::Date> lastCheck() const = 0;
@@ -31,7 +31,7 @@ public:
     [[nodiscard]] virtual bool checksAutomatically() const = 0;
     virtual void setChecksAutomatically(bool automatically) = 0;
 
-    /// Looks for a new version and tells the user what came of it.
+    /// Looks for a new version and shows the user the result.
     virtual void checkForUpdates() = 0;
 
     /// One of the three answers above has changed.

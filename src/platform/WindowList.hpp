@@ -12,10 +12,11 @@
 
 namespace quillane {
 
-/// A window that can be seen, of whatever program.
+/// A visible window of any program.
 struct OnScreenWindow {
     pid_t pid = 0;
-    int layer = 0;           ///< 0 for ordinary windows, above 0 for what floats over them, below 0 for the desktop
+    int layer = 0;           ///< 0 for ordinary windows, above 0 for windows that float over them, below 0 for the
+                             ///< desktop
     core::ScreenRect bounds; ///< with its title bar, in points
 
     bool operator==(const OnScreenWindow&) const = default;
@@ -29,7 +30,8 @@ public:
     virtual ~WindowList() = default;
 
     /// Calls the handler once, on the main thread, with the windows from front to back: inside the call where the
-    /// desktop can tell at once, else as soon as it has answered, unless this object has gone by then. Never blocks.
+    /// desktop answers at once, otherwise as soon as it has answered, unless this object has been destroyed. Never
+    /// blocks.
     virtual void read(Handler handler) = 0;
 };
 

@@ -14,17 +14,17 @@ enum class ActivationPolicy {
 
 /// A window that lies over those of other applications while the application in front stays there.
 enum class PanelKind {
-    card,   ///< to look at and to drag from; never has the keys
-    search, ///< has the keys while it is open, and closes when the user turns to something else
+    card,   ///< to look at and to drag from; never has the keyboard
+    search, ///< has the keyboard while it is open, and closes when the user turns to something else
 };
 
-/// How Qt numbers the keys of a window's key events, and which modifier it makes of Command.
+/// How Qt numbers the keys of a window's key events, and which modifier stands for Command.
 enum class KeyNumbering {
     x11,   ///< scan codes of the X server; the Super key, which stands in for Command in hot keys, is Meta
     macOS, ///< virtual key codes of macOS; Command is Control, and Control is Meta
 };
 
-/// What the desktop makes of this program's windows. Main thread.
+/// How the desktop treats this program's windows. Main thread.
 class WindowTraits {
 public:
     virtual ~WindowTraits() = default;
@@ -33,12 +33,12 @@ public:
 
     virtual void setActivationPolicy(ActivationPolicy policy) = 0;
 
-    /// Brings this program in front of all others, for a window that the user has asked for. Where windows come to the
-    /// front one by one, nothing is left to do.
+    /// Brings this program in front of all others, for a window that the user has asked for. Does nothing where windows
+    /// come to the front one by one.
     virtual void activateApplication() = 0;
 
-    /// Makes a window without a parent, which has not been shown yet, a panel. It floats above other windows, goes
-    /// where the user goes (spaces, full-screen applications) and has no title to see. Hides the window.
+    /// Makes a window without a parent, which has not been shown yet, a panel. It floats above other windows, follows
+    /// the user (spaces, full-screen applications) and shows no title. Hides the window.
     virtual void makePanel(QWidget& window, PanelKind kind) = 0;
 };
 

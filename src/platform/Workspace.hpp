@@ -22,28 +22,29 @@ struct RunningApplication {
     bool operator==(const RunningApplication&) const = default;
 };
 
-/// The user's session: what runs, what is in front, when that changes. Main thread. Reading never blocks.
+/// The user's session: which applications run, which is in front, and when that changes. Main thread. Reading never
+/// blocks.
 class Workspace {
 public:
     virtual ~Workspace() = default;
 
     [[nodiscard]] virtual std::optional<RunningApplication> frontmostApplication() const = 0;
 
-    /// Running applications with exactly this bundle identifier, without this process.
+    /// Running applications with exactly this bundle identifier, except this process.
     [[nodiscard]] virtual std::vector<RunningApplication> runningApplications(std::string_view bundleID) const = 0;
 
-    /// Whether an application with this process identifier runs.
+    /// Whether an application with this process identifier is running.
     [[nodiscard]] virtual bool isRunning(pid_t pid) const = 0;
 
-    /// Asks an application to come to the front, over whatever is there. Nothing happens when it is in front. It is
-    /// there after the call, and may come late or not at all: macOS 14 and later decide themselves, and follow a
-    /// program that yields its own place. False when it could not be asked.
+    /// Asks an application to come to the front, over whatever is there. Does nothing if it is in front. It is there
+    /// after the call, and may come late or not at all: macOS 14 and later decide themselves, and follow a program that
+    /// yields its own place. False when it could not be asked.
     virtual bool activateApplication(pid_t pid) = 0;
 
     /// Asks an application to quit, as its own Quit command would. False when it could not be asked.
     virtual bool terminate(pid_t pid) = 0;
 
-    /// True when this process was started by the session at login rather than by the user.
+    /// True when the session started this process at login, rather than the user.
     [[nodiscard]] virtual bool launchedAtLogin() const = 0;
 
     /// Another application has come to the front.
@@ -52,8 +53,8 @@ public:
     /// The machine has woken from sleep.
     virtual core::Subscription onDidWake(std::function<void()> callback) = 0;
 
-    /// The user has opened the program again while it runs and the desktop has sent no second process, as macOS does.
-    /// A desktop that starts a second process (see AgentControl) never gives this notice.
+    /// The user has opened the program again while it runs, and the desktop has started no second process, as macOS
+    /// does. A desktop that starts a second process (see AgentControl) never calls back.
     virtual core::Subscription onDidReopen([[maybe_unused]] std::function<void()> callback) { return {}; }
 };
 

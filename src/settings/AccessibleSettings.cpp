@@ -42,7 +42,7 @@ private:
     PageButton& button_;
 };
 
-/// Its text is read only and has neither a cursor nor a selection.
+/// Its text is read-only and has neither a cursor nor a selection.
 class AccessiblePicker final : public QAccessibleWidget, public QAccessibleTextInterface {
 public:
     explicit AccessiblePicker(QComboBox& box) : QAccessibleWidget(&box, QAccessible::ComboBox), box_(box) {}
@@ -133,7 +133,7 @@ void nameList(QComboBox& list, const QString& name) {
 
 QAccessibleInterface* accessibleSettings(const QString& /*className*/, QObject* object) {
     if (auto* page = qobject_cast<PageButton*>(object)) {
-        return new AccessiblePage(*page); // QAccessible takes it over
+        return new AccessiblePage(*page); // QAccessible owns it
     }
     if (auto* selector = qobject_cast<PageSelector*>(object)) {
         return new QAccessibleWidget(selector, QAccessible::PageTabList);

@@ -11,12 +11,11 @@ class QObject;
 
 namespace quillane {
 
-/// Gives a list to choose from, and what it opens, the name of its purpose.
+/// Gives a drop-down list, and its popup, the name of its purpose.
 void nameList(QComboBox& list, const QString& name);
 
-/// For QAccessible::installFactory: the page selector as a list of tabs, and lists to choose from whose name says what
-/// they are for and whose text is what is chosen (Qt gives them the latter for a name on Linux). Nothing for other
-/// objects.
+/// For QAccessible::installFactory: the page selector as a list of tabs, and drop-down lists whose name is their
+/// purpose and whose text is the selected item (Qt uses the latter as the name on Linux). Null for other objects.
 [[nodiscard]] QAccessibleInterface* accessibleSettings(const QString& className, QObject* object);
 
 } // namespace quillane

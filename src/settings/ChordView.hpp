@@ -17,9 +17,9 @@ namespace quillane {
 struct ChordKey {
     enum class Side { any, left, right };
 
-    std::string sign;         ///< what stands on the key before its name, for example "⇧"; may be empty
+    std::string sign;         ///< the sign on the key before its name, for example "⇧"; may be empty
     core::LocalizedText name; ///< "Shift"
-    Side side = Side::any;    ///< which of two keys of that name
+    Side side = Side::any;    ///< which of two keys with that name
 
     /// The key in words: "Right Shift".
     [[nodiscard]] core::LocalizedText spoken() const;

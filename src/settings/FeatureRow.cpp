@@ -49,7 +49,7 @@ QLabel* textLabel(const char* role) {
 
 void showText(QLabel& label, const QString& text) {
     if (!label.alignment().testFlag(Qt::AlignHCenter)) {
-        // Without this a label goes by the script: Latin names would stand at the far side of a mirrored row.
+        // Without this a label aligns by script: Latin names would be at the far side of a mirrored row.
         const auto side = label.layoutDirection() == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft;
         label.setAlignment(side | Qt::AlignAbsolute | Qt::AlignVCenter);
     }

@@ -34,7 +34,7 @@ public:
     /// Hidden while it is empty.
     void setExplanation(const QString& text);
 
-    /// Draws the symbol; a highlighted tile says that the feature is on. No tile for a null icon.
+    /// Draws the symbol; a highlighted tile means that the feature is on. No tile for a null icon.
     void setSymbol(const QIcon& symbol, bool highlighted);
 
 private:
@@ -45,14 +45,13 @@ private:
     SwitchButton* switch_ = nullptr;
 };
 
-/// A label whose text is never taken for markup, that breaks into lines and can be styled by its role: "secondary",
-/// "warning" or "good".
+/// A label whose text is never markup, that wraps and can be styled by its role: "secondary", "warning" or "good".
 [[nodiscard]] QLabel* textLabel(const char* role = nullptr);
 
 /// Shows a text at the leading side of the layout, whatever script it is in.
 void showText(QLabel& label, const QString& text);
 
-/// A label of text that is a bit larger or smaller than the others.
+/// A label with text slightly larger or smaller than the others.
 [[nodiscard]] QLabel* scaledLabel(double scale, bool bold, const char* role = nullptr);
 
 } // namespace quillane

@@ -14,7 +14,7 @@ class QToolButton;
 
 namespace quillane {
 
-/// Two buttons that make a number smaller and larger, within bounds. The number itself is shown beside it.
+/// Two buttons that decrease and increase a number, within bounds. The number itself is shown beside them.
 class NumberStepper : public QWidget {
     Q_OBJECT
 
@@ -27,7 +27,8 @@ public:
 
     NumberStepper(Range range, std::function<void(std::int64_t)> changed);
 
-    /// Shows which ways are open from the value. What the number is goes into the buttons' names.
+    /// Enables the directions that are possible from the value. The name of the number becomes part of the buttons'
+    /// names.
     void show(std::int64_t value, const core::LocalizedText& what, core::AppLanguage language);
 
     using QWidget::show;

@@ -82,7 +82,7 @@ PageSelector::PageSelector(Symbol symbol, QWidget* parent) : QWidget(parent), sy
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(4);
-    auto* group = new QButtonGroup(this); // one is chosen, and arrow keys move between them
+    auto* group = new QButtonGroup(this); // one is selected, and arrow keys move between them
     for (const auto page : core::allSettingsPages) {
         auto* button = new PageButton;
         buttons_[page] = button;

@@ -32,7 +32,7 @@ protected:
     void leaveEvent(QEvent* event) override;
 };
 
-/// The row of buttons that leads to the pages; one is chosen. Arrow keys go from one to the next.
+/// The row of buttons for the pages; one is selected. Arrow keys move from one to the next.
 class PageSelector : public QWidget {
     Q_OBJECT
 
@@ -41,7 +41,7 @@ public:
 
     explicit PageSelector(Symbol symbol, QWidget* parent = nullptr);
 
-    /// Shows the titles in a language and marks a page as chosen.
+    /// Shows the titles in a language and marks a page as selected.
     void show(core::SettingsPage page, core::AppLanguage language);
 
     using QWidget::show;

@@ -19,7 +19,7 @@ namespace {
 
 constexpr int iconSide = 48;
 
-/// The name in its colours; it holds nothing but the name, so it may be markup.
+/// The name in its colours; it contains only the name, so it may be markup.
 QString wordmarkMarkup() {
     QString markup;
     for (const auto& run : core::brandPalette::wordmark(currentAppearance(), false)) {

@@ -12,7 +12,7 @@ class QLabel;
 
 namespace quillane {
 
-/// The top of the settings window: the name, how the program stands, and the choice of the interface language.
+/// The top of the settings window: the name, the status, and the choice of the interface language.
 class SettingsHeader : public QWidget {
     Q_OBJECT
 

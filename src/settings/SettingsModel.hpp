@@ -29,7 +29,7 @@ public:
     struct Runtime {
         bool accessibilityGranted = false;
         bool inputMonitoringGranted = false;
-        bool keyboardAvailable = true; ///< false where the desktop lets nobody observe the keyboard
+        bool keyboardAvailable = true; ///< false where no program can observe the keyboard
         bool statusItemShown = true;   ///< false once a desktop turns out to have no place for the status item
         bool monitorRunning = false;
         bool keyboardEventsObserved = false; ///< a key event has arrived since the monitor started
@@ -55,10 +55,10 @@ public:
 
     void setRuntime(Runtime runtime);
 
-    /// Keeps the machine awake exactly when the options say so, and shows the outcome.
+    /// Keeps the machine awake exactly when the options ask for it, and shows the outcome.
     void refreshKeepAwake();
 
-    /// Lets it sleep again, whatever the options say: the program ends.
+    /// Lets it sleep again, whatever the options are, because the program ends.
     void endKeepAwake() { sleepPrevention_.setEnabled(false); }
 
     /// The outcome of the last action, for example a language switch.
@@ -72,17 +72,17 @@ public:
         std::function<void()> action;
     };
 
-    /// None, as a rule. The next outcome takes it back.
+    /// Usually none. The next outcome removes it.
     [[nodiscard]] const std::optional<Offer>& offer() const { return offer_; }
 
     void offer(Offer offer);
 
-    /// The bundle identifier of the supported application that was in front last; empty before there was one.
+    /// The bundle identifier of the supported application that was in front last; empty before the first.
     [[nodiscard]] const std::string& testTargetID() const { return testTargetID_; }
 
     void setTestTargetID(std::string bundleID);
 
-    /// What stands in the text box of the testing page.
+    /// The text in the box of the testing page.
     [[nodiscard]] const std::string& testText() const { return testText_; }
 
     void setTestText(std::string text);
@@ -92,14 +92,14 @@ public:
 
     void setPage(core::SettingsPage page);
 
-    /// Everything is granted, some keyboard feature is on and nothing suspends it.
+    /// All permissions are granted, some keyboard feature is on and nothing suspends it.
     [[nodiscard]] bool isReady() const;
 
     /// A direction command would reach the application in front.
     [[nodiscard]] bool canTestDirection() const;
 
-    /// The grants are there and the monitor is wanted, yet it does not run or has heard nothing: the process has to be
-    /// restarted for the grants to take effect. Never where no process can observe the keyboard.
+    /// The permissions are granted and the monitor should run, but it does not or has received nothing: the process
+    /// must be restarted for the permissions to take effect. Always false where no process can observe the keyboard.
     [[nodiscard]] bool needsRelaunch() const;
 
     // Handlers, set by the application delegate. The three that open a page of the system's settings are absent where
@@ -112,7 +112,7 @@ public:
     std::function<void()> refresh;             ///< reads the runtime state again
     std::function<void()> switchLanguage;      ///< selects the next input source
 
-    /// Turns the paragraph at the cursor of the test target.
+    /// Sets the direction of the paragraph at the cursor of the test target.
     std::function<void(core::WritingDirection)> testDirection;
 
 signals:

@@ -74,7 +74,7 @@ FeatureRow& SettingsPageView::addFeature(Card& card, Feature feature) {
     // Assistive technologies toggle without a click.
     connect(&control, &QAbstractButton::toggled, this, [this, set = feature.set](bool on) {
         set(on);
-        refresh(); // what refuses a change shows its own value again
+        refresh(); // a control whose change is refused shows its old value again
     });
     bind([this, row, &control, feature = std::move(feature)](core::AppLanguage language) {
         const bool on = feature.isOn();

@@ -28,7 +28,7 @@ class SettingsPageView : public QWidget {
 public:
     explicit SettingsPageView(const SettingsServices& services);
 
-    /// Shows the models as they are now, in the language and the appearance of the moment.
+    /// Shows the current state of the models, in the current language and appearance.
     void refresh();
 
 protected:
@@ -41,7 +41,7 @@ protected:
         core::LocalizedText explanation;
         std::function<bool()> isOn;
         std::function<void(bool)> set;
-        std::function<bool()> isEnabled = {}; ///< always, when it is absent
+        std::function<bool()> isEnabled = {}; ///< absent means always
     };
 
     [[nodiscard]] const SettingsServices& services() const { return services_; }
@@ -62,7 +62,7 @@ protected:
     FeatureRow& addRow(Card& card, const std::string& symbol, const Text& title, const Text& explanation = {},
                        std::function<bool()> highlighted = {});
 
-    /// A row that says whether the keyboard monitor runs and hears the keyboard.
+    /// A row that says whether the keyboard monitor runs and receives keys.
     FeatureRow& addKeyboardCheck(Card& card);
 
     /// A button with a text.
@@ -75,7 +75,7 @@ protected:
 
     void bindText(QLabel* label, Text text);
 
-    /// The widget is shown exactly when the condition holds.
+    /// Shows the widget exactly while the condition holds.
     void bindVisible(QWidget* widget, std::function<bool()> condition);
 
     [[nodiscard]] static QString rendered(const core::LocalizedText& text, core::AppLanguage language);

@@ -35,8 +35,9 @@ struct ClipboardSettings {
     std::function<PasteboardAccess()> access; ///< whether the system lets copies be read
     std::function<void()> openAccessSettings;
     std::function<bool()> isUnread;                               ///< a saved history cannot be read now
-    std::function<bool()> isUsedElsewhere;                        ///< another copy of the program has the saved history
-    std::function<std::vector<core::SetAsideHistory>()> setAside; ///< histories that could not be read
+    std::function<bool()> isUsedElsewhere;                        ///< another copy of the program has locked the saved
+                                                                  ///< history
+    std::function<std::vector<core::SetAsideHistory>()> setAside; ///< number of histories that could not be read
     std::function<void(const core::SetAsideHistory&)> recover;    ///< adds what can be read of one
     std::function<void(const core::SetAsideHistory&)> forget;     ///< erases one
     std::function<std::optional<ClipboardManager::Recovery>()> lastRecovery;
@@ -44,16 +45,16 @@ struct ClipboardSettings {
     std::function<void(ApplicationCatalog::Handler)> findApplications; ///< as ApplicationCatalog does
 };
 
-/// The entry of a file manager that is made only when the user asks for it (ServicesMenu). Absent functions, or none as
-/// the answer, mean that there is nothing to ask for.
+/// The entry of a file manager that is made only at the user's request (ServicesMenu). Absent functions, or none as the
+/// answer, mean that there is nothing to request.
 struct FileManagerSettings {
     std::function<std::optional<bool>()> hasEntry;
     std::function<void(bool)> setEntry;
 };
 
-/// What the settings window shows and changes. Everything referred to must outlive the window.
+/// What the settings window shows and changes. Everything it refers to must outlive the window.
 struct SettingsServices {
-    core::Desktop desktop{}; ///< what the texts speak of
+    core::Desktop desktop{}; ///< the desktop that texts name
     SettingsModel& model;
     core::AppPreferences& preferences;
     core::UserDefaults& userDefaults;

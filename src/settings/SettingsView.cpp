@@ -33,7 +33,7 @@ constexpr int contentWidth = 860; ///< lines longer than that are hard to read
 } // namespace
 
 SettingsView::SettingsView(const SettingsServices& services) : services_(services), stack_(new QStackedWidget) {
-    // Before the first widget that it describes; Qt keeps it once, however often it is installed.
+    // Before the first widget that it describes; Qt keeps one registration, however often it is installed.
     QAccessible::installFactory(&accessibleSettings);
     header_ = new SettingsHeader(services);
     selector_ = new PageSelector(services.symbol);

@@ -30,20 +30,20 @@ class SettingsView : public QWidget {
 public:
     explicit SettingsView(const SettingsServices& services);
 
-    /// Shows everything as it is now.
+    /// Shows the current state of everything.
     void refresh();
 
-    /// Shows everything as it is now when it can be seen, else when `refreshIfStale` is called.
+    /// Shows the current state of everything if visible, otherwise when `refreshIfStale` is called.
     void redraw();
     void refreshIfStale();
 
     /// The testing page is shown and its text box has the focus.
     [[nodiscard]] bool isTextBoxFocused() const;
 
-    /// Turns the paragraph at the cursor of that text box, while the testing page is shown.
+    /// Sets the direction of the paragraph at the cursor of that text box, while the testing page is shown.
     void apply(core::WritingDirection direction);
 
-    /// Gives the keyboard to the address of the file server, in sight. The general page must be shown.
+    /// Scrolls to the address of the file server and gives it the focus. The general page must be shown.
     void focusServerAddress();
 
     [[nodiscard]] SettingsPageView& currentPage() const;
@@ -64,8 +64,8 @@ private:
     std::map<core::SettingsPage, int> indices_; ///< of the pages that were made
     std::vector<SettingsPageView*> pages_;      ///< by index
     std::optional<core::Appearance> appearance_;
-    QMetaObject::Connection revealing_; ///< keeps the address of the file server in sight
-    bool stale_ = false;                ///< something has changed while nobody saw it
+    QMetaObject::Connection revealing_; ///< keeps the address of the file server visible
+    bool stale_ = false;                ///< something has changed while the window was hidden
     std::vector<core::Subscription> subscriptions_;
 };
 

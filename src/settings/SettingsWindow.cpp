@@ -26,10 +26,10 @@ constexpr QSize contentSize(760, 780);
 constexpr QSize smallest(740, 720);
 constexpr auto settled = 500ms; ///< after the last move
 
-/// Of a window that the window manager has not decorated yet.
+/// For a window that the window manager has not decorated yet.
 constexpr QMargins expectedDecoration(0, 36, 0, 0);
 
-/// The screen of which a window with this frame covers the most; none when its title bar cannot be reached on any.
+/// The screen that a window with this frame covers most; none when its title bar cannot be reached on any.
 QScreen* screenFor(const QRect& frame) {
     QScreen* best = nullptr;
     int most = 0;
@@ -82,7 +82,7 @@ void SettingsWindow::present(core::SettingsPage page) {
     raise();
     activateWindow();
     if (focusWidget() == nullptr) {
-        view_->setFocus(); // nothing is highlighted until somebody uses the keyboard
+        view_->setFocus(); // nothing is highlighted until the user uses the keyboard
     }
 }
 

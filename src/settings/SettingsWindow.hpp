@@ -18,13 +18,13 @@ namespace quillane {
 class SettingsView;
 
 /// The one settings window. It is made once and kept: closing hides it. While it is open the program is like any other
-/// application; its place and size are remembered, across launches as well,
-/// but not those of a maximized or full-screen window. The first time it is moved onto the screen as a whole.
+/// application. Its position and size are remembered, across launches too, except while maximized or full-screen. The
+/// first time it is moved entirely onto the screen.
 class SettingsWindow : public QWidget {
     Q_OBJECT
 
 public:
-    /// The defaults key of the window's place and size, "x y width height".
+    /// The defaults key of the window's position and size, "x y width height".
     static constexpr auto frameKey = "NSWindow Frame QuillaneSettings";
 
     explicit SettingsWindow(SettingsServices services);
@@ -35,13 +35,13 @@ public:
     /// Shows what has changed.
     void refresh();
 
-    /// The permissions page is what the user can see.
+    /// The permissions page is visible.
     [[nodiscard]] bool showsPermissions() const;
 
     /// The window is in front and the text box of the testing page has the focus.
     [[nodiscard]] bool isTextBoxFocused() const;
 
-    /// Turns the paragraph at the cursor of that text box.
+    /// Sets the direction of the paragraph at the cursor of that text box.
     void apply(core::WritingDirection direction);
 
     [[nodiscard]] SettingsView& view() { return *view_; }
@@ -58,19 +58,19 @@ private:
     void saveFrame();
     void retitle();
 
-    /// What the window manager draws around the window, or is expected to draw.
+    /// The frame that the window manager draws around the window, or is expected to draw.
     [[nodiscard]] QMargins decoration() const;
 
-    /// Lets the minimum size give way to a screen that is smaller.
+    /// Reduces the minimum size to fit a smaller screen.
     void fitMinimumSize();
 
-    /// Moves the whole window onto its screen, smaller if need be.
+    /// Moves the whole window onto its screen, shrinking it if necessary.
     void fitScreen();
 
     SettingsServices services_;
     SettingsView* view_;
     QTimer frameChanged_;
-    bool isOpening_ = true; ///< for the first time, until it stays where it is
+    bool isOpening_ = true; ///< shown for the first time, until its position is final
     QRect frame_;           ///< the last one that was neither maximized nor full-screen
     core::Subscription languageChange_;
 };

@@ -8,19 +8,19 @@
 #include <optional>
 #include <string>
 
-/// The place of a window on the desktop, with its title bar, and the size of what is inside it.
+/// The position of a window on the desktop, including its title bar, and the size of its content.
 namespace quillane::windowFrame {
 
-/// "x y width height", as it is kept in the settings.
+/// "x y width height", as stored in the settings.
 [[nodiscard]] std::string stored(const QRect& frame);
 
 /// What `stored` made; none for any other text and for a frame without a size.
 [[nodiscard]] std::optional<QRect> parse(const std::string& stored);
 
-/// Whether enough of the title bar lies within the area to take hold of it.
+/// Whether enough of the title bar is within the area to drag it.
 [[nodiscard]] bool isReachable(const QRect& frame, const QRect& area);
 
-/// Moved, and where it is larger made smaller, to lie within the area.
+/// The frame moved, and shrunk if necessary, to lie within the area.
 [[nodiscard]] QRect fitted(const QRect& frame, const QRect& area);
 
 } // namespace quillane::windowFrame

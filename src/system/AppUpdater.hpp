@@ -13,14 +13,14 @@
 
 namespace quillane {
 
-/// Updates as the user sees them. Where a package manager updates the program there is no service, and in a
-/// build without an update key the service rests: then nothing can be switched. Main thread.
+/// Updates as the user sees them. Where a package manager updates the program there is no service, and in a build
+/// without an update key the service is idle: then nothing can be switched. Main thread.
 class AppUpdater {
 public:
     /// An empty version is shown as a dash.
     AppUpdater(UpdaterService* service, WindowTraits& windowTraits, std::string version);
 
-    /// Once, when the program has finished launching: nothing checks before.
+    /// Call once, when the program has finished launching. Nothing is checked before.
     void start();
 
     enum class Means {
@@ -41,7 +41,7 @@ public:
 
     void setChecksAutomatically(bool automatically);
 
-    /// Looks for a new version, when that is possible, with the program in front.
+    /// Looks for a new version, if possible, with the program in front.
     void checkNow();
 
     [[nodiscard]] const std::string& version() const { return version_; }

@@ -28,7 +28,7 @@ void LoginItemController::setEnabled(bool enabled) {
     refresh();
     errorMessage_.reset();
     if (enabled && status_ == LoginItemStatus::requiresApproval) {
-        service_.openSettings(); // registering once more would not help
+        service_.openSettings(); // registering again would not help
     } else if (enabled != isOn()) {
         change(enabled);
     }
@@ -36,7 +36,7 @@ void LoginItemController::setEnabled(bool enabled) {
 }
 
 void LoginItemController::change(bool enabled) {
-    changing_ = true; // told to nobody: a control that is disabled for a moment would lose the keyboard
+    changing_ = true; // not announced: a control that is disabled for a moment would lose the focus
     const bool done = enabled ? service_.enable() : service_.disable();
     if (!done) {
         refresh();

@@ -13,17 +13,17 @@
 
 namespace quillane {
 
-/// Starting at login as the user sees it. The state belongs to the system and is only mirrored. Main thread.
+/// Starting at login as the user sees it. The system owns the state; this mirrors it. Main thread.
 class LoginItemController {
 public:
     /// `installed` says whether this copy may be started at login.
     LoginItemController(LoginItemService& service, bool installed, core::Desktop desktop = {});
 
-    /// Reads the status again; listeners hear of it only when it differs.
+    /// Reads the status again; notifies listeners only of changes.
     void refresh();
 
-    /// Adds the program to the login items or takes it off. Leads to the system's settings instead while an approval is
-    /// missing. Does nothing for a copy that is not installed, and while a change runs.
+    /// Adds the program to the login items or removes it. Opens the system's settings instead while an approval is
+    /// missing. Does nothing for a copy that is not installed, or during another change.
     void setEnabled(bool enabled);
 
     void openSettings() { service_.openSettings(); }
@@ -52,7 +52,7 @@ private:
 
     LoginItemService& service_;
     bool installed_;
-    core::Desktop desktop_; ///< what the texts speak of
+    core::Desktop desktop_; ///< the desktop that texts name
     LoginItemStatus status_;
     bool changing_ = false;
     std::optional<core::LocalizedText> errorMessage_;

@@ -19,14 +19,14 @@ namespace quillane {
 /// Whether windows with this palette are dark.
 [[nodiscard]] core::Appearance appearanceOf(const QPalette& palette);
 
-/// The appearance of the desktop at the moment.
+/// The current appearance of the desktop.
 [[nodiscard]] core::Appearance currentAppearance();
 
 /// A style sheet in which a colour is written by its name, "%card": those of `brandPalette::Shades`, "%amber" and
 /// "%primary".
 [[nodiscard]] QString styleSheet(const char* ruleText, core::Appearance appearance);
 
-/// What text fields, buttons and lists of the program's windows look like.
+/// The style of text fields, buttons and lists in the program's windows.
 [[nodiscard]] QString controlsStyleSheet(core::Appearance appearance);
 
 } // namespace quillane

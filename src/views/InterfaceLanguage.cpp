@@ -28,7 +28,7 @@ constexpr std::array qtRows{
 #undef QUILLANE_TEXT
 };
 
-/// Rows of the rest of the program that say what Qt says.
+/// Rows of the rest of the program that equal texts of Qt.
 constexpr std::array sharedRows{texts::undo.key,      texts::redo.key,   texts::cut.key,       texts::copy.key,
                                 texts::paste.key,     texts::cancel.key, texts::selectAll.key, texts::close.key,
                                 texts::keepFiles.key, texts::save.key};
@@ -37,14 +37,14 @@ QString qString(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-/// How the table writes a text of Qt, in lower case: its versions differ in capitals.
+/// The table's form of a text of Qt, in lower case, because Qt versions differ in capitals.
 QString tableForm(const QString& source) {
     static const QRegularExpression placeholder(QStringLiteral("%[0-9]"));
     auto text = source.simplified().toLower();
     return text.remove(QLatin1Char('&')).replace(placeholder, QStringLiteral("%@"));
 }
 
-/// A text of the table as Qt takes it, with numbered placeholders and the blank at the end that some texts have.
+/// A text of the table in Qt's form, with numbered placeholders and the blank that some texts end with.
 QString qtForm(QString text, const QString& source) {
     const auto placeholder = QStringLiteral("%@");
     for (int number = 1; text.contains(placeholder); ++number) {
@@ -72,7 +72,7 @@ public:
 
     [[nodiscard]] QString translate(const char* context, const char* sourceText, const char* /*disambiguation*/,
                                     int /*n*/) const override {
-        const bool namesKeys = std::string_view(context) == "QShortcut"; // as they stand on the keys
+        const bool namesKeys = std::string_view(context) == "QShortcut"; // as written on the keys
         if (language_ == core::AppLanguage::english || namesKeys || sourceText == nullptr) {
             return {}; // Qt's own text
         }
@@ -104,7 +104,7 @@ InterfaceLanguage::InterfaceLanguage(core::AppPreferences& preferences) : transl
     QCoreApplication::installTranslator(translator_.get());
     languageChange_ = preferences.onChanged([follow] {
         follow();
-        QEvent change(QEvent::LanguageChange); // as a translator that is installed sends it
+        QEvent change(QEvent::LanguageChange); // as installing a translator sends it
         QCoreApplication::sendEvent(QCoreApplication::instance(), &change);
     });
 }

@@ -12,8 +12,8 @@ namespace quillane {
 
 /// Makes Qt follow the interface language: the texts that it shows by itself come from the program's own table, and
 /// menus, message boxes and dialogs are laid out in the language's direction. Follows the preferences until it is
-/// destroyed. To be made after the application object and before the views and menus, so that it hears of a change of
-/// the language first. Main thread.
+/// destroyed. Construct it after the application object and before the views and menus, so that it is the first to be
+/// notified of a language change. Main thread.
 class InterfaceLanguage {
 public:
     explicit InterfaceLanguage(core::AppPreferences& preferences);

@@ -23,7 +23,7 @@ MessageBox::MessageBox(core::AppPreferences& preferences, core::LocalizedText ti
     setTextFormat(Qt::PlainText);
     setStandardButtons(QMessageBox::Ok);
     setAttribute(Qt::WA_DeleteOnClose);
-    buttons_.emplace_back(button(QMessageBox::Ok), core::texts::qtOK); // some desktops have a word of their own for it
+    buttons_.emplace_back(button(QMessageBox::Ok), core::texts::qtOK); // some desktops have another word for it
     redraw();
 }
 

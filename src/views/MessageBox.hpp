@@ -21,10 +21,10 @@ public:
     MessageBox(core::AppPreferences& preferences, core::LocalizedText title, core::LocalizedText text,
                QWidget* parent = nullptr);
 
-    /// A text in smaller letters below the other one.
+    /// A smaller text below the other one.
     void setNote(core::LocalizedText note);
 
-    /// The button of one more answer. The first answer takes the place of the OK button.
+    /// Adds the button of an answer. The first answer replaces the OK button.
     QPushButton& addAnswer(const core::LocalizedText& text, ButtonRole role);
 
 private:

@@ -30,7 +30,7 @@ QPixmap tinted(const TemplateImage& image, const QColor& color) {
     return QPixmap::fromImage(canvas);
 }
 
-/// Draws a symbol in whatever size is wanted, once each.
+/// Draws a symbol in any size, once for each.
 class SymbolEngine final : public QIconEngine {
 public:
     SymbolEngine(const SystemSymbols& symbols, std::string name, const QColor& color)

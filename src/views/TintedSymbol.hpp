@@ -17,8 +17,8 @@ namespace quillane {
 /// The symbol in a colour, in the sizes of menu rows, buttons and windows; a null icon for names without a symbol.
 [[nodiscard]] QIcon tintedSymbol(const SystemSymbols& symbols, const std::string& name, const QColor& color);
 
-/// Tinted symbols that are asked for again and again, each drawn once in each size. Names and colours are few. The
-/// icons draw while they are used, so the symbols must outlive them.
+/// Tinted symbols that are used again and again, each drawn once in each size. Names and colours are few. The icons
+/// draw while they are in use, so the symbols must outlive them.
 class SymbolIcons {
 public:
     explicit SymbolIcons(const SystemSymbols& symbols) : symbols_(symbols) {}

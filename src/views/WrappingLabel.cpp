@@ -12,7 +12,7 @@ namespace quillane {
 
 namespace {
 
-/// Breaks the text into lines as QLabel measures them, and returns their height.
+/// Breaks the text into lines as QLabel does, and returns their height.
 qreal breakLines(QTextLayout& layout, qreal width, qreal leading) {
     qreal height = -leading;
     layout.beginLayout();

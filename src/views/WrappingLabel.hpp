@@ -7,8 +7,8 @@
 
 namespace quillane {
 
-/// A label of plain text that wraps, with lines that begin flush in every script. QLabel moves a wrapped line that runs
-/// from right to left by the width of the blank at its end.
+/// A label of plain text that wraps, with lines that begin flush in every script. QLabel shifts a wrapped right-to-left
+/// line by the width of the blank at its end.
 class WrappingLabel : public QLabel {
 public:
     explicit WrappingLabel(QWidget* parent = nullptr);

@@ -22,7 +22,7 @@ namespace quillane {
 
 inline constexpr auto legacyBundleID = core::installationMigration::legacyBundleID;
 
-/// A desktop with the agent on it, as it is after start-up.
+/// A desktop with the agent on it, after start-up.
 class AppDelegateTest : public ::testing::Test {
 protected:
     AppDelegateTest() { desktop.withInputSources({fakes::english(), fakes::hebrew()}); }
@@ -72,7 +72,7 @@ protected:
         return *delegate;
     }
 
-    /// As a user does who opens the testing page and clicks into its text box.
+    /// Opens the testing page and clicks into its text box, as a user does.
     QTextEdit& focusTestingBox() {
         click("Quick test");
         auto* box = settingsWindow()->findChild<QTextEdit*>(QStringLiteral("box"));
@@ -117,7 +117,7 @@ protected:
     fakes::TemporaryFiles files;
     fakes::FakeDesktop desktop;
     fakes::FakeUserDefaults defaults;
-    core::Desktop shownOn = core::Desktop::macOS; ///< what texts speak of
+    core::Desktop shownOn = core::Desktop::macOS; ///< the desktop that texts name
     bool keyboardAvailable = true;
     int terminations = 0;
     std::optional<core::AppPreferences> preferences;

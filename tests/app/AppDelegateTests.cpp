@@ -86,7 +86,7 @@ TEST_F(AppDelegateTest, ATickLeavesARunningMonitorAlone) {
     EXPECT_EQ(desktop.tap.startCount(), starts);
 }
 
-TEST_F(AppDelegateTest, ATickMakesALostTapAnew) {
+TEST_F(AppDelegateTest, ATickRestartsALostTap) {
     launch();
     desktop.tap.stop();
     desktop.queue.advance(2s);

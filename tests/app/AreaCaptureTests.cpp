@@ -81,7 +81,7 @@ TEST_F(AgentAreaCaptureTest, AKeyOfTheDesktopStartsItOnceItsModifiersAreUp) {
     EXPECT_EQ(desktop.areaCapture.starts(), 1);
 }
 
-TEST_F(AgentAreaCaptureTest, HeldKeysAreToldWhereTheUserSeesIt) {
+TEST_F(AgentAreaCaptureTest, HeldKeysAreReportedWhereTheUserSeesIt) {
     start();
     desktop.press(fakes::Modifier::leftShift);
     click(command);

@@ -111,7 +111,7 @@ TEST_F(AgentClipboardTest, HistoryThatIsOffIsOpenedByItsRowAndByTheCommand) {
     EXPECT_EQ(settingsWindow(), nullptr);
 }
 
-TEST_F(AgentClipboardTest, DamagedHistoryIsSaidInTheMenuAndInTheStatus) {
+TEST_F(AgentClipboardTest, DamagedHistoryIsReportedInTheMenuAndInTheStatus) {
     start();
     copy("one");
     delegate->applicationWillTerminate();
@@ -133,7 +133,7 @@ TEST_F(AgentClipboardTest, HistoryThatAnotherProgramWritesIsSaidInTheMenuAndInTh
               "Another copy of Quillane is using the saved history. History is available in memory only.");
 }
 
-TEST_F(AgentClipboardTest, PasteThatGivesUpIsSaid) {
+TEST_F(AgentClipboardTest, PasteThatGivesUpIsReported) {
     start();
     copy("one");
     desktop.hotKeys.press(shortcut);
@@ -151,7 +151,7 @@ TEST_F(AgentClipboardTest, ThePanelPastesIntoTheApplicationThatWasInFrontLast) {
     start();
     copy("one");
     const auto editor = desktop.workspace.frontmostApplication()->pid;
-    desktop.workspace.activateNothing(); // as while a menu of the desktop is open
+    desktop.workspace.activateNothing(); // for example while a menu of the desktop is open
     desktop.hotKeys.press(shortcut);
     ASSERT_TRUE(isPanelOpen());
     delegate->clipboardPanel().handle(36, 0);

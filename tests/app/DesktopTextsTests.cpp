@@ -21,7 +21,7 @@ using core::AppLanguage;
 using core::Desktop;
 namespace texts = core::texts;
 
-/// Everything that the running agent shows names the keys and places of the desktop that it runs on, and of no other.
+/// Everything that the running agent shows names the keys and places of its desktop, and of no other.
 class DesktopTextsTest : public AppDelegateTest, public testing::WithParamInterface<std::tuple<AppLanguage, Desktop>> {
 protected:
     DesktopTextsTest() {
@@ -88,7 +88,7 @@ protected:
         }
     }
 
-    /// Every widget that can be seen now.
+    /// Every visible widget.
     void checkWindows() {
         settle();
         int visible = 0;

@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 using fakes::FakeElement;
 using fakes::Modifier;
 
-/// A chord in Chrome, whose menu does not open: each test lets an attempt wait, and then something happens.
+/// A chord in Chrome whose menu does not open: each test lets an attempt wait, and then something happens.
 class DirectionFlowTest : public AppDelegateTest {
 protected:
     void openChrome() {
@@ -155,7 +155,7 @@ TEST_F(DirectionFlowTest, AModifierDoesNotCancelAndAnotherChordIsIgnored) {
     EXPECT_FALSE(isWaiting());
 }
 
-TEST_F(DirectionFlowTest, ATapThatIsMadeAnewCancels) {
+TEST_F(DirectionFlowTest, ARestartedTapCancels) {
     openChrome();
     desktop.queue.advance(1s);
     chord();

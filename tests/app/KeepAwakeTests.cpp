@@ -39,7 +39,7 @@ TEST_F(KeepAwakeFlowTest, KeepingAwakeIsRememberedAndEndsWithTheProgram) {
     EXPECT_TRUE(core::FeatureOptions::load(defaults).keepAwake);
 }
 
-TEST_F(KeepAwakeFlowTest, ARefusedAssertionIsToldAndNotTriedAgainByTheTimer) {
+TEST_F(KeepAwakeFlowTest, ARefusedAssertionIsReportedAndNotRetriedByTheTimer) {
     desktop.sleepAssertions.refuse(core::SleepAssertionKind::display, 7);
     launch();
     click("Keep Mac Awake");

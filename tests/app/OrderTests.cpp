@@ -15,12 +15,12 @@ namespace {
 using namespace std::chrono_literals;
 using ::testing::ElementsAreArray;
 
-/// A base, so that it outlives what writes it.
+/// A base class, so that it outlives its writers.
 struct WithJournal {
     fakes::Journal journal;
 };
 
-/// The order of the steps in which the delegate starts, refreshes and ends, read from what the desktop is asked.
+/// The order of the delegate's steps at start, refresh and end, read from the calls to the desktop.
 class OrderTest : protected WithJournal, public AppDelegateTest {
 protected:
     OrderTest() {
@@ -35,7 +35,7 @@ protected:
 
     ~OrderTest() override { delegate.reset(); } // its windows, before the application
 
-    /// The calls with these names, each where it was made first since the last time.
+    /// The calls with these names since the last time, each at its first place.
     [[nodiscard]] std::vector<std::string> firstOf(const std::vector<std::string>& names) {
         std::vector<std::string> found;
         for (const auto& call : journal.taken()) {

@@ -83,7 +83,7 @@ TEST_F(SharingTest, TheCommandUploadsTheFileAndItsLinkIsCopied) {
     EXPECT_TRUE(windows().empty());
 }
 
-TEST_F(SharingTest, TheCommandIsToldWhenItIsNotOneFileAndSoIsTheUser) {
+TEST_F(SharingTest, AnythingButOneFileIsReportedToTheCommandAndTheUser) {
     EXPECT_EQ(share({url("a.txt"), url("b.txt")}), (ControlReply{false, "Select one file to share."}));
     EXPECT_TRUE(desktop.urlSessions.transfers.empty());
     ASSERT_EQ(windows().size(), 1U);
@@ -114,7 +114,7 @@ TEST_F(SharingTest, TheCommandWithoutAFileLetsTheUserChoose) {
     EXPECT_TRUE(desktop.filePanel.open);
 }
 
-TEST_F(SharingTest, TheServicesMenuSharesOneFileAndTellsTheOtherProgramOtherwise) {
+TEST_F(SharingTest, TheServicesMenuSharesOneFileAndReportsAnErrorOtherwise) {
     preferences->choose(core::AppLanguage::arabic);
     EXPECT_EQ(desktop.servicesMenu.chooseShare({url("a.txt"), url("b.txt")}), "حدّد ملفًا واحدًا لمشاركته.");
     EXPECT_TRUE(windows().empty());

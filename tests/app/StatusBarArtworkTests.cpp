@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::array marks{StatusMark::plain, StatusMark::paused, StatusMark::keepAwake};
 
-/// The sum of coverage in the rows from `top` up to `bottom`, both as parts of the height.
+/// The total coverage in the rows from `top` up to `bottom`, both as fractions of the height.
 long coverage(const TemplateImage& image, double top, double bottom) {
     const auto first = static_cast<int>(image.height * top) * image.width;
     const auto last = static_cast<int>(image.height * bottom) * image.width;

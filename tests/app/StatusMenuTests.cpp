@@ -57,7 +57,7 @@ TEST(StatusMenu, HasTheTwentyRowsInOrder) {
                                         "Quit Quillane"}));
 }
 
-TEST(StatusMenu, HistoryRowSaysWhatBecameOfTheSavedHistory) {
+TEST(StatusMenu, HistoryRowSaysWhatHappenedToTheSavedHistory) {
     auto shown = state();
     EXPECT_EQ(statusMenuRows(shown, allActions())[4].toolTip, "");
     shown.historyNotice = core::texts::historyWasSetAside;
@@ -138,7 +138,7 @@ TEST(StatusMenu, ChecksMirrorTheOptions) {
     EXPECT_EQ(std::ranges::count(rows, true, &MenuRow::checkable), 4);
 }
 
-TEST(StatusMenu, KeepAwakeIsCheckedByWhatIsActiveNotByTheWish) {
+TEST(StatusMenu, KeepAwakeIsCheckedWhileActiveNotWhileRequested) {
     auto shown = state();
     shown.options.keepAwake = true;
     EXPECT_FALSE(statusMenuRows(shown, allActions())[6].checked);

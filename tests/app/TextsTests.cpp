@@ -27,7 +27,7 @@ using namespace std::chrono_literals;
 using core::AppLanguage;
 using core::Desktop;
 
-/// Menus, and the windows beside the settings: everything that the running agent can show in one language.
+/// Menus, and the windows other than the settings: everything that the running agent can show in one language.
 class TextsTest : public AppDelegateTest, public ::testing::WithParamInterface<std::tuple<AppLanguage, Desktop>> {
 protected:
     TextsTest() {
@@ -168,7 +168,7 @@ TEST_P(TextsTest, OfTheMessagesThatRefuseFiles) {
     QMimeData data;
     data.setUrls({QUrl("file:///a"), QUrl("file:///b")});
     QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(window, &enter); // Qt drops only on what was entered
+    QCoreApplication::sendEvent(window, &enter); // Qt drops only on an entered widget
     QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(window, &drop);
     QApplication::processEvents();

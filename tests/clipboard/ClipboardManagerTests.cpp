@@ -33,7 +33,7 @@ TEST_F(ClipboardManagerTest, RecordsEveryCopyWithWhereItCameFrom) {
     EXPECT_EQ(manager_->history().entries()[0].sourceName, "Editor");
 }
 
-TEST_F(ClipboardManagerTest, WhatIsFilledAMomentLaterIsReadAgain) {
+TEST_F(ClipboardManagerTest, APasteboardFilledAMomentLaterIsReadAgain) {
     start();
     pasteboard.copy({}); // emptied, to be filled
     pass(550ms);
@@ -44,7 +44,7 @@ TEST_F(ClipboardManagerTest, WhatIsFilledAMomentLaterIsReadAgain) {
     EXPECT_EQ(recorded().size(), 1U);
 }
 
-TEST_F(ClipboardManagerTest, WhatStaysEmptyIsGivenUpAndWhatIsFilledWhilePausedIsNotRecorded) {
+TEST_F(ClipboardManagerTest, AnEmptyPasteboardIsGivenUpAndOneFilledWhilePausedIsNotRecorded) {
     start();
     pasteboard.copy({});
     pass(2s);
@@ -60,7 +60,7 @@ TEST_F(ClipboardManagerTest, WhatStaysEmptyIsGivenUpAndWhatIsFilledWhilePausedIs
     EXPECT_THAT(recorded(), IsEmpty());
 }
 
-TEST_F(ClipboardManagerTest, WhatIsOnThePasteboardAtLaunchIsNotRecorded) {
+TEST_F(ClipboardManagerTest, ThePasteboardAtLaunchIsNotRecorded) {
     pasteboard.copyText("before");
     start();
     pass(2s);
@@ -110,12 +110,12 @@ TEST_F(ClipboardManagerTest, NoPasswordIsRecorded) {
     EXPECT_THAT(recorded(), IsEmpty());
 }
 
-/// On a desktop that announces changes and brings the contents later.
+/// On a desktop that announces changes and delivers the contents later.
 class LateContentsTest : public ClipboardManagerTest {
 protected:
     LateContentsTest() { pasteboard.tellOfChanges(); }
 
-    /// What is fetched of a text that is on offer.
+    /// What is fetched of an offered text.
     [[nodiscard]] std::vector<std::string_view> wanted() const {
         return pasteboard.interest() ? pasteboard.interest()({std::string(core::pasteboardTypes::string)}, std::nullopt)
                                      : std::vector<std::string_view>();
@@ -151,7 +151,7 @@ TEST_F(LateContentsTest, AreRecordedAsOfTheMomentOfTheCopy) {
     EXPECT_EQ(manager_->history().entries()[0].copiedAt, copied);
 }
 
-TEST_F(LateContentsTest, OfACopyMadeWhilePausedAreNeitherAskedForNorRecorded) {
+TEST_F(LateContentsTest, OfACopyMadeWhilePausedAreNeitherFetchedNorRecorded) {
     start();
     manager_->configure({.paused = true});
     pasteboard.copyUnfetched();
@@ -171,7 +171,7 @@ TEST_F(LateContentsTest, AreNotRecordedAfterAPauseSinceTheCopy) {
     EXPECT_THAT(recorded(), IsEmpty());
 }
 
-TEST_F(LateContentsTest, OfACopyMadeWhileItIsOffAreNeitherAskedForNorRecorded) {
+TEST_F(LateContentsTest, OfACopyMadeWhileItIsOffAreNeitherFetchedNorRecorded) {
     start();
     setOption(&core::ClipboardOptions::enabled, false);
     pasteboard.copyUnfetched();
@@ -181,7 +181,7 @@ TEST_F(LateContentsTest, OfACopyMadeWhileItIsOffAreNeitherAskedForNorRecorded) {
     EXPECT_THAT(recorded(), IsEmpty());
 }
 
-TEST_F(LateContentsTest, OfACopyMadeWhileTheHistoryIsLoadingAreNeitherAskedForNorRecorded) {
+TEST_F(LateContentsTest, OfACopyMadeWhileTheHistoryIsLoadingAreNeitherFetchedNorRecorded) {
     make();
     manager_->start();
     pasteboard.copyUnfetched();
@@ -192,7 +192,7 @@ TEST_F(LateContentsTest, OfACopyMadeWhileTheHistoryIsLoadingAreNeitherAskedForNo
     EXPECT_THAT(recorded(), IsEmpty());
 }
 
-TEST_F(LateContentsTest, OfAnExcludedApplicationAreNeitherAskedForNorRecorded) {
+TEST_F(LateContentsTest, OfAnExcludedApplicationAreNeitherFetchedNorRecorded) {
     start();
     auto options = manager_->options();
     options.ignoredApps = {"com.example.excluded"};
@@ -207,7 +207,7 @@ TEST_F(LateContentsTest, OfAnExcludedApplicationAreNeitherAskedForNorRecorded) {
     }
 }
 
-TEST_F(LateContentsTest, OfACopyMadeFromAPasswordFieldAreNeitherAskedForNorRecorded) {
+TEST_F(LateContentsTest, OfACopyFromAPasswordFieldAreNeitherFetchedNorRecorded) {
     start();
     secureInput.setEnabled(true);
     pasteboard.copyUnfetched();
@@ -268,7 +268,7 @@ TEST_F(ClipboardManagerTest, TenQuickCopiesAreOneWriteAQuarterSecondAfterTheLast
     EXPECT_EQ(stored().size(), 10U);
 }
 
-TEST_F(ClipboardManagerTest, StoppingSavesWhatIsPending) {
+TEST_F(ClipboardManagerTest, StoppingSavesPendingChanges) {
     start();
     pasteboard.copyText("last");
     queue.advance(500ms); // the poll, and no save yet
@@ -353,7 +353,7 @@ TEST_F(ClipboardManagerTest, TheHotKeyIsThereWhileItIsOnAndNoOtherComputerIsInFr
     EXPECT_FALSE(hotKeys.isRegistered(shortcut));
 }
 
-TEST_F(ClipboardManagerTest, AHotKeyOfAnotherProgramIsSaidAndCanBeTriedAgain) {
+TEST_F(ClipboardManagerTest, AHotKeyOfAnotherProgramIsReportedAndCanBeTriedAgain) {
     hotKeys.take(shortcut);
     start();
     EXPECT_TRUE(manager_->hasHotKeyConflict());
@@ -437,12 +437,12 @@ TEST_F(ClipboardManagerTest, CopyingFromTheHistoryMakesNoNewEntryAndMovesItToThe
     copy("one");
     copy("two");
     const auto id = manager_->history().entries()[0].id;
-    pass(1s); // entries of one and the same instant are in the order of their identifiers
+    pass(1s); // entries of the same instant are ordered by identifier
     EXPECT_TRUE(manager_->copy(id, RestoreMode::full));
     const auto used = manager_->history().entries()[0].copiedAt;
     pass(2s);
     EXPECT_THAT(recorded(), ElementsAre("one", "two"));
-    EXPECT_EQ(manager_->history().entries()[0].copiedAt, used); // it has not been taken for a copy of the user's
+    EXPECT_EQ(manager_->history().entries()[0].copiedAt, used); // it was not mistaken for a copy by the user
     EXPECT_EQ(*manager_->history().filtered("", manager_->options()).front().text, "one");
     EXPECT_EQ(pasteboard.string(core::pasteboardTypes::string), "one");
     EXPECT_FALSE(manager_->copy(core::Uuid::random(), RestoreMode::full));

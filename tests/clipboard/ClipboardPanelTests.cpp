@@ -46,14 +46,14 @@ TEST_F(ClipboardPanelTest, TypingFiltersAndMovesTheSelectionToTheFirstMatch) {
     EXPECT_THAT(found(), ElementsAre("apple"));
     EXPECT_EQ(selected(), "apple");
     panel_->setQuery("");
-    EXPECT_EQ(selected(), "apple"); // stays while it is there
+    EXPECT_EQ(selected(), "apple"); // stays while its entry exists
     panel_->setQuery("nowhere");
     EXPECT_FALSE(panel_->selection());
     panel_->setQuery("b");
     EXPECT_EQ(selected(), "banana");
 }
 
-TEST_F(ClipboardPanelTest, OpeningAgainStartsAnew) {
+TEST_F(ClipboardPanelTest, OpeningAgainStartsFresh) {
     open({"apple", "banana"}).setQuery("apple");
     panel_->toggle();
     panel_->toggle();
@@ -61,7 +61,7 @@ TEST_F(ClipboardPanelTest, OpeningAgainStartsAnew) {
     EXPECT_EQ(selected(), "banana");
 }
 
-TEST_F(ClipboardPanelTest, ArrowsMoveWithinWhatIsFound) {
+TEST_F(ClipboardPanelTest, ArrowsMoveWithinTheResults) {
     open({"one", "two", "three"});
     EXPECT_TRUE(panel_->handle(key::up, 0));
     EXPECT_EQ(selected(), "three");
@@ -73,7 +73,7 @@ TEST_F(ClipboardPanelTest, ArrowsMoveWithinWhatIsFound) {
     EXPECT_EQ(selected(), "two");
 }
 
-TEST_F(ClipboardPanelTest, WhatIsCopiedMeanwhileAppears) {
+TEST_F(ClipboardPanelTest, ACopyMadeMeanwhileAppears) {
     open({"one"});
     copy("two");
     EXPECT_THAT(found(), ElementsAre("two", "one"));
@@ -117,7 +117,7 @@ TEST_F(ClipboardPanelTest, CommandDeleteRemovesAndTheNextOneIsSelected) {
 
 // What is wrong, or off
 
-TEST_F(ClipboardPanelTest, OpensWithWhatIsKeptWhileItIsOffAndTurnsItOn) {
+TEST_F(ClipboardPanelTest, OpensWithKeptEntriesWhileItIsOffAndTurnsItOn) {
     open({"one", "two"}).close();
     setOption(&core::ClipboardOptions::enabled, false);
     panel_->toggle();
@@ -229,7 +229,7 @@ TEST_F(ClipboardPanelTest, WithoutAnApplicationToReturnToItSaysSo) {
     EXPECT_TRUE(panel_->isVisible());
 }
 
-TEST_F(ClipboardPanelTest, AFileThatIsGoneIsSaidAndNothingIsCopied) {
+TEST_F(ClipboardPanelTest, AMissingFileIsReportedAndNothingIsCopied) {
     start();
     const auto path = files.folder() / "note.txt";
     std::ofstream(path) << "note";
@@ -261,7 +261,7 @@ TEST_F(ClipboardPanelTest, FileThatFinderHasCopiedIsPastedFromWhereItIsNow) {
     EXPECT_FALSE(panel_->isVisible());
 }
 
-TEST_F(ClipboardPanelTest, APasteboardThatRefusesIsSaid) {
+TEST_F(ClipboardPanelTest, APasteboardThatRefusesIsReported) {
     open({"one"});
     pasteboard.refuseWrites();
     panel_->handle(key::enter, 0);

@@ -32,9 +32,9 @@ TEST_F(ClipboardPanelTest, ReturnPastesIntoTheApplicationThatWasInFront) {
     EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
     queue.advance(5s);
     EXPECT_THAT(keyEvents_.posted, SizeIs(1));
-    EXPECT_THAT(recorded(), ElementsAre("one", "two")); // nothing was copied anew
+    EXPECT_THAT(recorded(), ElementsAre("one", "two")); // nothing was copied again
     panel_->toggle();
-    EXPECT_THAT(found(), ElementsAre("one", "two")); // and what was used is on top
+    EXPECT_THAT(found(), ElementsAre("one", "two")); // and the used entry is on top
 }
 
 TEST_F(ClipboardPanelTest, CommandAndADigitPastesThatEntry) {

@@ -87,7 +87,7 @@ TEST_F(ScreenCaptureTest, KeysThatAreUpAtTheLastTryAreInTime) {
     EXPECT_EQ(desktop_.areaCapture.starts(), 1);
 }
 
-TEST_F(ScreenCaptureTest, ShiftHeldForTwoSecondsIsToldAndNothingStarts) {
+TEST_F(ScreenCaptureTest, ShiftHeldForTwoSecondsIsReportedAndNothingStarts) {
     desktop_.press(Modifier::leftShift);
     capture_->start();
     desktop_.queue.advance(999ms);
@@ -123,7 +123,7 @@ TEST_F(ScreenCaptureTest, WithoutAccessibilityNothingStarts) {
     EXPECT_EQ(desktop_.areaCapture.starts(), 0);
 }
 
-TEST_F(ScreenCaptureTest, ARefusalOfTheSystemIsTold) {
+TEST_F(ScreenCaptureTest, ARefusalOfTheSystemIsReported) {
     desktop_.areaCapture.refuse();
     capture_->start();
     EXPECT_EQ(reports_, (std::vector<std::string>{couldNotStart}));
@@ -158,7 +158,7 @@ TEST_F(ScreenCaptureTest, WhereTheProgramSelectsItselfNoShortcutIsSpokenOf) {
     EXPECT_TRUE(offers_.empty());
 }
 
-TEST_F(ScreenCaptureTest, AnotherProgramThatKeepsTheKeyboardIsTold) {
+TEST_F(ScreenCaptureTest, AnotherProgramThatKeepsTheKeyboardIsReported) {
     desktop_.areaCapture.setMeans(AreaCapture::Means::ownSelection);
     capture_->start();
     desktop_.areaCapture.keepOut();

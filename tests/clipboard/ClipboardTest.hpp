@@ -18,7 +18,7 @@
 
 namespace quillane::testing {
 
-/// A clipboard history on fakes, beside an editor that is in front.
+/// A clipboard history on fakes, with an editor in front.
 class ClipboardTest : public ::testing::Test, protected fakes::FakeClipboardDesktop {
 protected:
     ClipboardTest() {
@@ -48,7 +48,7 @@ protected:
         queue.runPosted();
     }
 
-    /// Time goes by, and the disk keeps up.
+    /// Time passes, and the disk keeps up.
     void pass(std::chrono::milliseconds time) {
         queue.advance(time);
         settle();

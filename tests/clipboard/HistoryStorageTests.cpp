@@ -24,7 +24,7 @@ using core::SecretStatus;
 namespace fs = std::filesystem;
 namespace texts = core::texts;
 
-/// A saved history that cannot be read at the next start, now or ever.
+/// A saved history that cannot be read at the next start, temporarily or for good.
 class SavedHistoryTest : public testing::ClipboardTest {
 protected:
     SavedHistoryTest() {
@@ -49,7 +49,7 @@ protected:
 
     void damage(const std::string& text) { fs::resize_file(fileOf(text), 20); }
 
-    /// The disk with the history is not there: something else is in its place.
+    /// The disk with the history is missing: something else is in its place.
     void takeDiskAway() {
         fs::rename(folder(), files.folder() / "elsewhere");
         std::ofstream(folder()) << "not a folder";
@@ -113,7 +113,7 @@ TEST_F(SavedHistoryTest, DamagedHistoryIsSetAsideAndANewOneBegins) {
     EXPECT_FALSE(manager_->hasStorageError());
     EXPECT_THAT(stored(), ElementsAre("new"));
     expectNotice(texts::historyWasSetAside);
-    start(); // it stays until somebody decides
+    start(); // it stays until the user decides
     EXPECT_THAT(recorded(), ElementsAre("new"));
     EXPECT_THAT(manager_->setAside(), SizeIs(1));
 }
@@ -128,7 +128,7 @@ TEST_F(SavedHistoryTest, NeitherQuittingNorAnOptionDeletesADamagedHistory) {
     EXPECT_EQ(std::distance(fs::directory_iterator(manager_->setAside()[0].folder), {}), 4);
 }
 
-TEST_F(SavedHistoryTest, WhatIsIntactIsRecoveredIntoThePresentHistory) {
+TEST_F(SavedHistoryTest, IntactEntriesAreRecoveredIntoThePresentHistory) {
     damage("two");
     start();
     copy("new");
@@ -147,7 +147,7 @@ TEST_F(SavedHistoryTest, WhatIsIntactIsRecoveredIntoThePresentHistory) {
     EXPECT_FALSE(manager_->notice());
 }
 
-TEST_F(SavedHistoryTest, WhatIsRecoveredAsAWholeIsErased) {
+TEST_F(SavedHistoryTest, AFullyRecoveredHistoryIsErased) {
     std::ofstream(folder() / "index") << "damaged";
     start();
     EXPECT_THAT(recorded(), IsEmpty());
@@ -157,7 +157,7 @@ TEST_F(SavedHistoryTest, WhatIsRecoveredAsAWholeIsErased) {
     EXPECT_FALSE(manager_->notice());
 }
 
-TEST_F(SavedHistoryTest, WhatTheLimitsLeaveNoRoomForStaysSetAside) {
+TEST_F(SavedHistoryTest, EntriesBeyondTheLimitsStaySetAside) {
     std::ofstream(folder() / "index") << "damaged";
     start();
     auto options = manager_->options();
@@ -255,7 +255,7 @@ TEST_F(SavedHistoryTest, LockedKeyringIsAskedAgainWithTheSavesAndNotMoreOftenTha
     EXPECT_EQ(secrets.searches(), found);
 }
 
-TEST_F(SavedHistoryTest, WhatWasCopiedWhileTheKeyringWasLockedIsSavedAtTheEnd) {
+TEST_F(SavedHistoryTest, CopiesMadeWhileTheKeyringWasLockedAreSavedAtTheEnd) {
     secrets.failWith(SecretStatus::interactionNotAllowed);
     start();
     copy("meanwhile");
@@ -264,7 +264,7 @@ TEST_F(SavedHistoryTest, WhatWasCopiedWhileTheKeyringWasLockedIsSavedAtTheEnd) {
     EXPECT_THAT(stored(), ElementsAre("one", "two", "three", "meanwhile"));
 }
 
-TEST_F(SavedHistoryTest, WhatIsClearedBeforeItCanBeReadIsGoneWhenItCan) {
+TEST_F(SavedHistoryTest, EntriesClearedBeforeTheyCanBeReadStayCleared) {
     secrets.failWith(SecretStatus::interactionNotAllowed);
     start();
     manager_->clear(Clearing::includePins);

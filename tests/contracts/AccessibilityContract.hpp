@@ -15,7 +15,7 @@
 
 namespace quillane::testing {
 
-/// What every Accessibility promises. The driver is made anew for each test, with an application in front that has a
+/// What every Accessibility promises. The driver is constructed for each test, with an application in front that has a
 /// text field with at least three letters and a password field, and has:
 ///
 ///     Accessibility& accessibility();
@@ -41,7 +41,7 @@ protected:
         return read<AXElement>(driver.accessibility().application(driver.pid()), "AXFocusedUIElement");
     }
 
-    /// The focused element, as soon as it is a password field, or none is.
+    /// Waits until the focused element is a password field, or until none is focused.
     [[nodiscard]] std::optional<AXElement> focusedField(bool password) {
         std::optional<AXElement> found;
         const bool inTime = driver.waitUntil([&] {
@@ -69,7 +69,7 @@ TYPED_TEST_P(AccessibilityContract, AFocusedTextFieldIsEnabledAndSettable) {
     EXPECT_FALSE(this->driver.accessibility().isAttributeSettable(*field, "AXNoSuchAttribute"));
 }
 
-TYPED_TEST_P(AccessibilityContract, APasswordFieldIsToldByItsSubrole) {
+TYPED_TEST_P(AccessibilityContract, APasswordFieldHasItsSubrole) {
     this->driver.focusPasswordField();
     const auto field = this->focusedField(true);
     ASSERT_TRUE(field);
@@ -140,7 +140,7 @@ TYPED_TEST_P(AccessibilityContract, AnApplicationThatHangsCostsTheTimeoutAlone) 
     EXPECT_FALSE(accessibility.attributes(*field, names));
     EXPECT_FALSE(accessibility.isAnswering(*field));
     EXPECT_FALSE(accessibility.isAttributeSettable(*field, "AXValue"));
-    // Far more than two time-outs, for a busy machine; far less than the second or more that a call takes without one.
+    // Far more than two timeouts, for a busy machine; far less than the second or more that a call takes without one.
     EXPECT_LT(std::chrono::steady_clock::now() - start, 500ms);
 }
 
@@ -202,7 +202,7 @@ TYPED_TEST_P(AccessibilityContract, AnActionThatIsMissingFails) {
     EXPECT_TRUE(this->driver.accessibility().actionNames(application).empty());
 }
 
-TYPED_TEST_P(AccessibilityContract, AMenuThatOpensIsToldAndCanBeCancelled) {
+TYPED_TEST_P(AccessibilityContract, AnOpeningMenuIsAnnouncedAndCanBeCancelled) {
     this->driver.focusTextField();
     const auto field = this->focusedField(false);
     ASSERT_TRUE(field);
@@ -224,7 +224,7 @@ TYPED_TEST_P(AccessibilityContract, AMenuThatOpensIsToldAndCanBeCancelled) {
     EXPECT_TRUE(this->driver.waitUntil([&] { return this->template read<std::string>(*menu, "AXRole") != "AXMenu"; }));
 }
 
-TYPED_TEST_P(AccessibilityContract, NothingIsToldOnceTheTokenIsDropped) {
+TYPED_TEST_P(AccessibilityContract, NothingIsAnnouncedOnceTheTokenIsDropped) {
     this->driver.focusTextField();
     ASSERT_TRUE(this->focusedField(false));
     auto& accessibility = this->driver.accessibility();
@@ -243,13 +243,12 @@ TYPED_TEST_P(AccessibilityContract, NothingIsToldOnceTheTokenIsDropped) {
         accessibility.observe(accessibility.application(this->nobody), "AXMenuOpened", [](const AXElement&) {}));
 }
 
-REGISTER_TYPED_TEST_SUITE_P(AccessibilityContract, AFocusedTextFieldIsEnabledAndSettable,
-                            APasswordFieldIsToldByItsSubrole, SeveralAttributesComeInTheOrderAsked,
-                            AnAttributeThatIsMissingIsNone, ReferencesToOneElementAreEqual,
-                            AnElementIsAmongTheChildrenOfItsParent, AProcessThatDoesNotRunGivesNoAnswer,
-                            SeveralElementsAreReadAsOneByOne, TheFocusedElementIsInTheFocusedWindow,
-                            TheSelectionCanBeReadAndSet, AnActionThatIsMissingFails,
-                            AMenuThatOpensIsToldAndCanBeCancelled, NothingIsToldOnceTheTokenIsDropped,
-                            AnApplicationThatHangsCostsTheTimeoutAlone);
+REGISTER_TYPED_TEST_SUITE_P(AccessibilityContract, AFocusedTextFieldIsEnabledAndSettable, APasswordFieldHasItsSubrole,
+                            SeveralAttributesComeInTheOrderAsked, AnAttributeThatIsMissingIsNone,
+                            ReferencesToOneElementAreEqual, AnElementIsAmongTheChildrenOfItsParent,
+                            AProcessThatDoesNotRunGivesNoAnswer, SeveralElementsAreReadAsOneByOne,
+                            TheFocusedElementIsInTheFocusedWindow, TheSelectionCanBeReadAndSet,
+                            AnActionThatIsMissingFails, AnOpeningMenuIsAnnouncedAndCanBeCancelled,
+                            NothingIsAnnouncedOnceTheTokenIsDropped, AnApplicationThatHangsCostsTheTimeoutAlone);
 
 } // namespace quillane::testing

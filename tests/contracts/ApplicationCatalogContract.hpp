@@ -17,7 +17,7 @@
 
 namespace quillane::testing {
 
-/// What every ApplicationCatalog promises. The driver is made anew for each test and has:
+/// What every ApplicationCatalog promises. The driver is constructed for each test and has:
 ///
 ///     std::unique_ptr<ApplicationCatalog>& catalog();
 ///     static constexpr auto installed = "…", running = "…"; // bundle identifiers of applications that are there
@@ -40,7 +40,7 @@ protected:
 
 TYPED_TEST_SUITE_P(ApplicationCatalogContract);
 
-TYPED_TEST_P(ApplicationCatalogContract, TellsInstalledAndRunningApplications) {
+TYPED_TEST_P(ApplicationCatalogContract, ListsInstalledAndRunningApplications) {
     const auto applications = this->read();
     const auto find = [&](std::string_view id) {
         const auto found = std::ranges::find(applications, id, &KnownApplication::bundleID);
@@ -77,7 +77,7 @@ TYPED_TEST_P(ApplicationCatalogContract, EveryReaderIsAnsweredOnceOnThisThread) 
     EXPECT_EQ(answers, 2);
 }
 
-TYPED_TEST_P(ApplicationCatalogContract, NobodyIsToldAfterItsEnd) {
+TYPED_TEST_P(ApplicationCatalogContract, NoHandlerIsCalledAfterItsEnd) {
     bool told = false;
     this->driver.catalog()->read([&](const auto&) { told = true; });
     this->driver.catalog().reset();
@@ -86,8 +86,8 @@ TYPED_TEST_P(ApplicationCatalogContract, NobodyIsToldAfterItsEnd) {
     EXPECT_FALSE(told);
 }
 
-REGISTER_TYPED_TEST_SUITE_P(ApplicationCatalogContract, TellsInstalledAndRunningApplications,
+REGISTER_TYPED_TEST_SUITE_P(ApplicationCatalogContract, ListsInstalledAndRunningApplications,
                             EachHasANameAndAnIdentifierOfItsOwn, EveryReaderIsAnsweredOnceOnThisThread,
-                            NobodyIsToldAfterItsEnd);
+                            NoHandlerIsCalledAfterItsEnd);
 
 } // namespace quillane::testing

@@ -14,7 +14,7 @@
 
 namespace quillane::testing {
 
-/// What every ApplicationMenu promises. The driver is made anew for each test, with a window of the program in front,
+/// What every ApplicationMenu promises. The driver is constructed for each test, with a window of the program in front,
 /// and has:
 ///
 ///     std::unique_ptr<ApplicationMenu>& menu();

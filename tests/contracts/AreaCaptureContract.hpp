@@ -9,7 +9,7 @@
 
 namespace quillane::testing {
 
-/// What every AreaCapture that can start promises. The driver is made anew for each test and has:
+/// What every AreaCapture that can start promises. The driver is constructed for each test and has:
 ///
 ///     AreaCapture& capture();
 ///     bool isSelecting();                      // the user can select now
@@ -60,7 +60,7 @@ TYPED_TEST_P(AreaCaptureContract, AfterACancelledOneAnotherCanStart) {
     EXPECT_EQ(this->keptOut, 0);
 }
 
-TYPED_TEST_P(AreaCaptureContract, AProgramThatKeepsTheKeyboardIsToldOnceAndAfterTheCall) {
+TYPED_TEST_P(AreaCaptureContract, AProgramThatKeepsTheKeyboardIsReportedOnceAndAfterTheCall) {
     this->driver.keepKeyboard();
     ASSERT_TRUE(this->start());
     EXPECT_EQ(this->keptOut, 0);
@@ -75,7 +75,8 @@ TYPED_TEST_P(AreaCaptureContract, SettingsAreThoseOfASystemShortcut) {
 }
 
 REGISTER_TYPED_TEST_SUITE_P(AreaCaptureContract, AStartLetsTheUserSelect, ASecondStartGoesOnWithTheFirst,
-                            AfterACancelledOneAnotherCanStart, AProgramThatKeepsTheKeyboardIsToldOnceAndAfterTheCall,
+                            AfterACancelledOneAnotherCanStart,
+                            AProgramThatKeepsTheKeyboardIsReportedOnceAndAfterTheCall,
                             SettingsAreThoseOfASystemShortcut);
 
 } // namespace quillane::testing

@@ -15,8 +15,8 @@
 
 namespace quillane::testing {
 
-/// What every EventTap promises. The driver is made anew for each test, with a right-to-left input source in use and an
-/// application in front that takes text, and has:
+/// What every EventTap promises. The driver is constructed for each test, with a right-to-left input source in use and
+/// an application in front that takes text, and has:
 ///
 ///     EventTap& tap();
 ///     void press(core::KeyCode), release(core::KeyCode);
@@ -95,7 +95,7 @@ TYPED_TEST_P(EventTapContract, ReceivesPressAndReleaseWithTheKeyCode) {
     }
 }
 
-TYPED_TEST_P(EventTapContract, TellsTheModifiersOfBothSidesApart) {
+TYPED_TEST_P(EventTapContract, DistinguishesTheModifiersOfBothSides) {
     ASSERT_TRUE(this->start());
     for (const auto& key : fakes::modifierKeys) {
         if (key.modifier == fakes::Modifier::function) {
@@ -184,7 +184,7 @@ TYPED_TEST_P(EventTapContract, ReplacedTextReachesTheApplication) {
 }
 
 REGISTER_TYPED_TEST_SUITE_P(EventTapContract, IsEnabledFromStartToStop, EnablingWithoutATapDoesNothing,
-                            ReceivesPressAndReleaseWithTheKeyCode, TellsTheModifiersOfBothSidesApart,
+                            ReceivesPressAndReleaseWithTheKeyCode, DistinguishesTheModifiersOfBothSides,
                             KeysCarryTheModifiersThatAreHeld, ReceivesClicksAndScrolling, ReceivesOnlyTheTypesOfTheMask,
                             NothingIsReceivedBetweenStopAndStart, ReplacedTextReachesTheApplication);
 

@@ -8,7 +8,7 @@
 
 namespace quillane::testing {
 
-/// In a faked world everything has happened as soon as what was posted has run.
+/// With fakes everything has happened once the posted tasks have run.
 class FakeDriver {
 public:
     bool waitUntil(const std::function<bool()>& condition) {
@@ -47,7 +47,7 @@ private:
     fakes::FakeStatusItem fake_;
 };
 
-/// Asks until the condition holds, as a loop of events would, but nothing happens meanwhile.
+/// Polls the condition as an event loop would, but nothing happens meanwhile.
 inline bool askAgain(const std::function<bool()>& condition) {
     bool holds = condition();
     for (int turn = 0; turn < 100 && !holds; ++turn) {

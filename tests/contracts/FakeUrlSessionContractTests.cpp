@@ -9,7 +9,7 @@
 namespace quillane {
 namespace {
 
-/// Sessions to servers that are nowhere: what they do happens between two looks at the condition.
+/// Sessions to servers that do not exist: their effects happen between two checks of the condition.
 class FakeUrlSessionDriver {
 public:
     core::UrlSessionFactory factory() { return sessions_.factory(); }

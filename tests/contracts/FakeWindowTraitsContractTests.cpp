@@ -12,7 +12,7 @@
 namespace quillane {
 namespace {
 
-/// Windows that are drawn nowhere: what is typed goes to the widget that has the focus.
+/// Windows that are not drawn: typed keys go to the focused widget.
 class FakeWindowTraitsDriver {
 public:
     WindowTraits& traits() { return fake_; }

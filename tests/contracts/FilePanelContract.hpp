@@ -11,7 +11,7 @@
 
 namespace quillane::testing {
 
-/// What every FilePanel promises. The driver is made anew for each test and has:
+/// What every FilePanel promises. The driver is constructed for each test and has:
 ///
 ///     FilePanel& panel();
 ///     bool isOpen();
@@ -32,7 +32,7 @@ protected:
 
 TYPED_TEST_SUITE_P(FilePanelContract);
 
-TYPED_TEST_P(FilePanelContract, TheChosenFileIsToldOnce) {
+TYPED_TEST_P(FilePanelContract, TheChosenFileIsReportedOnce) {
     EXPECT_FALSE(this->driver.isOpen());
     this->choose();
     EXPECT_TRUE(this->driver.isOpen());
@@ -42,7 +42,7 @@ TYPED_TEST_P(FilePanelContract, TheChosenFileIsToldOnce) {
     EXPECT_FALSE(this->driver.isOpen());
 }
 
-TYPED_TEST_P(FilePanelContract, CancellingTellsNothingAndThePanelOpensAgain) {
+TYPED_TEST_P(FilePanelContract, CancellingCallsNothingAndThePanelOpensAgain) {
     this->choose();
     this->driver.cancel();
     EXPECT_FALSE(this->driver.isOpen());
@@ -74,7 +74,7 @@ TYPED_TEST_P(FilePanelContract, OtherTextsNeitherOpenNorCloseThePanel) {
     EXPECT_EQ(this->chosen, std::vector{this->driver.file()});
 }
 
-REGISTER_TYPED_TEST_SUITE_P(FilePanelContract, TheChosenFileIsToldOnce, CancellingTellsNothingAndThePanelOpensAgain,
+REGISTER_TYPED_TEST_SUITE_P(FilePanelContract, TheChosenFileIsReportedOnce, CancellingCallsNothingAndThePanelOpensAgain,
                             AnOpenPanelKeepsItsCallback, OtherTextsNeitherOpenNorCloseThePanel);
 
 } // namespace quillane::testing

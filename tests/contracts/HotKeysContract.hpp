@@ -12,7 +12,7 @@
 
 namespace quillane::testing {
 
-/// What every HotKeys promises. The driver is made anew for each test and has:
+/// What every HotKeys promises. The driver is constructed for each test and has:
 ///
 ///     HotKeys& hotKeys();
 ///     void press();                            // the user presses and releases the key of `hotKey`
@@ -39,7 +39,7 @@ protected:
 
 TYPED_TEST_SUITE_P(HotKeysContract);
 
-TYPED_TEST_P(HotKeysContract, EachPressIsTold) {
+TYPED_TEST_P(HotKeysContract, EachPressIsReported) {
     const auto token = this->registerHere();
     this->driver.settle();
     this->driver.press();
@@ -49,7 +49,7 @@ TYPED_TEST_P(HotKeysContract, EachPressIsTold) {
     EXPECT_EQ(this->taken, 0);
 }
 
-TYPED_TEST_P(HotKeysContract, WithoutTheTokenNothingIsTold) {
+TYPED_TEST_P(HotKeysContract, WithoutTheTokenNothingIsReported) {
     {
         const auto token = this->registerHere();
         this->driver.settle();
@@ -60,7 +60,7 @@ TYPED_TEST_P(HotKeysContract, WithoutTheTokenNothingIsTold) {
     EXPECT_EQ(this->presses, 0);
 }
 
-TYPED_TEST_P(HotKeysContract, AKeyOfAnotherProgramIsToldOnceAndAfterTheCall) {
+TYPED_TEST_P(HotKeysContract, AKeyOfAnotherProgramIsReportedOnceAndAfterTheCall) {
     this->driver.takeByAnother();
     const auto token = this->registerHere();
     EXPECT_EQ(this->taken, 0);
@@ -101,8 +101,8 @@ TYPED_TEST_P(HotKeysContract, TheHandlerMayUnregister) {
     EXPECT_EQ(this->presses, 1);
 }
 
-REGISTER_TYPED_TEST_SUITE_P(HotKeysContract, EachPressIsTold, WithoutTheTokenNothingIsTold,
-                            AKeyOfAnotherProgramIsToldOnceAndAfterTheCall, ALaterRegistrationHasAKeyThatWasGivenBack,
-                            TheHandlerMayUnregister);
+REGISTER_TYPED_TEST_SUITE_P(HotKeysContract, EachPressIsReported, WithoutTheTokenNothingIsReported,
+                            AKeyOfAnotherProgramIsReportedOnceAndAfterTheCall,
+                            ALaterRegistrationHasAKeyThatWasGivenBack, TheHandlerMayUnregister);
 
 } // namespace quillane::testing

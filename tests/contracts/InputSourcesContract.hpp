@@ -12,7 +12,8 @@
 
 namespace quillane::testing {
 
-/// What every InputSources promises. The driver is made anew for each test, with two or more enabled sources, and has:
+/// What every InputSources promises. The driver is constructed for each test, with two or more enabled sources, and
+/// has:
 ///
 ///     InputSources& sources();
 ///     void switchFromOutside(const std::string& id);  // as the user does, by the system's own means

@@ -10,7 +10,7 @@
 
 namespace quillane::testing {
 
-/// What every KeyEvents promises. The driver is made anew for each test and has:
+/// What every KeyEvents promises. The driver is constructed for each test and has:
 ///
 ///     KeyEvents& events();
 ///     pid_t target();                                        // an application in front that takes keys

@@ -10,7 +10,7 @@
 namespace quillane::testing {
 
 /// Skips the test when its driver says what this machine lacks for it: `std::string lacking();`, empty for nothing.
-/// Most drivers bring all they need along and have no such function. For SetUp.
+/// Most drivers need nothing and have no such function. For SetUp.
 template <typename Driver>
 void skipWhatIsLacking(Driver& driver) {
     if constexpr (requires { driver.lacking(); }) {

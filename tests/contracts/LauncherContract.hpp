@@ -9,7 +9,7 @@
 
 namespace quillane::testing {
 
-/// What every Launcher promises. The driver is made anew for each test and has:
+/// What every Launcher promises. The driver is constructed for each test and has:
 ///
 ///     Launcher& launcher();
 ///     core::ProcessCommand command(std::string word);   // leaves a trace of the word
@@ -29,10 +29,10 @@ TYPED_TEST_P(LauncherContract, AProgramRunsWithItsArgumentsAsTheyAre) {
     EXPECT_TRUE(this->driver.hasRun(word));
 }
 
-TYPED_TEST_P(LauncherContract, AProgramThatDoesNotExistIsTold) {
+TYPED_TEST_P(LauncherContract, AMissingProgramIsReported) {
     EXPECT_FALSE(this->driver.launcher().launch(this->driver.impossible()));
 }
 
-REGISTER_TYPED_TEST_SUITE_P(LauncherContract, AProgramRunsWithItsArgumentsAsTheyAre, AProgramThatDoesNotExistIsTold);
+REGISTER_TYPED_TEST_SUITE_P(LauncherContract, AProgramRunsWithItsArgumentsAsTheyAre, AMissingProgramIsReported);
 
 } // namespace quillane::testing

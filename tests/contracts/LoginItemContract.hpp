@@ -9,7 +9,7 @@
 
 namespace quillane::testing {
 
-/// What every LoginItemService promises. The driver is made anew for each test, not registered, and has
+/// What every LoginItemService promises. The driver is constructed for each test, not registered, and has
 /// `LoginItemService& service()`.
 template <typename Driver>
 class LoginItemContract : public ::testing::Test {
@@ -19,7 +19,7 @@ protected:
 
 TYPED_TEST_SUITE_P(LoginItemContract);
 
-TYPED_TEST_P(LoginItemContract, IsOffAtFirstAndFollowsWhatIsAsked) {
+TYPED_TEST_P(LoginItemContract, IsOffAtFirstAndFollowsRequests) {
     auto& service = this->driver.service();
     EXPECT_EQ(service.status(), LoginItemStatus::notRegistered);
     ASSERT_TRUE(service.enable());
@@ -28,7 +28,7 @@ TYPED_TEST_P(LoginItemContract, IsOffAtFirstAndFollowsWhatIsAsked) {
     EXPECT_EQ(service.status(), LoginItemStatus::notRegistered);
 }
 
-TYPED_TEST_P(LoginItemContract, AskingTwiceIsNoFailure) {
+TYPED_TEST_P(LoginItemContract, AskingTwiceSucceeds) {
     auto& service = this->driver.service();
     ASSERT_TRUE(service.enable());
     ASSERT_TRUE(service.enable());
@@ -38,6 +38,6 @@ TYPED_TEST_P(LoginItemContract, AskingTwiceIsNoFailure) {
     EXPECT_EQ(service.status(), LoginItemStatus::notRegistered);
 }
 
-REGISTER_TYPED_TEST_SUITE_P(LoginItemContract, IsOffAtFirstAndFollowsWhatIsAsked, AskingTwiceIsNoFailure);
+REGISTER_TYPED_TEST_SUITE_P(LoginItemContract, IsOffAtFirstAndFollowsRequests, AskingTwiceSucceeds);
 
 } // namespace quillane::testing

@@ -16,7 +16,7 @@
 
 namespace quillane::testing {
 
-/// What every MainQueue promises. The driver is made anew for each test and has:
+/// What every MainQueue promises. The driver is constructed for each test and has:
 ///
 ///     std::unique_ptr<MainQueue>& queue();
 ///     std::chrono::nanoseconds now();            // on the clock of the queue
@@ -69,7 +69,7 @@ TYPED_TEST_P(MainQueueContract, TheSlowerOfTwoRepeatingTasksRunsTogetherWithTheF
         second = this->driver.queue()->repeat(80ms, [&] { slow.push_back(this->driver.now() - fast.back()); });
     });
     ASSERT_TRUE(this->driver.waitUntil([&] { return slow.size() == 8; }));
-    EXPECT_LT(std::ranges::min(slow), 5ms); // a busy machine may come between the two at some of the ticks
+    EXPECT_LT(std::ranges::min(slow), 5ms); // a busy machine may separate the two at some of the ticks
 }
 
 TYPED_TEST_P(MainQueueContract, DroppingTheTokenEndsTheRepetition) {

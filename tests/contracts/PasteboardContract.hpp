@@ -18,7 +18,7 @@
 
 namespace quillane::testing {
 
-/// What every Pasteboard promises. The driver is made anew for each test and has:
+/// What every Pasteboard promises. The driver is constructed for each test and has:
 ///
 ///     Pasteboard& pasteboard();
 ///     void copyText(std::string);              // another application copies plain text
@@ -82,7 +82,7 @@ TYPED_TEST_P(PasteboardContract, ClearingMovesTheCountAndLeavesNothing) {
     EXPECT_EQ(pasteboard.string(core::pasteboardTypes::string), std::nullopt);
 }
 
-TYPED_TEST_P(PasteboardContract, WhatIsWrittenIsReadBackAtOnceAndItsCountStays) {
+TYPED_TEST_P(PasteboardContract, WrittenContentsAreReadBackAtOnceAndTheirCountStays) {
     auto& pasteboard = this->driver.pasteboard();
     pasteboard.clear();
     auto first = this->item(core::pasteboardTypes::string, "one");
@@ -116,7 +116,7 @@ TYPED_TEST_P(PasteboardContract, NothingCannotBeWritten) {
     EXPECT_FALSE(this->driver.pasteboard().write({}));
 }
 
-TYPED_TEST_P(PasteboardContract, AnotherApplicationTakesThePlaceOfWhatWasWritten) {
+TYPED_TEST_P(PasteboardContract, AnotherApplicationReplacesWrittenContents) {
     auto& pasteboard = this->driver.pasteboard();
     pasteboard.clear();
     ASSERT_TRUE(pasteboard.setString(core::pasteboardTypes::string, "ours"));
@@ -148,8 +148,8 @@ TYPED_TEST_P(PasteboardContract, FilesThatAreCopiedAreFoundOnAnyThreadWhileTheyA
 
 REGISTER_TYPED_TEST_SUITE_P(PasteboardContract, AnotherApplicationsTextCanBeReadOnceTheCountHasMoved,
                             ReadingChangesNothing, ClearingMovesTheCountAndLeavesNothing,
-                            WhatIsWrittenIsReadBackAtOnceAndItsCountStays, AStringIsWrittenAsOneItem,
-                            NothingCannotBeWritten, AnotherApplicationTakesThePlaceOfWhatWasWritten,
+                            WrittenContentsAreReadBackAtOnceAndTheirCountStays, AStringIsWrittenAsOneItem,
+                            NothingCannotBeWritten, AnotherApplicationReplacesWrittenContents,
                             FilesThatAreCopiedAreFoundOnAnyThreadWhileTheyAreThere);
 
 } // namespace quillane::testing

@@ -11,7 +11,7 @@
 
 namespace quillane::testing {
 
-/// What every PermissionService promises. The driver is made anew for each test and has:
+/// What every PermissionService promises. The driver is constructed for each test and has:
 ///
 ///     PermissionService& service();
 ///     bool set(core::MacPermission, bool granted); // grants or takes away, as the user does; false when nobody can
@@ -32,7 +32,7 @@ protected:
 
 TYPED_TEST_SUITE_P(PermissionServiceContract);
 
-TYPED_TEST_P(PermissionServiceContract, WhatIsGrantedOrTakenAwayIsSeen) {
+TYPED_TEST_P(PermissionServiceContract, GrantsAndRevocationsAreSeen) {
     for (const auto permission : this->all) {
         if (!this->driver.set(permission, false)) {
             continue; // it cannot be taken away here
@@ -45,7 +45,7 @@ TYPED_TEST_P(PermissionServiceContract, WhatIsGrantedOrTakenAwayIsSeen) {
     }
 }
 
-TYPED_TEST_P(PermissionServiceContract, BeingAskedForTheStateChangesNothing) {
+TYPED_TEST_P(PermissionServiceContract, ReadingTheStateChangesNothing) {
     for (const auto permission : this->all) {
         if (this->driver.set(permission, false)) {
             ASSERT_TRUE(this->waitUntilGranted(permission, false));
@@ -57,7 +57,7 @@ TYPED_TEST_P(PermissionServiceContract, BeingAskedForTheStateChangesNothing) {
     }
 }
 
-TYPED_TEST_P(PermissionServiceContract, ARequestGrantsWhatTheUserDoesNotGrantInSettings) {
+TYPED_TEST_P(PermissionServiceContract, ARequestGrantsUnlessTheUserGrantsInSettings) {
     for (const auto permission : this->all) {
         if (!this->driver.set(permission, false)) {
             continue;
@@ -90,8 +90,8 @@ TYPED_TEST_P(PermissionServiceContract, APageThatTheSettingsLackIsNotShown) {
     }
 }
 
-REGISTER_TYPED_TEST_SUITE_P(PermissionServiceContract, WhatIsGrantedOrTakenAwayIsSeen,
-                            BeingAskedForTheStateChangesNothing, ARequestGrantsWhatTheUserDoesNotGrantInSettings,
-                            OnePermissionIsNotTheOther, APageThatTheSettingsLackIsNotShown);
+REGISTER_TYPED_TEST_SUITE_P(PermissionServiceContract, GrantsAndRevocationsAreSeen, ReadingTheStateChangesNothing,
+                            ARequestGrantsUnlessTheUserGrantsInSettings, OnePermissionIsNotTheOther,
+                            APageThatTheSettingsLackIsNotShown);
 
 } // namespace quillane::testing

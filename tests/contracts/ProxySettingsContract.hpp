@@ -13,8 +13,8 @@
 
 namespace quillane::testing {
 
-/// What every ProxySettings promises, whatever is set. The driver is made anew for each test and has
-/// `const ProxySettings& settings();`.
+/// What every ProxySettings promises, whatever is set. The driver is constructed for each test and has `const
+/// ProxySettings& settings();`.
 template <typename Driver>
 class ProxySettingsContract : public ::testing::Test {
 protected:

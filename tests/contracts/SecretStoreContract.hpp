@@ -14,7 +14,7 @@
 
 namespace quillane::testing {
 
-/// What every SecretStore promises. The driver is made anew for each test, with a store that is open and empty, and
+/// What every SecretStore promises. The driver is constructed for each test, with a store that is open and empty, and
 /// has:
 ///
 ///     core::SecretStore& store();
@@ -50,7 +50,7 @@ protected:
 
 TYPED_TEST_SUITE_P(SecretStoreContract);
 
-TYPED_TEST_P(SecretStoreContract, WhatIsNotThereIsNotFound) {
+TYPED_TEST_P(SecretStoreContract, AMissingItemIsNotFound) {
     EXPECT_EQ(this->statusOf(this->name), core::SecretStatus::itemNotFound);
 }
 
@@ -83,7 +83,7 @@ TYPED_TEST_P(SecretStoreContract, ALockedStoreIsAnErrorAndAsksNobody) {
               core::SecretStatus::interactionNotAllowed);
 }
 
-REGISTER_TYPED_TEST_SUITE_P(SecretStoreContract, WhatIsNotThereIsNotFound, FindsWhatWasAddedByteForByte,
+REGISTER_TYPED_TEST_SUITE_P(SecretStoreContract, AMissingItemIsNotFound, FindsWhatWasAddedByteForByte,
                             NamesAreComparedWhole, AnItemIsNeverReplaced, ALockedStoreIsAnErrorAndAsksNobody);
 
 } // namespace quillane::testing

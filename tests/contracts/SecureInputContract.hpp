@@ -9,7 +9,7 @@
 
 namespace quillane::testing {
 
-/// What every SecureInput promises. The driver is made anew for each test and has:
+/// What every SecureInput promises. The driver is constructed for each test and has:
 ///
 ///     SecureInput& input();
 ///     void beginPassword();   // the user goes to a password field

@@ -11,7 +11,7 @@
 
 namespace quillane::testing {
 
-/// What every SerialQueue promises. The driver is made anew for each test and has:
+/// What every SerialQueue promises. The driver is constructed for each test and has:
 ///
 ///     SerialQueue& queue();
 template <typename Driver>
@@ -34,7 +34,7 @@ TYPED_TEST_P(SerialQueueContract, TasksRunInTheOrderOfPosting) {
     }
 }
 
-TYPED_TEST_P(SerialQueueContract, WhatATaskPostsIsWaitedForAsWell) {
+TYPED_TEST_P(SerialQueueContract, WaitIncludesTasksPostedByTasks) {
     int runs = 0;
     this->driver.queue().post([&] {
         ++runs;
@@ -49,7 +49,7 @@ TYPED_TEST_P(SerialQueueContract, WaitingForNothingEndsAtOnce) {
     this->driver.queue().wait();
 }
 
-REGISTER_TYPED_TEST_SUITE_P(SerialQueueContract, TasksRunInTheOrderOfPosting, WhatATaskPostsIsWaitedForAsWell,
+REGISTER_TYPED_TEST_SUITE_P(SerialQueueContract, TasksRunInTheOrderOfPosting, WaitIncludesTasksPostedByTasks,
                             WaitingForNothingEndsAtOnce);
 
 } // namespace quillane::testing

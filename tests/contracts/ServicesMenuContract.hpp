@@ -9,7 +9,7 @@
 
 namespace quillane::testing {
 
-/// What every ServicesMenu promises that other programs can see. The driver is made anew for each test and has:
+/// What every ServicesMenu promises that other programs can see. The driver is constructed for each test and has:
 ///
 ///     ServicesMenu& menu();
 ///     bool isOffered();

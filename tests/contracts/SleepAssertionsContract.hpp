@@ -11,7 +11,7 @@
 
 namespace quillane::testing {
 
-/// What every SleepAssertionClient promises. The driver is made anew for each test and has:
+/// What every SleepAssertionClient promises. The driver is constructed for each test and has:
 ///
 ///     core::SleepAssertionClient& client();
 ///     bool holds(std::multiset<core::SleepAssertionKind>);    // seen from outside, within a second: exactly these

@@ -11,7 +11,7 @@
 
 namespace quillane::testing {
 
-/// What every StatusItem promises. The driver is made anew for each test and has:
+/// What every StatusItem promises. The driver is constructed for each test and has:
 ///
 ///     StatusItem& item();
 ///     std::vector<std::string> titles();        // of the rows that are shown, "" for a separator
@@ -75,7 +75,7 @@ TYPED_TEST_P(StatusItemContract, ADisabledRowAndAHeaderCannotBeChosen) {
     EXPECT_EQ(runs, 0);
 }
 
-TYPED_TEST_P(StatusItemContract, ShowsWhatIsChecked) {
+TYPED_TEST_P(StatusItemContract, ShowsCheckMarks) {
     auto on = this->row("On");
     on.checkable = on.checked = true;
     auto off = this->row("Off");
@@ -117,7 +117,7 @@ TYPED_TEST_P(StatusItemNoticeContract, SaysOnceAndLaterThatNobodyShowsIt) {
 REGISTER_TYPED_TEST_SUITE_P(StatusItemNoticeContract, SaysOnceAndLaterThatNobodyShowsIt);
 
 REGISTER_TYPED_TEST_SUITE_P(StatusItemContract, ShowsTheRowsInOrder, LaterRowsTakeThePlaceOfEarlierOnes,
-                            AChosenRowRunsItsLatestActionOnce, ADisabledRowAndAHeaderCannotBeChosen, ShowsWhatIsChecked,
+                            AChosenRowRunsItsLatestActionOnce, ADisabledRowAndAHeaderCannotBeChosen, ShowsCheckMarks,
                             AnActionMayReplaceTheRows);
 
 } // namespace quillane::testing

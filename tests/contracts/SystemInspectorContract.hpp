@@ -10,7 +10,7 @@
 
 namespace quillane::testing {
 
-/// What every SystemInspector promises. The driver is made anew for each test and has `SystemInspector& inspector()`.
+/// What every SystemInspector promises. The driver is constructed for each test and has `SystemInspector& inspector()`.
 template <typename Driver>
 class SystemInspectorContract : public ::testing::Test {
 protected:

@@ -11,7 +11,7 @@
 
 namespace quillane::testing {
 
-/// What every SystemSymbols promises. The driver is made anew for each test and has `SystemSymbols& symbols();`.
+/// What every SystemSymbols promises. The driver is constructed for each test and has `SystemSymbols& symbols();`.
 template <typename Driver>
 class SystemSymbolsContract : public ::testing::Test {
 protected:

@@ -9,8 +9,8 @@
 
 namespace quillane::testing {
 
-/// What every UpdaterService promises. The driver is made anew for each test, with an updater that has not been started
-/// and has never checked, and has:
+/// What every UpdaterService promises. The driver is constructed for each test, with an updater that has not been
+/// started and has never checked, and has:
 ///
 ///     UpdaterService& updater();
 ///     int checks();                            // that have begun so far
@@ -43,7 +43,7 @@ TYPED_TEST_P(UpdaterServiceContract, NothingIsCheckedBeforeItIsAsked) {
     EXPECT_EQ(this->driver.checks(), 0);
 }
 
-TYPED_TEST_P(UpdaterServiceContract, ACheckIsToldWhenItBeginsAndWhenItEnds) {
+TYPED_TEST_P(UpdaterServiceContract, ACheckIsAnnouncedWhenItBeginsAndWhenItEnds) {
     auto& updater = this->driver.updater();
     updater.start();
     ASSERT_TRUE(this->driver.waitUntil([&] { return updater.canCheck(); }));
@@ -59,7 +59,7 @@ TYPED_TEST_P(UpdaterServiceContract, ACheckIsToldWhenItBeginsAndWhenItEnds) {
     EXPECT_EQ(updater.lastCheck(), core::Date{1000});
 }
 
-TYPED_TEST_P(UpdaterServiceContract, TheSwitchIsKeptAndTold) {
+TYPED_TEST_P(UpdaterServiceContract, TheSwitchIsKeptAndAnnounced) {
     auto& updater = this->driver.updater();
     updater.start();
     for (const bool automatically : {false, true}) {
@@ -70,7 +70,7 @@ TYPED_TEST_P(UpdaterServiceContract, TheSwitchIsKeptAndTold) {
     }
 }
 
-TYPED_TEST_P(UpdaterServiceContract, WithoutTheTokenNothingIsTold) {
+TYPED_TEST_P(UpdaterServiceContract, WithoutTheTokenNothingIsAnnounced) {
     auto& updater = this->driver.updater();
     updater.start();
     ASSERT_TRUE(this->driver.waitUntil([&] { return updater.canCheck(); }));
@@ -84,7 +84,7 @@ TYPED_TEST_P(UpdaterServiceContract, WithoutTheTokenNothingIsTold) {
 }
 
 REGISTER_TYPED_TEST_SUITE_P(UpdaterServiceContract, NothingIsCheckedBeforeItIsAsked,
-                            ACheckIsToldWhenItBeginsAndWhenItEnds, TheSwitchIsKeptAndTold,
-                            WithoutTheTokenNothingIsTold);
+                            ACheckIsAnnouncedWhenItBeginsAndWhenItEnds, TheSwitchIsKeptAndAnnounced,
+                            WithoutTheTokenNothingIsAnnounced);
 
 } // namespace quillane::testing

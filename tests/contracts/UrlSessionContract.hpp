@@ -21,7 +21,7 @@ enum class UrlServer {
     isSilent,  ///< never answers
 };
 
-/// What every UrlSession promises. The driver is made anew for each test and has:
+/// What every UrlSession promises. The driver is constructed for each test and has:
 ///
 ///     core::UrlSessionFactory factory();
 ///     core::Url address(UrlServer);            // of a server that does so
@@ -30,7 +30,7 @@ enum class UrlServer {
 template <typename Driver>
 class UrlSessionContract : public ::testing::Test {
 protected:
-    /// Keeps what it is told, and whether that was inside a call.
+    /// Records its calls, and whether they came inside another call.
     class Delegate final : public core::UrlSessionDelegate {
     public:
         void didSendBodyData(std::int64_t count, std::int64_t /*expected*/) override { sent = told(count); }
@@ -90,7 +90,7 @@ protected:
     }
 
     const std::string content = "the content of the file";
-    Delegate delegate; // before the session, which tells it
+    Delegate delegate; // before the session, which calls it
     Driver driver;
     std::unique_ptr<core::UrlSession> session;
 };
@@ -116,7 +116,7 @@ TYPED_TEST_P(UrlSessionContract, AnotherStatusIsAnAnswerToo) {
     EXPECT_EQ(this->delegate.error, std::nullopt);
 }
 
-TYPED_TEST_P(UrlSessionContract, ARedirectIsToldAndNotFollowed) {
+TYPED_TEST_P(UrlSessionContract, ARedirectIsReportedAndNotFollowed) {
     this->upload(UrlServer::redirects);
     ASSERT_TRUE(this->waitForEnd());
     EXPECT_EQ(this->delegate.redirects, 1);
@@ -136,7 +136,7 @@ TYPED_TEST_P(UrlSessionContract, ACancelledOneCompletesOnceAsCancelled) {
     EXPECT_EQ(this->delegate.completions, 1);
 }
 
-TYPED_TEST_P(UrlSessionContract, ASessionThatIsGoneTellsNothing) {
+TYPED_TEST_P(UrlSessionContract, ADestroyedSessionReportsNothing) {
     this->upload(UrlServer::accepts);
     this->call([&] { this->session.reset(); });
     this->letTimePass();
@@ -153,7 +153,7 @@ TYPED_TEST_P(UrlSessionContract, TheEndMayDestroyTheSession) {
 }
 
 REGISTER_TYPED_TEST_SUITE_P(UrlSessionContract, AnUploadThatIsTakenEndsWithItsAnswer, AnotherStatusIsAnAnswerToo,
-                            ARedirectIsToldAndNotFollowed, ACancelledOneCompletesOnceAsCancelled,
-                            ASessionThatIsGoneTellsNothing, TheEndMayDestroyTheSession);
+                            ARedirectIsReportedAndNotFollowed, ACancelledOneCompletesOnceAsCancelled,
+                            ADestroyedSessionReportsNothing, TheEndMayDestroyTheSession);
 
 } // namespace quillane::testing

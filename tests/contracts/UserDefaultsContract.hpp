@@ -13,7 +13,7 @@
 
 namespace quillane::testing {
 
-/// What every UserDefaults promises. The driver is made anew for each test, with nothing stored, and has:
+/// What every UserDefaults promises. The driver is constructed for each test, with nothing stored, and has:
 ///
 ///     core::UserDefaults& defaults();
 ///     void restart();     // as when the program ends and starts again; `defaults` is another object afterwards
@@ -22,7 +22,7 @@ class UserDefaultsContract : public ::testing::Test {
 protected:
     using Value = core::PropertyListValue;
 
-    /// Values of every type that a store must tell apart, in pairs that are easily mixed up.
+    /// Values of every type that a store must distinguish, in pairs that are easily confused.
     static std::vector<Value> values() {
         using Limits = std::numeric_limits<std::int64_t>;
         return {true,

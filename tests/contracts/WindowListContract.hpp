@@ -13,7 +13,8 @@
 
 namespace quillane::testing {
 
-/// What every WindowList promises. There may be windows of others. The driver is made anew for each test and has:
+/// What every WindowList promises. There may be windows of other programs. The driver is constructed for each test and
+/// has:
 ///
 ///     WindowList& list();
 ///     pid_t open(const core::ScreenRect& content); // a program with one ordinary window there, in front of the others
@@ -41,7 +42,7 @@ protected:
         return opened.back();
     }
 
-    /// Those of the programs that have been opened whose windows are seen, from front to back.
+    /// The opened programs with visible windows, from front to back.
     [[nodiscard]] std::vector<pid_t> owners() {
         std::vector<pid_t> result;
         for (const auto& window : read()) {
@@ -58,7 +59,7 @@ protected:
 
 TYPED_TEST_SUITE_P(WindowListContract);
 
-TYPED_TEST_P(WindowListContract, TellsOwnerLayerAndBounds) {
+TYPED_TEST_P(WindowListContract, ReportsOwnerLayerAndBounds) {
     const auto pid = this->open({120, 90, 640, 480});
     ASSERT_TRUE(this->driver.waitUntil([&] { return this->owners() == std::vector{pid}; }));
     const auto windows = this->read();
@@ -87,7 +88,7 @@ TYPED_TEST_P(WindowListContract, AWindowThatIsGoneIsNotListed) {
     EXPECT_TRUE(this->driver.waitUntil([&] { return this->owners() == std::vector{first}; }));
 }
 
-REGISTER_TYPED_TEST_SUITE_P(WindowListContract, TellsOwnerLayerAndBounds, TheFrontWindowIsFirst,
+REGISTER_TYPED_TEST_SUITE_P(WindowListContract, ReportsOwnerLayerAndBounds, TheFrontWindowIsFirst,
                             AWindowThatIsGoneIsNotListed);
 
 } // namespace quillane::testing

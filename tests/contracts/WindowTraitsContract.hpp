@@ -14,7 +14,7 @@
 
 namespace quillane::testing {
 
-/// What every WindowTraits promises. The driver is made anew for each test, with a Qt application, and has:
+/// What every WindowTraits promises. The driver is constructed for each test, with a Qt application, and has:
 ///
 ///     WindowTraits& traits();
 ///     void showInFront(QWidget&);              // an ordinary window, which has the keyboard afterwards
@@ -23,7 +23,7 @@ namespace quillane::testing {
 template <typename Driver>
 class WindowTraitsContract : public ::testing::Test {
 protected:
-    /// A window with a field that takes what is typed.
+    /// A window with a text field.
     struct Window : QWidget {
         explicit Window(const QRect& frame) {
             setGeometry(frame);
@@ -38,7 +38,8 @@ protected:
         front.field.setFocus();
     }
 
-    /// Makes a new window a panel and opens it; false when it is not seen where it was put, or has no keys.
+    /// Makes a new window a panel and opens it; false when it does not appear in its position, or does not get the
+    /// keyboard.
     [[nodiscard]] bool openPanel(PanelKind kind) {
         panel.emplace(place);
         driver.traits().makePanel(*panel, kind);
@@ -77,7 +78,7 @@ TYPED_TEST_P(WindowTraitsContract, APanelIsWhereItIsPutAndHasNoTitle) {
 TYPED_TEST_P(WindowTraitsContract, ACardLeavesTheKeyboardWhereItIs) {
     this->showFront();
     ASSERT_TRUE(this->openPanel(PanelKind::card));
-    this->letTimePass(); // a desktop gives the keyboard to a new window a moment after it is seen
+    this->letTimePass(); // a desktop gives the keyboard to a new window a moment after it appears
     this->driver.typeLetter();
     EXPECT_TRUE(this->driver.waitUntil([&] { return this->front.field.text() == "v"; }));
     EXPECT_EQ(this->panel->field.text(), "");

@@ -13,7 +13,7 @@
 
 namespace quillane::testing {
 
-/// What every Workspace promises. The driver is made anew for each test, with no application open, and has:
+/// What every Workspace promises. The driver is constructed for each test, with no application open, and has:
 ///
 ///     Workspace& workspace();
 ///     static constexpr std::string_view first, second;  // bundle identifiers of two applications that it can open
@@ -37,7 +37,7 @@ protected:
 
 TYPED_TEST_SUITE_P(WorkspaceContract);
 
-TYPED_TEST_P(WorkspaceContract, TellsTheApplicationInFront) {
+TYPED_TEST_P(WorkspaceContract, ReportsTheApplicationInFront) {
     const auto first = this->driver.open(TypeParam::first);
     ASSERT_TRUE(this->comesToFront(first));
     EXPECT_EQ(this->driver.workspace().frontmostApplication()->bundleID, TypeParam::first);
@@ -126,7 +126,7 @@ TYPED_TEST_P(WorkspaceContract, AnApplicationBehindComesToTheFrontWhenAsked) {
     EXPECT_FALSE(this->driver.workspace().activateApplication(this->nobody));
 }
 
-REGISTER_TYPED_TEST_SUITE_P(WorkspaceContract, TellsTheApplicationInFront, GivesNoticeOfEachActivation,
+REGISTER_TYPED_TEST_SUITE_P(WorkspaceContract, ReportsTheApplicationInFront, GivesNoticeOfEachActivation,
                             KnowsWhichProcessesRun, ADroppedTokenEndsTheNotices,
                             FindsRunningApplicationsByTheirExactIdentifier, AnApplicationBehindComesToTheFrontWhenAsked,
                             AnApplicationThatIsAskedToQuitIsGone, AProcessThatDoesNotRunCannotBeAskedToQuit);

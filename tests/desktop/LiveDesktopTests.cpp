@@ -71,7 +71,7 @@ TEST(LiveDesktopEnd, LeavesNoProcessBehind) {
     EXPECT_FALSE(std::filesystem::exists(file));
 }
 
-TEST(ChildProcess, TellsTheExitCodeAndTheSignal) {
+TEST(ChildProcess, ReportsTheExitCodeAndTheSignal) {
     Command command;
     command.environment = currentEnvironment();
     command.arguments = {"sh", "-c", "echo out; echo err >&2; exit 3"};

@@ -104,7 +104,7 @@ TEST_F(DirectionCommandsTest, TargetIsAnApplicationWithDirectionCommands) {
     EXPECT_FALSE(commands.target());
 }
 
-/// A document in Writer, its window full of other things.
+/// A document in Writer, with many other elements in its window.
 class LibreOfficeDirectionTest : public DirectionCommandsTest {
 protected:
     LibreOfficeDirectionTest() {
@@ -236,7 +236,7 @@ TEST_F(LibreOfficeDirectionTest, ANewChordTakesThePlaceOfTheOneBefore) {
     EXPECT_EQ(countOf(ltr, "AXPress"), 1);
 }
 
-/// The helpers, on a tree of their own.
+/// The helpers, on a tree made for them.
 class AXHelpersTest : public DirectionTest {
 protected:
     AXHelpersTest() { openApplication("com.apple.TextEdit"); }

@@ -22,7 +22,7 @@ using fakes::FakeElement;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-/// A faked desktop with an application in front, and what the adapters say, in English.
+/// A faked desktop with an application in front, and the adapters' messages, in English.
 class DirectionTest : public ::testing::Test {
 protected:
     void openApplication(std::string_view bundleID) {

@@ -42,7 +42,7 @@ TEST_F(NativeDirectionTest, CannotCompleteCountsAsShown) {
     EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
 }
 
-TEST_F(NativeDirectionTest, AMenuThatCannotBeShownIsToldAtOnce) {
+TEST_F(NativeDirectionTest, AMenuThatCannotBeShownIsReportedAtOnce) {
     openChrome();
     showMenuResult = AXActionResult::failed;
     onShowMenu = [] {};
@@ -100,7 +100,7 @@ TEST_F(NativeDirectionTest, ASecondChordWhileOneRunsIsIgnored) {
     EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome"));
 }
 
-TEST_F(NativeDirectionTest, TakesTheMenuThatWasToldToHaveOpened) {
+TEST_F(NativeDirectionTest, TakesTheMenuThatWasAnnounced) {
     openChrome();
     auto& elsewhere = window->add("AXTable").add("AXMenu").withAction("AXCancel"); // where no search looks
     auto& line = elsewhere.add("AXMenuItem").with("AXDescription", "Writing Direction").add("AXMenu");
@@ -261,7 +261,7 @@ TEST_F(NativeDirectionTest, AnEditorWithoutASelectionIsNotTouched) {
     EXPECT_EQ(countOf(*editor, "AXShowMenu"), 0);
 }
 
-TEST_F(NativeDirectionTest, ACommandThatIsNotAppliedIsToldAndTheMenuClosed) {
+TEST_F(NativeDirectionTest, ACommandThatIsNotAppliedIsReportedAndTheMenuClosed) {
     openChrome();
     commands[2]->with("AXEnabled", false);
     apply();
@@ -330,7 +330,7 @@ TEST_F(NativeDirectionTest, AHangingApplicationEndsInTheHint) {
     EXPECT_THAT(said, ElementsAre("Place the cursor in an editable text field on the website"));
 }
 
-TEST_F(NativeDirectionTest, FieldsOfAPageThatAreNoEditorsGetTheHint) {
+TEST_F(NativeDirectionTest, FieldsOfAPageThatAreNotEditorsGetTheHint) {
     openChrome();
     const std::string hint = "Place the cursor in an editable text field on the website";
     editor->settable("AXValue", false).settable("AXSelectedText");

@@ -55,7 +55,7 @@ protected:
         EXPECT_FALSE(desktop.accessibility.isObserved(pid, "AXMenuOpened"));
     }
 
-    /// The attempt is over: the next one begins anew.
+    /// The attempt is over: the next one starts from the beginning.
     void expectNextAttemptWorks() {
         said.clear();
         menu->present(false);

@@ -21,7 +21,7 @@ protected:
         focus(*body);
     }
 
-    /// The buttons go behind the overflow button, and come in a popover that is not open yet.
+    /// The buttons move behind the overflow button, into a popover that is not open yet.
     void narrow() {
         toolbar->with("AXTitle", std::string()).with("AXDescription", std::string("Formatting Toolbar"));
         rtl->present(false);
@@ -58,7 +58,7 @@ TEST_F(OutlookDirectionTest, PressesTheButtonOfTheToolbar) {
     EXPECT_EQ(countOf(*ltr, "AXPress"), 1);
 }
 
-TEST_F(OutlookDirectionTest, AButtonThatFailsIsTold) {
+TEST_F(OutlookDirectionTest, AButtonThatFailsIsReported) {
     rtl->with("AXEnabled", false);
     apply();
     EXPECT_THAT(said, ElementsAre("Outlook did not apply the direction command"));
@@ -144,7 +144,7 @@ TEST_F(OutlookDirectionTest, LooksForThePopoverEightTimes) {
     EXPECT_EQ(desktop.queue.timerCount(), 0U);
 }
 
-TEST_F(OutlookDirectionTest, AnOverflowThatIsMissingOrFailsIsTold) {
+TEST_F(OutlookDirectionTest, AnOverflowThatIsMissingOrFailsIsReported) {
     narrow();
     overflow->with("AXEnabled", false);
     apply();

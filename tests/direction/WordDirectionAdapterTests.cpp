@@ -54,7 +54,7 @@ TEST_F(WordDirectionTest, PressesTheButtonOfTheDirection) {
     }
 }
 
-TEST_F(WordDirectionTest, ADisabledButtonIsTold) {
+TEST_F(WordDirectionTest, ADisabledButtonIsReported) {
     rtl->with("AXEnabled", false);
     adapter.apply(WritingDirection::rightToLeft);
     EXPECT_THAT(said, ElementsAre("Word cannot change direction in this document"));

@@ -115,7 +115,7 @@ void FakeElement::answer(bool answers) {
     }
 }
 
-/// A reference: the element, and the time-out that this reference and those read from it are asked with.
+/// A reference: the element, and the timeout of this reference and those read from it.
 class FakeAccessibility::Handle final : public AXElement::Handle {
 public:
     Handle(pid_t application, FakeElement* referred, std::optional<std::chrono::milliseconds> bound)
@@ -126,7 +126,7 @@ public:
         return same != nullptr && same->pid == pid && same->element == element;
     }
 
-    pid_t pid;            ///< of an application's own reference, which is there before its tree is; else zero
+    pid_t pid;            ///< of an application's own reference, which exists before its tree; otherwise zero
     FakeElement* element; ///< none in an application's own reference
     std::optional<std::chrono::milliseconds> timeout;
 };

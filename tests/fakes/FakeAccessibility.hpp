@@ -36,10 +36,10 @@ public:
     FakeElement& without(const std::string& attribute);
     FakeElement& settable(const std::string& attribute, bool settable = true);
 
-    /// An attribute that takes what is written and keeps its value all the same.
+    /// An attribute that accepts writes and keeps its value all the same.
     FakeElement& ignoringWrites(const std::string& attribute);
 
-    /// Gives the element an action. Without an effect it is done and nothing happens.
+    /// Gives the element an action. Without an effect it succeeds and does nothing.
     FakeElement& withAction(const std::string& name, Effect effect = {});
 
     /// Whether the element is in the tree at all: its parent does not list an absent one, and calls on it and on what
@@ -84,7 +84,7 @@ private:
 /// The value of an application's own kind: equal to those with the same text.
 [[nodiscard]] AXOpaqueValue fakeOpaqueValue(std::string text);
 
-/// Accessibility over trees that a test builds. It records each call with the time-out that held for it. Every
+/// Accessibility over trees that a test builds. It records each call with the timeout that applied to it. Every
 /// application has a menu bar, as on macOS: its menus are closed, yet whoever walks into it finds them and their items,
 /// and items by which paragraphs are turned are among them.
 class FakeAccessibility final : public Accessibility {
@@ -122,16 +122,16 @@ public:
 
     [[nodiscard]] bool isAsleep(pid_t pid) const { return asleep_.contains(pid); }
 
-    /// The root of an application's tree, made when it is first asked for. An application without one gives no answers.
+    /// The root of an application's tree, made on first use. An application without one does not answer.
     FakeElement& tree(pid_t pid);
 
-    /// The application hangs: no element of its tree gives an answer any more.
+    /// The application hangs: no element of its tree answers any more.
     void stopAnswering(pid_t pid);
 
-    /// It goes on, with every element of its tree.
+    /// It resumes, with every element of its tree.
     void answerAgain(pid_t pid);
 
-    /// Puts the keyboard focus of the application on the element; none takes it away.
+    /// Puts the keyboard focus of the application on the element; none removes it.
     void focus(pid_t pid, FakeElement* element);
 
     /// The application sends a notification, as from the main queue.

@@ -11,7 +11,7 @@
 
 namespace quillane::fakes {
 
-/// The applications that a test has installed. It answers on the main queue, as the real one does.
+/// The applications that a test has installed. Answers on the main queue, like the real one.
 class FakeApplicationCatalog final : public ApplicationCatalog {
 public:
     explicit FakeApplicationCatalog(MainQueue& queue) : queue_(queue) {}

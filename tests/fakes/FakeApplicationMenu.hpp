@@ -57,7 +57,7 @@ public:
 
     [[nodiscard]] const std::vector<StandardCommand>& standardCommands() const { return standardCommands_; }
 
-    Journal* journal = nullptr; ///< none: nothing is written down
+    Journal* journal = nullptr; ///< none: nothing is recorded
 
 private:
     std::vector<ApplicationSubmenu> menus_;

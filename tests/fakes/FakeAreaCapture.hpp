@@ -46,10 +46,10 @@ public:
     /// The user cancels, or has selected.
     void end() { selecting_.reset(); }
 
-    /// The language of the selection under way.
+    /// The language of the current selection.
     [[nodiscard]] std::optional<core::AppLanguage> selecting() const { return selecting_; }
 
-    /// How often a selection has been asked for, successfully.
+    /// The number of successful requests for a selection.
     [[nodiscard]] int starts() const { return starts_; }
 
     [[nodiscard]] int settingsShown() const { return settingsShown_; }

@@ -132,7 +132,7 @@ public:
     /// Releases every key and modifier that is held.
     FakeDesktop& releaseAll();
 
-    /// From now on each fake writes the calls that it receives into the journal.
+    /// From now on each fake records its calls in the journal.
     FakeDesktop& keepJournal(Journal& journal);
 
     // What came out.

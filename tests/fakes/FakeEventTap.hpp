@@ -11,8 +11,8 @@
 
 namespace quillane::fakes {
 
-/// An event tap that a test feeds. It refuses what a real one refuses: it is not created without the permission, hears
-/// nothing while it is disabled, sees no keys but modifiers while secure input is on, and replaces text only of keys
+/// An event tap that a test feeds. It refuses what a real one refuses: it is not created without the permission,
+/// receives nothing while it is disabled, receives only modifiers during secure input, and replaces text only of keys
 /// that were named before.
 class FakeEventTap final : public EventTap {
 public:
@@ -30,7 +30,7 @@ public:
     /// The system disables the tap and says so through it, as it does with a slow receiver.
     void disable(EventType reason = EventType::tapDisabledByTimeout);
 
-    /// Asked when a tap is created; without permission there is none. One that exists is left alone.
+    /// Checked when a tap is created; without permission there is none. An existing one is not affected.
     void permitWhen(std::function<bool()> permitted) { permitted_ = std::move(permitted); }
 
     /// Asked for each key: while it holds, as while secure input is on (TN2150), keys are pressed and released unseen.
@@ -50,7 +50,7 @@ public:
 
     [[nodiscard]] const std::set<core::KeyCode>& replaceableKeys() const { return replaceableKeys_; }
 
-    Journal* journal = nullptr; ///< none: nothing is written down
+    Journal* journal = nullptr; ///< none: nothing is recorded
 
 private:
     void receive(InputEvent& event);

@@ -9,7 +9,7 @@
 
 namespace quillane::fakes {
 
-/// Asks the real disk inside the call, or, while a test says that it is away, when it is back.
+/// Asks the real disk inside the call or, while a test makes it unreachable, when it is back.
 class FakeFileExaminer {
 public:
     [[nodiscard]] core::FileExaminer examiner() {

@@ -37,7 +37,7 @@ public:
         });
     }
 
-    /// The user presses it; false when nobody here has it.
+    /// The user presses it; false when it is not registered here.
     bool press(const HotKey& key) {
         const auto found = std::ranges::find(*registered_, key, &Registered::key);
         if (found == registered_->end()) {

@@ -29,10 +29,10 @@ public:
     /// Replaces the list; the first source is in use then.
     void setEnabled(std::vector<InputSource> sources);
 
-    /// The user switches by the system's own means. The source need not be in the list.
+    /// The user switches through the system. The source need not be in the list.
     void switchFromOutside(InputSource source);
 
-    /// Whether the system tells the list, and the source in use.
+    /// Whether the system reports the list, and the source in use.
     void setListReadable(bool readable) { listReadable_ = readable; }
 
     void setCurrentReadable(bool readable) { currentReadable_ = readable; }
@@ -42,13 +42,13 @@ public:
 
     void setSwitchedBySystemShortcut(bool switched) { switchedBySystemShortcut_ = switched; }
 
-    /// How often a source was selected with success.
+    /// The number of successful selections of a source.
     [[nodiscard]] int selectCount() const { return selectCount_; }
 
     /// How often the source in use was read.
     [[nodiscard]] int currentReadCount() const { return currentReadCount_; }
 
-    Journal* journal = nullptr; ///< none: nothing is written down
+    Journal* journal = nullptr; ///< none: nothing is recorded
     bool settings = true;       ///< the desktop's settings have a page for input sources
     int openings = 0;           ///< how often it was shown
 

@@ -20,7 +20,7 @@ public:
 
     void release(core::KeyCode keyCode) { down_.erase(keyCode); }
 
-    /// As where posted keys say themselves which modifiers are held.
+    /// As where posted keys carry their own modifiers.
     [[nodiscard]] bool postKey(pid_t pid, core::KeyCode keyCode, core::EventFlags flags) override {
         if (!refusesKeys) {
             posted.push_back({pid, keyCode, flags});

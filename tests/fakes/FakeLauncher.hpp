@@ -9,7 +9,7 @@
 
 namespace quillane::fakes {
 
-/// Notes what is started, and starts nothing.
+/// Records what is started, and starts nothing.
 class FakeLauncher final : public Launcher {
 public:
     bool launch(const core::ProcessCommand& command) override {

@@ -10,7 +10,7 @@
 
 namespace quillane::fakes {
 
-/// A list of login items with one entry at most. The public fields are what the system and the user do.
+/// A list of login items with at most one entry. The public fields stand for the actions of the system and the user.
 class FakeLoginItemService final : public LoginItemService {
 public:
     [[nodiscard]] LoginItemStatus status() const override {
@@ -44,7 +44,7 @@ public:
 
     void openSettings() override { ++openings; }
 
-    Journal* journal = nullptr; ///< none: nothing is written down
+    Journal* journal = nullptr; ///< none: nothing is recorded
     LoginItemStatus current = LoginItemStatus::notRegistered;
     LoginItemStatus statusAfterFailure = LoginItemStatus::notRegistered;
     bool fails = false;

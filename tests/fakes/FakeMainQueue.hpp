@@ -24,7 +24,7 @@ public:
     /// Runs everything posted, and what that posts, in order. Throws when the tasks never come to an end.
     void runPosted();
 
-    /// Moves the clock on, and runs on the way each delayed task and tick at its own time, posted tasks before it.
+    /// Advances the clock and runs each delayed task and tick at its own time, after the tasks posted before it.
     void advance(std::chrono::milliseconds time);
 
     /// Timers are late and fire together from now on, only at multiples of the interval, as those of a program that
@@ -40,7 +40,7 @@ public:
     /// Time since the queue was made.
     [[nodiscard]] std::chrono::milliseconds now() const { return now_; }
 
-    Journal* journal = nullptr; ///< none: nothing is written down
+    Journal* journal = nullptr; ///< none: nothing is recorded
 
 private:
     struct Timer {

@@ -92,10 +92,10 @@ public:
         items_ = {{{{std::string(core::pasteboardTypes::string), std::move(text)}}, {}}};
     }
 
-    /// The system refuses what is written from now on.
+    /// The system refuses writes from now on.
     void refuseWrites() { refusesWrites_ = true; }
 
-    /// Runs whenever data is read, as an application that copies meanwhile does.
+    /// Runs whenever data is read, like an application that copies meanwhile.
     void onRead(std::function<void()> callback) { onRead_ = std::move(callback); }
 
     [[nodiscard]] std::vector<std::string> ownTypes() const override {
@@ -127,14 +127,14 @@ public:
 
     [[nodiscard]] int reads() const { return reads_; }
 
-    /// The types whose text was asked for, in order.
+    /// The types whose text was requested, in order.
     [[nodiscard]] const std::vector<std::string>& stringsRead() const { return stringsRead_; }
 
     [[nodiscard]] int clears() const { return clears_; }
 
     [[nodiscard]] const Interest& interest() const { return interest_; }
 
-    /// Copies give notice from now on, as on a desktop that tells of them.
+    /// Copies are announced from now on, as on a desktop that announces them.
     void tellOfChanges() { tellsOfChanges_ = true; }
 
     core::Subscription onChanged(std::function<void()> callback) override {
@@ -209,7 +209,7 @@ public:
         interest_ = std::move(interest);
     }
 
-    Journal* journal = nullptr; ///< none: nothing is written down
+    Journal* journal = nullptr; ///< none: nothing is recorded
 
 private:
     core::Listeners<> changes_;

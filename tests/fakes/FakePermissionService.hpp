@@ -42,7 +42,7 @@ public:
     /// The permissions are switched on by a request, as on Linux.
     void grantOnRequest() { grantedInSettings_ = false; }
 
-    /// Requests are not carried out, or not yet: only `grant` grants.
+    /// Requests have no effect, or not yet: only `grant` grants.
     void ignoreRequests() { ignoresRequests_ = true; }
 
     /// The desktop's settings have no page for the permission.
@@ -52,13 +52,13 @@ public:
 
     void revoke(core::MacPermission permission) { granted_.erase(permission); }
 
-    /// The permissions that were asked for, in order.
+    /// The permissions that were requested, in order.
     [[nodiscard]] const std::vector<core::MacPermission>& requests() const { return requests_; }
 
     /// The permissions whose settings were opened, in order.
     [[nodiscard]] const std::vector<core::MacPermission>& opened() const { return opened_; }
 
-    Journal* journal = nullptr; ///< none: nothing is written down
+    Journal* journal = nullptr; ///< none: nothing is recorded
 
 private:
     bool grantedInSettings_ = true;

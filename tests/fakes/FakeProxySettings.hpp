@@ -10,7 +10,7 @@
 
 namespace quillane::fakes {
 
-/// The same proxy for every URL. Remembers what was asked.
+/// The same proxy for every URL. Records the queries.
 class FakeProxySettings final : public ProxySettings {
 public:
     explicit FakeProxySettings(std::optional<std::string> proxy = std::string()) : proxy_(std::move(proxy)) {}

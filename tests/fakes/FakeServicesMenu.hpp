@@ -21,7 +21,7 @@ public:
 
     [[nodiscard]] bool isOffered() const { return share_ != nullptr; }
 
-    /// What another program does with its selection; the error that it is told.
+    /// Another program shares its selection; returns the error that it gets.
     std::optional<std::string> chooseShare(const std::vector<std::string>& urls) {
         if (!share_) {
             throw std::logic_error("Nobody provides this service");
@@ -40,7 +40,7 @@ public:
 
     bool canHaveUserEntry = false;        ///< as where the file manager takes an entry from its user only
     std::optional<std::string> userEntry; ///< its title
-    Journal* journal = nullptr;           ///< none: nothing is written down
+    Journal* journal = nullptr;           ///< none: nothing is recorded
 
 private:
     Share share_;

@@ -44,7 +44,7 @@ public:
         return losses_.subscribe(std::move(callback));
     }
 
-    /// Who keeps the assertion of this kind has gone. Throws when none is held.
+    /// The holder of the assertion of this kind has gone. Throws when none is held.
     void lose(Kind kind, std::int32_t code) {
         const auto found = std::ranges::find(held_, kind, &std::pair<const core::SleepAssertionID, Kind>::second);
         if (found == held_.end()) {
@@ -59,7 +59,7 @@ public:
 
     void allowAll() { refusals_.clear(); }
 
-    /// What is held now.
+    /// What is currently held.
     [[nodiscard]] std::multiset<Kind> held() const {
         std::multiset<Kind> kinds;
         for (const auto& [assertion, kind] : held_) {
@@ -68,12 +68,12 @@ public:
         return kinds;
     }
 
-    /// Every kind that was asked for, and every kind that was released, in order.
+    /// Every kind that was requested, and every kind that was released, in order.
     [[nodiscard]] const std::vector<Kind>& asked() const { return asked_; }
 
     [[nodiscard]] const std::vector<Kind>& released() const { return released_; }
 
-    Journal* journal = nullptr; ///< none: nothing is written down
+    Journal* journal = nullptr; ///< none: nothing is recorded
 
 private:
     core::Listeners<core::SleepAssertionID, core::SleepAssertionError> losses_;

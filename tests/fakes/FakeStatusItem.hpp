@@ -34,7 +34,7 @@ public:
     /// Chooses the row as a user would. Throws when it cannot be chosen: no item, or disabled.
     void click(std::string_view title);
 
-    Journal* journal = nullptr; ///< none: nothing is written down
+    Journal* journal = nullptr; ///< none: nothing is recorded
 
     void setVisible(bool visible) { visible_ = visible; }
 

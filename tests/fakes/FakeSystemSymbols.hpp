@@ -10,7 +10,7 @@
 
 namespace quillane::fakes {
 
-/// Symbols that are plain discs, for the names that the desktop is said to have.
+/// Symbols that are plain discs, for the names that a test makes available.
 class FakeSystemSymbols final : public SystemSymbols {
 public:
     explicit FakeSystemSymbols(std::set<std::string, std::less<>> names = {"globe", "icloud.and.arrow.up"})

@@ -40,14 +40,14 @@ public:
         return changed.subscribe(std::move(callback));
     }
 
-    /// The check that runs has come to its end.
+    /// The running check has ended.
     void finish(core::Date now) {
         checking = false;
         checked = now;
         changed.notify();
     }
 
-    Journal* journal = nullptr; ///< none: nothing is written down
+    Journal* journal = nullptr; ///< none: nothing is recorded
     bool key = true;
     int starts = 0;
     int checks = 0;

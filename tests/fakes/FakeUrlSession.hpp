@@ -63,7 +63,7 @@ public:
 
     [[nodiscard]] Transfer& last() const { return *transfers.at(transfers.size() - 1); }
 
-    Journal* journal = nullptr;                       ///< none: nothing is written down
+    Journal* journal = nullptr;                       ///< none: nothing is recorded
     std::vector<std::shared_ptr<Transfer>> transfers; ///< shared with the sessions, which tests outlive
 
 private:

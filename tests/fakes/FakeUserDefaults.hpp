@@ -48,7 +48,7 @@ public:
         values.insert_or_assign(std::string(key), std::move(value));
     }
 
-    Journal* journal = nullptr; ///< none: nothing is written down
+    Journal* journal = nullptr; ///< none: nothing is recorded
     Value::Dictionary values;   ///< what is stored; tests may put anything there
     int writes = 0;             ///< calls that changed something
 

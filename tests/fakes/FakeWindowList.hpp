@@ -30,7 +30,7 @@ public:
         std::erase_if(windows_, [pid](const OnScreenWindow& window) { return window.pid == pid; });
     }
 
-    /// Answers what was asked while `late` was set.
+    /// Answers the questions that came while `late` was set.
     void answer() {
         for (auto& handler : std::exchange(waiting_, {})) {
             handler(windows_);

@@ -9,7 +9,7 @@ namespace quillane::fakes {
 
 void FakeWindowTraits::makePanel(QWidget& window, PanelKind kind) {
     panels.emplace_back(&window, kind);
-    // Off the screen, where tests show it, Qt gives the keyboard to every window but a tool tip.
+    // Offscreen, as in tests, Qt gives the keyboard to every window but a tool tip.
     window.setWindowFlags((kind == PanelKind::card ? Qt::ToolTip | Qt::WindowDoesNotAcceptFocus : Qt::Tool) |
                           Qt::FramelessWindowHint);
 }

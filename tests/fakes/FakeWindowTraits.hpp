@@ -11,7 +11,7 @@
 
 namespace quillane::fakes {
 
-/// Records what was asked of the desktop.
+/// Records the requests to the desktop.
 class FakeWindowTraits final : public WindowTraits {
 public:
     [[nodiscard]] KeyNumbering keyNumbering() const override { return numbering; }
@@ -23,7 +23,7 @@ public:
 
     void activateApplication() override { ++activations; }
 
-    /// Makes it a panel as far as Qt alone can.
+    /// Makes it a panel as far as Qt can.
     void makePanel(QWidget& window, PanelKind kind) override;
 
     std::vector<std::pair<QWidget*, PanelKind>> panels; ///< the windows that were made panels, in order
@@ -32,7 +32,7 @@ public:
     [[nodiscard]] const std::vector<ActivationPolicy>& policies() const { return policies_; }
 
     KeyNumbering numbering = KeyNumbering::x11;
-    Journal* journal = nullptr; ///< none: nothing is written down
+    Journal* journal = nullptr; ///< none: nothing is recorded
     int activations = 0;        ///< how often the program was brought to the front
 
 private:

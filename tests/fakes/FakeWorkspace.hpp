@@ -32,7 +32,7 @@ public:
     core::Subscription onDidWake(std::function<void()> callback) override;
     core::Subscription onDidReopen(std::function<void()> callback) override;
 
-    /// Opens an application behind the others and returns its process identifier, which no other one had before.
+    /// Opens an application behind the others and returns its new process identifier.
     pid_t open(std::optional<std::string> bundleID, std::string name = {});
 
     /// Brings an application to the front and gives notice. Throws when it does not run.
@@ -41,10 +41,10 @@ public:
     /// The application quits by itself; nothing is in front when it was.
     void quit(pid_t pid);
 
-    /// The application calls itself otherwise from now on.
+    /// The application has another name from now on.
     void setBundleID(pid_t pid, std::optional<std::string> bundleID);
 
-    /// The desktop itself comes to the front: no application is there.
+    /// The desktop itself comes to the front: there is no application in front.
     void activateNothing();
 
     void wake() { woke_.notify(); }
@@ -73,9 +73,9 @@ public:
     /// Makes applications ignore the request to quit.
     void setRefusesTermination(bool refuses) { refusesTermination_ = refuses; }
 
-    Journal* journal = nullptr; ///< none: nothing is written down
+    Journal* journal = nullptr; ///< none: nothing is recorded
 
-    /// The processes that were asked to quit with success, in order.
+    /// The processes that were successfully asked to quit, in order.
     [[nodiscard]] const std::vector<pid_t>& terminated() const { return terminated_; }
 
 private:

@@ -91,7 +91,7 @@ TEST_F(FileShareModelTest, WithoutAServerNothingIsSent) {
     EXPECT_EQ(transfer().request->url.absoluteString(), "http://nas/file.txt");
 }
 
-TEST_F(FileShareModelTest, CancellingIsNoFailure) {
+TEST_F(FileShareModelTest, CancellingIsNotAFailure) {
     model_->start();
     model_->cancel();
     EXPECT_EQ(model_->state(), State(FileShareModel::Cancelled{}));
@@ -153,7 +153,7 @@ TEST_F(FileShareModelTest, ARunningUploadDoesNotKeepItAlive) {
     EXPECT_TRUE(transfer().destroyed);
 }
 
-TEST_F(FileShareModelTest, EveryChangeIsTold) {
+TEST_F(FileShareModelTest, EveryChangeIsAnnounced) {
     int changes = 0;
     QObject::connect(model_.get(), &FileShareModel::changed, [&] { ++changes; });
     model_->start();
@@ -166,7 +166,7 @@ TEST_F(FileShareModelTest, EveryChangeIsTold) {
     EXPECT_EQ(changes, 4);
 }
 
-TEST(TransferRate, TellsSpeedAndTimeLeft) {
+TEST(TransferRate, EstimatesSpeedAndTimeLeft) {
     TransferRate rate;
     const TransferRate::Time begin;
     EXPECT_FALSE(rate.estimate(1000));

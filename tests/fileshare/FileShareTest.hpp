@@ -23,7 +23,7 @@
 
 namespace quillane {
 
-/// Sharing files with everything around it faked; windows are drawn off the screen.
+/// Sharing files with everything around it faked; windows are drawn offscreen.
 class FileShareTest : public ::testing::Test {
 protected:
     FileShareTest() {
@@ -39,10 +39,10 @@ protected:
         transfer().complete(core::UrlResponse{201});
     }
 
-    /// Lets windows that have closed go.
+    /// Destroys closed windows.
     static void runDeferred() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
 
-    /// What the desktop looks like from now on.
+    /// Sets the appearance of the desktop.
     static void useDark(bool dark) {
         QPalette palette;
         palette.setColor(QPalette::Window, dark ? QColor(30, 31, 34) : QColor(240, 240, 240));

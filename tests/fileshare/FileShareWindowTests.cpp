@@ -59,8 +59,8 @@ protected:
 
     ~FileShareWindowTest() override { useDark(false); }
 
-    /// Draws the window in every language, light and dark, into files for whoever wants to look, and finds no text cut
-    /// off, no button that is hard to read, and a name on everything that takes the focus.
+    /// Draws the window in every language, light and dark, into files to look at. Checks that no text is cut off, that
+    /// every button is legible, and that everything that takes the focus has a name.
     void expectFits(FileShareWindow& window, const std::string& name) {
         for (const bool dark : {true, false}) {
             useDark(dark);
@@ -95,7 +95,7 @@ protected:
         }
     }
 
-    /// What a reader (zbarimg) sees in a picture of the window.
+    /// The text that a reader (zbarimg) decodes from a picture of the window.
     [[nodiscard]] std::string readQrCode(FileShareWindow& window) const {
         const auto picture = files_.folder() / "window.png";
         EXPECT_TRUE(window.grab().save(QString::fromStdString(picture)));
@@ -129,7 +129,7 @@ TEST_F(FileShareWindowTest, ShowsTheUpload) {
     expectFits(window, "waiting");
 }
 
-TEST_F(FileShareWindowTest, TellsHowFastItIsAndHowLongItTakes) {
+TEST_F(FileShareWindowTest, ShowsSpeedAndTimeLeft) {
     using namespace std::chrono_literals;
     file_ = files_.url("film.mov", std::string(1000000, 'x'));
     auto& window = open();

@@ -37,7 +37,7 @@ TEST_F(KeyboardMonitorTest, AChordHeldAcrossASwitchNeverFires) {
     EXPECT_THAT(chords(), ElementsAre("direction RTL"));
 }
 
-TEST_F(KeyboardMonitorTest, AKeyHeldAcrossASwitchIsNoPartOfAChord) {
+TEST_F(KeyboardMonitorTest, AKeyHeldAcrossASwitchCompletesNoChord) {
     start();
     desktop.press(Modifier::leftControl).switchTo("com.apple.Notes").press(Modifier::rightShift).releaseAll();
     EXPECT_THAT(chords(), IsEmpty());

@@ -33,7 +33,7 @@ TEST_F(KeyboardMonitorTest, WithoutThePermissionItDoesNotStart) {
     EXPECT_FALSE(monitor->isRunning());
 }
 
-TEST_F(KeyboardMonitorTest, ATapThatIsNotEnabledIsNoStart) {
+TEST_F(KeyboardMonitorTest, StartFailsWithATapThatIsNotEnabled) {
     desktop.tap.setStartsDisabled(true);
     EXPECT_FALSE(monitor->start());
     EXPECT_FALSE(monitor->isRunning());
@@ -80,7 +80,7 @@ TEST_F(KeyboardMonitorTest, ALanguageChordHeldAtTheStartDoesNotFire) {
     EXPECT_THAT(chords(), ElementsAre("language switch"));
 }
 
-TEST_F(KeyboardMonitorTest, AKeyHeldAtTheStartIsNoPartOfAChord) {
+TEST_F(KeyboardMonitorTest, AKeyHeldAtTheStartCompletesNoChord) {
     desktop.press(Modifier::leftControl);
     start();
     desktop.press(Modifier::rightShift).releaseAll();
@@ -105,7 +105,7 @@ TEST_F(KeyboardMonitorTest, WorksWithoutHandlers) {
     EXPECT_THAT(taken(), IsEmpty());
 }
 
-// What the tap has to take away from applications.
+// The keys that the tap holds back from applications.
 
 TEST_F(KeyboardMonitorTest, LetterKeysAreReplaceableWhileTemporaryEnglishIsOn) {
     const auto keys = core::shiftEnglish::keyCodes();
@@ -167,7 +167,7 @@ TEST_F(KeyboardMonitorTest, TheFirstKeyEventIsReportedOnce) {
     EXPECT_THAT(taken(), IsEmpty());
 }
 
-TEST_F(KeyboardMonitorTest, ClicksAndScrollingAreNoKeyboardActivity) {
+TEST_F(KeyboardMonitorTest, ClicksAndScrollingAreNotKeyboardActivity) {
     start();
     desktop.click().scroll();
     EXPECT_FALSE(monitor->keyboardEventsObserved());
@@ -213,7 +213,7 @@ TEST_F(KeyboardMonitorTest, ReleasesAndModifiersDoNotInterrupt) {
     EXPECT_THAT(taken(), IsEmpty());
 }
 
-// When nothing is to be done.
+// When there is nothing to do.
 
 TEST_F(KeyboardMonitorTest, PausedItLeavesEverythingAlone) {
     desktop.withInputSources({fakes::hebrew()}).withFocusedTextField();
@@ -264,7 +264,7 @@ TEST_F(KeyboardMonitorTest, TheViewerOfAnotherScreenInterruptsWithEveryEvent) {
     EXPECT_THAT(taken(), ElementsAre("activity", "interruption", "interruption", "interruption"));
 }
 
-TEST_F(KeyboardMonitorTest, AnEventInTheViewerDropsWhatWasNotDelivered) {
+TEST_F(KeyboardMonitorTest, AnEventInTheViewerDropsPendingDeliveries) {
     desktop.switchTo("com.apple.ScreenSharing");
     change([](auto& options) { options.excludeScreenSharing = false; });
     start();

@@ -14,7 +14,7 @@
 
 namespace quillane::testing {
 
-/// A faked desktop with a keyboard monitor on it, which has every feature on and is not started.
+/// A faked desktop with a keyboard monitor that has every feature on and is not started.
 class MonitoredDesktop {
 public:
     MonitoredDesktop() {
@@ -33,7 +33,7 @@ public:
     MonitoredDesktop(const MonitoredDesktop&) = delete;
     MonitoredDesktop& operator=(const MonitoredDesktop&) = delete;
 
-    /// Changes the options and tells the monitor.
+    /// Changes the options and passes them to the monitor.
     template <typename Change>
     void change(Change change) {
         change(switches);
@@ -56,7 +56,7 @@ public:
     fakes::FakeDesktop desktop;
     RTLInput input{desktop.inputSources, desktop.accessibility, desktop.workspace};
     core::FeatureOptions switches;
-    std::unique_ptr<KeyboardMonitor> monitor; ///< until a test lets it go, and nobody may touch it then
+    std::unique_ptr<KeyboardMonitor> monitor; ///< until a test releases it; it must not be touched afterwards
     std::vector<std::string> handled;
 };
 

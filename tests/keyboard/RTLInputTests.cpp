@@ -60,7 +60,7 @@ TEST_F(RTLInputTest, ASettableSelectedTextIsEnough) {
     EXPECT_TRUE(editable());
 }
 
-TEST_F(RTLInputTest, WhatCannotBeTypedIntoIsNot) {
+TEST_F(RTLInputTest, AReadOnlyElementIsNotEditable) {
     focus(tree().add("AXTextField").with("AXEnabled", true));
     EXPECT_FALSE(editable()) << "nothing settable";
     focus(tree().addTextField().with("AXEnabled", false));
@@ -86,12 +86,12 @@ TEST_F(RTLInputTest, TheNumbersZeroAndOneAreFlags) {
     EXPECT_FALSE(editable()) << "another number";
 }
 
-TEST_F(RTLInputTest, APasswordFieldIsNot) {
+TEST_F(RTLInputTest, APasswordFieldIsNotEditable) {
     desktop.withFocusedPasswordField();
     EXPECT_FALSE(editable());
 }
 
-TEST_F(RTLInputTest, WithoutAFocusNothingIs) {
+TEST_F(RTLInputTest, NothingIsEditableWithoutAFocus) {
     EXPECT_FALSE(editable()) << "no tree";
     desktop.accessibility.focus(desktop.frontPid(), nullptr);
     EXPECT_FALSE(editable()) << "no focus";
@@ -99,7 +99,7 @@ TEST_F(RTLInputTest, WithoutAFocusNothingIs) {
     EXPECT_FALSE(editable()) << "a focus that is no element";
 }
 
-TEST_F(RTLInputTest, AFailureIsNot) {
+TEST_F(RTLInputTest, AFailureIsNotEditable) {
     auto& field = tree().addTextField();
     focus(field);
     field.failing();
@@ -169,12 +169,12 @@ TEST_F(MailInputTest, TheSubjectIsEditableAsAnyField) {
     EXPECT_TRUE(editable());
 }
 
-TEST_F(MailInputTest, AMessageBeingReadIsNot) {
+TEST_F(MailInputTest, AMessageBeingReadIsNotEditable) {
     body();
     EXPECT_FALSE(editable());
 }
 
-TEST_F(MailInputTest, ABodyThatCannotBeWrittenOrIsDisabledIsNot) {
+TEST_F(MailInputTest, AReadOnlyOrDisabledBodyIsNotEditable) {
     subject(*window);
     body().settable("AXSelectedText", false);
     EXPECT_FALSE(editable());
@@ -185,7 +185,7 @@ TEST_F(MailInputTest, ABodyThatCannotBeWrittenOrIsDisabledIsNot) {
     EXPECT_TRUE((body(), editable()));
 }
 
-TEST_F(MailInputTest, WithoutAWindowItIsNot) {
+TEST_F(MailInputTest, IsNotEditableWithoutAWindow) {
     subject(*window);
     body().without("AXWindow");
     EXPECT_FALSE(editable());
@@ -234,7 +234,7 @@ TEST_F(MailInputTest, OtherElementsAreNotSearchedFor) {
     EXPECT_LT(desktop.accessibility.calls().size(), 12U);
 }
 
-TEST_F(MailInputTest, InAnotherApplicationAWebAreaIsNot) {
+TEST_F(MailInputTest, AWebAreaOfAnotherApplicationIsNotEditable) {
     desktop.withFrontApplication("com.apple.Mail");
     window = &tree().add("AXWindow");
     subject(*window);

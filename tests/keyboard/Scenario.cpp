@@ -29,7 +29,7 @@ const std::map<std::string, bool core::FeatureOptions::*, std::less<>> options{
     {"paused", &core::FeatureOptions::paused},
 };
 
-/// The value under the word. A word that is not in the table is a mistake in the scenario.
+/// The value of the word. An unknown word is a mistake in the scenario.
 template <typename Table>
 const auto& named(const Table& table, const std::string& word) {
     const auto found = table.find(word);

@@ -15,8 +15,8 @@ namespace quillane::testing {
 /// A long interaction in plain text: one command a line, as scenarios/README.md describes them.
 class Scenario {
 public:
-    /// Carries out every line of the file, and the check at its end. The first line that does not hold ends it.
-    /// Returns what went wrong, with the line, or an empty text.
+    /// Runs every line of the file, and the check at its end. Stops at the first failure. Returns what went wrong, with
+    /// the line, or an empty text.
     [[nodiscard]] static std::string run(const std::filesystem::path& file);
 
 private:

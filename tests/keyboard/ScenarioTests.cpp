@@ -54,7 +54,7 @@ std::string runText(const std::string& text) {
 
 const std::string ready = "front com.apple.TextEdit\nsources hebrew\nfocus text\nstart\n";
 
-TEST(ScenarioRunner, TellsTheLineThatDoesNotHold) {
+TEST(ScenarioRunner, ReportsTheFailingLine) {
     const auto chord = ready + "press left-control right-shift\nrelease left-control right-shift\n";
     EXPECT_EQ(runText(chord + "expect direction RTL\n"), "");
     EXPECT_EQ(runText(chord + "expect direction LTR\n"),

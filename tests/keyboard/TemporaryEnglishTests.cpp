@@ -27,7 +27,7 @@ protected:
         EXPECT_TRUE(monitor->start());
     }
 
-    /// The texts that the events of the key went on with, in order: "-" for its own.
+    /// The texts that the key's events were passed on with, in order: "-" for its own.
     [[nodiscard]] std::string textsOf(core::KeyCode key) const {
         std::string texts;
         for (const auto& event : desktop.delivered()) {

@@ -41,7 +41,7 @@ TEST(FileManagers, ADoubleClickNeverSharesAFile) {
 
 TEST(DesktopEntry, CommentAndKeywordsStandInThreeLanguages) {
     const auto text = contentOf(std::filesystem::path(QUILLANE_PACKAGING) / "linux" / "com.quillane.app.desktop");
-    // What the program does, and words of it that somebody may look for.
+    // What the program does, and words that a user may search for.
     for (const auto* line : {"\nComment=Keyboard and writing direction for Hebrew", "\nComment[he]=מקלדת וכיוון כתיבה",
                              "\nComment[ar]=لوحة المفاتيح واتجاه الكتابة"}) {
         EXPECT_NE(text.find(line), std::string::npos) << line;

@@ -22,8 +22,8 @@ using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-/// Runs the project's scripts for a Mac with programs in place of those that only a Mac has. Each notes how it was
-/// called; what it is to say or refuse is in the environment.
+/// Runs the project's scripts for a Mac with stand-ins for programs that only a Mac has. Each records its calls;
+/// environment variables control what it prints or refuses.
 class MacScriptsTest : public ::testing::Test {
 protected:
     struct Result {
@@ -49,7 +49,7 @@ protected:
         tool("security",
              "echo '  1) ABCDEF \"Apple Development: Somebody (TEAM)\"'; echo '     1 valid identities found'");
         tool("open", "");
-        // Runs until it is told to quit, unless it is broken.
+        // Runs until it is asked to quit, unless it is broken.
         tool("program", "running=$(dirname \"$0\")/running; case $1 in --version) echo quillane 1 ;; "
                         "--at-login) [ -z \"$BROKEN\" ] || exit 1; echo > \"$running\"; "
                         "while [ -f \"$running\" ]; do sleep 0.05; done ;; "
@@ -165,7 +165,7 @@ TEST_F(MacScriptsTest, RunOpensASignedCopyInTheUsersApplications) {
                       HasSubstr("/Applications/Quillane.app --args --at-login"), Not(HasSubstr("bundle install"))));
 }
 
-TEST_F(MacScriptsTest, OnlyWhatIsMissingIsInstalled) {
+TEST_F(MacScriptsTest, OnlyMissingPackagesAreInstalled) {
     EXPECT_EQ(run("scripts/install-dependencies", "BREW_CHECK=1").status, 0);
     EXPECT_THAT(calls(), HasSubstr("brew bundle install --no-upgrade"));
 }

@@ -52,7 +52,7 @@ private:
     std::optional<PermissionController> controller_;
 };
 
-TEST_F(PermissionControllerTest, ARequestAsksShowsTheGuideAndSaysWhatToDo) {
+TEST_F(PermissionControllerTest, ARequestShowsTheGuideAndSaysWhatToDo) {
     controller().request(MacPermission::accessibility);
     EXPECT_THAT(service.requests(), ElementsAre(MacPermission::accessibility));
     EXPECT_THAT(guided, ElementsAre(MacPermission::accessibility));
@@ -70,7 +70,7 @@ TEST_F(PermissionControllerTest, WhereARequestIsEnoughNoListIsSpokenOf) {
     EXPECT_TRUE(controller().granted().contains(MacPermission::accessibility));
 }
 
-TEST_F(PermissionControllerTest, AccessibilityIsSaidToBeOnOnlyOnceItIs) {
+TEST_F(PermissionControllerTest, AccessibilityIsReportedOnOnlyOnceItIs) {
     service.grantOnRequest();
     service.ignoreRequests();
     int changes = 0;
@@ -91,7 +91,7 @@ TEST_F(PermissionControllerTest, AccessibilityIsSaidToBeOnOnlyOnceItIs) {
     EXPECT_EQ(feedback(), "") << "somebody else has turned it on";
 }
 
-TEST_F(PermissionControllerTest, WhatIsGrantedAlreadyIsNotSaidToBeTurnedOn) {
+TEST_F(PermissionControllerTest, AnEarlierGrantIsNotReportedAsTurnedOn) {
     service.grantOnRequest();
     service.grant(MacPermission::accessibility);
     service.ignoreRequests();
@@ -141,7 +141,7 @@ TEST_F(PermissionControllerTest, AutomaticRequestsAreMadeOnceEachAndOnlyInFront)
     EXPECT_THAT(service.requests(), ElementsAre(MacPermission::inputMonitoring, MacPermission::accessibility));
 }
 
-TEST_F(PermissionControllerTest, WhatWasAskedForIsRememberedAndUnknownTextsAreDropped) {
+TEST_F(PermissionControllerTest, RequestsAreRememberedAndUnknownTextsAreDropped) {
     defaults.setObject("QuillanePermissionRequestsV1",
                        core::PropertyListValue::Array{"inputMonitoring", "somethingElse"});
     controller().requestNextIfNeeded();
@@ -150,7 +150,7 @@ TEST_F(PermissionControllerTest, WhatWasAskedForIsRememberedAndUnknownTextsAreDr
     EXPECT_THAT(*defaults.stringArray("QuillanePermissionRequestsV1"), ElementsAre("inputMonitoring", "accessibility"));
 }
 
-TEST_F(PermissionControllerTest, RefreshingUnchangedGrantsTellsNobody) {
+TEST_F(PermissionControllerTest, RefreshingUnchangedGrantsNotifiesNobody) {
     int changes = 0;
     const auto token = controller().onChanged([&] { ++changes; });
     controller().refresh();

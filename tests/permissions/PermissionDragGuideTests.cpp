@@ -27,7 +27,7 @@ using namespace std::chrono_literals;
 using core::MacPermission;
 using core::ScreenRect;
 
-/// What a card was told; it lives in the test, so that it can be looked at.
+/// The calls of a card; it lives in the test, so that they can be checked.
 struct Card {
     std::vector<MacPermission> permissions;
     ScreenRect frame;

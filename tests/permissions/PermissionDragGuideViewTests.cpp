@@ -178,7 +178,7 @@ TEST_F(PermissionDragGuideViewTest, TheChipDragsTheApplication) {
         QApplication::sendEvent(&chip, &event);
     };
     moveTo({21, 20});
-    EXPECT_TRUE(dragged.empty()); // a hand that trembles drags nothing
+    EXPECT_TRUE(dragged.empty()); // a trembling hand does not start a drag
     moveTo({50, 20});
     EXPECT_THAT(dragged, ::testing::ElementsAre(QUrl("file:///Applications/Quillane.app")));
 }

@@ -27,7 +27,7 @@ sockaddr_in6 loopback(std::uint16_t port) {
     return address;
 }
 
-/// Ports that nobody has at this moment.
+/// Ports that are free at this moment.
 std::optional<NginxServer::Ports> freePorts() {
     std::array<FileDescriptor, 3> sockets; // all held until all are known, so that they differ
     std::array<std::uint16_t, 3> ports{};
@@ -146,7 +146,7 @@ tl::expected<NginxServer, std::string> NginxServer::startDocumented() {
 
 tl::expected<NginxServer, std::string> NginxServer::start(const Configuration& configuration) {
     std::string reason;
-    for (int attempt = 0; attempt < 3; ++attempt) { // somebody else may take a free port first
+    for (int attempt = 0; attempt < 3; ++attempt) { // another program may take a free port first
         auto folder = live::TemporaryFolder::create("quillane-nginx");
         const auto ports = freePorts();
         if (!folder || !ports) {

@@ -13,8 +13,8 @@
 
 namespace quillane::servers {
 
-/// nginx as a file server, on 127.0.0.1 and [::1], with a certificate from an authority of its own for "localhost" and
-/// both addresses. Below /drop/box it serves under a path, below /small it takes at most 1000 bytes. Ended with this
+/// nginx as a file server, on 127.0.0.1 and [::1], with a certificate from a private authority for "localhost" and both
+/// addresses. Below /drop/box it serves under a path, below /small it accepts at most 1000 bytes. Ended with this
 /// object.
 class NginxServer {
 public:
@@ -24,12 +24,11 @@ public:
         std::uint16_t http2 = 0; ///< HTTP/2 over TLS
     };
 
-    /// With the port of another server on 127.0.0.1, everything below /forget is passed on to that one as it comes,
-    /// through nothing but memory: for measuring.
+    /// With the port of another server on 127.0.0.1, everything below /forget is streamed to that one through memory:
+    /// for measuring.
     [[nodiscard]] static tl::expected<NginxServer, std::string> start(std::optional<std::uint16_t> passedOnTo = {});
 
-    /// The server of docs/share-server.md as it stands there, on the port for HTTP/2, where 127.0.0.1 and not [::1] may
-    /// upload.
+    /// The server of docs/share-server.md, unchanged, on the port for HTTP/2, where 127.0.0.1 and not [::1] may upload.
     [[nodiscard]] static tl::expected<NginxServer, std::string> startDocumented();
 
     [[nodiscard]] const Ports& ports() const { return ports_; }

@@ -30,7 +30,7 @@ namespace {
 using core::AppLanguage;
 using core::SettingsPage;
 
-/// Pictures of every page for people to look at, and what can be measured on them.
+/// Pictures of every page to look at, and what can be measured on them.
 class SettingsScreenshotsTest : public SettingsTest {
 protected:
     SettingsScreenshotsTest() {

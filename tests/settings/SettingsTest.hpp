@@ -51,7 +51,7 @@ protected:
         return *window_;
     }
 
-    /// As when the program is started anew.
+    /// As when the program is started again.
     void closeForever() { window_.reset(); }
 
     SettingsWindow& present(core::SettingsPage page) {
@@ -99,7 +99,7 @@ protected:
                 .applicationIcon = {}};
     }
 
-    /// Lets nested layouts come to rest: each level asks the next one in an event of its own.
+    /// Lets nested layouts settle: each level notifies the next one in a separate event.
     void settle() {
         for (int round = 0; round < 10; ++round) {
             QApplication::processEvents();
@@ -158,7 +158,7 @@ protected:
                                      {"/Applications/Quillane.app", true}};
     LoginItemController loginItem{desktop.loginItem, true};
     AppUpdater updater{&desktop.updater, desktop.windowTraits, "1.2"};
-    core::Desktop shownOn = core::Desktop::macOS; ///< what texts speak of
+    core::Desktop shownOn = core::Desktop::macOS; ///< the desktop that texts name
     core::ClipboardOptions clipboardOptions;
     bool shortcutTaken = false;
     bool historyIsUnsaved = false;

@@ -47,7 +47,7 @@ protected:
 
     [[nodiscard]] QString question() { return window().findChild<QMessageBox*>()->text(); }
 
-    /// Presses a button of the message box that is open, which then goes.
+    /// Presses a button of the open message box, which then closes.
     void answer(const char* text) {
         const auto* box = window().findChild<QMessageBox*>();
         ASSERT_NE(box, nullptr);
@@ -254,7 +254,7 @@ TEST_F(SettingsWindowTest, AShortcutThatIsTakenCanBeTriedAgain) {
     EXPECT_EQ(retries, 1);
 }
 
-TEST_F(SettingsWindowTest, APasteboardThatMayNotBeReadIsSaidWithTheWayToItsSettings) {
+TEST_F(SettingsWindowTest, APasteboardThatMayNotBeReadIsReportedWithAButtonToItsSettings) {
     present(SettingsPage::clipboard);
     const auto& row = find<QWidget>("pasteboardAccess");
     EXPECT_FALSE(row.isVisible());
@@ -269,7 +269,7 @@ TEST_F(SettingsWindowTest, APasteboardThatMayNotBeReadIsSaidWithTheWayToItsSetti
     EXPECT_EQ(accessSettingsOpened, 1);
 }
 
-TEST_F(SettingsWindowTest, AHistoryThatCannotBeSavedIsSaid) {
+TEST_F(SettingsWindowTest, AHistoryThatCannotBeSavedIsReported) {
     present(SettingsPage::clipboard);
     const QString unsaved = "Cannot save encrypted history. History is available in memory only.";
     EXPECT_FALSE(shows(unsaved));
@@ -278,7 +278,7 @@ TEST_F(SettingsWindowTest, AHistoryThatCannotBeSavedIsSaid) {
     EXPECT_TRUE(shows(unsaved));
 }
 
-TEST_F(SettingsWindowTest, HistoryThatCannotBeReadNowIsSaidToStayUnchanged) {
+TEST_F(SettingsWindowTest, HistoryThatCannotBeReadNowIsReportedAsUnchanged) {
     present(SettingsPage::clipboard);
     const QString unread =
         "The saved history cannot be read right now. It stays unchanged, and another attempt will follow.";

@@ -14,7 +14,7 @@ using core::SettingsPage;
 
 constexpr QRect area(100, 50, 1280, 700);
 
-TEST(WindowFrame, WhatIsStoredIsReadAgain) {
+TEST(WindowFrame, AStoredFrameIsReadBack) {
     const QRect frame(-20, 10, 750, 730);
     EXPECT_EQ(windowFrame::stored(frame), "-20 10 750 730");
     EXPECT_EQ(windowFrame::parse("-20 10 750 730"), frame);

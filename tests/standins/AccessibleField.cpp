@@ -35,7 +35,7 @@ public:
         return state;
     }
 
-    [[nodiscard]] int childCount() const override { return 0; } // the viewport is of no interest to anybody
+    [[nodiscard]] int childCount() const override { return 0; } // the viewport is irrelevant
 
     [[nodiscard]] QAccessibleInterface* child(int) const override { return nullptr; }
 

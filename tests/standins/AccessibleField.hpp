@@ -15,8 +15,8 @@ public:
     struct Traits {
         bool multiLine = true;
         bool webContent = false;        ///< it is a web area itself
-        bool keepsSelection = false;    ///< nobody can set the selection from outside
-        bool hidesCursor = false;       ///< nobody can read where the cursor stands
+        bool keepsSelection = false;    ///< the selection cannot be set from outside
+        bool hidesCursor = false;       ///< the position of the cursor cannot be read
         bool hidesMenu = false;         ///< only keys and the mouse open the context menu
         std::function<void()> showMenu; ///< must return at once
     };

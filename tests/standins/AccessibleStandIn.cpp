@@ -1,18 +1,18 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-// An application that behaves badly on the accessibility bus. It says that one of its objects, a text that can be
-// edited, has the focus, and answers what it is asked about it as its argument says:
+// An application that behaves badly on the accessibility bus. It announces the focus on one of its objects, an editable
+// text, and answers questions about it according to its argument:
 //
 //     accessible_standin well        as it should
 //     accessible_standin turns       as it should; after SIGUSR1 as a password field, without telling
 //     accessible_standin types       with values of other types
-//     accessible_standin names       with references that are no valid names
+//     accessible_standin names       with references that are not valid names
 //     accessible_standin errors      with errors
 //     accessible_standin silent      not at all
 //     accessible_standin endless     with objects that are their own parents and children
 //
-// Prints a line when the focus has been told.
+// Prints a line when the focus has been announced.
 
 #include <cstdint>
 #include <cstdio>

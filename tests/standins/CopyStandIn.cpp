@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-// Copies what it is told to the clipboard, as a Qt application does, and keeps it there until it is ended:
+// Copies its arguments to the clipboard, as a Qt application does, and keeps them there until it is ended:
 //
 //     copy_standin TYPE FILE [TYPE FILE]...
 //

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-// An application with a field, whose context menu turns paragraphs: with one section, as web content has it, or with a
-// section for the paragraph and one for the selection. It reports its state as JSON lines whenever that changes.
+// An application with a field whose context menu sets paragraph direction: with one section, as web content has it, or
+// with a section for the paragraph and one for the selection. It reports its state as JSON lines whenever that changes.
 
 #include "AccessibleField.hpp"
 #include "WrongAnswers.hpp"
@@ -144,7 +144,7 @@ private:
         if (mode_ == "exits") {
             std::_Exit(1);
         }
-        if (mode_ == "busy") { // longer than anybody waits for an answer
+        if (mode_ == "busy") { // longer than any caller waits
             QThread::msleep(400);
         }
         if (mode_ != "never") {
@@ -270,7 +270,7 @@ int main(int argc, char** argv) {
     (parser.value("focus") == "other" ? window.other() : window.body()).setFocus();
     window.resize(500, 300);
     WrongAnswers identifiers(parser.value("answers"));
-    QTimer untilInstalled; // Qt opens its connection when somebody wants to know
+    QTimer untilInstalled; // Qt opens its connection on demand
     QObject::connect(&untilInstalled, &QTimer::timeout, &window, [&] {
         if (identifiers.install()) {
             untilInstalled.stop();

@@ -11,8 +11,8 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-// A disk that fails, for a program that this library is loaded into first: while the home folder has a file "failing",
-// the files of a vault cannot be read. A file "stale" makes one reading fail, as a file server that has come back does.
+// A failing disk, for a program that preloads this library: while the home folder has a file "failing", the files of a
+// vault cannot be read. A file "stale" makes one read fail, like a file server that has come back.
 namespace {
 
 std::string inHome(const char* name) {
@@ -39,7 +39,7 @@ int openFile(int folder, const char* name, int flags, mode_t mode) {
     return static_cast<int>(::syscall(SYS_openat, folder, name, flags, mode));
 }
 
-/// The mode is there only with flags that make a file.
+/// The mode is present only with flags that create a file.
 mode_t modeOf(int flags, va_list rest) {
     return (flags & O_CREAT) != 0 ? va_arg(rest, mode_t) : 0;
 }

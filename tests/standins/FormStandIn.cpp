@@ -26,7 +26,7 @@ private:
     QFile file_;
 };
 
-/// Reports the events of a field, which goes on to handle them as it always does.
+/// Reports the events of a field, which still handles them.
 class FieldObserver : public QObject {
 public:
     FieldObserver(Report& report, QString name) : report_(report), name_(std::move(name)) {}

@@ -9,8 +9,8 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-// A file server that is away, for a program that this library is loaded into first: whoever asks after a file below
-// /away gets no answer. That somebody has asked is seen by a file "asked" in the home folder.
+// An unreachable file server, for a program that preloads this library: a query for a file below /away gets no answer.
+// A file "asked" in the home folder shows that there was one.
 extern "C" int stat(const char* path, struct stat* result) noexcept {
     if (std::string(path).starts_with("/away/")) {
         const auto* home = std::getenv("HOME");

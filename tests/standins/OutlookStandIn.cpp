@@ -89,7 +89,7 @@ QAccessibleInterface* describe(const QString&, QObject* object) { // Qt owns wha
     return popover != nullptr ? new QAccessibleWidget(popover, QAccessible::Window) : nullptr;
 }
 
-/// Tells what Qt does not: the address of a page, and that the subject's context menu can be opened.
+/// Adds what Qt leaves out: the address of a page, and that the subject's context menu can be opened.
 class OutlookTree : public AccessibleIdentifiers {
 public:
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
@@ -125,7 +125,7 @@ private:
     }
 };
 
-/// How the message window is.
+/// The state of the message window.
 struct Layout {
     QString address;  ///< of the body's page
     QString toolbar;  ///< "wide", "narrow", "bare" (no direction buttons at all) or "none"
@@ -256,7 +256,7 @@ int main(int argc, char** argv) {
     window.focus(parser.value("focus"));
     window.resize(600, 400);
     OutlookTree tree;
-    QTimer untilInstalled; // Qt opens its connection when somebody wants to know
+    QTimer untilInstalled; // Qt opens its connection on demand
     QObject::connect(&untilInstalled, &QTimer::timeout, &window, [&] {
         if (tree.install()) {
             untilInstalled.stop();

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-// An application with one plain window, for tests of what the X server and a window manager tell about applications.
+// An application with one plain window, for tests of what the X server and a window manager report about applications.
 //
 //     window_standin CLASS [--no-close] [--no-pid] [--hidden] [--content X Y WIDTH HEIGHT]
 //

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // A word processor with a ribbon, whose accessible tree is that of Microsoft Word: a document of pages, tabs, and the
-// direction buttons of the tab Home, which are there only while that tab is shown. Prints what happens as JSON lines.
+// direction buttons of the tab Home, which exist only while that tab is shown. Prints what happens as JSON lines.
 
 #include <QAccessibleWidget>
 #include <QApplication>

@@ -5,7 +5,7 @@
 
 #include "AccessibleIdentifiers.hpp"
 
-/// Answers some questions of assistive technologies wrongly, and all others as they should be.
+/// Answers some questions of assistive technologies wrongly, and all others correctly.
 class WrongAnswers : public AccessibleIdentifiers {
 public:
     /// What is answered wrongly: "field" (a field is asked what it is), "cursor" and "ranges" (where its cursor stands:

@@ -174,7 +174,7 @@ std::optional<ExitStatus> ChildProcess::waitForExit(std::chrono::milliseconds li
 
 void ChildProcess::signal(int number) {
     if (!exit_ && pid_ > 0) {
-        kill(pid_, number); // not yet waited for, so the number is still ours
+        kill(pid_, number); // not yet reaped, so the number is still ours
     }
 }
 

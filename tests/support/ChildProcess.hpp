@@ -32,7 +32,7 @@ struct ExitStatus {
     bool operator==(const ExitStatus&) const = default;
 };
 
-/// A program started by a test. It dies with the test process, and is ended and waited for when this object goes.
+/// A program started by a test. It dies with the test process; the destructor ends it and waits for it.
 class ChildProcess {
 public:
     [[nodiscard]] static tl::expected<ChildProcess, std::string> start(const Command& command);
@@ -45,7 +45,7 @@ public:
 
     [[nodiscard]] bool isRunning();
 
-    /// How it ended; none when it still runs after the time.
+    /// How it ended; none if it is still running after the timeout.
     [[nodiscard]] std::optional<ExitStatus> waitForExit(std::chrono::milliseconds limit);
 
     /// Sends a signal; nothing happens once it has ended.
@@ -72,7 +72,7 @@ struct CommandResult {
     [[nodiscard]] bool succeeded() const { return !timedOut && exit == ExitStatus{0, 0}; }
 };
 
-/// Runs a program to its end; it is killed when it takes longer. The paths in the command are ignored.
+/// Runs a program to its end; kills it on a timeout. The paths in the command are ignored.
 [[nodiscard]] CommandResult runToEnd(Command command, std::chrono::milliseconds limit);
 
 } // namespace quillane::live

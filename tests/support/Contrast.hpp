@@ -14,8 +14,8 @@
 
 namespace quillane::fakes {
 
-/// The contrast of a control's text with its background as they are drawn: of the colour that most of the control has,
-/// and of the one that differs most from it.
+/// The contrast of a control's text with its background as drawn: of the most frequent colour, and of the one that
+/// differs most from it.
 [[nodiscard]] inline double textContrast(QWidget& control) {
     constexpr int border = 4;
     const auto image = control.window()->grab().toImage();

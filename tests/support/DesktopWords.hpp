@@ -60,7 +60,7 @@ inline constexpr auto wordsOfLinux =
                                      "מחשב מרוחק",   "سطح مكتب بعيد", "desktop settings",
                                      "שולחן העבודה", "سطح المكتب"});
 
-/// A word in the text that only another desktop has, or none. Latin words are found as wholes.
+/// A word in the text that only another desktop has, or none. Latin words are matched as a whole.
 [[nodiscard]] inline std::optional<std::string_view> wordOfAnotherDesktop(std::string_view text,
                                                                           core::Desktop shownOn) {
     const auto words = shownOn == core::Desktop::macOS ? std::span<const std::string_view>(wordsOfLinux)

@@ -55,7 +55,7 @@ inline void collect(QAccessibleInterface* item, Focusables& found) {
     return found;
 }
 
-/// Expects that each control that can be seen on the window and takes the focus has a name, and that there is one.
+/// Expects that each visible control that takes the focus has a name, and that there is at least one.
 inline void expectNamedFocusables(QWidget& window) {
     const auto found = focusables(window);
     EXPECT_FALSE(found.names.isEmpty()) << "nothing was looked at";

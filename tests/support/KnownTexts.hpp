@@ -30,7 +30,7 @@
 
 namespace quillane::fakes {
 
-/// Every text that the table has in one language, to find those on a view that come from somewhere else.
+/// All texts of the table in one language, to find texts on a view that come from elsewhere.
 class KnownTexts {
 public:
     /// Of the rows that come in pairs, those of the desktop, or of both without one.
@@ -110,14 +110,14 @@ public:
         }
     }
 
-    /// Checks the rows of a menu, without the keys that stand beside them.
+    /// Checks the rows of a menu, without the keys beside them.
     void checkMenu(const QMenu& menu) {
         for (const auto* action : menu.actions()) {
             expect(withoutMnemonic(action->text().section(QLatin1Char('\t'), 0, 0)), "menu");
         }
     }
 
-    /// Checks a window with everything on it, and the context menus of all of that.
+    /// Checks a window with everything on it, and all of its context menus.
     void checkWindowAndMenus(QWidget& window) {
         checkWindow(window);
         openContextMenus(window, [this](const QMenu& menu) { checkMenu(menu); });

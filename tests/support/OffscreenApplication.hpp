@@ -12,7 +12,7 @@
 
 namespace quillane::fakes {
 
-/// The application object of a test that draws windows without a display. To be made before anything that draws.
+/// The application object of a test that draws windows without a display. Construct it before anything that draws.
 class OffscreenApplication {
     struct Platform {
         explicit Platform(const QSize& screen) {

@@ -55,7 +55,7 @@ TEST_F(LoginItemControllerTest, WhileAnApprovalIsMissingTurningOnOpensTheSetting
     EXPECT_EQ(service.enablings, 0);
 }
 
-TEST_F(LoginItemControllerTest, AnApprovalThatIsStillMissingIsNoError) {
+TEST_F(LoginItemControllerTest, AMissingApprovalIsNotAnError) {
     service.fails = true;
     service.statusAfterFailure = LoginItemStatus::requiresApproval;
     controller.setEnabled(true);
@@ -63,7 +63,7 @@ TEST_F(LoginItemControllerTest, AnApprovalThatIsStillMissingIsNoError) {
     EXPECT_EQ(controller.status(), LoginItemStatus::requiresApproval);
 }
 
-TEST_F(LoginItemControllerTest, AFailureIsToldUntilTheNextChange) {
+TEST_F(LoginItemControllerTest, AFailureIsShownUntilTheNextChange) {
     service.fails = true;
     controller.setEnabled(true);
     ASSERT_TRUE(controller.errorMessage());
@@ -91,7 +91,7 @@ TEST_F(LoginItemControllerTest, ACopyThatIsNotInstalledChangesNothing) {
     EXPECT_EQ(service.enablings, 0);
 }
 
-TEST_F(LoginItemControllerTest, TellsOnlyOfChanges) {
+TEST_F(LoginItemControllerTest, AnnouncesOnlyChanges) {
     int changes = 0;
     const auto token = controller.onChanged([&] { ++changes; });
     controller.refresh();

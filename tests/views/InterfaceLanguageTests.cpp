@@ -90,7 +90,7 @@ TEST_F(InterfaceLanguageTest, NamesOfKeysAndUnknownTextsStayAsTheyAre) {
     EXPECT_EQ(translated("Anything", "A text of nobody"), "A text of nobody");
 }
 
-TEST_F(InterfaceLanguageTest, AChangeReachesWhatIsOpen) {
+TEST_F(InterfaceLanguageTest, AChangeReachesOpenWindows) {
     preferences.choose(AppLanguage::english);
     QMessageBox box(QMessageBox::Information, {}, "text", QMessageBox::Ok);
     box.show();

@@ -10,8 +10,8 @@ class QString;
 
 namespace quillane {
 
-/// What screen readers see of a `HistoryList`: a list whose rows have names, states and actions. Rows are made when
-/// they are asked for. Null for every other object.
+/// What screen readers see of a `HistoryList`: a list whose rows have names, states and actions. Rows are made on
+/// request. Null for every other object.
 [[nodiscard]] QAccessibleInterface* accessibleHistory(const QString& className, QObject* object);
 
 } // namespace quillane

@@ -67,7 +67,7 @@ QScrollBar::add-line, QScrollBar::sub-line { height: 0; }
 QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
 )";
 
-/// Names of keys read from left to right, their signs first, in every language.
+/// Key names read from left to right in every language, with their symbols first.
 QString withKeysInOrder(QString text) {
     static const QRegularExpression keys(QStringLiteral("([⌘⌥⇧][A-Za-z0-9]+)"));
     return text.replace(keys, QStringLiteral("\u2066\\1\u2069"));
@@ -132,7 +132,7 @@ ClipboardHistoryView::ClipboardHistoryView(const HistoryPanelServices& services)
     connect(settings_, &QToolButton::clicked, this, [this] { openSettings(); });
     connect(help_, &QToolButton::clicked, this, [this] { showHelp(); });
     connect(&recordingOff_->button(), &QToolButton::clicked, this, [this] {
-        search_->field().setFocus(); // the button is about to go
+        search_->field().setFocus(); // the button is about to disappear
         services_.panel.turnRecordingOn();
     });
     connect(&notice_->button(), &QToolButton::clicked, this, [this] { openSettings(); });
@@ -218,7 +218,7 @@ void ClipboardHistoryView::connectList() {
     };
     connect(list_->verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
         dismissPreview();
-        images_.dropPending(); // rows that are in view ask again
+        images_.dropPending(); // rows in view request again
         list_->viewport()->update();
     });
     list_->viewport()->installEventFilter(this);
@@ -282,7 +282,7 @@ void ClipboardHistoryView::updateSelection() {
     }
     if (isVisible() && announced_ != selection) {
         announced_ = selection;
-        list_->announce(*row); // the keys stay in the search field, what they move is here
+        list_->announce(*row); // the focus stays in the search field; the selection is here
     }
 }
 

@@ -21,23 +21,23 @@ class QToolButton;
 
 namespace quillane {
 
-/// What the panel shows: the search field, the list of what is found, and a line about the keys or the last choice.
+/// What the panel shows: the search field, the list of results, and a line about the keys or the last choice.
 class ClipboardHistoryView : public QWidget {
     Q_OBJECT
 
 public:
     explicit ClipboardHistoryView(const HistoryPanelServices& services);
 
-    /// The panel is about to open: from the top, with an empty search field.
+    /// The panel is about to open: scrolls to the top and clears the search field.
     void begin();
 
-    /// The panel is open: the keys go to the search field.
+    /// The panel is open: gives the search field the focus.
     void shown();
 
-    /// The panel has closed: lets go of everything that it showed.
+    /// The panel has closed: releases everything that it showed.
     void end();
 
-    /// Does what a key stands for; false when it types.
+    /// Performs the action of a key; false when it types.
     bool handleKey(const QKeyEvent& event);
 
     /// The menu of the selected row, beside it.
@@ -84,9 +84,9 @@ private:
     EntryPreview* preview_;
     HelpCard* helpCard_;
     std::optional<core::Uuid> hovered_;
-    std::uint64_t hovering_ = 0; ///< of rows that the pointer came to; a preview of an earlier one is not shown
+    std::uint64_t hovering_ = 0; ///< counts rows that the pointer entered; a preview of an earlier one is not shown
     std::optional<core::Uuid> announced_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< for previews that are still to come
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< guards later previews
     core::Subscription panelChange_;
     core::Subscription languageChange_;
 };

@@ -20,7 +20,7 @@ namespace quillane {
 
 namespace {
 
-constexpr int sideMargin = 8; ///< between the edge of the list and the ground of a selected row
+constexpr int sideMargin = 8; ///< between the edge of the list and the background of a selected row
 constexpr int padding = 9;
 constexpr int tileSide = 28;
 constexpr int tileSymbol = 17;
@@ -150,7 +150,7 @@ void ClipboardRow::paint(QPainter* painter, const QStyleOptionViewItem& option, 
     const int height = contentHeight(option.font, entry, width);
     const auto inner = ground.adjusted(padding, 0, -padding, 0);
     const int top = option.rect.top() + (option.rect.height() - height) / 2;
-    const auto placed = [&](int left, int y, int w, int h) { // counted from where lines begin
+    const auto placed = [&](int left, int y, int w, int h) { // counted from the start of lines
         return QStyle::visualRect(option.direction, inner, QRect(inner.left() + left, y, w, h));
     };
     const int tileTop = height > 3 * tileSide ? top : option.rect.top() + (option.rect.height() - tileSide) / 2;
@@ -216,7 +216,7 @@ int ClipboardRow::drawImage(const Drawing& drawing, const QRect& rect) const {
     painter.setBrush(drawing.tile);
     painter.drawPath(rounded);
     if (found == nullptr || found->image.isNull()) {
-        if (found != nullptr) { // nobody can show it
+        if (found != nullptr) { // it cannot be shown
             const int side = std::min(imageHeight_ / 2, 24);
             const auto symbol = symbols_.pixmap("photo", drawing.secondary, side, drawing.ratio());
             painter.drawPixmap(QStyle::alignedRect(drawing.direction, Qt::AlignCenter, {side, side}, frame), symbol);
@@ -294,7 +294,7 @@ void ClipboardRow::drawMarks(const Drawing& drawing, const QRect& rect) const {
     if (isNumbered) {
         painter.setFont(font);
         painter.setPen(drawing.secondary);
-        painter.setLayoutDirection(Qt::LeftToRight); // keys are named alike everywhere
+        painter.setLayoutDirection(Qt::LeftToRight); // keys have the same names everywhere
         const auto side = drawing.direction == Qt::RightToLeft ? Qt::AlignLeft : Qt::AlignRight;
         painter.drawText(QRect(rect.left(), y, rect.width(), textHeight), static_cast<int>(side | Qt::AlignVCenter),
                          keyOf(drawing.row, desktop_));

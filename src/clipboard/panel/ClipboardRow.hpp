@@ -14,8 +14,8 @@
 
 namespace quillane {
 
-/// Draws one entry: its contents, where it comes from, whether it is pinned, and the key that pastes it. Rows are drawn
-/// when they come into view and nothing is made for the others.
+/// Draws one entry: its contents, its source, whether it is pinned, and the key that pastes it. Rows are drawn when
+/// they come into view; the others cost nothing.
 class ClipboardRow : public QStyledItemDelegate {
     Q_OBJECT
 
@@ -29,19 +29,19 @@ public:
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 
-    /// Rows that have been drawn, one that was drawn twice counted twice.
+    /// The number of times that rows have been drawn.
     [[nodiscard]] int drawnCount() const { return drawn_; }
 
 private:
     struct Drawing;
 
-    /// What the heights of rows are made of.
+    /// The measures that make up the heights of rows.
     struct Metrics {
         QFont font;
         int lineHeight = 0;
         int smallLineHeight = 0;
         int characterWidth = 1;
-        int marksWidth = 0; ///< of the pin and the key that pastes an entry
+        int marksWidth = 0; ///< width of the pin and the key that pastes an entry
     };
 
     int drawText(const Drawing& drawing, const QRect& rect) const;
@@ -60,7 +60,7 @@ private:
     PanelSymbols& symbols_;
     core::Desktop desktop_;
     int imageHeight_ = 60;
-    mutable Metrics metrics_; ///< of the font that was asked for last
+    mutable Metrics metrics_; ///< for the last font
     mutable int drawn_ = 0;
 };
 

@@ -26,7 +26,7 @@ std::vector<std::filesystem::path> pathsOf(const core::ClipboardItems& items, co
     return files;
 }
 
-/// Finds what can be found without the disk.
+/// Finds the files that can be found without the disk.
 std::optional<std::filesystem::path> namedFile(std::string_view url) {
     return core::isFileReference(url) ? std::nullopt : core::referencedFile(url);
 }
@@ -68,14 +68,13 @@ const EntryFiles::Findings& EntryFiles::findings(const core::ClipboardEntry& ent
             if (isOver()) {
                 return;
             }
-            auto findings =
-                examine(*items, findFile); // a server that is away may hold this up beyond the program's end
+            auto findings = examine(*items, findFile); // an unreachable server may delay this beyond the program's end
             const std::lock_guard lock(asking->mutex);
             if (asking->isOver) {
                 return;
             }
             mainQueue_.post([this, id, asking, findings = std::move(findings)] {
-                if (asking->isOver) { // only this thread changes it
+                if (asking->isOver) { // changed by this thread only
                     return;
                 }
                 findings_[id] = findings;

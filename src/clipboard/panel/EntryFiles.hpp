@@ -18,11 +18,11 @@
 
 namespace quillane {
 
-/// The files of entries and whether they are still there, asked on a queue of their own. Main thread.
+/// The files of entries and whether they still exist, checked on a queue of their own. Main thread.
 class EntryFiles {
 public:
     enum class State {
-        unknown, ///< has been asked
+        unknown, ///< has been requested
         present,
         folder, ///< present, and the only one is a folder
         gone,   ///< at least one
@@ -37,23 +37,22 @@ public:
 
     [[nodiscard]] State state(const core::ClipboardEntry& entry);
 
-    /// The paths of an entry's files, as far as they are known. Those of references by identifier are known with the
-    /// state.
+    /// The known paths of an entry's files. Paths of references by identifier become known with the state.
     [[nodiscard]] std::vector<std::filesystem::path> paths(const core::ClipboardEntry& entry);
 
-    /// Asks anew from now on.
+    /// Forgets the answers, so that files are checked again.
     void forget();
 
     std::function<void()> onReady; ///< one more state is known
 
 private:
-    /// Whether answers are still wanted. While a question holds the lock, everything that it refers to is there.
+    /// Whether answers are still wanted. While a check holds the lock, everything that it refers to exists.
     struct Asking {
         std::mutex mutex;
         bool isOver = false;
     };
 
-    /// What has been found out about an entry.
+    /// What is known about an entry.
     struct Findings {
         State state = State::unknown;
         std::vector<std::filesystem::path> paths;
@@ -67,7 +66,7 @@ private:
     SerialQueue& queue_;
     core::FileFinder findFile_;
     std::unordered_map<core::Uuid, Findings> findings_;
-    std::shared_ptr<Asking> asking_ = std::make_shared<Asking>(); // shared with the questions, which may take forever
+    std::shared_ptr<Asking> asking_ = std::make_shared<Asking>(); // shared with checks, which may never end
 };
 
 } // namespace quillane

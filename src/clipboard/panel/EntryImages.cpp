@@ -22,8 +22,8 @@ const DecodedImage* EntryImages::find(const core::ClipboardEntry& entry, QSize b
                 return;
             }
             auto image = decodeImage(*items, bound);
-            // This object may go meanwhile: it is used on the main thread only, where it drops its requests when it
-            // goes.
+            // This object may be destroyed meanwhile. It is used on the main thread only, where its destructor drops
+            // the requests.
             main.post([this, key, dropped, image = std::move(image)]() mutable {
                 if (!dropped->load()) {
                     finish(key, std::move(image));

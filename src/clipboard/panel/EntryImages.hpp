@@ -17,7 +17,7 @@
 
 namespace quillane {
 
-/// The pictures of entries, made small on a queue of their own and kept as long as there is room. Main thread.
+/// The pictures of entries, scaled down on a queue of their own and kept while there is room. Main thread.
 ///
 ///     EntryImages images(mainQueue, queue);
 ///     images.onReady = [&] { view.update(); };
@@ -33,13 +33,13 @@ public:
     EntryImages(const EntryImages&) = delete;
     EntryImages& operator=(const EntryImages&) = delete;
 
-    /// The entry's picture at no more than so many pixels; null while it is being made. Valid until the next call.
+    /// The entry's picture within this number of pixels; null while it is being made. Valid until the next call.
     [[nodiscard]] const DecodedImage* find(const core::ClipboardEntry& entry, QSize bound);
 
-    /// What has been asked for and is not there yet is wanted no more, unless it is asked for again.
+    /// Drops requests that are still pending, unless they are made again.
     void dropPending();
 
-    /// The memory of all that are kept.
+    /// The memory of all kept pictures.
     [[nodiscard]] qsizetype byteCount() const { return cache_.totalCost(); }
 
     [[nodiscard]] qsizetype pendingCount() const { return pending_.size(); }

@@ -12,7 +12,7 @@ namespace quillane {
 void EntryList::setEntries(const std::vector<core::ClipboardEntry>& entries, const std::string& query) {
     query_ = core::SearchQuery(query);
     if (std::ranges::equal(entries, entries_, {}, &core::ClipboardEntry::id, &core::ClipboardEntry::id)) {
-        entries_ = entries; // a pin or a date may have changed, and what is bold
+        entries_ = entries; // a pin, a date or the bold parts may have changed
         if (!entries_.empty()) {
             emit dataChanged(index(0), index(rowCount() - 1));
         }

@@ -16,21 +16,21 @@
 
 namespace quillane {
 
-/// What the search has found, as the list shows it.
+/// The search results as the list's model.
 class EntryList : public QAbstractListModel {
     Q_OBJECT
 
 public:
     explicit EntryList(EntryFiles& files) : files_(files) {}
 
-    /// Takes over what was found. Rows whose entries stay in their places stay.
+    /// Takes over the results. Rows whose entries keep their places are kept.
     void setEntries(const std::vector<core::ClipboardEntry>& entries, const std::string& query);
 
     void setLanguage(core::AppLanguage language) { language_ = language; }
 
     [[nodiscard]] core::AppLanguage language() const { return language_; }
 
-    /// The entry of a row, which exists.
+    /// The entry of an existing row.
     [[nodiscard]] const core::ClipboardEntry& entry(int row) const {
         return entries_.at(static_cast<std::size_t>(row));
     }

@@ -29,7 +29,7 @@ QString copiedAt(const core::ClipboardEntry& entry, core::AppLanguage language) 
     return isolated(QString::fromStdString(core::dateText(entry.copiedAt, language)));
 }
 
-/// Where a window of the size has room beside the panel: on the side where reading goes on, or else the other one.
+/// Where a window of this size fits beside the panel: on the side where reading continues, or else on the other one.
 QPoint beside(const EntryPreview::Place& place, QSize size, Qt::LayoutDirection direction) {
     const int right = place.panel.right() + 1 + distance;
     const int left = place.panel.left() - distance - size.width();

@@ -15,7 +15,8 @@
 
 namespace quillane {
 
-/// An entry shown large beside the panel while the pointer rests on its row. Takes neither the keys nor the pointer.
+/// An entry shown large beside the panel while the pointer rests on its row. Takes neither the keyboard nor the
+/// pointer.
 class EntryPreview : public QWidget {
     Q_OBJECT
 
@@ -32,7 +33,7 @@ public:
     void present(const core::ClipboardEntry& entry, const core::SearchQuery& query, core::AppLanguage language,
                  const Place& place);
 
-    /// One more picture is there.
+    /// Another picture is ready.
     void imagesChanged();
 
     void dismiss();

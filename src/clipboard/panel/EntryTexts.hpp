@@ -17,7 +17,7 @@ namespace quillane {
     return QString::fromStdString(text.rendered(language));
 }
 
-/// What an entry is: "Text", "Image", "File" or "Files".
+/// The kind of an entry: "Text", "Image", "File" or "Files".
 [[nodiscard]] QString kindName(const core::ClipboardEntry& entry, core::AppLanguage language);
 
 /// The names of the entry's files, each isolated from the others' direction.
@@ -26,11 +26,11 @@ namespace quillane {
 /// "1280 × 720", in this order in every language.
 [[nodiscard]] QString sizeName(QSize pixels);
 
-/// The line below the contents: the application that it comes from, or else what it is; then what else is known.
+/// The line below the contents: the source application, or else the kind; then other details.
 [[nodiscard]] QString sourceLine(const core::ClipboardEntry& entry, QSize pixels, EntryFiles::State state,
                                  core::AppLanguage language);
 
-/// What a screen reader says for the entry: what it is, how it begins, where it comes from, whether it is pinned.
+/// What a screen reader says for the entry: its kind, its beginning, its source, whether it is pinned.
 [[nodiscard]] QString accessibleName(const core::ClipboardEntry& entry, EntryFiles::State state,
                                      core::AppLanguage language);
 

@@ -16,7 +16,7 @@ constexpr std::size_t headBytes = 4 * Excerpt::mostCharacters;
 constexpr std::size_t searchedBytes = 32 * 1024; ///< a match further on is not shown
 constexpr std::size_t bytesBeforeMatch = 24;
 
-/// At most so many bytes from a place, with no character cut.
+/// At most this many bytes from a position, without cutting a character.
 std::string_view piece(std::string_view utf8, std::size_t begin, std::size_t count) {
     const auto isContinuation = [&](std::size_t at) {
         return at < utf8.size() && (static_cast<unsigned char>(utf8[at]) & 0xC0U) == 0x80U;
@@ -74,7 +74,7 @@ Excerpt excerpt(const std::string& utf8, const core::SearchQuery& query) {
 
 qsizetype excerptLength(const std::string& utf8, qsizetype most) {
     if (utf8.size() > 8 * static_cast<std::size_t>(most)) {
-        return most; // unless most of it is space
+        return most; // unless it is mostly white space
     }
     return collapsed(piece(utf8, 0, 4 * static_cast<std::size_t>(most))).size();
 }

@@ -14,7 +14,7 @@
 
 namespace quillane {
 
-/// The part of a text that a row shows, and what in it is bold.
+/// The part of a text that a row shows, and its bold parts.
 struct Excerpt {
     struct Range {
         qsizetype begin = 0;
@@ -29,19 +29,19 @@ struct Excerpt {
     static constexpr qsizetype mostCharacters = 400;
 };
 
-/// The beginning of the text, or what is around the first match when that is further on.
+/// The beginning of the text, or the surroundings of the first match if it is further on.
 [[nodiscard]] Excerpt excerpt(const std::string& utf8, const core::SearchQuery& query);
 
-/// About how many characters an excerpt has, as far as `most`. Takes no longer for a long text.
+/// The approximate number of characters of an excerpt, up to `most`. Takes no longer for a long text.
 [[nodiscard]] qsizetype excerptLength(const std::string& utf8, qsizetype most);
 
-/// The text as it is, and what in it is bold.
+/// The unchanged text, and its bold parts.
 [[nodiscard]] Excerpt wholeText(const QString& text, const core::SearchQuery& query);
 
 /// The direction of the text's first strong character that is not isolated (Unicode Standard Annex 9, rules P2 and P3).
 [[nodiscard]] std::optional<Qt::LayoutDirection> directionOf(const QString& text);
 
-/// The text between marks that keep its direction to itself (FSI and PDI, Unicode Standard Annex 9).
+/// The text between marks that isolate its direction (FSI and PDI, Unicode Standard Annex 9).
 [[nodiscard]] QString isolated(const QString& text);
 
 } // namespace quillane

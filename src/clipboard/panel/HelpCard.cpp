@@ -41,7 +41,7 @@ void HelpCard::showBeside(const QWidget& widget) {
     resize(cardWidth, heightForWidth(cardWidth));
     const QRect anchor(widget.mapToGlobal(QPoint(0, 0)), widget.size());
     const auto screen = widget.screen()->availableGeometry();
-    // On the side where reading begins, the card reaches no further than the widget.
+    // On the side where reading begins, the card does not extend beyond the widget.
     auto place = QStyle::alignedRect(layoutDirection(), Qt::AlignRight | Qt::AlignTop, size(), anchor);
     place.moveBottom(anchor.top() - distance);
     if (place.top() < screen.top()) {

@@ -8,8 +8,8 @@
 
 namespace quillane {
 
-/// A few paragraphs of help in a window of their own above a button. A tool tip would not do: it opens over the button
-/// that was clicked, and goes as soon as the pointer is above it instead.
+/// A few paragraphs of help in a window above a button. Not a tool tip: that opens over the clicked button and closes
+/// as soon as the pointer is above it.
 class HelpCard : public QLabel {
 public:
     explicit HelpCard(QWidget* parent);

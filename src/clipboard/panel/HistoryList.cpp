@@ -8,7 +8,7 @@
 namespace quillane {
 
 HistoryList::HistoryList() {
-    QAccessible::installFactory(&accessibleHistory); // Qt knows it once, however often it is told
+    QAccessible::installFactory(&accessibleHistory); // Qt keeps one registration, however often it is made
 }
 
 void HistoryList::announce(int row) {

@@ -9,7 +9,7 @@
 
 namespace quillane {
 
-/// The list of the panel. Screen readers can press its rows and open their menus although the keys stay in the search
+/// The list of the panel. Screen readers can press its rows and open their menus although the focus stays in the search
 /// field.
 class HistoryList : public QListView {
     Q_OBJECT
@@ -20,10 +20,10 @@ public:
     std::function<void(int row)> onPress;
     std::function<void(int row)> onMenu;
 
-    QString pressName; ///< what pressing does, for people
-    QString menuName;  ///< what the menu offers, for people
+    QString pressName; ///< what pressing does, for screen readers
+    QString menuName;  ///< what the menu offers, for screen readers
 
-    /// Tells screen readers that the keys are now about this row.
+    /// Tells screen readers that keys now act on this row.
     void announce(int row);
 
 signals:

@@ -27,7 +27,7 @@ core::Rect flipped(const QRect& rect) {
             static_cast<double>(rect.width()), static_cast<double>(rect.height())};
 }
 
-/// The panel's window on macOS has a title bar that nobody sees; Qt 6.8 and later would keep a strip free for it.
+/// On macOS the panel's window has an invisible title bar; Qt 6.8 and later would keep a strip free for it.
 void ignoreSafeArea(QWidget& window) {
     window.setAttribute(Qt::WA_ContentsMarginsRespectsSafeArea, false);
     for (auto* part : window.findChildren<QWidget*>()) {
@@ -95,7 +95,7 @@ void HistoryPanel::place() {
 }
 
 bool HistoryPanel::event(QEvent* event) {
-    // A menu of the panel's own takes the keys for a while.
+    // The panel's own menu takes the keyboard for a while.
     if (event->type() == QEvent::WindowDeactivate && !windowFlags().testFlag(Qt::Popup) &&
         QApplication::activePopupWidget() == nullptr) {
         panel_.close();

@@ -9,8 +9,8 @@
 
 namespace quillane {
 
-/// The window of the clipboard history. It takes the keys while it is open and leaves the application in front where it
-/// is. Made once; shows itself whenever the model opens.
+/// The window of the clipboard history. It takes the keyboard while it is open and leaves the application in front
+/// where it is. Made once; it shows itself whenever the model opens.
 class HistoryPanel : public QWidget {
     Q_OBJECT
 

@@ -20,13 +20,13 @@ namespace quillane {
 
 /// What the window of the clipboard history needs. Everything referred to must outlive it.
 struct HistoryPanelServices {
-    core::Desktop desktop{}; ///< what the texts speak of, and the keys that they name
+    core::Desktop desktop{}; ///< the desktop and keys that texts name
     ClipboardPanel& panel;
     core::AppPreferences& preferences;
     WindowTraits& windowTraits;
     MainQueue& mainQueue;
     SerialQueue& imageQueue;   ///< for decoding pictures
-    SerialQueue& fileQueue;    ///< for asking after files, which a server that is away may hold up
+    SerialQueue& fileQueue;    ///< for checking files, which an unreachable server may delay
     core::FileFinder findFile; ///< finds the files of entries
     std::function<QIcon(const std::string& name, const QColor& color)> symbol; ///< a null icon for unknown names
     std::function<void()> openSettings;                                        ///< shows the settings of the history

@@ -20,7 +20,7 @@ constexpr std::array formats{std::pair{core::pasteboardTypes::png, "png"},
                              std::pair{core::pasteboardTypes::jpeg, "jpeg"},
                              std::pair{core::pasteboardTypes::tiff, "tiff"}};
 
-/// A picture that was turned on its side by its camera is stored lying.
+/// A picture that was taken on its side is stored unrotated.
 bool isTurned(QImageIOHandler::Transformations transformation) {
     return transformation.testFlag(QImageIOHandler::TransformationRotate90);
 }
@@ -28,7 +28,7 @@ bool isTurned(QImageIOHandler::Transformations transformation) {
 DecodedImage decode(const std::vector<std::byte>& bytes, const char* format, QSize bound) {
     auto data = QByteArray::fromRawData(reinterpret_cast<const char*>(bytes.data()), std::ssize(bytes));
     QBuffer buffer(&data);
-    QImageReader reader(&buffer, format); // the bytes may not be what another type of file wants
+    QImageReader reader(&buffer, format); // in no other format, whatever the bytes look like
     reader.setAutoTransform(true);
     const auto stored = reader.size();
     if (!stored.isValid() || stored.isEmpty()) {

@@ -27,7 +27,7 @@ constexpr quint32 scanCodeOfOne = 10; // those of 2 to 9 follow
 
 constexpr core::KeyCode keyCodeOfV = 9;
 
-/// The place of a key of the digit row, from 0.
+/// The position of a key in the digit row, from 0.
 std::optional<std::size_t> digitByPlace(const QKeyEvent& event, KeyNumbering numbering) {
     if (numbering == KeyNumbering::macOS) {
         const auto* const place = std::ranges::find(digits, event.nativeVirtualKey());
@@ -39,8 +39,7 @@ std::optional<std::size_t> digitByPlace(const QKeyEvent& event, KeyNumbering num
                : std::nullopt;
 }
 
-/// The index of a digit key, from 0. macOS numbers keys by their place alone; on X11 a digit that is written on the key
-/// counts first.
+/// The index of a digit key, from 0. macOS numbers keys by position only; on X11 a digit on the key takes precedence.
 std::optional<std::size_t> digit(const QKeyEvent& event, KeyNumbering numbering) {
     const auto key = static_cast<quint32>(event.key());
     const int written = key < 0x10000 ? QChar(static_cast<char16_t>(key)).digitValue() : -1;

@@ -10,12 +10,12 @@ class QToolButton;
 
 namespace quillane {
 
-/// A row above the list: what the user should know, and a button that leads on.
+/// A row above the list: what the user should know, and a button that does something about it.
 class PanelNotice : public QFrame {
     Q_OBJECT
 
 public:
-    /// The name is that of the widget; its button has "Button" added.
+    /// The widget's name; its button's name has "Button" appended.
     explicit PanelNotice(const char* name);
 
     [[nodiscard]] QToolButton& button() { return *button_; }

@@ -21,7 +21,7 @@ public:
 
     explicit PanelSymbols(Source source) : source_(std::move(source)) {}
 
-    /// The symbol in a square of so many points, sharp at the pixel ratio.
+    /// The symbol in a square with sides of this many points, sharp at the pixel ratio.
     [[nodiscard]] QPixmap pixmap(const char* name, const QColor& color, int size, qreal ratio);
 
     [[nodiscard]] QIcon icon(const char* name, const QColor& color) const {

@@ -49,7 +49,7 @@ SearchBox::SearchBox(PanelSymbols& symbols)
 void SearchBox::follow(const QString& text) {
     const auto direction = directionOf(text).value_or(layoutDirection());
     field_->setLayoutDirection(direction);
-    // A field aligns its text by that text's direction, so the caret of an empty one would always stand at the left.
+    // A field aligns its text by the text's direction, so the caret of an empty one would always be at the left.
     field_->setAlignment(Qt::AlignAbsolute | Qt::AlignVCenter |
                          (direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft));
     clear_->setVisible(!text.isEmpty());

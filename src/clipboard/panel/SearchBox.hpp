@@ -13,8 +13,8 @@ class QToolButton;
 
 namespace quillane {
 
-/// The search field with its symbol and a button that clears it. What is typed runs in its own direction; symbol and
-/// button stay where the language of the interface has them.
+/// The search field with its symbol and a button that clears it. Typed text runs in its own direction; symbol and
+/// button stay where the interface language puts them.
 class SearchBox : public QFrame {
     Q_OBJECT
 
@@ -25,7 +25,7 @@ public:
 
     [[nodiscard]] QToolButton& clearButton() { return *clear_; }
 
-    /// The texts in the language of the interface, and colours of the appearance of the moment.
+    /// Sets the texts in the interface language, and the colours of the current appearance.
     void redraw(const QString& placeholder, const QString& clearName);
 
 protected:

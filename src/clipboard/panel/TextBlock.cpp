@@ -47,7 +47,7 @@ public:
         breakLines(block.mostLines, block.font);
     }
 
-    /// Where the text goes on after the last line.
+    /// Where the text continues after the last line.
     [[nodiscard]] qsizetype end() const { return end_; }
 
     [[nodiscard]] QTextLayout& layout() { return layout_; }
@@ -66,7 +66,7 @@ private:
                 break;
             }
             line.setLineWidth(width_);
-            line.setPosition({0, height_ + ascent - line.ascent()}); // base lines at equal distances
+            line.setPosition({0, height_ + ascent - line.ascent()}); // equally spaced baselines
             height_ += TextBlock::lineHeight(font);
             used_ = std::max(used_, line.naturalTextWidth());
             end_ = line.textStart() + line.textLength();

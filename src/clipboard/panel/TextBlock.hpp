@@ -13,8 +13,8 @@ class QPainter;
 
 namespace quillane {
 
-/// A few lines of text in the direction of their own first strong character, so that nothing around them has a part in
-/// it. What does not fit ends with an ellipsis.
+/// A few lines of text in the direction of their first strong character, independent of what is around them. What does
+/// not fit ends with an ellipsis.
 struct TextBlock {
     /// Where lines begin.
     enum class Alignment {
@@ -25,19 +25,19 @@ struct TextBlock {
     Excerpt content;
     QFont font;
     QColor color;
-    Qt::LayoutDirection interface = Qt::LeftToRight; ///< the direction of what is around
+    Qt::LayoutDirection interface = Qt::LeftToRight; ///< the surrounding direction
     int mostLines = 1;
     Alignment alignment = Alignment::natural;
     Qt::LayoutDirection neutral = Qt::LeftToRight; ///< of text without a direction, such as a telephone number
     bool struck = false;
 
-    /// The distance of lines, whatever fonts their scripts take.
+    /// The line spacing, whatever fonts the scripts use.
     [[nodiscard]] static int lineHeight(const QFont& font);
 
-    /// Draws at the top of the rectangle and returns the height that was taken.
+    /// Draws at the top of the rectangle and returns the used height.
     int draw(QPainter& painter, const QRect& rect) const;
 
-    /// The size that it takes in the width.
+    /// Its size within the width.
     [[nodiscard]] QSize size(int width) const;
 };
 

@@ -13,7 +13,7 @@ namespace quillane::core::areaCaptureShortcut {
 inline constexpr KeyCode keyCode = 21;
 inline constexpr EventFlags eventFlags = flags::control | flags::shift | flags::command;
 
-/// The page of System Settings that it can be turned off on.
+/// The page of System Settings where it can be turned off.
 inline constexpr std::string_view settingsAddress = "x-apple.systempreferences:com.apple.Keyboard-Settings.extension";
 
 } // namespace quillane::core::areaCaptureShortcut

@@ -44,11 +44,12 @@ struct PixelRect {
     bool operator==(const PixelRect&) const = default;
 };
 
-/// What two areas share; empty when they share nothing.
+/// The intersection of two areas; empty when they share nothing.
 [[nodiscard]] PixelRect intersection(const PixelRect& one, const PixelRect& other);
 
-/// The area that somebody is selecting on the screens with the pointer or with keys. A rubber band holds both the pixel
-/// where the button went down and the one under the pointer, so that the last column and row of a screen can be had.
+/// The area that the user is selecting on the screens with the pointer or with keys. The rubber band includes both the
+/// pixel where the button went down and the one under the pointer, so that the last column and row of a screen can be
+/// selected.
 ///
 ///     AreaSelection selection({{0, 0, 1280, 800}});
 ///     selection.press({10, 10});
@@ -59,13 +60,13 @@ public:
     /// How far the pointer has to go before a click becomes a drag.
     static constexpr int dragDistance = 3;
 
-    /// The screens, at least one of them, as they lie beside each other.
+    /// The screens, at least one, in their arrangement.
     explicit AreaSelection(std::vector<PixelRect> screens);
 
     /// The smallest area that holds all screens.
     [[nodiscard]] const PixelRect& bounds() const { return bounds_; }
 
-    /// What is selected; none before there is something.
+    /// The selected area; none before anything is selected.
     [[nodiscard]] std::optional<PixelRect> area() const;
 
     /// The corner that follows the pointer; where the pointer is while nothing is selected.
@@ -74,7 +75,7 @@ public:
     /// The button is held.
     [[nodiscard]] bool isPressed() const { return pressed_; }
 
-    /// The button goes down: whatever was selected is given up.
+    /// The button goes down: drops any earlier selection.
     void press(PixelPoint point);
 
     /// The pointer is there now.
@@ -83,10 +84,10 @@ public:
     /// The button goes up. False after a click that did not drag.
     bool release();
 
-    /// While it holds, the pointer moves the whole band instead of its corner.
+    /// While set, the pointer moves the whole band instead of its corner.
     void setMoving(bool moving) { moving_ = moving; }
 
-    /// While it holds, only the side along which the pointer has gone further since then follows it.
+    /// While set, only the side along which the pointer has moved further since then follows it.
     void setLocked(bool locked);
 
     /// Moves the area. Where nothing is selected, the middle of the screen under the pointer is, as a start.
@@ -112,11 +113,11 @@ private:
     bool locked_ = false;
 };
 
-/// The screen that holds the point, or else the nearest one, by its place in the list, which is not empty.
+/// The index of the screen that contains the point, or else of the nearest one. The list is not empty.
 [[nodiscard]] std::size_t screenAt(const std::vector<PixelRect>& screens, PixelPoint point);
 
-/// Where the label with the area's size stands on the screen: at the corner that moves, outside the area where there is
-/// room for it, otherwise inside; always on the screen as a whole, as far as it fits.
+/// Where the label with the area's size goes: at the corner that moves, outside the area if there is room, otherwise
+/// inside; always entirely on the screen, as far as it fits.
 [[nodiscard]] PixelRect sizeLabelPlace(const PixelRect& area, PixelPoint corner, PixelSize label,
                                        const PixelRect& screen, int gap);
 

@@ -34,7 +34,7 @@ struct ClipboardEntry {
     ClipboardKind kind = ClipboardKind::text;
     Shared<std::string> text; ///< UTF-8 to show and to search, at most `maximumTextCharacters`
     std::string source;       ///< bundle identifier of the application that it was copied from; may be empty
-    std::string sourceName;   ///< that application's name for people
+    std::string sourceName;   ///< that application's display name
     Date createdAt;
     Date copiedAt; ///< when it was last copied or used from the history
     bool pinned = false;

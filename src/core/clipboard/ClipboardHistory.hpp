@@ -19,18 +19,18 @@ class ClipboardHistory {
 public:
     ClipboardHistory() = default;
 
-    /// Takes over entries that were stored, as they are. Prepares them for searching, which takes time in the order of
-    /// a millisecond for every 100,000 characters; may be made on another thread.
+    /// Takes over stored entries as they are. Prepares them for searching, which takes on the order of a millisecond
+    /// for every 100,000 characters; may be constructed on another thread.
     explicit ClipboardHistory(std::vector<ClipboardEntry> entries);
 
     [[nodiscard]] const std::vector<ClipboardEntry>& entries() const { return entries_; }
 
     /// Appends the entry, or renews the copy date of the first one with the same digest, and trims. False when the
-    /// options or its size refuse it, or when trimming has removed it.
+    /// options or its size rule it out, or when trimming has removed it.
     bool insert(ClipboardEntry entry, const ClipboardOptions& options);
 
-    /// Adds what was recorded later. Of entries with the same contents the one that is here stays, with the later copy
-    /// date, and pinned if either is. The entries whose pin has changed by that.
+    /// Adds entries that were recorded later. Of two entries with the same contents the one that is here stays, with
+    /// the later copy date, and pinned if either is. Returns the entries whose pin this changed.
     [[nodiscard]] std::vector<Uuid> merge(const ClipboardHistory& later);
 
     /// Marks the entry as used now.

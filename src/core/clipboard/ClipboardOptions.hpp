@@ -20,8 +20,8 @@ struct ClipboardOptions {
     bool saveImages = true;
     bool saveFiles = true;
     bool persist = true;             ///< keep the history between launches, encrypted on disk
-    std::int64_t limit = 200;        ///< most unpinned entries
-    std::int64_t storageMB = 250;    ///< most bytes of all entries, in units of 1,048,576
+    std::int64_t limit = 200;        ///< maximum number of unpinned entries
+    std::int64_t storageMB = 250;    ///< maximum size of all entries, in units of 1,048,576 bytes
     bool popupAtCursor = true;       ///< the panel opens at the mouse pointer rather than in the centre of the screen
     bool pinsOnTop = true;           ///< pinned entries come before unpinned ones
     std::int64_t imageHeight = 60;   ///< of thumbnails, in points
@@ -47,7 +47,7 @@ inline constexpr const char* clipboardOptionsKey = "QuillaneClipboardOptionsV1";
 [[nodiscard]] std::vector<std::byte> encodeClipboardOptions(const ClipboardOptions& options);
 
 /// Reads what `encodeClipboardOptions` writes. None when the bytes are not a JSON object, lack a key, or hold a value
-/// of another type; unknown keys are passed over.
+/// of another type; unknown keys are ignored.
 [[nodiscard]] std::optional<ClipboardOptions> decodeClipboardOptions(std::span<const std::byte> json);
 
 } // namespace quillane::core

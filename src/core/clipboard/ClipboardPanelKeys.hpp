@@ -14,16 +14,16 @@
 /// What the keys do while the panel of the clipboard history is open.
 namespace quillane::core::clipboardPanelKeys {
 
-/// Moves the selection by so many entries.
+/// Moves the selection by this many entries.
 struct Move {
     int by = 0;
     bool operator==(const Move&) const = default;
 };
 
-/// What to do with the entry that is chosen.
+/// What to do with the chosen entry.
 enum class Choice {
     paste,
-    copyOnly,   ///< to the pasteboard, and no further
+    copyOnly,   ///< to the pasteboard only
     plainPaste, ///< pastes its text without styles
 };
 

@@ -100,7 +100,7 @@ std::optional<std::string_view> plainText(const std::vector<ClipboardRepresentat
     return plain != item.end() ? utf8(plain->data) : std::nullopt;
 }
 
-/// Text is asked for only where it is on offer: on macOS each question may ask the user for access.
+/// Text is read only where it is offered: on macOS each read may ask the user for access.
 std::optional<std::string> offeredString(const PasteboardContents& pasteboard, const PasteboardTypeSet& types,
                                          std::string_view type) {
     return types.contains(type) ? pasteboard.string(type) : std::nullopt;

@@ -49,7 +49,7 @@ VaultFolder::Result<Value> readSealed(const VaultFolder& folder, const SecretByt
     return std::move(*value);
 }
 
-/// The entry of that name. Another entry's file in its place is malformed.
+/// The entry with this name. Another entry's file in its place is malformed.
 VaultFolder::Result<ClipboardEntry> readEntry(const VaultFolder& folder, const SecretBytes& key,
                                               const std::string& name, const Uuid& id) {
     auto entry = readSealed(folder, key, name, &entryArchive::decode);
@@ -85,7 +85,7 @@ std::vector<Uuid> idsOf(std::span<const std::string> names) {
     return ids;
 }
 
-/// The folder, or none where there is no such folder.
+/// The folder, or none when it does not exist.
 VaultFolder::Result<std::optional<VaultFolder>> openExisting(const std::filesystem::path& path) {
     std::error_code error;
     if (!std::filesystem::exists(path, error) && !error) {
@@ -98,7 +98,7 @@ VaultFolder::Result<std::optional<VaultFolder>> openExisting(const std::filesyst
     return std::optional(std::move(*folder));
 }
 
-/// Removes what no entry of a history could be read without first.
+/// First removes the files without which no entry of a history can be read.
 VaultFolder::Result<void> eraseAll(VaultFolder& folder) {
     const auto names = folder.names();
     if (!names) {
@@ -110,7 +110,7 @@ VaultFolder::Result<void> eraseAll(VaultFolder& folder) {
         }
     }
     if (auto flushed = folder.flush(); !flushed) {
-        return flushed; // an index that comes back would speak of files that do not
+        return flushed; // an index that reappears would name files that do not
     }
     for (const auto& name : *names) {
         if (isClip(name)) {

@@ -27,11 +27,11 @@ public:
     template <typename T>
     using Result = VaultFolder::Result<T>;
 
-    /// Makes the folder if missing. Fails when the key is not exactly 32 bytes.
+    /// Makes the folder if it is missing. Fails when the key is not exactly 32 bytes.
     [[nodiscard]] static Result<ClipboardVault> open(const std::filesystem::path& directory, SecretBytes key);
 
     /// All entries in the history's order, or an error and no entry at all. Without an index there are none. The next
-    /// save knows what has been loaded.
+    /// save takes what was loaded as saved.
     [[nodiscard]] Result<std::vector<ClipboardEntry>> load();
 
     /// Makes the disk say this: writes the entries whose copy date differs from the one on disk, and the index when it
@@ -46,13 +46,13 @@ public:
     /// Removes the files of any vault from a folder, which need not exist.
     [[nodiscard]] static Result<void> eraseFiles(const std::filesystem::path& folder);
 
-    /// Whether a folder, which need not exist, has files of a vault.
+    /// Whether a folder, which need not exist, contains files of a vault.
     [[nodiscard]] static Result<bool> hasFiles(const std::filesystem::path& folder);
 
     /// What could be read of a history.
     struct Recovered {
         std::vector<ClipboardEntry> entries; ///< in its order
-        std::size_t total = 0;               ///< entries that it had, as far as its files show
+        std::size_t total = 0;               ///< number of entries that it had, as far as its files show
     };
 
     /// Reads what can be read of another history that was sealed under the same key.
@@ -64,10 +64,10 @@ public:
     /// Whether the folder is still the one that the path names.
     [[nodiscard]] bool isInPlace() const { return folder_.isAt(directory_); }
 
-    /// The folder cannot be reached by what was opened, whether or not it is another one (`VaultFolder::isStale`).
+    /// The open folder can no longer be used, whether or not the path names another one (`VaultFolder::isStale`).
     [[nodiscard]] bool isStale() const { return folder_.isStale(); }
 
-    /// Opens the folder that the path names now, and makes it if missing. The next save writes everything again.
+    /// Opens the folder that the path names now, and makes it if it is missing. The next save writes everything again.
     [[nodiscard]] Result<void> reopen();
 
     /// The next save writes everything again.
@@ -85,7 +85,7 @@ private:
 
     struct Changes;
 
-    /// How entries get new contents that have a file already.
+    /// How entries that have a file get new contents.
     enum class Overwriting {
         together, ///< all at once with the index
         singly,   ///< one after the other, which takes less room

@@ -14,8 +14,8 @@
 #include <unordered_set>
 #include <utility>
 
-// How the vault writes: in which order, so that neither a kill nor a loss of power comes between two states, and how it
-// gets by with little room.
+// How the vault writes: the order, so that neither a kill nor a power loss leaves a state in between, and how it
+// manages with little space.
 
 namespace quillane::core {
 
@@ -24,13 +24,13 @@ namespace {
 using Reason = VaultError::Reason;
 using vaultNames::isClip;
 
-constexpr std::uintmax_t bytesBesideContents = 4'096; ///< what a file takes at most beside an entry's contents and text
+constexpr std::uintmax_t bytesBesideContents = 4'096; ///< maximum size of a file beside an entry's contents and text
 
 bool isFull(const VaultError& error) {
     return error.systemError == ENOSPC || error.systemError == EDQUOT;
 }
 
-/// What the disk still takes. Unlimited where it does not say.
+/// The free space on the disk. Unlimited if it is not reported.
 std::uintmax_t freeBytes(const std::filesystem::path& folder) {
     std::error_code error;
     const auto space = std::filesystem::space(folder, error);
@@ -43,16 +43,16 @@ std::uintmax_t bytesOf(const ClipboardEntry& entry) {
 
 } // namespace
 
-/// What makes the disk say something else.
+/// The difference between the disk and the history.
 struct ClipboardVault::Changes {
     std::vector<Uuid> ids;                          ///< of all entries
     std::vector<const ClipboardEntry*> added;       ///< entries without a file
-    std::vector<const ClipboardEntry*> overwritten; ///< entries whose file says something else
+    std::vector<const ClipboardEntry*> overwritten; ///< entries whose file differs
     std::vector<std::string> gone;                  ///< files that belong to no entry
     bool isIndexCurrent = false;
-    bool hasSettled = false;  ///< what a killed process had begun has been ended
-    bool isTogether = false;  ///< what is overwritten takes its names at once with the index
-    std::uintmax_t bytes = 0; ///< that the disk must take
+    bool hasSettled = false;  ///< the work of a killed process has been finished
+    bool isTogether = false;  ///< overwritten files get their names together with the index
+    std::uintmax_t bytes = 0; ///< required space on the disk
 
     [[nodiscard]] bool writesNames() const { return isTogether || !added.empty(); }
 };
@@ -65,8 +65,8 @@ ClipboardVault::Result<void> ClipboardVault::save(std::span<const ClipboardEntry
     return saved;
 }
 
-/// What is gone makes room first, and then each entry is overwritten for itself: a kill meanwhile leaves a history
-/// without what is new, or with some of the earlier dates.
+/// Removed entries make room first, and then each entry is overwritten separately: a kill meanwhile leaves a history
+/// without the new entries, or with some of the earlier dates.
 ClipboardVault::Result<void> ClipboardVault::writeInLittleRoom(std::span<const ClipboardEntry> entries) {
     const auto names = folder_.names();
     if (!names) {
@@ -133,11 +133,11 @@ ClipboardVault::Result<ClipboardVault::Changes> ClipboardVault::changesTo(std::s
     return changes;
 }
 
-/// The names of files reach the disk before the index that speaks of them, and the index before what it no longer
-/// speaks of is removed.
+/// File names reach the disk before the index that lists them, and the index before files that it no longer lists are
+/// removed.
 ClipboardVault::Result<void> ClipboardVault::apply(const Changes& changes) {
     if (changes.bytes > 0 && changes.bytes > freeBytes(directory_)) {
-        return tl::unexpected(VaultError{Reason::write, ENOSPC}); // rather than to fill the disk in vain
+        return tl::unexpected(VaultError{Reason::write, ENOSPC}); // rather than fill the disk in vain
     }
     for (const auto* entry : changes.added) {
         if (auto written = writeEntry(*entry, vaultNames::fileOf(entry->id)); !written) {
@@ -197,7 +197,7 @@ ClipboardVault::Result<void> ClipboardVault::writeIndex(const Changes& changes) 
             return flushed;
         }
     }
-    indexed_.reset(); // until the new one is there
+    indexed_.reset(); // until the new one exists
     const auto* name = changes.isTogether ? vaultNames::pendingIndex : vaultNames::index;
     if (auto written = writeSealed(name, entryArchive::encodeIndex(changes.ids)); !written) {
         return written;
@@ -228,8 +228,9 @@ ClipboardVault::Result<void> ClipboardVault::commitPending(const Changes& change
     return folder_.rename(vaultNames::pendingIndex, vaultNames::index);
 }
 
-/// Ends what a process that was killed had begun: gives the files of a save that counts as done their names, or removes
-/// those of one that does not. The names are those in the folder, before and after. Whether there was something to end.
+/// Finishes what a killed process had begun: gives the files of a save that counts as done their names, or removes
+/// those of a save that does not. `names` are those in the folder, before and after. Returns whether there was anything
+/// to finish.
 ClipboardVault::Result<bool> ClipboardVault::settlePending(std::vector<std::string>& names) {
     constexpr auto prefix = vaultNames::pendingPrefix;
     const bool isDone = std::ranges::find(names, vaultNames::pendingIndex) != names.end();
@@ -263,8 +264,8 @@ ClipboardVault::Result<bool> ClipboardVault::settlePending(std::vector<std::stri
     return hadPending;
 }
 
-/// Removes what a save has written that failed, unless the index on the disk speaks of it already. What cannot be
-/// removed now goes with the next save.
+/// Removes the files of a failed save, unless the index on the disk lists them already. Those that cannot be removed
+/// now are removed by the next save.
 void ClipboardVault::discard(const Changes& changes) {
     const auto names = folder_.names();
     if (!names) {

@@ -57,7 +57,7 @@ bool read(const Value::Dictionary& dictionary, const char* key, ClipboardKind& f
     return kind.has_value();
 }
 
-/// A date, or its number; without an order among dates there is no history.
+/// A date, or its number. NaN is refused: it has no order among dates.
 bool read(const Value::Dictionary& dictionary, const char* key, Date& field) {
     if (const auto* date = member<Value::Date>(dictionary, key)) {
         field.secondsSinceReferenceDate = date->secondsSinceReferenceDate;

@@ -9,15 +9,15 @@
 
 namespace quillane::core::entryDates {
 
-/// The smallest step between two entries that follow each other, in seconds.
+/// The minimum step between two consecutive entries, in seconds.
 inline constexpr double step = 0.001;
 
-/// The present for what comes next: one step after the newest entry where the clock says something earlier, since it
-/// was set back or stands still.
+/// The date of the next entry: the present, or one step after the newest entry if the clock is behind it because it was
+/// set back or stands still.
 [[nodiscard]] Date next(std::span<const ClipboardEntry> entries, Date now);
 
-/// Brings dates that lie in the future down to the present. Their order stays, among each other and with those before.
-/// The entries that have changed.
+/// Brings future dates down to the present. They keep their order, among each other and with earlier ones. Returns the
+/// entries that have changed.
 std::vector<Uuid> bringDown(std::span<ClipboardEntry> entries, Date now);
 
 } // namespace quillane::core::entryDates

@@ -16,13 +16,13 @@ bool isToEncode(char c) {
     return static_cast<unsigned char>(c) >= 0x80 || printable.find(c) != std::string_view::npos;
 }
 
-/// Where the host ends, whose brackets hold an address.
+/// The end of the host, whose brackets hold an address.
 std::size_t hostEnd(std::string_view url) {
     const auto scheme = std::min(url.find(':'), url.size());
     return url.substr(scheme).starts_with("://") ? url.find_first_of("/?#", scheme + 3) : 0;
 }
 
-/// The URL with the characters encoded that it should have encoded, so that the strict parser takes it.
+/// The URL with the characters encoded that must be, so that the strict parser accepts it.
 std::string encoded(std::string_view url) {
     constexpr std::string_view digits = "0123456789ABCDEF";
     const auto end = hostEnd(url);

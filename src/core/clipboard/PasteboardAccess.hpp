@@ -4,7 +4,7 @@
 
 namespace quillane::core {
 
-/// What the system lets this program read of what other programs have copied.
+/// What the system lets this program read of other programs' copies.
 enum class PasteboardAccess {
     allowed,
     asked, ///< it asks the user each time

@@ -27,20 +27,20 @@ class PasteboardContents {
 public:
     virtual ~PasteboardContents() = default;
 
-    /// Moves whenever the contents change, whoever changes them.
+    /// Changes whenever the contents change, whoever changes them.
     [[nodiscard]] virtual std::int64_t changeCount() const = 0;
 
-    /// The types that each item offers, in the order of the items. Empty while there is nothing to be read.
+    /// The types that each item offers, in the order of the items. Empty while there is nothing to read.
     [[nodiscard]] virtual std::vector<std::vector<std::string>> itemTypes() const = 0;
 
     /// The types that the pasteboard offers as a whole. macOS names older ones only here ("Pasteboard generator type"):
     /// among the types of an item they are dynamic identifiers.
     [[nodiscard]] virtual std::vector<std::string> ownTypes() const { return {}; }
 
-    /// The bytes of one item for a type, or none when it yields none.
+    /// The bytes of one item for a type, or none when it has none.
     [[nodiscard]] virtual std::optional<SharedBytes> data(std::size_t item, std::string_view type) const = 0;
 
-    /// The pasteboard's own text for a type, as UTF-8, or none when no item offers it or it is no text.
+    /// The pasteboard's own text for a type, as UTF-8, or none when no item offers it or it is not text.
     [[nodiscard]] virtual std::optional<std::string> string(std::string_view type) const = 0;
 
     /// What finds the files whose URLs are on the pasteboard. It may outlive the pasteboard.

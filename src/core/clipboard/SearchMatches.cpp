@@ -15,7 +15,7 @@ namespace quillane::core {
 
 namespace {
 
-/// A text as searching compares it, and where each of its characters came from.
+/// A text in the form that searching compares, and where each of its characters came from.
 struct FoldedText {
     std::u32string characters;
     std::vector<std::size_t> begins; ///< of the code point in the original; one more, the end of the text

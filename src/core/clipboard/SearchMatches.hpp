@@ -19,8 +19,8 @@ struct TextRange {
     bool operator==(const TextRange&) const = default;
 };
 
-/// Where the terms of the query are in the text as it was written, to be shown in bold: in order and apart from each
-/// other. Marks on the last letter of a match belong to it. Compares like `SearchText`.
+/// Where the terms of the query are in the original text, to be shown in bold: in order and without overlap. Marks on
+/// the last letter of a match belong to it. Compares like `SearchText`.
 [[nodiscard]] std::vector<TextRange> searchMatches(std::string_view utf8, const SearchQuery& query);
 
 } // namespace quillane::core

@@ -14,7 +14,7 @@ namespace quillane::core {
 namespace {
 
 constexpr char32_t blockSize = 0x80;
-/// Begins a code point that is neither plain ASCII nor of the block; five bytes below 0x20 follow.
+/// Starts a code point that is neither plain ASCII nor in the block; five bytes below 0x20 follow.
 constexpr char escape = 0x7f;
 
 /// One byte for printable ASCII and for the block, an escape for all else. No encoded code point occurs inside another
@@ -59,8 +59,8 @@ std::u16string utf16(std::u32string_view text) {
     return units;
 }
 
-/// The block that the text is written in beside ASCII, or 0 when it takes more than one. A majority is found in one
-/// pass (Boyer and Moore, "MJRTY", 1981) and then counted.
+/// The block that the text uses beside ASCII, or 0 when it uses more than one. A majority is found in one pass (Boyer
+/// and Moore, "MJRTY", 1981) and then counted.
 char32_t alphabetBlock(std::u32string_view text) {
     char32_t block = 1; // of Latin-1, for a text of ASCII only
     std::size_t lead = 0;
@@ -77,7 +77,7 @@ char32_t alphabetBlock(std::u32string_view text) {
     return static_cast<std::size_t>(others) * 16 <= text.size() ? block : 0;
 }
 
-/// One byte a unit, in which different units may look the same.
+/// One byte for each unit; different units may have the same byte.
 std::string traces(std::u16string_view units) {
     std::string bytes(units.size(), '\0');
     std::ranges::transform(units, bytes.begin(), [](char16_t unit) { return static_cast<char>(unit ^ unit >> 8U); });
@@ -104,8 +104,8 @@ bool isAnySet(Lanes lanes) {
     return (halves[0] | halves[1]) != 0;
 }
 
-/// Looks for the first and the last byte of the needle at once. Where both are, `occursIn(begin, end)` is asked whether
-/// the needle begins at one of these places.
+/// Looks for the first and the last byte of the needle at once. Where both match, `occursIn(begin, end)` decides
+/// whether the needle begins at one of these positions.
 template <typename OccursIn>
 bool containsAt(std::string_view text, std::string_view needle, const OccursIn& occursIn) {
     if (needle.size() > text.size()) {
@@ -131,7 +131,7 @@ bool containsAt(std::string_view text, std::string_view needle, const OccursIn& 
     return at < places && occursIn(at, places);
 }
 
-/// Whether the needle begins in the text at one of the places from `begin` to before `end`.
+/// Whether the needle begins in the text at one of the positions in [begin, end).
 template <typename View>
 bool beginsBetween(View text, View needle, std::size_t begin, std::size_t end) {
     return text.substr(begin, end - begin + needle.size() - 1).find(needle) != View::npos;

@@ -77,7 +77,7 @@ std::optional<Date> parseDate(std::string_view text) {
     return Date{static_cast<double>(time.time_since_epoch().count()) - referenceDateInUnixSeconds};
 }
 
-/// A date after every other one, whatever the clock says: the oldest of too many are erased.
+/// Dated after all others, whatever the clock says, because the oldest of too many are erased.
 Date dateOfNext(const fs::path& vaultFolder, Date now) {
     const auto all = list(vaultFolder);
     if (!all || all->empty() || all->front().date <= now) {
@@ -90,7 +90,7 @@ void removeLock(const fs::path& folder) {
     static_cast<void>(::unlink((folder / vaultNames::lock).c_str())); // nobody writes here
 }
 
-/// Erases those that are more than are kept. One that cannot be erased now is erased with the next.
+/// Erases those beyond the number that is kept. One that cannot be erased now is erased with the next.
 void prune(const fs::path& vaultFolder) {
     const auto all = list(vaultFolder);
     for (std::size_t i = maximumCount; all && i < all->size(); ++i) {

@@ -18,8 +18,8 @@ struct SetAsideHistory {
     bool operator==(const SetAsideHistory&) const = default;
 };
 
-/// What is kept of a vault whose files could not be opened or decoded: its folder under a dated name in UTC,
-/// "ClipboardHistory-2026-11-22T014500Z", so that nothing that could not be read is written over. Blocks on the disk.
+/// Vaults whose files could not be opened or decoded: each folder is kept under a dated name in UTC,
+/// "ClipboardHistory-2026-11-22T014500Z", so that nothing unreadable is overwritten. Blocks on the disk.
 namespace setAsideHistories {
 
 inline constexpr std::size_t maximumCount = 3;
@@ -28,13 +28,13 @@ inline constexpr std::size_t maximumCount = 3;
 /// erased.
 [[nodiscard]] VaultFolder::Result<void> add(const std::filesystem::path& vaultFolder, Date now);
 
-/// Those of a vault, the latest first.
+/// Those of a vault, latest first.
 [[nodiscard]] VaultFolder::Result<std::vector<SetAsideHistory>> list(const std::filesystem::path& vaultFolder);
 
 /// Erases the vault's files in one of them, and its folder unless something else is in it.
 [[nodiscard]] VaultFolder::Result<void> erase(const SetAsideHistory& history);
 
-/// Erases all of a vault.
+/// Erases all those of a vault.
 [[nodiscard]] VaultFolder::Result<void> eraseAll(const std::filesystem::path& vaultFolder);
 
 } // namespace setAsideHistories

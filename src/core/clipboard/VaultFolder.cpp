@@ -63,7 +63,7 @@ bool writeAll(int descriptor, std::span<const std::byte> contents) {
     return true;
 }
 
-/// Fills the buffer; the number of bytes is less at the end of the file, and -1 on an error.
+/// Fills the buffer. Returns the number of bytes, fewer at the end of the file, or -1 on an error.
 ssize_t readAll(int descriptor, std::span<std::byte> buffer) {
     std::size_t filled = 0;
     while (filled < buffer.size()) {
@@ -200,7 +200,7 @@ VaultFolder::Result<bool> VaultFolder::contains(const std::string& name) const {
 }
 
 VaultFolder::Result<std::vector<std::string>> VaultFolder::names() const {
-    // A descriptor of its own: listing moves the place in a folder that is read.
+    // A separate descriptor, because listing moves a folder's read position.
     const int descriptor = openat(descriptor_, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0) {
         return failure(Reason::folder);

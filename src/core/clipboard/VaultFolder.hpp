@@ -17,7 +17,7 @@ namespace quillane::core {
 /// What failed in a clipboard vault. Nothing of the contents is in it.
 struct VaultError {
     enum class Reason {
-        noKey,        ///< the key cannot be had now
+        noKey,        ///< the key is not available now
         inUse,        ///< another program writes this vault
         wrongKeySize, ///< the key is not 32 bytes
         folder,       ///< the folder cannot be made, opened or listed
@@ -32,7 +32,7 @@ struct VaultError {
     Reason reason = Reason::read;
     int systemError = 0; ///< errno, where the system gave one
 
-    /// A file does not hold what was written, and will not the next time either. Everything else may pass.
+    /// The file does not hold what was written, and will not the next time either. Any other error may be temporary.
     [[nodiscard]] bool isDamage() const;
 
     bool operator==(const VaultError&) const = default;
@@ -44,14 +44,14 @@ public:
     template <typename T>
     using Result = tl::expected<T, VaultError>;
 
-    /// Opens the folder with mode 0700 and makes it, and the folders above it, if missing.
+    /// Opens the folder with mode 0700 and makes it, and the folders above it, if they are missing.
     [[nodiscard]] static Result<VaultFolder> open(const std::filesystem::path& path);
 
     VaultFolder(VaultFolder&& other) noexcept;
     VaultFolder& operator=(VaultFolder&& other) noexcept;
     ~VaultFolder();
 
-    /// The whole file, or none when there is no such file.
+    /// The whole file, or none when it does not exist.
     [[nodiscard]] Result<std::optional<std::vector<std::byte>>> read(const std::string& name,
                                                                      std::size_t maximumBytes) const;
 
@@ -60,25 +60,26 @@ public:
     [[nodiscard]] Result<void> replace(const std::string& name,
                                        std::initializer_list<std::span<const std::byte>> parts);
 
-    /// Gives a file the name of another one, which is replaced if it exists.
+    /// Renames a file, replacing the target if it exists.
     [[nodiscard]] Result<void> rename(const std::string& from, const std::string& to);
 
     /// Removes the file if it exists.
     [[nodiscard]] Result<void> remove(const std::string& name);
 
-    /// Only a name that the system does not know is absent; a failure to look is an error.
+    /// Only a name that the system does not know is absent; a failed lookup is an error.
     [[nodiscard]] Result<bool> contains(const std::string& name) const;
 
     /// The names of everything in the folder.
     [[nodiscard]] Result<std::vector<std::string>> names() const;
 
-    /// Makes renaming and removing last through a loss of power.
+    /// Makes renames and removals survive a power loss.
     [[nodiscard]] Result<void> flush();
 
-    /// Whether this is what the path names: false once it was removed, or another folder is in its place.
+    /// Whether the path still names this folder: false once it was removed or replaced.
     [[nodiscard]] bool isAt(const std::filesystem::path& path) const;
 
-    /// The system no longer knows what was opened, as after the restart of a file server: opening it again mends that.
+    /// The system no longer knows the open folder, for example after the restart of a file server: opening it again
+    /// helps.
     [[nodiscard]] bool isStale() const;
 
 private:
@@ -87,7 +88,7 @@ private:
     int descriptor_ = -1;
 };
 
-/// Makes renaming, making and removing in a folder last through a loss of power.
+/// Makes renames, creations and removals in a folder survive a power loss.
 [[nodiscard]] VaultFolder::Result<void> flushFolder(const std::filesystem::path& folder);
 
 /// The path without a slash at its end.

@@ -27,7 +27,7 @@ std::filesystem::path fileIn(const std::filesystem::path& folder) {
 VaultFolder::Result<VaultLock> VaultLock::acquire(const std::filesystem::path& folder) {
     static_cast<void>(VaultFolder::open(folder)); // makes it; opening the vault says what is wrong with it
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
-        // Open for writing too: network file systems lock nothing else.
+        // Open for writing too, because network file systems only lock such files.
         VaultLock lock(::open(fileIn(folder).c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
         if (lock.descriptor_ < 0) {
             return lock;

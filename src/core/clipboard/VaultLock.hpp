@@ -9,18 +9,18 @@
 namespace quillane::core {
 
 /// The right to write a vault, which one program has at a time: flock(2) on the file "lock" in its folder. It ends with
-/// the program, however that ends. Blocks on the disk.
+/// the program, however it ends. Blocks on the disk.
 class VaultLock {
 public:
-    /// Makes the folder and the file if missing. `VaultError::Reason::inUse` while another lock holds the vault. Where
-    /// the disk takes no file or knows no locks, nothing is held, and nobody is kept out.
+    /// Makes the folder and the file if they are missing. `VaultError::Reason::inUse` while another lock holds the
+    /// vault. If the disk accepts no file or has no locks, nothing is held and nobody is kept out.
     [[nodiscard]] static VaultFolder::Result<VaultLock> acquire(const std::filesystem::path& folder);
 
     VaultLock(VaultLock&& other) noexcept;
     VaultLock& operator=(VaultLock&& other) noexcept;
     ~VaultLock();
 
-    /// Whether it holds what the path names now: false once the folder, or the file, was removed or replaced.
+    /// Whether it holds the lock of the current path: false once the folder or the file was removed or replaced.
     [[nodiscard]] bool holds(const std::filesystem::path& folder) const;
 
 private:

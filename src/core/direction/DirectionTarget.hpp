@@ -11,7 +11,7 @@
 
 namespace quillane::core {
 
-/// LibreOffice, whose Writer has direction buttons of its own. It is no SupportedApplication.
+/// LibreOffice, whose Writer has direction buttons of its own. Not a SupportedApplication.
 inline constexpr std::string_view libreOfficeBundleID = "org.libreoffice.script";
 
 /// Whether direction chords mean anything in the application with exactly this bundle identifier.
@@ -25,8 +25,8 @@ struct DirectionTestTarget {
     std::string_view name;
 };
 
-/// What there is to test on a desktop, in the order of the picker: the supported applications on macOS, and on Linux
-/// those of which it has a peer.
+/// The test targets of a desktop, in the order of the picker: on macOS the supported applications, on Linux those that
+/// have a counterpart there.
 [[nodiscard]] inline std::vector<DirectionTestTarget> directionTestTargets(Desktop desktop) {
     if (desktop == Desktop::linuxDesktop) {
         const auto& chrome = traits(SupportedApplication::chrome);

@@ -18,7 +18,7 @@ bool isEditableRole(std::string_view role, const std::optional<std::string>& sub
     return std::ranges::find(editableRoles, role) != editableRoles.end() && subrole != "AXSecureTextField";
 }
 
-/// Not empty, and nothing but characters with a numeric value (Unicode property Numeric_Type).
+/// Not empty, and only characters with a numeric value (Unicode property Numeric_Type).
 bool isNumeric(std::string_view utf8) {
     const auto text =
         icu::UnicodeString::fromUTF8(icu::StringPiece(utf8.data(), static_cast<std::int32_t>(utf8.size())));

@@ -21,7 +21,7 @@ struct EditableInputContext {
     [[nodiscard]] bool isEligible() const;
 };
 
-/// An editable field of a web page: its value must be settable and a web area be above it.
+/// An editable field of a web page: its value must be settable, and a web area must be among its ancestors.
 struct WebEditorContext {
     std::string role;
     std::optional<std::string> subrole;
@@ -32,14 +32,14 @@ struct WebEditorContext {
     [[nodiscard]] bool isEligible() const;
 };
 
-/// The subject line and the message body of a Mail message that is being written.
+/// The subject line and the body of a Mail message that is being written.
 struct MailEditorContext {
     std::string_view role;
     std::optional<std::string_view> identifier;  ///< "AXIdentifier"
     std::optional<std::string_view> description; ///< "AXDescription"
     bool enabled = false;
     bool writable = false;
-    bool composeWindow = false; ///< the window is one in which a message is written, not read
+    bool composeWindow = false; ///< a message is written in the window, not read
 
     [[nodiscard]] bool isEligible() const;
 };

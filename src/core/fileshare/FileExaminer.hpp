@@ -17,7 +17,7 @@ namespace quillane::core {
 /// A regular file that can be read.
 struct SendableFile {
     std::filesystem::path path;
-    std::optional<std::uintmax_t> size; ///< in bytes; none when the disk does not say
+    std::optional<std::uintmax_t> size; ///< in bytes; none when the disk does not report it
 
     bool operator==(const SendableFile&) const = default;
 };

@@ -12,16 +12,16 @@ namespace quillane::core {
 
 class FileShareServer;
 
-/// Why a file was not shared, apart from what the network or the system say.
+/// Why a file was not shared, apart from errors of the network and the system.
 class FileShareError {
 public:
     enum class Kind {
         httpStatus,      ///< the server answered with a status outside 200 to 299
         selectOneFile,   ///< no file was chosen, or more than one
         unreadableFile,  ///< the file cannot be examined or read
-        notRegularFile,  ///< not a file, or a folder or device, or its name makes no URL
+        notRegularFile,  ///< not a file, or a folder or device, or its name does not make a URL
         invalidResponse, ///< the answer is not one acceptable link
-        redirectRefused, ///< the server wanted the file to go elsewhere
+        redirectRefused, ///< the server redirected the upload
     };
 
     static const FileShareError selectOneFile;
@@ -55,8 +55,8 @@ inline constexpr FileShareError FileShareError::redirectRefused{Kind::redirectRe
 /// Everything that can end an upload without a link.
 using FileShareFailure = std::variant<FileShareError, UrlError>;
 
-/// What people are told. The server is the one that the upload went to. A cancelled upload is no failure and has no
-/// message of its own.
+/// The message for the user. `server` is the one that the upload went to. A cancelled upload is not a failure and has
+/// no message.
 [[nodiscard]] LocalizedText message(const FileShareFailure& failure, const FileShareServer& server, Desktop desktop);
 
 } // namespace quillane::core

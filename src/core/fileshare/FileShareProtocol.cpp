@@ -103,7 +103,7 @@ tl::expected<Url, FileShareError> link(std::span<const std::byte> body, int stat
     if (!components || !isAcceptable(*components, server)) {
         return tl::unexpected(FileShareError::invalidResponse);
     }
-    components->zone.reset(); // names an interface of the server's machine
+    components->zone.reset(); // the name of an interface of the server's machine
     const auto url = components->url();
     if (!url) {
         return tl::unexpected(FileShareError::invalidResponse);

@@ -9,13 +9,14 @@
 #include <cstddef>
 #include <span>
 
-/// What is said between the agent and a file server: the file goes there by PUT, and the answer's body is its link.
+/// The protocol between the agent and a file server: the file goes there by PUT, and the body of the answer is its
+/// link.
 namespace quillane::core::fileShareProtocol {
 
-/// A longer answer is not read.
+/// The maximum length of an answer, in bytes.
 inline constexpr std::size_t maximumAnswerBytes = 8192;
 
-/// Looks at the file at a file URL without opening it. Blocks for as long as its disk does.
+/// Examines the file at a file URL without opening it. Blocks for as long as its disk does.
 [[nodiscard]] ExaminedFile examine(const Url& file);
 
 /// The request that uploads a file to the server's path, under the file's own name.

@@ -96,7 +96,7 @@ std::optional<FileShareServer> FileShareServer::validating(std::string_view addr
     }
     auto path = components->path();
     auto url = components->url();
-    if (!url || !isValidUtf8(path)) { // the path is shown to people
+    if (!url || !isValidUtf8(path)) { // the path is shown to users
         return std::nullopt;
     }
     return FileShareServer(*std::move(url), *components->scheme, *components->host,

@@ -13,13 +13,13 @@ namespace quillane::core {
 
 class UserDefaults;
 
-/// The checked address of a server that takes files by PUT.
+/// The checked address of a server that accepts files by PUT.
 class FileShareServer {
 public:
     /// String: the address of a server other than the standard one.
     static constexpr std::string_view defaultsKey = "FileShareServer";
 
-    /// The server at an address that was typed. None when it is no URL, has another scheme than https and http, no
+    /// The server at an address that was typed. None when it is not a URL, has another scheme than https and http, no
     /// host, or a user, password, query or fragment, and for http when the host is not on the local network. Blanks
     /// around the address and direction marks in it are ignored; a name in any script becomes ASCII (UTS #46).
     [[nodiscard]] static std::optional<FileShareServer> validating(std::string_view address);
@@ -27,14 +27,14 @@ public:
     /// The server that is used unless another one is saved; the build sets it (QUILLANE_DEFAULT_SHARE_SERVER).
     [[nodiscard]] static const FileShareServer& standard();
 
-    /// The server that was saved, or the standard one when there is none or what is stored is no valid address.
+    /// The saved server, or the standard one when none is saved or the stored text is not a valid address.
     [[nodiscard]] static FileShareServer saved(const UserDefaults& defaults);
 
     /// Makes this the saved server. The standard one is saved by removing the key, so that a later version's standard
     /// server takes effect.
     void save(UserDefaults& defaults) const;
 
-    /// Whether this is the standard server of a build that names no real one: no such server can exist.
+    /// Whether this is the standard server of a build that names no real one. No such server can exist.
     [[nodiscard]] bool isPlaceholder() const { return isReservedForExamples(host_) && *this == standard(); }
 
     /// Whether this lower-case host is reserved for examples: ".example", "example.com" and their like (RFC 2606).
@@ -60,7 +60,7 @@ public:
     /// The path, decoded and without trailing slashes.
     [[nodiscard]] const std::string& path() const { return path_; }
 
-    /// What people see: the host, the port unless it is the scheme's, and the path.
+    /// The address as users see it: the host, the port unless it is the scheme's, and the path.
     [[nodiscard]] std::string displayName() const;
 
     /// 443 for "https", else 80.

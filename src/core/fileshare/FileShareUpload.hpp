@@ -13,16 +13,16 @@
 
 namespace quillane::core {
 
-/// One upload of one file to one server. Started once and never again: another try is another object. Main thread.
-/// Destroying it while it runs ends the transfer without a result.
+/// One upload of one file to one server. Can be started once: another try is another object. Main thread. Destroying it
+/// while it runs ends the transfer without a result.
 ///
 ///     FileShareUpload upload(sessions, examiner);
 ///     upload.start(file, server, UrlSessionConfiguration{}, showFraction, [](auto link) { ... });
 class FileShareUpload final : private UrlSessionDelegate {
 public:
     struct Limits {
-        std::chrono::milliseconds silence{60'000};  ///< the longest time without any data flowing
-        std::chrono::milliseconds whole{3'600'000}; ///< the longest time in all
+        std::chrono::milliseconds silence{60'000};  ///< maximum time without any data
+        std::chrono::milliseconds whole{3'600'000}; ///< maximum time in all
     };
 
     using Result = tl::expected<Url, FileShareFailure>;
@@ -37,8 +37,8 @@ public:
     ~FileShareUpload() override;
 
     /// Sends the file at the file URL as soon as it has been examined. The completion is called exactly once: inside
-    /// this call when its disk says at once that it cannot be sent, else later. Either callback may destroy this
-    /// object. Starting twice, or on another thread than the one that made the object, stops the program.
+    /// this call when the disk reports at once that it cannot be sent, otherwise later. Either callback may destroy
+    /// this object. Starting twice, or on a thread other than the one that made the object, stops the program.
     void start(const Url& file, const FileShareServer& server, UrlSessionConfiguration configuration, Progress progress,
                Completion completion);
 
@@ -46,7 +46,7 @@ public:
     /// the program.
     void cancel();
 
-    /// The size of the file in bytes; none until it has been examined, and when its disk does not say.
+    /// The size of the file in bytes; none until it has been examined, and when the disk does not report it.
     [[nodiscard]] std::optional<std::uintmax_t> fileSize() const { return fileSize_; }
 
 private:

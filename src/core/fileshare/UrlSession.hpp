@@ -22,7 +22,7 @@ namespace quillane::core {
 struct UrlRequest {
     Url url;
     std::string method = "GET";
-    std::chrono::milliseconds timeout{60'000}; ///< the longest time without any data flowing
+    std::chrono::milliseconds timeout{60'000}; ///< maximum time without any data
     std::vector<std::pair<std::string, std::string>> headers;
 
     bool operator==(const UrlRequest&) const = default;
@@ -34,37 +34,37 @@ struct UrlResponse {
     bool operator==(const UrlResponse&) const = default;
 };
 
-/// How a session behaves. What is not here has no choice: sessions keep nothing, neither cookies nor credentials nor
-/// answers, verify certificates, speak nothing but http and https, and fail at once without a network.
+/// How a session behaves. The rest is fixed: sessions keep no cookies, credentials or answers, verify certificates,
+/// speak http and https only, and fail at once without a network.
 struct UrlSessionConfiguration {
-    std::chrono::milliseconds requestTimeout{60'000};          ///< the longest time without any data flowing
-    std::chrono::milliseconds resourceTimeout{7 * 86'400'000}; ///< the longest time in all
+    std::chrono::milliseconds requestTimeout{60'000};          ///< maximum time without any data
+    std::chrono::milliseconds resourceTimeout{7 * 86'400'000}; ///< maximum time in all
     std::size_t maximumAnswerBytes = std::size_t{1} << 20U;    ///< a longer body ends the transfer
-    /// A file of PEM certificates to trust instead of the system's; for servers of one's own.
+    /// A file of PEM certificates to trust instead of the system's, for private servers.
     std::optional<std::filesystem::path> certificateAuthorities;
 
     bool operator==(const UrlSessionConfiguration&) const = default;
 };
 
-/// What a session tells about its transfer. Main thread, never inside a call of the session's. The session may be
-/// destroyed by any of these.
+/// What a session reports about its transfer. Main thread, never inside a call to the session. Each of these may
+/// destroy the session.
 class UrlSessionDelegate {
 public:
     virtual ~UrlSessionDelegate() = default;
 
-    /// So many bytes of the body have been handed to the network; `expected` is below 1 when the size is not known.
-    /// Comes at most a few times a second, the last one when all are sent.
+    /// `sent` bytes of the body have been handed to the network; `expected` is below 1 when the size is not known.
+    /// Called at most a few times a second, the last time when all are sent.
     virtual void didSendBodyData(std::int64_t sent, std::int64_t expected) = 0;
 
-    /// More of the answer's body. In all at most the configured maximum and one piece of at most 64 KiB that exceeds
-    /// it.
+    /// More of the answer's body. In total at most the configured maximum, plus one piece of at most 64 KiB that
+    /// exceeds it.
     virtual void didReceiveData(std::span<const std::byte> data) = 0;
 
-    /// The answer wants the request to go elsewhere. It never does: the transfer completes with this answer.
+    /// The answer is a redirect. It is never followed: the transfer completes with this answer.
     virtual void redirectRequested() = 0;
 
-    /// The transfer is over; nothing comes after this. An error, or the head of the answer, or both: the error of a
-    /// transfer that was answered but could not be finished. Neither means an answer that is not HTTP.
+    /// The transfer is over; this is the last call. An error, or the head of the answer, or both if the transfer was
+    /// answered but could not be finished. Neither means an answer that is not HTTP.
     virtual void didComplete(std::optional<UrlResponse> response, std::optional<UrlError> error) = 0;
 };
 
@@ -73,9 +73,9 @@ class UrlSession {
 public:
     virtual ~UrlSession() = default;
 
-    /// Starts sending the file, which is read from disk piece by piece, as the body of the request. Called once. When
-    /// the request names a Content-Length, it is the size that the file must have. The transfer fails with
-    /// `fileChanged` rather than completing with anything but the file as it was when this was called.
+    /// Starts sending the file, which is read from disk piece by piece, as the body of the request. Called once. If the
+    /// request has a Content-Length, the file must have that size. The transfer fails with `fileChanged` if the file is
+    /// no longer as it was when this was called.
     virtual void upload(const UrlRequest& request, const std::filesystem::path& file) = 0;
 
     /// Ends the transfer: it completes with `cancelled` unless it has already completed.

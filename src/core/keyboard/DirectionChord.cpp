@@ -20,7 +20,7 @@ std::optional<WritingDirection> DirectionChord::update(const ModifierState& stat
     return std::nullopt;
 }
 
-/// Neither another modifier nor both Shifts are down, and the chord is not cancelled.
+/// Neither another modifier nor both Shifts are down, and the chord has not been cancelled.
 void DirectionChord::follow(const ModifierState& state) {
     if (state.control && state.leftShift != state.rightShift) {
         const auto direction = state.rightShift ? WritingDirection::rightToLeft : WritingDirection::leftToRight;

@@ -14,10 +14,10 @@ namespace quillane::core {
 /// until everything is released.
 class DirectionChord {
 public:
-    /// Takes in the keys that are down now; the direction when the chord fires.
+    /// Takes the keys that are down now. Returns the direction when the chord fires.
     std::optional<WritingDirection> update(const ModifierState& state);
 
-    /// Cancels a chord of which any key is down; without one does nothing.
+    /// Cancels the chord if any of its keys is down; otherwise does nothing.
     void cancel();
 
     /// Back to the initial state, whatever is down.

@@ -9,8 +9,8 @@ namespace quillane::core {
 /// A virtual key code of macOS (Carbon HIToolbox, Events.h): the place of a key on an ANSI keyboard.
 using KeyCode = std::uint16_t;
 
-/// Raw Quartz event flags: device-independent bits (Quartz CGEventTypes.h) and the device-dependent ones below them
-/// that tell left from right (IOKit IOLLEvent.h).
+/// Raw Quartz event flags: device-independent bits (Quartz CGEventTypes.h) and below them the device-dependent ones
+/// that distinguish left from right (IOKit IOLLEvent.h).
 using EventFlags = std::uint64_t;
 
 namespace flags {

@@ -10,10 +10,10 @@ namespace quillane::core {
 /// The chord that switches the input source: left Option with left Shift, and no other modifier.
 class LanguageSwitchChord {
 public:
-    /// Takes in the modifiers that are down now; true when the chord fires.
+    /// Takes the modifiers that are down now. Returns true when the chord fires.
     bool update(EventFlags rawFlags);
 
-    /// Cancels the chord when any of its keys is down.
+    /// Cancels the chord if any of its keys is down.
     void cancel();
 
     void reset();

@@ -9,7 +9,7 @@ struct ModifierState {
     bool control = false;
     bool leftShift = false;
     bool rightShift = false;
-    bool other = false; ///< a modifier that has no part in the chord
+    bool other = false; ///< a modifier that is not part of the chord
 
     [[nodiscard]] constexpr bool isReleased() const { return !control && !leftShift && !rightShift && !other; }
 

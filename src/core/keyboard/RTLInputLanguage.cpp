@@ -21,7 +21,7 @@ bool isRightToLeft(std::span<const std::string> languages) {
         return false;
     }
     auto tag = languages.front();
-    std::ranges::replace(tag, '_', '-'); // an identifier in the form of POSIX
+    std::ranges::replace(tag, '_', '-'); // a POSIX identifier
     UErrorCode status = U_ZERO_ERROR;
     auto locale = icu::Locale::forLanguageTag(tag, status);
     if (U_FAILURE(status) || *locale.getName() == '\0') {

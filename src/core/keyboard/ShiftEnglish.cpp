@@ -10,7 +10,7 @@ namespace quillane::core::shiftEnglish {
 
 namespace {
 
-// By key code (Carbon HIToolbox, Events.h); a blank is no letter. Key 10 is the extra key of ISO keyboards.
+// By key code (Carbon HIToolbox, Events.h); a blank means not a letter. Key 10 is the extra key of ISO keyboards.
 constexpr std::u16string_view letters = u"asdfhgzxcv bqweryt             ou ip lj k    nm";
 
 constexpr std::size_t letterCount = [] {

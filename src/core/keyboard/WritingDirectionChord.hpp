@@ -10,10 +10,10 @@ namespace quillane::core {
 /// The chords that set a paragraph's direction: Control with either Shift, and right Option with right Shift.
 class WritingDirectionChord {
 public:
-    /// Takes in the modifiers that are down now; the direction when a chord fires.
+    /// Takes the modifiers that are down now. Returns the direction when a chord fires.
     std::optional<WritingDirection> update(EventFlags rawFlags);
 
-    /// Cancels each chord of which any key is down.
+    /// Cancels each chord that has a key down.
     void cancel();
 
     void reset();

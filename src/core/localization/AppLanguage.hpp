@@ -26,7 +26,7 @@ inline constexpr std::array allLanguages{AppLanguage::english, AppLanguage::hebr
     return "en";
 }
 
-/// The language's name in itself.
+/// The language's own name.
 [[nodiscard]] constexpr std::string_view nativeName(AppLanguage language) {
     switch (language) {
     case AppLanguage::hebrew:

@@ -4,8 +4,8 @@
 
 namespace quillane::core {
 
-/// The desktop that texts speak of: its keys, its menu bar or system tray, its settings. The platform gives it, and
-/// nothing but texts and the keys that they name depends on it.
+/// The desktop that texts are about: its keys, its menu bar or system tray, its settings. The platform sets it; only
+/// texts and the keys that they name depend on it.
 enum class Desktop { macOS, linuxDesktop };
 
 } // namespace quillane::core

@@ -10,8 +10,8 @@
 
 namespace quillane::core {
 
-/// The locale that formats dates and numbers for the language, with Western digits: the Latin words beside them leave a
-/// line with two kinds of digits hard to read.
+/// The locale that formats dates and numbers for the language, with Western digits: beside Latin words, a line with two
+/// kinds of digits is hard to read.
 [[nodiscard]] inline icu::Locale formattingLocale(AppLanguage language) {
     return {(std::string(languageID(language)) + "@numbers=latn").c_str()};
 }

@@ -11,7 +11,7 @@
 namespace quillane::core {
 namespace {
 
-/// The key itself, or its translation.
+/// The translation of the key, or the key itself.
 std::string_view formatFor(std::string_view key, AppLanguage language) {
     const auto* entry = language == AppLanguage::hebrew ? nullptr : appTranslations::entry(key);
     if (entry == nullptr) {

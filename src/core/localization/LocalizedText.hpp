@@ -12,8 +12,8 @@
 
 namespace quillane::core {
 
-/// A message for people, rendered only when it is shown, in the language of that moment. The key is its Hebrew source
-/// text, in which each "%@" stands for one argument. The ready-made messages are in Texts.hpp.
+/// A message to the user, rendered when it is shown, in the language of that moment. The key is its Hebrew source text,
+/// in which each "%@" stands for one argument. The ready-made messages are in Texts.hpp.
 class LocalizedText {
 public:
     class Argument;
@@ -49,7 +49,7 @@ private:
     std::vector<Argument> arguments_;
 };
 
-/// What takes the place of one "%@": a string as it is, or a text that is rendered in the language of its parent.
+/// The replacement of one "%@": a string as it is, or a text that is rendered in the language of its parent.
 class LocalizedText::Argument {
 public:
     Argument(std::string text) : value_(std::move(text)) {} // NOLINT(google-explicit-constructor)

@@ -69,7 +69,7 @@ struct TextRow<0> {
     [[nodiscard]] std::string rendered(AppLanguage language) const { return LocalizedText(*this).rendered(language); }
 };
 
-/// A message that speaks of the computer or its keys: one row for each desktop.
+/// A message that names the computer or its keys: one row for each desktop.
 template <std::size_t placeholders>
 struct DesktopTextRow {
     TextRow<placeholders> onMacOS;

@@ -13,13 +13,13 @@
 
 namespace quillane::core {
 
-/// Where the running program lies, as people and the system see it.
+/// Where the running program is installed, as the user and the system see it.
 struct ApplicationLocation {
     std::filesystem::path application; ///< the bundle where there is one, else the executable
-    bool installed = false;            ///< grants and the login item belong to this copy
+    bool installed = false;            ///< permissions and the login item belong to this copy
 
-    /// A bundle is installed when it lies in an Applications folder; a bare executable always is, because grants are
-    /// not given to a copy then.
+    /// A bundle is installed when it is in an Applications folder; a bare executable always is, because permissions
+    /// then do not belong to a copy.
     [[nodiscard]] static ApplicationLocation of(const std::filesystem::path& executable,
                                                 const std::filesystem::path& home);
 };
@@ -32,11 +32,11 @@ struct ProcessCommand {
     bool operator==(const ProcessCommand&) const = default;
 };
 
-/// Waits until the process has gone, five seconds at most, and then starts the application: a bundle by the system's
-/// command for opening, an executable by itself.
+/// Waits until the process has ended, at most five seconds, and then starts the application: a bundle through the
+/// system's open command, an executable directly.
 [[nodiscard]] ProcessCommand relaunchCommand(pid_t process, const std::filesystem::path& application);
 
-/// The page of System Settings where the permission is granted, as the address that macOS opens it by.
+/// The address by which macOS opens the page of System Settings where the permission is granted.
 [[nodiscard]] std::string settingsAddress(MacPermission permission);
 
 } // namespace quillane::core

@@ -7,7 +7,7 @@
 
 #include <optional>
 
-/// Where the card goes that shows what to do in the system's settings.
+/// Where the card goes that shows the user what to do in the system's settings.
 namespace quillane::core::permissionGuidePlacement {
 
 /// Between the card and the window, and the card and the edge of the screen, in points.

@@ -10,18 +10,18 @@
 
 namespace quillane::core {
 
-/// Which permission to ask for next without being told to, and what may start.
+/// Which permission to request next without being asked, and what may start.
 struct PermissionSetupPolicy {
-    std::set<MacPermission> requested; ///< asked for before, by the program itself or by the user
+    std::set<MacPermission> requested; ///< requested before, by the program itself or by the user
 
     void recordRequest(MacPermission permission) { requested.insert(permission); }
 
-    /// The next permission to ask for by itself: none for a copy outside an Applications folder (the grant would belong
-    /// to the wrong copy), none once Accessibility is granted, and never one that was asked for before.
+    /// The next permission to request automatically: none for a copy outside an Applications folder (the permission
+    /// would belong to the wrong copy), none once Accessibility is granted, and never one that was requested before.
     [[nodiscard]] std::optional<MacPermission> nextAutomaticRequest(const std::set<MacPermission>& granted,
                                                                     bool installed) const;
 
-    /// Accessibility is enough to watch the keyboard.
+    /// Accessibility is enough to monitor the keyboard.
     [[nodiscard]] static bool canStartKeyboardMonitor(const std::set<MacPermission>& granted);
 
     /// Whether the bundle lies, symbolic links resolved, below /Applications or the home folder's Applications.

@@ -12,7 +12,7 @@
 
 namespace quillane::core {
 
-/// What is kept from happening because nobody uses the machine, in the order of asking.
+/// What is prevented while nobody uses the machine, in the order of requesting.
 enum class SleepAssertionKind {
     system,  ///< the machine does not go to sleep
     display, ///< the display stays on and unlocked
@@ -29,8 +29,8 @@ struct SleepAssertionError {
 
 using SleepAssertionID = std::uint32_t;
 
-/// The system's power assertions. Whatever is held ends with the process, however that ends. Main thread; a call may
-/// wait for the answer of a system service for a fraction of a second.
+/// The system's power assertions. Assertions end with the process, however it ends. Main thread; a call may wait a
+/// fraction of a second for a system service.
 class SleepAssertionClient {
 public:
     virtual ~SleepAssertionClient() = default;
@@ -38,12 +38,12 @@ public:
     /// Prevents one kind of idle sleep until the assertion is released.
     [[nodiscard]] virtual std::variant<SleepAssertionID, SleepAssertionError> create(SleepAssertionKind kind) = 0;
 
-    /// Lets go of one assertion. A number that stands for none is passed over.
+    /// Releases one assertion. An unknown number is ignored.
     virtual void release(SleepAssertionID assertion) = 0;
 
-    /// Who kept an assertion has gone, as a service that is restarted: nothing is held for it any more, and it need not
-    /// be released. Called outside `create` and `release`, when creating it again can succeed. A system whose
-    /// assertions last as long as the process, as macOS, never gives this notice.
+    /// An assertion was lost because its service has gone, for example was restarted; it need not be released. Called
+    /// outside `create` and `release`, when creating it again can succeed. Never called on a system whose assertions
+    /// last as long as the process, such as macOS.
     virtual Subscription
     onLost([[maybe_unused]] std::function<void(SleepAssertionID assertion, SleepAssertionError reason)> callback) {
         return {};

@@ -13,8 +13,8 @@
 
 namespace quillane::core {
 
-/// Keeps the machine and its display awake while it is enabled. Either both assertions are held or none. One that is
-/// lost is taken again, once for each enabling; after that, or when it cannot be had, enabling has failed. Main thread.
+/// Keeps the machine and its display awake while it is enabled. Either both assertions are held or none. A lost one is
+/// taken again, once for each enabling; after that, or when it cannot be taken, enabling has failed. Main thread.
 class SleepPrevention {
 public:
     explicit SleepPrevention(SleepAssertionClient& client);
@@ -25,8 +25,8 @@ public:
     SleepPrevention(const SleepPrevention&) = delete;
     SleepPrevention& operator=(const SleepPrevention&) = delete;
 
-    /// Asks for both assertions, or releases them. The value of the last call again does nothing: after a failure only
-    /// disabling and enabling tries again.
+    /// Takes both assertions, or releases them. Repeating the value of the last call does nothing: after a failure,
+    /// only disabling and enabling tries again.
     void setEnabled(bool enabled);
 
     /// Both assertions are held.
@@ -47,7 +47,7 @@ private:
     Subscription losses_;
 };
 
-/// What Keep Awake says about itself.
+/// The state of Keep Awake in words.
 [[nodiscard]] LocalizedText keepAwakeStatus(const FeatureOptions& options, bool failed);
 
 } // namespace quillane::core

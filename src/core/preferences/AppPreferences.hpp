@@ -18,7 +18,7 @@ public:
 
     [[nodiscard]] const InstallationPreferences& state() const { return state_; }
 
-    /// Sets the interface language by the user's choice, saves, and tells the listeners.
+    /// Sets the interface language by the user's choice, saves it, and notifies the listeners.
     void choose(AppLanguage language);
 
     [[nodiscard]] Subscription onChanged(std::function<void()> callback) {

@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-/// The names under which settings are stored. They last as long as the users' settings do: never rename one.
+/// The names under which settings are stored. Never rename one: users' settings live under them.
 namespace quillane::core::defaultsKeys {
 
 inline constexpr std::string_view shiftEnglish = "ShiftEnglishEnabled";

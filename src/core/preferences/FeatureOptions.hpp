@@ -11,9 +11,9 @@ struct FeatureOptions {
     bool shiftEnglish = true;         ///< Shift types English letters in a right-to-left input source
     bool languageSwitch = true;       ///< left Option with left Shift switches the input source
     bool writingDirection = true;     ///< chords that set the direction of a paragraph
-    bool keepAwake = false;           ///< no sleep for idleness
+    bool keepAwake = false;           ///< no sleep when idle
     bool excludeScreenSharing = true; ///< leave the keyboard alone in a viewer of another computer's screen
-    bool paused = false;              ///< all of the above stand still and keep their values
+    bool paused = false;              ///< all of the above are suspended and keep their values
 
     /// The stored switches. One that is missing or not a Boolean has its initial value.
     [[nodiscard]] static FeatureOptions load(const UserDefaults& defaults);
@@ -21,7 +21,7 @@ struct FeatureOptions {
     /// Stores all six switches in one write.
     void save(UserDefaults& defaults) const;
 
-    /// Whether the keyboard is to be watched.
+    /// Whether the keyboard is to be monitored.
     [[nodiscard]] constexpr bool shouldMonitor() const {
         return !paused && (shiftEnglish || languageSwitch || writingDirection);
     }

@@ -11,7 +11,7 @@ namespace quillane::core::installationMigration {
 
 namespace {
 
-// Keep Awake and the exclusion of screen sharing start anew on purpose.
+// Keep Awake and the exclusion of screen sharing start with their initial values on purpose.
 constexpr std::array<std::string_view, 8> migratedKeys{defaultsKeys::installation,     defaultsKeys::appleLanguages,
                                                        defaultsKeys::shiftEnglish,     defaultsKeys::languageSwitch,
                                                        defaultsKeys::writingDirection, defaultsKeys::paused,

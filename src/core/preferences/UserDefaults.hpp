@@ -13,7 +13,7 @@
 namespace quillane::core {
 
 /// Typed settings under string keys. Main thread. A missing or mistyped value is absent, never an error, and writing
-/// never fails towards the caller: a store that cannot write keeps its values in memory.
+/// never fails for the caller: a store that cannot write keeps its values in memory.
 class UserDefaults {
 public:
     virtual ~UserDefaults() = default;
@@ -21,7 +21,7 @@ public:
     /// The stored value, or none.
     [[nodiscard]] virtual std::optional<PropertyListValue> object(std::string_view key) const = 0;
 
-    /// Stores the value and makes it last: it survives a kill right after the call.
+    /// Stores the value durably: it survives a kill right after the call.
     virtual void setObject(std::string_view key, PropertyListValue value) = 0;
 
     /// Stores several values in one write.

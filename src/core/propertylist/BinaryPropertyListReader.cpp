@@ -39,7 +39,7 @@ std::string textOfUtf16(Bytes bytes) {
     return result;
 }
 
-/// One reading of one file. The first error ends it.
+/// Reads one file once. Stops at the first error.
 class Reader {
 public:
     Reader(Bytes bytes, std::size_t maximumBytes) : bytes_(bytes), budget_(maximumBytes) {}
@@ -157,7 +157,7 @@ private:
         return std::bit_cast<double>(number(rest.first(8)));
     }
 
-    /// The count in the marker or, when that is full, in the integer behind it.
+    /// The count in the marker or, when that is full, in the integer that follows.
     static std::optional<std::uint64_t> takeCount(Bytes& rest, unsigned inMarker) {
         if (inMarker != 0xF) {
             return inMarker;

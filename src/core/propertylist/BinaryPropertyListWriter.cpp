@@ -20,7 +20,7 @@ std::size_t byteWidth(std::uint64_t number) {
     return std::bit_ceil((bits + 7) / 8);
 }
 
-/// A marker with a size, and the object's place in the table and in what refers to it. More only in large lists.
+/// A marker with a size, and the object's entries in the table and in its container. More only in large lists.
 constexpr std::size_t mostBytesBesideContent = 32;
 
 /// Writes one value, members first, so that the root is the last object.
@@ -54,7 +54,7 @@ public:
     }
 
 private:
-    /// Counts the objects to be written and refuses what passes a limit, before memory is spent on it.
+    /// Counts the objects to write and refuses those past a limit, before memory is spent on them.
     std::optional<PropertyListError> count(const PropertyListValue& value, std::size_t depth) {
         if (depth > PropertyListBudget::maximumDepth) {
             return PropertyListError::tooDeep;
@@ -102,7 +102,7 @@ private:
         return std::visit([this](const auto& exact) { return addObject(exact); }, value.storage());
     }
 
-    /// Notes that an object begins here, and returns its index.
+    /// Records that an object begins here, and returns its index.
     std::uint64_t begin() {
         offsets_.push_back(bytes_.size());
         return offsets_.size() - 1;

@@ -9,7 +9,7 @@
 
 namespace quillane::core {
 
-/// Keeps count while a property list is read or written. Each function is false when a limit is passed.
+/// Counts while a property list is read or written. Each function returns false past a limit.
 class PropertyListBudget {
 public:
     static constexpr std::size_t maximumDepth = 64;

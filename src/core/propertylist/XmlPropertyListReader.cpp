@@ -31,7 +31,7 @@ struct FreeMemory {
 using Node = std::unique_ptr<void, FreeNode>;
 using Iterator = std::unique_ptr<void, FreeMemory>;
 
-/// The end of what begins with `opening` at the start of the text, or none when it does not end.
+/// The end of the construct that begins with `opening` at the start of the text, or none when it does not end.
 std::optional<std::size_t> endOf(std::string_view text, std::string_view opening, std::string_view closing) {
     const auto end = text.find(closing, opening.size());
     return end == std::string_view::npos ? std::nullopt : std::optional(end + closing.size());
@@ -82,8 +82,8 @@ public:
     }
 
 private:
-    /// The length of the comment, instruction or document type that the text begins with; 0 for an element, none for
-    /// what no property list needs.
+    /// The length of the comment, instruction or document type at the start of the text; 0 for an element, none for
+    /// anything that no property list needs.
     static std::optional<std::size_t> skip(std::string_view text) {
         if (text.starts_with("<!--")) {
             return endOf(text, "<!--", "-->");
@@ -153,7 +153,7 @@ private:
         std::int32_t seconds = 0;
         plist_get_date_val(node, &seconds, nullptr);
         using Limits = std::numeric_limits<std::int32_t>;
-        if (seconds == Limits::min() || seconds == Limits::max()) { // a date that libplist cannot tell
+        if (seconds == Limits::min() || seconds == Limits::max()) { // a date that libplist cannot represent
             return std::nullopt;
         }
         return PropertyListValue::Date{static_cast<double>(seconds)};

@@ -18,7 +18,7 @@ struct Color {
     bool operator==(const Color&) const = default;
 };
 
-/// How light stands to dark, from 1 to 21 (WCAG 2.1, "contrast ratio").
+/// The contrast of two colours, from 1 to 21 (WCAG 2.1, "contrast ratio").
 [[nodiscard]] double contrastRatio(Color first, Color second);
 
 enum class Appearance { light, dark };
@@ -36,19 +36,19 @@ inline constexpr Color amberLight{255, 224, 175};
     return appearance == Appearance::dark ? white : charcoal;
 }
 
-/// What is switched on, selected or in need of attention.
+/// Switched on, selected, or in need of attention.
 [[nodiscard]] constexpr Color amber(Appearance appearance) {
     return appearance == Appearance::dark ? amberLight : amberInk;
 }
 
-/// The surfaces and shades that the four colours are seen on and with. Text is `primary` or `secondary` on `window`,
-/// `card` or `field`, and `onAmber` on amber.
+/// The surfaces and shades that accompany the four colours. Text is `primary` or `secondary` on `window`, `card` or
+/// `field`, and `onAmber` on amber.
 struct Shades {
     Color window;
     Color card;
     Color field;     ///< text fields, buttons and key caps
     Color hairline;  ///< borders of cards and between rows
-    Color outline;   ///< borders of what can be used; seen on a card
+    Color outline;   ///< borders of controls, on a card
     Color secondary; ///< explanations
     Color onAmber;
     Color selection; ///< behind the selected page

@@ -25,12 +25,12 @@ tl::unexpected<FileError> systemError() {
     return tl::unexpected(FileError{errno});
 }
 
-/// What the names of the file's temporaries begin with.
+/// The prefix of the names of the file's temporaries.
 std::string temporaryPrefix(const fs::path& file) {
     return "." + file.filename().string() + ".";
 }
 
-/// Where the file really is, or will be, when its name is a symbolic link.
+/// The file's real path when its name is a symbolic link, whether it exists or not.
 fs::path target(fs::path file) {
     std::error_code error;
     for (int links = 0; links < 40; ++links) { // as many as the system follows (path_resolution(7))
@@ -69,7 +69,7 @@ tl::expected<void, FileError> fill(const FileDescriptor& fd, std::span<const std
     return {};
 }
 
-/// Makes the names in a folder last. Some file systems cannot; the content is safe there all the same.
+/// Flushes the names in a folder. Some file systems cannot; the content is safe there all the same.
 void flushFolder(const fs::path& folder) {
     const FileDescriptor fd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (fd) {
@@ -95,7 +95,7 @@ tl::expected<std::vector<std::byte>, FileError> readFile(const fs::path& file, s
         return tl::unexpected(FileError{EINVAL});
     }
     std::vector<std::byte> content;
-    for (auto expected = static_cast<std::size_t>(status.st_size) + 1;;) { // one more, to meet the end in one pass
+    for (auto expected = static_cast<std::size_t>(status.st_size) + 1;;) { // one more, to reach the end in one pass
         const auto size = content.size();
         content.resize(std::min(std::max(expected, size + 4096), maximumBytes + 1));
         const auto count = ::read(fd.get(), content.data() + size, content.size() - size);

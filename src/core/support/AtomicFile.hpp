@@ -18,7 +18,7 @@ namespace quillane::core {
 struct FileError {
     int number = 0;
 
-    /// The system's words for it, for logs and standard error.
+    /// The system's description, for logs and standard error.
     [[nodiscard]] std::string message() const;
 
     bool operator==(const FileError&) const = default;
@@ -35,11 +35,12 @@ struct FileError {
 [[nodiscard]] tl::expected<void, FileError> writeFileAtomically(const std::filesystem::path& file,
                                                                 std::span<const std::byte> content, mode_t mode);
 
-/// Deletes the temporaries that killed writers of this file have left. Only while nobody else writes the file.
+/// Deletes temporaries that killed writers of this file have left behind. Call it only while nothing else writes the
+/// file.
 void removeAbandonedTemporaries(const std::filesystem::path& file);
 
-/// Creates the folder and those above it that are missing, each with mode 0700 whatever the mask (umask(2)). One that
-/// exists is left as it is.
+/// Creates the folder and its missing parents, each with mode 0700 whatever the umask(2). An existing one is left as it
+/// is.
 [[nodiscard]] tl::expected<void, FileError> createPrivateFolder(const std::filesystem::path& folder);
 
 } // namespace quillane::core

@@ -12,14 +12,14 @@ namespace quillane::core {
 
 namespace {
 
-/// SHA-256 of bytes in memory has no failure but that of allocation.
+/// SHA-256 of bytes in memory can only fail by allocation.
 void require(int succeeded) {
     if (succeeded != 1) {
         throw std::bad_alloc();
     }
 }
 
-/// Found once: OpenSSL would look for its implementation again for every digest.
+/// Fetched once: OpenSSL would otherwise look up the implementation for every digest.
 const EVP_MD* sha256() {
     static const EVP_MD* const found = EVP_MD_fetch(nullptr, "SHA256", nullptr);
     return found;

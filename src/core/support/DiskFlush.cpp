@@ -8,7 +8,7 @@
 namespace quillane::core {
 
 bool flushToDisk(int descriptor) {
-#ifdef F_FULLFSYNC // where it exists, fsync alone stops at the drive's cache (fcntl(2) of macOS)
+#ifdef F_FULLFSYNC // where this exists, fsync alone stops at the drive's cache (fcntl(2) of macOS)
     if (::fcntl(descriptor, F_FULLFSYNC) == 0) {
         return true;
     }

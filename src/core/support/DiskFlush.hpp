@@ -4,8 +4,8 @@
 
 namespace quillane::core {
 
-/// Returns once what was written to the file, or the names in the folder, are on the disk itself and not only in the
-/// drive's cache. False, with errno set, when the system cannot say so.
+/// Returns once the file's contents, or the folder's names, are on the disk itself and not only in the drive's cache.
+/// False, with errno set, when the system cannot confirm it.
 [[nodiscard]] bool flushToDisk(int descriptor);
 
 } // namespace quillane::core

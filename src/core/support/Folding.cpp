@@ -15,7 +15,7 @@ namespace quillane::core {
 
 namespace {
 
-/// Canonical combining classes of marks that make another letter (Unicode Standard, section 4.3).
+/// Canonical combining classes of marks that change the letter (Unicode Standard, section 4.3).
 enum CombiningClass : std::uint8_t { notReordered = 0, nukta = 7, kanaVoicing = 8, virama = 9 };
 
 bool isIgnored(UChar32 c) {
@@ -45,7 +45,7 @@ void appendByTables(std::u32string& folded, UChar32 c) {
         folded += static_cast<char32_t>(c);
         return;
     }
-    // Folding the case may compose and decomposing may bring out a letter with a case.
+    // Case folding may compose, and decomposition may yield a cased letter.
     const icu::UnicodeString letters =
         decomposer->normalize(decomposer->normalize(icu::UnicodeString(c), status).foldCase(), status);
     for (std::int32_t i = 0; i < letters.length(); i = letters.moveIndex32(i, 1)) {
@@ -55,7 +55,7 @@ void appendByTables(std::u32string& folded, UChar32 c) {
     }
 }
 
-/// Latin, Greek, Cyrillic, Hebrew and Arabic: the letters that most texts consist of, folded once.
+/// Latin, Greek, Cyrillic, Hebrew and Arabic: the letters of most texts, folded once.
 class AlphabetTable {
 public:
     static constexpr char32_t size = 0x800;

@@ -7,10 +7,10 @@
 
 namespace quillane::core {
 
-/// The text as searching compares it: letter case, diacritics of all scripts (Hebrew points, Arabic vowel signs,
-/// accents) and invisible characters (direction marks, joiners) are gone, and every kind of white space is a plain
-/// space. Marks that make another letter (Indic vowel signs, nukta and virama, Japanese voicing) stay. Ill-formed bytes
-/// become U+FFFD. Appends to `folded`.
+/// The text in the form that searching compares: letter case, diacritics of all scripts (Hebrew points, Arabic vowel
+/// signs, accents) and invisible characters (direction marks, joiners) are gone, and every kind of white space is a
+/// plain space. Marks that make another letter (Indic vowel signs, nukta and virama, Japanese voicing) stay. Ill-formed
+/// bytes become U+FFFD. Appends to `folded`.
 void appendFolded(std::u32string& folded, std::string_view utf8);
 
 [[nodiscard]] std::u32string folded(std::string_view utf8);

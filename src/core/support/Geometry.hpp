@@ -12,7 +12,7 @@ struct Size {
     bool operator==(const Size&) const = default;
 };
 
-/// A place in the coordinates of `Rect`.
+/// A point in the coordinates of `Rect`.
 struct Point {
     double x = 0;
     double y = 0;
@@ -20,7 +20,7 @@ struct Point {
     bool operator==(const Point&) const = default;
 };
 
-/// A rectangle as window systems measure it: from the top left of the main screen, y grows downward.
+/// A rectangle in window system coordinates: from the top left of the main screen, y grows downward.
 struct ScreenRect {
     double x = 0;
     double y = 0;
@@ -47,7 +47,7 @@ struct Rect {
 
     [[nodiscard]] double maxY() const { return y + height; }
 
-    /// Smaller by the distance on every side; never of negative size.
+    /// Shrunk by the distance on every side; never of negative size.
     [[nodiscard]] Rect insetBy(double distance) const {
         const double narrow = width < 2 * distance ? 0 : width - 2 * distance;
         const double low = height < 2 * distance ? 0 : height - 2 * distance;
@@ -62,12 +62,12 @@ struct Rect {
     bool operator==(const Rect&) const = default;
 };
 
-/// The same place, measured from the bottom left of a main screen of that height.
+/// The same rectangle, measured from the bottom left of a main screen of that height.
 [[nodiscard]] inline Rect fromTopLeft(const ScreenRect& rect, double mainHeight) {
     return {rect.x, mainHeight - rect.y - rect.height, rect.width, rect.height};
 }
 
-/// The same place, measured from the top left of a main screen of that height.
+/// The same rectangle, measured from the top left of a main screen of that height.
 [[nodiscard]] inline ScreenRect fromBottomLeft(const Rect& rect, double mainHeight) {
     return {rect.x, mainHeight - rect.y - rect.height, rect.width, rect.height};
 }

@@ -11,8 +11,8 @@
 
 namespace quillane::core {
 
-/// A list of callbacks for one kind of notice, in the order of subscribing. A callback may subscribe, unsubscribe
-/// itself or others, and destroy the list while a notice is being given. One thread only.
+/// A list of callbacks for one kind of notification, in the order of subscription. A callback may subscribe,
+/// unsubscribe itself or others, and destroy the list during a notification. One thread only.
 template <typename... Arguments>
 class Listeners {
 public:

@@ -4,7 +4,7 @@
 
 namespace quillane::core {
 
-/// How the desktop stands to starting this program when the user signs in.
+/// Whether the desktop starts this program when the user signs in.
 enum class LoginItemStatus {
     notRegistered,
     enabled,

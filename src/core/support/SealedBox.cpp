@@ -34,13 +34,13 @@ struct Parts {
     std::span<std::byte> tag;
 };
 
-/// Found once: OpenSSL would look for its implementation again for every box.
+/// Fetched once: OpenSSL would otherwise look up the implementation for every box.
 const EVP_CIPHER* aes256Gcm() {
     static const EVP_CIPHER* const found = EVP_CIPHER_fetch(nullptr, "AES-256-GCM", nullptr);
     return found;
 }
 
-/// Encrypts or decrypts the text over itself and makes or checks the tag.
+/// Encrypts or decrypts the text in place and makes or checks the tag.
 bool transform(Direction direction, const SecretBytes& key, const Parts& parts) {
     const std::unique_ptr<EVP_CIPHER_CTX, Free> context(EVP_CIPHER_CTX_new());
     const auto* keyBytes = reinterpret_cast<const unsigned char*>(key.bytes().data());

@@ -20,8 +20,8 @@ enum class SealedBoxError {
     noRandomNumber, ///< the generator of the nonce failed
 };
 
-/// AES-256-GCM in combined form: a nonce of 12 bytes, the ciphertext, a tag of 16 bytes (NIST SP 800-38D). There is no
-/// associated data, and every box has a fresh random nonce.
+/// AES-256-GCM in the combined format: a nonce of 12 bytes, the ciphertext, a tag of 16 bytes (NIST SP 800-38D).
+/// Without associated data; every box has a new random nonce.
 namespace sealedBox {
 
 inline constexpr std::size_t keySize = 32;
@@ -31,20 +31,20 @@ inline constexpr std::size_t tagSize = 16;
 [[nodiscard]] tl::expected<std::vector<std::byte>, SealedBoxError> seal(const SecretBytes& key,
                                                                         std::span<const std::byte> plaintext);
 
-/// What a box has beside its ciphertext.
+/// The parts of a box beside its ciphertext.
 struct Ends {
     std::array<std::byte, nonceSize> nonce{}; ///< comes first
     std::array<std::byte, tagSize> tag{};     ///< comes last
 };
 
-/// The same over the plaintext's own buffer, which on success is the ciphertext. On failure its contents are of no use.
+/// The same in the plaintext's own buffer, which on success holds the ciphertext. On failure its contents are
+/// meaningless.
 [[nodiscard]] tl::expected<Ends, SealedBoxError> sealInPlace(const SecretBytes& key, std::span<std::byte> buffer);
 
 [[nodiscard]] tl::expected<std::vector<std::byte>, SealedBoxError> open(const SecretBytes& key,
                                                                         std::span<const std::byte> box);
 
-/// Opens a box over its own buffer and returns the part of it that now is the plaintext. On failure the buffer is
-/// wiped.
+/// Opens a box in its own buffer and returns the part that now holds the plaintext. On failure the buffer is wiped.
 [[nodiscard]] tl::expected<std::span<const std::byte>, SealedBoxError> openInPlace(const SecretBytes& key,
                                                                                    std::span<std::byte> box);
 

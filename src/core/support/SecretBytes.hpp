@@ -14,10 +14,10 @@ class SecretBytes {
 public:
     SecretBytes() = default;
 
-    /// Copies the bytes; the caller wipes its own.
+    /// Copies the bytes; the caller must wipe its own.
     explicit SecretBytes(std::span<const std::byte> bytes) : bytes_(bytes.begin(), bytes.end()) {}
 
-    /// Fresh bytes from the cryptographic generator, or none when it fails.
+    /// New random bytes from the cryptographic generator, or none when it fails.
     [[nodiscard]] static std::optional<SecretBytes> random(std::size_t count);
 
     SecretBytes(SecretBytes&& other) noexcept = default; // moves the one buffer

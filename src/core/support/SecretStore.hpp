@@ -12,15 +12,15 @@
 namespace quillane::core {
 
 /// How a call to a secret store ended, as an OSStatus of the Security framework (SecBase.h). Stores of other systems
-/// answer with the status that says the same.
+/// return the equivalent status.
 enum class SecretStatus : std::int32_t {
     success = 0,
-    notAvailable = -25291,          ///< there is no store, or it does not answer
+    notAvailable = -25291,          ///< no store, or no answer from it
     authFailed = -25293,            ///< denied
     duplicateItem = -25299,         ///< an item with this name is there already
     itemNotFound = -25300,          ///< no item has this name
     interactionNotAllowed = -25308, ///< locked: only the user could open it
-    decode = -26275,                ///< the item does not hold what was put there
+    decode = -26275,                ///< the item does not hold what was stored
 };
 
 /// The name of an item: the attributes "service" and "account" of a generic password.
@@ -32,8 +32,8 @@ struct SecretName {
 };
 
 /// The user's store of secrets: the login keychain, or the Secret Service of the session. Any thread but the main one:
-/// a call may wait for another process. The Secret Service is given ten seconds and is never allowed to ask the user;
-/// macOS may ask whether this application may use the item, and the call waits for the answer.
+/// a call may wait for another process. The Secret Service has ten seconds and may never prompt the user; macOS may ask
+/// whether this application may use the item, and the call waits for the answer.
 class SecretStore {
 public:
     virtual ~SecretStore() = default;
@@ -41,7 +41,7 @@ public:
     /// The secret of the item with exactly this name, or why there is none.
     [[nodiscard]] virtual std::variant<SecretBytes, SecretStatus> find(const SecretName& name) = 0;
 
-    /// Stores a new item that stays on this machine. The label is what the store's own window calls it.
+    /// Stores a new item that stays on this machine. The label is its name in the store's own window.
     [[nodiscard]] virtual SecretStatus add(const SecretName& name, const std::string& label,
                                            std::span<const std::byte> secret) = 0;
 };

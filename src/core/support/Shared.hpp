@@ -7,8 +7,8 @@
 
 namespace quillane::core {
 
-/// A value that never changes once made, so that copies share one object and cost a reference count, whatever its size.
-/// Equality is that of the values. Copies may be used on several threads.
+/// An immutable value, so that copies share one object and cost a reference count, whatever its size. Equality is that
+/// of the values. Copies may be used on several threads.
 template <typename T>
 class Shared {
 public:
@@ -21,7 +21,7 @@ public:
 
     [[nodiscard]] const T* operator->() const { return value_.get(); }
 
-    /// Whether both are copies of one, which is a cheap sign of equality.
+    /// Whether both are copies of one object: a cheap proof of equality.
     [[nodiscard]] bool isSame(const Shared& other) const { return value_ == other.value_; }
 
     friend bool operator==(const Shared& a, const Shared& b) { return a.isSame(b) || *a == *b; }

@@ -7,8 +7,8 @@
 
 namespace quillane::core {
 
-/// The text without the white space and line ends (Unicode property White_Space) around it. UTF-8; it stays a part of
-/// the text given.
+/// The text without leading and trailing white space and line ends (Unicode property White_Space). UTF-8; a part of the
+/// given text.
 [[nodiscard]] std::string_view trimmedOfWhiteSpace(std::string_view text);
 
 /// The text without the invisible characters that set its direction (Unicode property Bidi_Control), which come along

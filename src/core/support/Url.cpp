@@ -101,7 +101,7 @@ std::string decoded(std::string_view text, Slashes slashes) {
     return result;
 }
 
-/// A name that every reader of the URL takes for the same name.
+/// A name that every parser of the URL reads alike.
 bool isUsableName(std::string_view name) {
     return isValidUtf8(name) && std::ranges::none_of(name, [](char character) {
                const auto value = static_cast<unsigned char>(character);

@@ -22,7 +22,7 @@ public:
 
     [[nodiscard]] const std::string& absoluteString() const { return text_; }
 
-    /// The path of a file URL of this machine, none for any other URL. Encoded slashes and NUL are no path.
+    /// The path of a file URL of this machine, none for any other URL. Encoded slashes and NUL are refused.
     [[nodiscard]] std::optional<std::filesystem::path> filePath() const;
 
     bool operator==(const Url&) const = default;
@@ -38,13 +38,13 @@ private:
 /// The parts of a URL or of a relative reference (RFC 3986, section 3). User, password, path, query and fragment are as
 /// they were written, the host is decoded.
 struct UrlComponents {
-    /// Longer texts are not parsed: no address that is typed, and no path that a system takes, is longer.
+    /// Longer texts are not parsed: no typed address and no path that a system accepts is longer.
     static constexpr std::size_t maximumBytes = 16384;
 
     std::optional<std::string> scheme;
     std::optional<std::string> user;
     std::optional<std::string> password;
-    /// A name or address without brackets: one that contains ":" is an IPv6 address, and none other does.
+    /// A name or address without brackets. It is an IPv6 address exactly if it contains ":".
     std::optional<std::string> host;
     /// The network interface that a link-local IPv6 address belongs to, by its name or number (RFC 6874).
     std::optional<std::string> zone;
@@ -63,13 +63,14 @@ struct UrlComponents {
     /// the name in ASCII.
     [[nodiscard]] static std::optional<UrlComponents> parseInternational(std::string_view text);
 
-    /// The path decoded, but for encoded slashes, which are no separators.
+    /// The path decoded, except encoded slashes, which are not separators.
     [[nodiscard]] std::string path() const;
 
     /// Adds "/" and one segment of any bytes, encoded.
     void appendPathSegment(std::string_view name);
 
-    /// The URL of these parts; none when they make none, for instance a host with a path that begins with no slash.
+    /// The URL of these parts; none when they do not make one, such as a host with a path that does not begin with a
+    /// slash.
     [[nodiscard]] std::optional<Url> url() const;
 };
 

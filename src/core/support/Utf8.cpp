@@ -31,7 +31,7 @@ std::pair<UChar32, std::size_t> first(std::string_view text) {
 
 #pragma GCC diagnostic pop
 
-/// How many bytes at the start are ASCII, counted in whole words.
+/// The number of ASCII bytes at the start, counted in whole words.
 std::size_t asciiWords(std::string_view bytes) {
     constexpr std::uint64_t highBits = 0x8080'8080'8080'8080;
     std::size_t count = 0;

@@ -10,7 +10,7 @@ namespace quillane::core {
 /// Whether the bytes are well-formed UTF-8 (Unicode Standard, table 3-7).
 [[nodiscard]] bool isValidUtf8(std::string_view bytes);
 
-/// The text in lower case, by the rules of no particular language. The text must be well-formed.
+/// The text in lower case, by language-independent rules. The text must be well-formed.
 [[nodiscard]] std::string lowercased(std::string_view text);
 
 } // namespace quillane::core

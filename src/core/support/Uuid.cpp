@@ -26,7 +26,7 @@ int hexValue(char digit) {
 } // namespace
 
 Uuid Uuid::random() {
-    static thread_local std::random_device device; // the system's generator; looking for it takes longer than asking it
+    static thread_local std::random_device device; // the system's generator; constructing it takes longer than using it
     Uuid uuid;
     for (std::size_t i = 0; i < uuid.bytes.size(); i += 4) {
         const std::uint32_t word = device();

@@ -17,7 +17,7 @@ namespace quillane::core {
 struct Uuid {
     std::array<std::uint8_t, 16> bytes{};
 
-    /// A fresh random one (version 4), from the system's generator.
+    /// A new random one (version 4), from the system's generator.
     [[nodiscard]] static Uuid random();
 
     /// Reads the canonical form of 36 characters, in either letter case.
@@ -28,8 +28,8 @@ struct Uuid {
 
     bool operator==(const Uuid&) const = default;
 
-    /// The same order as that of the canonical forms as text. Written out because arrays have no `<=>` in the standard
-    /// library of macOS 13.
+    /// The order of the canonical forms as text. Written out because arrays have no `<=>` in the standard library of
+    /// macOS 13.
     std::strong_ordering operator<=>(const Uuid& other) const {
         return bytes < other.bytes    ? std::strong_ordering::less
                : bytes == other.bytes ? std::strong_ordering::equal

@@ -10,7 +10,7 @@ namespace quillane {
 
 namespace {
 
-// atexit(3) takes a function without data: what it calls can only be a global.
+// atexit(3) takes a function without data, so its callback must be global.
 struct Registration {
     std::function<void()> callback;
     std::thread::id thread;
@@ -22,7 +22,8 @@ Registration& registration() {
 }
 
 void atExit() {
-    if (registration().thread == std::this_thread::get_id()) { // what another thread ends is still in use
+    if (registration().thread == std::this_thread::get_id()) { // state is still in use if another thread ends the
+                                                               // program
         if (const auto callback = std::exchange(registration().callback, nullptr)) {
             callback();
         }

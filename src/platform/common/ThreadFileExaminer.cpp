@@ -17,12 +17,12 @@ namespace {
 
 using Completion = std::function<void(const core::ExaminedFile&)>;
 
-/// One file that is examined, shared by the main thread and the thread that asks the disk.
+/// One examination, shared by the main thread and the thread that asks the disk.
 class Examination {
 public:
     explicit Examination(Completion completion) : completion_(std::move(completion)) {}
 
-    /// Main thread: the answer if it comes in time; none means that the main thread goes on without it.
+    /// Main thread: the answer if it comes in time; none means that the main thread continues without it.
     std::optional<core::ExaminedFile> wait(std::chrono::milliseconds limit) {
         std::unique_lock lock(mutex_);
         answered_.wait_for(lock, limit, [this] { return answer_.has_value(); });
@@ -30,7 +30,7 @@ public:
         return answer_;
     }
 
-    /// The other thread: true when the main thread has gone on and must be given the answer.
+    /// The other thread: true if the main thread has continued and needs the answer posted.
     bool answer(core::ExaminedFile file) {
         const std::lock_guard lock(mutex_);
         answer_ = std::move(file);
@@ -38,7 +38,7 @@ public:
         return isLate_;
     }
 
-    /// Main thread: completes the examination unless that has happened.
+    /// Main thread: completes the examination unless it is complete.
     void complete(const core::ExaminedFile& file) {
         if (const auto completion = std::exchange(completion_, nullptr)) {
             completion(file);
@@ -55,7 +55,7 @@ private:
 
 } // namespace
 
-/// The way back to the main thread, for as long as there is one.
+/// The way back to the main thread, while there is one.
 class ThreadFileExaminer::Link {
 public:
     explicit Link(MainQueue& queue) : queue_(&queue) {}
@@ -98,7 +98,7 @@ core::FileExaminer ThreadFileExaminer::examiner() {
                     link->post([examination, answer] { examination->complete(answer); });
                 }
             }).detach();
-        } catch (const std::system_error&) { // there can be no more threads
+        } catch (const std::system_error&) { // no thread can be started
             examination->complete(unreadable);
             return;
         }

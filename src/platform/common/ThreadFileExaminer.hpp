@@ -12,16 +12,16 @@ namespace quillane {
 
 class MainQueue;
 
-/// Examines files on threads, one for each file: a disk that hangs, such as the mount of a file server that is gone,
-/// holds up neither the main thread nor other files. Its thread is left behind.
+/// Examines files on threads, one for each file: a disk that hangs, such as the mount of an unreachable file server,
+/// blocks neither the main thread nor other files. Its thread is left behind.
 class ThreadFileExaminer {
 public:
     using Examine = std::function<core::ExaminedFile(const core::Url& file)>;
 
     struct Limits {
-        /// The longest time for which the main thread waits, so that an ordinary answer comes inside the call.
+        /// Maximum wait of the main thread, so that an ordinary answer comes inside the call.
         std::chrono::milliseconds moment{50};
-        /// When a file whose disk has not answered counts as unreadable.
+        /// Time after which a file whose disk has not answered counts as unreadable.
         std::chrono::milliseconds timeout{60'000};
     };
 
@@ -33,7 +33,7 @@ public:
     ThreadFileExaminer(const ThreadFileExaminer&) = delete;
     ThreadFileExaminer& operator=(const ThreadFileExaminer&) = delete;
 
-    /// No completion is called from now on.
+    /// Calls no completion from now on.
     ~ThreadFileExaminer();
 
     /// The examiner must not outlive this object.

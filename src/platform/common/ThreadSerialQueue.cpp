@@ -21,9 +21,9 @@ ThreadSerialQueue::~ThreadSerialQueue() {
     }
 }
 
-/// Drops what has not begun, and tells whether the task that runs goes on for too long.
+/// Drops tasks that have not begun; returns whether the running one takes too long.
 bool ThreadSerialQueue::leaves() {
-    std::deque<Task> dropped; // what they hold goes outside the lock
+    std::deque<Task> dropped; // destroys what they hold outside the lock
     std::unique_lock lock(state_->mutex);
     dropped.swap(state_->tasks);
     const bool isDone = state_->changed.wait_for(lock, patience, [this] { return !state_->isRunningTask; });
@@ -59,7 +59,7 @@ void ThreadSerialQueue::run(State& state) {
         state.isRunningTask = true;
         lock.unlock();
         task();
-        task = nullptr; // what it holds goes before the others are told
+        task = nullptr; // destroys what it holds before notifying the others
         lock.lock();
         state.isRunningTask = false;
         state.changed.notify_all();

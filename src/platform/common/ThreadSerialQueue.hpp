@@ -17,17 +17,17 @@ namespace quillane {
 /// A queue with a thread of its own, which starts with the first task.
 class ThreadSerialQueue final : public SerialQueue {
 public:
-    /// What becomes of the tasks when the queue goes.
+    /// What happens to the tasks when the queue is destroyed.
     enum class AtEnd {
-        finishes, ///< they run before it goes
-        leaves,   ///< those that have not begun are dropped, and one that takes longer than a moment is left behind
+        finishes, ///< they run first
+        leaves,   ///< those that have not begun are dropped, and a running one is left behind after a moment
     };
 
-    /// How long a queue that leaves waits for the task that runs.
+    /// How long a leaving queue waits for the running task.
     static constexpr std::chrono::milliseconds patience{200};
 
-    /// A task that may be left behind ends with the process, or later than everything else of the program: it may touch
-    /// only what it owns.
+    /// A task that is left behind ends with the process, or later than the rest of the program: it may touch only what
+    /// it owns.
     explicit ThreadSerialQueue(AtEnd atEnd = AtEnd::finishes) : atEnd_(atEnd) {}
 
     ~ThreadSerialQueue() override;

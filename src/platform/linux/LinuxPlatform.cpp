@@ -110,7 +110,7 @@ std::unique_ptr<Pasteboard> makePasteboard(const LinuxDesktop& desktop, LinuxSes
     return std::make_unique<X11Pasteboard>(*session.pasteboard);
 }
 
-/// Keys that are posted as the application in front takes them.
+/// Keys that are posted in the way that the application in front expects.
 std::unique_ptr<KeyEvents> makeKeyEvents(const Platform& platform, const LinuxSession& session,
                                          std::shared_ptr<const InstalledApplications> installed) {
     const auto focus =
@@ -131,7 +131,7 @@ std::optional<PlatformError> checkDesktop() {
     LinuxProxySettings::forgetHeaderVariable();
     const auto desktop = LinuxDesktop::fromEnvironment();
     if (canOpenDisplay(desktop.x11Display)) {
-        // Windows, menus and the tray work alike on X11 and on the X server of a Wayland session.
+        // Windows, menus and the tray work the same on X11 and on the X server of a Wayland session.
         ::setenv("QT_QPA_PLATFORM", "xcb", 0);
         // Nothing here draws with OpenGL: its libraries would cost more memory than the rest of the agent.
         ::setenv("QT_XCB_GL_INTEGRATION", "none", 0);
@@ -164,7 +164,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.mainQueue = std::make_unique<QtMainQueue>();
     platform.userDefaults = std::make_unique<PropertyListDefaults>(standardDefaultsFile());
     platform.keyboardUnavailableReason = keyboardUnavailableReason(desktop);
-    std::shared_ptr<InstalledApplications> installed; // shared by who tells, shows and treats them
+    std::shared_ptr<InstalledApplications> installed; // shared by workspace, catalog and key events
     if (platform.keyboardUnavailableReason) {
         addUnavailableKeyboard(platform, options);
     } else {
@@ -182,7 +182,8 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.applicationMenu = std::make_unique<WindowKeysApplicationMenu>(
         session->x11 ? [keyboard = session->x11->keyboard.get()](
                            std::uint32_t key, char32_t) { return latinKey(keyboard->keymap(), keyboard->group(), key); }
-                     : WindowKeysApplicationMenu::LatinKey(latinKeyBySymbol)); // Wayland shows no program the layouts
+                     : WindowKeysApplicationMenu::LatinKey(latinKeyBySymbol)); // Wayland does not show layouts to
+                                                                               // programs
     platform.windowTraits = std::make_unique<LinuxWindowTraits>();
     platform.sleepAssertions = std::make_unique<LinuxSleepAssertions>(
         session->bus, session->x11 ? std::make_unique<X11Blanking>(*session->x11->connection) : nullptr);

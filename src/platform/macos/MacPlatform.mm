@@ -36,7 +36,7 @@
 
 #include <QGuiApplication>
 
-/// What is built into a static library is there once it was asked for, from outside every namespace.
+/// Resources of a static library are available once registered, which must happen outside every namespace.
 static void initializeResources() {
     Q_INIT_RESOURCE(symbols);
 }
@@ -53,8 +53,8 @@ std::unique_ptr<SystemInspector> makeSystemInspector() {
 
 std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options) {
     initializeResources();
-    qputenv("QT_MAC_SET_RAISE_PROCESS", "0"); // else a panel that is raised brings the whole application to the front
-    // Else Qt's application delegate takes the focus as soon as launching is finished, at every login.
+    qputenv("QT_MAC_SET_RAISE_PROCESS", "0"); // otherwise raising a panel brings the whole application to the front
+    // Otherwise Qt's application delegate takes the focus as soon as launching is finished, at every login.
     qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
     QGuiApplication::setWindowIcon(applicationIcon());
     leaveDockIconToSystem();
@@ -64,7 +64,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.userDefaults = std::make_unique<MacUserDefaults>();
     platform.legacyPreferences = preferencesDomain(core::installationMigration::legacyBundleID);
     platform.workspace =
-        std::make_unique<MacWorkspace>(options.atLogin); // hears of the launch, so before it is finished
+        std::make_unique<MacWorkspace>(options.atLogin); // must exist before launching is finished, to observe it
     platform.applicationCatalog = std::make_unique<MacApplicationCatalog>();
     finishLaunching();
     platform.inputSources = std::make_unique<MacInputSources>();

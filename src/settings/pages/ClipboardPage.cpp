@@ -38,7 +38,7 @@ ClipboardPage::ClipboardPage(const SettingsServices& services) : SettingsPageVie
     addExclusions();
     addClearing();
     addStretch();
-    findApplications(); // for the names of those that are excluded
+    findApplications(); // for the names of excluded ones
 }
 
 ClipboardPage::Options ClipboardPage::options() const {
@@ -123,7 +123,7 @@ void ClipboardPage::addAccess(Card& card) {
     bindVisible(&row, [access] { return access() != PasteboardAccess::allowed; });
 }
 
-/// A row for each history that may have been set aside, and one for what came of recovering one.
+/// A row for each history that may have been set aside, and one for the result of a recovery.
 void ClipboardPage::addSetAside(Card& card) {
     const auto at = [this](std::size_t place) {
         const auto& list = services().clipboard.setAside;
@@ -284,7 +284,7 @@ void ClipboardPage::addExclusions() {
             row->addWidget(label, 1);
             row->addWidget(remove);
             list->addWidget(entry);
-            showText(*label, name); // once it knows the direction of the page
+            showText(*label, name); // once the direction of the page is known
             label->setToolTip(plainToolTip(QString::fromStdString(bundleID)));
             remove->setObjectName(QStringLiteral("remove"));
             remove->setAccessibleName(rendered(texts::removeApplication(name.toStdString()), language));

@@ -42,7 +42,7 @@ private:
     void askToClear(core::ClipboardHistory::Clearing clearing);
     void askToRecover(const core::SetAsideHistory& history);
 
-    /// Asks before something is deleted or changed; the answers are buttons with what they do.
+    /// Asks before something is deleted or changed; the buttons name what they do.
     struct Answer {
         core::LocalizedText text;
         bool destroys = false;
@@ -51,7 +51,7 @@ private:
 
     void ask(const core::LocalizedText& question, const core::LocalizedText& note, const std::vector<Answer>& answers);
 
-    std::vector<KnownApplication> applications_; ///< as of the last time they were looked for, by name
+    std::vector<KnownApplication> applications_; ///< as of the last search, by name
 };
 
 } // namespace quillane

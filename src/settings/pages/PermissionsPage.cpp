@@ -58,7 +58,7 @@ void PermissionsPage::addPermission(Card& card, MacPermission permission, const 
         const bool granted = isGranted();
         state->setText(rendered(granted ? texts::permissionGranted : texts::permissionMissing, language));
         state->setProperty("role", granted ? QStringLiteral("good") : QStringLiteral("warning"));
-        state->style()->unpolish(state); // the role decides about the colour
+        state->style()->unpolish(state); // the role decides the colour
         state->style()->polish(state);
     });
     auto* request = button(texts::requestPermission, [&permissions, permission] { permissions.request(permission); });

@@ -7,7 +7,7 @@
 
 namespace quillane {
 
-/// What is granted, what for, and everything that helps to grant it.
+/// The granted permissions, their purpose, and everything that helps to grant them.
 class PermissionsPage : public SettingsPageView {
     Q_OBJECT
 

@@ -18,7 +18,7 @@ namespace {
 
 using Side = ChordKey::Side;
 
-/// The modifiers as the desktop's keyboard names them. The keys of a Mac have signs beside their names.
+/// The modifiers as named on the desktop's keyboard. The keys of a Mac have symbols beside their names.
 struct Modifiers {
     core::Desktop desktop;
 

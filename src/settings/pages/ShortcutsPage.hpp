@@ -16,7 +16,7 @@ public:
     explicit ShortcutsPage(const SettingsServices& services);
 
 private:
-    /// A row with one chord, or with two of which either does it.
+    /// A row with one chord, or with two alternatives.
     void addChord(Card& card, const std::string& symbol, const core::LocalizedText& title,
                   const std::vector<std::vector<ChordKey>>& chords);
 };

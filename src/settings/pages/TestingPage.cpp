@@ -175,7 +175,7 @@ void TestingPage::addCheck() {
                                                                : model.lastAction();
         });
     auto* offer = button({}, [&model] {
-        if (const auto offered = model.offer()) { // a copy: the action may bring the next outcome
+        if (const auto offered = model.offer()) { // a copy: the action may produce the next outcome
             offered->action();
         }
     });

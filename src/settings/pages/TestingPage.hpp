@@ -10,7 +10,7 @@ class QTextEdit;
 
 namespace quillane {
 
-/// The state of permissions and keyboard as it is now, and a text box to try the direction shortcuts in.
+/// The current state of permissions and keyboard, and a text box to try the direction shortcuts in.
 class TestingPage : public SettingsPageView {
     Q_OBJECT
 
@@ -19,7 +19,7 @@ public:
 
     [[nodiscard]] bool isTextBoxFocused() const;
 
-    /// Turns the paragraph at the cursor of the text box.
+    /// Sets the direction of the paragraph at the cursor of the text box.
     void apply(core::WritingDirection direction);
 
 private:
@@ -28,7 +28,7 @@ private:
     void addTryOut();
     void addTarget();
 
-    /// The caret of the empty text box stands where the interface's text would begin; Qt's default is the left.
+    /// The caret of the empty text box is where the interface's text would begin; Qt's default is the left.
     void placeCaret();
 
     QTextEdit* box_;

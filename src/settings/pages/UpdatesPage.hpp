@@ -7,7 +7,7 @@
 
 namespace quillane {
 
-/// The installed version and how new ones come.
+/// The installed version and how it is updated.
 class UpdatesPage : public SettingsPageView {
     Q_OBJECT
 

@@ -72,7 +72,7 @@ TEST(ImageDecoding, MakesPicturesSmallAndNeverLarge) {
     EXPECT_EQ(decodeImage(*imageEntry(encoded({4000, 1}, "png")).items, {120, 60}).image.size(), QSize(120, 1));
 }
 
-TEST(ImageDecoding, WhatIsNoPictureOrTooLargeIsNotDecoded) {
+TEST(ImageDecoding, GarbageAndTooLargePicturesAreNotDecoded) {
     EXPECT_TRUE(decodeImage(*imageEntry("no picture").items, {60, 60}).image.isNull());
     EXPECT_TRUE(decodeImage(*imageEntry("").items, {60, 60}).image.isNull());
     EXPECT_TRUE(decodeImage(*imageEntry("<svg width='9' height='9'/>").items, {60, 60}).image.isNull());
@@ -98,7 +98,7 @@ protected:
     EntryImages images{queue, serial};
 };
 
-TEST_F(EntryImagesTest, DecodesOnItsQueueOnceAndTellsWhenItIsThere) {
+TEST_F(EntryImagesTest, DecodesOnceOnItsQueueAndAnnouncesTheResult) {
     int told = 0;
     images.onReady = [&] { ++told; };
     const auto entry = imageEntry(encoded({80, 40}, "png"));
@@ -112,7 +112,7 @@ TEST_F(EntryImagesTest, DecodesOnItsQueueOnceAndTellsWhenItIsThere) {
     EXPECT_EQ(serial.count(), 0U);
 }
 
-TEST_F(EntryImagesTest, WhatCannotBeShownIsAskedForOnce) {
+TEST_F(EntryImagesTest, AnUndecodablePictureIsRequestedOnce) {
     const auto entry = imageEntry("no picture");
     EXPECT_EQ(images.find(entry, {40, 40}), nullptr);
     load();
@@ -130,7 +130,7 @@ TEST_F(EntryImagesTest, KeepsNoMoreThanItsBound) {
     EXPECT_GT(images.byteCount(), EntryImages::mostBytes / 2);
 }
 
-TEST_F(EntryImagesTest, WhatIsDroppedNeverComes) {
+TEST_F(EntryImagesTest, ADroppedRequestNeverCompletes) {
     int told = 0;
     images.onReady = [&] { ++told; };
     const auto entry = imageEntry(encoded({80, 40}, "png"));
@@ -138,7 +138,7 @@ TEST_F(EntryImagesTest, WhatIsDroppedNeverComes) {
     images.dropPending();
     load();
     EXPECT_EQ(told, 0);
-    EXPECT_EQ(images.find(entry, {40, 40}), nullptr); // asks anew
+    EXPECT_EQ(images.find(entry, {40, 40}), nullptr); // asks again
     load();
     EXPECT_EQ(told, 1);
 }

@@ -91,7 +91,7 @@ TEST(TextBlock, StandsOnTheSideOfItsOwnDirectionUnlessItBelongsToTheInterface) {
     EXPECT_GT(drawn(name).right, 290);
 }
 
-TEST(TextBlock, WhatDoesNotFitEndsWithinTheLines) {
+TEST(TextBlock, OverlongTextEndsWithinTheLines) {
     const fakes::OffscreenApplication application;
     TextBlock block{{QStringLiteral("word ").repeated(80), {}}, QFont(), Qt::black};
     block.mostLines = 2;

@@ -46,7 +46,7 @@ TEST_F(HistoryNoticesTest, WithNothingKeptAndRecordingOffItPromisesNoCopy) {
     EXPECT_EQ(find<QLabel>("emptyTitle").text(), "Your next copy will appear here");
 }
 
-TEST_F(HistoryNoticesTest, SaysWhatBecameOfTheSavedHistoryAndLeadsToItsSettings) {
+TEST_F(HistoryNoticesTest, SaysWhatHappenedToTheSavedHistoryAndOpensItsSettings) {
     copyText("kept");
     open();
     auto& notice = find<QWidget>("notice");

@@ -79,7 +79,7 @@ protected:
                 .openSettings = [this] { ++settingsOpened; }};
     }
 
-    /// Everything that was posted runs, and the window is laid out.
+    /// Runs everything that was posted and lays out the window.
     void settle() {
         for (int round = 0; round < 5; ++round) {
             queue.runPosted();
@@ -88,7 +88,7 @@ protected:
         }
     }
 
-    /// Pictures and files are there too.
+    /// Pictures and files exist too.
     void load() {
         for (int round = 0; round < 3; ++round) {
             settle();

@@ -185,7 +185,7 @@ TEST_F(HistoryPanelWindowTest, TypingFiltersAtOnceAndTheSelectionFollows) {
     EXPECT_TRUE(field().hasFocus());
 }
 
-TEST_F(HistoryPanelWindowTest, TheFieldRunsInTheDirectionOfWhatIsTyped) {
+TEST_F(HistoryPanelWindowTest, TheFieldRunsInTheDirectionOfTypedText) {
     copyThree();
     open();
     EXPECT_EQ(field().layoutDirection(), Qt::LeftToRight);
@@ -289,7 +289,7 @@ TEST_F(HistoryPanelWindowTest, ACopyWhileItIsOpenAppears) {
     copyText("fourth");
     EXPECT_EQ(rows(), 4);
     EXPECT_TRUE(nameOfRow(0).contains("fourth"));
-    EXPECT_EQ(list().currentIndex().row(), 1); // what was selected still is
+    EXPECT_EQ(list().currentIndex().row(), 1); // the selection stays
 }
 
 TEST_F(HistoryPanelWindowTest, SaysWhyThereIsNothing) {
@@ -306,7 +306,7 @@ TEST_F(HistoryPanelWindowTest, SaysWhyThereIsNothing) {
     EXPECT_FALSE(find<QLabel>("emptyText").isVisible());
 }
 
-TEST_F(HistoryPanelWindowTest, TheFooterNamesTheKeysOrTellsOfTheLastChoice) {
+TEST_F(HistoryPanelWindowTest, TheFooterNamesTheKeysOrReportsTheLastChoice) {
     permissions.revoke(core::MacPermission::accessibility);
     copyThree();
     open();
@@ -317,7 +317,7 @@ TEST_F(HistoryPanelWindowTest, TheFooterNamesTheKeysOrTellsOfTheLastChoice) {
         core::LocalizedText(texts::itemCopiedAllowAccessibility.on(shownOn)).rendered(core::AppLanguage::english));
 }
 
-// Languages, appearance, people who do not see it
+// Languages, appearance, screen readers
 
 TEST_F(HistoryPanelWindowTest, EverythingIsMirroredInHebrewAndArabicAtOnce) {
     copyThree();
@@ -347,7 +347,7 @@ TEST_F(HistoryPanelWindowTest, EveryControlHasANameInEveryLanguage) {
     }
 }
 
-TEST_F(HistoryPanelWindowTest, RowsSayWhatTheyAreHowTheyBeginAndWhereTheyComeFrom) {
+TEST_F(HistoryPanelWindowTest, RowsSayTheirKindBeginningAndSource) {
     copyText("  some\n\ttext  ");
     copyImage(png({4, 4}));
     copyFiles({"file:///nowhere/a.txt", "file:///nowhere/b.txt"});
@@ -360,7 +360,7 @@ TEST_F(HistoryPanelWindowTest, RowsSayWhatTheyAreHowTheyBeginAndWhereTheyComeFro
 }
 
 #ifdef QUILLANE_LINE_ART
-// As the pop-up that it is where panels are pop-ups
+// As a pop-up, where panels are pop-ups
 
 class HistoryPanelPopUpTest : public HistoryPanelWindowTest {
 protected:

@@ -37,7 +37,7 @@ TEST_F(HistoryRowsTest, OnlyThoseInViewAreDrawnAndOnlyTheirPicturesAreMade) {
     EXPECT_LT(drawn, 60);
     list().verticalScrollBar()->setValue(list().verticalScrollBar()->maximum());
     settle();
-    imageQueue.wait(); // those that have gone from view are not decoded
+    imageQueue.wait(); // those out of view are not decoded
     settle();
     EXPECT_LT(delegateOf(list()).drawnCount() - drawn, 60);
 }

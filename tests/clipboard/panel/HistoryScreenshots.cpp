@@ -15,7 +15,7 @@
 namespace quillane {
 namespace {
 
-/// Pictures of the panel for people to look at, and what can be measured on them.
+/// Pictures of the panel to look at, and what can be measured on them.
 class HistoryScreenshotsTest : public HistoryPanelTest {
 protected:
     HistoryScreenshotsTest() : HistoryPanelTest(core::Desktop::linuxDesktop) {
@@ -76,7 +76,7 @@ protected:
         settle();
     }
 
-    /// The panel as it is on the screen, saved under the name.
+    /// A picture of the panel, saved under the name.
     QImage take(const QString& name) {
         load();
         const auto picture = window().grab();
@@ -115,7 +115,7 @@ protected:
     }
 };
 
-/// Pixels that differ from the ground of the window.
+/// Pixels that differ from the window's background.
 int drawnPixels(const QImage& image) {
     const auto ground = image.pixelColor(image.width() / 2, 4);
     int drawn = 0;

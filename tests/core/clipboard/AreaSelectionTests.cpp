@@ -56,7 +56,7 @@ TEST(AreaSelection, ThePointerIsKeptWithinTheScreens) {
     EXPECT_EQ(drag(two, {-10, 110}, {-9000, 9000}).area(), (PixelRect{-640, 110, 631, 690}));
 }
 
-TEST(AreaSelection, AClickIsNoSelection) {
+TEST(AreaSelection, AClickSelectsNothing) {
     auto selection = drag(one, {10, 10}, {12, 12});
     EXPECT_FALSE(selection.area());
     EXPECT_FALSE(selection.release());

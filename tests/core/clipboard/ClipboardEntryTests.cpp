@@ -23,7 +23,7 @@ ClipboardEntry textEntry(std::string text) {
                                 {{representation("public.utf8-plain-text", text)}}, Date{1.5});
 }
 
-/// What the digest is fed, written out by hand: length and bytes of each chunk.
+/// The digest's input, written out by hand: length and bytes of each chunk.
 TEST(ClipboardEntry, DigestIsThatOfTheChunks) {
     // printf '\0\0\0\0\0\0\0\4text\0\0\0\0\0\0\0\4item\0\0\0\0\0\0\0\26public.utf8-plain-text\0\0\0\0\0\0\0\2hi' |
     // sha256sum
@@ -41,7 +41,7 @@ TEST(ClipboardEntry, DigestSortsTheRepresentationsOfAnItemByTypeAndKeepsEqualOne
     EXPECT_NE(digest({{a, again}}), digest({{again, a}}));
 }
 
-TEST(ClipboardEntry, DigestTellsKindsItemsAndBoundariesApart) {
+TEST(ClipboardEntry, DigestDistinguishesKindsItemsAndBoundaries) {
     const auto digest = [](ClipboardItems items) { return clipboardDigest(ClipboardKind::text, items); };
     const auto a = representation("a", "xy");
     EXPECT_NE(digest({{a}}), clipboardDigest(ClipboardKind::files, {{a}}));

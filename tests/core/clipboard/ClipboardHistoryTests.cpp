@@ -71,7 +71,7 @@ TEST(ClipboardHistory, EqualContentOnlyRenewsTheCopyDateOfTheFirst) {
     EXPECT_THAT(textsOf(history.filtered("", {.pinsOnTop = false})), ElementsAre("pinned", "other"));
 }
 
-TEST(ClipboardHistory, MergingAddsWhatIsNewAndKeepsOneOfEqualContents) {
+TEST(ClipboardHistory, MergingAddsNewEntriesAndKeepsOneOfEqualContents) {
     const auto both = entryOf("both", 5);
     auto again = both;
     again.id = Uuid::random();
@@ -95,7 +95,7 @@ TEST(ClipboardHistory, MergingAddsWhatIsNewAndKeepsOneOfEqualContents) {
     EXPECT_EQ(history.entries().size(), 4U);
 }
 
-TEST(ClipboardHistory, TellsWhenTrimmingHasRemovedTheNewEntry) {
+TEST(ClipboardHistory, ReportsWhenTrimmingHasRemovedTheNewEntry) {
     ClipboardHistory history;
     for (int i = 0; i < 10; ++i) {
         EXPECT_TRUE(history.insert(entryOf("new", 100 + i), {.limit = 10}));

@@ -79,7 +79,7 @@ TEST(ClipboardOptions, PassesOverUnknownKeys) {
     EXPECT_EQ(decode(json.dump())->limit, 77);
 }
 
-TEST(ClipboardOptions, WhatIsNoObjectIsUndecodable) {
+TEST(ClipboardOptions, AnythingButAnObjectIsUndecodable) {
     for (const auto* text : {"", "null", "[]", "{", "{}", "true", "\xff\xfe", "{\"enabled\":true}x"}) {
         EXPECT_FALSE(decode(text).has_value()) << text;
     }

@@ -291,7 +291,7 @@ TEST_F(ClipboardSnapshotTest, TwoFilesHaveTheirNamesOnTwoLines) {
     EXPECT_EQ(*capture()->text, "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D.txt\nb%2Fc");
 }
 
-TEST_F(ClipboardSnapshotTest, AFileReferenceThatIsNoUrlHasNoName) {
+TEST_F(ClipboardSnapshotTest, AFileReferenceThatIsNotAUrlHasNoName) {
     pasteboard_.copy({fileItem("not a url"), fileItem("file:///b"), fileItem("\xff\xfe")});
     const auto entry = capture();
     ASSERT_TRUE(entry);
@@ -368,7 +368,7 @@ TEST_F(ClipboardSnapshotTest, RestoringWritesEveryItemAndTheSource) {
     EXPECT_EQ(pasteboard_.clears(), 1);
 }
 
-TEST_F(ClipboardSnapshotTest, WhatWasRestoredIsCapturedAsTheSameContentOfItsFirstApplication) {
+TEST_F(ClipboardSnapshotTest, ARestoredEntryIsCapturedAsTheSameContentOfItsFirstApplication) {
     pasteboard_.copyText("round trip");
     const auto entry = capture();
     ASSERT_TRUE(clipboardSnapshot::restore(*entry, pasteboard_, RestoreMode::full));
@@ -378,7 +378,7 @@ TEST_F(ClipboardSnapshotTest, WhatWasRestoredIsCapturedAsTheSameContentOfItsFirs
     EXPECT_EQ(again->source, "com.example.notes");
 }
 
-TEST_F(ClipboardSnapshotTest, RestoringTellsWhenTheSystemRefuses) {
+TEST_F(ClipboardSnapshotTest, RestoringReportsWhenTheSystemRefuses) {
     pasteboard_.refuseWrites();
     const auto entry = makeEntry(ClipboardKind::text, {{flavour(stringType, "a")}});
     EXPECT_FALSE(clipboardSnapshot::restore(entry, pasteboard_, RestoreMode::full));

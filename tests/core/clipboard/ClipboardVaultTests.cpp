@@ -24,7 +24,7 @@ class ClipboardVaultTest : public testing::VaultTest {
 protected:
     using Inodes = std::map<std::string, ino_t>;
 
-    /// Tells the files that have been written again from those that have not.
+    /// Distinguishes rewritten files from the others.
     Inodes inodes() const {
         Inodes found;
         for (const auto& name : fileNames()) {
@@ -57,7 +57,7 @@ std::vector<ClipboardEntry> threeEntries() {
     return {textEntry("שלום \0\x01 😀\r\n"s, 7e8 + 1.0 / 3), pinned, image};
 }
 
-TEST_F(ClipboardVaultTest, LoadsWhatWasSavedWithEveryFieldAndInOrder) {
+TEST_F(ClipboardVaultTest, LoadsSavedEntriesWithEveryFieldAndInOrder) {
     const auto entries = threeEntries();
     saved(entries);
     EXPECT_EQ(vault().load(), entries);
@@ -296,7 +296,7 @@ TEST_F(ClipboardVaultTest, LoadedHistoryIsNotWrittenAgain) {
     EXPECT_EQ(vault().load(), entries);
 }
 
-TEST_F(ClipboardVaultTest, WhatIsMissingOnTheDiskIsWrittenAlthoughItHasNotChanged) {
+TEST_F(ClipboardVaultTest, AMissingFileIsWrittenAlthoughItsEntryHasNotChanged) {
     const auto entries = threeEntries();
     saved(entries);
     auto open = vault();
@@ -339,7 +339,7 @@ TEST_F(ClipboardVaultTest, ASaveThatCountsAsDoneIsLoadedAndFinishedByTheNextOne)
     EXPECT_EQ(fileNames().size(), 4U);
 }
 
-TEST_F(ClipboardVaultTest, WhatIsFinishedOfAnEntryThatIsGoneIsRemovedByTheSameSave) {
+TEST_F(ClipboardVaultTest, AFinishedFileOfARemovedEntryIsRemovedByTheSameSave) {
     const auto entries = threeEntries();
     saved(entries);
     const auto first = contents(fileOf(entries[0]));
@@ -353,7 +353,7 @@ TEST_F(ClipboardVaultTest, WhatIsFinishedOfAnEntryThatIsGoneIsRemovedByTheSameSa
     EXPECT_EQ(fileNames(), (std::set<std::string>{"index", entries[1].id.toString() + ".clip"}));
 }
 
-TEST_F(ClipboardVaultTest, WhatASaveThatWasNotDoneLeftBehindIsNeverUsed) {
+TEST_F(ClipboardVaultTest, FilesOfAnUnfinishedSaveAreNeverUsed) {
     const auto entries = threeEntries();
     saved(entries);
     auto other = entries[0];

@@ -56,7 +56,7 @@ TEST(SearchMatches, InvisibleCharactersInsideAMatchDoNotEndIt) {
     EXPECT_THAT(bold("a\u200Fb c", "ab"), ElementsAre("a\u200Fb"));
 }
 
-TEST(SearchMatches, IllFormedBytesAreNoObstacle) {
+TEST(SearchMatches, FindsMatchesAmongIllFormedBytes) {
     EXPECT_THAT(bold("\xff\xc3 abc \xe2\x82", "abc"), ElementsAre("abc"));
 }
 

@@ -82,7 +82,7 @@ TEST(SearchText, FindsAcrossMixedScriptsWhateverTheText) {
 }
 
 TEST(SearchText, LettersOfDifferentAlphabetsAreNeverConfused) {
-    // Every block of 128 code points has a letter at the same place; none of them equals another.
+    // Every block of 128 code points has a letter at the same position; no two of them are equal.
     for (const auto* text : {"ааааааааאאа", "אאאאאאאאאאא", "ααααααααααα"}) {
         for (const auto* term : {"а", "א", "α", "a"}) {
             EXPECT_EQ(matches(text, term), std::string_view(text).find(term) != std::string_view::npos) << text << term;

@@ -100,7 +100,7 @@ TEST_F(SetAsideHistoriesTest, TwoOfOneSecondAreBothKept) {
     EXPECT_EQ(*recover().entries.at(0).text, "two"); // the latest first
 }
 
-TEST_F(SetAsideHistoriesTest, ErasingLeavesTheHistoryAndWhatIsNotAVaults) {
+TEST_F(SetAsideHistoriesTest, ErasingLeavesTheHistoryAndForeignFiles) {
     setAside(entries_, noon);
     setAside(entries_, Date{0});
     write(all()[0].folder / "notes.txt", "kept");
@@ -137,7 +137,7 @@ TEST_F(SetAsideHistoriesTest, FolderThatCannotBeMovedStaysAsItIs) {
 
 // Recovering
 
-TEST_F(SetAsideHistoriesTest, WhatIsIntactIsRecoveredInItsOrder) {
+TEST_F(SetAsideHistoriesTest, IntactEntriesAreRecoveredInOrder) {
     saved(entries_);
     std::filesystem::resize_file(fileOf(entries_[1]), 20);
     EXPECT_FALSE(vault().load());
@@ -160,7 +160,7 @@ TEST_F(SetAsideHistoriesTest, EntryThatWasDeletedBeforeIsNotRecovered) {
     saved(entries_);
     const auto file = contents(fileOf(entries_[0]));
     saved({entries_[1], entries_[2]});
-    write(fileOf(entries_[0]), file); // as if a kill had come before its removal
+    write(fileOf(entries_[0]), file); // as if the process had been killed before its removal
     std::filesystem::resize_file(fileOf(entries_[1]), 20);
     ASSERT_TRUE(vault().setAside(noon));
     EXPECT_EQ(recover().entries, std::vector{entries_[2]});
@@ -197,7 +197,7 @@ TEST_F(SetAsideHistoriesTest, NothingIsMadeWhereThereIsNothingToRecover) {
 
 // What is damage
 
-TEST_F(SetAsideHistoriesTest, FailureOfTheSystemIsNoDamage) {
+TEST_F(SetAsideHistoriesTest, FailureOfTheSystemIsNotDamage) {
     saved(entries_);
     auto open = vault();
     rlimit before{};
@@ -214,7 +214,7 @@ TEST_F(SetAsideHistoriesTest, FailureOfTheSystemIsNoDamage) {
     EXPECT_EQ(open.load(), entries_);
 }
 
-TEST_F(SetAsideHistoriesTest, OnlyReadingWhatIsThereTellsDamage) {
+TEST_F(SetAsideHistoriesTest, OnlyReadingExistingFilesRevealsDamage) {
     using Reason = VaultError::Reason;
     for (const auto reason : {Reason::read, Reason::tooLarge, Reason::notAuthentic, Reason::malformed}) {
         EXPECT_TRUE((VaultError{reason, 0}.isDamage()));

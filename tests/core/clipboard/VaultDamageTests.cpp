@@ -88,7 +88,7 @@ TEST_F(VaultDamageTest, AnotherEntryInAnEntrysPlaceFailsTheLoad) {
     EXPECT_EQ(reasonOfLoading(), Reason::malformed);
 }
 
-TEST_F(VaultDamageTest, WhatIsNoRegularFileFailsTheLoadAtOnce) {
+TEST_F(VaultDamageTest, AnythingButARegularFileFailsTheLoadAtOnce) {
     const auto file = fileOf(entries_[0]);
     std::filesystem::remove(file);
     std::filesystem::create_directory(file);

@@ -14,7 +14,7 @@ namespace quillane::core::testing {
 
 inline constexpr int notPermitted = 77;
 
-/// Runs the steps in a process of their own, which may limit or rearrange itself. They say what went wrong, or nothing.
+/// Runs the steps in a separate process, which may limit or rearrange itself. They return what went wrong, or nothing.
 inline int inChild(const std::function<std::string()>& steps) {
     const pid_t child = fork();
     if (child == 0) {
@@ -38,7 +38,7 @@ inline std::vector<ClipboardEntry> manyEntries(int count, std::size_t bytes, dou
 
 class VaultFaultTest : public VaultTest {
 protected:
-    /// Everything that a failed save has to leave: an error, the history in memory, and what was saved before.
+    /// Everything that a failed save must leave: an error, the history in memory, and what was saved before.
     static std::string checkFailedSave(ClipboardVault& open, const std::vector<ClipboardEntry>& before,
                                        const std::vector<ClipboardEntry>& after, int systemError) {
         const auto copy = after;

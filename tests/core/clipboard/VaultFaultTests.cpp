@@ -181,7 +181,7 @@ TEST_F(VaultFaultTest, AKillAtAnyInstantLeavesTheHistoryBeforeOrAfterTheSave) {
         ASSERT_TRUE(loaded) << kill << ": " << static_cast<int>(loaded.error().reason);
         const int saves = *done;
         if (*loaded == historyAfter(saves + 1)) {
-            *done = saves + 1; // it had been saved when the count was still to be raised
+            *done = saves + 1; // it had been saved before the count was raised
         } else {
             ASSERT_EQ(*loaded, historyAfter(saves)) << kill;
         }
@@ -190,7 +190,7 @@ TEST_F(VaultFaultTest, AKillAtAnyInstantLeavesTheHistoryBeforeOrAfterTheSave) {
             return name.starts_with("temporary") || name.starts_with("pending");
         });
     }
-    EXPECT_GT(killedWhileSaving, kills / 10); // else the instants were not those that matter
+    EXPECT_GT(killedWhileSaving, kills / 10); // otherwise the instants were not the relevant ones
     saved(historyAfter(*done));
     EXPECT_EQ(fileNames().size(), historyAfter(*done).size() + 1);
 }

@@ -49,7 +49,7 @@ json jsonOf(const std::vector<ClipboardEntry>& entries) {
     return list;
 }
 
-/// Another implementation of the format: a script over two common libraries.
+/// Another implementation of the format: a script on two common libraries.
 class VaultInteroperationTest : public testing::VaultTest {
 protected:
     std::string run(const std::string& mode, const std::string& input) const {
@@ -82,12 +82,12 @@ protected:
     }();
 };
 
-TEST_F(VaultInteroperationTest, AnotherImplementationReadsWhatIsWrittenHere) {
+TEST_F(VaultInteroperationTest, AnotherImplementationReadsItsFiles) {
     saved(entries_);
     EXPECT_EQ(json::parse(run("read", "")), jsonOf(entries_));
 }
 
-TEST_F(VaultInteroperationTest, WhatAnotherImplementationWritesIsReadHere) {
+TEST_F(VaultInteroperationTest, ReadsFilesOfAnotherImplementation) {
     std::filesystem::create_directories(folder_);
     run("write", jsonOf(entries_).dump());
     EXPECT_EQ(vault().load(), entries_);

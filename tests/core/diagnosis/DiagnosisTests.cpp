@@ -200,7 +200,7 @@ TEST(Diagnosis, WithoutTheAgentOnlyItsOwnKnowledgeIsMissing) {
     EXPECT_TRUE(isHealthy(diagnose(facts)));
 }
 
-TEST(Diagnosis, ATapThatNobodyWantsIsNoProblem) {
+TEST(Diagnosis, ATapThatIsNotNeededIsNotAProblem) {
     auto facts = healthyMac();
     facts.agent->tapMade = facts.agent->tapEnabled = false;
     facts.agent->options.paused = true;

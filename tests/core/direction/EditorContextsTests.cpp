@@ -24,7 +24,7 @@ TEST(EditableInputContext, ThreeRolesAreEditable) {
     }
 }
 
-TEST(EditableInputContext, APasswordFieldNeverIs) {
+TEST(EditableInputContext, APasswordFieldIsNeverEligible) {
     for (const auto* role : {"AXTextField", "AXTextArea", "AXComboBox"}) {
         auto context = editable(role);
         context.subrole = "AXSecureTextField";
@@ -151,7 +151,7 @@ TEST(WordEditorContext, APageWithItsNumber) {
     EXPECT_TRUE(isWordPage("Page 三 content")) << "numeric, though a letter";
 }
 
-TEST(WordEditorContext, AnythingElseIsNot) {
+TEST(WordEditorContext, AnythingElseIsNotEligible) {
     for (const auto* description :
          {"", "Page content", "Page  content", "Page x content", "page 3 content", "Page 3 Content", "Page 3",
           "3 content", "Page 3x content", "Page 3 4 content", "Page -3 content", "Page 1.5 content", " Page 3 content",
@@ -182,7 +182,7 @@ TEST(DocumentEditorContext, TheBodyOfEachApplication) {
     EXPECT_TRUE(document(SupportedApplication::textEdit, "First Text View").isEligible());
 }
 
-TEST(DocumentEditorContext, AnotherIdentifierIsNot) {
+TEST(DocumentEditorContext, AnotherIdentifierIsNotEligible) {
     EXPECT_FALSE(document(SupportedApplication::notes, "First Text View").isEligible());
     EXPECT_FALSE(document(SupportedApplication::textEdit, "Note Body Text View").isEligible());
     EXPECT_FALSE(document(SupportedApplication::textEdit, std::nullopt).isEligible());

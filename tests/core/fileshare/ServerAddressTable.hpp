@@ -9,12 +9,12 @@ namespace quillane::core {
 
 using namespace std::string_view_literals;
 
-/// An address as it may be typed, and what it means. The columns are worked out by hand from the rules for addresses,
-/// never from what the program does.
+/// An address as it may be typed, and its meaning. The columns are worked out by hand from the rules for addresses,
+/// never from the program's behaviour.
 struct AddressRow {
     std::string_view typed;
     std::string_view url = {};         ///< the checked address; empty when it must be refused
-    std::string_view displayName = {}; ///< what people see
+    std::string_view displayName = {}; ///< as users see it
     std::uint16_t port = 0;
 };
 
@@ -48,7 +48,7 @@ inline constexpr AddressRow addressTable[] = {
     {"\u3000https://files.example\u2003"sv, "https://files.example"sv, "files.example"sv, 443},       // ideographic, em
     {"\u2028https://files.example\u2029\u0085"sv, "https://files.example"sv, "files.example"sv, 443}, // separators
     {"\u202Fhttps://files.example\u1680"sv, "https://files.example"sv, "files.example"sv, 443},
-    {"\u200Bhttps://files.example"sv}, // zero width space is no white space
+    {"\u200Bhttps://files.example"sv}, // a zero width space does not count as white space
     {"\uFEFFhttps://files.example"sv}, // neither is a byte order mark
     {"https://files.example/a b"sv},
     {"https://files .example"sv},
@@ -218,7 +218,7 @@ inline constexpr AddressRow addressTable[] = {
     {"http://0x0a.0.0.1"sv},
     {"http://10.0.0.1a"sv},
     {"http://10.0.0.-1"sv},
-    {"http://10.0.0.%D9%A1"sv}, // an Arabic-Indic digit is no decimal integer
+    {"http://10.0.0.%D9%A1"sv}, // an Arabic-Indic digit is not a decimal integer
     {"https://8.8.8.8"sv, "https://8.8.8.8"sv, "8.8.8.8"sv, 443},
     {"https://10.0.0.256"sv, "https://10.0.0.256"sv, "10.0.0.256"sv, 443}, // a name, by the grammar
 
@@ -269,7 +269,7 @@ inline constexpr AddressRow addressTable[] = {
     {"https://[nas%25eth0]"sv},
     {"https://nas%25eth0"sv},
 
-    // What is no IPv6 address
+    // Not IPv6 addresses
     {"https://[::1"sv},
     {"https://::1"sv},
     {"https://::1]"sv},
@@ -287,7 +287,7 @@ inline constexpr AddressRow addressTable[] = {
     {"https://[::1.2.3.256]"sv},
     {"https://[10.0.0.1]"sv},
     {"https://[nas]"sv},
-    {"https://[v1.fe80::a+en1]"sv}, // a version that nobody speaks
+    {"https://[v1.fe80::a+en1]"sv}, // a version that does not exist
     {"https://[vF.x]"sv},
 
     // Hosts that are not ASCII, which are shown in ASCII, and encoded ones
@@ -318,7 +318,7 @@ inline constexpr AddressRow addressTable[] = {
     {"https://fileא.example"sv},       // both directions in one label
     {"https://1.קבצים.example"sv},     // a label of a bidirectional name begins with a letter
     {"https://\u2100.example"sv},      // looks like "a/c"
-    {"https://files.example\u2488"sv}, // holds a full stop of its own
+    {"https://files.example\u2488"sv}, // contains a full stop itself
     {"https://files\u200D.example"sv}, // a joiner that joins nothing
     {"https://א\xFF.example"sv},
     {"https://b%C3%BCcher.example"sv, "https://xn--bcher-kva.example"sv, "xn--bcher-kva.example"sv, 443},

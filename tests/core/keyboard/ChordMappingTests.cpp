@@ -60,7 +60,7 @@ TEST(WritingDirectionChord, LeftOptionHasNoPart) {
     EXPECT_EQ(direction({leftOption | rightOption, leftOption | rightOption | rightShift}), std::nullopt);
 }
 
-TEST(WritingDirectionChord, ControlAndRightOptionTogetherAreNoChord) {
+TEST(WritingDirectionChord, ControlAndRightOptionTogetherDoNotFire) {
     EXPECT_EQ(direction({leftControl, leftControl | rightOption, leftControl | rightOption | rightShift}),
               std::nullopt);
 }

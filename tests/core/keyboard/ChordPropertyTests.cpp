@@ -46,7 +46,7 @@ std::ostream& operator<<(std::ostream& out, const Sequence& sequence) {
     return out;
 }
 
-/// What one run has shown.
+/// The result of one run.
 struct Outcome {
     bool agrees = true;
     int rightToLeft = 0;
@@ -92,7 +92,7 @@ Outcome run(const Sequence& sequence) {
     return outcome;
 }
 
-/// The shortest sequence found by leaving steps out of one on which machine and model differ.
+/// The shortest sequence, found by leaving out steps, on which machine and model differ.
 Sequence shortened(Sequence failing) {
     for (std::size_t place = 0; place < failing.size();) {
         auto shorter = failing;
@@ -107,7 +107,7 @@ Sequence shortened(Sequence failing) {
     return failing;
 }
 
-using Random = std::mt19937_64; // gives the same numbers everywhere
+using Random = std::mt19937_64; // generates the same numbers everywhere
 
 bool oneIn(Random& random, std::uint64_t times) {
     return random() % times == 0;
@@ -160,7 +160,7 @@ Sequence fingers(Random& random) {
     return sequence;
 }
 
-/// A keyboard that tells anything: bits that do not fit each other, and any number of changes at once.
+/// A keyboard that reports anything: inconsistent bits, and any number of changes at once.
 Sequence noise(Random& random) {
     constexpr std::array bits{flags::leftControl, flags::leftShift,   flags::rightShift, flags::leftCommand,
                               flags::leftOption,  flags::rightOption, flags::shift,      flags::control,

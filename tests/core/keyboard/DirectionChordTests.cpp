@@ -120,7 +120,7 @@ TEST(DirectionChord, CancelWithNothingHeldDoesNothing) {
     EXPECT_EQ(chord, DirectionChord());
 }
 
-TEST(DirectionChord, ResetForgetsWhatIsHeld) {
+TEST(DirectionChord, ResetForgetsHeldKeys) {
     DirectionChord chord;
     EXPECT_EQ(chord.update(controlRight), std::nullopt);
     chord.reset();

@@ -17,8 +17,8 @@ struct Keys {
     bool foreign = false;
 };
 
-/// A second, slow model of a chord. It keeps every state since the last time that nothing was held, and judges the
-/// whole story when everything has been released. It shares no code with the machine that it checks.
+/// A second, slow model of a chord. It keeps every state since nothing was held, and judges the whole sequence when
+/// everything has been released. It shares no code with the machine that it checks.
 class Story {
 public:
     /// "RTL", "LTR" or nothing.
@@ -34,7 +34,7 @@ private:
     bool spoiled_ = false;
 };
 
-/// The rules that turn raw flags into the keys of each chord, bit by bit as they are worded.
+/// The rules that turn raw flags into the keys of each chord, bit by bit.
 [[nodiscard]] Keys controlChordKeys(std::uint64_t raw);
 [[nodiscard]] Keys rightOptionChordKeys(std::uint64_t raw);
 [[nodiscard]] Keys languageChordKeys(std::uint64_t raw);

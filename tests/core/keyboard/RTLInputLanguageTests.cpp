@@ -99,11 +99,11 @@ TEST(RTLInputLanguage, OnlyTheFirstLanguageCounts) {
     EXPECT_FALSE(rtlInputLanguage::isRightToLeft(std::vector<std::string>{"", "he"}));
 }
 
-TEST(RTLInputLanguage, AnEmptyListIsNot) {
+TEST(RTLInputLanguage, AnEmptyListIsNotRightToLeft) {
     EXPECT_FALSE(rtlInputLanguage::isRightToLeft({}));
 }
 
-TEST(RTLInputLanguage, AnEndlessTagIsNot) {
+TEST(RTLInputLanguage, AnEndlessTagIsNotRightToLeft) {
     const std::vector<std::string> languages{"he-x-" + std::string(100'000, 'a'), "he"};
     EXPECT_FALSE(rtlInputLanguage::isRightToLeft(std::vector<std::string>{std::string(100'000, 'a')}));
     EXPECT_NO_FATAL_FAILURE(static_cast<void>(rtlInputLanguage::isRightToLeft(languages)));

@@ -13,7 +13,7 @@ namespace {
 constexpr shiftEnglish::Conditions met{.shift = true, .shortcutModifier = false, .rtlSource = true, .editable = true};
 
 TEST(ShiftEnglish, EachLetterKeyTypesItsLowerCaseLetter) {
-    // Key codes 0 to 46 in order; a space is a key that is no letter.
+    // Key codes 0 to 46 in order; a space is a key that is not a letter.
     const std::u16string letters = u"asdfhgzxcv bqweryt             ou ip lj k    nm";
     ASSERT_EQ(letters.size(), 47U);
     for (std::size_t keyCode = 0; keyCode < letters.size(); ++keyCode) {

@@ -20,7 +20,7 @@
 namespace quillane::core {
 namespace {
 
-/// A message of the table with where it came from, for tests that look at every one of them.
+/// A message of the table and its origin, for tests that check all messages.
 struct Message {
     std::string name;
     appTranslations::Entry entry;
@@ -119,7 +119,7 @@ TEST(AppTranslations, UsesTypographicPunctuation) {
     });
 }
 
-/// The full stop of an abbreviation ends no sentence.
+/// The full stop of an abbreviation does not end a sentence.
 bool endsWithArabicUnit(std::string_view text) {
     return std::ranges::any_of(std::array{"ك.ب.", "م.ب.", "ج.ب.", "ت.ب."},
                                [=](const char* unit) { return text.ends_with(unit); });

@@ -14,7 +14,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-extern "C" char** environ; // POSIX leaves its declaration to the program
+extern "C" char** environ; // POSIX requires the program to declare it
 
 namespace quillane::core {
 namespace {

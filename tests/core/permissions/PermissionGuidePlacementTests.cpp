@@ -68,7 +68,7 @@ TEST(PermissionGuidePlacement, StaysInTheAreaAndOffTheWindowWhereverASideHasRoom
         ASSERT_LE(result.maxY(), area.maxY() + dust);
         ASSERT_LE(result.width, card.width);
         ASSERT_LE(result.height, card.height);
-        // A side has room when the card fits there where the rule would put it.
+        // A side has room if the card fits where the rule would put it.
         const bool below = window.minY() - 12 - result.height >= area.minY() && window.minY() - 12 <= area.maxY();
         const bool right = window.maxX() + 12 + result.width <= area.maxX() && window.maxX() + 12 >= area.minX();
         const bool left = window.minX() - 12 - result.width >= area.minX() && window.minX() - 12 <= area.maxX();

@@ -137,7 +137,7 @@ TEST_F(PermissionSetupPolicyInstalledTest, AHomeFolderThatIsALinkIsFollowed) {
     EXPECT_TRUE(PermissionSetupPolicy::isInstalled(root_ / "linked" / "Applications" / "Quillane.app", home_));
 }
 
-TEST_F(PermissionSetupPolicyInstalledTest, ALinkWithoutEndIsNot) {
+TEST_F(PermissionSetupPolicyInstalledTest, ACircularLinkIsNotInstalled) {
     fs::create_symlink(root_ / "a.app", root_ / "b.app");
     fs::create_symlink(root_ / "b.app", root_ / "a.app");
     EXPECT_FALSE(isInstalled(root_ / "a.app"));

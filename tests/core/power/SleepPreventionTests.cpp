@@ -75,7 +75,7 @@ TEST_F(SleepPreventionTest, ARefusedSystemAsksForNothingMore) {
     EXPECT_EQ(prevention->error(), (SleepAssertionError{5}));
 }
 
-TEST_F(SleepPreventionTest, WhatIsLostIsTakenAgain) {
+TEST_F(SleepPreventionTest, ALostAssertionIsTakenAgain) {
     prevention->setEnabled(true);
     system.lose(Kind::system, 130);
     system.lose(Kind::display, 130);
@@ -87,7 +87,7 @@ TEST_F(SleepPreventionTest, WhatIsLostIsTakenAgain) {
     EXPECT_THAT(system.released(), ElementsAre(Kind::display, Kind::system));
 }
 
-TEST_F(SleepPreventionTest, WhatIsLostTwiceHasFailedUntilItIsTurnedOffAndOn) {
+TEST_F(SleepPreventionTest, AnAssertionLostTwiceIsAFailureUntilTurnedOffAndOn) {
     prevention->setEnabled(true);
     system.lose(Kind::display, 130);
     system.lose(Kind::display, 130);
@@ -102,7 +102,7 @@ TEST_F(SleepPreventionTest, WhatIsLostTwiceHasFailedUntilItIsTurnedOffAndOn) {
     EXPECT_TRUE(prevention->isActive());
 }
 
-TEST_F(SleepPreventionTest, WhatIsLostAndRefusedHasFailedWithNothingHeld) {
+TEST_F(SleepPreventionTest, ALostAndRefusedAssertionIsAFailureWithNothingHeld) {
     prevention->setEnabled(true);
     system.refuse(Kind::system, 95);
     system.lose(Kind::system, 130);

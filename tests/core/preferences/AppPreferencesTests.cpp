@@ -22,7 +22,7 @@ PropertyListValue::Data record(std::string_view document) {
     return std::vector(bytes.begin(), bytes.end());
 }
 
-/// The stored record as another start of the program would read it.
+/// The stored record as the next start of the program would read it.
 std::optional<InstallationPreferences> stored(const FakeUserDefaults& defaults) {
     const auto data = defaults.data("QuillaneInstallationV1");
     return data ? InstallationPreferences::fromJson({reinterpret_cast<const char*>((*data)->data()), (*data)->size()})
@@ -68,7 +68,7 @@ TEST(AppPreferences, ADamagedOrMistypedRecordIsReplacedByAFreshOne) {
     }
 }
 
-TEST(AppPreferences, ChoosingSavesTellsTheSystemAndThenTheListeners) {
+TEST(AppPreferences, ChoosingSavesThenNotifiesTheSystemAndTheListeners) {
     FakeUserDefaults defaults;
     AppPreferences preferences(defaults);
     int notices = 0;

@@ -36,7 +36,7 @@ TEST(InstallationPreferences, TheDocumentHasTwoKeys) {
               R"({"language":"he","userSelectedLanguage":true})");
 }
 
-TEST(InstallationPreferences, OtherKeysAndBlanksAreNoHarm) {
+TEST(InstallationPreferences, OtherKeysAndBlanksAreHarmless) {
     EXPECT_EQ(InstallationPreferences::fromJson(
                   "\n{ \"userSelectedLanguage\" : false, \"later\": [1, {}], \"language\": \"ar\" }\n"),
               (InstallationPreferences{AppLanguage::arabic, false}));
@@ -68,7 +68,7 @@ TEST(InstallationPreferences, ADocumentThatDoesNotFitInAnyPartIsNone) {
     }
 }
 
-TEST(InstallationPreferences, ADeeplyNestedDocumentIsNoHarm) {
+TEST(InstallationPreferences, ADeeplyNestedDocumentIsHarmless) {
     EXPECT_EQ(InstallationPreferences::fromJson(std::string(1'000'000, '[')), std::nullopt);
     EXPECT_EQ(InstallationPreferences::fromJson(std::string(200'000, '[') + std::string(200'000, ']')), std::nullopt);
 }

@@ -19,7 +19,7 @@ inline std::vector<std::byte> bytesOf(std::string_view text) {
     return {bytes.begin(), bytes.end()};
 }
 
-/// A dictionary with every type of value, at the edges of what it holds.
+/// A dictionary with every type of value, at the limits of each type.
 inline PropertyListValue everyType() {
     using Limits = std::numeric_limits<std::int64_t>;
     return PropertyListValue::Dictionary{
@@ -42,7 +42,7 @@ inline PropertyListValue everyType() {
     };
 }
 
-/// A small binary property list put together by hand. Objects are numbered in the order of adding.
+/// A small binary property list assembled by hand. Objects are numbered in the order of adding.
 class BinaryFile {
 public:
     BinaryFile& object(std::string_view bytes) {

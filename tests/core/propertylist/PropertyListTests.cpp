@@ -56,7 +56,7 @@ TEST(PropertyList, AnySingleValueCanBeTheRoot) {
     }
 }
 
-TEST(PropertyList, ABooleanIsNoNumberAndANumberNoBoolean) {
+TEST(PropertyList, BooleansAndNumbersAreDistinct) {
     const auto value = parsed(written(PropertyListValue::Array{true, std::int64_t{1}, 1.0}));
     const auto& elements = *value.as<PropertyListValue::Array>();
     EXPECT_NE(elements[0].as<bool>(), nullptr);
@@ -84,7 +84,7 @@ TEST(PropertyList, TextMayHoldZeroBytes) {
     EXPECT_EQ(parsed(written("א\0ב"s)), "א\0ב"s);
 }
 
-TEST(PropertyList, TextThatIsNotUnicodeIsMended) {
+TEST(PropertyList, IllFormedTextIsRepaired) {
     EXPECT_EQ(parsed(written("a\xFF"s)), "a\uFFFD");
     EXPECT_EQ(parsed(BinaryFile().object("\x52\x61\xFF").bytes()), "a\uFFFD");
     EXPECT_EQ(parsed(BinaryFile().object("\x62\xD8\x3D\x00\x61"s).bytes()), "\uFFFDa");
@@ -126,14 +126,14 @@ TEST(PropertyList, AValueThatIsSharedIsReadInEachPlace) {
     EXPECT_EQ(parsed(bytes), (PropertyListValue::Array{"a", "a"}));
 }
 
-TEST(PropertyList, RefusesWhatItHasNoTypeFor) {
+TEST(PropertyList, RefusesUnknownTypes) {
     for (const auto& object : {"\x00"s, "\x0F"s, "\x80\x01"s, "\xC1\x00\x00"s, "\x70"s, "\x15"s + std::string(32, '\0'),
                                "\x21\x00\x00"s, "\x32\x00\x00\x00\x00"s}) {
         EXPECT_EQ(errorOf(BinaryFile().object(object).bytes()), PropertyListError::malformed);
     }
 }
 
-TEST(PropertyList, RefusesAKeyThatIsNoText) {
+TEST(PropertyList, RefusesAKeyThatIsNotText) {
     const auto bytes = BinaryFile().object("\xD1\x00\x01\x00\x01"s).object("\x09").bytes();
     EXPECT_EQ(errorOf(bytes), PropertyListError::malformed);
 }
@@ -233,7 +233,7 @@ TEST(PropertyList, GarbageIsMalformed) {
     EXPECT_EQ(errorOf(bytesOf("{\"json\": true}")), PropertyListError::malformed);
 }
 
-/// What libplist, which reads and writes the format on its own, makes of the same bytes, as XML.
+/// The same bytes as XML, by libplist, an independent reader and writer of the format.
 std::string xmlOf(plist_t node) {
     char* xml = nullptr;
     std::uint32_t size = 0;
@@ -243,7 +243,7 @@ std::string xmlOf(plist_t node) {
     return text;
 }
 
-TEST(PropertyList, AnotherReaderUnderstandsWhatIsWritten) {
+TEST(PropertyList, AnotherReaderUnderstandsTheOutput) {
     const PropertyListValue value = PropertyListValue::Dictionary{
         {"date", PropertyListValue::Date{86400}},
         {"flag", true},

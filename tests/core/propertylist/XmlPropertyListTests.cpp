@@ -64,7 +64,7 @@ TEST(XmlPropertyList, PassesOverComments) {
               PropertyListValue(PropertyListValue::Array{"ab"}));
 }
 
-TEST(XmlPropertyList, RefusesWhatIsNotClosedOrNotAPropertyList) {
+TEST(XmlPropertyList, RefusesUnclosedAndForeignDocuments) {
     for (const auto* elements :
          {"", "<array>", "<array></dict>", "<dict><true/></dict>", "<unknown/>", "text", "<", "<>", "<array", "<!-- ",
           "<![CDATA[x]]>", "<string>a", "<a b=\"<\">", "<true b=\"></true>"}) {
@@ -96,7 +96,7 @@ TEST(XmlPropertyList, LevelsCannotBeHiddenBehindComments) {
     EXPECT_EQ(parse(document(repeated("<array><!-- </array> -->", 1000))).error(), PropertyListError::tooDeep);
 }
 
-TEST(XmlPropertyList, RefusesWhatWouldTakeTooLong) {
+TEST(XmlPropertyList, RefusesDocumentsThatWouldTakeTooLong) {
     EXPECT_EQ(parse(document("<string>" + repeated("&lt;", 200'000) + "</string>")).error(),
               PropertyListError::tooLarge);
     EXPECT_EQ(parse(document("<array>" + repeated("<true/>", 101'000) + "</array>")).error(),

@@ -43,7 +43,7 @@ TEST(BrandPalette, EveryTextIsLegibleOnEverySurface) {
     }
 }
 
-TEST(BrandPalette, WhatCanBeUsedStandsOutFromItsSurface) {
+TEST(BrandPalette, ControlsStandOutFromTheirSurface) {
     for (const auto appearance : appearances) {
         const auto& shades = brandPalette::shades(appearance);
         for (const auto surface : {shades.window, shades.card}) {

@@ -103,11 +103,11 @@ TEST_F(AtomicFileTest, ReadsAnEmptyFile) {
     EXPECT_EQ(readFile(file_, 0)->size(), 0U);
 }
 
-TEST_F(AtomicFileTest, ReadsAFileThatTellsNoSize) {
+TEST_F(AtomicFileTest, ReadsAFileWithoutASize) {
     EXPECT_GT(readFile("/proc/self/status", 1 << 20)->size(), 100U);
 }
 
-TEST_F(AtomicFileTest, TellsWhyAFileCannotBeRead) {
+TEST_F(AtomicFileTest, ReportsWhyAFileCannotBeRead) {
     EXPECT_EQ(readFile(file_, 10).error().number, ENOENT);
     EXPECT_EQ(readFile(files_.folder(), 10).error().number, EINVAL);
     EXPECT_EQ(FileError{ENOENT}.message(), "No such file or directory");
@@ -178,7 +178,8 @@ TEST_F(AtomicFileTest, AKillAtAnyInstantLeavesOneWholeContent) {
                 static_cast<void>(writeFileAtomically(file_, bytesOf(std::string(size, letter)), 0600));
             }
         }
-        std::this_thread::sleep_for(std::chrono::microseconds(500 * round)); // the kill comes at ever other instants
+        std::this_thread::sleep_for(std::chrono::microseconds(500 * round)); // the kill comes at a different instant
+                                                                             // each time
         ::kill(writer, SIGKILL);
         ::waitpid(writer, nullptr, 0);
         const auto text = content(file_);

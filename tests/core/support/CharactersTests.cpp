@@ -9,7 +9,7 @@
 namespace quillane::core {
 namespace {
 
-TEST(Characters, CountsWhatAUserPerceives) {
+TEST(Characters, CountsUserPerceivedCharacters) {
     EXPECT_EQ(firstCharacters("abc", 2), "ab");
     EXPECT_EQ(firstCharacters("e\xCC\x81x", 1), "e\xCC\x81");
     EXPECT_EQ(firstCharacters("שָׁלוֹם", 2), "שָׁל");
@@ -24,7 +24,7 @@ TEST(Characters, KeepsShorterTextsWhole) {
     EXPECT_EQ(firstCharacters("abc", 0), "");
 }
 
-TEST(Characters, TellsAndMendsIllFormedBytes) {
+TEST(Characters, DetectsAndReplacesIllFormedBytes) {
     for (const std::string_view bytes : {"\xff", "a\xc3", "\xc0\x80", "\xed\xa0\x80", "\xf4\x90\x80\x80", "\x80"}) {
         EXPECT_FALSE(isValidUtf8(bytes));
         EXPECT_TRUE(isValidUtf8(validUtf8(std::string(bytes))));

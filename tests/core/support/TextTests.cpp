@@ -19,7 +19,7 @@ TEST(Text, TrimsTextsOfWhiteSpaceToNothing) {
     EXPECT_EQ(trimmedOfWhiteSpace(" \u3000\n"), "");
 }
 
-TEST(Text, TrimmingLeavesBytesThatAreNoText) {
+TEST(Text, TrimmingLeavesBytesThatAreNotText) {
     EXPECT_EQ(trimmedOfWhiteSpace(" \xFF\xC2 "), "\xFF\xC2");
 }
 

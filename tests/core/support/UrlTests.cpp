@@ -116,7 +116,7 @@ TEST(Url, OnlyFileUrlsOfThisMachineAreFiles) {
     }
 }
 
-TEST(Url, RelativeReferencesAreNoUrls) {
+TEST(Url, RelativeReferencesAreNotUrls) {
     for (const auto* text : {"", "https://קבצים.example", "a", "/a", "//host/a", "?a", "#a", "."}) {
         EXPECT_FALSE(Url::parse(text)) << text;
     }

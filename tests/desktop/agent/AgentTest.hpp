@@ -14,14 +14,14 @@ struct Editor {
     std::vector<std::string> command;
 };
 
-/// Names it in a test's messages.
+/// Its name in a test's messages.
 void PrintTo(const Editor& editor, std::ostream* out);
 
 /// For testing::ValuesIn and test names.
 [[nodiscard]] const std::vector<Editor>& editors();
 
-/// A test with the agent on a live desktop. The agent's state is part of each failure. What a test needs before it can
-/// begin ends it with an exception when it cannot be had.
+/// A test with the agent on a live desktop. The agent's state is part of each failure. An exception ends the test if a
+/// precondition cannot be met.
 class AgentTest : public LiveDesktopTest {
 protected:
     void TearDown() override;
@@ -39,10 +39,10 @@ protected:
 
     [[nodiscard]] ChildProcess& editor() { return *editor_; }
 
-    /// What stands in the editor, or a note that there is none.
+    /// The text in the editor, or a note that there is none.
     [[nodiscard]] std::string editorText();
 
-    /// Waits until exactly this stands in the editor.
+    /// Waits until the editor contains exactly this text.
     void expectEditorText(const std::string& text);
 
     /// The agent starts, an editor is in front, and the source in use is Hebrew (or English).

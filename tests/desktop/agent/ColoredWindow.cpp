@@ -18,7 +18,7 @@ xcb_window_t makeWindow(const XSession& session, xcb_window_t parent, const Scre
     return window;
 }
 
-/// Asks the window manager for no frame, and for the place as the user's own wish.
+/// Asks the window manager for no frame, and for this position as if by the user.
 void askForPlace(const XSession& session, xcb_window_t window) {
     constexpr std::array<std::uint32_t, 5> noDecorations{2};
     const auto motif = session.atom("_MOTIF_WM_HINTS");

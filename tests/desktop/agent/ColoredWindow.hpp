@@ -21,10 +21,10 @@ public:
     ColoredWindow(const ColoredWindow&) = delete;
     ColoredWindow& operator=(const ColoredWindow&) = delete;
 
-    /// The window manager has put it where it was wanted.
+    /// The window manager has put it in the requested position.
     [[nodiscard]] bool isShown() const;
 
-    /// The colour at a place on the screen within the window.
+    /// The colour at a position on the screen within the window.
     [[nodiscard]] std::uint32_t colorAt(int x, int y) const;
 
 private:

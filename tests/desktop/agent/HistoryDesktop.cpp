@@ -15,7 +15,7 @@ tl::expected<ChildProcess, std::string> startKeyring(LiveDesktop& desktop) {
     }
     auto keyring = desktop.startProcess(
         {"sh", "-c", "exec gnome-keyring-daemon --foreground --unlock --components=secrets <~/password"});
-    // Asked of the bus, which would start another one if the keyring itself were asked too early.
+    // Asks the bus: asking the keyring itself too early would start another one.
     const bool isOpen = keyring && waitUntil([&] {
                             return desktop
                                        .run({"dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus",

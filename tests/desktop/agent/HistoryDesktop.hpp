@@ -8,7 +8,7 @@
 
 namespace quillane::live {
 
-/// A keyring that is open, in which the clipboard history keeps its key.
+/// An unlocked keyring, in which the clipboard history keeps its key.
 [[nodiscard]] tl::expected<ChildProcess, std::string> startKeyring(LiveDesktop& desktop);
 
 /// Writes the agent's settings with these options of the clipboard history, as the settings window stores them.

@@ -11,7 +11,7 @@ namespace quillane::live {
 /// The file of the agent's executable that this build has made.
 [[nodiscard]] std::filesystem::path agentExecutable();
 
-/// The agent as a program of a live desktop, asked only by what every user has: its commands and its settings file.
+/// The agent as a program of a live desktop, observed only through its commands and its settings file.
 class LiveAgent {
 public:
     /// Starts it and waits until it answers and, if `waitForMonitor`, until it observes the keyboard.
@@ -30,7 +30,7 @@ public:
     [[nodiscard]] bool waitForStatus(const std::function<bool(const nlohmann::json&)>& condition,
                                      std::chrono::milliseconds limit = patience) const;
 
-    /// Locks the group of the layouts and waits until the agent knows the source to be right-to-left, or not.
+    /// Locks the group of the layouts and waits until the agent reports the source as right-to-left, or not.
     [[nodiscard]] bool useGroup(int group, bool isRightToLeft) const;
 
 private:

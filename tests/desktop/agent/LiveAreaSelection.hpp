@@ -8,7 +8,7 @@
 
 namespace quillane::live {
 
-/// The agent's selection over the screen, used with the mouse, and seen as any other program sees it.
+/// The agent's selection over the screen, used with the mouse and observed as another program would.
 class LiveAreaSelection {
 public:
     explicit LiveAreaSelection(const LiveDesktop& desktop) : desktop_(desktop) {}
@@ -16,7 +16,7 @@ public:
     /// A window covers the whole screen.
     [[nodiscard]] bool isCovered() const;
 
-    /// Some program has the keyboard to itself.
+    /// A program has grabbed the keyboard.
     [[nodiscard]] bool hasKeyboard() const;
 
     /// Waits until the user can select.
@@ -25,7 +25,7 @@ public:
     /// Waits until nothing covers the screen and the keyboard is free.
     [[nodiscard]] bool waitUntilClosed() const;
 
-    /// Drags over the area from its upper left corner to its lower right one, and keeps the button down.
+    /// Drags over the area from the upper left to the lower right corner, and keeps the button down.
     void beginDrag(const ScreenArea& area) const;
 
     void release() const { desktop_.keyboard().releaseButton(1); }

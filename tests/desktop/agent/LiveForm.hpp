@@ -12,7 +12,7 @@ namespace quillane::live {
 /// it gets.
 class LiveForm {
 public:
-    /// `windowClass` decides which application the agent takes it for.
+    /// `windowClass` decides which application it is for the agent.
     [[nodiscard]] static tl::expected<LiveForm, std::string> start(LiveDesktop& desktop, const std::string& focus,
                                                                    const std::string& windowClass = "FormStandIn");
 
@@ -24,7 +24,7 @@ public:
     /// The events of one kind: "press", "release", "text", "focus", "blur", "click", "scroll", "menu".
     [[nodiscard]] std::vector<nlohmann::json> events(const std::string& kind) const;
 
-    /// What stands in a field.
+    /// The text in a field.
     [[nodiscard]] std::string text(const std::string& field) const;
 
 private:

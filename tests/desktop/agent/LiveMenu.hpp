@@ -7,7 +7,7 @@
 
 namespace quillane::live {
 
-/// A row of an open menu as an assistive technology is told of it.
+/// A row of an open menu as assistive technologies see it.
 struct SeenRow {
     std::string title; ///< empty for a separator
     bool isSeparator = false;
@@ -25,7 +25,7 @@ public:
     /// The rows, from the top.
     [[nodiscard]] std::vector<SeenRow> rows() const;
 
-    /// Goes to the row with this title and chooses it, which closes the menu; false when there is no such row.
+    /// Goes to the row with this title and chooses it, which closes the menu; false when the row does not exist.
     [[nodiscard]] bool choose(const std::string& title);
 
     /// Closes it with Escape; true when it has gone.

@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 
 class LiveBusyStartTest : public AgentTest {
 protected:
-    /// The process that tells whether accessibility is on.
+    /// The process that reports whether accessibility is on.
     [[nodiscard]] pid_t launcher() {
         const auto answer = desktop().run({"dbus-send", "--session", "--print-reply=literal",
                                            "--dest=org.freedesktop.DBus", "/org/freedesktop/DBus",
@@ -35,7 +35,7 @@ protected:
     }
 };
 
-TEST_F(LiveBusyStartTest, AGrantThatIsToldLateOpensNoPage) {
+TEST_F(LiveBusyStartTest, AGrantAnnouncedLateOpensNoPage) {
     const auto told = launcher();
     ASSERT_GT(told, 1);
     ASSERT_EQ(::kill(told, SIGSTOP), 0);
@@ -44,7 +44,7 @@ TEST_F(LiveBusyStartTest, AGrantThatIsToldLateOpensNoPage) {
     startAgent(); // until it observes the keyboard
     EXPECT_EQ(agent().status().at("permissions").at("accessibility"), true);
     EXPECT_TRUE(holdsFor(1500ms, [&] { return !showsWindow(); }));
-    ASSERT_TRUE(desktop().run({agentExecutable()}).succeeded()); // what is held to be absent can be seen
+    ASSERT_TRUE(desktop().run({agentExecutable()}).succeeded()); // waits until absence can be trusted
     EXPECT_TRUE(waitUntil([&] { return showsWindow(); }));
 }
 

@@ -40,7 +40,7 @@ protected:
         return waitUntil([&] { return line(diagnosis(), name) == expected; });
     }
 
-    /// Nothing that the last test has put into the world is in what a program says.
+    /// The output contains nothing that the previous test has created.
     void expectNoSecrets(const std::filesystem::path& program) {
         for (const auto& words :
              std::vector<std::vector<std::string>>{{program, "doctor"}, {program, "doctor", "--json"}}) {
@@ -142,7 +142,7 @@ TEST_F(LiveDoctorTest, NothingTypedOrCopiedAndNoHomePathIsSaid) {
     expectEditorText("zebra");
     ASSERT_TRUE(desktop().run({"sh", "-c", "printf walrus | xclip -selection clipboard -i"}).succeeded());
     EXPECT_TRUE(agent().waitForStatus([](const auto& status) { return status.at("clipboard").at("entries") == 1; }));
-    // From a folder at home, as a user who has built it there.
+    // From a folder at home, as after building it there.
     const auto copy = desktop().home() / "giraffe/quillane";
     std::filesystem::create_directories(copy.parent_path());
     std::filesystem::copy_file(agentExecutable(), copy);

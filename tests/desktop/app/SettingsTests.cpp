@@ -19,14 +19,14 @@ protected:
         require(desktop().waitUntilInFront(agent().process().pid()), "the settings window is not in front");
     }
 
-    /// Opens the window for the first time on this desktop and waits until it has its place: until then the agent keeps
-    /// it as a whole on the screen, whoever moves it. The place is noted then.
+    /// Opens the window for the first time on this desktop and waits until its position is final: until then the agent
+    /// keeps it entirely on the screen, whoever moves it. The position is then stored.
     void openAndSettle() {
         open();
         waitUntilNoted("NSWindow Frame QuillaneSettings");
     }
 
-    /// Waits until the settings hold this of the window's place, a moment after its last move.
+    /// Waits until the settings contain this window position, a moment after its last move.
     void waitUntilNoted(const std::string& text) {
         require(waitUntil([&] { return readFile(settingsFile()).find(text) != std::string::npos; }),
                 "the place of the window is not noted");
@@ -55,7 +55,7 @@ protected:
         });
     }
 
-    /// Where the active window is, as xdotool prints it.
+    /// The position of the active window, as printed by xdotool.
     [[nodiscard]] std::string geometry() {
         const auto active = desktop().screen().activeWindow();
         const auto said = active ? desktop().run({"xdotool", "getwindowgeometry", std::to_string(*active)}).output : "";
@@ -79,7 +79,7 @@ protected:
                 "the window stays open");
     }
 
-    static constexpr auto refresh = std::chrono::seconds(2); ///< between two looks of the agent at the desktop
+    static constexpr auto refresh = std::chrono::seconds(2); ///< between two refreshes of the agent
 
     /// The controls of the window in their order: the language, the pages, then the switches of the first page.
     static constexpr auto pageRole = "page tab";
@@ -227,7 +227,7 @@ TEST_F(LiveSettingsTest, TheLoginItemStartsTheAgentByTheRulesOfDesktops) {
     const auto entry = desktop().home() / ".config" / "autostart" / "com.quillane.app.desktop";
     ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(entry); }));
     EXPECT_EQ(endAgent(), (ExitStatus{0, 0}));
-    // What a session runs when its user signs in.
+    // Runs what a session runs when its user signs in.
     const auto session =
         desktop().run({"/bin/sh", "-c", "$(find /usr/lib /usr/libexec -name openbox-xdg-autostart) >/dev/null 2>&1"});
     ASSERT_TRUE(session.succeeded());
@@ -256,7 +256,7 @@ TEST_F(LiveSettingsTest, TheLoginItemAppearsAndDisappears) {
     EXPECT_TRUE(waitUntil([&] { return !exists(); }));
 }
 
-TEST_F(LiveSettingsTest, APermissionThatIsTakenAwayIsNoticedAndAskedForAgain) {
+TEST_F(LiveSettingsTest, ARevokedPermissionIsNoticedAndRequestedAgain) {
     startAgent();
     const auto granted = [&](bool expected) {
         return agent().waitForStatus([&](const nlohmann::json& status) {

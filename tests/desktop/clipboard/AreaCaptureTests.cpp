@@ -23,7 +23,7 @@ constexpr const char* historyIsOn =
     "bWFnZUhlaWdodCI6NjAsInByZXZpZXdEZWxheSI6NzAwLCJzb3J0QnlMYXN0Q29weSI6dHJ1ZSwiaWdub3JlZEFwcHMiOltdfQ==";
 
 constexpr ScreenArea windowArea{300, 240, 400, 300};
-constexpr ScreenArea area{450, 350, 120, 80}; // of each colour something
+constexpr ScreenArea area{450, 350, 120, 80}; // some of each colour
 
 /// The agent's area capture over a window of known colours.
 class LiveAreaCaptureTest : public AgentTest {
@@ -67,7 +67,7 @@ protected:
         return pasting.succeeded() ? QImage(QString::fromStdString(file.string())) : QImage();
     }
 
-    /// Waits until there is a picture of exactly these pixels of the window.
+    /// Waits for a picture of exactly these pixels of the window.
     void expectPasted(const ScreenArea& expected) {
         QImage picture;
         ASSERT_TRUE(waitUntil([&] { return !(picture = pasted()).isNull(); }));
@@ -151,7 +151,7 @@ TEST_F(LiveAreaCaptureTest, TheApplicationInFrontStaysThereAndGetsNoKey) {
     expectEditorText("ac");
 }
 
-TEST_F(LiveAreaCaptureTest, AssistiveTechnologyIsToldTheCommandAndTheSize) {
+TEST_F(LiveAreaCaptureTest, AssistiveTechnologiesGetTheCommandAndTheSize) {
     start();
     capture();
     const auto root = desktop().accessibility().application(agent().process().pid());

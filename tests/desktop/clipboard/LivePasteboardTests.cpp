@@ -42,7 +42,7 @@ std::string png(int width, int height) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG", 100); // 100 is no compression
+    image.save(&buffer, "PNG", 100); // 100 means no compression
     return bytes.toStdString();
 }
 
@@ -77,7 +77,7 @@ protected:
         return path;
     }
 
-    /// Does the steps and waits until their copy has been read from its owner, or given up.
+    /// Performs the steps and waits until their copy has been read from its owner, or given up.
     template <typename Steps>
     void copy(const Steps& steps) {
         const auto before = notices_;
@@ -85,7 +85,7 @@ protected:
         ASSERT_TRUE(testing::waitUntil([&] { return notices_ >= before + 2; }, largeTransfer));
     }
 
-    /// The program before it is gone, so that its end is not taken for the next copy.
+    /// The previous program has ended, so that its end is not mistaken for the next copy.
     void endCopying() {
         if (copying_) {
             const auto before = pasteboard().changeCount();
@@ -129,8 +129,8 @@ protected:
         expectEditorText("");
     }
 
-    /// What stands in the editor. This process serves it meanwhile: an editor that waits for what it pastes answers
-    /// nobody.
+    /// The text in the editor. Keeps serving the clipboard meanwhile: an editor that waits for pasted contents does not
+    /// answer.
     [[nodiscard]] std::string editorText() {
         auto text = std::async(std::launch::async, [this] { return desktop().editorText(editor_->pid()); });
         EXPECT_TRUE(testing::waitUntil(
@@ -227,7 +227,7 @@ TEST_F(LivePasteboardTest, CopiesOfXclipAreCaptured) {
     EXPECT_EQ(*capture()->text, "one two.txt\nשלוש.txt");
 }
 
-TEST_F(LivePasteboardTest, WhatIsTooLargeOrConcealedIsRefused) {
+TEST_F(LivePasteboardTest, TooLargeOrConcealedCopiesAreRefused) {
     const auto picture = png(2'400, 2'735);
     ASSERT_GT(picture.size(), 25 * 1'048'576U);
     copyWithXclip("image/png", file("picture.png", picture));
@@ -268,7 +268,7 @@ TEST_F(LivePasteboardTest, CopiesOfAQtApplicationAreCapturedWithEveryFlavour) {
     EXPECT_EQ(pasteWithXclip("text/uri-list"), "file://" + desktop().home().string() + "/report%20[1].txt\r\n");
 }
 
-TEST_F(LivePasteboardTest, WhatIsRestoredIsServedAfterItsOwnerHasGone) {
+TEST_F(LivePasteboardTest, ARestoredEntryIsServedAfterItsOwnerHasGone) {
     const auto picture = png(1'900, 2'070);
     copyWithXclip("image/png", file("picture.png", picture));
     const auto image = capture();
@@ -291,7 +291,7 @@ TEST_F(LivePasteboardTest, WhatIsRestoredIsServedAfterItsOwnerHasGone) {
     restore(*files);
     EXPECT_EQ(pasteWithXclip("text/uri-list"), "file://" + here + "\r\nfile://" + here + "\r\n");
 
-    // A file that has gone leaves the clipboard as it is.
+    // A missing file leaves the clipboard unchanged.
     std::filesystem::remove(here);
     EXPECT_FALSE(core::clipboardSnapshot::restore(*files, pasteboard(), RestoreMode::full));
     EXPECT_EQ(pasteWithXclip("text/uri-list"), "file://" + here + "\r\nfile://" + here + "\r\n");

@@ -9,7 +9,7 @@
 
 namespace quillane::live {
 
-/// What a script in the test page says of its fields, over and over, in the title of its window.
+/// The state of the test page's fields, which a script keeps writing to the title of its window.
 struct PageState {
     std::string direction; ///< the computed direction of the text area; of "line", or each paragraph of "rich", when
                            ///< that has the focus
@@ -43,10 +43,10 @@ public:
 
     [[nodiscard]] pid_t pid() const { return process_.pid(); }
 
-    /// What the page says now; none while no such window is there.
+    /// The page's current state; none while there is no such window.
     [[nodiscard]] std::optional<PageState> state() const;
 
-    /// Whether a menu of the browser is open, as the X server has it: its window is mapped over all others.
+    /// Whether a menu of the browser is open, according to the X server: its window is mapped over all others.
     [[nodiscard]] bool hasOpenMenu() const;
 
 private:

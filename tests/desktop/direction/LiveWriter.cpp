@@ -18,7 +18,7 @@ constexpr auto emptyDocument = R"(<?xml version="1.0" encoding="UTF-8"?>
 <text:p>one</text:p><text:p>two</text:p><text:p>three</text:p>
 </office:text></office:body></office:document>)";
 
-/// Complex text layout on, which is what shows the direction buttons, and nothing that asks or greets.
+/// Turns complex text layout on, which shows the direction buttons, and dialogs and greetings off.
 constexpr auto settings = R"(<?xml version="1.0" encoding="UTF-8"?>
 <oor:items xmlns:oor="http://openoffice.org/2001/registry" xmlns:xs="http://www.w3.org/2001/XMLSchema"
  xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance">
@@ -33,7 +33,7 @@ std::string firstGroup(const std::string& text, const std::string& pattern) {
     return std::regex_search(text, match, std::regex(pattern)) ? match[1].str() : std::string();
 }
 
-/// The direction that the document gives a paragraph by the style of its own; "lr-tb" when it has none.
+/// The direction that the document gives a paragraph through its own style; "lr-tb" when it has none.
 std::string directionOf(const std::string& document, const std::string& paragraph) {
     const auto style = firstGroup(document, "<text:p text:style-name=\"([^\"]*)\">" + paragraph + "<");
     const auto begin = document.find("<style:style style:name=\"" + style + "\"");
@@ -56,7 +56,7 @@ tl::expected<LiveWriter, std::string> LiveWriter::start(LiveDesktop& desktop) {
         return tl::unexpected(std::string("cannot write the document and the settings"));
     }
     const std::string installation = "-env:UserInstallation=file://" + profile.string();
-    // The first start with a profile asks to be started anew (exit status 81); this one has no window.
+    // The first start with a profile asks to be restarted (exit status 81); this one has no window.
     (void)desktop.run({program, "--headless", "--terminate_after_init", "--norestore", "--nologo", installation},
                       std::chrono::seconds(40));
     auto process = desktop.startApplication({program, "--writer", "--norestore", "--nologo", installation, document},

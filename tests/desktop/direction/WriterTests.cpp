@@ -62,7 +62,7 @@ TEST_F(LiveWriterDirectionTest, AChordOfTheDirectionThatTheParagraphHasIsApplied
     EXPECT_THAT(writer_->savedDirections(), testing::ElementsAre("one rl-tb", "two lr-tb", "three lr-tb"));
 }
 
-TEST_F(LiveWriterDirectionTest, TheFieldOfAToolbarIsNoPlace) {
+TEST_F(LiveWriterDirectionTest, TheFieldOfAToolbarIsNotATarget) {
     desktop().keyboard().chord({Key::leftControl, Key::f});
     ASSERT_TRUE(waitUntil([&] { return writer_->paragraph() != "one"; }));
     desktop().keyboard().chord({Key::leftControl, Key::rightShift});

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view content = "the content that is shared";
 
-/// Sharing with the agent as people use it: their server, their file, their clipboard.
+/// Sharing with the agent as users do: their server, their file, their clipboard.
 class LiveShareTest : public AgentTest {
 protected:
     LiveShareTest() : server_(servers::NginxServer::start()) {}
@@ -44,7 +44,7 @@ protected:
 
     [[nodiscard]] std::string clipboard() { return desktop().run({"xclip", "-selection", "clipboard", "-o"}).output; }
 
-    /// What a receiver gets at the link.
+    /// The contents behind the link.
     [[nodiscard]] std::string fetch(const std::string& link) {
         return desktop().run({"curl", "--silent", "--fail", "--noproxy", "*", link}).output;
     }

@@ -11,7 +11,7 @@ using std::chrono::milliseconds;
 
 class LiveExclusionTest : public LiveHistoryTest {
 protected:
-    /// The history, with an application excluded that has never run: by what the list of installed ones calls it.
+    /// The history, with an application excluded that has never run: by its identifier in the list of installed ones.
     void startExcluding(const std::string& application) {
         core::ClipboardOptions options;
         options.enabled = true;

@@ -25,12 +25,12 @@ TEST_F(LiveHistoryTest, ACopyIsThereAfterTheAgentWasKilledHalfASecondLater) {
 TEST_F(LiveHistoryTest, TwentyCopiesInARowAreAllRecorded) {
     startHistory();
     for (int count = 1; count <= 20; ++count) {
-        copy("copy " + std::to_string(count)); // each as soon as the one before has been read: its owner ends then
+        copy("copy " + std::to_string(count)); // each as soon as the previous one has been read: its owner ends then
         ASSERT_TRUE(hasEntries(count));
     }
 }
 
-TEST_F(LiveHistoryTest, WhatIsCopiedWhilePausedIsNeverRecorded) {
+TEST_F(LiveHistoryTest, CopiesMadeWhilePausedAreNeverRecorded) {
     startHistory();
     ASSERT_TRUE(agent().command({"pause"}).succeeded());
     copy("paused");

@@ -13,7 +13,7 @@
 
 namespace quillane::live {
 
-/// The clipboard history of the agent, beside a keyring that is open and programs that copy.
+/// The clipboard history of the agent, with an unlocked keyring and programs that copy.
 class LiveHistoryTest : public AgentTest {
 protected:
     void SetUp() override {
@@ -43,8 +43,8 @@ protected:
         open([&] { pressHotKey(); });
     }
 
-    /// Does what opens the panel, and waits until it says that it has the focus: like a menu it is no child of the
-    /// application for who reads the screen. What has the focus.
+    /// Does what opens the panel, and waits until the panel reports that it has the focus: like a menu, it is not a
+    /// child of the application for screen readers. Returns what has the focus.
     template <typename Steps>
     AccessibleNode open(const Steps& steps) {
         FocusWatcher focus(desktop().accessibility());

@@ -19,7 +19,7 @@ using testing::HasSubstr;
 
 class LivePanelTest : public LiveHistoryTest {
 protected:
-    /// Takes the hot key as most programs do, by the core protocol; false when somebody has it.
+    /// Grabs the hot key as most programs do, through the core protocol; false when another program has it.
     [[nodiscard]] bool grabHotKey() {
         auto* c = desktop().screen().connection();
         const auto cookie = xcb_grab_key_checked(c, 0, desktop().screen().root(), modifiers, hotKey,
@@ -51,7 +51,7 @@ protected:
     }
 };
 
-TEST_P(LivePanelOverEditorTest, WhatIsFoundAndChosenIsPasted) {
+TEST_P(LivePanelOverEditorTest, AChosenSearchResultIsPasted) {
     start({"alpha one", "beta two", "gamma three"});
     openPanel();
     desktop().keyboard().type("alp");
@@ -207,7 +207,7 @@ TEST_F(LivePanelTest, TheCommandOpensAndClosesIt) {
     EXPECT_TRUE(isPanelOpen(false));
 }
 
-TEST_F(LivePanelTest, WhatWasOnTheClipboardAtLaunchIsNotRecorded) {
+TEST_F(LivePanelTest, TheClipboardAtLaunchIsNotRecorded) {
     copy("before");
     startHistory();
     EXPECT_TRUE(holdsFor(milliseconds{1200}, [&] { return agent().status().at("clipboard").at("entries") == 0; }));
@@ -279,7 +279,7 @@ TEST_F(LivePanelTest, AnotherComputersScreenTakesTheHotKeyAndPausesTheHistory) {
     EXPECT_FALSE(grabHotKey());
 }
 
-TEST_F(LivePanelTest, AHotKeyOfAnotherProgramIsToldAndCanBeTriedAgain) {
+TEST_F(LivePanelTest, AHotKeyOfAnotherProgramIsReportedAndCanBeTriedAgain) {
     ASSERT_TRUE(grabHotKey());
     startAgent();
     ASSERT_TRUE(agent().waitForStatus([](const auto& status) { return status.at("clipboard").at("hotKeyConflict"); }));

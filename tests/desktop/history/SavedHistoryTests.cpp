@@ -69,7 +69,7 @@ TEST_F(LiveSavedHistoryTest, DamagedOneIsSetAsideRecoveredAndErasedInTheSettings
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder().parent_path()), {}), 1);
 }
 
-TEST_F(LiveSavedHistoryTest, OneThatIsOffOpensWithWhatIsKeptAndIsTurnedOnThere) {
+TEST_F(LiveSavedHistoryTest, OneThatIsOffOpensWithKeptEntriesAndIsTurnedOnThere) {
     saveHistory({"kept"});
     core::ClipboardOptions options;
     options.enabled = false;

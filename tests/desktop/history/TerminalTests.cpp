@@ -9,7 +9,7 @@
 namespace quillane::live {
 namespace {
 
-/// A terminal emulator and how it is told to run a command.
+/// A terminal emulator and its option to run a command.
 struct Terminal {
     const char* name;
     std::vector<std::string> command;
@@ -51,7 +51,7 @@ private:
     std::optional<ChildProcess> terminal_;
 };
 
-TEST_P(LiveTerminalTest, WhatIsChosenIsGivenToTheProgramInIt) {
+TEST_P(LiveTerminalTest, AChosenEntryReachesTheProgramInIt) {
     startHistory();
     copy("first line");
     ASSERT_TRUE(hasEntries(1));
@@ -76,7 +76,7 @@ TEST_P(LiveTerminalTest, WhatIsChosenIsGivenToTheProgramInIt) {
 
 using LiveTerminalWithSearchTest = LiveTerminalTest;
 
-TEST_P(LiveTerminalWithSearchTest, WhatIsChosenIsPastedIntoItsSearchField) {
+TEST_P(LiveTerminalWithSearchTest, AChosenEntryIsPastedIntoItsSearchField) {
     startHistory();
     copy("needle");
     ASSERT_TRUE(hasEntries(1));

@@ -11,10 +11,10 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds recovery{2000};
 
-/// What the agent does when the keyboard is taken from under it, and what it gives back.
+/// The agent when it loses the keyboard, and what it gives back.
 class LiveTapRecoveryTest : public AgentTest {
 protected:
-    /// Types Shift with a letter until the editor gets the lower-case one, as long as a recovery may take.
+    /// Types Shift with a letter until the editor gets the lower-case one, up to the time limit of a recovery.
     [[nodiscard]] bool shiftTypingComesBack() {
         return waitUntil(
             [&] {

@@ -18,13 +18,13 @@ protected:
     /// What happened in the program so far, of one kind.
     [[nodiscard]] std::vector<nlohmann::json> events(const std::string& kind) const;
 
-    /// Waits until that much of a kind has happened.
+    /// Waits until this many events of a kind have happened.
     void expectCount(const std::string& kind, std::size_t count) const;
 
-    /// Waits until this is what the agent said last.
+    /// Waits until this is the agent's last message.
     void expectSaid(const std::string& text);
 
-    /// Fails when the agent has said anything.
+    /// Fails if the agent has shown any message.
     void expectSaidNothing();
 
     void turnRight() { desktop().keyboard().chord({Key::leftControl, Key::rightShift}); }

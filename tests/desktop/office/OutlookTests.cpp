@@ -12,7 +12,7 @@ class LiveOutlookTest : public LiveOffice {
 protected:
     void startOutlook(const std::vector<std::string>& options = {}) { start(QUILLANE_OUTLOOK_STANDIN, options); }
 
-    /// Waits until so many paragraphs have been turned, the last one as given.
+    /// Waits until this many paragraphs have been changed, the last one as given.
     void expectTurned(std::size_t count, const std::string& field, const std::string& direction) {
         expectCount("direction", count);
         const auto turns = events("direction");

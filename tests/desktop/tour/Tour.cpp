@@ -22,7 +22,7 @@ void Tour::step(const std::string& name, const std::function<std::string()>& act
         std::cout << number.str() << "  " << name << ": " << seen << std::endl;
     } catch (const std::exception& problem) {
         std::cout << number.str() << "  " << name << ": FAILED, not seen: " << problem.what() << std::endl;
-        (void)desktop_.takeScreenshot(folder_ / ("FAILED-" + fileName)); // the failure is told either way
+        (void)desktop_.takeScreenshot(folder_ / ("FAILED-" + fileName)); // the failure is reported either way
         throw;
     }
 }

@@ -9,12 +9,12 @@
 
 namespace quillane::live {
 
-/// Tells what is done, step by step: prints one line for each with what was seen, and takes a picture of the screen.
+/// Reports the tour step by step: prints one line for each with what was seen, and takes a picture of the screen.
 class Tour {
 public:
     Tour(LiveDesktop& desktop, std::filesystem::path folder) : desktop_(desktop), folder_(std::move(folder)) {}
 
-    /// Runs one step. It returns what it saw, for the line, or throws what it did not see, which ends the tour.
+    /// Runs one step. The step returns what it saw, for the line, or throws what it did not see, which ends the tour.
     void step(const std::string& name, const std::function<std::string()>& action);
 
 private:
@@ -23,10 +23,10 @@ private:
     int count_ = 0;
 };
 
-/// Ends a step whose effect was not seen.
+/// Fails a step whose effect was not seen.
 void mustSee(bool seen, const std::string& what);
 
-/// The same; `what` is asked after the look, for what it says of it.
+/// The same; `what` is called after the look, to describe it.
 void mustSee(bool seen, const std::function<std::string()>& what);
 
 /// The value, or the end of the step with the error in its place.

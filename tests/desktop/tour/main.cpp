@@ -170,7 +170,7 @@ int run(const std::filesystem::path& folder) {
     try {
         KeyboardTour(tour, **desktop).walk();
     } catch (const std::exception&) {
-        return 1; // told by the step
+        return 1; // set by the step
     }
     std::cout << "Pictures are in " << folder.string() << std::endl;
     return 0;

@@ -59,7 +59,7 @@ protected:
         return whileRunningLoop([&] { return sendControlRequest(path(), request, timeout); });
     }
 
-    /// Sends raw bytes and gives back what came until the other side closed.
+    /// Sends raw bytes and returns what arrived until the other side closed.
     std::string sendRaw(const std::string& bytes) {
         return whileRunningLoop([&] {
             const FileDescriptor fd(::socket(AF_UNIX, SOCK_STREAM, 0));

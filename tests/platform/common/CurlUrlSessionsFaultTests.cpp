@@ -13,7 +13,8 @@ using servers::FaultServer;
 
 enum class Sizes { both, large };
 
-/// What the server does and how the upload must end. "HOST" stands for the server's host and port, "FILE" for the name.
+/// The server's behaviour and the expected end of the upload. "HOST" stands for the server's host and port, "FILE" for
+/// the name.
 struct FaultRow {
     const char* fault;
     const char* outcome;
@@ -52,7 +53,7 @@ constexpr FaultRow rows[] = {
     {"redirect-early", noLink},
     {"redirect-before-endless-answer", noLink},
     {"redirect-without-location", "Upload failed. The server returned status 302."},
-    // Answers that are no link
+    // Answers that are not a link
     {"answer-8193", noLink},
     {"endless", noLink},
     {"endless-chunks", noLink},
@@ -186,7 +187,7 @@ TEST_F(CurlUrlSessionsFaultsTest, AServerThatNeverEndsTimesOutInAll) {
     EXPECT_LT(Clock::now() - begin, 8s);
 }
 
-TEST_F(CurlUrlSessionsFaultsTest, DataThatFlowsSlowlyIsNoSilence) {
+TEST_F(CurlUrlSessionsFaultsTest, SlowDataDoesNotTimeOut) {
     limits_ = {.silence = 300ms, .whole = 1500ms};
     const auto begin = Clock::now();
     EXPECT_EQ(outcome(server_->address("dripping")), timedOut);

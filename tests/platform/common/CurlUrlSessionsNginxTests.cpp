@@ -14,7 +14,7 @@ namespace {
 
 using servers::NginxServer;
 
-/// A good server, as people run it.
+/// A good server, as in practice.
 class CurlUrlSessionsNginxTest : public UploadTest {
 protected:
     static void SetUpTestSuite() {
@@ -42,7 +42,7 @@ protected:
         return "https://" + host + ':' + std::to_string(server().ports().http2);
     }
 
-    /// What a receiver of the link gets.
+    /// The contents behind the link.
     [[nodiscard]] static std::string fetch(const core::Url& link) {
         std::string content;
         CURL* easy = curl_easy_init();
@@ -144,7 +144,7 @@ TEST_F(CurlUrlSessionsNginxTest, ACertificateForAnotherHostIsRefused) {
     EXPECT_EQ(failure(), core::FileShareFailure(core::UrlError::serverCertificateUntrusted));
 }
 
-TEST_F(CurlUrlSessionsNginxTest, AServerWithoutTlsIsNoSecureServer) {
+TEST_F(CurlUrlSessionsNginxTest, AServerWithoutTlsIsRefusedForHttps) {
     EXPECT_NE(roundTrip("https://127.0.0.1:" + std::to_string(server().ports().http)), content_);
     EXPECT_EQ(failure(), core::FileShareFailure(core::UrlError::secureConnectionFailed));
 }

@@ -6,7 +6,7 @@
 namespace quillane {
 namespace {
 
-/// The server that docs/share-server.md has people set up.
+/// The server that docs/share-server.md describes.
 class ShareServerTest : public UploadTest {
 protected:
     void SetUp() override {

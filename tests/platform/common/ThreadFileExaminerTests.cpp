@@ -18,7 +18,7 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-/// A disk whose threads wait while it is away. Shared with them, for they may be left behind.
+/// A disk whose threads wait while it is unreachable. Shared with them, because they may be left behind.
 class Disk {
 public:
     core::ExaminedFile examine(const core::Url& file) {

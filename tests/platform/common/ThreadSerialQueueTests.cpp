@@ -60,7 +60,7 @@ TEST(ThreadSerialQueue, GoesWhenEverythingHasRun) {
     EXPECT_EQ(held.use_count(), 1);
 }
 
-/// A file that nobody answers for: opening it waits until `answer`.
+/// A file on a disk that does not answer: opening it waits until `answer`.
 class SilentFile {
 public:
     SilentFile() { EXPECT_EQ(::mkfifo(path_.c_str(), 0600), 0); }
@@ -126,7 +126,7 @@ TEST(ThreadSerialQueue, ATaskThatIsNearlyDoneIsWaitedForAllTheSame) {
     EXPECT_TRUE(isDone);
 }
 
-TEST(ThreadSerialQueue, WhatMustBeWrittenIsFinishedHoweverLongItTakes) {
+TEST(ThreadSerialQueue, RequiredWritesFinishHoweverLongTheyTake) {
     bool isDone = false;
     {
         ThreadSerialQueue queue;

@@ -26,7 +26,7 @@ class ChangingFileTest : public UploadTest {
 protected:
     void SetUp() override { ASSERT_TRUE(server_) << server_.error(); }
 
-    /// Runs an upload with the change made in its midst, and says how it ended.
+    /// Runs an upload, makes the change in the middle of it, and returns how it ended.
     std::string outcomeOf(const std::function<void()>& change) {
         start(server_->address("gate"), core::Url::fromFilePath(path_));
         EXPECT_TRUE(runUntil([this] { return !server_->events("waiting", "gate").empty(); }));
@@ -56,7 +56,7 @@ TEST_F(ChangingFileTest, UnchangedItIsSentWhole) {
     EXPECT_EQ(server_->events("end", "gate")[0].value("bodyBytes", std::size_t{0}), largeSize);
 }
 
-TEST_F(ChangingFileTest, ReadingOrRenamingBesideItIsNoChange) {
+TEST_F(ChangingFileTest, ReadingOrRenamingAnotherFileIsNotAChange) {
     EXPECT_EQ(outcomeOf([this] {
                   std::ifstream(path_).get();
                   ::chmod(path_.c_str(), 0600);
@@ -95,7 +95,7 @@ TEST_F(ChangingFileTest, BeingReplacedIsAnError) {
     expectChangeSeen();
 }
 
-/// A file that is different when the session opens it from what it was when the upload was asked for.
+/// A file that changes between the request for the upload and its opening.
 class FileBeforeOpeningTest : public UploadTest {
 protected:
     FileShareFailure failureAfter(const std::function<void(const std::filesystem::path&)>& change) {

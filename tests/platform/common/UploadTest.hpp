@@ -53,7 +53,7 @@ protected:
 
     [[nodiscard]] bool isFinished() const { return !results_.empty(); }
 
-    /// Uploads the file and says how it ended: "link URL", or the English message of the failure.
+    /// Uploads the file and returns how it ended: "link URL", or the English message of the failure.
     std::string outcome(const std::string& address, const core::Url& file) {
         start(address, file);
         if (!runUntil([this] { return isFinished(); })) {

@@ -13,8 +13,8 @@
 
 namespace quillane::testing {
 
-/// Somebody at the keyboard and the mouse: events that enter the system where those of the hardware do (CGEventPost at
-/// the HID tap), so that every tap sees them. What is still held is released at the end.
+/// A user at the keyboard and the mouse: events that enter the system where those of the hardware do (CGEventPost at
+/// the HID tap), so that every tap sees them. Keys still held are released at the end.
 class MacTestUser {
 public:
     MacTestUser() = default;
@@ -27,7 +27,7 @@ public:
         }
     }
 
-    /// What is missing for events to be taken from this program.
+    /// What this program lacks for its events to be accepted.
     [[nodiscard]] static std::string lacking() {
         return CGPreflightPostEventAccess() ? "" : "the program that runs the tests has no Accessibility permission";
     }

@@ -13,7 +13,7 @@
 
 namespace quillane::testing {
 
-/// What the drivers share that need this program in front, with a window whose field takes what is typed.
+/// What drivers share that need this program in front, with a window with a text field.
 class MacWindowDriver : public MacDriver {
 public:
     MacWindowDriver(const MacWindowDriver&) = delete;

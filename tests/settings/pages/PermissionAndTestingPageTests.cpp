@@ -17,7 +17,7 @@ using core::SettingsPage;
 
 using PermissionAndTestingPagesTest = SettingsTest;
 
-TEST_F(PermissionAndTestingPagesTest, PermissionsAreShownAndAskedFor) {
+TEST_F(PermissionAndTestingPagesTest, PermissionsAreShownAndRequested) {
     desktop.withPermissions({});
     permissions.refresh();
     present(SettingsPage::permissions);
@@ -102,7 +102,7 @@ TEST_F(PermissionAndTestingPagesTest, TheInputSourceIsShownWithItsDirectionAndSw
     EXPECT_THROW(static_cast<void>(buttonNamed("Open keyboard settings")), std::logic_error);
 }
 
-TEST_F(PermissionAndTestingPagesTest, WhetherEverythingIsReadyIsShownWithWhatIsMissing) {
+TEST_F(PermissionAndTestingPagesTest, ReadinessIsShownWithMissingPermissions) {
     permissions.refresh();
     auto runtime = model.runtime();
     runtime.accessibilityGranted = runtime.inputMonitoringGranted = true;

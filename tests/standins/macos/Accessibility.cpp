@@ -180,7 +180,7 @@ AXError AccessibilityServer::copyActions(AXUIElementRef element, CFArrayRef* res
     for (const auto& [name, effect] : answer.element->actions_) {
         names.push_back(value(name));
     }
-    names.push_back(value(1)); // what is no name is passed over
+    names.push_back(value(1)); // a value that is not a name is ignored
     *result = static_cast<CFArrayRef>(CFRetain(list(names).get()));
     return kAXErrorSuccess;
 }

@@ -10,7 +10,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-/// File names may hold any bytes; those that are no UTF-8 are replaced rather than refused.
+/// File names may hold any bytes; those that are not UTF-8 are replaced rather than refused.
 std::string dump(const Json& json) {
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }

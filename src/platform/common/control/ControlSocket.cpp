@@ -45,7 +45,7 @@ bool isSameUser(int fd) {
 #endif
 }
 
-/// One connection: collects a line, answers it, goes away.
+/// One connection: reads a line, answers it and closes.
 class Client : public QObject {
 public:
     Client(FileDescriptor fd, const AgentControl::Handler& handler, QObject* parent)
@@ -137,7 +137,7 @@ public:
         : lock_(std::move(lock)), listener_(std::move(listener)), path_(std::move(path)) {}
 
     ~Server() override {
-        ::unlink(path_.c_str()); // while the lock is held, so that no later agent's socket is removed
+        ::unlink(path_.c_str()); // under the lock, so that a later agent's socket is not removed
     }
 
     void setHandler(Handler handler) {
@@ -192,7 +192,7 @@ tl::expected<std::unique_ptr<ControlSocket>, ClaimError> ControlSocket::claim(co
     const bool isFolderThere =
         ::mkdir(folder.c_str(), 0700) == 0 ? ::chmod(folder.c_str(), 0700) == 0 : errno == EEXIST; // whatever the mask
     if (!address || !isFolderThere || ::stat(folder.c_str(), &status) != 0 ||
-        status.st_uid != ::geteuid()) { // a folder of somebody else's is not to be trusted
+        status.st_uid != ::geteuid()) { // another user's folder must not be trusted
         return tl::unexpected(ClaimError::unavailable);
     }
     FileDescriptor lock(::open((path.native() + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));

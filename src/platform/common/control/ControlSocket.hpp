@@ -15,7 +15,7 @@
 namespace quillane {
 
 /// Where this user's agent listens: `quillane.sock` in $XDG_RUNTIME_DIR on Linux, in the user's temporary folder on
-/// macOS, and without either in a folder of the user's own below /tmp.
+/// macOS, and without either in a folder of the user below /tmp.
 [[nodiscard]] std::filesystem::path controlSocketPath();
 
 enum class ClaimError {
@@ -25,18 +25,18 @@ enum class ClaimError {
 
 /// The running agent's end of the control socket: a Unix stream socket with mode 0600, answering only processes of the
 /// same user (SO_PEERCRED, getpeereid). One request a connection: one line of JSON of at most 64 KiB in, one line out.
-/// A lock beside the socket (flock(2)) makes sure that there is one agent a user and that a socket left behind is
+/// A lock beside the socket (flock(2)) ensures that there is one agent per user and that a socket left behind is
 /// replaced.
 class ControlSocket final : public AgentControl {
 public:
-    /// Takes the socket. May be called before the application object of Qt exists; requests wait until `setHandler`.
+    /// Takes the socket. May be called before Qt's application object exists; requests wait until `setHandler`.
     [[nodiscard]] static tl::expected<std::unique_ptr<ControlSocket>, ClaimError>
     claim(const std::filesystem::path& path);
 
-    /// Gives the socket back: a later start finds none.
+    /// Removes the socket: a later start finds none.
     ~ControlSocket() override;
 
-    /// Needs the application object of Qt.
+    /// Needs Qt's application object.
     void setHandler(Handler handler) override;
 
 private:
@@ -45,8 +45,8 @@ private:
     std::unique_ptr<Server> server_;
 };
 
-/// Asks the running agent and waits for its answer, at most for the time-out. An error when there is none
-/// (`no_such_file_or_directory`, `connection_refused`), when it does not answer in time (`timed_out`) or nonsense
+/// Asks the running agent and waits for its answer, up to the timeout. An error when there is none
+/// (`no_such_file_or_directory`, `connection_refused`), when it does not answer in time (`timed_out`) or with nonsense
 /// (`bad_message`).
 [[nodiscard]] tl::expected<ControlReply, std::errc>
 sendControlRequest(const std::filesystem::path& path, const ControlRequest& request, std::chrono::milliseconds timeout);

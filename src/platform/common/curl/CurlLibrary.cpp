@@ -78,7 +78,7 @@ bool CurlLibrary::allowOnlyHttp(CURL* easy) const {
 }
 
 const CurlLibrary* CurlLibrary::load() {
-    static const auto curl = open(); // stays: threads of its own may still run at the end of the program
+    static const auto curl = open(); // never unloaded: its threads may still run at the end of the program
     return curl ? &*curl : nullptr;
 }
 

@@ -7,8 +7,8 @@
 
 namespace quillane {
 
-/// The functions of libcurl, which is loaded when the first file is shared: it brings two dozen libraries along, which
-/// take more memory than the clipboard history does.
+/// The functions of libcurl, which is loaded when the first file is shared: its two dozen libraries take more memory
+/// than the clipboard history does.
 struct CurlLibrary {
     decltype(&curl_easy_init) easyInit = nullptr;
     decltype(&curl_easy_cleanup) easyCleanup = nullptr;
@@ -30,12 +30,12 @@ struct CurlLibrary {
     decltype(&curl_slist_free_all) listFreeAll = nullptr;
     decltype(&curl_free) free = nullptr;
 
-    /// Keeps a transfer to http and https. Their names may be given since 7.85, and macOS 13 has 7.84: what the library
-    /// that runs knows counts, not its header. False when it refuses.
+    /// Restricts a transfer to http and https. The option that takes names exists since 7.85, and macOS 13 has 7.84, so
+    /// the loaded library decides, not its header. False when it refuses.
     [[nodiscard]] bool allowOnlyHttp(CURL* easy) const;
 
-    /// The library, loaded and set up, for as long as the program runs; nullptr when this system has not got it. From
-    /// any thread.
+    /// The library, loaded and set up, for as long as the program runs; nullptr when this system does not have it. May
+    /// be called from any thread.
     [[nodiscard]] static const CurlLibrary* load();
 };
 

@@ -18,11 +18,11 @@ namespace {
 
 using core::UrlError;
 
-constexpr long uploadBufferBytes = 2L << 20U; // the most that libcurl takes
+constexpr long uploadBufferBytes = 2L << 20U; // libcurl's maximum
 constexpr std::size_t maximumHeadBytes = 256U << 10U;
 constexpr int longestPollMilliseconds = 1000;
-/// A larger body is announced first (RFC 9110, "Expect: 100-continue"), so that a server may refuse it unsent. A
-/// smaller one is on its way before the answer could be.
+/// A larger body is announced first (RFC 9110, "Expect: 100-continue"), so that a server can refuse it unsent. A
+/// smaller one is sent sooner than the answer could arrive.
 constexpr std::int64_t largestUnannouncedBytes = 1 << 20;
 
 using Easy = std::unique_ptr<CURL, decltype(&curl_easy_cleanup)>;
@@ -67,7 +67,7 @@ UrlError errorFor(CURLcode code) {
     }
 }
 
-/// Whether an error answer that ended so can still be taken for the answer: servers that do not want the body send one
+/// Whether an error answer that ended this way still counts as the answer: servers that do not want the body send one
 /// and hang up.
 bool isHangUp(UrlError error) {
     return error == UrlError::networkConnectionLost;
@@ -131,7 +131,7 @@ private:
         isPrepared_ = curl_.easySetOption(easy_.get(), option, value) == CURLE_OK && isPrepared_;
     }
 
-    /// Sets up everything, or says why it cannot be.
+    /// Sets up everything, or returns the reason for the failure.
     std::optional<UrlError> prepare() {
         easy_.reset(curl_.easyInit());
         multi_.reset(curl_.multiInit());
@@ -148,7 +148,7 @@ private:
         return isAdded ? std::nullopt : std::optional(UrlError::unknown);
     }
 
-    /// A host that libcurl reads as another one than it was checked as ("010.0.0.1" as octal) is never contacted.
+    /// Never contacts a host that libcurl parses differently from the checked one ("010.0.0.1" as octal).
     bool prepareUrl() {
         const auto& text = request_.request.url.absoluteString();
         const auto parts = core::UrlComponents::parse(text);
@@ -210,15 +210,15 @@ private:
         auto* list = curl_.listAppend(headers_.get(), line.c_str());
         isPrepared_ = list != nullptr && isPrepared_;
         if (list != nullptr) {
-            static_cast<void>(headers_.release()); // is a part of the new list
+            static_cast<void>(headers_.release()); // becomes part of the new list
             headers_.reset(list);
         }
     }
 
-    /// Whether the server only refuses to say that it wants the body (RFC 9110, 417), which asks for another try.
+    /// Whether the server only refuses the expectation (RFC 9110, 417), which calls for another try.
     [[nodiscard]] bool isExpectationRefused() const { return expectsContinue_ && status_ == 417; }
 
-    /// Sets up a second try that does not ask; false when that cannot be.
+    /// Sets up a second try without the expectation; false on failure.
     bool prepareWithoutExpectation() {
         curl_.multiRemoveHandle(multi_.get(), easy_.get());
         expectsContinue_ = false;
@@ -261,7 +261,7 @@ private:
             });
     }
 
-    /// Moves data until libcurl is done; none when the channel wanted an end before.
+    /// Moves data until libcurl is done; none if the channel asked for an end first.
     std::optional<CURLcode> perform() {
         int running = 1;
         while (running > 0) {
@@ -298,8 +298,8 @@ private:
         channel_.reportCompletion(response, error);
     }
 
-    /// A server that is content before it has everything, or with a file that has become another one meanwhile, has not
-    /// got the file.
+    /// A server that accepts before it has everything, or a file that has changed meanwhile, means that the file has
+    /// not arrived.
     std::optional<UrlError> reasonToDoubtSuccess() {
         curl_off_t sent = 0;
         curl_.easyGetInfo(easy_.get(), CURLINFO_SIZE_UPLOAD_T, &sent);
@@ -384,7 +384,7 @@ private:
     TransferChannel& channel_;
     bool isPrepared_ = true;
     bool expectsContinue_ = source_.size() > largestUnannouncedBytes;
-    HeaderList headers_{nullptr, curl_.listFreeAll}; // what libcurl points to is destroyed after what uses it
+    HeaderList headers_{nullptr, curl_.listFreeAll}; // destroyed after the handle that points to it
     ParsedUrl url_{nullptr, curl_.urlCleanup};
     Easy easy_{nullptr, curl_.easyCleanup};
     Multi multi_{nullptr, curl_.multiCleanup};

@@ -14,7 +14,7 @@ namespace quillane {
 struct CurlTransferRequest {
     core::UrlRequest request;
     core::UrlSessionConfiguration configuration;
-    std::optional<std::string> proxy; ///< as ProxySettings::proxyFor gives it
+    std::optional<std::string> proxy; ///< as returned by ProxySettings::proxyFor
 };
 
 /// Sends the source on the calling thread and reports everything, the completion last, to the channel. Returns when the

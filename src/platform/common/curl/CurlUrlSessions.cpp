@@ -20,14 +20,14 @@ namespace {
 
 constexpr std::chrono::seconds patienceAtTheEnd{1};
 
-/// The size that the request promises, if it names one.
+/// The size that the request declares, if any.
 std::optional<std::string> promisedSize(const core::UrlRequest& request) {
     const auto found =
         std::ranges::find(request.headers, "Content-Length", [](const auto& header) { return header.first; });
     return found == request.headers.end() ? std::nullopt : std::optional(found->second);
 }
 
-/// A broken pipe is an error of the call that writes to it, not the end of the program.
+/// A broken pipe is an error of the writing call, not the end of the program.
 void blockBrokenPipeSignal() {
     sigset_t signals;
     sigemptyset(&signals);
@@ -72,7 +72,7 @@ public:
         changed_.wait_for(lock, limit, [this] { return running_ == 0; });
     }
 
-    /// Runs the task on a thread of its own; false when there can be no more threads.
+    /// Runs the task on a thread of its own; false when no thread can be started.
     template <typename Task>
     static bool run(const std::shared_ptr<Threads>& threads, Task task) {
         threads->enter();

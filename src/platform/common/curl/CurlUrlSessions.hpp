@@ -13,10 +13,10 @@ namespace quillane {
 class MainQueue;
 class ProxySettings;
 
-/// Sessions over libcurl. Every transfer runs on a thread of its own, so that nothing it waits for, be it a name server
-/// or a disk, holds up anything else; what the delegate is told is posted to the main queue. Time-outs and
-/// cancelling do not depend on that thread either: a transfer whose thread is stuck ends in time, and its thread is
-/// left behind until it gets unstuck.
+/// Sessions over libcurl. Every transfer runs on a thread of its own, so that nothing it waits for, such as a name
+/// server or a disk, holds up anything else; reports to the delegate are posted to the main queue. Timeouts and
+/// cancelling do not depend on that thread: a transfer whose thread is stuck ends in time, and the thread is left
+/// behind until it returns.
 class CurlUrlSessions {
 public:
     using Opener = std::function<OpenedSource(const std::filesystem::path&)>;
@@ -26,7 +26,7 @@ public:
     CurlUrlSessions(const CurlUrlSessions&) = delete;
     CurlUrlSessions& operator=(const CurlUrlSessions&) = delete;
 
-    /// Waits for the threads of ended transfers, at most a second.
+    /// Waits for the threads of finished transfers, at most a second.
     ~CurlUrlSessions();
 
     /// The factory must not outlive this object.

@@ -44,7 +44,7 @@ void TransferChannel::reportSent(std::int64_t sent, std::int64_t expected) {
     sent_ = sent;
     expected_ = expected;
     if ((!isLast && now - lastSentPost_ < progressInterval) || isSentPosted_.exchange(true)) {
-        return; // what is posted already will tell the newest number
+        return; // the posted report will use the newest number
     }
     lastSentPost_ = now;
     post([this](core::UrlSessionDelegate& delegate) {

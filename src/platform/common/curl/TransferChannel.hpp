@@ -12,21 +12,21 @@
 
 namespace quillane {
 
-/// What a transfer's thread and the main thread have in common: reports go to the delegate through the main queue, the
-/// wish to end goes to the thread. Either side may be gone first.
+/// The link between a transfer's thread and the main thread: reports go to the delegate through the main queue, the
+/// request to end goes to the thread. Either side may be destroyed first.
 class TransferChannel : public std::enable_shared_from_this<TransferChannel> {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// The delegate hears of bytes sent no more often than this, but for the last ones.
+    /// Minimum time between reports of sent bytes, except the last one.
     static constexpr std::chrono::milliseconds progressInterval{150};
 
     TransferChannel(MainQueue& queue, core::UrlSessionDelegate& delegate);
 
-    /// Main thread: tells the delegate nothing from now on, and the thread to end.
+    /// Main thread: silences the delegate and asks the thread to end.
     void close();
 
-    // Any thread. Nothing is told after a completion was.
+    // Any thread. Nothing is reported after a completion.
 
     void reportSent(std::int64_t sent, std::int64_t expected);
     void reportData(std::span<const std::byte> data);
@@ -35,12 +35,12 @@ public:
 
     // The transfer's thread.
 
-    /// Sets what makes the thread look at `isEnding` soon; null before that thing goes away.
+    /// Sets what makes the thread check `isEnding` soon; set to null before that is destroyed.
     void setWaker(std::function<void()> waker);
 
     [[nodiscard]] bool isEnding() const { return ending_; }
 
-    /// Data flowed, or the transfer went a step ahead.
+    /// Data flowed, or the transfer made progress.
     void noteActivity() { activity_ = Clock::now().time_since_epoch().count(); }
 
     [[nodiscard]] Clock::time_point lastActivity() const {

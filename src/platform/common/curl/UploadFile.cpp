@@ -14,7 +14,7 @@ namespace quillane {
 
 namespace {
 
-/// What tells one state of a file from another.
+/// What distinguishes two states of a file.
 struct FileState {
     dev_t device{};
     ino_t inode{};

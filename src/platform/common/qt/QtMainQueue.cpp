@@ -51,7 +51,7 @@ private:
     }
 
     void tick() {
-        // Qt may fire a precise timer within the millisecond before its time.
+        // Qt may fire a precise timer up to a millisecond early.
         const auto now = monotonicNow() + std::chrono::milliseconds(1);
         for (auto it = repeats_.begin(); it != repeats_.end();) {
             const auto id = it->first;

@@ -8,8 +8,8 @@
 
 namespace quillane {
 
-/// The main queue on Qt's event loop, which on macOS runs on the main run loop. The application object of Qt must
-/// exist. All repeating timers share one timer of Qt's, so that ticks that fall together wake the process once.
+/// The main queue on Qt's event loop, which on macOS runs on the main run loop. Qt's application object must exist. All
+/// repeating timers share one Qt timer, so that simultaneous ticks wake the process once.
 class QtMainQueue final : public MainQueue {
 public:
     QtMainQueue();

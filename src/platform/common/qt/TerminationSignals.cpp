@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::array handledSignals{SIGTERM, SIGINT, SIGHUP};
 
-// A signal handler can reach nothing but a global (POSIX.1-2017, "Signal Concepts"): the writing end of the pipe.
+// A signal handler can only use a global (POSIX.1-2017, "Signal Concepts"): the writing end of the pipe.
 std::atomic<int> pipeEnd{-1};
 static_assert(std::atomic<int>::is_always_lock_free);
 

@@ -10,13 +10,13 @@ namespace quillane {
 
 class SessionBus;
 
-/// The bus of its own on which applications offer their accessibility trees (AT-SPI 2). It is there when the session's
-/// org.a11y.Bus says where, and may end and come back at any time. Main thread only; nothing waits.
+/// The separate bus on which applications offer their accessibility trees (AT-SPI 2). Its address comes from the
+/// session's org.a11y.Bus, and it may end and come back at any time. Main thread only; nothing waits.
 class AccessibilityBus {
 public:
     explicit AccessibilityBus(SessionBus& session);
 
-    /// The connection, or nullptr while there is none. Being asked, it looks for the bus again, at most once a second.
+    /// The connection, or nullptr while there is none. A call then looks for the bus again, at most once a second.
     [[nodiscard]] BusConnection* connection();
 
     /// A connection has been opened.
@@ -38,7 +38,7 @@ private:
     BusConnection::Clock::time_point lastTry_;
     core::Listeners<BusConnection&> openings_;
     core::Listeners<> losses_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with answers that are on their way
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending answers
     core::Subscription reopenings_;
     core::Subscription signals_;
     core::Subscription loss_;

@@ -18,9 +18,9 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto defaultTimeout = 150ms;
-constexpr auto keptFor = 500ms;      // what is known of the focused element; and while its application is silent
+constexpr auto keptFor = 500ms;      // facts about the focused element; and while its application is silent
 constexpr auto renewedAfter = 100ms; // while it is being asked for
-constexpr auto silentFor = 1s;       // an application that has not answered is not asked anew within this time
+constexpr auto silentFor = 1s;       // an application that has not answered is not asked again within this time
 
 } // namespace
 
@@ -54,7 +54,7 @@ std::optional<AXValue> AtspiAccessibility::attribute(const AXElement& element, s
 
 std::optional<std::vector<AXValue>> AtspiAccessibility::attributes(const AXElement& element,
                                                                    std::span<const std::string_view> names) {
-    // Every object has a role: whether it answers for that tells a missing attribute from a failing call.
+    // Every object has a role: an answer to that distinguishes a missing attribute from a failed call.
     return read(dynamic_cast<const Handle&>(element.handle()), names, AtspiFactSet{} | AtspiFact::role);
 }
 
@@ -76,7 +76,7 @@ bool AtspiAccessibility::isAttributeSettable(const AXElement& element, std::stri
 std::optional<std::vector<AXValue>>
 AtspiAccessibility::read(const Handle& handle, std::span<const std::string_view> names, AtspiFactSet besides) {
     if (auto* bus = bus_.connection()) {
-        bus->dispatchArrivedSignals(); // a move of the focus that has been told must not be overlooked
+        bus->dispatchArrivedSignals(); // an announced focus change must not be overlooked
     }
     const auto object = objectOf(handle);
     if (!object) {
@@ -178,7 +178,7 @@ std::shared_ptr<AtspiFacts> AtspiAccessibility::facts(const AtspiObject& object,
 bool AtspiAccessibility::mayAsk(BusConnection& bus, const std::string& application, const Limit& limit) const {
     const auto silent = unanswered_.find(application);
     if (silent != unanswered_.end() && !silent->second.facts->isComplete()) {
-        bus.dispatchArrivedSignals(); // the answer may lie there already
+        bus.dispatchArrivedSignals(); // the answer may have arrived already
     }
     return silent == unanswered_.end() || silent->second.facts->isComplete() ||
            limit.now - silent->second.begin < limit.timeout || limit.now - silent->second.begin > silentFor;
@@ -203,7 +203,7 @@ std::optional<AtspiObject> AtspiAccessibility::focusedObject(const std::string& 
             return std::nullopt;
         }
         const bool hasState = found->is(AtspiState::focused);
-        const bool isClosed = isMenuItem(*found) && !found->is(AtspiState::showing); // Qt tells of no focus after it
+        const bool isClosed = isMenuItem(*found) && !found->is(AtspiState::showing); // Qt announces no focus after it
         if (found->is(AtspiState::defunct) || !(hasState || found->is(AtspiState::focusable)) || isClosed) {
             focus_.forget(focus->object);
         } else if (focus_.confirm(focus->object, hasState, known_->begin)) {
@@ -213,11 +213,11 @@ std::optional<AtspiObject> AtspiAccessibility::focusedObject(const std::string& 
     return std::nullopt;
 }
 
-/// LibreOffice tells a button that was pressed from outside as focused, although the keys still go to the document.
+/// LibreOffice announces a button that was pressed from outside as focused, although keys still go to the document.
 void AtspiAccessibility::ignoreFocusOfPress(const std::string& application, const Limit& limit) {
     const auto focus = press_ && press_->object.bus == application ? focus_.in(application) : std::nullopt;
     if (!focus || focus->object == press_->focused) {
-        return; // it may be told yet
+        return; // the focus event may still arrive
     }
     if (focus->object == press_->object) {
         const auto before = facts(press_->focused, AtspiFactSet{} | AtspiFact::states, limit);
@@ -231,7 +231,7 @@ void AtspiAccessibility::ignoreFocusOfPress(const std::string& application, cons
     press_.reset();
 }
 
-/// The first key after a move of the focus then finds the answers.
+/// The first key after a focus change then finds the answers.
 void AtspiAccessibility::askAhead(BusConnection& bus, const AtspiFocus::Focus& focus) {
     if (focus_.processOf(focus.object.bus) != getpid()) {
         renewal_ = Request{focus.object, focus.change, Clock::now(), requestFacts(bus, focus.object, editingFacts)};
@@ -260,7 +260,7 @@ std::shared_ptr<AtspiFacts> AtspiAccessibility::focusFacts(BusConnection& bus, c
                                firstBegin};
         }
     };
-    const bool mayClose = concerns(known_) && isMenuItem(*known_->facts); // a menu closes without a word
+    const bool mayClose = concerns(known_) && isMenuItem(*known_->facts); // a menu closes without an event
     if (concerns(known_) && limit.now - known_->begin < keptFor && !mayClose) {
         if (limit.now - known_->begin > renewedAfter) {
             renew();
@@ -276,7 +276,7 @@ std::shared_ptr<AtspiFacts> AtspiAccessibility::focusFacts(BusConnection& bus, c
 }
 
 bool AtspiAccessibility::waitFor(BusConnection& bus, const Request& request, const Limit& limit) {
-    // The time runs from the question: who joins an older one does not wait as long again.
+    // The time runs from the question: joining an older question does not extend the wait.
     bus.wait([&] { return request.facts->isComplete(); }, request.begin + limit.timeout);
     std::erase_if(unanswered_, [&](const auto& entry) {
         return entry.second.facts->isComplete() || limit.now - entry.second.begin > silentFor;

@@ -14,19 +14,17 @@
 namespace quillane {
 
 /// Accessibility over the AT-SPI 2 protocol, spoken directly on the accessibility bus: each call is bounded by the
-/// time-out of its element and runs no code but this class's own. What a call needs is asked at once and waited for
-/// once.
+/// timeout of its element and runs only this class's code. A call sends all its questions at once and waits once.
 ///
 /// This process itself does not answer while it waits; its focused widget is asked directly.
 ///
-/// The facts that decide about typing into the focused element are asked for as soon as it has the focus, kept for half
-/// a second, and renewed in the background while they are being asked for, so that typing into a busy application does
-/// not wait for it. What is older than that still holds for the first half second in which the application does not
-/// answer.
+/// The facts that decide about typing into the focused element are requested as soon as it has the focus, cached for
+/// half a second, and renewed in the background while they are in use, so that typing into a busy application does not
+/// wait for it. Older facts remain valid for the first half second in which the application does not answer.
 ///
 /// The children of an item that opens a submenu are read by opening it: toolkits make a submenu when it is first shown.
-/// That may take 0.6 s, during which the application must go on to answer.
-/// A menu that has no action for it is cancelled by the Escape key, which is sent once for each level that shows.
+/// That may take 0.6 s, during which the application must keep answering. A menu without an action for that is
+/// cancelled by the Escape key, which is sent once for each visible level.
 class AtspiAccessibility final : public Accessibility {
 public:
     explicit AtspiAccessibility(SessionBus& session);
@@ -54,13 +52,13 @@ private:
     using Clock = BusConnection::Clock;
     class Handle;
 
-    /// Facts that were asked for, and when.
+    /// Requested facts, and when they were requested.
     struct Request {
         AtspiObject object;
-        std::uint64_t change = 0; ///< of the focus at that time
+        std::uint64_t change = 0; ///< of the focus at the time
         Clock::time_point begin;
-        std::shared_ptr<AtspiFacts> facts;   // shared with the answers on their way
-        Clock::time_point firstBegin{begin}; ///< of this and the same requests before it that were not answered
+        std::shared_ptr<AtspiFacts> facts;   // shared with pending answers
+        Clock::time_point firstBegin{begin}; ///< of this request and earlier unanswered ones for the same facts
     };
 
     /// An object that was pressed, and what had the focus before.
@@ -111,7 +109,7 @@ private:
     std::optional<Press> press_;                ///< the last one
     std::optional<AtspiObject> submenu_;        ///< opened last
     std::optional<Request> known_;              ///< what is known of the focused element
-    std::optional<Request> renewal_;            ///< what has been asked of it and not been answered
+    std::optional<Request> renewal_;            ///< what it has been asked and has not answered
     std::map<std::string, Request> unanswered_; ///< by bus name: the call that an application left unanswered
     core::Subscription losses_;
     core::Subscription moves_;

@@ -84,7 +84,7 @@ std::optional<AtspiObject> AtspiAccessibility::activeWindow(const AtspiObject& a
 std::vector<std::shared_ptr<AtspiFacts>> AtspiAccessibility::factsOfEach(std::span<const AtspiObject> objects,
                                                                          std::span<const AtspiFactSet> which,
                                                                          const Limit& limit) {
-    std::vector<std::shared_ptr<AtspiFacts>> results(objects.size()); // shared with answers on their way
+    std::vector<std::shared_ptr<AtspiFacts>> results(objects.size()); // shared with pending answers
     auto* bus = bus_.connection();
     if (bus == nullptr) {
         return results;
@@ -117,7 +117,7 @@ AtspiAccessibility::attributesOfEach(std::span<const AXElement> elements, std::s
     if (elements.empty()) {
         return {};
     }
-    AtspiFactSet needs = AtspiFactSet{} | AtspiFact::role; // every object has it: it tells who does not answer
+    AtspiFactSet needs = AtspiFactSet{} | AtspiFact::role; // every object has it, so it shows who does not answer
     for (const auto name : names) {
         const auto* row = findAttribute(name);
         needs |= row != nullptr ? row->needs : 0;
@@ -145,7 +145,7 @@ AtspiAccessibility::attributesOfEach(std::span<const AXElement> elements, std::s
 
 std::optional<std::vector<AtspiObject>> AtspiAccessibility::openedSubmenu(const AtspiObject& item, Limit limit) {
     const auto deadline = limit.now + std::max<std::chrono::milliseconds>(limit.timeout, timeToOpen);
-    std::vector<AtspiObject> shown; // since the item was told to open: a submenu may be the child of something else
+    std::vector<AtspiObject> shown; // shown since the item was opened: a submenu may be the child of something else
     std::optional<core::Subscription> token;
     while (true) {
         const auto found =
@@ -220,7 +220,7 @@ AXActionResult AtspiAccessibility::doAction(const AtspiObject& object, std::size
     return *done ? AXActionResult::done : AXActionResult::failed;
 }
 
-/// The submenu that was opened last, else the menu itself; none when neither shows, and when nothing answers.
+/// The submenu that was opened last, else the menu itself; none when neither is visible or nothing answers.
 std::optional<AtspiObject> AtspiAccessibility::innermostOpenMenu(const AtspiObject& menu, const Limit& limit) {
     std::vector<AtspiObject> levels; // the submenu first: a menu that closes with it is read after it
     if (submenu_ && submenu_->bus == menu.bus) {
@@ -233,11 +233,11 @@ std::optional<AtspiObject> AtspiAccessibility::innermostOpenMenu(const AtspiObje
     return open != read.end() ? std::optional(levels.at(static_cast<std::size_t>(open - read.begin()))) : std::nullopt;
 }
 
-/// An Escape that comes when its menu has gone would reach the document. So a level gets one and is waited for; the
-/// next one gets its own only while it goes on to show.
+/// An Escape that arrives after its menu has closed would reach the document. So each level gets one and is waited for;
+/// the next level gets its own only while it is still visible.
 AXActionResult AtspiAccessibility::dismissMenu(const AtspiObject& menu, const Limit& limit) {
     const auto deadline = limit.now + limit.timeout;
-    std::optional<AtspiObject> seen; // the level that showed at the last look
+    std::optional<AtspiObject> seen; // the level that was visible at the last look
     bool sent = false;               // its Escape
     bool sentAny = false;
     auto due = Clock::now(); // for its Escape

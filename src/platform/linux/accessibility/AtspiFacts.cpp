@@ -91,7 +91,7 @@ void readAddress(BusReader& reply, AtspiFacts& facts) {
 
 void readNothing(BusReader& /*reply*/, AtspiFacts& /*facts*/) {}
 
-/// How each fact is asked for and read: a property of an interface, or a method, which may take one number.
+/// How each fact is requested and read: a property of an interface, or a method, which may take one number.
 struct Question {
     AtspiFact fact;
     const char* interface;

@@ -24,7 +24,7 @@ struct AtspiObject {
     bool operator==(const AtspiObject&) const = default;
 };
 
-/// What can be read of an object, each by one call to its application.
+/// What can be read about an object, each through one call to its application.
 enum class AtspiFact : unsigned {
     role = 1 << 0,
     states = 1 << 1,
@@ -34,11 +34,11 @@ enum class AtspiFact : unsigned {
     identifier = 1 << 5,
     parent = 1 << 6,
     children = 1 << 7,
-    caret = 1 << 8,          ///< where the text cursor stands
-    selectionCount = 1 << 9, ///< how many stretches of the text are selected
+    caret = 1 << 8,          ///< position of the text cursor
+    selectionCount = 1 << 9, ///< number of selected ranges
     selection = 1 << 10,     ///< the first of them
     address = 1 << 11,       ///< of the document that the object is
-    actions = 0x3F << 12,    ///< what can be done to the object: a bit for each of its first actions
+    actions = 0x3F << 12,    ///< the object's actions: a bit for each of the first
     extras = 1 << 18,        ///< attributes in the toolkit's own names: not read, but the question wakes Chromium
 };
 
@@ -73,7 +73,7 @@ enum class AtspiState : unsigned {
 /// Interfaces of an object that matter here.
 enum class AtspiInterface : unsigned { text = 1 << 0, editableText = 1 << 1 };
 
-/// How many actions of an object are looked at.
+/// The number of actions of an object that are read.
 inline constexpr std::size_t atspiMostActions = 6;
 
 /// The name of one action.
@@ -81,7 +81,7 @@ inline constexpr std::size_t atspiMostActions = 6;
     return static_cast<AtspiFact>(1U << (12U + index));
 }
 
-/// The facts of an object so far as they are known. What an application got wrong is absent.
+/// The known facts of an object. A wrong answer of an application is absent.
 struct AtspiFacts {
     AtspiFactSet asked = 0;
     AtspiFactSet answered = 0; ///< errors included
@@ -104,10 +104,10 @@ struct AtspiFacts {
 
     [[nodiscard]] bool isComplete() const { return answered == asked; }
 
-    /// Nothing but errors: the object has gone, or its application.
+    /// Only errors: the object or its application has gone.
     [[nodiscard]] bool isRefused() const { return refused == asked; }
 
-    /// Asked for and answered with a value.
+    /// Requested and answered with a value.
     [[nodiscard]] bool knows(AtspiFact fact) const { return (answered & ~refused & static_cast<unsigned>(fact)) != 0; }
 
     [[nodiscard]] bool is(AtspiState state) const { return (states >> static_cast<unsigned>(state) & 1) != 0; }
@@ -117,12 +117,12 @@ struct AtspiFacts {
     }
 };
 
-/// Asks for facts, all at once. The answers fill in the result as they arrive, also inside `BusConnection::wait`, so
-/// long as somebody holds it; `onAnswer` is called after each and must do no more than take notes.
+/// Requests facts, all at once. The answers fill in the result as they arrive, also inside `BusConnection::wait`, while
+/// somebody holds it; `onAnswer` is called after each and must only record.
 [[nodiscard]] std::shared_ptr<AtspiFacts> requestFacts(BusConnection& bus, const AtspiObject& object,
                                                        AtspiFactSet which, std::function<void()> onAnswer = {});
 
-/// The object that a reference "(so)" names; none for the null reference and for what is no valid name.
+/// The object that a reference "(so)" names; none for the null reference and for invalid names.
 [[nodiscard]] std::optional<AtspiObject> readReference(BusReader& reader);
 
 } // namespace quillane

@@ -14,11 +14,11 @@ namespace {
 
 constexpr auto registry = "org.a11y.atspi.Registry";
 constexpr auto objectEvents = "org.a11y.atspi.Event.Object";
-constexpr std::chrono::milliseconds heldKeyboard{200}; // the tap holds a key for some milliseconds
+constexpr std::chrono::milliseconds heldKeyboard{200}; // the tap holds a key for a few milliseconds
 constexpr std::chrono::seconds shortestPatience{1};
 constexpr std::chrono::seconds longestPatience{32};
 
-/// Tells applications, through the registry, that somebody listens: most send no event otherwise.
+/// Announces a listener to applications, through the registry: most send no events otherwise.
 void registerForFocusEvents(BusConnection& bus) {
     auto message = methodCall(registry, "/org/a11y/atspi/registry", registry, "RegisterEvent");
     appendText(*message, "object:state-changed:focused");
@@ -42,7 +42,7 @@ AtspiFocus::AtspiFocus(AccessibilityBus& bus) : bus_(bus) {
 }
 
 std::optional<std::string> AtspiFocus::applicationOf(pid_t pid) const {
-    // A process may have several connections: the one that has told of a focus is the application's.
+    // A process may have several connections: the one that has announced a focus is the application's.
     const std::pair<const std::string, Program>* best = nullptr;
     for (const auto& entry : programs_) {
         if (entry.second.pid == pid && (best == nullptr || entry.second.change > best->second.change)) {

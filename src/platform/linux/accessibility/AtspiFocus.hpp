@@ -15,9 +15,9 @@ namespace quillane {
 
 class AccessibilityBus;
 
-/// Knows the applications on the accessibility bus and the focused object of each, from their events. Only what had the
-/// focus before the agent came, or what an application did not tell, is searched for. Main thread only; nothing waits,
-/// and nobody outside is called.
+/// Knows the applications on the accessibility bus and the focused object of each, from their events. Only a focus that
+/// is older than the agent, or that an application did not announce, is searched for. Main thread only; nothing waits
+/// and no foreign code is called.
 class AtspiFocus {
 public:
     explicit AtspiFocus(AccessibilityBus& bus);
@@ -31,32 +31,34 @@ public:
         std::uint64_t change; ///< another number whenever the application's focus has moved
     };
 
-    /// The object that was last told to have the focus in the application; it may have lost it since.
+    /// The object that the application last announced as focused; it may have lost the focus since.
     [[nodiscard]] std::optional<Focus> in(const std::string& application) const;
 
-    /// The focus of an application has moved to another object. The handler is called while a signal is taken in, which
-    /// may be inside a wait: it must do no more than ask.
+    /// The focus of an application has moved to another object. The handler is called while a signal is processed,
+    /// possibly inside a wait: it must only send requests.
     core::Subscription onMoved(std::function<void(BusConnection&, const Focus&)> handler) {
         return moves_.subscribe(std::move(handler));
     }
 
-    /// Whether the object was the last to be told to have the focus and has not been told, or seen, to have lost it.
+    /// Whether the object was the last one announced as focused and has not lost the focus since, by announcement or
+    /// observation.
     [[nodiscard]] bool holds(const AtspiObject& object) const;
 
-    /// Whether the object that was told to have the focus counts as focused, given whether it has the state itself and
-    /// when it was asked for it. One that has lost the state just now still counts: GTK takes it from the focused text
-    /// while somebody holds the keyboard, which the event tap does for each key whose text it may replace. After that
-    /// moment the object is forgotten.
+    /// Whether the object that was announced as focused counts as focused, given whether it has the state and when that
+    /// was requested. One that has just lost the state still counts: GTK takes it from the focused text while somebody
+    /// holds the keyboard, which the event tap does for each key whose text it may replace. After that moment the
+    /// object is forgotten.
     [[nodiscard]] bool confirm(const AtspiObject& object, bool hasState, BusConnection::Clock::time_point asked);
 
-    /// Notes that the object has not got the focus after all.
+    /// Records that the object does not have the focus after all.
     void forget(const AtspiObject& object);
 
-    /// Notes that the object has the focus still, whatever its application told last.
+    /// Records that the object still has the focus, whatever its application announced last.
     void restore(const AtspiObject& object);
 
     /// Searches an application whose focus is not known. When nothing is found, it is not searched again for a second,
-    /// then two, and so on up to half a minute, or until it tells of its focus. The search that runs, or nullptr.
+    /// then two, and so on up to half a minute, or until it announces its focus. Returns the running search, or
+    /// nullptr.
     const AtspiFocusSearch* search(const std::string& application);
 
     /// Lets an application whose focus is not known be searched at the next question, for it may have made its tree.
@@ -66,8 +68,8 @@ private:
     struct Program {
         std::optional<pid_t> pid;
         std::optional<AtspiObject> focused;
-        BusConnection::Clock::time_point told{};                   ///< when it was last told to have the focus
-        std::optional<BusConnection::Clock::time_point> lostSince; ///< it was told, or seen, to have lost it
+        BusConnection::Clock::time_point told{};                   ///< when its focus was last announced
+        std::optional<BusConnection::Clock::time_point> lostSince; ///< it has lost it, by announcement or observation
         std::uint64_t change = 0;
         std::unique_ptr<AtspiFocusSearch> search;
         std::chrono::seconds patience{1}; ///< between searches
@@ -85,7 +87,7 @@ private:
     mutable std::map<std::string, Program, std::less<>> programs_; ///< by bus name
     std::uint64_t changes_ = 0;
     core::Listeners<BusConnection&, const Focus&> moves_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with answers that are on their way
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending answers
     core::Subscription openings_;
     core::Subscription losses_;
     core::Subscription signals_;

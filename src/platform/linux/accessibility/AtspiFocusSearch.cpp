@@ -42,7 +42,7 @@ void AtspiFocusSearch::take(const Visit& visit) {
     const auto& facts = *visit.facts;
     const int depth = visit.step.depth;
     if (depth > 0 && facts.is(AtspiState::focused)) {
-        // Some toolkits give the state to a container or a tab as well: text that can be typed into counts most.
+        // Some toolkits give the state to a container or a tab as well: editable text takes precedence.
         if (facts.is(AtspiState::editable)) {
             finish(visit.step.object);
             return;

@@ -9,9 +9,8 @@
 
 namespace quillane {
 
-/// Looks for the focused object in the active window of an application that has not told of it: breadth first, only
-/// into what is on the screen, a limited number of objects. Text that can be edited is preferred. It goes on as answers
-/// arrive, without anybody waiting.
+/// Looks for the focused object in the active window of an application that has not announced it: breadth first, among
+/// visible objects, up to a limit. Editable text is preferred. It continues as answers arrive; nobody waits.
 class AtspiFocusSearch {
 public:
     /// Starts at once. `bus` must outlive the search.
@@ -24,7 +23,7 @@ public:
 
     [[nodiscard]] BusConnection::Clock::time_point begin() const { return begin_; }
 
-    /// What was found, once it does not run any more.
+    /// The result, once it no longer runs.
     [[nodiscard]] const std::optional<AtspiObject>& result() const { return result_; }
 
 private:

@@ -100,7 +100,7 @@ void AtspiNotifications::handle(DBusMessage& signal) {
         if (observation.application == sender && observation.delivery == Delivery::atOnce) {
             observation.handler({sender, path});
         } else if (observation.application == sender) {
-            // This may run while a call waits for its answer: the handler has its turn when the event loop has.
+            // This may run while a call waits for its answer, so the handler is left to the event loop.
             QTimer::singleShot(0, &eventLoop_,
                                [this, id = id, object = AtspiObject{sender, path}] { deliver(id, object); });
         }

@@ -15,21 +15,21 @@ namespace quillane {
 
 class AccessibilityBus;
 
-/// The notifications that applications are observed for: "AXMenuOpened", which is an object that begins to show.
-/// Applications are asked to tell of it only while somebody observes. Main thread only.
+/// The notifications that can be observed: "AXMenuOpened", an object that becomes visible. Applications are asked to
+/// announce it only while somebody observes. Main thread only.
 class AtspiNotifications {
 public:
     using Handler = std::function<void(const AtspiObject&)>;
 
     explicit AtspiNotifications(AccessibilityBus& bus);
 
-    /// The handler is called from the event loop. Waits until the registry has told the applications, a fiftieth of a
-    /// second at most. None for a name that is not known, or without a bus.
+    /// The handler is called from the event loop. Waits until the registry has notified the applications, at most 20
+    /// ms. None for an unknown name, or without a bus.
     [[nodiscard]] std::optional<core::Subscription> observe(const std::string& application, std::string_view name,
                                                             Handler handler);
 
-    /// The same for what shows itself from now on, but the handler is called as soon as a signal arrives, also while a
-    /// call waits: it must do no more than take notes.
+    /// The same for objects that become visible from now on, but the handler is called as soon as a signal arrives,
+    /// also while a call waits: it must only record.
     [[nodiscard]] std::optional<core::Subscription> note(const std::string& application, Handler handler);
 
 private:
@@ -52,7 +52,7 @@ private:
     AccessibilityBus& bus_;
     std::map<std::uint64_t, Observation> observations_;
     std::uint64_t next_ = 0;
-    QObject eventLoop_;                                     ///< what waits for the event loop goes with it
+    QObject eventLoop_;                                     ///< pending calls of the event loop end with it
     std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with answers and tokens
     core::Subscription signals_;
     core::Subscription losses_;

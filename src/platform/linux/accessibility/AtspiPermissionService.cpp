@@ -16,7 +16,7 @@ constexpr auto statusInterface = "org.a11y.Status";
 constexpr auto isEnabled = "IsEnabled";
 constexpr std::chrono::seconds firstAnswer{1}; // without a launcher the bus answers at once
 
-/// What a notice of changed properties says of `IsEnabled`; the new value may be left out.
+/// The value of `IsEnabled` in a signal of changed properties, which may leave it out.
 struct Change {
     bool concerns = false;
     std::optional<bool> value;
@@ -58,7 +58,7 @@ bool AtspiPermissionService::isGranted(core::MacPermission permission) const {
     if (permission == core::MacPermission::inputMonitoring) {
         return true;
     }
-    auto* session = session_.connection(); // a bus that is back is read again
+    auto* session = session_.connection(); // read again when the bus is back
     if (session == nullptr) {
         return false;
     }
@@ -90,7 +90,7 @@ bool AtspiPermissionService::hasSettings(core::MacPermission permission) const {
 }
 
 bool AtspiPermissionService::openSettings(core::MacPermission permission) {
-    // Looked up first: what starts a program cannot tell that there is none of that name.
+    // Looked up first: starting a program does not report a missing one.
     return hasSettings(permission) && QtLauncher().launch(*accessibilityPanel(currentDesktop()));
 }
 
@@ -120,7 +120,7 @@ void AtspiPermissionService::watch(BusConnection& session) {
 
 void AtspiPermissionService::read(BusConnection& session) {
     auto question = propertyRead(launcher, launcherPath, statusInterface, isEnabled);
-    dbus_message_set_auto_start(question.get(), 0); // being asked must not switch it on
+    dbus_message_set_auto_start(question.get(), 0); // a query must not switch it on
     const auto take = [this](DBusMessage* reply) {
         auto value = reply != nullptr ? BusReader(*reply).container() : std::nullopt;
         enabled_ = value && value->flag() == true;

@@ -9,7 +9,7 @@ namespace quillane {
 
 namespace {
 
-/// A role of the protocol, by its number (AtspiRole), and what stands for it on macOS (NSAccessibilityConstants.h).
+/// A role of the protocol, by its number (AtspiRole), and its macOS name (NSAccessibilityConstants.h).
 struct Role {
     std::uint32_t number;
     std::string_view role;
@@ -95,7 +95,8 @@ const Role* findRole(std::uint32_t number) {
     return found != roles.end() && found->number == number ? found : nullptr;
 }
 
-/// A terminal's text belongs to the program that runs in it: it cannot be set, and no one can tell a password prompt.
+/// A terminal's text belongs to the program that runs in it: it cannot be set, and a password prompt cannot be
+/// recognised.
 bool isEditableText(const AtspiFacts& facts) {
     return facts.is(AtspiState::editable) && !facts.is(AtspiState::readOnly) && facts.role != terminal &&
            (facts.has(AtspiInterface::editableText) || facts.has(AtspiInterface::text));
@@ -105,8 +106,8 @@ AtspiValue text(std::string_view value) {
     return value.empty() ? AtspiValue() : AtspiValue(std::string(value));
 }
 
-/// A menu is an element of the tree only while it is open; what waits to be one is nothing yet. The upright menu bar is
-/// the frame that Chromium draws around a menu.
+/// A menu is an element of the tree only while it is open. The upright menu bar is the frame that Chromium draws around
+/// a menu.
 std::optional<std::string_view> menuRoleOf(const AtspiFacts& facts, std::string_view role) {
     if (role == "AXMenu" && !facts.is(AtspiState::showing)) {
         return "AXUnknown";
@@ -180,7 +181,7 @@ constexpr std::array settables{
                   [](const AtspiFacts& facts) { return facts.has(AtspiInterface::text); }},
 };
 
-/// What toolkits call the actions, in small letters and without anything else.
+/// The toolkits' names of the actions, in lower-case letters and nothing else.
 struct ActionName {
     std::string_view action;
     std::string_view atspi;

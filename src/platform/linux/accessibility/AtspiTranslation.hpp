@@ -10,10 +10,10 @@
 
 namespace quillane {
 
-/// A value of an attribute before its objects are made into references.
+/// The value of an attribute, before its objects are turned into references.
 using AtspiValue = std::variant<std::monostate, bool, std::string, AtspiObject, std::vector<AtspiObject>, AXTextRange>;
 
-/// How an attribute of the macOS names is made from facts.
+/// How a macOS attribute is derived from facts.
 struct AtspiAttribute {
     std::string_view name;
     AtspiFactSet needs;
@@ -31,7 +31,7 @@ struct AtspiSettable {
 [[nodiscard]] const AtspiAttribute* findAttribute(std::string_view name);
 [[nodiscard]] const AtspiSettable* findSettable(std::string_view name);
 
-/// What decides whether an element takes typed text: role, subrole, enabled, settable.
+/// The facts that decide whether an element accepts typed text: role, subrole, enabled, settable.
 inline constexpr AtspiFactSet editingFacts = AtspiFact::role | AtspiFact::states | AtspiFact::interfaces;
 
 /// Whether the object is a menu, open or not.
@@ -40,13 +40,13 @@ inline constexpr AtspiFactSet editingFacts = AtspiFact::role | AtspiFact::states
 /// Whether the object is an item of a menu.
 [[nodiscard]] bool isMenuItem(const AtspiFacts& facts);
 
-/// Whether the object says that it opens another one; not every item that does says so.
+/// Whether the object declares that it opens another one; not every item that does declares it.
 [[nodiscard]] bool saysThatItOpens(const AtspiFacts& facts);
 
-/// The action of the object that does what the action of the macOS name does; none when it has not got it.
+/// The object's action that corresponds to a macOS action; none when it does not have one.
 [[nodiscard]] std::optional<std::size_t> atspiActionIndex(const AtspiFacts& facts, std::string_view name);
 
-/// The macOS names of what can be done to the object.
+/// The macOS names of the object's actions.
 [[nodiscard]] std::vector<std::string> actionNamesOf(const AtspiFacts& facts);
 
 } // namespace quillane

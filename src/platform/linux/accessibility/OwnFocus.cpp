@@ -11,7 +11,7 @@ namespace quillane {
 
 namespace {
 
-/// The widget's address: compared with that of the focused widget, never followed.
+/// The widget's address: compared with that of the focused widget, never dereferenced.
 std::string pathOf(const QObject* widget) {
     return "/focus/" + std::to_string(reinterpret_cast<std::uintptr_t>(widget));
 }
@@ -45,7 +45,7 @@ AtspiObject ownApplication() {
 }
 
 std::shared_ptr<AtspiFacts> ownFacts(const AtspiObject& object) {
-    auto facts = std::make_shared<AtspiFacts>(); // shared as those that come over the bus are
+    auto facts = std::make_shared<AtspiFacts>(); // shared like those from the bus
     if (object == ownApplication()) {
         facts->role = 75;
         return facts;

@@ -6,11 +6,11 @@
 
 namespace quillane {
 
-/// The focused widget of this process, which cannot be asked over the bus: it does not answer while it waits. Its
-/// object has no bus name and holds good only while it has the focus.
+/// The focused widget of this process, which cannot be asked over the bus because it does not answer while it waits.
+/// Its object has no bus name and is valid only while it has the focus.
 [[nodiscard]] std::optional<AtspiObject> ownFocusedObject();
 
-/// All that is known of this process itself or of its focused widget; nullptr for anything else.
+/// All facts about this process or its focused widget; nullptr for anything else.
 [[nodiscard]] std::shared_ptr<AtspiFacts> ownFacts(const AtspiObject& object);
 
 /// The object that stands for this process.

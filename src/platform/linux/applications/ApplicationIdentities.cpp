@@ -18,11 +18,11 @@ constexpr std::string_view chrome = "com.google.Chrome";
 constexpr std::string_view libreOffice = "org.libreoffice.script";
 constexpr std::string_view screenSharing = "com.apple.ScreenSharing";
 
-/// What the agent treats in a way of its own goes by the identifier of its peer on macOS.
+/// Applications that the agent treats specially have the identifier of their counterpart on macOS.
 constexpr std::array identities{
     // The agent itself.
     Identity{"quillane", "com.quillane.app"},
-    // Browsers of the Chromium family have one and the same context menu.
+    // Browsers of the Chromium family share one context menu.
     Identity{"brave-browser", chrome},
     Identity{"chromium", chrome},
     Identity{"chromium-browser", chrome},
@@ -31,8 +31,8 @@ constexpr std::array identities{
     Identity{"google-chrome-unstable", chrome},
     Identity{"microsoft-edge", chrome},
     Identity{"vivaldi-stable", chrome},
-    // One program with many window classes, as it is one application on macOS; a window gets its own when it has loaded
-    // its document.
+    // One program with many window classes, as it is one application on macOS; a window gets its class when it has
+    // loaded its document.
     Identity{"libreoffice", libreOffice},
     Identity{"libreoffice-calc", libreOffice},
     Identity{"libreoffice-draw", libreOffice},
@@ -41,7 +41,7 @@ constexpr std::array identities{
     Identity{"libreoffice-writer", libreOffice},
     Identity{"soffice", libreOffice},
     Identity{"soffice.bin", libreOffice},
-    // Another computer's screen, which has a keyboard of its own.
+    // Viewers of another computer's screen, which has its own keyboard.
     Identity{"gnome-connections", screenSharing},
     Identity{"krdc", screenSharing},
     Identity{"org.gnome.connections", screenSharing},

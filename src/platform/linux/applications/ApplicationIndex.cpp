@@ -20,7 +20,7 @@ std::string classOfProgram(std::string program) {
     return program;
 }
 
-/// By the first of what the entry tells that there is.
+/// Uses the first of these that the entry provides.
 std::string ownIdentifier(const DesktopEntry& entry) {
     for (const auto* name : {&entry.windowClass, &entry.program, &entry.id}) {
         if (auto known = knownBundleIdentifier(*name)) {
@@ -36,7 +36,7 @@ std::string ownIdentifier(const DesktopEntry& entry) {
 } // namespace
 
 ApplicationIndex::ApplicationIndex(std::span<const DesktopEntry> entries) {
-    // What is told goes before what is guessed, and an entry's name before its program, which may have many entries.
+    // Declared names take precedence over guesses, and an entry's name over its program, which may have many entries.
     constexpr std::array names{&DesktopEntry::windowClass, &DesktopEntry::id, &DesktopEntry::program};
     for (const auto name : names) {
         for (const auto& entry : entries) {
@@ -62,7 +62,7 @@ ApplicationIndex::ApplicationIndex(std::span<const DesktopEntry> entries) {
     lengths_.clear();
 }
 
-/// An application may have entries beside its main one, with longer names ("…-settings").
+/// An application may have further entries with longer names ("…-settings").
 void ApplicationIndex::show(const DesktopEntry& entry, const std::string& identifier) {
     const auto [known, isNew] = lengths_.try_emplace(identifier, entry.id.size());
     if (isNew) {

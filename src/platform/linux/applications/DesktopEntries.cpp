@@ -44,7 +44,7 @@ bool isSet(GKeyFile& file, const char* key) {
     return g_key_file_get_boolean(&file, group, key, nullptr) != FALSE;
 }
 
-/// Programs whose own name says nothing of the application that they start.
+/// Programs whose name says nothing about the application that they start.
 constexpr std::array<std::string_view, 14> starters{"bash", "dbus-launch", "env",    "flatpak", "gjs", "java", "node",
                                                     "perl", "pkexec",      "python", "python3", "sh",  "snap", "wine"};
 
@@ -70,7 +70,7 @@ std::optional<DesktopEntry> readEntry(std::string id, const fs::path& path) {
     auto& entry = *file;
     const auto exec = value(entry, G_KEY_FILE_DESKTOP_KEY_EXEC);
     if (value(entry, G_KEY_FILE_DESKTOP_KEY_TYPE) != G_KEY_FILE_DESKTOP_TYPE_APPLICATION || exec.empty() ||
-        isSet(entry, G_KEY_FILE_DESKTOP_KEY_HIDDEN) ||   // as if it were not there
+        isSet(entry, G_KEY_FILE_DESKTOP_KEY_HIDDEN) ||   // as if it did not exist
         isSet(entry, G_KEY_FILE_DESKTOP_KEY_TERMINAL)) { // its windows are the terminal's
         return std::nullopt;
     }

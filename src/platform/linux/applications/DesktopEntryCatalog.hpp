@@ -19,7 +19,7 @@ class DesktopEntryCatalog final : public ApplicationCatalog {
 public:
     using Running = std::function<std::vector<RunningApplication>()>;
 
-    /// `running` tells who has windows; it is asked on the main thread.
+    /// `running` returns the applications that have windows; it is called on the main thread.
     DesktopEntryCatalog(std::shared_ptr<InstalledApplications> installed, Running running)
         : installed_(std::move(installed)), running_(std::move(running)) {}
 
@@ -30,7 +30,7 @@ private:
 
     std::shared_ptr<InstalledApplications> installed_; // shared with the workspace
     Running running_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with an answer that is on its way
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with a pending answer
 };
 
 } // namespace quillane

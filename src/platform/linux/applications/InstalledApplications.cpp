@@ -9,7 +9,7 @@ namespace quillane {
 
 namespace {
 
-constexpr std::size_t mostClasses = 256; // that are remembered as unknown
+constexpr std::size_t mostClasses = 256; // maximum number of classes remembered as unknown
 
 } // namespace
 

@@ -15,8 +15,8 @@
 
 namespace quillane {
 
-/// The index of the applications that are installed, read on a thread of its own: once from the start on, and whenever
-/// somebody asks. Main thread. The main queue must outlive it.
+/// The index of the installed applications, read on a thread of its own: once at the start, and on request. Main
+/// thread. The main queue must outlive it.
 class InstalledApplications {
 public:
     explicit InstalledApplications(MainQueue& mainQueue);
@@ -24,11 +24,11 @@ public:
     /// Empty until the entries have been read.
     [[nodiscard]] const ApplicationIndex& index() const { return index_; }
 
-    /// Reads the entries anew and then calls `done`, never inside the call, unless this object has gone by then.
+    /// Reads the entries again and then calls `done`, never inside the call, unless this object has been destroyed.
     void read(std::function<void()> done = {});
 
-    /// Reads the entries anew when this window may belong to an application that has been installed since. Each class
-    /// is looked for once.
+    /// Reads the entries again if this window may belong to an application that has been installed since. Each class is
+    /// looked up once.
     void lookFor(const std::string& windowClass);
 
     /// The index has been read.
@@ -44,7 +44,7 @@ private:
     std::vector<std::function<void()>> waiting_; ///< for the entries that are being read
     std::set<std::string, std::less<>> lookedFor_;
     core::Listeners<> changes_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with an answer that is on its way
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with a pending answer
     std::jthread reader_;
 };
 

@@ -12,8 +12,8 @@
 
 namespace quillane {
 
-/// Looks at what has the keyboard focus in the application in front, and at what the application calls itself. One that
-/// does not answer in time is taken for what it calls itself.
+/// Looks at the keyboard focus in the application in front, and at the application's own category. One that does not
+/// answer in time is judged by its category.
 class TerminalFocus {
 public:
     TerminalFocus(Accessibility& accessibility, const Workspace& workspace,

@@ -17,7 +17,7 @@ namespace flags = core::flags;
 constexpr core::KeyCode keyV = 9;
 constexpr core::KeyCode keyInsert = 114;
 
-/// Caseless identifiers of terminals from before there was a clipboard; nothing else tells them from others.
+/// Lower-case identifiers of terminals that are older than the clipboard; nothing else distinguishes them.
 constexpr std::array<std::string_view, 6> olderTerminals{"koi8rxterm", "mlterm", "rxvt", "urxvt", "uxterm", "xterm"};
 
 } // namespace

@@ -10,12 +10,11 @@
 
 namespace quillane {
 
-/// How an application takes the shortcuts that have Command on a Mac.
+/// How an application expects the shortcuts that use Command on a Mac.
 enum class ShortcutStyle {
-    control,      ///< with Control instead, as nearly all do
-    controlShift, ///< with Control and Shift, as terminals: Control and a letter belong to the program that runs in
-                  ///< them
-    shiftInsert,  ///< it has none but Shift and Insert, which pastes the selected text (PRIMARY), as older terminals
+    control,      ///< with Control instead, as nearly all
+    controlShift, ///< with Control and Shift, like terminals, where Control and a letter belong to the program inside
+    shiftInsert,  ///< none but Shift and Insert, which pastes the selected text (PRIMARY), like older terminals
 };
 
 struct KeyPress {
@@ -25,21 +24,20 @@ struct KeyPress {
     bool operator==(const KeyPress&) const = default;
 };
 
-/// What has the keyboard, as far as is known.
+/// What is known of the keyboard focus.
 struct ShortcutFocus {
-    std::string_view role;        ///< in the names of macOS; empty when the application does not tell
+    std::string_view role;        ///< by its macOS name; empty when the application does not report it
     std::string_view subrole;     ///< "AXTerminal" where a program runs in it
     std::string_view application; ///< its identifier
-    bool inTerminal = false;      ///< the application calls itself a terminal
+    bool inTerminal = false;      ///< the application declares itself a terminal
 };
 
 namespace terminalShortcuts {
 
-/// What has the focus decides, if it is told: other applications hold terminals, and terminals have fields to search
-/// in.
+/// The focused element decides, if it is known: other applications contain terminals, and terminals have search fields.
 [[nodiscard]] ShortcutStyle styleOf(const ShortcutFocus& focus);
 
-/// The keys that do in such an application what the keys with Command do on a Mac; none when it has no such keys.
+/// The keys that correspond in such an application to the keys with Command on a Mac; none when there are none.
 [[nodiscard]] std::optional<KeyPress> pressed(ShortcutStyle style, const KeyPress& onMac);
 
 } // namespace terminalShortcuts

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::chrono::milliseconds betweenQuestions{1500};
 
-/// The name of the process's program file, also when an update has removed the file since (proc(5)).
+/// The name of the process's program file, even if an update has since removed the file (proc(5)).
 std::string programOf(pid_t pid) {
     constexpr std::string_view removed = " (deleted)";
     std::error_code error;
@@ -37,7 +37,7 @@ std::vector<pid_t> processesIn(const xcb_res_query_client_ids_reply_t& reply) {
             found.push_back(static_cast<pid_t>(*xcb_res_client_id_value_value(id.data)));
         }
     }
-    std::ranges::sort(found); // a program may be connected several times
+    std::ranges::sort(found); // a program may have several connections
     found.erase(std::unique(found.begin(), found.end()), found.end());
     std::erase_if(found, [](pid_t pid) { return pid <= 0 || pid == ::getpid(); });
     return found;

@@ -19,13 +19,13 @@ namespace quillane {
 class X11Connection;
 
 /// The programs that are connected to the X server, with windows or without (X-Resource extension 1.2). Main thread.
-/// Nothing waits: the list is what the server answered last, and is asked for again when it is read, at most once in
-/// one and a half seconds.
+/// Nothing waits: the list is the server's last answer; reading it requests a new one, at most every one and a half
+/// seconds.
 class X11Clients {
 public:
     explicit X11Clients(X11Connection& connection);
 
-    /// The processes whose program's file is so named, without this one.
+    /// The processes whose program file has this name, except this one.
     [[nodiscard]] std::vector<pid_t> running(const std::function<bool(std::string_view program)>& isWanted);
 
 private:
@@ -34,7 +34,7 @@ private:
     X11Connection& connection_;
     std::optional<std::chrono::steady_clock::time_point> asked_;
     std::vector<pid_t> processes_;                          ///< each once
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with answers that are on their way
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending answers
     core::Subscription losses_;
 };
 

@@ -20,12 +20,12 @@ namespace {
 
 constexpr std::uint32_t longestProperty = 4096; // in units of four bytes
 
-// The levels of such windows on macOS (CGWindowLevel.h), so that one rule reads both.
+// The levels of such windows on macOS (CGWindowLevel.h), so that one rule applies to both.
 constexpr int desktopLayer = -1;
 constexpr int floatingLayer = 3;
 constexpr int dockLayer = 20;
 
-/// Qt scales every screen by a factor of its own and leaves its origin where the server has it.
+/// Qt scales every screen by its own factor and leaves its origin where the server has it.
 core::ScreenRect inPoints(const QRectF& pixels) {
     const auto screens = qobject_cast<QGuiApplication*>(QCoreApplication::instance()) != nullptr
                              ? QGuiApplication::screens()
@@ -43,12 +43,12 @@ core::ScreenRect inPoints(const QRectF& pixels) {
 
 } // namespace
 
-/// What the answers about all windows add up to.
+/// The combined answers about all windows.
 struct X11WindowList::Reading {
     struct Entry {
         xcb_window_t window = XCB_WINDOW_NONE;
-        pid_t serverSaid = 0; ///< by the X-Resource extension, right in containers too
-        pid_t windowSaid = 0; ///< by _NET_WM_PID
+        pid_t serverSaid = 0; ///< from the X-Resource extension, correct in containers too
+        pid_t windowSaid = 0; ///< from _NET_WM_PID
         int layer = 0;
         bool visible = false;
         QRectF inside;                             ///< without the frame, in pixels

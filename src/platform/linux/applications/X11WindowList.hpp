@@ -13,8 +13,8 @@ namespace quillane {
 
 class X11Connection;
 
-/// The windows that the window manager keeps (_NET_CLIENT_LIST_STACKING, EWMH 1.5) and that are on the current desktop.
-/// Without a window manager there are none.
+/// The window manager's windows (_NET_CLIENT_LIST_STACKING, EWMH 1.5) on the current desktop. None without a window
+/// manager.
 class X11WindowList final : public WindowList {
 public:
     explicit X11WindowList(X11Connection& connection);
@@ -32,7 +32,7 @@ private:
 
     X11Connection& connection_;
     Atoms atoms_{};
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with answers that are on their way
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending answers
 };
 
 } // namespace quillane

@@ -25,10 +25,10 @@ namespace {
 
 constexpr xcb_window_t noWindow = XCB_WINDOW_NONE;
 constexpr std::uint32_t longestProperty = 4096; // in units of four bytes
-constexpr int highestLevel = 16;                // windows to climb from the focus to one with a class
-constexpr std::uint32_t sourceIsPager = 2;      // the request comes from the user's side, not from an application
+constexpr int highestLevel = 16;                // maximum steps from the focus up to a window with a class
+constexpr std::uint32_t sourceIsPager = 2;      // the source of the request is the user, not an application
 
-/// WM_CLASS: two strings in Latin-1, each ended by a zero.
+/// WM_CLASS: two strings in Latin-1, each terminated by NUL.
 struct WindowNames {
     std::string instance;
     std::string windowClass;
@@ -59,11 +59,11 @@ std::string processName(pid_t pid) {
 
 } // namespace
 
-/// What the answers about one window add up to.
+/// The combined answers about one window.
 struct X11Workspace::Reading {
     xcb_window_t window = noWindow;
-    pid_t serverSaid = 0; ///< by the X-Resource extension, right in containers too
-    pid_t windowSaid = 0; ///< by _NET_WM_PID
+    pid_t serverSaid = 0; ///< from the X-Resource extension, correct in containers too
+    pid_t windowSaid = 0; ///< from _NET_WM_PID
     WindowNames names;
     bool closes = false;
 };
@@ -106,7 +106,7 @@ std::vector<RunningApplication> X11Workspace::runningApplications(std::string_vi
     return found.empty() && !bundleID.empty() ? withoutWindows(bundleID) : found;
 }
 
-/// An agent may have no window: it is known by its program.
+/// An agent may have no window and is recognised by its program.
 std::vector<RunningApplication> X11Workspace::withoutWindows(std::string_view bundleID) const {
     std::vector<RunningApplication> found;
     for (const auto pid : clientPrograms_.running(
@@ -193,7 +193,7 @@ void X11Workspace::handle(const xcb_generic_event_t& event) {
     case XCB_PROPERTY_NOTIFY: {
         const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
         if (property.atom == atoms_.supportingCheck) {
-            readManager(); // set on the root first, and on the window manager's own window after that
+            readManager(); // set on the root first, then on the window manager's own window
         } else if (property.window != connection_.root()) {
             return;
         } else if (property.atom == atoms_.activeWindow) {
@@ -225,7 +225,7 @@ void X11Workspace::readManager() {
     const auto cookie =
         xcb_get_property(connection_.raw(), 0, connection_.root(), atoms_.supportingCheck, XCB_ATOM_WINDOW, 0, 1);
     connection_.await<xcb_get_property_reply_t>(cookie, alive_, [this](const xcb_get_property_reply_t* reply) {
-        // The property may have been left behind: a living window manager's window names itself.
+        // The property may be stale: a living window manager's window names itself.
         const auto window = firstItem(reply);
         if (window == noWindow) {
             setManager(noWindow);
@@ -304,7 +304,7 @@ void X11Workspace::readFocus() {
             const bool isWindow = window != XCB_INPUT_FOCUS_NONE && window != XCB_INPUT_FOCUS_POINTER_ROOT &&
                                   window != connection_.root();
             if (isWindow) {
-                const std::uint32_t mask = XCB_EVENT_MASK_FOCUS_CHANGE; // to be told when it loses the focus
+                const std::uint32_t mask = XCB_EVENT_MASK_FOCUS_CHANGE; // to notice when it loses the focus
                 xcb_change_window_attributes(connection_.raw(), window, XCB_CW_EVENT_MASK, &mask);
             }
             setFrontWindow(isWindow ? window : noWindow);
@@ -317,7 +317,7 @@ void X11Workspace::setFrontWindow(xcb_window_t window) {
     if (window == noWindow) {
         setFront(std::nullopt);
     } else {
-        readWindow(window); // also when it is known: numbers of windows are used again
+        readWindow(window); // even if it is known: window numbers are reused
     }
 }
 
@@ -348,7 +348,7 @@ void X11Workspace::readClass(const std::shared_ptr<Reading>& reading, xcb_window
     connection_.await<xcb_get_property_reply_t>(
         xcb_get_property(c, 0, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, longestProperty), alive_,
         [reading](const auto* reply) { reading->names = windowNames(reply); });
-    // The focus may be on a window inside the one with the class.
+    // The focus may be on a child of the window with the class.
     connection_.await<xcb_query_tree_reply_t>(
         xcb_query_tree(c, window), alive_, [this, reading, levels](const auto* reply) {
             const bool climbs = reading->names.windowClass.empty() && levels > 0 && reply != nullptr &&
@@ -393,7 +393,7 @@ std::optional<std::string> X11Workspace::identifierOf(const Window& window) cons
     return installed_->index().identifierOf(window.windowClass, window.instance);
 }
 
-/// More may be known of the windows now. That is no switch: nobody is told.
+/// More may be known about the windows now. That is not a switch, so nothing is announced.
 void X11Workspace::identifyAgain() {
     for (auto& [window, known] : windows_) {
         if (known.application) {

@@ -18,31 +18,31 @@ namespace quillane {
 class InstalledApplications;
 class X11Connection;
 
-/// The session as the window manager describes it on the root window (Extended Window Manager Hints 1.5). What is in
-/// front is kept up to date from events; nothing is asked when it is read. A window that comes to the front is taken
-/// notice of when its process and class are known, a few round trips later.
+/// The session as the window manager describes it on the root window (Extended Window Manager Hints 1.5). The
+/// application in front is kept up to date from events; reading it asks nothing. A window that comes to the front
+/// counts once its process and class are known, a few round trips later.
 ///
-/// Without a window manager the window with the input focus is in front, and it alone is known to run.
+/// Without a window manager, the window with the input focus is in front, and only its application is known to run.
 class X11Workspace final : public Workspace {
 public:
-    /// `installed` tells which application a window belongs to; shared with who shows them.
+    /// `installed` knows which application a window belongs to; shared with the application catalog.
     X11Workspace(X11Connection& connection, std::shared_ptr<InstalledApplications> installed, bool launchedAtLogin);
     ~X11Workspace() override;
 
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override;
-    /// Where none has a window: the programs without one that are connected to the X server and whose file is so named.
+    /// If none has a window: programs with this file name that are connected to the X server.
     [[nodiscard]] std::vector<RunningApplication> runningApplications(std::string_view bundleID) const override;
 
-    /// Whether there is such a process: an application may have closed its windows.
+    /// Whether the process exists: an application may have closed its windows.
     [[nodiscard]] bool isRunning(pid_t pid) const override;
 
     /// Asks the window manager to activate the application's newest window (_NET_ACTIVE_WINDOW, EWMH 1.5).
     bool activateApplication(pid_t pid) override;
 
-    /// Closes the application's windows, as their close buttons would; a process without any gets SIGTERM.
+    /// Closes the application's windows as their close buttons would; a process without windows gets SIGTERM.
     bool terminate(pid_t pid) override;
 
-    /// Everything that has a window, without this process: a process once for each class of its windows.
+    /// All programs with windows except this process; a process once for each class of its windows.
     [[nodiscard]] std::vector<RunningApplication> applications() const;
 
     [[nodiscard]] bool launchedAtLogin() const override { return launchedAtLogin_; }
@@ -88,7 +88,7 @@ private:
     const bool launchedAtLogin_;
     Atoms atoms_{};
     xcb_window_t manager_ = XCB_WINDOW_NONE;     ///< the window by which the window manager shows that it is alive
-    bool unmanaged_ = false;                     ///< there is no window manager, so far as is known
+    bool unmanaged_ = false;                     ///< there is no window manager, as far as is known
     xcb_window_t frontWindow_ = XCB_WINDOW_NONE; ///< active or focused; its application may not be known yet
     std::vector<xcb_window_t> clients_;          ///< in the order in which they were opened
     std::map<xcb_window_t, Window> windows_;     ///< of the clients and the front window
@@ -96,7 +96,7 @@ private:
     mutable X11Clients clientPrograms_; ///< asks the server again while it is read
     core::Listeners<> activated_;
     LogindWake wake_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with answers that are on their way
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending answers
     core::Subscription events_;
     core::Subscription losses_;
     core::Subscription openings_;

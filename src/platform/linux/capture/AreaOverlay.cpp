@@ -94,7 +94,7 @@ void AreaOverlay::mouseMove(core::PixelPoint point) {
 }
 
 void AreaOverlay::mouseRelease(Qt::MouseButton button, core::PixelPoint point) {
-    if (button == Qt::RightButton) { // only now, so that the release does not reach what is below
+    if (button == Qt::RightButton) { // only now, so that the release does not reach the window below
         cancel();
     } else if (button == Qt::LeftButton && selection_.isPressed()) {
         selection_.pointTo(point);

@@ -21,13 +21,12 @@ namespace quillane {
 
 class AreaOverlayWindow;
 
-/// The screens as they were, dimmed, over everything that is on them, with the area that the user selects in full
-/// light. It has the pointer and the keyboard to itself; the application in front stays in front.
+/// Covers the screens with their dimmed pictures and shows the selected area undimmed. Grabs the pointer and the
+/// keyboard; the application in front stays in front.
 ///
-/// Drag selects; Space moves the area meanwhile, Shift keeps one of its sides; release takes it, a click cancels. Arrow
-/// keys move an area and with Shift resize it, by ten pixels or with Control by one; Return takes it. Escape and the
-/// right button cancel, and so does a while without any input: no lock can take the screen as long as this has the
-/// keyboard.
+/// Dragging selects; meanwhile Space moves the area and Shift fixes one of its sides. Releasing captures it, a click
+/// cancels. Arrow keys move an area and with Shift resize it, by ten pixels or with Control by one; Return captures it.
+/// Escape, the right button and a while without input cancel: no screen lock can start while this has the keyboard.
 class AreaOverlay final : public QObject {
     Q_OBJECT
 
@@ -35,11 +34,11 @@ public:
     struct Outcome {
         std::function<void(const QImage& picture)> taken;
         std::function<void()> cancelled;
-        std::function<void()> keptOut; ///< another program does not let go of the pointer or the keyboard
+        std::function<void()> keptOut; ///< another program does not release the pointer or the keyboard
     };
 
-    /// `pictures` is not empty; `patience` is how long it stays without input. One of the functions is called, once,
-    /// from the event loop; from then on nothing is shown, and the overlay may be destroyed later.
+    /// `pictures` is not empty; `patience` is the timeout without input. One of the functions is called, once, from the
+    /// event loop; from then on nothing is shown, and the overlay may be destroyed later.
     AreaOverlay(std::vector<ScreenPicture> pictures, core::AppLanguage language, std::chrono::milliseconds patience,
                 Outcome outcome);
     ~AreaOverlay() override;
@@ -53,7 +52,7 @@ public:
     /// It has the pointer and the keyboard.
     [[nodiscard]] bool isReady() const { return ready_; }
 
-    // What its windows are told. Points are device pixels among all screens.
+    // Input from its windows. Points are device pixels among all screens.
 
     void mousePress(Qt::MouseButton button, core::PixelPoint point);
     void mouseMove(core::PixelPoint point);

@@ -22,7 +22,7 @@ namespace texts = core::texts;
 
 namespace {
 
-// In points, a point being as many pixels as the screen's scale says.
+// In points; the screen's scale gives the pixels of a point.
 constexpr double fontSize = 13;
 constexpr double labelMargin = 8;
 constexpr double labelGap = 6;
@@ -49,7 +49,7 @@ AreaOverlayWindow::AreaOverlayWindow(AreaOverlay& overlay, std::size_t picture)
     setAccessibleName(rendered(texts::selectAreaToCapture));
 }
 
-// Places and sizes
+// Geometry
 
 int AreaOverlayWindow::scaled(double length) const {
     return qRound(length * devicePixelRatioF());
@@ -158,7 +158,7 @@ void AreaOverlayWindow::paintEvent(QPaintEvent* event) {
     for (const auto& rect : dimmed) {
         painter.fillRect(rect, dimming);
     }
-    if (area) { // a light line with a dark one around it shows on every ground; the area itself stays as it is
+    if (area) { // a light line inside a dark one is visible on every background; the area itself is not drawn on
         const int line = scaled(1);
         const auto inner = here(*area).adjusted(-line, -line, line, line);
         const auto outer = inner.adjusted(-line, -line, line, line);
@@ -180,7 +180,7 @@ void AreaOverlayWindow::drawLabel(QPainter& painter, const QRect& place, const Q
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(labelEdge, scaled(1)));
     painter.setBrush(labelGround);
-    const double half = scaled(1) / 2.0; // a line is drawn half on each side of its place
+    const double half = scaled(1) / 2.0; // a line is drawn half on each side of its position
     painter.drawRoundedRect(QRectF(place).adjusted(half, half, -half, -half), scaled(5), scaled(5));
     painter.setPen(Qt::white);
     painter.setFont(labelFont_);
@@ -199,7 +199,7 @@ bool AreaOverlayWindow::grabInput() {
         window->setKeyboardGrabEnabled(false);
         return false;
     }
-    grabKeyboard(); // so that this widget gets the keys even while another window of this program has the focus
+    grabKeyboard(); // so that this widget gets key events even while another window of this program has the focus
     grabMouse();
     return true;
 }

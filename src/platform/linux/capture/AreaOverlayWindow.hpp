@@ -11,24 +11,24 @@
 
 namespace quillane {
 
-/// The overlay on one screen. Regions and points are device pixels, regions of this screen and points among all.
+/// The overlay on one screen, in device pixels: regions on this screen, points among all screens.
 class AreaOverlayWindow final : public QWidget {
     Q_OBJECT
 
 public:
-    /// On the screen of the overlay's picture with that place.
+    /// On the screen of the overlay's picture with this index.
     AreaOverlayWindow(AreaOverlay& overlay, std::size_t picture);
 
-    /// Where the selection is drawn as it is now, with its label and the hint.
+    /// The region where the current selection is drawn, with its label and the hint.
     [[nodiscard]] QRegion drawn() const;
 
     void redraw(const QRegion& region);
 
-    /// Takes the pointer and the keyboard; false when another program has one of them.
+    /// Grabs the pointer and the keyboard; false when another program has one of them.
     [[nodiscard]] bool grabInput();
     void releaseInput();
 
-    /// Tells assistive technology what this is for, or what is selected.
+    /// Describes the overlay's purpose, or the selection, to assistive technologies.
     void announce();
 
 protected:

@@ -17,7 +17,7 @@ std::vector<ScreenPicture> ScreenPicture::ofAllScreens() {
         auto image = screen->grabWindow(0).toImage().convertToFormat(QImage::Format_RGB32);
         image.setDevicePixelRatio(1);
         if (!image.isNull()) {
-            // Qt scales the size of a screen but leaves its place among the others in device pixels.
+            // Qt scales the size of a screen but leaves its position among the others in device pixels.
             const auto place = screen->geometry().topLeft();
             pictures.push_back({screen, {place.x(), place.y(), image.width(), image.height()}, image});
         }

@@ -14,7 +14,7 @@ class QScreen;
 
 namespace quillane {
 
-/// What one screen showed at some moment, in device pixels.
+/// The picture of one screen at one moment, in device pixels.
 struct ScreenPicture {
     QScreen* screen = nullptr;
     core::PixelRect area; ///< of the screen, among the others
@@ -24,7 +24,7 @@ struct ScreenPicture {
     [[nodiscard]] static std::vector<ScreenPicture> ofAllScreens();
 };
 
-/// The part of the pictures that an area holds; black where no screen is.
+/// The part of the pictures within an area; black where there is no screen.
 [[nodiscard]] QImage cutOut(const std::vector<ScreenPicture>& pictures, const core::PixelRect& area);
 
 /// The picture as a PNG file; empty when there is not enough memory.

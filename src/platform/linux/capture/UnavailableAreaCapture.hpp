@@ -7,7 +7,7 @@
 
 namespace quillane {
 
-/// A compositor shows the screen to no ordinary program (Wayland).
+/// A compositor does not show the screen to ordinary programs (Wayland).
 class UnavailableAreaCapture final : public AreaCapture {
 public:
     [[nodiscard]] Means means() const override { return Means::none; }

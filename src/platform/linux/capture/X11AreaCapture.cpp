@@ -14,7 +14,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// What was below a menu that has just closed is drawn again by its own program, which takes a moment.
+/// Programs redraw what was below a menu that has just closed, which takes a moment.
 constexpr auto untilMenusHaveGone = 200ms;
 
 } // namespace
@@ -23,7 +23,7 @@ X11AreaCapture::X11AreaCapture(Pasteboard& pasteboard, MainQueue& mainQueue, std
     : pasteboard_(pasteboard), mainQueue_(mainQueue), patience_(patience) {}
 
 X11AreaCapture::~X11AreaCapture() {
-    delete overlay_.release(); // there may be no event loop any more
+    delete overlay_.release(); // the event loop may have ended
 }
 
 bool X11AreaCapture::start(core::AppLanguage language, std::function<void()> keptOut) {

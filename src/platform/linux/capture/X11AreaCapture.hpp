@@ -16,10 +16,11 @@
 
 namespace quillane {
 
-/// An own selection over all screens of the X server. The picture stays on the clipboard as long as the program runs.
+/// The program's own selection over all screens of the X server. The picture stays on the clipboard while the program
+/// runs.
 class X11AreaCapture final : public AreaCapture {
 public:
-    /// `patience` is how long a selection stays on the screen without input.
+    /// `patience` is the timeout of a selection without input.
     X11AreaCapture(Pasteboard& pasteboard, MainQueue& mainQueue,
                    std::chrono::milliseconds patience = std::chrono::seconds(60));
     ~X11AreaCapture() override;
@@ -34,7 +35,7 @@ public:
     [[nodiscard]] const AreaOverlay* overlay() const { return overlay_.get(); }
 
 private:
-    /// Qt destroys it only when the event that has ended it has been dealt with.
+    /// Qt destroys it only after the event that ended it has been handled.
     struct DeleteLater {
         void operator()(QObject* object) const { object->deleteLater(); }
     };
@@ -47,8 +48,8 @@ private:
     std::chrono::milliseconds patience_;
     bool starting_ = false;
     std::unique_ptr<AreaOverlay, DeleteLater> overlay_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< for what comes back after this has gone
-    ThreadSerialQueue encoding_;                            ///< last: what it does uses the others
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< guards answers that arrive after destruction
+    ThreadSerialQueue encoding_;                            ///< last: it uses the others
 };
 
 } // namespace quillane

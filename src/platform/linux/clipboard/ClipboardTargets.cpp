@@ -16,11 +16,11 @@ namespace {
 
 namespace Types = core::pasteboardTypes;
 
-/// What the bytes of a target are.
+/// The format of a target's bytes.
 enum class Form {
     same,          ///< those of the uniform type
     utf8,          ///< text in UTF-8
-    utf8OrLatin1,  ///< text without a word about its encoding
+    utf8OrLatin1,  ///< text of unknown encoding
     latin1,        ///< text in ISO 8859-1
     utf16Lines,    ///< a URL and its title on two lines, in UTF-16 of this machine
     utf8Lines,     ///< the same in UTF-8
@@ -32,10 +32,10 @@ struct Target {
     std::string_view name;
     std::string_view type;
     Form form;
-    bool isOffered; ///< for contents of ours too; else only understood
+    bool isOffered; ///< offered for our own contents too; else only understood
 };
 
-/// For each type the best target first.
+/// For each type, the best target first.
 constexpr std::array targets{
     Target{"UTF8_STRING", Types::string, Form::utf8, true},
     Target{"text/plain;charset=utf-8", Types::string, Form::utf8, true},
@@ -57,7 +57,7 @@ constexpr std::array targets{
     Target{"org.nspasteboard.source", Types::source, Form::same, true},
 };
 
-/// What password managers add on Linux: a copy that carries it is a secret, whatever it says.
+/// Added by password managers on Linux: a copy that carries it is a secret, whatever its value.
 constexpr std::string_view passwordHint = "x-kde-passwordManagerHint";
 
 constexpr std::size_t knownCount = targets.size() + core::clipboardPrivacy::ignoredTypes.size() + 1;
@@ -110,7 +110,7 @@ std::string fromLatin1(std::string_view bytes) {
     return text;
 }
 
-/// None when a character is outside of it.
+/// None when a character is outside it.
 std::optional<std::string> toLatin1(std::string_view utf8) {
     std::string bytes;
     for (std::size_t i = 0; i < utf8.size(); ++i) {
@@ -127,7 +127,8 @@ std::optional<std::string> toLatin1(std::string_view utf8) {
     return bytes;
 }
 
-/// UTF-16 in the byte order of this machine, as programs on one display exchange it; a mark at the start may say else.
+/// UTF-16 in the byte order of this machine, as programs on one display exchange it, unless a mark at the start says
+/// otherwise.
 std::string fromUtf16(std::span<const std::byte> bytes) {
     std::vector<char16_t> units;
     for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
@@ -167,7 +168,7 @@ std::string_view firstLine(std::string_view text) {
     return text.substr(0, text.find_first_of("\r\n"));
 }
 
-/// Text as UTF-8 without the NUL that some owners end it with.
+/// Text as UTF-8, without the NUL that some owners append.
 std::optional<std::vector<std::byte>> utf8Bytes(std::vector<std::byte> bytes) {
     if (!core::isValidUtf8(textOf(bytes))) {
         return std::nullopt;
@@ -190,7 +191,7 @@ const core::ClipboardRepresentation* representation(const core::PasteboardItem& 
     return found != item.representations.end() ? &*found : nullptr;
 }
 
-/// The first item's contents for the type, be it data or a string.
+/// The first item's contents for the type, either data or a string.
 std::optional<core::SharedBytes> contents(std::span<const core::PasteboardItem> items, std::string_view type) {
     for (const auto& item : items) {
         if (const auto* found = representation(item, type)) {

@@ -10,11 +10,11 @@
 
 namespace quillane {
 
-/// The clipboard of a session that has no X server, through QClipboard. It can be written. What other programs copy
-/// moves the change count and is never read, because reading it would wait for them.
+/// The clipboard of a session without an X server, through QClipboard. It can be written. Copies of other programs move
+/// the change count and are never read, because reading would wait for them.
 class QtPasteboard final : public QObject, public Pasteboard {
 public:
-    /// The application object of Qt must exist.
+    /// Qt's application object must exist.
     QtPasteboard();
 
     [[nodiscard]] std::int64_t changeCount() const override { return changeCount_; }
@@ -31,7 +31,7 @@ public:
 private:
     [[nodiscard]] bool isOwner() const;
 
-    std::vector<core::PasteboardItem> items_; ///< what was written here
+    std::vector<core::PasteboardItem> items_; ///< what this program wrote
     std::int64_t changeCount_ = 1;
     bool isWriting_ = false;
 };

@@ -30,7 +30,7 @@ xcb_atom_t atomOf(X11Connection& connection, std::string_view name) {
 constexpr int mostRefusals = 3;
 constexpr std::chrono::milliseconds untilAskedAgain{100};
 
-/// Whether the rest of the contents cannot be had either after this.
+/// Whether this failure means that the other contents cannot be read either.
 bool isFatal(std::optional<Failure> failure) {
     return failure == Failure::tooLarge || failure == Failure::noAnswer;
 }
@@ -94,7 +94,7 @@ void X11Pasteboard::ownerChanged(xcb_window_t owner, xcb_timestamp_t time) {
         return;
     }
     if (takeovers_ > 0) {
-        return; // it was before this program's, which has been counted
+        return; // it precedes this program's, which has been counted
     }
     owner_.lost();
     cancelFetch();
@@ -103,7 +103,7 @@ void X11Pasteboard::ownerChanged(xcb_window_t owner, xcb_timestamp_t time) {
     changes_.notify();
     if (change == changeCount_ && owner != XCB_WINDOW_NONE && interest_) {
         time_ = time;
-        fetchTargets(); // which gives notice in the end
+        fetchTargets(); // announces the change at its end
     }
 }
 
@@ -115,7 +115,7 @@ void X11Pasteboard::cancelFetch() {
     refusals_ = 0;
 }
 
-/// A program may take the clipboard a moment before it has anything to give. False when it was asked often enough.
+/// A program may take the clipboard a moment before it has contents. False when it has been asked often enough.
 bool X11Pasteboard::asksAgain() {
     if (refusals_ == mostRefusals) {
         return false;
@@ -169,7 +169,7 @@ void X11Pasteboard::fetchWanted() {
     }
 }
 
-/// What it says may refuse everything else, which is not asked for then.
+/// Its text may refuse everything else, which is then not requested.
 void X11Pasteboard::fetchSource() {
     const auto target = clipboardTargets::targetFor(core::pasteboardTypes::source, targets_);
     if (!target) {

@@ -20,14 +20,14 @@
 
 namespace quillane {
 
-/// How long an owner of contents may take, and how long a program that reads them from here.
+/// Timeouts for owners of contents, and for programs that read them from here.
 struct X11PasteboardLimits {
     X11SelectionReader::Limits reading = {};
-    std::chrono::milliseconds writing = std::chrono::seconds(10); ///< between two signs of life
+    std::chrono::milliseconds writing = std::chrono::seconds(10); ///< maximum time between two signs of life
 };
 
-/// The CLIPBOARD selection, followed by XFixes. Contents are fetched from their owner when they change, as far as
-/// somebody is interested, and read from memory. The connection must be the pasteboard's own (see X11SelectionOwner).
+/// The CLIPBOARD selection, followed through XFixes. Contents are fetched from their owner when they change, if there
+/// is interest in them, and read from memory. The connection must be the pasteboard's own (see X11SelectionOwner).
 class X11Pasteboard final : public Pasteboard {
 public:
     explicit X11Pasteboard(X11Connection& connection, X11PasteboardLimits limits = {});
@@ -75,14 +75,14 @@ private:
     X11SelectionOwner owner_;
     Interest interest_;
     std::int64_t changeCount_ = 1;
-    int takeovers_ = 0; ///< of the selection by this program that the server has not confirmed yet
+    int takeovers_ = 0; ///< takeovers of the selection by this program that the server has not confirmed yet
     std::vector<Item> items_;
 
-    // The fetch under way
+    // The current fetch
     xcb_timestamp_t time_ = XCB_CURRENT_TIME;
     QTimer askAgain_;
-    int refusals_ = 0;       ///< how often the owner was asked again
-    bool isRefused_ = false; ///< something that is on offer was not given
+    int refusals_ = 0;       ///< number of repeated requests to the owner
+    bool isRefused_ = false; ///< an offered type was not delivered
     std::vector<std::string_view> targets_;
     core::PasteboardTypeSet types_;
     std::optional<std::string> source_; ///< the text of the source marker, once it was fetched; empty without one

@@ -12,7 +12,7 @@ namespace quillane {
 
 namespace {
 
-constexpr std::chrono::seconds patience{10}; // between two signs of life of who reads it
+constexpr std::chrono::seconds patience{10}; // maximum time between two signs of life of the reader
 
 } // namespace
 

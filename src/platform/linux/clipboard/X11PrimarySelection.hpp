@@ -12,15 +12,14 @@
 
 namespace quillane {
 
-/// Offers the pasteboard's text as the selected text too (the PRIMARY selection), for programs that paste nothing else.
+/// Offers the pasteboard's text as the selected text too (the PRIMARY selection), for programs that paste only that.
 /// The connection must be the pasteboard's (see X11SelectionOwner).
 class X11PrimarySelection {
 public:
     X11PrimarySelection(X11Connection& connection, const Pasteboard& pasteboard);
 
-    /// Whether whoever pastes the selected text now gets the pasteboard's. If not, and the pasteboard has a text, the
-    /// selection is taken, which the server confirms later: ask again then. It is kept until somebody selects
-    /// something.
+    /// Whether pasting the selected text now yields the pasteboard's. If not, and the pasteboard has a text, takes the
+    /// selection, which the server confirms later: ask again then. It is kept until another program selects something.
     [[nodiscard]] bool offer();
 
 private:
@@ -30,7 +29,7 @@ private:
     X11Connection& connection_;
     const Pasteboard& pasteboard_;
     X11SelectionOwner owner_;
-    std::optional<std::int64_t> offered_; ///< the pasteboard's change count with what is offered
+    std::optional<std::int64_t> offered_; ///< the pasteboard's change count at the offer
     std::shared_ptr<void> alive_ = std::make_shared<int>();
     core::Subscription events_;
     core::Subscription losses_;

@@ -112,7 +112,7 @@ void X11SelectionOwner::handle(const xcb_generic_event_t& event) {
 void X11SelectionOwner::answer(const xcb_selection_request_event_t& request) {
     const bool isBeforeOurs = acquired_ != XCB_CURRENT_TIME && request.time != XCB_CURRENT_TIME &&
                               static_cast<std::int32_t>(request.time - acquired_) < 0;
-    // Clients of an older convention name no property: the target stands for it.
+    // Clients of an older convention name no property: the target takes its place.
     const auto property = request.property != XCB_ATOM_NONE ? request.property : request.target;
     if (isBeforeOurs) {
         notify(request, XCB_ATOM_NONE);
@@ -140,7 +140,7 @@ void X11SelectionOwner::answerMultiple(const xcb_selection_request_event_t& requ
     for (std::size_t i = 0; i < pairs.size(); i += 2) {
         const bool isNested = pairs[i] == atoms_["MULTIPLE"];
         if (isNested || pairs[i + 1] == XCB_ATOM_NONE || !deliver(request.requestor, pairs[i], pairs[i + 1])) {
-            pairs[i + 1] = XCB_ATOM_NONE; // tells which of them failed
+            pairs[i + 1] = XCB_ATOM_NONE; // marks which of them failed
         }
     }
     xcb_change_property(connection_.raw(), XCB_PROP_MODE_REPLACE, request.requestor, request.property,
@@ -184,7 +184,7 @@ bool X11SelectionOwner::deliver(xcb_window_t requestor, xcb_atom_t target, xcb_a
         return false;
     }
     std::erase_if(transfers_, [&](const Transfer& each) {
-        return each.requestor == requestor && each.property == property; // one that it has given up
+        return each.requestor == requestor && each.property == property; // one that it has abandoned
     });
     const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(c, requestor, XCB_CW_EVENT_MASK, &mask);
@@ -216,7 +216,7 @@ void X11SelectionOwner::sendIncrement(std::list<Transfer>::iterator transfer) {
                         transfer->type, 8, static_cast<std::uint32_t>(part.size()), part.data());
     transfer->sent += part.size();
     transfer->lastSign = std::chrono::steady_clock::now();
-    if (part.empty()) { // the empty one says that this was all
+    if (part.empty()) { // an empty one marks the end
         end(transfer);
     }
     connection_.flush();

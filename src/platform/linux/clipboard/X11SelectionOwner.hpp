@@ -20,32 +20,31 @@
 
 namespace quillane {
 
-/// Owns a selection and answers those who ask for it (ICCCM, section 2.2), in increments where the contents are larger
-/// than a request. The connection must be the caller's own: this selects events on other clients' windows, of which a
+/// Owns a selection and serves requests for it (ICCCM, section 2.2), in increments where the contents are larger than a
+/// request. The connection must be the caller's own: this selects events on other clients' windows, of which a
 /// connection has one mask each.
 class X11SelectionOwner {
 public:
     X11SelectionOwner(X11Connection& connection, xcb_atom_t selection, std::chrono::milliseconds patience);
     ~X11SelectionOwner();
 
-    /// Takes the selection and offers the items from now on, until somebody else takes it. False while there is no
-    /// connection.
+    /// Takes the selection and offers the items until another client takes it. False while there is no connection.
     bool own(std::vector<core::PasteboardItem> items);
 
-    /// Offers these as well, without taking the selection anew.
+    /// Offers these as well, without taking the selection again.
     void replaceItems(std::vector<core::PasteboardItem> items) { items_ = std::move(items); }
 
     [[nodiscard]] const std::vector<core::PasteboardItem>& items() const { return items_; }
 
     [[nodiscard]] xcb_window_t window() const { return window_; }
 
-    /// The server has given the selection to this owner at that time, or to somebody else.
+    /// The server has given the selection to this owner at that time, or to another client.
     void acquired(xcb_timestamp_t time) { acquired_ = time; }
 
     void lost() { items_.clear(); }
 
 private:
-    /// Contents on their way to a window, an increment at a time.
+    /// Contents in transfer to a window, an increment at a time.
     struct Transfer {
         xcb_window_t requestor;
         xcb_atom_t property;

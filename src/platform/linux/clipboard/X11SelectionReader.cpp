@@ -10,7 +10,7 @@ namespace quillane {
 
 namespace {
 
-/// How much of a property is asked for at once, in units of four bytes: as much as most owners put into an increment.
+/// The part of a property that is requested at once, in units of four bytes: the size of most owners' increments.
 constexpr std::uint32_t partUnits = 256 * 1'024;
 
 } // namespace
@@ -65,7 +65,7 @@ void X11SelectionReader::cancel() {
     connection_.flush();
 }
 
-/// Does not tell the server yet: what comes next can be told with it.
+/// Does not flush yet: the next request can go with it.
 void X11SelectionReader::end() {
     done_ = nullptr;
     alive_.reset();
@@ -111,7 +111,7 @@ void X11SelectionReader::readPart() {
     isReading_ = true;
     pauseTimer_.start(limits_.pause);
     auto* c = connection_.raw();
-    // Deletes the property with its last part, which asks the owner for the next increment.
+    // Deletes the property after its last part, which makes the owner send the next increment.
     connection_.await<xcb_get_property_reply_t>(
         xcb_get_property(c, 1, window_, property_, XCB_GET_PROPERTY_TYPE_ANY, offset_, partUnits), alive_,
         [this](const xcb_get_property_reply_t* reply) { take(reply); });
@@ -134,7 +134,7 @@ void X11SelectionReader::take(const xcb_get_property_reply_t* reply) {
             return;
         }
         isIncremental_ = true;
-        contents_.bytes.reserve(announced > 0 ? announced : maximumBytes_); // costs nothing until it is filled
+        contents_.bytes.reserve(announced > 0 ? announced : maximumBytes_); // no cost until it is filled
         if (std::exchange(hasNewPart_, false)) {
             readPart();
         }
@@ -142,9 +142,9 @@ void X11SelectionReader::take(const xcb_get_property_reply_t* reply) {
     }
     if (reply->type == XCB_ATOM_NONE) {
         if (!isIncremental_) {
-            finish(Failure::refused); // it says that the property is there, and it is not
+            finish(Failure::refused); // the owner announces the property, but it does not exist
         }
-        return; // the notice of a part that has been read already
+        return; // the event of a part that has been read already
     }
     const auto size = static_cast<std::size_t>(xcb_get_property_value_length(reply));
     if (contents_.bytes.size() + size + reply->bytes_after > maximumBytes_) {
@@ -178,7 +178,7 @@ void X11SelectionReader::finish(std::optional<Failure> failure) {
     auto contents = failure ? Contents{} : std::move(contents_);
     contents.failure = failure;
     end();
-    auto& connection = connection_; // `done` may be the end of this
+    auto& connection = connection_; // `done` may destroy this
     if (done) {
         done(std::move(contents));
     }

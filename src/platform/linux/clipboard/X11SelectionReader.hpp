@@ -17,13 +17,13 @@
 namespace quillane {
 
 /// Fetches one selection's contents for one target at a time, whole or in increments (ICCCM, sections 2.4 and 2.7).
-/// Event driven; a request whose owner does not answer, or stops, ends by itself.
+/// Event driven; a request whose owner does not answer, or stops answering, ends by itself.
 class X11SelectionReader {
 public:
     enum class Failure {
-        refused,  ///< the owner does not give this target
-        tooLarge, ///< more than was asked for at most
-        noAnswer, ///< the owner has gone or hangs, or the connection is lost
+        refused,  ///< the owner does not deliver this target
+        tooLarge, ///< more than the requested maximum
+        noAnswer, ///< the owner has gone or hangs, or the connection was lost
     };
 
     struct Contents {
@@ -34,17 +34,18 @@ public:
     };
 
     struct Limits {
-        std::chrono::milliseconds pause = std::chrono::seconds(2);  ///< between two signs of life of the owner
-        std::chrono::milliseconds total = std::chrono::seconds(20); ///< for one request
+        std::chrono::milliseconds pause = std::chrono::seconds(2);  ///< maximum time between two signs of life of the
+                                                                    ///< owner
+        std::chrono::milliseconds total = std::chrono::seconds(20); ///< maximum time for one request
     };
 
     X11SelectionReader(X11Connection& connection, xcb_atom_t selection, Limits limits);
     ~X11SelectionReader();
 
-    /// Ends a request that is under way without an answer, and begins this one. `done` may begin another one.
+    /// Ends the current request without an answer, and begins this one. `done` may begin another one.
     void request(xcb_atom_t target, xcb_timestamp_t time, std::size_t maximumBytes, std::function<void(Contents)> done);
 
-    /// Ends the request that is under way without an answer.
+    /// Ends the current request without an answer.
     void cancel();
 
 private:
@@ -59,17 +60,17 @@ private:
     xcb_atom_t property_ = XCB_ATOM_NONE;
     xcb_atom_t incremental_ = XCB_ATOM_NONE;
     Limits limits_;
-    xcb_window_t window_ = XCB_WINDOW_NONE; ///< a new one for each request: what an owner sends too late goes nowhere
+    xcb_window_t window_ = XCB_WINDOW_NONE; ///< a new one for each request, so that late data of an owner goes nowhere
     xcb_atom_t target_ = XCB_ATOM_NONE;
     std::size_t maximumBytes_ = 0;
     bool isIncremental_ = false;
-    bool isReading_ = false;    ///< a part has been asked for
-    bool hasNewPart_ = false;   ///< another one came meanwhile
+    bool isReading_ = false;    ///< a part has been requested
+    bool hasNewPart_ = false;   ///< another one arrived meanwhile
     std::uint32_t offset_ = 0;  ///< of the next part in the property, in units of four bytes
     std::size_t partBytes_ = 0; ///< of this increment so far
     Contents contents_;
     std::function<void(Contents)> done_;
-    std::shared_ptr<void> alive_; ///< of the request under way
+    std::shared_ptr<void> alive_; ///< of the current request
     QTimer pauseTimer_;
     QTimer totalTimer_;
     core::Subscription events_;

@@ -10,7 +10,7 @@ namespace quillane {
 
 namespace {
 
-/// The address without the transports that would start programs or ask name servers.
+/// The address without transports that would start programs or query name servers.
 std::string onThisMachine(std::string_view address) {
     std::string kept;
     while (!address.empty()) {
@@ -55,7 +55,7 @@ BusConnection::BusConnection(::DBusConnection* connection) : connection_(connect
     drain_.setSingleShot(true);
     drain_.callOnTimeout([this] { process(); });
     watch();
-    // The bus answers nothing before this first call.
+    // The bus answers no other call before this one.
     call(methodCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, "Hello"), alive_,
          [this](DBusMessage* reply) {
              if (reply == nullptr && !lost_) {
@@ -160,7 +160,7 @@ void BusConnection::wait(const std::function<bool()>& condition, Clock::time_poi
         takeArrived();
         deliverNow(marked);
     }
-    drain_.start(0); // for what has arrived and waits for the event loop
+    drain_.start(0); // for arrived messages that wait for the event loop
 }
 
 void BusConnection::process() {

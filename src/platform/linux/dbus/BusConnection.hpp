@@ -17,8 +17,8 @@
 
 namespace quillane {
 
-/// A connection to a message bus, driven by Qt's event loop. Main thread only. Nothing waits, and no code of others
-/// runs, unless `wait` is called; and that runs only handlers of calls that were marked for it.
+/// A connection to a message bus, driven by Qt's event loop. Main thread only. Only `wait` waits, and it runs only the
+/// handlers of calls that were marked for it.
 ///
 ///     connection->call(methodCall(…), alive_, [this](DBusMessage* reply) { … });
 ///
@@ -27,16 +27,16 @@ class BusConnection {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// Gets the reply, or nullptr on an error, when nobody owns the name called, and when the connection is lost.
+    /// Receives the reply, or nullptr on an error, when nobody owns the called name, and when the connection is lost.
     using ReplyHandler = std::function<void(DBusMessage* reply)>;
 
     enum class Delivery {
         fromEventLoop, ///< the handler runs from the event loop only
-        alsoInWait,    ///< it may run inside `wait`: it must do no more than take notes
+        alsoInWait,    ///< it may run inside `wait`, so it must only record
     };
 
-    /// Connects to a bus on this machine (an address of "unix:"); nullptr when there is none. The bus has not to answer
-    /// for that: calls may be made at once and are sent when it has let us in.
+    /// Connects to a bus on this machine (an address of "unix:"); nullptr when there is none. Does not wait for the
+    /// bus: calls can be queued at once and are sent after authentication.
     [[nodiscard]] static std::unique_ptr<BusConnection> open(const std::string& address);
 
     ~BusConnection();
@@ -47,13 +47,13 @@ public:
     void call(BusMessage message, std::weak_ptr<void> owner, ReplyHandler handler,
               Delivery delivery = Delivery::fromEventLoop);
 
-    /// Sends a message whose reply is not wanted, or a signal.
+    /// Sends a signal, or a message without a reply.
     void send(BusMessage message);
 
     /// Asks the bus for signals (match rules of the D-Bus Specification).
     void addMatch(const std::string& rule);
 
-    /// Takes back one `addMatch` of the same rule.
+    /// Undoes one `addMatch` of the same rule.
     void removeMatch(const std::string& rule);
 
     /// Every signal, in the order of arrival.
@@ -64,11 +64,11 @@ public:
     /// The bus has closed the connection; it stays lost.
     core::Subscription onLost(std::function<void()> handler) { return losses_.subscribe(std::move(handler)); }
 
-    /// Runs the handlers of signals, and of answers that `wait` would handle, that have arrived already. Waits for
-    /// none.
+    /// Runs the handlers of signals that have already arrived, and of such answers that `wait` would handle. Does not
+    /// wait.
     void dispatchArrivedSignals();
 
-    /// Waits until the condition holds, at the longest to the deadline.
+    /// Waits until the condition holds, but not beyond the deadline.
     void wait(const std::function<bool()>& condition, Clock::time_point deadline);
 
 private:
@@ -109,7 +109,7 @@ private:
     std::shared_ptr<void> alive_ = std::make_shared<int>(); // owner of the first call
 };
 
-/// Where the user's and the system's buses are, as "unix:" addresses; empty when the environment names none.
+/// The addresses ("unix:") of the user's and the system's buses; empty when the environment names none.
 [[nodiscard]] std::string sessionBusAddress();
 [[nodiscard]] std::string systemBusAddress();
 

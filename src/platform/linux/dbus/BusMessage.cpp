@@ -8,7 +8,7 @@ namespace quillane {
 
 namespace {
 
-/// libdbus reports only the lack of memory this way once names have been checked.
+/// Once names have been checked, libdbus reports only a lack of memory this way.
 template <typename T>
 T* orBadAlloc(T* pointer) {
     if (pointer == nullptr) {

@@ -20,8 +20,7 @@ struct BusMessageUnref {
 /// A D-Bus message.
 using BusMessage = std::unique_ptr<DBusMessage, BusMessageUnref>;
 
-/// A call of a method. The names must be valid ones: what others sent is to be checked with `isBusName` and
-/// `isObjectPath` first.
+/// A call of a method. The names must be valid: check names from others with `isBusName` and `isObjectPath` first.
 [[nodiscard]] BusMessage methodCall(const std::string& destination, const std::string& path, const char* interface,
                                     const char* member);
 
@@ -39,8 +38,8 @@ void appendUint32(DBusMessage& message, std::uint32_t number);
 [[nodiscard]] bool isBusName(std::string_view text);
 [[nodiscard]] bool isObjectPath(std::string_view text);
 
-/// Reads the arguments of a message in order. What has another type than the one asked for is absent, and is not passed
-/// over. Texts live as long as the message.
+/// Reads the arguments of a message in order. An argument of another type than requested is absent and is not skipped.
+/// Texts live as long as the message.
 class BusReader {
 public:
     explicit BusReader(DBusMessage& message);
@@ -53,7 +52,7 @@ public:
     std::optional<std::uint32_t> uint32();
     std::optional<bool> flag();
 
-    /// The inside of an array, a structure, a dictionary entry or a variant.
+    /// The contents of an array, a structure, a dictionary entry or a variant.
     std::optional<BusReader> container();
 
     void skip();

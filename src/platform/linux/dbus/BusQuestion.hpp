@@ -10,10 +10,10 @@
 
 namespace quillane {
 
-/// Calls a method and waits for its reply, at most for the time given; nothing else of the program runs meanwhile. None
-/// on an error, without a bus and when the time is over. A service that is not running is not started for it.
+/// Calls a method and waits for its reply, up to the given time; nothing else in the program runs meanwhile. None on an
+/// error, without a bus and when the time is over. Does not start a service that is not running.
 ///
-/// A reply that comes too late is given to `late`, so that what it hands out can be given back.
+/// A late reply is passed to `late`, so that what it hands out can be released.
 [[nodiscard]] BusMessage askBus(BusConnection* bus, BusMessage question, std::chrono::milliseconds patience,
                                 std::function<void(DBusMessage&)> late = {});
 

@@ -10,8 +10,7 @@ namespace quillane {
 
 /// The user's session bus, shared by everything that speaks to it. Main thread only.
 ///
-/// Without a bus, or when it has gone, it is tried again when somebody needs it, at most once a second; nothing wakes
-/// up for that.
+/// Without a bus, or after losing it, a use tries to connect again, at most once a second; nothing wakes up for that.
 class SessionBus {
 public:
     SessionBus();
@@ -19,7 +18,7 @@ public:
     /// The connection, or nullptr while there is none. May open one.
     [[nodiscard]] BusConnection* connection();
 
-    /// A connection has been opened in place of one that was lost or never there: subscriptions and matches have to be
+    /// A connection has been opened in place of one that was lost or never existed: subscriptions and matches must be
     /// made on it. Called from `connection`, before it returns.
     core::Subscription onOpened(std::function<void(BusConnection&)> handler) {
         return openings_.subscribe(std::move(handler));

@@ -9,8 +9,8 @@
 
 namespace quillane {
 
-/// Looks at what has the keyboard focus in the application in front. An application that does not answer in time is
-/// taken for one without a password field.
+/// Looks at the keyboard focus in the application in front. An application that does not answer in time counts as one
+/// without a password field.
 class FocusSecureInput final : public SecureInput {
 public:
     FocusSecureInput(Accessibility& accessibility, Workspace& workspace)

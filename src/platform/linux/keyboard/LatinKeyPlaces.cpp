@@ -20,7 +20,7 @@ struct Row {
 
 constexpr std::array rows{Row{24, "qwertyuiop[]"}, Row{38, "asdfghjkl;'"}, Row{52, "zxcvbnm,./"}};
 
-/// The keys for letters that have a sign in the Hebrew layout (SI 1452). No Latin layout has these signs there.
+/// The letter keys that have a sign in the Hebrew layout (SI 1452). No Latin layout has these signs there.
 constexpr std::array hebrewSigns{std::pair{std::uint32_t{24}, U'/'}, std::pair{std::uint32_t{25}, U'\''}};
 
 bool isLetterOutsideLatin(char32_t symbol) {

@@ -11,7 +11,7 @@
 
 namespace quillane {
 
-/// The keyboard where a desktop lets no ordinary program observe it (Wayland): the tap never starts, nothing is known.
+/// The keyboard where no ordinary program can observe it (Wayland): the tap never starts, and nothing is known.
 class UnavailableEventTap final : public EventTap {
 public:
     bool start(std::uint64_t, Receiver) override { return false; }
@@ -51,7 +51,7 @@ public:
     core::Subscription onChanged(std::function<void()>) override { return {}; }
 };
 
-/// No key can be taken: registering does nothing, and no other program is to blame for it.
+/// No key can be grabbed: registering does nothing and reports no conflict.
 class UnavailableHotKeys final : public HotKeys {
 public:
     core::Subscription registerHotKey(const HotKey&, std::function<void()>, std::function<void()>) override {
@@ -59,7 +59,7 @@ public:
     }
 };
 
-/// The workspace where no window system tells what is in front.
+/// The workspace where no window system reports what is in front.
 class UnavailableWorkspace final : public Workspace {
 public:
     explicit UnavailableWorkspace(bool launchedAtLogin) : launchedAtLogin_(launchedAtLogin) {}
@@ -84,7 +84,7 @@ private:
     bool launchedAtLogin_;
 };
 
-/// No window system tells where windows are.
+/// No window system reports windows.
 class UnavailableWindowList final : public WindowList {
 public:
     void read(Handler handler) override { handler({}); }

@@ -87,7 +87,7 @@ void X11EventTap::enable() {
     }
     state_ = State::recovering;
     if (connection_.isLost()) {
-        return; // the watchdog asks as soon as there is a connection again
+        return; // the watchdog asks as soon as the connection is back
     }
     input_.select();
     keyboard_.reread();
@@ -142,7 +142,7 @@ InputEvent X11EventTap::translated(const X11RawEvent& event) const {
 void X11EventTap::handleKey(const X11RawEvent& event) {
     const auto input = translated(event);
     if (rewriter_.isOwn(event.detail) || (input.type == EventType::flagsChanged && input.keyCode == capsLockKey)) {
-        return; // Caps Lock is told when the lock changes, as on a Mac
+        return; // Caps Lock is reported when the lock changes, as on a Mac
     }
     const auto received = deliver(input);
     if (received.type == EventType::keyDown) {

@@ -11,8 +11,8 @@
 
 namespace quillane {
 
-/// The event tap on X11. It observes the raw events of all devices, which nobody can keep from it, and reports itself
-/// as disabled when the connection is lost, when the server does not answer, or when keys pass it by.
+/// The event tap on X11. It observes the raw events of all devices, which no grab can block, and reports itself as
+/// disabled when the connection is lost, when the server does not answer, or when it misses keys.
 class X11EventTap final : public EventTap {
 public:
     X11EventTap(const X11Session& session, InputSources& sources, MainQueue& mainQueue);

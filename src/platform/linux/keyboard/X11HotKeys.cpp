@@ -40,7 +40,7 @@ X11HotKeys::X11HotKeys(X11Connection& connection, X11Keyboard& keyboard)
       })),
       keymaps_(keyboard.onCurrent([this] { grabAnew(); })),
       releases_(keyboard.onKey([this](const X11RawEvent& event) {
-          if (!event.isPress) { // the release itself goes to whoever has the keyboard by then
+          if (!event.isPress) { // the release goes to whoever has the keyboard by then
               released_[event.detail] = event.time;
           }
       })) {
@@ -80,7 +80,7 @@ std::vector<std::uint16_t> X11HotKeys::modifiersFor(core::EventFlags flags) cons
         }
     }
     if ((found & flags) != (flags & modifierFlags)) {
-        return {}; // a modifier that this keyboard has not got
+        return {}; // a modifier that this keyboard does not have
     }
     std::vector<std::uint16_t> all;
     for (const unsigned locks : {0U, unsigned{XCB_MOD_MASK_LOCK}}) {
@@ -97,7 +97,7 @@ void X11HotKeys::grab(const std::shared_ptr<Registered>& key) {
     const auto keycode = x11KeyCodes::keycode(key->key.keyCode);
     auto modifiers = modifiersFor(key->key.modifiers);
     if (!keycode || modifiers.empty() || connection_.isLost()) {
-        return; // made when the map is known and the connection is there
+        return; // made once the map is known and the connection is open
     }
     key->keycode = *keycode;
     key->modifiers = std::move(modifiers);
@@ -107,7 +107,7 @@ void X11HotKeys::grab(const std::shared_ptr<Registered>& key) {
             xcb_grab_key(c, 0, connection_.root(), bits, key->keycode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
         requests_[cookie.sequence] = key;
     }
-    // The errors of those that another program has come before this answer.
+    // Errors for keys of other programs arrive before this answer.
     const auto last = xcb_get_input_focus(c);
     connection_.await<xcb_get_input_focus_reply_t>(last, self_, [this, weak = std::weak_ptr(key)](const auto* reply) {
         const auto grabbed = weak.lock();
@@ -115,7 +115,7 @@ void X11HotKeys::grab(const std::shared_ptr<Registered>& key) {
         if (!reply || !grabbed || !grabbed->isTaken || std::ranges::find(keys_, grabbed) == keys_.end()) {
             return;
         }
-        ungrab(*grabbed); // with some locks on it would work, and with others it would not
+        ungrab(*grabbed); // otherwise it would work with some locks on and not with others
         const auto taken = grabbed->taken;
         taken();
     });
@@ -133,7 +133,7 @@ void X11HotKeys::ungrab(Registered& key) {
 }
 
 void X11HotKeys::grabAnew() {
-    for (const auto& key : Keys(keys_)) { // a key that is taken may be dropped meanwhile
+    for (const auto& key : Keys(keys_)) { // a taken key may be dropped meanwhile
         if (!key->isTaken && key->modifiers != modifiersFor(key->key.modifiers)) {
             ungrab(*key);
             grab(key);
@@ -159,8 +159,8 @@ void X11HotKeys::handle(const xcb_generic_event_t& event) {
 }
 
 void X11HotKeys::handlePress(const xcb_key_press_event_t& press) {
-    // Gives the keyboard back: while the key is down the server holds it for this connection, and a panel that opens
-    // could not take it.
+    // Releases the keyboard: while the key is down the server holds it for this connection, and an opening panel could
+    // not grab it.
     xcb_ungrab_keyboard(connection_.raw(), XCB_CURRENT_TIME);
     connection_.flush();
     const bool repeats = press.detail == held_ && isEarlier(released_[held_], heldSince_);
@@ -178,7 +178,7 @@ void X11HotKeys::handlePress(const xcb_key_press_event_t& press) {
     }
 }
 
-/// When the server has taken the keyboard back.
+/// Reports the press once the server has executed the release of the keyboard.
 void X11HotKeys::tellPressed(const std::shared_ptr<Registered>& key) {
     connection_.await<xcb_get_input_focus_reply_t>(
         xcb_get_input_focus(connection_.raw()), self_, [this, weak = std::weak_ptr(key)](const auto*) {
@@ -192,7 +192,7 @@ void X11HotKeys::tellPressed(const std::shared_ptr<Registered>& key) {
 }
 
 void X11HotKeys::tellRepeatsApart() {
-    // A key that is held repeats as presses without releases in between (XKB protocol, "Detectable Autorepeat").
+    // A held key repeats as presses without releases in between (XKB protocol, "Detectable Autorepeat").
     xcb_discard_reply(connection_.raw(),
                       xcb_xkb_per_client_flags(connection_.raw(), XCB_XKB_ID_USE_CORE_KBD,
                                                XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT,

@@ -16,9 +16,10 @@
 
 namespace quillane {
 
-/// Passive grabs of the core protocol (XGrabKey), which is how programs take keys on X11 and where they meet. Command
-/// is the Super key, and the key is the one in the same place as on a Mac, whatever the layout. The connection must not
-/// be the one that the keyboard is watched on: a client that holds a grab gets its raw events through it.
+/// Passive grabs of the core protocol (XGrabKey), with which programs reserve keys on X11, so that conflicts show.
+/// Command is the Super key, and the key is the one in the same position as on a Mac, whatever the layout. The
+/// connection must not be the one that the keyboard is watched on: a client that holds a grab gets its raw events
+/// through it.
 class X11HotKeys final : public HotKeys {
 public:
     X11HotKeys(X11Connection& connection, X11Keyboard& keyboard);
@@ -33,11 +34,11 @@ private:
         std::function<void()> pressed;
         std::function<void()> taken;
         xcb_keycode_t keycode = 0;
-        std::vector<std::uint16_t> modifiers; ///< that it is grabbed with; empty while it is not
+        std::vector<std::uint16_t> modifiers; ///< modifiers that it is grabbed with; empty while it is not
         bool isTaken = false;
     };
 
-    using Keys = std::list<std::shared_ptr<Registered>>; // shared with answers that are on their way
+    using Keys = std::list<std::shared_ptr<Registered>>; // shared with pending answers
 
     void grab(const std::shared_ptr<Registered>& key);
     void ungrab(Registered& key);
@@ -51,11 +52,11 @@ private:
     X11Connection& connection_;
     X11Keyboard& keyboard_;
     Keys keys_;
-    std::map<std::uint32_t, std::weak_ptr<Registered>> requests_; ///< that may still be answered with an error
-    xcb_keycode_t held_ = 0; ///< the key that was pressed last; down unless it has been released since
+    std::map<std::uint32_t, std::weak_ptr<Registered>> requests_; ///< that may still fail
+    xcb_keycode_t held_ = 0; ///< the key that was pressed last, held unless released since
     xcb_timestamp_t heldSince_ = 0;
-    std::array<xcb_timestamp_t, 256> released_{};                             ///< when each key was
-    std::shared_ptr<X11HotKeys*> self_ = std::make_shared<X11HotKeys*>(this); // for tokens that may outlive this
+    std::array<xcb_timestamp_t, 256> released_{};                             ///< when each key was pressed
+    std::shared_ptr<X11HotKeys*> self_ = std::make_shared<X11HotKeys*>(this); // guards tokens that may outlive this
     core::Subscription events_;
     core::Subscription losses_;
     core::Subscription openings_;

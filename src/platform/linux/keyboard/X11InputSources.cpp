@@ -90,7 +90,7 @@ void X11InputSources::handleEvent(const xcb_generic_event_t& event) {
 }
 
 void X11InputSources::loadIfStale() {
-    // Reading the registry for a map that is about to be another one would be wasted.
+    // Reading the registry for a map that is about to change would be wasted.
     const bool isStale = stale_ || keyboard_.keymap().groupCount() != groupNames_.size();
     if (isStale && keyboard_.isCurrent()) {
         stale_ = false;
@@ -159,7 +159,7 @@ void X11InputSources::takeGroupName(unsigned group, std::string name) {
 }
 
 X11LayoutQuery X11InputSources::query(std::size_t group) const {
-    // A map that was not made from the root window's list may have groups that the list does not tell of.
+    // A map that was not made from the root window's list may have groups that the list does not contain.
     return group < layouts_.size() ? X11LayoutQuery{layouts_[group], {}} : X11LayoutQuery{{}, groupNames_[group]};
 }
 

@@ -15,10 +15,10 @@
 namespace quillane {
 
 /// The groups of the keyboard map as input sources. Their identifiers are those of xkeyboard-config, as "us" or
-/// "ara(mac)", which the server keeps on its root window; a group that has none is called by its name in the map.
+/// "ara(mac)", which the server keeps on its root window; a group without one uses its name in the map.
 class X11InputSources final : public InputSources {
 public:
-    /// Waits for the server: for use while the program starts.
+    /// Waits for the server: use it at start-up only.
     X11InputSources(X11Connection& connection, X11Keyboard& keyboard);
 
     [[nodiscard]] std::optional<std::vector<InputSource>> enabled() const override;
@@ -27,7 +27,7 @@ public:
 
     [[nodiscard]] bool switchedBySystemShortcut() const override { return switchedByKey_; }
 
-    /// The keyboard page of the desktop that runs, while its program is installed.
+    /// The keyboard page of the running desktop, if its program is installed.
     [[nodiscard]] bool hasSettings() const override;
     bool openSettings() override;
 
@@ -48,8 +48,8 @@ private:
 
     X11Connection& connection_;
     X11Keyboard& keyboard_;
-    std::vector<X11Layout> layouts_;                 ///< as the root window lists them
-    std::vector<std::string> groupNames_;            ///< as the map names them
+    std::vector<X11Layout> layouts_;                 ///< as listed on the root window
+    std::vector<std::string> groupNames_;            ///< as named by the map
     std::vector<InputSource> sources_;               ///< by group
     std::map<X11LayoutQuery, X11LayoutFacts> facts_; ///< of the layouts in use
     bool stale_ = true;

@@ -20,7 +20,7 @@ namespace flags = core::flags;
 
 constexpr std::array allModifiers{flags::control, flags::option, flags::shift, flags::command};
 
-constexpr bool isLatinLetter(std::uint32_t keysym) { // the symbols of ASCII are its numbers
+constexpr bool isLatinLetter(std::uint32_t keysym) { // key symbols of ASCII equal its codes
     return keysym >= 'a' && keysym <= 'z';
 }
 
@@ -57,7 +57,7 @@ bool X11KeyEvents::postKey(pid_t pid, core::KeyCode keyCode, core::EventFlags wa
     }
     fake(XCB_KEY_PRESS, *key);
     fake(XCB_KEY_RELEASE, *key);
-    std::ranges::reverse(held); // they are released the other way round
+    std::ranges::reverse(held); // released in reverse order
     for (const auto modifier : held) {
         fake(XCB_KEY_RELEASE, modifier);
     }
@@ -74,8 +74,8 @@ std::optional<KeyPress> X11KeyEvents::pressIn(pid_t pid, const KeyPress& onMac) 
     return terminalShortcuts::pressed(style, onMac);
 }
 
-/// The key in that place, unless the layout in use has another Latin letter there: then the key with the letter, which
-/// is what applications go by.
+/// The key in that position, unless the current layout has another Latin letter there: then the key with the letter,
+/// because applications go by the letter.
 std::optional<xcb_keycode_t> X11KeyEvents::keycodeFor(core::KeyCode keyCode) const {
     const auto inPlace = x11KeyCodes::keycode(keyCode);
     const auto letter = core::shiftEnglish::character(keyCode, {.shift = true, .rtlSource = true, .editable = true});

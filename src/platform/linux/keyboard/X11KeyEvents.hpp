@@ -13,13 +13,12 @@
 namespace quillane {
 
 /// The modifiers as `X11Keyboard` keeps them, and keys of the server's own test device (XTEST extension), which go to
-/// whatever has the keyboard. A shortcut is posted as the application takes it.
+/// whatever has the keyboard. A shortcut is posted as the application expects it.
 class X11KeyEvents final : public KeyEvents {
 public:
     using StyleIn = std::function<ShortcutStyle(pid_t)>;
 
-    /// Tells whether pasting the selected text pastes the pasteboard's now; one that is still to become so is asked
-    /// again.
+    /// Returns whether pasting the selected text pastes the pasteboard's; if it does not yet, it is called again.
     using OffersSelection = std::function<bool()>;
 
     X11KeyEvents(X11Connection& connection, const X11Keyboard& keyboard, StyleIn styleIn = {},

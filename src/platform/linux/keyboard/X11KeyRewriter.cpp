@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::uint32_t grabbedEvents =
     XCB_INPUT_XI_EVENT_MASK_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_KEY_RELEASE |
-    // A client that holds a grab gets its raw events through it, and only those it has asked for there.
+    // A client that holds a grab gets its raw events through it, and only those selected there.
     XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
 
 constexpr std::chrono::milliseconds longestStop{1000}; ///< without any progress
@@ -170,7 +170,7 @@ void X11KeyRewriter::substitute(const Press& press, const Output& output) {
         return;
     }
     outputs_.push_back(*keycode);
-    // The grab by the key would end when the key is let go, which may be waiting in the server.
+    // The grab by the key would end at the key's release, which may be waiting in the server.
     const auto cookie =
         xcb_input_xi_grab_device(c, connection_.root(), XCB_CURRENT_TIME, XCB_CURSOR_NONE, press.master,
                                  XCB_INPUT_GRAB_MODE_22_SYNC, XCB_INPUT_GRAB_MODE_22_ASYNC, 0, 1, &grabbedEvents);
@@ -202,7 +202,7 @@ void X11KeyRewriter::checkLook(std::uint64_t look, std::uint16_t master, xcb_key
     if (!looking_ || look != looks_) {
         return;
     }
-    // Nothing came out: the device that the key was pressed on has gone. XTest's own is always there.
+    // Nothing arrived: the device of the key has gone. XTest's own always exists.
     looking_ = false;
     xcb_input_xi_ungrab_device(connection_.raw(), XCB_CURRENT_TIME, master);
     type(keycode, 0);
@@ -227,8 +227,8 @@ void X11KeyRewriter::handleOwnKey(const X11RawEvent& event) {
 }
 
 void X11KeyRewriter::type(xcb_keycode_t keycode, std::uint16_t device) {
-    // On the device that the key was pressed on: another one would bring its own map along, and every application would
-    // read that. XTest takes the events of the first XInput protocol for keys of a device that is named.
+    // On the device that the key was pressed on: another one would activate its own map, and every application would
+    // read that. For keys of a named device, XTest takes the events of the first XInput protocol.
     const auto* xinput = xcb_get_extension_data(connection_.raw(), &xcb_input_id);
     const bool named = device != 0 && device <= highestXTestDevice;
     const int press = named ? xinput->first_event + XCB_INPUT_DEVICE_KEY_PRESS : XCB_KEY_PRESS;
@@ -253,7 +253,7 @@ void X11KeyRewriter::grab(xcb_keycode_t keycode, std::span<const std::uint32_t> 
         connection_.raw(), XCB_CURRENT_TIME, connection_.root(), XCB_CURSOR_NONE, keycode, keyboard_.device(),
         static_cast<std::uint16_t>(modifiers.size()), 1, XCB_INPUT_GRAB_TYPE_KEYCODE, XCB_INPUT_GRAB_MODE_22_SYNC,
         XCB_INPUT_GRAB_MODE_22_ASYNC, 0, &grabbedEvents, modifiers.data());
-    xcb_discard_reply(connection_.raw(), cookie.sequence); // what another program has taken stays its own
+    xcb_discard_reply(connection_.raw(), cookie.sequence); // keys grabbed by another program stay with it
 }
 
 void X11KeyRewriter::ungrab(xcb_keycode_t keycode, std::span<const std::uint32_t> modifiers) {

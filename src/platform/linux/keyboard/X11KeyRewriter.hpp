@@ -22,17 +22,17 @@
 
 namespace quillane {
 
-/// Lets Shift with some keys type another character than the map says.
+/// Makes Shift with some keys type another character than in the map.
 ///
 /// The server stops at such a press (a synchronous grab) until it is told what to do: let it through, or drop it and
-/// take a spare key that types the character. Whatever the user has typed meanwhile waits in the server, and the spare
-/// key would come out behind it. So the keyboard is let go for one event only, as a look at the queue. When that event
-/// is the spare key, as it nearly always is, the order is right. Otherwise all keys that type are grabbed until the
-/// spare key has come out, and those that come out before it are put behind it, by spare keys too. The same is done
-/// when there is no spare key for the moment.
+/// press a spare key that types the character. Whatever the user has typed meanwhile waits in the server, and the spare
+/// key would come out after it. So the keyboard is released for one event only, to look at the queue. If that event is
+/// the spare key, as it nearly always is, the order is right. Otherwise all keys that type are grabbed until the spare
+/// key has come out, and those that come out before it are typed after it, with spare keys too. The same happens when
+/// no spare key is free.
 class X11KeyRewriter {
 public:
-    /// Decides a press that no raw event has announced, as those of a key that is held and repeats.
+    /// Decides a press that no raw event has announced, such as a repetition of a held key.
     using Decide = std::function<std::optional<char16_t>(const X11RawEvent&)>;
 
     X11KeyRewriter(X11Connection& connection, X11RawInput& input, X11Keyboard& keyboard, Decide decide);
@@ -41,7 +41,7 @@ public:
     /// Stops at these keys with Shift from now on, and at no others.
     void setKeys(std::span<const xcb_keycode_t> keys);
 
-    /// What a raw press that was just announced shall type, if not its own.
+    /// Sets what the raw press that was just announced types, if not its own character.
     void remember(const X11RawEvent& press, std::optional<char16_t> replacement);
 
     /// True for a key that only this class presses.
@@ -60,7 +60,7 @@ private:
         bool isRepeat;
     };
 
-    /// A symbol that is to be typed, on the device that its key was pressed on.
+    /// A symbol to type, on the device that its key was pressed on.
     struct Output {
         std::uint32_t keysym;
         std::uint16_t device;
@@ -104,12 +104,12 @@ private:
     Decide decide_;
     X11SpareKeys spares_;
     std::vector<xcb_keycode_t> keys_;
-    std::vector<std::uint32_t> keyModifiers_; ///< that `keys_` are grabbed with
+    std::vector<std::uint32_t> keyModifiers_; ///< modifiers that `keys_` are grabbed with
     std::array<Decision, 256> decisions_;     ///< by key code
-    std::optional<Press> waiting_;            ///< for the map to be read
-    std::deque<xcb_keycode_t> outputs_;       ///< spare keys that have been pressed and have not come out yet
-    std::deque<Output> backlog_;              ///< that waits for spare keys
-    bool looking_ = false;                    ///< the keyboard was let go for one event
+    std::optional<Press> waiting_;            ///< for the map
+    std::deque<xcb_keycode_t> outputs_;       ///< spare keys that were pressed and have not come out yet
+    std::deque<Output> backlog_;              ///< output that waits for spare keys
+    bool looking_ = false;                    ///< the keyboard was released for one event
     std::uint64_t looks_ = 0;
     std::vector<TypingGrab> typingGrabs_;
     QTimer retry_;

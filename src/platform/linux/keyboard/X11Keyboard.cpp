@@ -11,7 +11,7 @@ namespace {
 constexpr std::uint16_t stateParts = XCB_XKB_STATE_PART_MODIFIER_BASE | XCB_XKB_STATE_PART_MODIFIER_LOCK |
                                      XCB_XKB_STATE_PART_GROUP_STATE | XCB_XKB_STATE_PART_GROUP_LOCK;
 
-/// The modifiers whose physical state X reports without saying which key it was.
+/// The modifiers whose physical state X reports without naming the key.
 constexpr std::uint8_t comparedModifiers = XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
 
 } // namespace
@@ -148,7 +148,7 @@ void X11Keyboard::handleEvent(const xcb_generic_event_t& event) {
         (event.response_type & 0x7f) != connection_.extensions().xkbFirstEvent) {
         return;
     }
-    // All XKB events have one code; the next byte tells them apart.
+    // All XKB events have one code; the next byte distinguishes them.
     switch (event.pad0) {
     case XCB_XKB_STATE_NOTIFY:
         handleState(reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event), event.full_sequence);
@@ -168,7 +168,7 @@ void X11Keyboard::handleEvent(const xcb_generic_event_t& event) {
 
 void X11Keyboard::handleState(const xcb_xkb_state_notify_event_t& event, std::uint32_t sequence) {
     if ((event.baseMods & comparedModifiers) != (modifierBitsDown() & comparedModifiers) && loading_ == 0) {
-        loadState(); // a key went up or down without a word, as when a virtual terminal is left
+        loadState(); // a key went up or down without an event, for example when the virtual terminal was left
     }
     takeCapsLock((event.lockedMods & XCB_MOD_MASK_LOCK) != 0);
     takeGroup(event.group, sequence, event.keycode != 0 ? Cause::key : Cause::request);

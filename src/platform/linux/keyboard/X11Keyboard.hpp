@@ -14,26 +14,26 @@
 namespace quillane {
 
 /// The state of the core keyboard: what its keys mean, which modifiers are down, which group (layout) is in use. Kept
-/// from events, so that reading it costs nothing and never waits.
+/// up to date from events, so that reading it costs nothing and never waits.
 class X11Keyboard {
 public:
-    /// What has made the group another one.
+    /// What has changed the group.
     enum class Cause { key, request };
 
     X11Keyboard(X11Connection& connection, X11RawInput& input);
 
-    /// True when what has been read of the map is what the server has, as far as it has told.
+    /// True when the map that was read is the server's, as far as is known.
     [[nodiscard]] bool isCurrent() const { return loading_ == 0 && !connection_.isLost(); }
 
     [[nodiscard]] const X11Keymap& keymap() const { return keymap_; }
 
-    /// Asks for everything anew.
+    /// Requests everything again.
     void reread();
 
     /// The modifiers that are down, and Caps Lock.
     [[nodiscard]] core::EventFlags flags() const;
 
-    /// The same, but while `onKey` is being told of a key: as they were before it.
+    /// The same, but during `onKey`: as they were before the key.
     [[nodiscard]] core::EventFlags settledFlags() const { return told_ ? *told_ : flags(); }
 
     /// The keys that are down, by key code.
@@ -45,10 +45,10 @@ public:
     /// The group in use, counted from 0.
     [[nodiscard]] unsigned group() const { return group_; }
 
-    /// Makes a group the one in use, on the keyboard and all its devices. It counts as done from now on.
+    /// Switches to a group, on the keyboard and all its devices. It counts as done from now on.
     void lockGroup(unsigned group);
 
-    /// Each key press and release, when the state above has taken it in.
+    /// Each key press and release, once the state above reflects it.
     core::Subscription onKey(X11RawInput::Handler handler) { return keys_.subscribe(std::move(handler)); }
 
     core::Subscription onGroupChanged(std::function<void(Cause)> handler) {
@@ -60,7 +60,7 @@ public:
         return capsLocks_.subscribe(std::move(handler));
     }
 
-    /// The groups may be others, or named otherwise, when the keyboard will next be current.
+    /// The groups, or their names, may be different when the keyboard is next current.
     core::Subscription onLayoutNotice(std::function<void()> handler) {
         return layoutNotices_.subscribe(std::move(handler));
     }
@@ -85,10 +85,10 @@ private:
     std::uint8_t device_ = 0;
     std::bitset<256> down_;
     core::EventFlags downFlags_ = 0;
-    std::optional<core::EventFlags> told_; ///< while listeners are told of a key: the flags before it
+    std::optional<core::EventFlags> told_; ///< while listeners are notified of a key: the flags before it
     bool capsLock_ = false;
     unsigned group_ = 0;
-    std::optional<std::uint32_t> lockRequest_; ///< states reported before it was carried out have an older group
+    std::optional<std::uint32_t> lockRequest_; ///< states reported before it was executed have an older group
     int loading_ = 0;
     bool keymapChangedAgain_ = false;
     bool keymapLoading_ = false;

@@ -13,14 +13,14 @@
 
 namespace quillane {
 
-/// What the keys of the keyboard mean: a copy of the server's XKB map.
+/// The meaning of the keyboard's keys: a copy of the server's XKB map.
 class X11Keymap {
 public:
     /// The parts that a reply must have to be read.
     static constexpr std::uint16_t neededParts =
         XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
 
-    /// The type in every map (X Keyboard Extension protocol, "Canonical Key Types") that looks at Shift and Lock.
+    /// The type in every map (X Keyboard Extension protocol, "Canonical Key Types") that uses Shift and Lock.
     static constexpr std::uint8_t alphabeticType = 2;
 
     X11Keymap() = default;
@@ -32,10 +32,10 @@ public:
     /// The modifier bit (of the eight in event states) that the key sets; 0 for none.
     [[nodiscard]] std::uint8_t modifierBit(xcb_keycode_t keycode) const { return keys_[keycode].modifierMap; }
 
-    /// The modifier bit that Num Lock is.
+    /// The modifier bit of Num Lock.
     [[nodiscard]] std::uint8_t numLock() const { return numLock_; }
 
-    /// How many groups the key with the most has.
+    /// The maximum number of groups of any key.
     [[nodiscard]] unsigned groupCount() const { return groupCount_; }
 
     /// True for a key code that no key uses.
@@ -48,7 +48,7 @@ public:
     /// The key symbol that the key gives in this group (counted from 0) with these modifier bits; 0 for none.
     [[nodiscard]] std::uint32_t keysym(xcb_keycode_t keycode, unsigned group, std::uint8_t modifierBits) const;
 
-    /// The one symbol of a key of the alphabetic type that gives the same at each level, whatever the group; else 0.
+    /// The only symbol of an alphabetic key that gives the same at each level, whatever the group; otherwise 0.
     [[nodiscard]] std::uint32_t onlyKeysym(xcb_keycode_t keycode) const;
 
 private:

@@ -9,7 +9,7 @@ namespace quillane {
 
 namespace {
 
-/// The symbol without modifiers, as far as it is a printable character of ASCII, whose key symbols are their codes.
+/// The symbol without modifiers, if it is a printable ASCII character; its key symbol is its code.
 std::optional<char> character(const X11Keymap& keymap, unsigned group, std::uint32_t keycode) {
     const auto symbol = keymap.keysym(static_cast<xcb_keycode_t>(keycode), group, 0);
     return symbol > 0x20 && symbol < 0x7f ? std::optional(static_cast<char>(symbol)) : std::nullopt;

@@ -29,7 +29,7 @@ std::string shortLanguage(const std::string& code) {
     return U_SUCCESS(error) && error != U_STRING_NOT_TERMINATED_WARNING ? buffer : code;
 }
 
-/// The layout's own short code first: the list beside it is sometimes in another order, or of a language nearby.
+/// The layout's own short code first: its list of languages is sometimes in another order, or of a related language.
 std::vector<std::string> languages(rxkb_layout* layout) {
     std::vector<std::string> found;
     const auto add = [&](const std::string& code) {
@@ -73,7 +73,7 @@ std::vector<X11LayoutFacts> readRegistry(std::span<const X11LayoutQuery> queries
 
 std::vector<X11LayoutFacts> lookUpLayouts(std::span<const X11LayoutQuery> queries) {
     auto facts = readRegistry(queries);
-    malloc_trim(0); // else the allocator keeps the 3 MB that the registry took
+    malloc_trim(0); // otherwise the allocator keeps the 3 MB that the registry used
     return facts;
 }
 

@@ -16,7 +16,7 @@ struct X11Layout {
     auto operator<=>(const X11Layout&) const = default;
 };
 
-/// What xkeyboard-config's registry (rules/evdev.xml) says of a layout; empty for one that it does not list.
+/// The entry of a layout in xkeyboard-config's registry (rules/evdev.xml); empty for one that it does not list.
 struct X11LayoutFacts {
     X11Layout layout;
     std::string description;            ///< in English, for example "Arabic (Macintosh)"
@@ -31,7 +31,8 @@ struct X11LayoutQuery {
     auto operator<=>(const X11LayoutQuery&) const = default;
 };
 
-/// Looks the layouts up, in the order of the queries. Reads the whole registry, about 5 ms, and keeps nothing of it.
+/// Looks the layouts up, in the order of the queries. Reads the whole registry, which takes about 5 ms, and keeps
+/// nothing of it.
 [[nodiscard]] std::vector<X11LayoutFacts> lookUpLayouts(std::span<const X11LayoutQuery> queries);
 
 } // namespace quillane

@@ -8,7 +8,7 @@ namespace quillane {
 
 namespace {
 
-/// An event mask as the wire has it: the header, then one word of mask.
+/// An event mask in wire format: the header, then one word of mask.
 struct EventMask {
     xcb_input_event_mask_t header;
     std::uint32_t mask;
@@ -59,7 +59,7 @@ void X11RawInput::handle(const xcb_generic_event_t& event) {
     if (!isKey && generic.event_type != XCB_INPUT_RAW_BUTTON_PRESS) {
         return;
     }
-    // Key and button events have the same beginning.
+    // Key and button events begin with the same fields.
     const auto& raw = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);
     if (raw.detail > 0xff) {
         return;

@@ -8,7 +8,7 @@
 
 namespace quillane {
 
-/// A key or button as the device gave it.
+/// A key or button as the device reported it.
 struct X11RawEvent {
     bool isPress = false;
     std::uint8_t detail = 0;  ///< key code or button number
@@ -16,31 +16,31 @@ struct X11RawEvent {
     xcb_timestamp_t time = 0;
 };
 
-/// Keys and buttons of every device on the display, wherever the focus is and whoever has grabbed them
-/// (XInput protocol 2.2, "Raw Events"). They come before the same events reach any application, and also while the
-/// keyboard is frozen by a grab.
+/// Keys and buttons of every device on the display, wherever the focus is and whoever has grabbed them (XInput protocol
+/// 2.2, "Raw Events"). They arrive before the same events reach any application, and also while a grab freezes the
+/// keyboard.
 class X11RawInput {
 public:
     using Handler = std::function<void(const X11RawEvent&)>;
 
     explicit X11RawInput(X11Connection& connection);
 
-    /// False when the server is too old to show them.
+    /// False when the server is too old to report them.
     [[nodiscard]] bool isAvailable() const { return connection_.extensions().xinputOpcode != 0; }
 
     core::Subscription onKey(Handler handler) { return keys_.subscribe(std::move(handler)); }
 
-    /// Button presses, as long as `observeButtons` is on.
+    /// Button presses, while `observeButtons` is on.
     core::Subscription onButton(Handler handler) { return buttons_.subscribe(std::move(handler)); }
 
-    /// A device was added, removed, enabled, disabled or given to another master.
+    /// A device was added, removed, enabled, disabled or attached to another master.
     core::Subscription onDevicesChanged(std::function<void()> handler) {
         return devices_.subscribe(std::move(handler));
     }
 
     void observeButtons(bool observe);
 
-    /// Selects everything anew.
+    /// Selects everything again.
     void select();
 
 private:

@@ -13,13 +13,13 @@
 
 namespace quillane {
 
-/// What the X11 backend's members share. Made while the program starts, before them; outlives them.
+/// What the X11 backend's members share. Made at start-up, before them; outlives them.
 struct X11Session {
     std::unique_ptr<X11Connection> connection;
     std::unique_ptr<X11RawInput> input;
     std::unique_ptr<X11Keyboard> keyboard;
 
-    /// Connects and reads the state of the keyboard; waits for the server. The error is one line for people.
+    /// Connects and reads the state of the keyboard; waits for the server. The error is one line for the user.
     [[nodiscard]] static tl::expected<X11Session, std::string> open(const std::string& display = {});
 };
 

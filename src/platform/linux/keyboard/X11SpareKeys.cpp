@@ -11,7 +11,7 @@ namespace quillane {
 
 namespace {
 
-/// Left alone: other programs borrow key codes too, for a moment each.
+/// Left free: other programs borrow key codes too, briefly.
 constexpr std::size_t leftForOthers = 2;
 constexpr std::uint32_t longestList = 64; // in words
 
@@ -43,7 +43,7 @@ std::optional<xcb_keycode_t> X11SpareKeys::keycodeFor(std::uint32_t keysym) {
     if (spare == spares_.end()) {
         if (const auto keycode = borrowable()) {
             spare = spares_.insert(spares_.end(), Spare{*keycode, keysym});
-            publish(); // first, so that the list always names at least what is taken
+            publish(); // first, so that the list always contains at least the codes in use
         } else {
             spare = std::ranges::min_element(spares_, {}, &Spare::lastUse);
             if (spare == spares_.end() || Clock::now() < spare->lastUse + shortestStay) {
@@ -72,14 +72,14 @@ std::optional<xcb_keycode_t> X11SpareKeys::borrowable() const {
         const auto keycode = static_cast<xcb_keycode_t>(code);
         if (keymap.isFree(keycode) && !isSpare(keycode)) {
             ++others;
-            found = keycode; // the last one: others begin to look at the first
+            found = keycode; // the last one: other programs search from the first
         }
     }
     return others > leftForOthers ? found : std::nullopt;
 }
 
 void X11SpareKeys::assign(xcb_keycode_t keycode, std::uint32_t keysym) {
-    // One group, which every other group wraps to, of the type that looks at Shift and Lock and so uses both up.
+    // One group, which every other group wraps to, of the type that uses Shift and Lock and so consumes both.
     struct {
         xcb_xkb_key_sym_map_t map;
         std::array<std::uint32_t, 2> keysyms;
@@ -102,7 +102,7 @@ void X11SpareKeys::assign(xcb_keycode_t keycode, std::uint32_t keysym) {
 }
 
 void X11SpareKeys::setRepeating(const KeyBits& repeating) {
-    // A spare key must not repeat, or the server forgets that the key it stands for does.
+    // A spare key must not repeat, or the server forgets that the key in its place does.
     xcb_xkb_set_controls(connection_.raw(), XCB_XKB_ID_USE_CORE_KBD, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
                          XCB_XKB_CONTROL_PER_KEY_REPEAT, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, repeating.data());
 }
@@ -133,7 +133,7 @@ void X11SpareKeys::readRepeating() {
         if (reply != nullptr) {
             repeating_.emplace();
             std::ranges::copy(reply->perKeyRepeat, repeating_->begin());
-            for (const auto& spare : spares_) { // no key of the keyboard has this code, so nobody has turned it off
+            for (const auto& spare : spares_) { // no key of the keyboard has this code, so no user has turned it off
                 (*repeating_)[spare.keycode / 8] |= static_cast<std::uint8_t>(1U << spare.keycode % 8);
             }
         }
@@ -155,7 +155,7 @@ void X11SpareKeys::readLeftovers() {
 void X11SpareKeys::takeOver(const xcb_get_property_reply_t& list) {
     const auto* keycodes = static_cast<const xcb_keycode_t*>(xcb_get_property_value(&list));
     for (int i = 0; i < xcb_get_property_value_length(&list); ++i) {
-        // Only what has the form that `assign` gives: the map may have been replaced since the list was made.
+        // Only keys that look as `assign` makes them: the map may have been replaced since the list was made.
         const auto keysym = keyboard_.keymap().onlyKeysym(keycodes[i]);
         if (keysym != 0 && !isSpare(keycodes[i])) {
             spares_.push_back({keycodes[i], keysym});

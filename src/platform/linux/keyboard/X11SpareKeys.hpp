@@ -15,22 +15,22 @@
 namespace quillane {
 
 /// Key codes that no key uses, borrowed to type one symbol each, whatever modifiers are down and whatever group is in
-/// use. A symbol keeps its key code as long as possible, for every change makes each application read the map again.
-/// The codes that are borrowed are listed on the root window, so that they are found after a crash.
+/// use. A symbol keeps its key code as long as possible, because every change makes each application read the map
+/// again. The borrowed codes are listed on the root window, so that they are found after a crash.
 class X11SpareKeys {
 public:
     X11SpareKeys(X11Connection& connection, X11Keyboard& keyboard);
     ~X11SpareKeys();
 
-    /// An application that is behind reads a press only after a while, but always with the newest map. So a key code
-    /// keeps its symbol for so long after its release.
+    /// A slow application reads a press late, but always with the newest map. So a key code keeps its symbol for this
+    /// long after its release.
     static constexpr std::chrono::milliseconds shortestStay{300};
 
-    /// False when the map has no key code to spare at all.
+    /// False when the map has no spare key code at all.
     [[nodiscard]] bool canType() const { return !spares_.empty() || borrowable(); }
 
-    /// The key code that types the symbol until it is released; it does as soon as the server has worked off what was
-    /// requested so far. None while there is no key code to spare. The keyboard must be current.
+    /// The key code that types the symbol until it is released, once the server has executed the requests made so far.
+    /// None while no key code is spare. The keyboard must be current.
     [[nodiscard]] std::optional<xcb_keycode_t> keycodeFor(std::uint32_t keysym);
 
     /// The key has been typed.
@@ -38,7 +38,7 @@ public:
 
     [[nodiscard]] bool isSpare(xcb_keycode_t keycode) const;
 
-    /// Leaves all of them as they were found.
+    /// Restores all of them.
     void giveBack();
 
 private:
@@ -64,7 +64,7 @@ private:
     X11Connection& connection_;
     X11Keyboard& keyboard_;
     std::vector<Spare> spares_;
-    std::optional<KeyBits> repeating_; ///< the keys that repeat while held, as found
+    std::optional<KeyBits> repeating_; ///< the original set of keys that repeat
     xcb_atom_t listAtom_;
     std::shared_ptr<void> alive_;
     core::Subscription readings_;

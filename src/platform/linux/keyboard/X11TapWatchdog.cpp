@@ -12,11 +12,11 @@ namespace {
 
 constexpr std::chrono::milliseconds period{1000};
 constexpr std::chrono::milliseconds longestAnswer{750};
-/// A key counts as missed when the server had one this much later than we: an answer is a little older than its
+/// A key counts as missed when the server had one this much later than we did: an answer is a little older than its
 /// arrival.
 constexpr std::chrono::milliseconds tolerance{100};
 
-/// The name of a counter. XCB looks for it behind the padding of its structure, which the wire does not have.
+/// The name of a counter. XCB looks for it after the padding of its structure, which the wire format lacks.
 std::string_view counterName(const xcb_sync_systemcounter_t& counter) {
     constexpr auto end = offsetof(xcb_sync_systemcounter_t, name_len) + sizeof counter.name_len;
     return {reinterpret_cast<const char*>(&counter) + end, counter.name_len};
@@ -79,7 +79,7 @@ void X11TapWatchdog::findIdleCounter() {
 }
 
 void X11TapWatchdog::takeCounters(const xcb_sync_list_system_counters_reply_t& reply) {
-    // How long the device has not been used (X Synchronization Extension, as X.Org's server names its counters).
+    // The idle time of the device (X Synchronization Extension, with the counter names of X.Org's server).
     const auto name = "DEVICEIDLETIME " + std::to_string(keyboard_.device());
     for (auto it = xcb_sync_list_system_counters_counters_iterator(&reply); it.rem > 0;
          xcb_sync_systemcounter_next(&it)) {
@@ -121,7 +121,7 @@ void X11TapWatchdog::takeIdleTime(std::optional<std::chrono::milliseconds> idle)
     } else if (keyboard_.keysDown().none()) {
         finish(true);
     } else {
-        compareKeysDown(); // a key that is held repeats, which uses the keyboard without raw events
+        compareKeysDown(); // a held key repeats, which uses the keyboard without raw events
     }
 }
 

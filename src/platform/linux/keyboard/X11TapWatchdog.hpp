@@ -18,19 +18,19 @@
 
 namespace quillane {
 
-/// Asks the server once a second whether it still answers, and whether the keyboard was used without the raw events
-/// having told so. It never waits for the answer.
+/// Checks once a second whether the server still answers, and whether the keyboard was used without raw events. It
+/// never waits for the answer.
 class X11TapWatchdog {
 public:
-    /// `onSilence` is called when keys are not seen: the server does not answer, or it has had keys that we have not.
-    /// `onAnswer` is called for each other answer.
+    /// `onSilence` is called when keys are missed: the server does not answer, or it has had keys that did not arrive
+    /// here. `onAnswer` is called for every other answer.
     X11TapWatchdog(X11Connection& connection, X11RawInput& input, X11Keyboard& keyboard, MainQueue& mainQueue,
                    std::function<void()> onSilence, std::function<void()> onAnswer);
 
     void start();
     void stop();
 
-    /// Asks now instead of at the next full second.
+    /// Checks now instead of at the next full second.
     void ask();
 
     /// False while an answer is overdue.

@@ -103,7 +103,7 @@ LinuxSleepAssertions::Inhibitor LinuxSleepAssertions::inhibitSystem() {
     if (!held) {
         return {};
     }
-    // std::function asks for something that can be copied.
+    // std::function needs a copyable type.
     return {[kept = std::make_shared<core::FileDescriptor>(std::move(held))] { *kept = core::FileDescriptor(); },
             loginManager};
 }
@@ -112,7 +112,7 @@ LinuxSleepAssertions::Inhibitor LinuxSleepAssertions::inhibitDisplay() {
     constexpr std::array services{
         Service{sessionManager, "/org/gnome/SessionManager", "Uninhibit", true},
         Service{screenSaver, "/org/freedesktop/ScreenSaver", "UnInhibit", false},
-        Service{screenSaver, "/ScreenSaver", "UnInhibit", false}, // the path that older desktops have
+        Service{screenSaver, "/ScreenSaver", "UnInhibit", false}, // the path on older desktops
     };
     for (const auto& service : services) {
         if (auto inhibitor = inhibitThrough(service); inhibitor.release) {
@@ -189,7 +189,7 @@ void LinuxSleepAssertions::noteOwner(DBusMessage& signal) {
     }
 }
 
-/// What the service held is held no more. A further change of it begins the delay again.
+/// The service's inhibitors are gone. Another change restarts the delay.
 void LinuxSleepAssertions::noteChange(const std::string& service, std::chrono::milliseconds delay) {
     for (auto& [assertion, inhibitor] : held_) {
         if (inhibitor.holder == service) {

@@ -21,13 +21,12 @@ namespace quillane {
 class SessionBus;
 class X11Blanking;
 
-/// Idle sleep as Linux desktops let it be prevented.
+/// Prevention of idle sleep on Linux desktops.
 ///
-/// The system: an inhibitor of the login manager (`Inhibit` of org.freedesktop.login1.Manager), which
-/// `systemd-inhibit --list` shows. The display: the session's own service, which is the first of
-/// org.gnome.SessionManager, org.freedesktop.ScreenSaver and the X server's blanking that there is. All of them let go
-/// by themselves when the program ends. When a service that holds an inhibitor ends, or its bus does, the loss is
-/// reported soon after it is back, or when it has not come back in time.
+/// The system: an inhibitor of the login manager (`Inhibit` of org.freedesktop.login1.Manager), which `systemd-inhibit
+/// --list` shows. The display: the first available of org.gnome.SessionManager, org.freedesktop.ScreenSaver and the X
+/// server's blanking. All of them release by themselves when the program ends. When a service that holds an inhibitor
+/// ends, or its bus does, the loss is reported soon after it is back, or when it has not come back in time.
 class LinuxSleepAssertions final : public core::SleepAssertionClient {
 public:
     /// When a loss is reported.
@@ -36,7 +35,7 @@ public:
         std::chrono::milliseconds withoutReturn = std::chrono::seconds(5);
     };
 
-    /// `blanking` is absent where there is no X server. Connects to the system bus when it is needed.
+    /// `blanking` is absent without an X server. Connects to the system bus on demand.
     LinuxSleepAssertions(SessionBus& session, std::unique_ptr<X11Blanking> blanking, Delays delays);
     LinuxSleepAssertions(SessionBus& session, std::unique_ptr<X11Blanking> blanking);
     ~LinuxSleepAssertions() override;
@@ -53,9 +52,9 @@ public:
 private:
     struct Service;
 
-    /// What is held now.
+    /// What is currently held.
     struct Inhibitor {
-        std::function<void()> release; ///< none when it cannot be had
+        std::function<void()> release; ///< none when it is not available
         std::string holder;            ///< the service's name; empty for the X server
         std::uint64_t changes = 0;     ///< of its owner since
     };
@@ -81,7 +80,7 @@ private:
     core::SleepAssertionID last_ = 0;
     std::map<core::SleepAssertionID, Inhibitor> held_;
     core::Listeners<core::SleepAssertionID, core::SleepAssertionError> losses_;
-    QObject eventLoop_; ///< what waits for the event loop goes with it
+    QObject eventLoop_; ///< pending calls of the event loop end with it
     Followed onSystem_;
     Followed onSession_;
     core::Subscription reopenings_;

@@ -8,8 +8,8 @@
 
 namespace quillane {
 
-/// Notice that the machine has woken from sleep, as the login manager tells it on the system bus (`PrepareForSleep` of
-/// org.freedesktop.login1.Manager). Without a system bus there is none. Main thread only; nothing waits.
+/// Announces that the machine has woken from sleep, from the login manager's signal on the system bus
+/// (`PrepareForSleep` of org.freedesktop.login1.Manager). Silent without a system bus. Main thread only; nothing waits.
 class LogindWake {
 public:
     LogindWake();

@@ -24,8 +24,8 @@ X11Blanking::X11Blanking(X11Connection& connection)
 void X11Blanking::ask() {
     answered_ = false;
     supported_ = false;
-    // The server answers in order: with the reply to the second question, what the library asks for by itself before
-    // the first request of an extension is there as well, and it will not wait for it.
+    // The server answers in order: with the reply to the second question, the reply that the library requests before an
+    // extension's first request has arrived too, so the library does not wait for it.
     xcb_prefetch_extension_data(connection_.raw(), &xcb_screensaver_id);
     const auto present =
         xcb_query_extension(connection_.raw(), static_cast<std::uint16_t>(extensionName.size()), extensionName.data());
@@ -39,7 +39,7 @@ void X11Blanking::ask() {
             answered_ = true;
             supported_ = reply != nullptr && (reply->server_major_version > 1 || reply->server_minor_version >= 1);
             if (suspended_) {
-                send(true); // on a connection that took the place of a lost one
+                send(true); // on a connection that replaced a lost one
             }
         });
         connection_.flush();
@@ -48,7 +48,7 @@ void X11Blanking::ask() {
 }
 
 bool X11Blanking::suspend() {
-    for (int question = 0; !answered_ && question < 2; ++question) { // one may follow from the other's answer
+    for (int question = 0; !answered_ && question < 2; ++question) { // one request may follow from the other's answer
         connection_.settle(firstAnswer / 2);
     }
     if (!supported_ || connection_.isLost()) {

@@ -14,11 +14,11 @@ namespace quillane {
 /// version 1.1). The server resumes it by itself when the connection ends. Main thread.
 class X11Blanking {
 public:
-    /// Asks the server what it can; the answer is on its way afterwards.
+    /// Asks for the server's capabilities; the answer is pending afterwards.
     explicit X11Blanking(X11Connection& connection);
 
-    /// Suspends blanking until `resume`. False when the server cannot. May wait for the first answer, a fifth of a
-    /// second at most.
+    /// Suspends blanking until `resume`. False when the server cannot. May wait for the first answer, at most a fifth
+    /// of a second.
     [[nodiscard]] bool suspend();
 
     void resume();
@@ -31,7 +31,7 @@ private:
     bool answered_ = false;
     bool supported_ = false;
     bool suspended_ = false;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with answers that are on their way
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending answers
     core::Subscription openings_;
 };
 

@@ -11,10 +11,10 @@
 namespace quillane {
 
 /// File managers on Linux have no services: the actions that are installed for them (packaging/linux) start the
-/// command, which reaches the agent through AgentControl. One of them takes an entry from its user only.
+/// command, which reaches the agent through AgentControl. One of them accepts entries from its user only.
 class CommandServicesMenu final : public ServicesMenu {
 public:
-    /// Without a script there is nothing that the user could ask for.
+    /// Without a script there is nothing for the user to request.
     explicit CommandServicesMenu(std::optional<NautilusScript> script) : script_(std::move(script)) {}
 
     void provideShare(Share) override {}

@@ -8,8 +8,8 @@
 
 namespace quillane {
 
-/// The files of a QFileSystemModel, whose sizes, kinds and dates come in the interface language instead of those of the
-/// system. Main thread.
+/// The files of a QFileSystemModel, with sizes, kinds and dates in the interface language instead of the system's. Main
+/// thread.
 class FileTableModel : public QIdentityProxyModel {
 public:
     using QIdentityProxyModel::QIdentityProxyModel;

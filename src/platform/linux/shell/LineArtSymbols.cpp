@@ -11,7 +11,7 @@
 
 #include <array>
 
-// Resources of a static library are not registered by themselves, and the macro must not stand in a namespace.
+// Resources of a static library are not registered automatically, and the macro must not be inside a namespace.
 static void registerResources() {
     Q_INIT_RESOURCE(symbols);
 }
@@ -23,7 +23,7 @@ namespace {
 constexpr std::array iconSizes{16, 20, 24, 32, 48};
 constexpr std::array applicationIconSizes{16, 24, 32, 48, 64, 128};
 
-/// Where the drawing of a symbol is; empty without one.
+/// The path of a symbol's drawing; empty without one.
 QString pathOf(std::string_view name) {
     const auto path = QStringLiteral(":/symbols/%1.svg").arg(QString::fromUtf8(name.data(), qsizetype(name.size())));
     return name.find('/') == std::string_view::npos && QFile::exists(path) ? path : QString();

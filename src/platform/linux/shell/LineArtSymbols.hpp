@@ -12,8 +12,8 @@ class QColor;
 
 namespace quillane {
 
-/// The icons that go with menu rows and buttons, under the names of the system symbols of macOS, drawn from the
-/// program's own line art and tinted. A name that has no drawing gives a null icon.
+/// The icons of menu rows and buttons, under the names of the system symbols of macOS, drawn from the program's own
+/// line art and tinted. A name without a drawing gives a null icon.
 [[nodiscard]] QIcon symbolIcon(const std::string& name, const QColor& color);
 
 /// The application's own icon.

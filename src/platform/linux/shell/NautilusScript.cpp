@@ -22,10 +22,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// By which a script is known again, under any title.
+/// Identifies a script under any title.
 constexpr std::string_view mark = "#!/bin/sh\n# Made by Quillane, whose settings remove it.\n";
 
-/// The word as the shell takes it literally (POSIX, Shell Command Language, 2.2.2).
+/// The word, quoted so that the shell takes it literally (POSIX, Shell Command Language, 2.2.2).
 std::string shellWord(std::string_view word) {
     std::string result = "'";
     for (const char c : word) {

@@ -8,7 +8,7 @@
 
 namespace quillane {
 
-/// An entry of GNOME's file manager, which takes none from packages: an executable file among the scripts of the user,
+/// An entry of GNOME's file manager, which accepts none from packages: an executable file among the user's scripts,
 /// whose name is the entry's title. It runs `quillane share`. Calls read the folder, which is on the user's own disk.
 class NautilusScript {
 public:
@@ -19,7 +19,7 @@ public:
     [[nodiscard]] bool exists() const;
 
     /// Makes the script, in place of one under another title. False when the disk refuses, or when the title is the
-    /// name of a file of the user's.
+    /// name of one of the user's files.
     [[nodiscard]] bool write(const std::string& title) const;
 
     /// Removes what `write` has made. False when the disk refuses.

@@ -188,7 +188,7 @@ private:
     core::AppLanguage language_ = core::AppLanguage::english;
     FileTableModel* files_;
     QLabel* message_;
-    std::pair<QPointer<QMessageBox>, core::LocalizedText> refusal_; ///< of what was dropped last
+    std::pair<QPointer<QMessageBox>, core::LocalizedText> refusal_; ///< of the last drop
 };
 
 QtFilePanel::QtFilePanel() = default;

@@ -8,7 +8,7 @@
 
 namespace quillane {
 
-/// Qt's file dialog, with the message below the files. Not the desktop's own: that has no place for a message.
+/// Qt's file dialog, with the message below the files. Not the desktop's own, which has no place for a message.
 class QtFilePanel final : public FilePanel {
 public:
     QtFilePanel();

@@ -12,7 +12,7 @@ namespace {
 constexpr int markSize = 14;
 constexpr int markMargin = 8;
 
-/// The key behind the tab, isolated from the title's direction (Unicode Standard Annex 9, LRI and PDI).
+/// The key after the tab, isolated from the title's direction (Unicode Standard Annex 9, LRI and PDI).
 QString withIsolatedKey(const QString& text) {
     const auto tab = text.indexOf(QLatin1Char('\t'));
     if (tab < 0) {

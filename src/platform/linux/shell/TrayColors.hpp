@@ -6,8 +6,8 @@
 
 namespace quillane {
 
-/// The colour that icons in the X11 system tray should have to be seen on it: the tray's _NET_SYSTEM_TRAY_COLORS
-/// property (System Tray Protocol 0.4), and without one the text colour of windows.
+/// The colour in which icons are visible on the X11 system tray: the tray's _NET_SYSTEM_TRAY_COLORS property (System
+/// Tray Protocol 0.4), and without one the text colour of windows.
 [[nodiscard]] QColor trayForegroundColor();
 
 } // namespace quillane

@@ -31,8 +31,8 @@ QPixmap tinted(const TemplateImage& image, QColor color) {
     return QPixmap::fromImage(result);
 }
 
-/// Sends a notification without waiting for anyone (Desktop Notifications Specification 1.2, "Notify"). Calls `failed`,
-/// while the context is there, when no service takes it.
+/// Sends a notification without waiting for a reply (Desktop Notifications Specification 1.2, "Notify"). Calls
+/// `failed`, while the context exists, when no service accepts it.
 void notifyByBus(const QString& title, const QString& text, QObject* context, std::function<void()> failed) {
     auto message = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("/org/freedesktop/Notifications"),

@@ -9,7 +9,7 @@
 namespace quillane {
 
 /// The status item in the system tray: StatusNotifierItem where the session has it, else the XEmbed tray (both through
-/// QSystemTrayIcon). Its menu opens on either mouse button. A tray that starts later takes the item up then.
+/// QSystemTrayIcon). Its menu opens on either mouse button. A tray that starts later shows the item then.
 class TrayStatusItem final : public StatusItem {
 public:
     TrayStatusItem();
@@ -20,7 +20,7 @@ public:
     [[nodiscard]] bool isVisible() const override;
     void popUpMenu() override;
 
-    /// By the tray's balloon, and without a tray by org.freedesktop.Notifications, when the session runs one.
+    /// Through the tray's balloon, and without a tray through org.freedesktop.Notifications, if the session has it.
     void notify(const std::string& title, const std::string& text, std::function<void()> failed) override;
 
 private:

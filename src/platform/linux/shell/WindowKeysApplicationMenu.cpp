@@ -13,8 +13,8 @@ namespace quillane {
 
 namespace {
 
-/// The key of a row in this program's windows: its own with Control, or the usual one of a window command. Rows that
-/// are disabled have none, nor have editing commands here, because text widgets bring their own.
+/// The key of a row in this program's windows: its own with Control, or the usual one of a window command. Disabled
+/// rows have none, and neither have editing commands, because text widgets have their own.
 QKeySequence keyOf(const ApplicationMenuRow& row) {
     if (row.standard == StandardCommand::close) {
         return QKeySequence(Qt::CTRL | Qt::Key_W);
@@ -43,7 +43,7 @@ protected:
         if (!row) {
             return false;
         }
-        event->accept(); // a shortcut override that is accepted comes again as a key press
+        event->accept(); // an accepted shortcut override arrives again as a key press
         if (event->type() == QEvent::KeyPress) {
             run(*row, *widget);
         }

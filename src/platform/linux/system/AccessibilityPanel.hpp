@@ -11,17 +11,17 @@
 
 namespace quillane {
 
-/// The settings page for assistive technologies of a desktop, by what XDG_CURRENT_DESKTOP says (names with colons
-/// between them); none for desktops that have none.
+/// The settings page for assistive technologies of a desktop, by the value of XDG_CURRENT_DESKTOP (names separated by
+/// colons); none for desktops without one.
 [[nodiscard]] std::optional<core::ProcessCommand> accessibilityPanel(std::string_view currentDesktop);
 
 /// Its page for keyboards and their layouts, likewise.
 [[nodiscard]] std::optional<core::ProcessCommand> keyboardPanel(std::string_view currentDesktop);
 
-/// The desktop that runs, as XDG_CURRENT_DESKTOP says.
+/// The running desktop, from XDG_CURRENT_DESKTOP.
 [[nodiscard]] std::string currentDesktop();
 
-/// Whether there is a page and the program that shows it is found.
+/// Whether there is a page, and the program that shows it is installed.
 [[nodiscard]] bool isInstalled(const std::optional<core::ProcessCommand>& panel);
 
 } // namespace quillane

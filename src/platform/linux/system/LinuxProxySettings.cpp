@@ -18,7 +18,7 @@ struct FreeStrings {
     void operator()(char** strings) const { g_strfreev(strings); }
 };
 
-/// libcurl's names (CURLOPT_PROXY(3)); HTTP_PROXY is none of them, for it may come from a request's header.
+/// libcurl's names (CURLOPT_PROXY(3)); HTTP_PROXY is not among them, because it may come from a request's header.
 bool environmentNamesAProxy() {
     constexpr std::array names{"http_proxy", "https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY"};
     return std::ranges::any_of(names, [](const char* name) {
@@ -27,7 +27,7 @@ bool environmentNamesAProxy() {
     });
 }
 
-/// GIO's "socks" and "socks5" leave it open who looks the name up; the proxy is the one that can.
+/// GIO's "socks" and "socks5" leave it open who resolves the name; the proxy can.
 std::string forCurl(std::string_view proxy) {
     for (const std::string_view socks : {"socks://", "socks5://"}) {
         if (proxy.starts_with(socks)) {

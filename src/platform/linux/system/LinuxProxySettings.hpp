@@ -12,11 +12,11 @@ namespace quillane {
 /// KDE's, also automatic configuration, where glib-networking is installed).
 class LinuxProxySettings final : public ProxySettings {
 public:
-    /// Reads the environment. Without a resolver GIO's default one is asked.
+    /// Reads the environment. Without a resolver, GIO's default is used.
     explicit LinuxProxySettings(GProxyResolver* resolver = nullptr);
 
-    /// Removes HTTP_PROXY from the environment, which may come from a request's header and which GIO's module for
-    /// libproxy reads all the same. To be called while the process has one thread.
+    /// Removes HTTP_PROXY from the environment: it may come from a request's header, and GIO's libproxy module reads it
+    /// all the same. Call it while the process has one thread.
     static void forgetHeaderVariable();
 
     [[nodiscard]] std::optional<std::string> proxyFor(const std::string& url) const override;

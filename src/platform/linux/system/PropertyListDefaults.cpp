@@ -39,7 +39,7 @@ fs::path homeFolder() {
     return user != nullptr && user->pw_dir != nullptr ? user->pw_dir : "/";
 }
 
-/// The time as in 20260131T235959Z (ISO 8601).
+/// The time in the format 20260131T235959Z (ISO 8601).
 std::string timestamp() {
     const auto now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
     std::tm utc{};
@@ -49,7 +49,7 @@ std::string timestamp() {
     return text;
 }
 
-/// Renames a file unless the new name is taken; true when it did. The error number is left in errno.
+/// Renames a file unless the new name is taken; true on success. Sets errno.
 bool renameToFreeName(const fs::path& from, const fs::path& to) {
     if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
         return true;
@@ -120,7 +120,7 @@ void PropertyListDefaults::change(std::string key, std::optional<PropertyListVal
     unsaved_.insert_or_assign(std::move(key), std::move(value));
 }
 
-/// Takes the file's content, with the changes that it does not hold yet laid over it.
+/// Takes the file's content and applies the changes that it does not hold yet.
 void PropertyListDefaults::load() {
     const auto content = core::readFile(file_, maximumBytes);
     const int error = content ? 0 : content.error().number;
@@ -148,7 +148,7 @@ void PropertyListDefaults::load() {
     }
 }
 
-/// Renames the damaged file, so that people can look at it and the next write does not destroy it.
+/// Renames the damaged file, so that the user can look at it and the next write does not destroy it.
 void PropertyListDefaults::setAside() {
     const auto base = file_.string() + ".damaged-" + timestamp();
     auto name = base;

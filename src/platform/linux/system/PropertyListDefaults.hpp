@@ -19,17 +19,17 @@ namespace quillane {
 /// Settings in a property list file of mode 0600, read once and replaced atomically on every change. Main thread.
 ///
 /// A damaged file, or one over 16 MiB, is renamed to `NAME.damaged-TIME` beside itself, and the settings start empty.
-/// While the file cannot be read it is never overwritten: changes stay in memory, and are laid over its content as soon
-/// as it can be read again. A change that cannot be written stays in memory too and goes out with the next one, as a
-/// note does.
+/// While the file cannot be read it is never overwritten: changes stay in memory and are applied to its content as soon
+/// as it can be read again. A change that cannot be written stays in memory too and is written with the next one, as a
+/// note is.
 class PropertyListDefaults final : public core::UserDefaults {
 public:
     static constexpr std::size_t maximumBytes = std::size_t{16} << 20;
 
-    /// Reads the file. Never fails; `lastError` tells when it could not be read.
+    /// Reads the file. Never fails; `lastError` says when it could not be read.
     explicit PropertyListDefaults(std::filesystem::path file);
 
-    /// Writes the notes that no change has taken along.
+    /// Writes the notes that no change has written.
     ~PropertyListDefaults() override;
 
     PropertyListDefaults(const PropertyListDefaults&) = delete;
@@ -41,7 +41,8 @@ public:
     void removeObject(std::string_view key) override;
     void note(std::string_view key, core::PropertyListValue value) override;
 
-    /// Why the settings in memory are not on the disk, or none when they are. EFBIG: they are too many or too deep.
+    /// Why the settings in memory are not on the disk, or none when they are. EFBIG: they are too large or nested too
+    /// deeply.
     [[nodiscard]] std::optional<core::FileError> lastError() const { return lastError_; }
 
 private:

@@ -39,7 +39,7 @@ struct FreeItems {
     void operator()(GList* items) const { g_list_free_full(items, g_object_unref); }
 };
 
-/// Where the library puts what went wrong.
+/// The library's error, owned.
 class Failure {
 public:
     Failure() = default;
@@ -75,7 +75,7 @@ private:
     GError* error_ = nullptr;
 };
 
-/// Answers of the service come in on the calling thread only, whose event loop the library runs meanwhile.
+/// Answers of the service arrive only on the calling thread, whose event loop the library runs meanwhile.
 class OwnContext {
 public:
     OwnContext() : context_(g_main_context_new()) { g_main_context_push_thread_default(context_); }
@@ -84,7 +84,7 @@ public:
     OwnContext& operator=(const OwnContext&) = delete;
 
     ~OwnContext() {
-        // What is left to be told holds on to the connection, which would then be kept when it has closed.
+        // Pending callbacks hold a reference to the connection, which would then outlive its closing.
         while (g_main_context_iteration(context_, FALSE)) {
         }
         g_main_context_pop_thread_default(context_);
@@ -95,7 +95,7 @@ private:
     GMainContext* context_;
 };
 
-/// Cancels what is under way when the time is over.
+/// Cancels the current call when the time is over.
 class Deadline {
 public:
     explicit Deadline(std::chrono::milliseconds longest)
@@ -115,7 +115,7 @@ private:
     std::jthread timer_; // after what it uses
 };
 
-// A service whose prompts are refused: a library that shows them would ask the user.
+// A service whose prompts are refused: the library would otherwise show them to the user.
 
 constexpr const char* refusal = "the service wants to ask the user";
 
@@ -147,7 +147,7 @@ GType silentServiceType() {
     return type;
 }
 
-/// The attributes by which other programs find the item, too.
+/// The attributes by which other programs find the item.
 const SecretSchema& schema() {
     static const SecretSchema schema{"com.quillane.app.GenericPassword",
                                      SECRET_SCHEMA_NONE,
@@ -192,9 +192,9 @@ public:
                                                                : SecretStatus::success;
     }
 
-    /// The item with the name that is open; `itemNotFound` when no item has the name. The attributes of an item are its
-    /// name, whatever schema they were stored under. Of several the program's own comes first, and then the oldest:
-    /// what is sealed was sealed with that.
+    /// The unlocked item with the name; `itemNotFound` when no item has it. The attributes of an item are its name,
+    /// whatever schema they were stored under. Of several, the program's own takes precedence, then the oldest, because
+    /// the vault was sealed with that one.
     [[nodiscard]] SecretStatus findItem(const core::SecretName& name) {
         const auto attributes = attributesOf(name);
         const std::unique_ptr<GList, FreeItems> items(secret_service_search_sync(
@@ -256,7 +256,7 @@ private:
                                                   name.account.c_str(), nullptr));
     }
 
-    /// Whether an item that was found has no attribute beside its name. One that is locked may not say.
+    /// Whether a found item has no attribute beside its name. A locked one may not reveal it.
     static bool hasNameOnly(SecretItem* item) {
         const Attributes all(secret_item_get_attributes(item));
         return !all || g_hash_table_size(all.get()) <= (schemaOf(all.get()) ? 3U : 2U);
@@ -296,7 +296,7 @@ std::variant<SecretBytes, SecretStatus> SecretServiceStore::find(const core::Sec
     if (found != SecretStatus::itemNotFound) {
         return found;
     }
-    // A locked collection does not say what is in it.
+    // A locked collection does not reveal its items.
     const auto collection = session.findCollection();
     return collection == SecretStatus::success ? SecretStatus::itemNotFound : collection;
 }

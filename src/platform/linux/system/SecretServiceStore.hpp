@@ -10,8 +10,8 @@
 namespace quillane {
 
 /// The Secret Service of the session (Secret Service API Draft, freedesktop.org), by libsecret. New items go into the
-/// default collection; one that has none is no store. Secrets are encrypted on the bus. A prompt of the service is
-/// refused and never shown. Every call looks for the service anew, so one that comes later is found.
+/// default collection; a service without one counts as no store. Secrets are encrypted on the bus. A prompt of the
+/// service is refused and never shown. Every call looks for the service again, so one that starts later is found.
 class SecretServiceStore final : public core::SecretStore {
 public:
     explicit SecretServiceStore(std::chrono::milliseconds longest = std::chrono::seconds(10)) : longest_(longest) {}

@@ -77,8 +77,8 @@ X11Extensions queryExtensions(xcb_connection_t* c) {
 
 } // namespace
 
-/// A thread that waits for the server cannot be interrupted; it shares this state, so that it may end after everybody
-/// who asked.
+/// A thread that waits for the server cannot be interrupted. It shares this state, so it may end after everybody who
+/// asked.
 struct X11Connection::Reopening {
     Reopening() : finished(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
@@ -87,13 +87,13 @@ struct X11Connection::Reopening {
 
     ~Reopening() { close(finished); }
 
-    const int finished; ///< readable when `link` has been decided
+    const int finished; ///< readable once `link` has been decided
     std::mutex mutex;
     std::optional<Link> link;
 };
 
 tl::expected<std::unique_ptr<X11Connection>, std::string> X11Connection::open(const std::string& display) {
-    // XCB writes to its socket in a way that raises the signal when the server has closed it; the error is enough.
+    // XCB's writes raise the signal when the server has closed the socket; the error is enough.
     if (struct sigaction action{}; sigaction(SIGPIPE, nullptr, &action) == 0 && action.sa_handler == SIG_DFL) {
         action.sa_handler = SIG_IGN;
         sigaction(SIGPIPE, &action, nullptr);
@@ -117,7 +117,7 @@ X11Connection::~X11Connection() {
     if (lost_) {
         return;
     }
-    // The server does not look at what was requested last when the connection is closed at once.
+    // The server ignores the last requests when the connection is closed at once.
     const auto end = std::chrono::steady_clock::now() + longestFarewell;
     const auto cookie = xcb_get_input_focus(raw());
     xcb_flush(raw());
@@ -158,7 +158,7 @@ tl::expected<X11Connection::Link, std::string> X11Connection::connectAndWait(con
 void X11Connection::watch() {
     notifier_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(raw()), QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(), [this] { process(); });
-    drain_.start(0); // what came in while the connection was made
+    drain_.start(0); // events that arrived while the connection was made
 }
 
 void X11Connection::selectRootEvents(std::uint32_t eventMask) {
@@ -176,7 +176,7 @@ void X11Connection::flush() {
     if (xcb_flush(raw()) <= 0) {
         notifier_->setEnabled(false); // XCB has closed the socket
     }
-    // XCB reads while it waits to write: what it has read then does not make the socket readable any more.
+    // XCB reads while it waits to write, and what it has read no longer makes the socket readable.
     if (!isProcessing_) {
         drain_.start(0);
     }
@@ -186,11 +186,11 @@ void X11Connection::process() {
     const bool wasProcessing = std::exchange(isProcessing_, true); // a handler may wait for answers
     bool again = true;
     while (again && !lost_) {
-        xcb_flush(raw()); // first, as it may read: the last round finds nothing to send and nothing to do
+        xcb_flush(raw()); // first, because it may read: the last round finds nothing to send and nothing to do
         receive();
         again = dispatchReply();
         if (!again) {
-            // Whatever was received before that look for a reply came before the reply.
+            // Everything received before that check for a reply precedes the reply.
             again = !received_.empty();
             while (!received_.empty() && !lost_) {
                 dispatchEvent();
@@ -230,7 +230,7 @@ bool X11Connection::dispatchReply() {
     while (auto* event = xcb_poll_for_queued_event(raw())) {
         received_.emplace_back(event);
     }
-    // An event carries the number of the last request that was carried out before it.
+    // An event carries the number of the last request that was executed before it.
     while (!received_.empty() && static_cast<std::int32_t>(received_.front()->full_sequence - answered.sequence) < 0) {
         dispatchEvent();
     }
@@ -243,7 +243,7 @@ bool X11Connection::dispatchReply() {
 void X11Connection::enqueue(Pending pending) {
     pending_.push_back(std::move(pending));
     if (lost_) {
-        drain_.start(0); // the answer never comes inside the call
+        drain_.start(0); // never answer inside the call
     }
 }
 
@@ -320,7 +320,7 @@ std::vector<xcb_atom_t> X11Connection::internAtoms(std::span<const std::string_v
         const XReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(raw(), cookie, nullptr));
         atoms.push_back(reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE});
     }
-    drain_.start(0); // events that came in between
+    drain_.start(0); // events in between
     return atoms;
 }
 

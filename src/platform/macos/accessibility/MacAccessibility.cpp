@@ -18,7 +18,7 @@ namespace quillane {
 
 namespace {
 
-/// One observed notification. The observer's source leaves the run loop when this goes.
+/// One observed notification. Destruction removes the observer's source from the run loop.
 class Observation {
 public:
     Observation(CFRef<AXObserverRef> observer, CFRef<AXUIElementRef> application, CFRef<CFStringRef> name,

@@ -7,9 +7,9 @@
 
 namespace quillane {
 
-/// Other applications by AXUIElement (ApplicationServices, AXUIElement.h). Needs the Accessibility permission; without
-/// it every reading is absent and every action fails. A process that does not answer (kAXErrorCannotComplete) is not
-/// asked again for a while; actions are tried all the same.
+/// Other applications through AXUIElement (ApplicationServices, AXUIElement.h). Needs the Accessibility permission;
+/// without it every attribute is absent and every action fails. A process that does not answer (kAXErrorCannotComplete)
+/// is not asked again for a while; actions are tried all the same.
 class MacAccessibility final : public Accessibility {
 public:
     explicit MacAccessibility(MacSilentProcesses::Now now = MacSilentProcesses::Clock::now);
@@ -17,14 +17,15 @@ public:
     /// AXUIElementCreateApplication.
     [[nodiscard]] AXElement application(pid_t pid) override;
 
-    /// AXUIElementSetMessagingTimeout, which the system keeps for one reference only; elements read from it get it too.
+    /// AXUIElementSetMessagingTimeout, which the system keeps for one reference only; elements read from it inherit it
+    /// here.
     void setMessagingTimeout(const AXElement& element, std::chrono::milliseconds timeout) override;
 
-    /// AXUIElementCopyAttributeValue. An address becomes its text; a value of a type that AXValue
-    /// does not have is kept as an opaque one.
+    /// AXUIElementCopyAttributeValue. A URL becomes its text; a value of a type that AXValue does not have is kept as
+    /// an opaque one.
     [[nodiscard]] std::optional<AXValue> attribute(const AXElement& element, std::string_view name) override;
 
-    /// AXUIElementCopyMultipleAttributeValues, which puts an error value in the place of each missing attribute.
+    /// AXUIElementCopyMultipleAttributeValues, which returns an error value for each missing attribute.
     [[nodiscard]] std::optional<std::vector<AXValue>> attributes(const AXElement& element,
                                                                  std::span<const std::string_view> names) override;
 
@@ -39,7 +40,7 @@ public:
     /// AXUIElementCopyActionNames.
     [[nodiscard]] std::vector<std::string> actionNames(const AXElement& element) override;
 
-    /// AXUIElementPerformAction; kAXErrorCannotComplete is what it says while a menu is shown.
+    /// AXUIElementPerformAction, which returns kAXErrorCannotComplete while a menu is shown.
     AXActionResult performAction(const AXElement& element, std::string_view name) override;
 
     /// AXObserverCreate and AXObserverAddNotification, with its source in the common modes of the main run loop.

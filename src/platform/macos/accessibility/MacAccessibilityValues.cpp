@@ -10,7 +10,7 @@ namespace quillane {
 
 namespace {
 
-/// A value of a type of the application's own, compared by CFEqual.
+/// A value of an application-defined type, compared by CFEqual.
 struct OpaqueValue final : AXOpaqueValue::Handle {
     CFRef<CFTypeRef> object;
 
@@ -22,7 +22,7 @@ struct OpaqueValue final : AXOpaqueValue::Handle {
     }
 };
 
-/// A list of nothing but elements as such; `std::monostate` for any other list.
+/// A list of elements as such; `std::monostate` for any other list.
 AXValue listValue(CFArrayRef list, float timeout) {
     std::vector<AXElement> elements;
     for (CFIndex i = 0; i < CFArrayGetCount(list); ++i) {

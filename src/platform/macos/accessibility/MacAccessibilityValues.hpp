@@ -13,7 +13,7 @@ namespace quillane {
 struct MacElement final : AXElement::Handle {
     CFRef<AXUIElementRef> reference;
     pid_t pid;         ///< 0 when the system does not tell
-    float timeout = 0; ///< seconds, handed on to elements read from this one; 0 is the system's own
+    float timeout = 0; ///< seconds, inherited by elements read from this one; 0 is the system's default
 
     MacElement(CFRef<AXUIElementRef> element, float seconds);
 
@@ -29,11 +29,11 @@ struct MacElement final : AXElement::Handle {
 [[nodiscard]] AXElement axElement(AXUIElementRef element, float timeout);
 
 /// An object that an application has answered with; elements in it get the time-out in seconds. `std::monostate` for
-/// null, for the placeholder of an error and for a list of other things than elements. A value of a type that AXValue
-/// does not have is kept as an opaque one.
+/// null, for the placeholder of an error and for a list of anything but elements. A value of a type that AXValue does
+/// not have is kept as an opaque one.
 [[nodiscard]] AXValue axValue(CFTypeRef object, float timeout);
 
-/// The object that stands for a value; null for lists and for no value.
+/// The object for a value; null for lists and for no value.
 [[nodiscard]] CFRef<CFTypeRef> accessibilityObject(const AXValue& value);
 
 } // namespace quillane

@@ -6,7 +6,7 @@
 
 namespace quillane {
 
-/// The grants of the page "Privacy & Security" in System Settings.
+/// The permissions on the page "Privacy & Security" of System Settings.
 class MacPermissionService final : public PermissionService {
 public:
     /// CGPreflightListenEventAccess for Input Monitoring, AXIsProcessTrusted for Accessibility.

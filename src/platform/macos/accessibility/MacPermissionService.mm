@@ -24,7 +24,7 @@ bool MacPermissionService::isGranted(core::MacPermission permission) const {
 
 void MacPermissionService::request(core::MacPermission permission) {
     @autoreleasepool {
-        // Both calls answer whether the grant is there already, which `isGranted` tells when it matters.
+        // Both calls return whether the permission is granted already, which `isGranted` reports when it matters.
         switch (permission) {
         case core::MacPermission::inputMonitoring:
             IOHIDRequestAccess(kIOHIDRequestTypeListenEvent);

@@ -15,7 +15,7 @@ public:
     void read(Handler handler) override;
 
 private:
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with answers that are on their way
+    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending answers
 };
 
 } // namespace quillane

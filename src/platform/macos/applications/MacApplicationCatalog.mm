@@ -55,7 +55,7 @@ void addBundles(Applications& applications, NSURL* folder, int levels) {
     }
 }
 
-/// May be called on any thread, as everything that it calls may.
+/// May be called on any thread; so may everything that it calls.
 Applications allApplications() {
     @autoreleasepool {
         Applications applications;
@@ -63,7 +63,7 @@ Applications allApplications() {
                                                                    inDomains:NSAllDomainsMask]) {
             addBundles(applications, folder, 1);
         }
-        // Safari is in a volume of its own, which the Finder shows as a part of /Applications.
+        // Safari is on a separate volume, which the Finder shows as part of /Applications.
         addBundles(applications, [NSURL fileURLWithPath:@"/System/Cryptexes/App/System/Applications" isDirectory:YES],
                    0);
         for (NSRunningApplication* running in NSWorkspace.sharedWorkspace.runningApplications) {

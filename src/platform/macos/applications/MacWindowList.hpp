@@ -7,7 +7,7 @@
 
 namespace quillane {
 
-/// CGWindowListCopyWindowInfo (CGWindow.h), which tells owners, layers and bounds without any permission.
+/// CGWindowListCopyWindowInfo (CGWindow.h), which reports owners, layers and bounds without any permission.
 class MacWindowList final : public WindowList {
 public:
     void read(Handler handler) override;

@@ -8,11 +8,11 @@
 
 namespace quillane {
 
-/// The session by NSWorkspace and NSRunningApplication (AppKit), which follow it while the main run loop runs.
+/// The session through NSWorkspace and NSRunningApplication (AppKit), which follow it while the main run loop runs.
 class MacWorkspace final : public Workspace {
 public:
-    /// Starts to listen to the workspace's notices. To be made before `finishLaunching`, since the event that tells why
-    /// the application was launched is gone afterwards. `atLogin` is what the command line says of that.
+    /// Starts observing the workspace. Construct it before `finishLaunching`: afterwards the event with the reason of
+    /// the launch is gone. `atLogin` is the reason that the command line gives.
     explicit MacWorkspace(bool atLogin);
     ~MacWorkspace() override;
 
@@ -45,7 +45,7 @@ public:
 private:
     struct State;
     class Observers;
-    std::shared_ptr<State> state_; // a notice may still be in the main queue when its observer has been removed
+    std::shared_ptr<State> state_; // a notification may still be in the main queue when its observer has been removed
     std::unique_ptr<Observers> observers_;
 };
 

@@ -64,11 +64,11 @@ public:
                [](State& notified) { notified.activated.notify(); });
         listen(workspace, NSWorkspaceDidWakeNotification, NSOperationQueue.mainQueue, state,
                [](State& notified) { notified.woken.notify(); });
-        // Without a queue the block runs inside the handling of the Apple event.
+        // Without a queue the block runs while the Apple event is handled.
         listen(NSNotificationCenter.defaultCenter, NSApplicationDidFinishLaunchingNotification, nil, state,
                [this](State& notified) {
                    notified.atLogin = notified.atLogin || isOpenedAsLoginItem();
-                   handleReopen(); // AppKit has its own handlers in place by now, so that they do not replace this one
+                   handleReopen(); // AppKit's own handlers are in place by now and do not replace this one
                });
         reopenHandler_.reopened = [weak = std::weak_ptr(state)] {
             if (const auto strong = weak.lock()) {
@@ -158,7 +158,7 @@ bool MacWorkspace::isRunning(pid_t pid) const {
 bool MacWorkspace::activateApplication(pid_t pid) {
     @autoreleasepool {
         NSRunningApplication* application = [NSRunningApplication runningApplicationWithProcessIdentifier:pid];
-        if (@available(macOS 14, *)) { // the active application has to give way first
+        if (@available(macOS 14, *)) { // the active application must yield first
             if (application) {
                 [NSApplication.sharedApplication yieldActivationToApplication:application];
             }

@@ -8,7 +8,7 @@
 namespace quillane {
 
 /// The system's own area screenshot, started by its shortcut (Quartz Event Services). Needs the Accessibility
-/// permission. Whether the shortcut is turned off cannot be told.
+/// permission. There is no way to see whether the shortcut is turned off.
 class MacAreaCapture final : public AreaCapture {
 public:
     [[nodiscard]] Means means() const override { return Means::systemShortcut; }

@@ -10,8 +10,8 @@
 
 namespace quillane {
 
-/// The general pasteboard (NSPasteboard). The pasteboard server holds the contents, so they are read when they are
-/// asked for, and nobody needs to say beforehand what interests them.
+/// The general pasteboard (NSPasteboard). The pasteboard server holds the contents, so they are read on request, and no
+/// interest needs to be declared beforehand.
 class MacPasteboard final : public Pasteboard {
 public:
     MacPasteboard();
@@ -20,7 +20,7 @@ public:
     [[nodiscard]] std::int64_t changeCount() const override;
     [[nodiscard]] std::vector<std::vector<std::string>> itemTypes() const override;
 
-    /// NSPasteboard.types: what its items offer and, beside them, names of the time before uniform type identifiers.
+    /// NSPasteboard.types: the types of its items, and names that are older than uniform type identifiers.
     [[nodiscard]] std::vector<std::string> ownTypes() const override;
     [[nodiscard]] std::optional<core::SharedBytes> data(std::size_t item, std::string_view type) const override;
     [[nodiscard]] std::optional<std::string> string(std::string_view type) const override;
@@ -31,7 +31,7 @@ public:
     bool setString(std::string_view type, std::string_view text) override;
     bool write(std::vector<core::PasteboardItem> items) override;
 
-    /// Of the interest it matters only whether there is one: then the system must not slow the program down.
+    /// Only the presence of an interest matters: the system must then not slow the program down.
     void setInterest(Interest interest) override;
 
     /// NSPasteboard.accessBehavior, macOS 15.4 and later.

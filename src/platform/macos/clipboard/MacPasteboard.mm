@@ -7,7 +7,7 @@
 
 #import <AppKit/AppKit.h>
 
-/// What macOS 15.4 has added to NSPasteboard, for SDKs that are older; asked for before it is called.
+/// Additions of macOS 15.4 to NSPasteboard, for older SDKs; checked for at run time before a call.
 @protocol QuillanePasteboardAccess
 - (NSInteger)accessBehavior;
 @end
@@ -62,7 +62,7 @@ std::optional<std::filesystem::path> findFile(std::string_view url) {
 
 } // namespace
 
-/// Each question for the items makes new ones, which fetch their types and data again.
+/// Each request for the items makes new ones, which fetch their types and data again.
 struct MacPasteboard::Items {
     NSInteger changeCount = -1;
     NSArray<NSPasteboardItem*>* items = nil;

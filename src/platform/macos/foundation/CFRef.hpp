@@ -8,17 +8,17 @@
 
 namespace quillane {
 
-/// Owns one reference of a Core Foundation object (Core Foundation, "Memory Management Programming Guide"). Copies
+/// Owns one reference to a Core Foundation object (Core Foundation, "Memory Management Programming Guide"). Copies
 /// share the object. For the sources of this folder only.
 template <typename T>
 class CFRef {
 public:
     CFRef() = default;
 
-    /// Takes over the reference that a function with Create or Copy in its name has returned. It may be null.
+    /// Takes over the reference returned by a function with Create or Copy in its name. It may be null.
     [[nodiscard]] static CFRef adopt(T reference) { return CFRef(reference); }
 
-    /// Adds a reference to an object that belongs to somebody else. It may be null.
+    /// Adds a reference to an object that belongs to another owner. It may be null.
     [[nodiscard]] static CFRef retain(T reference) {
         if (reference) {
             CFRetain(reference);
@@ -51,7 +51,7 @@ private:
     T reference_ = nullptr;
 };
 
-/// The object as type T when it is of that type by its CFTypeID, else null. Borrowed, as the object is.
+/// The object as type T if its CFTypeID is that of T, otherwise null. Borrowed, as the object is.
 template <typename T>
 [[nodiscard]] T cfCast(CFTypeRef object, CFTypeID type) {
     return object && CFGetTypeID(object) == type ? static_cast<T>(object) : nullptr;

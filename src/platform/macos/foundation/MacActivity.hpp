@@ -4,8 +4,8 @@
 
 namespace quillane {
 
-/// While one exists, macOS does not slow this program down as one that nobody sees (App Nap): its timers fire on time.
-/// The machine may sleep as ever. NSProcessInfo.beginActivityWithOptions:reason:.
+/// While one exists, macOS does not slow this program down as an invisible one (App Nap): its timers fire on time. The
+/// machine may still sleep. NSProcessInfo.beginActivityWithOptions:reason:.
 class MacActivity {
 public:
     explicit MacActivity(const char* reason);

@@ -8,8 +8,8 @@
 
 namespace quillane {
 
-/// Runs a callback that the system has called for: no C++ exception may pass through the system's frames, so one that
-/// gets here ends here. The log (os_log) tells that it did; what the exception says stays private.
+/// Runs a callback of the system. No C++ exception may pass through the system's frames, so one that gets here ends
+/// here. It is logged (os_log); its text stays private.
 template <typename Callback>
 void guarded(Callback&& callback) noexcept {
     try {

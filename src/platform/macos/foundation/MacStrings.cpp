@@ -28,7 +28,7 @@ CFRef<CFStringRef> cfString(std::string_view text) {
             return string;
         }
     }
-    throw std::bad_alloc(); // Latin-1 knows every byte, so only memory can be missing
+    throw std::bad_alloc(); // Latin-1 accepts every byte, so only memory can be missing
 }
 
 } // namespace quillane

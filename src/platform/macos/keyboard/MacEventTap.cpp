@@ -23,7 +23,7 @@ bool isKeyEvent(EventType type) {
     return type == EventType::keyDown || type == EventType::keyUp || type == EventType::flagsChanged;
 }
 
-/// The event as a value. Notices of the tap itself carry no event worth reading.
+/// The event as a value. Notifications about the tap itself carry no usable event.
 InputEvent inputEvent(EventType type, CGEventRef event) {
     InputEvent input{.type = type};
     if (!isTapNotice(type)) {
@@ -38,7 +38,7 @@ InputEvent inputEvent(EventType type, CGEventRef event) {
 } // namespace
 
 struct MacEventTap::Tap {
-    MacActivity activity{"Watches the keyboard"}; // a tap that answers late is taken away
+    MacActivity activity{"Watches the keyboard"}; // the system disables a tap that answers late
     Receiver receiver;
     CFRef<CFMachPortRef> port;
     CFRef<CFRunLoopSourceRef> source;
@@ -59,7 +59,7 @@ struct MacEventTap::Tap {
         if (!event && !isTapNotice(type)) {
             return event; // there is nothing to read
         }
-        // An agent in the background gets no events of its own, at whose end AppKit would empty the pool.
+        // A background agent gets no events of its own, after which AppKit would empty the pool.
         const AutoreleasePool pool;
         guarded([&] {
             auto input = inputEvent(type, event);

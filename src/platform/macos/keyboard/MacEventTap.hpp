@@ -14,13 +14,13 @@ public:
     MacEventTap();
     ~MacEventTap() override;
 
-    /// Creates the tap in front of all others of the session, and replaces an earlier one of this object.
+    /// Creates the tap ahead of all others of the session, and replaces an earlier one of this object.
     [[nodiscard]] bool start(std::uint64_t mask, Receiver receiver) override;
     void stop() override;
     void enable() override;
     [[nodiscard]] bool isEnabled() const override;
 
-    /// Does nothing: an active tap may rewrite any event that passes, so no key has to be taken away beforehand.
+    /// Does nothing: an active tap may rewrite any event that passes, so no key must be held back.
     void setReplaceableKeys(std::span<const core::KeyCode> keys) override;
 
 private:

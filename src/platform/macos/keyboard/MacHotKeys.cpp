@@ -100,7 +100,7 @@ core::Subscription MacHotKeys::registerHotKey(const HotKey& key, std::function<v
         ++identifier;
     }
     State::Registered registered{nullptr, std::move(pressed)};
-    OSStatus status = eventInternalErr; // without a handler no press would be heard
+    OSStatus status = eventInternalErr; // without a handler no press would arrive
     if (state_->handler != nullptr) {
         status = RegisterEventHotKey(key.keyCode, carbonModifiers(key.modifiers), EventHotKeyID{signature, identifier},
                                      GetApplicationEventTarget(), 0, &registered.reference);

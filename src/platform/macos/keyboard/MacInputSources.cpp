@@ -52,7 +52,7 @@ std::optional<InputSource> value(TISInputSourceRef source) {
     return result;
 }
 
-/// The enabled sources that can be selected, as the system's objects; null when the system does not tell.
+/// The enabled, selectable sources as the system's objects; null when the system does not report them.
 CFRef<CFArrayRef> enabledSources() {
     const auto filter = cfDictionary({
         {kTISPropertyInputSourceCategory, kTISCategoryKeyboardInputSource},
@@ -71,7 +71,7 @@ TISInputSourceRef sourceAt(const CFRef<CFArrayRef>& sources, CFIndex index) {
 struct MacInputSources::Notices {
     core::Listeners<> listeners;
 
-    /// The delivery must be immediate: AppKit holds distributed notices back while the application is not active, and
+    /// Delivery must be immediate: AppKit holds distributed notifications back while the application is not active, and
     /// an agent hardly ever is.
     Notices() {
         for (CFStringRef name :
@@ -135,7 +135,7 @@ bool MacInputSources::switchedBySystemShortcut() const {
 
 bool MacInputSources::openSettings() {
     const AutoreleasePool pool;
-    // Input sources and the shortcuts of the system are on one page.
+    // Input sources and the system's shortcuts are on one page.
     const auto text = cfString(core::areaCaptureShortcut::settingsAddress);
     const auto address = CFRef<CFURLRef>::adopt(CFURLCreateWithString(kCFAllocatorDefault, text.get(), nullptr));
     return address && LSOpenCFURLRef(address.get(), nullptr) == noErr;

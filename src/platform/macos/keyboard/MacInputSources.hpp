@@ -11,7 +11,7 @@ namespace quillane {
 /// Text Input Sources (Carbon HIToolbox, TextInputSources.h), which answer on the main thread only.
 class MacInputSources final : public InputSources {
 public:
-    /// Starts to listen to the system's notices of changed sources.
+    /// Starts listening for the system's notifications of changed sources.
     MacInputSources();
     ~MacInputSources() override;
 
@@ -24,8 +24,8 @@ public:
     /// TISSelectInputSource on the first enabled source with this identifier.
     [[nodiscard]] bool select(std::string_view id) override;
 
-    /// False: the system's own shortcuts for input sources (Control-Space, Globe, Caps Lock) are never a chord of
-    /// modifiers that a program may recognise too.
+    /// False: the system's shortcuts for input sources (Control-Space, Globe, Caps Lock) are never chords of modifiers
+    /// only.
     [[nodiscard]] bool switchedBySystemShortcut() const override;
 
     [[nodiscard]] bool hasSettings() const override { return true; }

@@ -6,14 +6,14 @@
 
 namespace quillane {
 
-/// The keyboard by Quartz Event Services.
+/// The keyboard through Quartz Event Services.
 class MacKeyEvents final : public KeyEvents {
 public:
     /// CGEventSourceFlagsState of the combined session state: what hardware and programs hold down together.
     [[nodiscard]] core::EventFlags currentFlags() const override;
     [[nodiscard]] bool isKeyDown(core::KeyCode keyCode) const override;
 
-    /// CGEventPostToPid: events that carry their modifiers, whatever is held.
+    /// CGEventPostToPid: events that carry their modifiers, whatever the user holds.
     [[nodiscard]] bool postKey(pid_t pid, core::KeyCode keyCode, core::EventFlags flags) override;
 };
 

@@ -7,7 +7,7 @@
 
 namespace quillane {
 
-/// The assertions of IOKit's power management, under the name that `pmset -g assertions` shows as the reason.
+/// The assertions of IOKit's power management, under the name that `pmset -g assertions` shows.
 class MacSleepAssertions final : public core::SleepAssertionClient {
 public:
     [[nodiscard]] std::variant<core::SleepAssertionID, core::SleepAssertionError>

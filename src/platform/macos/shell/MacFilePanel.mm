@@ -39,7 +39,7 @@ MacFilePanel::MacFilePanel() : state_(std::make_shared<State>()) {}
 MacFilePanel::~MacFilePanel() {
     @autoreleasepool {
         NSOpenPanel* panel = std::exchange(state_->panel, nil);
-        state_.reset(); // so that the completion finds nobody to tell
+        state_.reset(); // so that the completion does nothing
         [panel cancel:nil];
     }
 }

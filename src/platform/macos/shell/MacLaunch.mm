@@ -8,7 +8,7 @@ namespace quillane {
 
 namespace {
 
-/// Ends [NSApplication run], which looks whether it has been stopped only after an event.
+/// Ends [NSApplication run], which checks whether it has been stopped only after an event.
 void stopEventLoop() {
     [NSApplication.sharedApplication stop:nil];
     NSEvent* event = [NSEvent otherEventWithType:NSEventTypeApplicationDefined

@@ -10,10 +10,10 @@
 
 namespace quillane {
 
-/// A new menu item that shows the row and runs its action. It holds all that it needs.
+/// A new menu item that shows the row and runs its action. It owns everything that it needs.
 [[nodiscard]] NSMenuItem* menuItem(const MenuRow& row);
 
-/// Makes the menu show exactly these rows. Items that can stay are changed in place, so that an open menu stays open
+/// Makes the menu show exactly these rows. Items are changed in place where possible, so that an open menu stays open
 /// and keeps its highlight.
 void showRows(NSMenu* menu, const std::vector<MenuRow>& rows);
 

@@ -45,8 +45,8 @@ NSImage* rowImage(const MenuRow& row) {
     return nil;
 }
 
-/// Shows the row in an item that shows the row before it; a new item shows a default row. Only what differs is touched:
-/// menus are given anew every few seconds, mostly with nothing changed.
+/// Updates an item from its previous row; a new item has a default row. Only differences are applied: menus are set
+/// every few seconds, mostly unchanged.
 void show(NSMenuItem* item, const MenuRow& row, const MenuRow& before) {
     if (row.title != before.title) {
         item.title = nsString(row.title);

@@ -6,9 +6,9 @@ class QWidget;
 
 namespace quillane {
 
-/// Lets a panel hear the pointer while another application is in front, which it always is: Qt's own tracking area
-/// (NSTrackingActiveInActiveApp) is silent then, and without it there would be no hovering, no tool tips and no
-/// previews. Call it once the widget has its window.
+/// Lets a panel track the pointer while another application is in front, as it always is. Qt's own tracking area
+/// (NSTrackingActiveInActiveApp) is inactive then, so there would be no hovering, no tool tips and no previews. Call it
+/// once the widget has its window.
 void trackPointerAlways(QWidget& window);
 
 } // namespace quillane

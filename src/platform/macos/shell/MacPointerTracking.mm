@@ -15,14 +15,14 @@
 #import <AppKit/AppKit.h>
 #import <objc/runtime.h>
 
-/// Gets what the tracking area sees, and hands it to the widget's window as Qt would.
+/// Receives the events of the tracking area and hands them to the widget's window as Qt would.
 @interface QuillanePointerTracker : NSObject
 @property(nonatomic) QPointer<QWidget> widget;
 @end
 
 @implementation QuillanePointerTracker
 
-/// The window, unless Qt hears the pointer itself.
+/// The window, unless Qt tracks the pointer itself.
 - (QWindow*)window {
     return NSApplication.sharedApplication.active || !_widget ? nullptr : _widget->windowHandle();
 }

@@ -10,7 +10,7 @@
 
 #include <utility>
 
-/// Gets the messages of the Services menu.
+/// Receives the messages of the Services menu.
 @interface QuillaneServicesProvider : NSObject
 @property(nonatomic) quillane::ServicesMenu::Share share;
 - (void)share:(NSPasteboard*)pasteboard userData:(NSString*)userData error:(NSString* __autoreleasing _Nullable*)error;

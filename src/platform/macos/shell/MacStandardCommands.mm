@@ -8,7 +8,7 @@
 
 namespace {
 
-/// The view that holds all widgets of one window of Qt, when it has the focus; else nil.
+/// The view that contains all widgets of one Qt window if it has the focus; otherwise nil.
 NSResponder* focusedWidgets() {
     NSResponder* focused = NSApplication.sharedApplication.keyWindow.firstResponder;
     return [focused isKindOfClass:NSClassFromString(@"QNSView")] ? focused : nil;
@@ -16,8 +16,8 @@ NSResponder* focusedWidgets() {
 
 } // namespace
 
-/// An editing command. Text fields of AppKit take its action. Qt's view claims that it does too, but can only act on
-/// the items of Qt's own menus; its widgets know the command by its key, so they are given that.
+/// An editing command. Text fields of AppKit take its action. Qt's view claims to handle it too, but can only act on
+/// the items of Qt's own menus; its widgets recognise the command by its key, so they receive the key.
 @interface QuillaneEditingCommand : NSObject <NSMenuItemValidation>
 @property(nonatomic) SEL action;
 @property(nonatomic) unsigned short keyCode;

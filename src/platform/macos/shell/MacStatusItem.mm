@@ -41,7 +41,7 @@ NSImage* templateImage(const TemplateImage& image) {
     pixels.size = size;
     NSImage* result = [[NSImage alloc] initWithSize:size];
     [result addRepresentation:pixels];
-    [result setTemplate:YES]; // the property's name is a word of C++
+    [result setTemplate:YES]; // the property's name is a C++ keyword
     return result;
 }
 
@@ -54,7 +54,7 @@ struct MacStatusItem::Item {
     std::shared_ptr<void> alive = std::make_shared<char>(); ///< while late answers may still call back
 
     Item() {
-        menu.autoenablesItems = NO; // the rows say themselves which of them are enabled
+        menu.autoenablesItems = NO; // the rows themselves decide which are enabled
         item.menu = menu;
     }
 
@@ -92,8 +92,7 @@ bool MacStatusItem::isVisible() const {
 }
 
 void MacStatusItem::popUpMenu() {
-    // A click returns when the menu has closed again. A timer, unlike the main dispatch queue, fires inside such a
-    // loop.
+    // A click returns when the menu has closed. A timer, unlike the main dispatch queue, fires inside such a loop.
     [item_->item.button performSelector:@selector(performClick:) withObject:nil afterDelay:0];
 }
 
@@ -108,7 +107,7 @@ void MacStatusItem::notify(const std::string& title, const std::string& text, st
         };
         if (!NSBundle.mainBundle.bundleIdentifier) {
             fail();
-            return; // outside a bundle there is no notification center, and asking for it ends the program
+            return; // outside a bundle there is no notification center, and requesting it ends the program
         }
         UNMutableNotificationContent* content = [[UNMutableNotificationContent alloc] init];
         content.title = nsString(title);

@@ -21,14 +21,14 @@ NSRect fitted(NSSize size, CGFloat side) {
 } // namespace
 
 NSImage* menuSymbol(std::string_view name) {
-    // No description: the row's title says what the row does.
+    // No description: the row's title describes the row.
     NSImage* symbol = [NSImage imageWithSystemSymbolName:nsString(name) accessibilityDescription:nil];
     NSImageSymbolConfiguration* size =
         [NSImageSymbolConfiguration configurationWithPointSize:[NSFont menuFontOfSize:0].pointSize
                                                         weight:NSFontWeightRegular
                                                          scale:NSImageSymbolScaleMedium];
     NSImage* image = [symbol imageWithSymbolConfiguration:size];
-    [image setTemplate:YES]; // the property's name is a word of C++
+    [image setTemplate:YES]; // the property's name is a C++ keyword
     return image;
 }
 

@@ -8,9 +8,9 @@
 
 #import <AppKit/AppKit.h>
 
-/// What AppKit itself calls while it makes a panel with NSWindowStyleMaskNonactivatingPanel, so that the window server
-/// activates nobody when the panel is clicked. Setting the style mask of a panel that exists does not call it (Feedback
-/// Assistant FB16484811), and Qt makes its panels without that style. Not public: asked for before it is called.
+/// AppKit calls this while it makes a panel with NSWindowStyleMaskNonactivatingPanel, so that a click on the panel
+/// activates no application. Setting the style mask of an existing panel does not call it (Feedback Assistant
+/// FB16484811), and Qt makes its panels without that style. Not public: checked for before a call.
 @protocol QuillanePreventsActivation
 - (void)_setPreventsActivation:(BOOL)prevents;
 @end
@@ -60,7 +60,8 @@ void MacWindowTraits::activateApplication() {
 
 void MacWindowTraits::makePanel(QWidget& window, PanelKind kind) {
     window.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint); // Qt makes tools NSPanels
-    window.setWindowFlag(Qt::WindowDoesNotAcceptFocus, kind == PanelKind::card); // else a click gives it the keys
+    window.setWindowFlag(Qt::WindowDoesNotAcceptFocus, kind == PanelKind::card); // otherwise a click gives it the
+                                                                                 // keyboard
     window.setAttribute(Qt::WA_ShowWithoutActivating, kind == PanelKind::card);
     @autoreleasepool {
         NSView* view = (__bridge NSView*)reinterpret_cast<void*>(window.winId());

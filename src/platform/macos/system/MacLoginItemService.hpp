@@ -7,7 +7,7 @@
 
 namespace quillane {
 
-/// The main application's entry of the system's login items (SMAppService of the Service Management framework).
+/// The main application's entry in the system's login items (SMAppService of the Service Management framework).
 class MacLoginItemService final : public LoginItemService {
 public:
     [[nodiscard]] LoginItemStatus status() const override;

@@ -5,8 +5,8 @@
 
 #import <Foundation/Foundation.h>
 
-/// What is used of SMAppService. The class is looked up at run time, so that its framework is loaded when the settings
-/// want it and not at every launch.
+/// The used part of SMAppService. The class is looked up at run time, so that its framework is loaded when the settings
+/// need it and not at every launch.
 @protocol QuillaneLoginItems <NSObject>
 + (id)mainAppService;
 + (void)openSystemSettingsLoginItems;

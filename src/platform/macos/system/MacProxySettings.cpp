@@ -13,7 +13,7 @@ namespace {
 
 constexpr CFTimeInterval scriptPatience = 10;
 
-/// What a run loop tells of an automatic configuration.
+/// The result of an automatic configuration, from the run loop.
 struct ScriptAnswer {
     CFRef<CFArrayRef> proxies;
     bool isGiven = false;
@@ -52,7 +52,7 @@ bool isOfType(CFDictionaryRef proxy, CFStringRef type) {
     return found && CFEqual(found, type);
 }
 
-/// The proxy as a URL; empty for none and for kinds that file servers are not reached through.
+/// The proxy as a URL; empty for none and for kinds that do not apply to file servers.
 std::string address(CFDictionaryRef proxy) {
     const bool isSocks = isOfType(proxy, kCFProxyTypeSOCKS);
     if (!isSocks && !isOfType(proxy, kCFProxyTypeHTTP) && !isOfType(proxy, kCFProxyTypeHTTPS)) {
@@ -74,7 +74,7 @@ std::string address(CFDictionaryRef proxy) {
 } // namespace
 
 std::optional<std::string> MacProxySettings::proxyFor(const std::string& url) const {
-    const AutoreleasePool pool; // the threads of transfers have none
+    const AutoreleasePool pool; // transfer threads have none
     const auto target =
         CFRef<CFURLRef>::adopt(CFURLCreateWithString(kCFAllocatorDefault, cfString(url).get(), nullptr));
     const auto settings = CFRef<CFDictionaryRef>::adopt(CFNetworkCopySystemProxySettings());

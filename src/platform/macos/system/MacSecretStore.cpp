@@ -15,7 +15,7 @@ namespace {
 
 using core::SecretStatus;
 
-/// The framework's own numbers are what the enumeration holds; those that it does not name are passed on as well.
+/// The enumeration holds the framework's own numbers; unnamed ones are passed on as well.
 SecretStatus secretStatus(OSStatus status) {
     return static_cast<SecretStatus>(status);
 }

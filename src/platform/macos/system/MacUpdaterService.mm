@@ -10,7 +10,7 @@
 
 #include <utility>
 
-/// What is used of Sparkle's SPUUpdater and SPUStandardUpdaterController, which are looked up at run time: a build
+/// The used part of Sparkle's SPUUpdater and SPUStandardUpdaterController, which are looked up at run time: a build
 /// without the framework runs as well.
 @protocol QuillaneUpdater <NSObject>
 - (BOOL)canCheckForUpdates;
@@ -28,7 +28,7 @@
 - (void)checkForUpdates:(id)sender;
 @end
 
-/// Tells on the main thread when a property that it observes has changed.
+/// Reports on the main thread when an observed property has changed.
 @interface QuillaneUpdaterObserver : NSObject
 @property(nonatomic) std::function<void()> changed;
 @end
@@ -138,7 +138,7 @@ private:
 
 std::unique_ptr<UpdaterService> makeMacUpdaterService() {
     @autoreleasepool {
-        // Absent when the program is not in a bundle; then whatever of that name is there already is taken.
+        // Absent when the program is not in a bundle; then a class of that name that is already loaded is used.
         NSString* path =
             [NSBundle.mainBundle.privateFrameworksPath stringByAppendingPathComponent:@"Sparkle.framework"];
         if (path) {

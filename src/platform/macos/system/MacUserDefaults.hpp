@@ -9,8 +9,8 @@
 
 namespace quillane {
 
-/// The application's settings: NSUserDefaults, standardUserDefaults. Only what this application has stored itself
-/// counts, not the values that the system supplies for all applications.
+/// The application's settings: NSUserDefaults, standardUserDefaults. Only values stored by this application count, not
+/// those that the system supplies for all applications.
 class MacUserDefaults final : public core::UserDefaults {
 public:
     [[nodiscard]] std::optional<core::PropertyListValue> object(std::string_view key) const override;
@@ -19,7 +19,7 @@ public:
     void removeObject(std::string_view key) override;
 };
 
-/// What another application has stored: -[NSUserDefaults persistentDomainForName:]. None when there is no such domain.
+/// Another application's settings: -[NSUserDefaults persistentDomainForName:]. None when there is no such domain.
 [[nodiscard]] std::optional<core::PropertyListValue::Dictionary> preferencesDomain(std::string_view bundleID);
 
 } // namespace quillane

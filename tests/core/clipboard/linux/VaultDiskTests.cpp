@@ -18,8 +18,8 @@ using testing::testKey;
 
 class VaultDiskTest : public testing::VaultFaultTest {
 protected:
-    /// Gives the calling process a view of the file systems of its own: directly as root, and for an ordinary user,
-    /// where the system allows it, as the owner of a user namespace (user_namespaces(7)).
+    /// Gives the calling process its own view of the file systems: directly as root, and for an ordinary user, where
+    /// the system allows it, as the owner of a user namespace (user_namespaces(7)).
     static bool separateMounts() {
         const auto user = std::to_string(geteuid());
         const auto group = std::to_string(getegid());
@@ -29,7 +29,7 @@ protected:
         if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) {
             return false;
         }
-        // The user stays who it is, and a group may be mapped only where no others can be taken.
+        // The user stays the same, and a group may be mapped only where no others can be taken.
         return writeTo("/proc/self/setgroups", "deny") && writeTo("/proc/self/uid_map", user + ' ' + user + " 1") &&
                writeTo("/proc/self/gid_map", group + ' ' + group + " 1");
     }
@@ -70,7 +70,7 @@ TEST_F(VaultDiskTest, AFullDiskFailsTheSaveAndKeepsTheHistoryBefore) {
         if (auto problem = checkFailedSave(open, before, after, ENOSPC); !problem.empty()) {
             return problem;
         }
-        // A shorter history makes room, since it removes what the failed save has left.
+        // A shorter history makes room, because it removes what the failed save has left.
         if (!open.save(before) || open.load() != before) {
             return "the save of the history before failed";
         }

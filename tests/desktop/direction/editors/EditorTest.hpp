@@ -14,7 +14,7 @@ namespace quillane::live {
 using nlohmann::json;
 using namespace std::chrono_literals;
 
-/// An application, and what the agent calls it and says of it.
+/// An application, with the agent's name and message for it.
 struct Target {
     std::string name;
     std::string bundleID;
@@ -63,7 +63,7 @@ protected:
             << agent().status();
     }
 
-    /// Waits until the document is like that.
+    /// Waits until the document has this state.
     void expectState(const std::string& key, const json& value) {
         EXPECT_TRUE(waitUntil([&] { return state().at(key) == value; })) << key << ": " << state();
     }
@@ -86,7 +86,7 @@ protected:
     std::optional<LiveDocument> document_;
 };
 
-/// What a menu does when it is asked for, and what becomes of the chord.
+/// What a menu does when it is requested, and what becomes of the chord.
 struct MenuCase {
     std::string name;
     std::string mode;

@@ -28,7 +28,7 @@ TEST_P(LiveEditorsTest, AChordTurnsTheParagraphAtTheCursorAndTurnsItBack) {
     expectState("text", "first line\nseqnd line");
 }
 
-TEST_P(LiveEditorsTest, TextThatCannotBeEditedIsNoPlace) {
+TEST_P(LiveEditorsTest, ReadOnlyTextIsNotATarget) {
     startIn(GetParam(), {"--read-only"});
     turnRight();
     expectSaid(GetParam().hint);
@@ -75,7 +75,7 @@ INSTANTIATE_TEST_SUITE_P(In, LiveEditorsTest, testing::ValuesIn(targets),
 
 class LiveEditorMenusTest : public EditorTest, public testing::WithParamInterface<std::tuple<Target, MenuCase>> {};
 
-TEST_P(LiveEditorMenusTest, DecideWhatBecomesOfTheChord) {
+TEST_P(LiveEditorMenusTest, DecideTheOutcomeOfTheChord) {
     const auto& [target, menu] = GetParam();
     startIn(target, {"--menu", menu.mode});
     turnRight();
@@ -105,7 +105,7 @@ INSTANTIATE_TEST_SUITE_P(In, LiveEditorMenusTest,
                          testing::Combine(testing::ValuesIn(targets), testing::ValuesIn(menuCases)),
                          [](const auto& one) { return std::get<0>(one.param).name + std::get<1>(one.param).name; });
 
-TEST_P(LiveEditorsTest, AFieldWithoutAnActionForItsMenuIsToldAtOnce) {
+TEST_P(LiveEditorsTest, AFieldWithoutAnActionForItsMenuIsReportedAtOnce) {
     startIn(GetParam(), {"--menu", "hidden"});
     turnRight();
     expectSaid(GetParam().name + " cannot open the direction menu for this field");
@@ -134,7 +134,7 @@ TEST_P(LiveEditorsTest, ASecondChordWhileTheMenuIsAwaitedIsIgnored) {
 
 class LiveOtherFieldTest : public EditorTest, public testing::WithParamInterface<Target> {};
 
-TEST_P(LiveOtherFieldTest, IsNoPlace) {
+TEST_P(LiveOtherFieldTest, IsNotATarget) {
     startIn(GetParam(), {"--focus", "other"});
     turnRight();
     expectSaid(GetParam().hint);

@@ -36,8 +36,7 @@ TEST_F(LiveEndTest, WhileItsMenuIsOpenIsNoSuccess) {
     turnRight();
     expectState("menu", true);
     ASSERT_TRUE(document_->process().waitForExit(2s));
-    // The desktop may still have its window in front when the agent looks: a menu without the command is not wrong
-    // then.
+    // Its window may still be in front when the agent looks: a menu without the command is not wrong then.
     EXPECT_TRUE(holdsFor(2s, [&] {
         const auto said = agent().status().value("lastAction", "(no status)");
         return said.empty() || said == noCommand;
@@ -117,7 +116,7 @@ TEST_F(LiveCancellationTest, ALanguageSwitchEndsTheWait) {
     expectUntouched();
 }
 
-/// What an application answers wrongly, and what becomes of the chord.
+/// Wrong answers of an application, and what becomes of the chord.
 class LiveWrongAnswersTest : public EditorTest, public testing::WithParamInterface<MenuCase> {};
 
 TEST_P(LiveWrongAnswersTest, AreAbsence) {

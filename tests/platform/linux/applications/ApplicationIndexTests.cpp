@@ -20,7 +20,7 @@ const DesktopEntry told{.id = "firefox-esr", .name = "Firefox", .windowClass = "
 const DesktopEntry named{.id = "org.gnome.Nautilus", .name = "Files", .program = "nautilus"};
 const DesktopEntry settings{.id = "org.gnome.Nautilus-settings", .name = "Files' settings", .program = "nautilus"};
 
-/// The classes and instances that windows of one application are seen with.
+/// The classes and instances of one application's windows.
 struct Spelling {
     const char* windowClass;
     const char* instance;
@@ -55,7 +55,7 @@ INSTANTIATE_TEST_SUITE_P(Windows, ApplicationSpellingTest,
 
 TEST(ApplicationIndex, AnExcludedApplicationIsIgnoredWhateverItsWindowsAreCalled) {
     const ApplicationIndex index(std::vector{told, named});
-    std::vector<std::string> excluded; // before any of them ever ran
+    std::vector<std::string> excluded; // before any of them has run
     for (const auto& one : index.applications()) {
         excluded.push_back(one.bundleID);
     }
@@ -71,7 +71,7 @@ TEST(ApplicationIndex, AnApplicationWithManyEntriesIsShownOnceByItsMainOne) {
     EXPECT_THAT(index.applications(), ElementsAre(KnownApplication{.bundleID = "Nautilus", .name = "Files"}));
 }
 
-TEST(ApplicationIndex, WhatAnEntryTellsGoesBeforeWhatAnotherIsCalled) {
+TEST(ApplicationIndex, ADeclaredClassTakesPrecedenceOverAnotherEntrysName) {
     const DesktopEntry called{.id = "viewer", .name = "Old", .program = "old"};
     const DesktopEntry tells{.id = "org.example.V", .name = "New", .windowClass = "Viewer", .program = "new"};
     EXPECT_EQ(ApplicationIndex(std::vector{called, tells}).identifierOf("viewer"), "Viewer");

@@ -49,7 +49,7 @@ protected:
     std::vector<fs::path> folders{files.folder() / "home", files.folder() / "system"};
 };
 
-TEST_F(DesktopEntriesTest, TheClassThatAnEntryTellsIsTheIdentifier) {
+TEST_F(DesktopEntriesTest, TheDeclaredClassOfAnEntryIsTheIdentifier) {
     write(folders[1] / "browser.desktop", "Name=Chromium\nExec=/usr/bin/chromium %U\nStartupWMClass=chromium\n");
     EXPECT_THAT(found(), ElementsAre("com.google.Chrome=Chromium"));
 }
@@ -79,7 +79,7 @@ TEST_F(DesktopEntriesTest, TheCategoryMakesATerminal) {
     EXPECT_FALSE(all.isTerminal(all.identifierOf("Unknown")));
 }
 
-TEST_F(DesktopEntriesTest, WhatMenusDoNotShowIsLeftOut) {
+TEST_F(DesktopEntriesTest, EntriesHiddenFromMenusAreLeftOut) {
     write(folders[1] / "a.desktop", "Name=A\nExec=a\nNoDisplay=true\n");
     write(folders[1] / "b.desktop", "Name=B\nExec=b\nHidden=true\n");
     write(folders[1] / "c.desktop", "Name=C\nExec=c\nTerminal=true\n");

@@ -68,7 +68,7 @@ TEST(TerminalShortcuts, OlderTerminalsKnowNoneButPasting) {
     EXPECT_EQ(pressed(ShortcutStyle::shiftInsert, {8, flags::command}), std::nullopt);
 }
 
-TEST(TerminalShortcuts, WhatIsNoShortcutStaysAsItIs) {
+TEST(TerminalShortcuts, OtherKeysStayUnchanged) {
     for (const auto style : {ShortcutStyle::control, ShortcutStyle::controlShift, ShortcutStyle::shiftInsert}) {
         EXPECT_EQ(pressed(style, {9, flags::option}), (KeyPress{9, flags::option}));
     }

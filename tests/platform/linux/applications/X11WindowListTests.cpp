@@ -74,7 +74,7 @@ TEST_F(X11WindowListTest, AMinimisedWindowIsNotOnTheScreen) {
     EXPECT_TRUE(driver.waitUntil([&] { return owners() == std::vector{first}; }));
 }
 
-TEST_F(X11WindowListTest, NobodyIsToldAfterItsEnd) {
+TEST_F(X11WindowListTest, NoHandlerIsCalledAfterItsEnd) {
     bool told = false;
     {
         const auto connection = std::move(*X11Connection::open({}));

@@ -90,7 +90,7 @@ protected:
         connection_->flush();
     }
 
-    /// Lets everything that is on its way arrive.
+    /// Waits for everything pending to arrive.
     void settle() {
         bool answered = false;
         for (int round = 0; round < 4; ++round) {
@@ -112,7 +112,7 @@ protected:
     core::Subscription activations_;
 };
 
-TEST_F(X11WorkspaceTest, TellsTheActiveApplicationByItsBundleIdentifier) {
+TEST_F(X11WorkspaceTest, ReportsTheActiveApplicationByItsBundleIdentifier) {
     startWindowManager();
     const WindowProcess browser("Chromium");
     ASSERT_TRUE(comesToFront(browser));
@@ -214,7 +214,7 @@ TEST_F(X11WorkspaceTest, LeavesThisProcessOutOfTheRunningApplications) {
     EXPECT_TRUE(workspace().runningApplications("com.quillane.app").empty());
 }
 
-TEST_F(X11WorkspaceTest, KnowsTheProcessOfAWindowThatDoesNotTellIt) {
+TEST_F(X11WorkspaceTest, KnowsTheProcessOfAWindowThatDoesNotDeclareIt) {
     startWindowManager();
     const WindowProcess silent("Silent", {"--no-pid"});
     EXPECT_TRUE(comesToFront(silent));
@@ -245,7 +245,7 @@ TEST_F(X11WorkspaceTest, TerminatesAProcessWithoutWindows) {
     EXPECT_EQ(WTERMSIG(*process.status()), SIGTERM);
 }
 
-TEST_F(X11WorkspaceTest, RefusesToTerminateWhatItMustNot) {
+TEST_F(X11WorkspaceTest, RefusesToTerminateForbiddenProcesses) {
     TestProcess gone({"true"});
     gone.end(SIGKILL);
     for (const auto pid : {getpid(), pid_t{1}, pid_t{0}, pid_t{-1}, gone.pid()}) {
@@ -307,7 +307,7 @@ TEST_F(X11WorkspaceTest, FallsBackToTheFocusWhenTheWindowManagerEndsAndReturnsTo
     EXPECT_TRUE(waitUntil([&] { return workspace().runningApplications("Second").size() == 1; }));
 }
 
-TEST_F(X11WorkspaceTest, AKeyboardGrabIsNoSwitch) {
+TEST_F(X11WorkspaceTest, AKeyboardGrabIsNotASwitch) {
     workspace();
     const WindowProcess process("Grabbed");
     focus(process.window());
@@ -340,7 +340,7 @@ TEST_F(X11WorkspaceTest, FindsEverythingAgainAfterTheConnectionWasReplaced) {
     EXPECT_EQ(workspace().runningApplications("Lasting").size(), 1U);
 }
 
-/// What every Workspace promises, asked of windows on a server of its own.
+/// The contract of Workspace on windows of a private server.
 class X11WorkspaceDriver : public X11WorkspaceTest {
 public:
     static constexpr std::string_view first = "First";

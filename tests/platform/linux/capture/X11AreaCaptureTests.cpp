@@ -29,7 +29,7 @@ namespace key {
 constexpr std::uint8_t escape = 9, enter = 36, up = 111, left = 113, right = 114;
 }
 
-/// The selection on a server of its own with a screen of 640 × 480 pixels, and somebody at the pointer and the keys.
+/// The selection on a private server with a screen of 640 × 480 pixels, and a user at the pointer and the keys.
 class X11AreaCaptureDriver {
 public:
     explicit X11AreaCaptureDriver(const char* scale = "1", const std::vector<std::vector<std::string>>& before = {}) {
@@ -84,7 +84,7 @@ public:
         return keys && keys->status == XCB_GRAB_STATUS_SUCCESS && pointer && pointer->status == XCB_GRAB_STATUS_SUCCESS;
     }
 
-    /// How many windows the server shows on the screen, whoever they belong to.
+    /// The number of windows that the server shows on the screen, of all programs.
     [[nodiscard]] int shownWindows() {
         auto* const raw = keyboard_.raw();
         const XReply<xcb_query_tree_reply_t> tree(
@@ -98,7 +98,7 @@ public:
         return shown;
     }
 
-    /// As when the program quits; its connection to the server is the last thing to go.
+    /// As when the program quits; its connection to the server is closed last.
     void endCapture() { capture_.reset(); }
 
     void giveKeyboardBack() {
@@ -201,7 +201,7 @@ protected:
                    : QImage();
     }
 
-    /// The area under way, once it is that one.
+    /// The current area, once it is that one.
     void expectArea(const core::PixelRect& expected) {
         const auto area = [&] { return driver_->overlay() ? driver_->overlay()->selection().area() : std::nullopt; };
         EXPECT_TRUE(driver_->waitUntil([&] { return area() == expected; }))
@@ -359,7 +359,7 @@ TEST_F(X11AreaCaptureTest, AMenuThatClosesAMomentLaterIsWaitedFor) {
 TEST_F(X11AreaCaptureTest, WithoutInputForLongItGivesTheKeyboardBack) {
     driver_->losePatienceAfter(std::chrono::milliseconds(600));
     start();
-    for (int i = 0; i < 4; ++i) { // somebody who moves the pointer is still there
+    for (int i = 0; i < 4; ++i) { // a user who moves the pointer is still there
         driver_->point({100 + i, 100});
         EXPECT_FALSE(testing::waitUntil([&] { return !driver_->overlay(); }, std::chrono::milliseconds(250)));
     }

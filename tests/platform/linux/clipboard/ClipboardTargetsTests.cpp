@@ -65,7 +65,7 @@ TEST(ClipboardTargets, ReadsListsOfUris) {
     EXPECT_EQ(parseUriList(bytesOf(std::string(100'000, '\n'))), UriList{});
 }
 
-TEST(ClipboardTargets, OffersWhatTheItemsHoldAndNothingElse) {
+TEST(ClipboardTargets, OffersExactlyTheTypesOfTheItems) {
     const std::vector<core::PasteboardItem> items{
         {{{"public.jpeg", bytesOf("J")}}, {{"org.nspasteboard.source", "s"}}}};
     EXPECT_THAT(targetsFor(items), ElementsAre("image/jpeg", "org.nspasteboard.source"));

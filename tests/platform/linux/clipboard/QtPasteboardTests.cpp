@@ -66,7 +66,7 @@ TEST_F(QtPasteboardTest, WritingKeepsTheCountThatClearingMoved) {
     EXPECT_EQ(pasteboard.changeCount(), cleared);
 }
 
-TEST_F(QtPasteboardTest, WhatOthersCopyMovesTheCountAndIsNotRead) {
+TEST_F(QtPasteboardTest, CopiesOfOthersMoveTheCountAndAreNotRead) {
     pasteboard.clear(); // without contents of its own, any owner is another
     const auto before = pasteboard.changeCount();
     QGuiApplication::clipboard()->setText("theirs");

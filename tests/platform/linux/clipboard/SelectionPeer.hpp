@@ -27,7 +27,7 @@ public:
         silent,   ///< never answers
         endless,  ///< increments that never end
         stalling, ///< stops after the first increment
-        lying,    ///< says that it has answered and has not
+        lying,    ///< claims to have answered and has not
         late,     ///< answers when `answerNow` is called
     };
 
@@ -50,16 +50,16 @@ public:
         connection_->flush();
     }
 
-    /// Waits until the server has done what was asked of it.
+    /// Waits until the server has executed all requests.
     void synchronize() {
         const XReply<xcb_get_input_focus_reply_t> reply(
             xcb_get_input_focus_reply(connection_->raw(), xcb_get_input_focus(connection_->raw()), nullptr));
     }
 
-    /// Refuses so many requests before it answers, as a program that takes the clipboard too early does.
+    /// Refuses this many requests before it answers, as a program that takes the clipboard too early does.
     void refuseAtFirst(int requests) { refusals_ = requests; }
 
-    /// Answers what it has been asked meanwhile, and from now on at once.
+    /// Answers the requests that arrived meanwhile, and from now on at once.
     void answerNow() {
         manner_ = Manner::whole;
         for (const auto& request : std::exchange(unanswered_, {})) {
@@ -78,7 +78,7 @@ public:
         return atoms_[std::string(name)];
     }
 
-    /// The targets that it has been asked for.
+    /// The requested targets.
     [[nodiscard]] const std::vector<std::string>& asked() const { return asked_; }
 
     [[nodiscard]] bool isOwner() const { return isOwner_; }

@@ -8,7 +8,7 @@
 namespace quillane {
 namespace {
 
-/// The clipboard history over a real selection, beside an editor that is in front. Its owner answers late.
+/// The clipboard history over a real selection, with an editor in front. The owner answers late.
 class LateOwnerTest : public X11PasteboardTest {
 protected:
     LateOwnerTest() {
@@ -94,7 +94,7 @@ TEST_F(LateOwnerTest, CopyMadeWhileTheHistoryIsLoadingIsNotRecorded) {
     EXPECT_THAT(peer_.asked(), ElementsAre("TARGETS"));
 }
 
-TEST_F(LateOwnerTest, CopyFromAnExcludedApplicationIsNotRecordedAndItsContentsAreNotAskedFor) {
+TEST_F(LateOwnerTest, CopyFromAnExcludedApplicationIsNeitherFetchedNorRecorded) {
     finishLoading();
     desktop_.workspace.activate(desktop_.workspace.open("com.example.vault", "Vault"));
     copyUnanswered();

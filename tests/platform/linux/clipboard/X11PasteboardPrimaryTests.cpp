@@ -15,7 +15,7 @@ protected:
         ASSERT_TRUE(pasteboard_.setString(core::pasteboardTypes::string, text));
     }
 
-    /// As a program does in which the user selects a text.
+    /// Like a program in which the user selects a text.
     void selectElsewhere() {
         auto* c = peer_.connection().raw();
         const auto window = xcb_generate_id(c);
@@ -37,7 +37,7 @@ TEST_F(X11PrimarySelectionTest, ThePasteboardsTextIsTheSelectedOneOnceItSaysSo) 
     EXPECT_EQ(pastedText("UTF8_STRING"), "from the history");
 }
 
-TEST_F(X11PrimarySelectionTest, AnotherTextIsOfferedAnew) {
+TEST_F(X11PrimarySelectionTest, AnotherTextIsOfferedAgain) {
     write("first");
     ASSERT_TRUE(waitUntil([&] { return selection_.offer(); }));
     write("second");

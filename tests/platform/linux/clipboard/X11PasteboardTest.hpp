@@ -43,7 +43,7 @@ inline std::string noise(std::size_t size) {
     return bytes;
 }
 
-/// For whoever does answer: a loaded machine may keep a well-behaved program waiting for longer than the usual limits.
+/// For owners that do answer: on a loaded machine a well-behaved program may exceed the usual limits.
 inline constexpr X11PasteboardLimits patient{{std::chrono::seconds(60), std::chrono::seconds(60)},
                                              std::chrono::seconds(60)};
 inline constexpr X11PasteboardLimits impatient{{std::chrono::milliseconds(400), std::chrono::milliseconds(1'500)},
@@ -80,13 +80,13 @@ protected:
         return entry ? *entry->text : "(nothing)";
     }
 
-    /// The first flavour of what is captured.
+    /// The first flavour of the captured copy.
     [[nodiscard]] std::string capturedBytes() {
         const auto entry = capture();
         return entry ? textOf(*entry->items->front().front().data) : "(nothing)";
     }
 
-    /// Waits until the server has done what was asked of it.
+    /// Waits until the server has executed all requests.
     void settle() {
         bool answered = false;
         connection_->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection_->raw()), alive_,

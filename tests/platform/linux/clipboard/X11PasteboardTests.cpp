@@ -7,12 +7,12 @@
 namespace quillane {
 namespace {
 
-/// With limits that are soon over.
+/// With short limits.
 class UnresponsiveProgramTest : public X11PasteboardTest {
 protected:
     UnresponsiveProgramTest() : X11PasteboardTest(impatient) {}
 
-    /// A copy by a program that answers is read. It may take so long on a loaded machine that it is given up, too.
+    /// A copy by a program that answers is read. On a loaded machine it may take so long that it is given up.
     void expectNextCopyIsRead() {
         for (int attempt = 0; attempt < 10 && capturedText() != "next"; ++attempt) {
             copied({{"UTF8_STRING", "next"}});
@@ -92,7 +92,7 @@ TEST_F(X11PasteboardTest, ReadsAnImageWholeOrInIncrements) {
     EXPECT_EQ(capturedBytes(), png.substr(0, 2 * mega));
 }
 
-TEST_F(X11PasteboardTest, WhatCameInIncrementsTakesNoMoreMemoryThanItNeeds) {
+TEST_F(X11PasteboardTest, IncrementalContentsTakeNoMoreMemoryThanNeeded) {
     copied({{"image/png", noise(mega / 2)}}, Manner::parts);
     const auto entry = capture();
     ASSERT_TRUE(entry);
@@ -267,13 +267,13 @@ TEST_F(X11PasteboardTest, RestoredTextIsServedInEveryForm) {
     EXPECT_EQ(pastedText("image/png"), "(failed)");
 }
 
-TEST_F(X11PasteboardTest, WhatLatin1CannotSayIsNotServedInIt) {
+TEST_F(X11PasteboardTest, TextBeyondLatin1IsNotServedInIt) {
     restored(entryOf(core::ClipboardKind::text, {{{"public.utf8-plain-text", bytesOf("שלום")}}}));
     EXPECT_EQ(pastedText("STRING"), "(failed)");
     EXPECT_EQ(pastedText("UTF8_STRING"), "שלום");
 }
 
-TEST_F(X11PasteboardTest, TellsItsTargetsAndTheTimeOfOwnership) {
+TEST_F(X11PasteboardTest, ReportsItsTargetsAndTheTimeOfOwnership) {
     restored(entryOf(core::ClipboardKind::image, {{{"public.png", bytesOf("PNG")}}}));
     const auto targets = paste("TARGETS");
     std::vector<xcb_atom_t> atoms(targets.bytes.size() / 4);
@@ -303,7 +303,7 @@ TEST_F(X11PasteboardTest, ServesALargeImageInIncrementsToSeveralProgramsAtOnce) 
 TEST_F(UnresponsiveProgramTest, AProgramThatStopsReadingIsForgottenAndOthersAreServed) {
     const auto png = noise(2 * mega);
     restored(entryOf(core::ClipboardKind::image, {{{"public.png", bytesOf(png)}}}));
-    // Asks and never reads on: the events of this window are not looked at.
+    // Requests and then stops reading: the events of this window are ignored.
     auto* c = peer_.connection().raw();
     const auto window = xcb_generate_id(c);
     xcb_create_window(c, 0, window, peer_.connection().root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,

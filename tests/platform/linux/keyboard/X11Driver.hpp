@@ -29,7 +29,7 @@ protected:
         sources_ = std::make_unique<X11InputSources>(*session_.connection, *session_.keyboard);
     }
 
-    /// Takes in everything that has happened on the server so far.
+    /// Processes everything that has happened on the server so far.
     void settle() {
         bool answered = false;
         session_.connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(session_.connection->raw()), alive_,

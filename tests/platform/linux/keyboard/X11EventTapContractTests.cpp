@@ -64,7 +64,7 @@ public:
 private:
     static std::uint8_t keycode(core::KeyCode key) { return x11KeyCodes::keycode(key).value(); }
 
-    /// What the user does comes after what this program has asked for, and is taken in before the next thing.
+    /// User input comes after this program's requests, and is processed before the next step.
     void act(const std::function<void()>& action) {
         settle();
         action();

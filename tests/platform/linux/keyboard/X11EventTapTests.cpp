@@ -55,7 +55,7 @@ protected:
         return started;
     }
 
-    /// Lets the server carry out what has been asked of it, and everything that has been typed so far arrive.
+    /// Waits until the server has executed all requests and everything typed so far has arrived.
     void settle() {
         bool answered = false;
         session_.connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(session_.connection->raw()), alive_,
@@ -114,7 +114,7 @@ TEST_F(X11EventTapTest, KeysOfTheVirtualKeyboardComeToo) {
     EXPECT_THAT(typed(), ElementsAre(Seen{EventType::keyDown, 46, 0}, Seen{EventType::keyUp, 46, 0}));
 }
 
-TEST_F(X11EventTapTest, RightHandModifiersAreToldFromLeftHandOnes) {
+TEST_F(X11EventTapTest, DistinguishesRightHandAndLeftHandModifiers) {
     ASSERT_TRUE(start());
     user_.tap(key::rightShift);
     user_.tap(key::rightAlt);
@@ -239,11 +239,11 @@ TEST_F(X11EventTapTest, AServerHeldByAnotherProgramIsReportedOnceAndTheTapWorksA
     EXPECT_THAT(typed(), ElementsAre(Seen{EventType::keyDown, 0, 0}, Seen{EventType::keyUp, 0, 0}));
 }
 
-TEST_F(X11EventTapTest, ATapThatKeysPassByIsReportedAndMendedWithinTwoSeconds) {
+TEST_F(X11EventTapTest, ATapThatMissesKeysIsReportedAndRestoredWithinTwoSeconds) {
     ASSERT_TRUE(start());
     typed();
 
-    // What another part of the program might do to the shared connection.
+    // Uses of the shared connection by other parts of the program.
     const struct {
         xcb_input_event_mask_t header;
         std::uint32_t mask;
@@ -264,7 +264,7 @@ TEST_F(X11EventTapTest, ATapThatKeysPassByIsReportedAndMendedWithinTwoSeconds) {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
 }
 
-TEST_F(X11EventTapTest, AKeyThatIsHeldAndRepeatsIsNoSilence) {
+TEST_F(X11EventTapTest, AHeldKeyThatRepeatsIsNotSilence) {
     ASSERT_TRUE(start());
     user_.press(key::a);
     const auto later = std::chrono::steady_clock::now() + std::chrono::milliseconds(3200);

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::uint8_t vKey = 55;
 
-/// The hot keys on a server of their own, beside somebody at the keyboard and another program.
+/// The hot keys on a private server, with a user at the keyboard and another program.
 class X11HotKeysDriver {
 public:
     X11HotKeysDriver() {
@@ -38,7 +38,7 @@ public:
         keyboard_.release(testing::key::leftSuper);
     }
 
-    /// As most programs grab keys: by the core protocol.
+    /// As most programs grab keys: through the core protocol.
     void takeByAnother() {
         xcb_grab_key(other(), 0, root(), XCB_MOD_MASK_4 | XCB_MOD_MASK_SHIFT, vKey, XCB_GRAB_MODE_ASYNC,
                      XCB_GRAB_MODE_ASYNC);

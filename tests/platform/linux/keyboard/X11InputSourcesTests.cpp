@@ -111,7 +111,7 @@ TEST_F(X11InputSourcesTest, RefusesASourceThatIsNotEnabled) {
     EXPECT_EQ(currentId(sources), "us");
 }
 
-TEST_F(X11InputSourcesTest, TellsWhenAnotherProgramSwitches) {
+TEST_F(X11InputSourcesTest, ReportsWhenAnotherProgramSwitches) {
     ASSERT_EQ(run({"setxkbmap", "us,il"}), 0);
     auto& sources = open();
     int changes = 0;
@@ -122,7 +122,7 @@ TEST_F(X11InputSourcesTest, TellsWhenAnotherProgramSwitches) {
     EXPECT_FALSE(sources.switchedBySystemShortcut());
 }
 
-TEST_F(X11InputSourcesTest, TellsWhenTheListOfLayoutsChanges) {
+TEST_F(X11InputSourcesTest, ReportsWhenTheListOfLayoutsChanges) {
     ASSERT_EQ(run({"setxkbmap", "us,il"}), 0);
     auto& sources = open();
     int changes = 0;
@@ -132,7 +132,7 @@ TEST_F(X11InputSourcesTest, TellsWhenTheListOfLayoutsChanges) {
     EXPECT_GE(changes, 1);
 }
 
-TEST_F(X11InputSourcesTest, AKeyOfTheMapThatSwitchesIsASystemShortcutUntilModifiersArePressedAnew) {
+TEST_F(X11InputSourcesTest, AKeyOfTheMapThatSwitchesIsASystemShortcutUntilModifiersArePressedAgain) {
     ASSERT_EQ(run({"setxkbmap", "-layout", "us,il", "-option", "grp:alt_shift_toggle"}), 0);
     auto& sources = open();
     user_.press(key::leftAlt);
@@ -149,7 +149,7 @@ TEST_F(X11InputSourcesTest, AKeyOfTheMapThatSwitchesIsASystemShortcutUntilModifi
     user_.release(key::leftControl);
 }
 
-TEST_F(X11InputSourcesTest, OwnSelectionIsNoSystemShortcut) {
+TEST_F(X11InputSourcesTest, OwnSelectionIsNotASystemShortcut) {
     ASSERT_EQ(run({"setxkbmap", "-layout", "us,il", "-option", "grp:alt_shift_toggle"}), 0);
     auto& sources = open();
     ASSERT_TRUE(sources.select("il"));

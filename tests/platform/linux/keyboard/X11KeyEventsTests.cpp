@@ -70,7 +70,7 @@ INSTANTIATE_TEST_SUITE_P(
                       ModifierCase{"rightSuper", key::rightSuper, flags::command | flags::rightCommand}),
     [](const auto& tested) { return tested.param.name; });
 
-TEST_F(X11KeyEventsTest, BothShiftsAreToldApartInAnyOrder) {
+TEST_F(X11KeyEventsTest, BothShiftsAreDistinguishedInAnyOrder) {
     open();
     user_.press(key::leftShift);
     user_.press(key::rightShift);

@@ -43,7 +43,7 @@ std::uint8_t keycodeOf(char letter) {
     throw std::invalid_argument("no such key");
 }
 
-/// One application and a user who writes Hebrew in it, with an agent that turns every Shifted letter into English.
+/// One application with a user who writes Hebrew, and an agent that turns every letter with Shift into English.
 class X11RewritingTest : public testing::X11Test {
 protected:
     X11RewritingTest() {
@@ -76,7 +76,7 @@ protected:
         }
     }
 
-    /// Lets the agent work off what has been typed, and the server what the agent has asked for.
+    /// Waits until the agent has handled the typed keys, and the server the agent's requests.
     void settle() {
         bool answered = false;
         for (int turn = 0; turn < 2; ++turn) {
@@ -100,8 +100,8 @@ protected:
         return same;
     }
 
-    /// Types the letters of the text with Shift, other characters without, from elsewhere and without regard to what
-    /// the agent does meanwhile.
+    /// Types the letters of the text with Shift, other characters without, from another connection and regardless of
+    /// the agent's progress.
     void typeFromAThread(std::string_view text, std::chrono::microseconds pause) {
         bool done = false;
         std::thread typist([&] {
@@ -199,7 +199,7 @@ TEST_F(X11RewritingTest, LettersWithoutShiftStayHebrew) {
     EXPECT_TRUE(clientHas("ש"));
 }
 
-TEST_F(X11RewritingTest, WhatTheReceiverDeclinesTypesWhatTheLayoutSays) {
+TEST_F(X11RewritingTest, KeysThatTheReceiverDeclinesTypeTheLayoutsText) {
     ASSERT_EQ(run({"setxkbmap", "us,ara"}), 0);
     user_.lockGroup(1);
     ASSERT_TRUE(waitUntil([&] { return sources_->current() && sources_->current()->id == "ara"; }));
@@ -317,7 +317,7 @@ TEST_F(X11RewritingTest, WithoutAKeyCodeToSpareTheLayoutsLetterComes) {
     EXPECT_TRUE(clientHas("A"));
 }
 
-TEST_F(X11RewritingTest, TypingOnlyReadsTheMapAnewForLettersThatAreNewToIt) {
+TEST_F(X11RewritingTest, TypingRereadsTheMapOnlyForNewLetters) {
     typeFromAThread("abcabc", 5ms);
     ASSERT_TRUE(clientHas("abcabc"));
     const auto readings = client_->mapReadings();
@@ -369,7 +369,7 @@ TEST_F(X11RewritingTest, DestructionGivesEverythingBack) {
     EXPECT_TRUE(waitUntil([&] { return freeKeycodes() == freeKeycodes_; }));
 }
 
-/// Another agent has ended without giving back its key codes.
+/// Another agent has ended without restoring its key codes.
 class X11LeftoversTest : public X11RewritingTest {
 protected:
     X11LeftoversTest() {
@@ -417,7 +417,7 @@ protected:
 TEST_F(X11LeftoversTest, AreUsedAgainAndGivenBack) {
     leave({248, 230}, 'a');
     startAgent();
-    user_.tap(key::s); // the first key on a device brings its map
+    user_.tap(key::s); // the first key on a device activates its map
     ASSERT_TRUE(clientHas("ד"));
     const auto readings = client_->mapReadings();
     typeShifted(key::a);

@@ -20,8 +20,8 @@
 
 namespace quillane::testing {
 
-/// An application with the focus, on a thread of its own. It types what it is sent, as toolkits do: it reads the
-/// keyboard map anew at each notice, and takes modifiers and group from the event.
+/// An application with the focus, on a thread of its own. It types the events that it receives, as toolkits do: it
+/// reads the keyboard map again at each notice, and takes modifiers and group from the event.
 class X11TestClient {
 public:
     X11TestClient() : connection_(xcb_connect(nullptr, nullptr)) {
@@ -59,7 +59,7 @@ public:
         return text_;
     }
 
-    /// Key codes that were pressed and not released, as the events told.
+    /// Key codes that were pressed and not released, according to the events.
     [[nodiscard]] std::vector<int> keysDown() const {
         const std::lock_guard lock(mutex_);
         return down_;

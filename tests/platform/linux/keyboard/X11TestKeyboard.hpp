@@ -30,11 +30,11 @@ inline constexpr std::uint8_t digit1 = 10, q = 24, w = 25, e = 26, a = 38, s = 3
 
 } // namespace key
 
-/// Somebody else at the keyboard: another client that types, clicks and looks at the server's state. Calls wait until
-/// the server has carried them out.
+/// Another user at the keyboard: a client that types, clicks and reads the server's state. Calls wait until the server
+/// has executed them.
 class X11TestKeyboard {
 public:
-    /// Which of the keyboard devices is typed on.
+    /// Chooses the keyboard device to type on.
     enum class Device { xtest, physical };
 
     X11TestKeyboard() : connection_(xcb_connect(nullptr, nullptr), xcb_disconnect) {
@@ -81,7 +81,7 @@ public:
         return group;
     }
 
-    /// The key codes that the server holds for pressed.
+    /// The key codes that are pressed according to the server.
     [[nodiscard]] std::vector<int> keysDown() const {
         std::vector<int> down;
         auto* reply = xcb_query_keymap_reply(raw(), xcb_query_keymap(raw()), nullptr);
@@ -96,7 +96,7 @@ public:
 
     void synchronize() const { std::free(xcb_get_input_focus_reply(raw(), xcb_get_input_focus(raw()), nullptr)); }
 
-    /// The number of a device; 0 when there is none of the name.
+    /// The number of a device; 0 when there is none with this name.
     [[nodiscard]] std::uint16_t deviceNamed(std::string_view name) const {
         std::uint16_t found = 0;
         auto* reply =

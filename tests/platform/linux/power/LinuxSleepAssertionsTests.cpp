@@ -207,7 +207,7 @@ TEST_F(LostHolderTest, HolderThatStaysAwayMeansThatNothingIsHeld) {
     EXPECT_TRUE(waitUntil([&] { return live::loginInhibitors(desktop()).find("Quillane") == std::string::npos; }));
 }
 
-TEST_F(LostHolderTest, WhatIsReleasedBeforeItsHolderIsBackIsNotTakenAgain) {
+TEST_F(LostHolderTest, AnAssertionReleasedBeforeItsHolderIsBackIsNotTakenAgain) {
     manager_->end();
     ASSERT_TRUE(waitUntil([&] { return live::sessionInhibitors(desktop(), sessionManager).empty(); }));
     prevention_->setEnabled(false);

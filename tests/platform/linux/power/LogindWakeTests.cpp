@@ -32,7 +32,7 @@ protected:
         from.send(std::move(signal));
     }
 
-    /// Lets the machine wake until that is noticed: the bus may not yet know that somebody listens.
+    /// Wakes the machine repeatedly until that is noticed: the bus may not yet know the listener.
     bool wakeUntil(const std::function<bool()>& noticed) {
         for (int i = 0; i < 20 && !noticed(); ++i) {
             prepareForSleep(*manager_, false);

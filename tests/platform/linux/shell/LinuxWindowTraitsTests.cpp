@@ -14,7 +14,7 @@
 namespace quillane {
 namespace {
 
-/// A server with a window manager, and somebody at its keyboard.
+/// A server with a window manager, and a user at its keyboard.
 class LinuxWindowTraitsDriver {
 public:
     LinuxWindowTraitsDriver() {

@@ -121,7 +121,7 @@ TEST_F(QtFilePanelTest, EverythingThatTakesTheFocusHasAName) {
     QtFilePanelDriver::cancel();
 }
 
-TEST_F(QtFilePanelTest, WhatIsDroppedIsHandedOnAndClosesThePanelWhenItIsTaken) {
+TEST_F(QtFilePanelTest, ADropIsPassedOnAndClosesThePanelIfAccepted) {
     choose();
     drop({QUrl::fromLocalFile(QString::fromStdString(driver.file()))});
     EXPECT_EQ(dropped,
@@ -177,7 +177,7 @@ protected:
         return QString::fromStdString(text.rendered(language));
     }
 
-    /// What stands in the row of the file, by column.
+    /// The texts in the row of the file, by column.
     static QStringList row(const QString& name) {
         const auto root = table().rootIndex();
         for (int row = 0; row < table().model()->rowCount(root); ++row) {
@@ -236,7 +236,7 @@ TEST_P(QtFilePanelTextsTest, SizesKindsAndDatesAreInTheLanguage) {
     QtFilePanelDriver::cancel();
 }
 
-TEST_P(QtFilePanelTextsTest, AMissingFileIsSaidInTheLanguage) {
+TEST_P(QtFilePanelTextsTest, AMissingFileIsReportedInTheLanguage) {
     const auto language = GetParam();
     auto& dialog = open(language);
     fakes::KnownTexts known(language);

@@ -61,7 +61,7 @@ TEST_F(RowMenuTest, DrawsRowsInOrder) {
     EXPECT_FALSE(actions[3]->isEnabled());
 }
 
-TEST_F(RowMenuTest, AnAmpersandIsNoMnemonic) {
+TEST_F(RowMenuTest, AnAmpersandIsNotAMnemonic) {
     set({item("Cut & paste")});
     EXPECT_EQ(menu.actions()[0]->text(), "Cut && paste");
 }

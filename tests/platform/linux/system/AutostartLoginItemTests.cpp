@@ -91,7 +91,7 @@ TEST_F(AutostartLoginItemTest, AnEntryThatTheDesktopHasSwitchedOffIsOff) {
     }
 }
 
-TEST_F(AutostartLoginItemTest, WhatIsNotAnEntryIsOff) {
+TEST_F(AutostartLoginItemTest, AFileThatIsNotAnEntryIsOff) {
     std::filesystem::create_directories(folder);
     AutostartLoginItem service("/usr/bin/quillane", folder);
     for (const auto* text :

@@ -15,7 +15,7 @@ using core::BusService;
 using core::WindowSystem;
 using testing::isOwned;
 
-/// Outside every desktop: what is asked of no service.
+/// Outside every desktop: facts that need no service.
 class BareDriver {
 public:
     SystemInspector& inspector() { return inspector_; }

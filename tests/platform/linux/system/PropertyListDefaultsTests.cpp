@@ -170,7 +170,7 @@ TEST_F(PropertyListDefaultsTest, AValueThatIsThereAlreadyIsNotWrittenAgain) {
 TEST_F(PropertyListDefaultsTest, SeveralValuesAreOneWrite) {
     PropertyListDefaults defaults(file_);
     defaults.setObject("Key", true);
-    const std::ifstream holdsTheFirstFile(file_); // so that its inode is not given away
+    const std::ifstream holdsTheFirstFile(file_); // so that its inode is not reused
     const auto first = identity(file_);
     defaults.setObjects({{"A", true}, {"B", true}, {"C", true}});
     EXPECT_NE(identity(file_), first);
@@ -210,7 +210,7 @@ TEST_F(PropertyListDefaultsTest, ADamagedFileIsSetAsideAndTheSettingsStartEmpty)
     }
 }
 
-TEST_F(PropertyListDefaultsTest, AFileThatIsNoDictionaryIsSetAside) {
+TEST_F(PropertyListDefaultsTest, AFileThatIsNotADictionaryIsSetAside) {
     for (const PropertyListValue& value :
          std::vector<PropertyListValue>{true, "text", PropertyListValue::Array{"Flag"}}) {
         const auto bytes = core::serializePropertyList(value, 1000).value();
@@ -369,7 +369,7 @@ TEST_F(PropertyListDefaultsTest, AFolderOrFileInTheWayKeepsChangesInMemory) {
     EXPECT_EQ(PropertyListDefaults(file_).boolean("Key"), true);
 }
 
-TEST_F(PropertyListDefaultsTest, WhatCouldNotBeReadBackIsNotWritten) {
+TEST_F(PropertyListDefaultsTest, AValueThatCouldNotBeReadBackIsNotWritten) {
     PropertyListDefaults defaults(file_);
     defaults.setObject("Small", true);
     PropertyListValue deep = true;

@@ -168,7 +168,7 @@ TEST(SecretServiceStore, IsNotAvailableWithoutAServiceAndIsFoundOnceThereIsOne) 
     EXPECT_EQ(store.add(name, "Label", {}), SecretStatus::success);
 }
 
-TEST(SecretServiceStore, DenialIsTold) {
+TEST(SecretServiceStore, DenialIsReported) {
     PrivateSession session("<deny send_destination=\"org.freedesktop.secrets\" "
                            "send_interface=\"org.freedesktop.Secret.Service\" send_member=\"OpenSession\"/>");
     session.startKeyring();
@@ -242,7 +242,7 @@ TEST(SecretServiceStore, TheClipboardKeyIsMadeOnceAndKept) {
     const auto second = core::obtainClipboardKey(another);
     ASSERT_TRUE(second);
     EXPECT_TRUE(std::ranges::equal(first->bytes(), second->bytes()));
-    // Nothing but the keyring has it, and that has it encrypted.
+    // Only the keyring has it, encrypted.
     const std::string key(reinterpret_cast<const char*>(first->bytes().data()), first->size());
     int files = 0;
     for (const auto& file : std::filesystem::recursive_directory_iterator(session.home())) {

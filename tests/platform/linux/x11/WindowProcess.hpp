@@ -32,11 +32,11 @@ private:
     xcb_window_t window_;
 };
 
-/// A window manager that takes requests to show windows.
+/// A window manager that accepts requests to show windows.
 inline std::unique_ptr<TestProcess> startWindowManager(X11Connection& connection) {
     auto manager =
         std::make_unique<TestProcess>(std::vector<std::string>{"openbox", "--config-file", "/etc/xdg/openbox/rc.xml"});
-    // It announces itself earlier than it takes requests to show windows.
+    // It announces itself before it accepts requests to show windows.
     const std::array<std::string_view, 1> names{"_NET_CLIENT_LIST"};
     const auto clients = connection.internAtoms(names).front();
     EXPECT_TRUE(waitUntil([&] {

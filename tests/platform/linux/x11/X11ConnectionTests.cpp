@@ -22,7 +22,7 @@ protected:
         return std::move(*connection);
     }
 
-    /// Makes a window on the root, which root listeners are told of.
+    /// Makes a window on the root, which notifies root listeners.
     static xcb_window_t makeWindow(X11Connection& connection) {
         const auto window = xcb_generate_id(connection.raw());
         xcb_create_window(connection.raw(), 0, window, connection.root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,

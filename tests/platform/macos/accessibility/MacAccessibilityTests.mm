@@ -76,7 +76,7 @@ private:
         FAIL() << "no such field";
     }
 
-    /// A structure of the focused field, read past the interface, which has no need for it.
+    /// A structure of the focused field, read directly because the interface does not need it.
     [[nodiscard]] CFRef<AXValueRef> structure(CFStringRef name) const {
         const auto application = CFRef<AXUIElementRef>::adopt(AXUIElementCreateApplication(pid()));
         CFTypeRef element = nullptr;

@@ -14,7 +14,7 @@ namespace {
 
 using fakes::Modifier;
 
-/// What a layout types for a key with Shift (Carbon, UnicodeUtilities.h).
+/// The text of a key with Shift in a layout (Carbon, UnicodeUtilities.h).
 std::u16string shiftedText(TISInputSourceRef source, core::KeyCode key) {
     const auto data =
         cfCast<CFDataRef>(TISGetInputSourceProperty(source, kTISPropertyUnicodeKeyLayoutData), CFDataGetTypeID());

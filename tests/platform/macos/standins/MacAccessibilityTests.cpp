@@ -199,7 +199,7 @@ TEST_F(MacAccessibilityTest, WithoutPermissionEverythingFails) {
     EXPECT_TRUE(accessibility.isAnswering(application)) << "a refusal is an answer";
 }
 
-TEST_F(MacAccessibilityTest, ActionNamesThatAreNoTextsArePassedOver) {
+TEST_F(MacAccessibilityTest, ActionNamesThatAreNotTextsAreIgnored) {
     root().withAction("AXPress", [] { return kAXErrorSuccess; }).withAction("AXShowMenu", [] {
         return kAXErrorCannotComplete; // as while the menu is shown
     });

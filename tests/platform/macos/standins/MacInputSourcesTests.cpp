@@ -52,7 +52,7 @@ protected:
     MacInputSources sources;
 };
 
-TEST_F(MacInputSourcesTest, LanguagesThatAreNoTextsArePassedOver) {
+TEST_F(MacInputSourcesTest, LanguagesThatAreNotTextsAreIgnored) {
     add({{kTISPropertyInputSourceID, standin::value("a")},
          {kTISPropertyLocalizedName, standin::value("A")},
          {kTISPropertyInputSourceLanguages,

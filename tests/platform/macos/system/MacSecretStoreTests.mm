@@ -14,7 +14,7 @@
 namespace quillane {
 namespace {
 
-/// The keychain of the user who runs the tests, without any of the contract's items before and after.
+/// The keychain of the user who runs the tests, without the contract's items before and after.
 class MacSecretStoreDriver {
 public:
     MacSecretStoreDriver() { forget(); }

@@ -23,7 +23,7 @@ namespace {
 __weak QuillaneTestUpdater* newestUpdater = nil;
 } // namespace
 
-/// Has the name of the framework's class, which the test program does not link and the service looks up.
+/// Has the name of the framework's class, which the service looks up and the test program does not link.
 @interface SPUStandardUpdaterController : NSObject
 @property(nonatomic) QuillaneTestUpdater* updater;
 @end
