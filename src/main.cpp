@@ -6,6 +6,7 @@
 #include "app/Doctor.hpp"
 #include "core/preferences/AppPreferences.hpp"
 #include "core/preferences/InstallationMigration.hpp"
+#include "core/support/SealedBox.hpp"
 #include "core/support/Url.hpp"
 #include "platform/Platform.hpp"
 #include "platform/common/ExitHandler.hpp"
@@ -212,6 +213,7 @@ int runAgent(int argc, char** argv, const commandLine::RunAgent& call) {
          .location = applicationLocation(),
          .home = homeFolder()});
     const TerminationSignals termination([] { QCoreApplication::quit(); });
+    core::sealedBox::keepUntilExit();
     const ExitHandler exiting([&] { delegate.saveHistory(); });
     delegate.applicationDidFinishLaunching();
     (*control)->setHandler([&](const ControlRequest& request) { return delegate.handleControlRequest(request); });

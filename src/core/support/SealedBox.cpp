@@ -83,6 +83,10 @@ tl::expected<Ends, SealedBoxError> sealInPlace(const SecretBytes& key, std::span
     return ends;
 }
 
+void keepUntilExit() {
+    OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr);
+}
+
 tl::expected<std::vector<std::byte>, SealedBoxError> seal(const SecretBytes& key,
                                                           std::span<const std::byte> plaintext) {
     std::vector<std::byte> box(nonceSize + plaintext.size() + tagSize);

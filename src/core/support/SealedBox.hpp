@@ -28,6 +28,10 @@ inline constexpr std::size_t keySize = 32;
 inline constexpr std::size_t nonceSize = 12;
 inline constexpr std::size_t tagSize = 16;
 
+/// Call before anything is encrypted, so that boxes can be sealed in an exit handler too: OpenSSL would otherwise free
+/// itself in a handler of its own, which runs before those that were registered earlier (OPENSSL_init_crypto(3)).
+void keepUntilExit();
+
 [[nodiscard]] tl::expected<std::vector<std::byte>, SealedBoxError> seal(const SecretBytes& key,
                                                                         std::span<const std::byte> plaintext);
 

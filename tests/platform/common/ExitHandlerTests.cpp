@@ -2,10 +2,13 @@
 // SPDX-License-Identifier: MIT
 #include "platform/common/ExitHandler.hpp"
 
+#include "core/support/SealedBox.hpp"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <iostream>
+#include <optional>
 #include <thread>
 
 namespace quillane {
@@ -28,6 +31,19 @@ void exitAfterHandler() {
 void exitOnAnotherThread() {
     const ExitHandler handler([] { std::cerr << "saved"; });
     std::thread([] { std::exit(3); }).join();
+}
+
+void sealInHandler() {
+    core::sealedBox::keepUntilExit();
+    std::optional<core::SecretBytes> key;
+    const ExitHandler handler([&] { std::cerr << (core::sealedBox::seal(*key, {}) ? "sealed" : "not sealed"); });
+    key = core::SecretBytes::random(core::sealedBox::keySize);
+    std::cerr << (core::sealedBox::seal(*key, {}) ? "" : "never sealed ");
+    std::exit(3);
+}
+
+TEST(ExitHandlerDeathTest, BoxesCanBeSealedAtTheEnd) {
+    EXPECT_EXIT(sealInHandler(), ExitedWithCode(3), "^sealed$");
 }
 
 TEST(ExitHandlerDeathTest, CallsBackWhenTheProgramEndsFromWithin) {
