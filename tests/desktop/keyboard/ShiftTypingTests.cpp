@@ -65,7 +65,7 @@ TEST_P(LiveShiftTypingTest, LeavesDigitsAlone) {
 
 TEST_P(LiveShiftTypingTest, LeavesShortcutsAlone) {
     startTyping(GetParam());
-    desktop().keyboard().tapWith({Key::leftControl, Key::leftShift}, Key::a);
+    desktop().chordInto(editor().pid(), {Key::leftControl, Key::leftShift, Key::a});
     typeWithShift("b");
     expectEditorText("b"); // the shortcut typed nothing
 }
