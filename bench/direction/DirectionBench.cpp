@@ -99,7 +99,7 @@ public:
             delivered_ = Clock::now();
             commands_.apply(direction);
         };
-        monitor_.onInterruption = [this] { commands_.cancelPending(); };
+        monitor_.onInterruption = [this](core::UserInput input) { commands_.interrupt(input); };
         monitor_.setOptions({});
         must(monitor_.start(), "the event tap");
         must(waitUntil([this] { return commands_.target() == "com.google.Chrome"; }), "Chromium in front");

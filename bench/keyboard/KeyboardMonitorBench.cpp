@@ -156,7 +156,8 @@ private:
 struct World {
     explicit World(InputSource source) : sources(std::move(source)) {
         monitor.onDirection = [](core::WritingDirection) {};
-        monitor.onLanguageSwitch = monitor.onInterruption = monitor.onDisabled = monitor.onKeyboardActivity = [] {};
+        monitor.onLanguageSwitch = monitor.onDisabled = monitor.onKeyboardActivity = [] {};
+        monitor.onInterruption = [](core::UserInput) {};
         monitor.setOptions(core::FeatureOptions());
     }
 

@@ -188,7 +188,7 @@ void AppDelegate::wireControllers() {
         }
     };
     monitor_.isOwnTextBoxFocused = [this] { return isOwnTextBoxFocused(); };
-    monitor_.onInterruption = [this] { direction_.cancelPending(); };
+    monitor_.onInterruption = [this](core::UserInput input) { direction_.interrupt(input); };
     monitor_.onLanguageSwitch = [this] { switchLanguage(); };
     monitor_.onDisabled = [this] {
         direction_.cancelPending();

@@ -63,6 +63,16 @@ std::vector<AXElement> children(Accessibility& accessibility, const AXElement& o
     return typed<std::vector<AXElement>>(accessibility, of, attribute).value_or(std::vector<AXElement>());
 }
 
+std::optional<AXElement> firstOfRole(Accessibility& accessibility, const std::vector<AXElement>& elements,
+                                     std::string_view role) {
+    constexpr std::array<std::string_view, 1> roleName{"AXRole"};
+    const auto read = accessibility.attributesOfEach(elements, roleName);
+    const auto found = std::ranges::find_if(
+        read, [&](const auto& values) { return values && values->front() == AXValue(std::string(role)); });
+    return found != read.end() ? std::optional(elements.at(static_cast<std::size_t>(found - read.begin())))
+                               : std::nullopt;
+}
+
 bool isTextWritable(Accessibility& accessibility, const AXElement& element) {
     return accessibility.isAttributeSettable(element, "AXValue") ||
            accessibility.isAttributeSettable(element, "AXSelectedText");

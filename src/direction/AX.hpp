@@ -32,6 +32,10 @@ namespace quillane::ax {
 [[nodiscard]] std::vector<AXElement> children(Accessibility& accessibility, const AXElement& of,
                                               std::string_view attribute = "AXChildren");
 
+/// The first of the elements with this role.
+[[nodiscard]] std::optional<AXElement> firstOfRole(Accessibility& accessibility, const std::vector<AXElement>& elements,
+                                                   std::string_view role);
+
 /// Whether "AXValue" or, failing that, "AXSelectedText" is settable.
 [[nodiscard]] bool isTextWritable(Accessibility& accessibility, const AXElement& element);
 

@@ -82,6 +82,13 @@ void DirectionCommands::cancelPending() {
     libreOfficeAdapter_.cancelPending();
 }
 
+void DirectionCommands::interrupt(core::UserInput input) {
+    adapter_.interrupt(input);
+    browserAdapter_.interrupt(input);
+    wordAdapter_.cancelPending();
+    libreOfficeAdapter_.cancelPending();
+}
+
 std::optional<std::string> DirectionCommands::target() const {
     const auto front = services_.workspace.frontmostApplication();
     return front && front->bundleID && core::hasDirectionCommands(*front->bundleID) ? front->bundleID : std::nullopt;

@@ -5,6 +5,7 @@
 
 #include "core/direction/SupportedApplication.hpp"
 #include "core/direction/WritingDirection.hpp"
+#include "core/keyboard/UserInput.hpp"
 #include "direction/DirectionServices.hpp"
 #include "direction/LibreOfficeDirectionAdapter.hpp"
 #include "direction/NativeDirectionAdapter.hpp"
@@ -35,8 +36,12 @@ public:
     /// comes to the front in between.
     void test(core::WritingDirection direction, const std::string& bundleID);
 
-    /// Drops every pending step.
+    /// Drops every pending step. A menu that was requested is closed, also when it opens later.
     void cancelPending();
+
+    /// The user has pressed a key, clicked or scrolled: drops every pending step, and leaves a menu that the input
+    /// reaches to the user.
+    void interrupt(core::UserInput input);
 
     /// The application in front, by its identifier, if it has direction commands.
     [[nodiscard]] std::optional<std::string> target() const;

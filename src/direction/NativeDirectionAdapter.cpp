@@ -25,10 +25,7 @@ namespace texts = core::texts;
 
 constexpr auto step = 60ms;
 constexpr int lastRun = 24;
-constexpr int lastClosing = 160; ///< ten seconds
-constexpr std::size_t applicationLimit = 500;
 constexpr std::size_t menuLimit = 240;
-constexpr std::size_t stepsToMenu = 8;
 constexpr std::string_view diagnosticKey = "LastBrowserDiagnostic";
 constexpr std::size_t diagnosticChildren = 32; // an application may report thousands
 constexpr std::array<std::string_view, 1> roleName{"AXRole"};
@@ -58,20 +55,10 @@ std::string_view commandTitle(core::WritingDirection direction) {
     return direction == core::WritingDirection::rightToLeft ? "Right to Left" : "Left to Right";
 }
 
-/// The first of the elements with this role.
-std::optional<AXElement> firstOfRole(Accessibility& accessibility, const std::vector<AXElement>& elements,
-                                     std::string_view role) {
-    const auto read = accessibility.attributesOfEach(elements, roleName);
-    const auto found = std::ranges::find_if(
-        read, [&](const auto& values) { return values && values->front() == AXValue(std::string(role)); });
-    return found != read.end() ? std::optional(elements.at(static_cast<std::size_t>(found - read.begin())))
-                               : std::nullopt;
-}
-
 } // namespace
 
 NativeDirectionAdapter::NativeDirectionAdapter(DirectionServices services, DirectionReport report)
-    : services_(services), report_(std::move(report)) {}
+    : services_(services), report_(std::move(report)), abandonedMenu_(services) {}
 
 void NativeDirectionAdapter::apply(core::WritingDirection direction, SupportedApplication application) {
     if (pending_ || application == SupportedApplication::word) {
@@ -111,12 +98,14 @@ void NativeDirectionAdapter::begin(const Request& request, int wakings) {
     const Attempt attempt{element,     *editor,   std::move(*selection), application,
                           request.pid, menuTitle, request.direction,     ++operation_};
     pending_ = true;
+    abandonedMenu_.forget(); // this attempt uses or closes whatever opens now
     observeMenu(element);
     if (accessibility.performAction(*editor, "AXShowMenu") == AXActionResult::failed) {
         finish();
         report_(texts::cannotOpenDirectionMenu(core::traits(application).displayName));
         return;
     }
+    requested_.emplace(attempt);
     scheduleChoice(attempt, 0);
 }
 
@@ -139,7 +128,24 @@ void NativeDirectionAdapter::wake(const Request& request, int wakings) {
 
 void NativeDirectionAdapter::cancelPending() {
     ++operation_;
+    abandonMenu();
     finish();
+}
+
+void NativeDirectionAdapter::interrupt(core::UserInput input) {
+    ++operation_;
+    const bool isTaken = capturedMenu_ ? input != core::UserInput::typing : input == core::UserInput::menuRequest;
+    if (!isTaken) {
+        abandonMenu();
+    }
+    finish();
+    abandonedMenu_.note(input);
+}
+
+void NativeDirectionAdapter::abandonMenu() {
+    if (requested_) {
+        closeMenu(capturedMenu_, *requested_);
+    }
 }
 
 void NativeDirectionAdapter::stopObservingMenu() {
@@ -160,27 +166,7 @@ std::optional<AXElement> NativeDirectionAdapter::contextMenu(const AXElement& ap
     if (capturedMenu_) {
         return capturedMenu_;
     }
-    auto& accessibility = services_.accessibility;
-    const auto focused = ax::element(accessibility, application, "AXFocusedUIElement");
-    if (focused) {
-        if (auto shown = ax::element(accessibility, *focused, "AXShownMenuUIElement")) {
-            return shown;
-        }
-    }
-    if (auto shown = ax::element(accessibility, application, "AXShownMenuUIElement")) {
-        return shown;
-    }
-    if (focused) {
-        if (auto above = ax::closest(accessibility, *focused, "AXMenu", stepsToMenu + 1)) {
-            return above;
-        }
-    }
-    if (auto child = firstOfRole(accessibility, ax::children(accessibility, application), "AXMenu")) {
-        return child;
-    }
-    constexpr std::array<std::string_view, 1> skipping{"AXMenuBar"};
-    return ax::find(accessibility, application, {.limit = applicationLimit, .skipping = skipping, .reading = {}},
-                    [](const ax::Candidate& candidate) { return candidate.role == "AXMenu"; });
+    return openContextMenu(services_.accessibility, application);
 }
 
 void NativeDirectionAdapter::scheduleChoice(const Attempt& attempt, int run) {
@@ -206,13 +192,14 @@ void NativeDirectionAdapter::chooseDirection(const Attempt& attempt, int run) {
         return;
     }
     if (!menu) {
+        abandonMenu();
         finish();
         recordDiagnostic(attempt);
         report_(texts::directionMenuUnavailable);
         return;
     }
     const auto command = paragraphCommand(*menu, attempt);
-    if (!command && run < lastRun && !answers(attempt.application)) {
+    if (!command && run < lastRun && !isAnswering(services_.accessibility, attempt.application)) {
         scheduleChoice(attempt, run + 1);
         return;
     }
@@ -234,7 +221,7 @@ std::optional<AXElement> NativeDirectionAdapter::paragraphCommand(const AXElemen
     if (!item) {
         return std::nullopt;
     }
-    const auto submenu = firstOfRole(accessibility, ax::children(accessibility, *item), "AXMenu");
+    const auto submenu = ax::firstOfRole(accessibility, ax::children(accessibility, *item), "AXMenu");
     if (!submenu) {
         return std::nullopt;
     }
@@ -284,31 +271,23 @@ void NativeDirectionAdapter::pressCommand(const AXElement& command, const AXElem
 
 void NativeDirectionAdapter::finish() {
     pending_ = false;
+    requested_.reset();
     stopObservingMenu();
 }
 
 void NativeDirectionAdapter::refuse(const AXElement& menu, const Attempt& attempt, const core::LocalizedText& reason) {
-    close(menu, attempt, 0);
+    closeMenu(menu, attempt);
     finish();
     report_(reason);
 }
 
-/// Tries again while the application has not even been reached; otherwise the menu may already be closed. A key, a
-/// click or another chord leaves the menu to the user.
-void NativeDirectionAdapter::close(const AXElement& menu, const Attempt& attempt, int run) {
-    if (operation_ == attempt.operation &&
-        services_.accessibility.performAction(menu, "AXCancel") == AXActionResult::failed && run < lastClosing &&
-        !answers(attempt.application)) {
-        services_.mainQueue.postAfter(step, [this, alive = std::weak_ptr(alive_), menu, attempt, run] {
-            if (!alive.expired()) {
-                close(menu, attempt, run + 1);
-            }
-        });
-    }
-}
-
-bool NativeDirectionAdapter::answers(const AXElement& application) const {
-    return ax::string(services_.accessibility, application, "AXRole").has_value();
+void NativeDirectionAdapter::closeMenu(const std::optional<AXElement>& menu, const Attempt& attempt) {
+    abandonedMenu_.close(
+        {.application = attempt.application,
+         .pid = attempt.pid,
+         .isRecognized = [this,
+                          attempt](const AXElement& open) { return paragraphCommand(open, attempt).has_value(); }},
+        menu);
 }
 
 void NativeDirectionAdapter::recordDiagnostic(const Attempt& attempt) {

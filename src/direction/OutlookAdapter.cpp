@@ -50,10 +50,19 @@ void OutlookAdapter::apply(core::WritingDirection direction) {
 }
 
 void OutlookAdapter::cancelPending() {
+    cancelPopover();
+    subject_.cancelPending();
+}
+
+void OutlookAdapter::interrupt(core::UserInput input) {
+    cancelPopover();
+    subject_.interrupt(input);
+}
+
+void OutlookAdapter::cancelPopover() {
     if (overflowPending_) {
         cancelled_ = true;
     }
-    subject_.cancelPending();
 }
 
 void OutlookAdapter::applyInBody(const Attempt& attempt) {

@@ -30,6 +30,9 @@ public:
     /// Abandons the current attempt. One that waits for the popover reports that in its next step.
     void cancelPending();
 
+    /// The same for a key, click or scroll of the user, which may take over the subject line's menu.
+    void interrupt(core::UserInput input);
+
 private:
     struct Attempt {
         AXElement application;
@@ -39,6 +42,7 @@ private:
         std::int64_t operation = 0; ///< of a wait for the popover
     };
 
+    void cancelPopover();
     void applyInBody(const Attempt& attempt);
     [[nodiscard]] bool isComposeEditor(const AXElement& element) const;
     [[nodiscard]] std::optional<AXElement> directionButton(const AXElement& in, core::WritingDirection direction) const;

@@ -29,6 +29,22 @@ static_assert(eventMask == 0x2401C0A);
 constexpr core::EventFlags shortcutModifiers =
     core::flags::control | core::flags::option | core::flags::command | core::flags::secondaryFn;
 
+/// The meaning of a press, a click or a scroll.
+core::UserInput inputOf(const InputEvent& event) {
+    switch (event.type) {
+    case EventType::keyDown:
+        return core::userInput(event.keyCode, event.flags);
+    case EventType::scrollWheel:
+        return core::UserInput::navigation;
+    case EventType::rightMouseDown:
+        return core::UserInput::menuRequest;
+    case EventType::leftMouseDown: // with Control, a click opens the context menu on macOS
+        return (event.flags & core::flags::control) != 0 ? core::UserInput::menuRequest : core::UserInput::command;
+    default:
+        return core::UserInput::command;
+    }
+}
+
 bool isKeyboardEvent(EventType type) {
     return type == EventType::keyDown || type == EventType::keyUp || type == EventType::flagsChanged;
 }
@@ -95,7 +111,7 @@ void KeyboardMonitor::receive(InputEvent& event) {
     if (core::screenSharingPolicy::bypassKeyboardProcessing(front ? front->bundleID : std::nullopt,
                                                             options_.excludeScreenSharing)) {
         reset();
-        post(&KeyboardMonitor::onInterruption);
+        interrupt(core::UserInput::command);
         return;
     }
     if (event.type == EventType::flagsChanged) {
@@ -108,7 +124,7 @@ void KeyboardMonitor::receive(InputEvent& event) {
         receiveKeyUp(event);
         return;
     }
-    post(&KeyboardMonitor::onInterruption);
+    interrupt(inputOf(event));
     if (event.type == EventType::keyDown) {
         receiveKeyDown(event, front);
     }
@@ -191,6 +207,17 @@ void KeyboardMonitor::post(const std::function<void()> KeyboardMonitor::*handler
     mainQueue_.post([this, alive = std::weak_ptr(alive_), handler] {
         if (!alive.expired() && this->*handler) {
             (this->*handler)();
+        }
+    });
+}
+
+void KeyboardMonitor::interrupt(core::UserInput input) {
+    if (!onInterruption) {
+        return;
+    }
+    mainQueue_.post([this, alive = std::weak_ptr(alive_), input] {
+        if (!alive.expired() && onInterruption) {
+            onInterruption(input);
         }
     });
 }

@@ -4,6 +4,7 @@
 
 #include "core/direction/WritingDirection.hpp"
 #include "core/keyboard/LanguageSwitchChord.hpp"
+#include "core/keyboard/UserInput.hpp"
 #include "core/keyboard/WritingDirectionChord.hpp"
 #include "core/preferences/FeatureOptions.hpp"
 #include "keyboard/RTLInput.hpp"
@@ -59,7 +60,8 @@ public:
 
     std::function<void(core::WritingDirection)> onDirection;
     std::function<void()> onLanguageSwitch;
-    std::function<void()> onInterruption;     ///< a key, a click or scroll, or a remote desktop viewer in front
+    /// A key, a click or scroll; any event while a remote desktop viewer is in front is a command.
+    std::function<void(core::UserInput)> onInterruption;
     std::function<void()> onDisabled;         ///< the system has disabled the tap; it has been enabled again
     std::function<void()> onKeyboardActivity; ///< the first key event since the start
 
@@ -72,6 +74,7 @@ private:
     void rewrite(InputEvent& event, const std::optional<RunningApplication>& front);
 
     void post(const std::function<void()> KeyboardMonitor::*handler);
+    void interrupt(core::UserInput input);
     void deliver(std::function<void()> handler, std::optional<pid_t> pid, bool toDirectionTarget);
     [[nodiscard]] bool isDirectionTarget(const std::optional<RunningApplication>& application) const;
 

@@ -82,10 +82,9 @@ TEST_F(NativeDirectionTest, GivesUpInTheTwentyFifthRunWithADiagnostic) {
     EXPECT_THAT(said, IsEmpty());
     desktop.queue.advance(1ms);
     EXPECT_THAT(said, ElementsAre("The direction menu is unavailable in this editor"));
-    EXPECT_EQ(desktop.queue.timerCount(), 0U);
     EXPECT_EQ(desktop.userDefaults.string("LastBrowserDiagnostic"),
               "Editor actions: AXShowMenu\nFocus role: AXTextArea\nChild role: AXStaticText");
-    expectNotApplied();
+    expectNoPress();
     expectNextAttemptWorks();
 }
 
@@ -125,7 +124,7 @@ TEST_F(NativeDirectionTest, AnotherApplicationInFrontEndsTheAttemptSilently) {
     desktop.queue.advance(2s);
     EXPECT_THAT(said, IsEmpty());
     desktop.workspace.activate(chrome);
-    expectNotApplied();
+    expectNoPress();
     expectNextAttemptWorks();
 }
 
@@ -312,7 +311,7 @@ TEST_F(NativeDirectionTest, AMenuThatCannotBeReachedIsClosedWhenItCanUnlessTheUs
         desktop.queue.advance(1600ms);
         EXPECT_THAT(said, ElementsAre("This editor does not offer a paragraph direction command"));
         if (isTaken) {
-            adapter.cancelPending();
+            adapter.interrupt(core::UserInput::navigation);
         }
         desktop.accessibility.answerAgain(pid);
         desktop.queue.advance(60ms);

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "core/keyboard/UserInput.hpp"
 #include "direction/BrowserWaking.hpp"
 #include "direction/DirectionTest.hpp"
 #include "direction/NativeDirectionAdapter.hpp"
@@ -48,10 +49,14 @@ protected:
         adapter.apply(direction, application);
     }
 
-    void expectNotApplied() {
+    void expectNoPress() {
         for (const auto* command : commands) {
             EXPECT_EQ(countOf(*command, "AXPress"), 0);
         }
+    }
+
+    void expectNotApplied() {
+        expectNoPress();
         EXPECT_FALSE(desktop.accessibility.isObserved(pid, "AXMenuOpened"));
     }
 

@@ -205,6 +205,18 @@ TEST_F(KeyboardMonitorTest, PressesClicksAndScrollingInterrupt) {
     EXPECT_THAT(taken(), ElementsAre("interruption"));
 }
 
+TEST_F(KeyboardMonitorTest, AnInterruptionSaysWhatTheInputMayMeanForAMenu) {
+    constexpr core::KeyCode down = 125;
+    start();
+    desktop.type(keyA).type(down).scroll().click().click(EventType::rightMouseDown);
+    desktop.press(Modifier::leftControl).click().release(Modifier::leftControl);
+    desktop.switchTo("com.apple.ScreenSharing").type(keyA);
+    taken();
+    using enum core::UserInput;
+    EXPECT_THAT(inputs,
+                ElementsAre(typing, navigation, navigation, command, menuRequest, menuRequest, command, command));
+}
+
 TEST_F(KeyboardMonitorTest, ReleasesAndModifiersDoNotInterrupt) {
     start();
     desktop.press(keyA);

@@ -24,7 +24,10 @@ public:
             handled.push_back("direction " + std::string(core::rawValue(direction)));
         };
         monitor->onLanguageSwitch = [this] { handled.emplace_back("language switch"); };
-        monitor->onInterruption = [this] { handled.emplace_back("interruption"); };
+        monitor->onInterruption = [this](core::UserInput userInput) {
+            handled.emplace_back("interruption");
+            inputs.push_back(userInput);
+        };
         monitor->onDisabled = [this] { handled.emplace_back("disabled"); };
         monitor->onKeyboardActivity = [this] { handled.emplace_back("activity"); };
         monitor->setOptions(switches);
@@ -58,6 +61,7 @@ public:
     core::FeatureOptions switches;
     std::unique_ptr<KeyboardMonitor> monitor; ///< until a test releases it; it must not be touched afterwards
     std::vector<std::string> handled;
+    std::vector<core::UserInput> inputs; ///< of the interruptions
 };
 
 } // namespace quillane::testing

@@ -5,6 +5,7 @@
 #include "desktop/direction/LiveBrowser.hpp"
 
 #include <csignal>
+#include <thread>
 
 namespace quillane::live {
 namespace {
@@ -106,7 +107,7 @@ TEST_F(LiveChromiumTest, AChordTurnsTheParagraphAtTheCursorOfAPageThatIsEditedAn
 TEST_F(LiveChromiumTest, AMenuThatIsOpenAlreadyIsLeftAlone) {
     startIn("area");
     desktop().keyboard().tap(Key::menu);
-    ASSERT_TRUE(waitUntil([&] { return browser_->hasOpenMenu(); }));
+    ASSERT_TRUE(waitUntil([&] { return browser_->showsMenu(); }));
     turnRight();
     expectSaid("Close the open menu and try again");
     EXPECT_TRUE(browser_->hasOpenMenu());
@@ -140,6 +141,92 @@ TEST_F(LiveChromiumTest, ABrowserThatHangsHoldsNobodyElseUp) {
     turnLeft();
     expectDirection("ltr");
 }
+
+/// A browser whose page is busy for a while, so that the menu of a chord opens late.
+class LiveBusyChromiumTest : public LiveChromiumTest {
+protected:
+    void chordIntoBusyPage() {
+        startIn("area");
+        browser_->signalPages(SIGSTOP);
+        turnRight();
+    }
+
+    /// The page runs again, and the menu opens; it may be closed before it has been seen here.
+    void expectMenuCloses() {
+        browser_->signalPages(SIGCONT);
+        static_cast<void>(waitUntil([&] { return browser_->hasOpenMenu(); }, std::chrono::milliseconds{2000},
+                                    std::chrono::milliseconds{1}));
+        expectNoMenu();
+        EXPECT_TRUE(holdsFor(std::chrono::milliseconds{1000}, [&] { return !browser_->hasOpenMenu(); }));
+    }
+
+    void expectText(const std::string& text) {
+        EXPECT_TRUE(waitUntil([&] { return state().text == text; })) << state().text;
+    }
+};
+
+TEST_F(LiveBusyChromiumTest, AMenuThatOpensAfterTheAttemptGaveUpIsClosed) {
+    chordIntoBusyPage();
+    expectSaid("The direction menu is unavailable in this editor");
+    expectMenuCloses();
+    desktop().keyboard().tap(Key::q);
+    expectText("fqst_line/second_line");
+    turnRight();
+    expectSaid("Applied RTL in Chrome");
+    expectDirection("rtl");
+}
+
+TEST_F(LiveBusyChromiumTest, AMenuThatOpensWhileTheUserTypesIsClosedAndTheTextGetsTheLetters) {
+    chordIntoBusyPage();
+    desktop().keyboard().type("shalom", std::chrono::milliseconds{40});
+    expectMenuCloses();
+    expectText("fshalomst_line/second_line");
+    EXPECT_EQ(state().direction, "ltr");
+}
+
+TEST_F(LiveBusyChromiumTest, AMenuThatTheUserRequestsStays) {
+    chordIntoBusyPage();
+    desktop().keyboard().tap(Key::menu);
+    browser_->signalPages(SIGCONT);
+    ASSERT_TRUE(waitUntil([&] { return browser_->showsMenu(); }));
+    EXPECT_TRUE(holdsFor(std::chrono::milliseconds{1000}, [&] { return browser_->hasOpenMenu(); }));
+    desktop().keyboard().tap(Key::escape);
+    expectNoMenu();
+}
+
+/// The whole browser hangs, from a moment of the chord until the attempt has ended.
+class LiveHangingChromiumTest : public LiveChromiumTest, public testing::WithParamInterface<int> {};
+
+TEST_P(LiveHangingChromiumTest, ChordLeavesNoMenuBehind) {
+    startIn("area");
+    turnRight();
+    std::this_thread::sleep_for(std::chrono::milliseconds{GetParam()}); // into the attempt
+    browser_->process().signal(SIGSTOP);
+    EXPECT_TRUE(agent().waitForStatus([](const auto& status) { return status.at("lastAction") != ""; }));
+    browser_->process().signal(SIGCONT);
+    desktop().keyboard().tap(Key::q);
+    EXPECT_TRUE(waitUntil([&] { return !browser_->hasOpenMenu() && state().text.starts_with("fq"); })) << state();
+    EXPECT_TRUE(holdsFor(std::chrono::milliseconds{1000}, [&] { return !browser_->hasOpenMenu(); }));
+    desktop().keyboard().tap(Key::w);
+    EXPECT_TRUE(waitUntil([&] { return state().text.starts_with("fqw"); })) << state();
+}
+
+INSTANTIATE_TEST_SUITE_P(Milliseconds, LiveHangingChromiumTest, testing::Values(0, 10, 25, 45, 70, 100));
+
+/// Somebody types on right after a chord, at a moment of the attempt.
+class LiveFastTypistTest : public LiveChromiumTest, public testing::WithParamInterface<int> {};
+
+TEST_P(LiveFastTypistTest, FindsTheLettersInTheText) {
+    startIn("area");
+    turnRight();
+    std::this_thread::sleep_for(std::chrono::milliseconds{GetParam()}); // into the attempt
+    desktop().keyboard().type("quillane", std::chrono::milliseconds{120});
+    EXPECT_TRUE(waitUntil([&] { return state().text.find("llanest_line") != std::string::npos; })) << state();
+    expectNoMenu();
+    EXPECT_EQ(state().text, "fquillanest_line/second_line");
+}
+
+INSTANTIATE_TEST_SUITE_P(Milliseconds, LiveFastTypistTest, testing::Values(0, 10, 25, 45, 70, 100, 150));
 
 /// A browser that makes no accessibility tree until somebody asks for it.
 class LiveSleepingChromiumTest : public LiveChromiumTest {

@@ -5,6 +5,8 @@
 
 #include "desktop/fixture/XReply.hpp"
 
+#include <csignal>
+#include <filesystem>
 #include <sstream>
 
 namespace quillane::live {
@@ -101,6 +103,32 @@ bool LiveBrowser::hasOpenMenu() const {
         }
     }
     return false;
+}
+
+bool LiveBrowser::showsMenu() const {
+    const auto& accessibility = desktop_->accessibility();
+    const auto root = accessibility.application(process_.pid());
+    return root && accessibility.find(*root, [](const AccessibleNode& node) {
+        return (node.role == "menu" || node.role == "popup menu") && node.is(AccessibleNode::State::showing);
+    });
+}
+
+void LiveBrowser::signalPages(int number) const {
+    std::vector<pid_t> family{process_.pid()};
+    for (std::size_t index = 0; index < family.size(); ++index) {
+        const auto tasks = std::filesystem::path("/proc") / std::to_string(family[index]) / "task";
+        std::error_code error;
+        for (const auto& task : std::filesystem::directory_iterator(tasks, error)) {
+            std::istringstream children(readFile(task.path() / "children"));
+            for (pid_t child = 0; children >> child;) {
+                family.push_back(child);
+            }
+        }
+        const auto command = readFile(std::filesystem::path("/proc") / std::to_string(family[index]) / "cmdline");
+        if (command.find("--type=renderer") != std::string::npos) {
+            kill(family[index], number);
+        }
+    }
 }
 
 } // namespace quillane::live

@@ -49,6 +49,13 @@ public:
     /// Whether a menu of the browser is open, according to the X server: its window is mapped over all others.
     [[nodiscard]] bool hasOpenMenu() const;
 
+    /// Whether an open menu of the browser is in its accessibility tree, which is a little later.
+    [[nodiscard]] bool showsMenu() const;
+
+    /// Sends a signal to the processes that hold the pages. While they are stopped, the browser answers and opens no
+    /// context menu.
+    void signalPages(int number) const;
+
 private:
     LiveBrowser(LiveDesktop& desktop, ChildProcess process) : desktop_(&desktop), process_(std::move(process)) {}
 
