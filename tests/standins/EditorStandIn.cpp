@@ -43,6 +43,7 @@ struct Application {
 };
 
 const std::vector<Application> applications{
+    {"org.chromium.Chromium", "", "", writingDirection, false, true, "Address"},
     {"com.apple.Safari", "", "", paragraphDirection, false, true, "Address"},
     {"com.apple.TextEdit", "First Text View", "", writingDirection, false, false, "Search"},
     {"com.apple.Notes", "Note Body Text View", "", writingDirection, false, false, "Search"},
@@ -186,7 +187,8 @@ private:
             connect(&submenu, &QMenu::aboutToShow, this,
                     [this, &field] { (&field == body_ ? other_ : body_)->setFocus(); });
         }
-        const bool hasSections = title == writingDirection || mode_ == "selection";
+        const bool isOnPage = &field == body_ && application_.bodyIsOnPage;
+        const bool hasSections = (title == writingDirection && !isOnPage) || mode_ == "selection";
         if (mode_ != "selection") {
             if (hasSections) {
                 submenu.addAction("Paragraph")->setEnabled(false);
@@ -240,6 +242,7 @@ int main(int argc, char** argv) {
     parser.addHelpOption();
     parser.addOptions({{"report", "File for what happens.", "file"},
                        {"application", "Identifier of the application it is like.", "identifier"},
+                       {"class", "Class of its windows, unless it is the identifier.", "class"},
                        {"focus", "Field that has the focus.", "body|other", "body"},
                        {"menu", "What becomes of the menu.",
                         "opens|late|busy|never|hidden|cursorless|focus|selects|stubborn|selection|disabled|exits|"
@@ -259,7 +262,8 @@ int main(int argc, char** argv) {
         qCritical("no such application, or the report cannot be written");
         return 1;
     }
-    QApplication::setApplicationName(found->bundleID); // the class of its windows
+    // The class of its windows.
+    QApplication::setApplicationName(parser.isSet("class") ? parser.value("class") : found->bundleID);
     QAccessible::installFactory(describeField);
     EditorWindow window(*found, parser.value("menu"), parser.isSet("slow-to-close"), report);
     window.body().setReadOnly(parser.isSet("read-only"));

@@ -55,14 +55,14 @@ TEST_F(LiveChromiumTest, AChordTurnsTheTextAreaAndTurnsItBack) {
     EXPECT_EQ(before.direction, "ltr");
     turnRight();
     expectDirection("rtl");
-    expectSaid("Applied RTL in Chrome");
+    expectSaid("Applied RTL in Chromium");
     expectNoMenu();
     auto turned = before;
     turned.direction = "rtl";
     EXPECT_EQ(state(), turned);
     turnLeft();
     expectDirection("ltr");
-    expectSaid("Applied LTR in Chrome");
+    expectSaid("Applied LTR in Chromium");
     expectNoMenu();
     EXPECT_EQ(state(), before);
     desktop().keyboard().tap(Key::q);
@@ -72,14 +72,14 @@ TEST_F(LiveChromiumTest, AChordTurnsTheTextAreaAndTurnsItBack) {
 TEST_F(LiveChromiumTest, AChordOfTheDirectionThatTheTextAreaHasIsAppliedToo) {
     startIn("area");
     turnRight();
-    expectSaid("Applied RTL in Chrome");
+    expectSaid("Applied RTL in Chromium");
     expectDirection("rtl");
     expectNoMenu();
     turnRight();
     EXPECT_TRUE(waitUntil([&] { return browser_->hasOpenMenu(); }));
     expectNoMenu();
     EXPECT_TRUE(holdsFor(std::chrono::milliseconds{500}, [&] {
-        return agent().status().value("lastAction", "") == "Applied RTL in Chrome";
+        return agent().status().value("lastAction", "") == "Applied RTL in Chromium";
     })) << agent().status();
     EXPECT_EQ(state().direction, "rtl");
 }
@@ -87,7 +87,7 @@ TEST_F(LiveChromiumTest, AChordOfTheDirectionThatTheTextAreaHasIsAppliedToo) {
 TEST_F(LiveChromiumTest, AChordTurnsAFieldOfOneLine) {
     startIn("line");
     turnRight();
-    expectSaid("Applied RTL in Chrome");
+    expectSaid("Applied RTL in Chromium");
     expectDirection("rtl");
     expectNoMenu();
 }
@@ -96,11 +96,11 @@ TEST_F(LiveChromiumTest, AChordTurnsTheParagraphAtTheCursorOfAPageThatIsEditedAn
     startIn("rich");
     EXPECT_EQ(state().direction, "ltr,ltr,ltr");
     turnRight();
-    expectSaid("Applied RTL in Chrome");
+    expectSaid("Applied RTL in Chromium");
     expectDirection("ltr,rtl,ltr");
     expectNoMenu();
     turnLeft();
-    expectSaid("Applied LTR in Chrome");
+    expectSaid("Applied LTR in Chromium");
     expectDirection("ltr,ltr,ltr");
 }
 
@@ -125,7 +125,7 @@ TEST_F(LiveChromiumTest, ABrowserThatHangsHoldsNobodyElseUp) {
     browser_.emplace(required(LiveBrowser::start(desktop(), "area")));
     turnRight();
     expectDirection("rtl");
-    expectSaid("Applied RTL in Chrome");
+    expectSaid("Applied RTL in Chromium");
     browser_->process().signal(SIGSTOP);
     const auto begin = Clock::now();
     turnLeft();
@@ -246,7 +246,7 @@ TEST_F(LiveSleepingChromiumTest, IsAsleepAndWokenByTheAgentThatStarts) {
     EXPECT_TRUE(waitUntil([&] { return isAwake(); }));
     turnRight();
     expectDirection("rtl");
-    expectSaid("Applied RTL in Chrome");
+    expectSaid("Applied RTL in Chromium");
     expectNoMenu();
 }
 
@@ -256,7 +256,7 @@ TEST_F(LiveSleepingChromiumTest, IsWokenWhenItComesToTheFront) {
     EXPECT_TRUE(waitUntil([&] { return isAwake(); }));
     turnRight();
     expectDirection("rtl");
-    expectSaid("Applied RTL in Chrome");
+    expectSaid("Applied RTL in Chromium");
     expectNoMenu();
 }
 

@@ -20,7 +20,7 @@ second line</textarea>
 <textarea id="other" rows="2" cols="30">other</textarea>
 <p><input id="secret" type="password" value="secret"> <input id="fixed" value="fixed" readonly>
 <input id="line" value="line"></p>
-<div id="rich" contenteditable><p>one</p><p>two</p><p>three</p></div>
+<div id="rich" contenteditable><p>one</p><p>two</p><p>שלוש</p></div>
 <script>
 const area = document.getElementById('area');
 area.setSelectionRange(1, 3);
@@ -33,7 +33,7 @@ let ready = false; // once the keys have come to the page
 setInterval(() => {
   ready = ready || document.hasFocus();
   if (!ready) { return; }
-  document.title = ['state', paragraphs.map(one => getComputedStyle(one).direction).join(','), area.selectionStart + '-' + area.selectionEnd,
+  document.title = ['state', paragraphs.map(one => getComputedStyle(one).direction).join(','), wanted === rich ? getSelection().toString().length : area.selectionStart + '-' + area.selectionEnd,
                     document.activeElement.id || 'none', area.value.replaceAll('\n', '/').replaceAll(' ', '_'),
                     'end'].join(' ');
 }, 20);
@@ -41,7 +41,8 @@ setInterval(() => {
 
 } // namespace
 
-tl::expected<LiveBrowser, std::string> LiveBrowser::start(LiveDesktop& desktop, const std::string& focus, Tree tree) {
+tl::expected<LiveBrowser, std::string> LiveBrowser::start(LiveDesktop& desktop, const std::string& focus, Tree tree,
+                                                          const std::string& language) {
     const auto file = desktop.home() / "page.html";
     if (!writeFile(file, page)) {
         return tl::unexpected("cannot write " + file.string());
@@ -56,12 +57,13 @@ tl::expected<LiveBrowser, std::string> LiveBrowser::start(LiveDesktop& desktop, 
                                        "--disable-component-update",
                                        "--new-window",
                                        "--password-store=basic",
+                                       "--lang=" + language,
                                        "file://" + file.string() + "#" + focus,
                                        "--user-data-dir=" + (desktop.home() / "chromium").string()};
     if (tree == Tree::atOnce) {
         arguments.emplace_back("--force-renderer-accessibility");
     }
-    auto process = desktop.startApplication(std::move(arguments));
+    auto process = desktop.startApplication(std::move(arguments), {{"LANGUAGE", language}});
     if (!process) {
         return tl::unexpected(process.error());
     }

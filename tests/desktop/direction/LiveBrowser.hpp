@@ -13,7 +13,7 @@ namespace quillane::live {
 struct PageState {
     std::string direction; ///< the computed direction of the text area; of "line", or each paragraph of "rich", when
                            ///< that has the focus
-    std::string selection; ///< of the text area: "1-3"
+    std::string selection; ///< of the text area: "1-3"; of "rich", when that has the focus, the number of characters
     std::string focused;   ///< the id of the element with the focus
     std::string text;      ///< of the text area
 
@@ -26,7 +26,7 @@ struct PageState {
 
 /// Debian's Chromium in front, with a page of its own: a text area "area" of two lines, a second one "other", a
 /// password field "secret", a text field that cannot be edited "fixed", one that can "line", three paragraphs "rich"
-/// that can be edited, with the cursor in the second, and a script that shows its state.
+/// that can be edited, the last in Hebrew, with the cursor in the second, and a script that shows its state.
 class LiveBrowser {
 public:
     /// When the browser makes its accessibility tree.
@@ -35,9 +35,11 @@ public:
         onDemand, ///< as it does unless it is told otherwise
     };
 
-    /// `focus` is the field that has the focus; with "none", the page itself has it.
+    /// `focus` is the field that has the focus; with "none", the page itself has it. `language` is the code of the
+    /// browser's interface language.
     [[nodiscard]] static tl::expected<LiveBrowser, std::string> start(LiveDesktop& desktop, const std::string& focus,
-                                                                      Tree tree = Tree::atOnce);
+                                                                      Tree tree = Tree::atOnce,
+                                                                      const std::string& language = "en-US");
 
     [[nodiscard]] ChildProcess& process() { return process_; }
 

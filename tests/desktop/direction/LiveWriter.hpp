@@ -3,30 +3,29 @@
 
 #pragma once
 
-#include "desktop/fixture/LiveDesktop.hpp"
+#include "desktop/direction/LiveOffice.hpp"
 
 namespace quillane::live {
 
 /// LibreOffice Writer in front, with a document of the paragraphs "one", "two" and "three" and the cursor before "one".
 class LiveWriter {
 public:
-    [[nodiscard]] static tl::expected<LiveWriter, std::string> start(LiveDesktop& desktop);
+    /// `language` is the code of Writer's interface language.
+    [[nodiscard]] static tl::expected<LiveWriter, std::string> start(LiveDesktop& desktop,
+                                                                     const std::string& language = "en-US");
 
-    [[nodiscard]] pid_t pid() const { return process_.pid(); }
+    [[nodiscard]] pid_t pid() const { return office_.pid(); }
 
     /// The paragraph at the cursor; none when no paragraph has the focus.
-    [[nodiscard]] std::optional<std::string> paragraph() const;
+    [[nodiscard]] std::optional<std::string> paragraph() const { return office_.paragraph(); }
 
     /// Saves the document by the keyboard and returns the direction of each paragraph, as the file has it: "one rl-tb".
     [[nodiscard]] std::vector<std::string> savedDirections() const;
 
 private:
-    LiveWriter(LiveDesktop& desktop, ChildProcess process, std::filesystem::path document)
-        : desktop_(&desktop), process_(std::move(process)), document_(std::move(document)) {}
+    explicit LiveWriter(LiveOffice office) : office_(std::move(office)) {}
 
-    LiveDesktop* desktop_;
-    ChildProcess process_;
-    std::filesystem::path document_;
+    LiveOffice office_;
 };
 
 } // namespace quillane::live

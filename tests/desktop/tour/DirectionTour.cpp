@@ -17,15 +17,15 @@ public:
     void walk() {
         mustSee(chooseAgentLanguage(desktop_, "en"), "the language in the settings");
         agent_ = got(LiveAgent::start(desktop_));
-        tour_.step("Chromium opens", [&] {
-            browser_ = got(LiveBrowser::start(desktop_, "area"));
+        tour_.step("Chromium opens in Hebrew", [&] {
+            browser_ = got(LiveBrowser::start(desktop_, "area", LiveBrowser::Tree::atOnce, "he"));
             return "a text area has the focus, its direction is " + browser_->state().value_or(PageState()).direction;
         });
         tour_.step("Chromium Control with right Shift", [&] { return turnTextArea(Key::rightShift, "rtl"); });
         tour_.step("Chromium Control with left Shift", [&] { return turnTextArea(Key::leftShift, "ltr"); });
         browser_.reset();
-        tour_.step("Writer opens", [&] {
-            writer_ = got(LiveWriter::start(desktop_));
+        tour_.step("Writer opens in Arabic", [&] {
+            writer_ = got(LiveWriter::start(desktop_, "ar"));
             return std::string("a document of three paragraphs, the cursor in the first");
         });
         tour_.step("Writer Control with right Shift", [&] { return turnParagraph(Key::rightShift, "RTL", "rl-tb"); });

@@ -7,8 +7,8 @@
 
 namespace quillane::live {
 
-/// Turns a text area in Chromium and a paragraph in LibreOffice Writer by chords, and turns them back. The agent must
-/// not run; it ends again.
+/// Turns a text area in a Hebrew Chromium and a paragraph in an Arabic LibreOffice Writer by chords, and turns them
+/// back. The agent must not run; it ends again.
 void directionTour(Tour& tour, LiveDesktop& desktop);
 
 } // namespace quillane::live
