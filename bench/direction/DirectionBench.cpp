@@ -102,7 +102,7 @@ public:
         monitor_.onInterruption = [this](core::UserInput input) { commands_.interrupt(input); };
         monitor_.setOptions({});
         must(monitor_.start(), "the event tap");
-        must(waitUntil([this] { return commands_.target() == "com.google.Chrome"; }), "Chromium in front");
+        must(waitUntil([this] { return commands_.target() == "org.chromium.Chromium"; }), "Chromium in front");
         must(waitUntil([this] { return isAreaFocused(); }), "the focus on the text area");
     }
 
@@ -144,7 +144,7 @@ private:
              delivered_ < released ? "the chord is recognised" : "an outcome of the chord");
         const auto reported = Clock::now();
         const auto processorAfter = processorMilliseconds();
-        must(said_ == (right ? "Applied RTL in Chrome" : "Applied LTR in Chrome"), said_);
+        must(said_ == (right ? "Applied RTL in Chromium" : "Applied LTR in Chromium"), said_);
         must(waitUntil([&] {
                  const auto state = browser_.state();
                  return state && state->direction == (right ? "rtl" : "ltr");

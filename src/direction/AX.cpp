@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "direction/AX.hpp"
 
-#include "core/support/Text.hpp"
-
 #include <algorithm>
 #include <array>
 #include <deque>
@@ -78,10 +76,10 @@ bool isTextWritable(Accessibility& accessibility, const AXElement& element) {
            accessibility.isAttributeSettable(element, "AXSelectedText");
 }
 
-bool matches(Accessibility& accessibility, const AXElement& element, std::string_view label) {
+bool matches(Accessibility& accessibility, const AXElement& element, const core::Labels& label) {
     return std::ranges::any_of(labelNames, [&](std::string_view name) {
         const auto text = string(accessibility, element, name);
-        return text && core::trimmedOfWhiteSpace(*text) == label;
+        return text && label.matches(*text);
     });
 }
 
@@ -120,10 +118,10 @@ std::optional<std::string_view> Candidate::text(std::string_view name) const {
     return value != nullptr ? std::optional<std::string_view>(*value) : std::nullopt;
 }
 
-bool Candidate::isLabelled(std::string_view label) const {
+bool Candidate::isLabelled(const core::Labels& label) const {
     return std::ranges::any_of(labelNames, [&](std::string_view name) {
         const auto value = text(name);
-        return value && core::trimmedOfWhiteSpace(*value) == label;
+        return value && label.matches(*value);
     });
 }
 

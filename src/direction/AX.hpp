@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/direction/Labels.hpp"
 #include "platform/Accessibility.hpp"
 
 #include <array>
@@ -39,8 +40,8 @@ namespace quillane::ax {
 /// Whether "AXValue" or, failing that, "AXSelectedText" is settable.
 [[nodiscard]] bool isTextWritable(Accessibility& accessibility, const AXElement& element);
 
-/// Whether the title, or else the description, equals the label, ignoring surrounding white space.
-[[nodiscard]] bool matches(Accessibility& accessibility, const AXElement& element, std::string_view label);
+/// Whether the title, or else the description, is the label, in whichever language.
+[[nodiscard]] bool matches(Accessibility& accessibility, const AXElement& element, const core::Labels& label);
 
 /// Presses an element unless it is disabled; true on success.
 bool press(Accessibility& accessibility, const AXElement& element);
@@ -63,7 +64,7 @@ struct Candidate {
     [[nodiscard]] std::optional<std::string_view> text(std::string_view name) const;
 
     /// `ax::matches`, of the attributes asked for, which must hold those of `labelNames`.
-    [[nodiscard]] bool isLabelled(std::string_view label) const;
+    [[nodiscard]] bool isLabelled(const core::Labels& label) const;
 };
 
 inline constexpr std::array<std::string_view, 2> labelNames{"AXTitle", "AXDescription"};

@@ -32,24 +32,23 @@ void DirectionCommands::apply(core::WritingDirection direction) {
     if (!front || !front->bundleID) {
         return;
     }
-    if (front->bundleID == core::libreOfficeBundleID) {
-        libreOfficeAdapter_.apply(direction);
-        return;
+    if (const auto* application = core::supportedApplication(*front->bundleID)) {
+        adapterFor(application->manner).apply(direction, *application);
     }
-    const auto application = core::supportedApplication(*front->bundleID);
-    if (!application) {
-        return;
-    }
-    switch (*application) {
-    case core::SupportedApplication::word:
-        wordAdapter_.apply(direction);
+}
+
+DirectionAdapter& DirectionCommands::adapterFor(core::DirectionManner manner) {
+    switch (manner) {
+    case core::DirectionManner::outlookToolbar:
+        return adapter_;
+    case core::DirectionManner::contextMenu:
+        return browserAdapter_;
+    case core::DirectionManner::wordRibbon:
+        return wordAdapter_;
+    case core::DirectionManner::libreOfficeToolbar:
         break;
-    case core::SupportedApplication::outlook:
-        adapter_.apply(direction);
-        break;
-    default:
-        browserAdapter_.apply(direction, *application);
     }
+    return libreOfficeAdapter_;
 }
 
 void DirectionCommands::test(core::WritingDirection direction, const std::string& bundleID) {
@@ -76,17 +75,15 @@ void DirectionCommands::test(core::WritingDirection direction, const std::string
 }
 
 void DirectionCommands::cancelPending() {
-    adapter_.cancelPending();
-    browserAdapter_.cancelPending();
-    wordAdapter_.cancelPending();
-    libreOfficeAdapter_.cancelPending();
+    for (const auto manner : core::directionManners) {
+        adapterFor(manner).cancelPending();
+    }
 }
 
 void DirectionCommands::interrupt(core::UserInput input) {
-    adapter_.interrupt(input);
-    browserAdapter_.interrupt(input);
-    wordAdapter_.cancelPending();
-    libreOfficeAdapter_.cancelPending();
+    for (const auto manner : core::directionManners) {
+        adapterFor(manner).interrupt(input);
+    }
 }
 
 std::optional<std::string> DirectionCommands::target() const {

@@ -3,8 +3,6 @@
 
 #pragma once
 
-#include "core/direction/SupportedApplication.hpp"
-#include "core/direction/WritingDirection.hpp"
 #include "core/keyboard/UserInput.hpp"
 #include "direction/DirectionServices.hpp"
 #include "direction/LibreOfficeDirectionAdapter.hpp"
@@ -47,6 +45,8 @@ public:
     [[nodiscard]] std::optional<std::string> target() const;
 
 private:
+    [[nodiscard]] DirectionAdapter& adapterFor(core::DirectionManner manner);
+
     DirectionServices services_;
     std::function<bool()> canApply_;
     DirectionReport report_;

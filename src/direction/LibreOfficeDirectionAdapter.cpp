@@ -3,9 +3,9 @@
 
 #include "direction/LibreOfficeDirectionAdapter.hpp"
 
-#include "core/direction/DirectionTarget.hpp"
 #include "core/localization/Texts.hpp"
 #include "direction/AX.hpp"
+#include "direction/Editors.hpp"
 
 #include <array>
 #include <utility>
@@ -18,16 +18,15 @@ namespace texts = core::texts;
 
 using namespace std::chrono_literals;
 
-constexpr auto pause = 60ms; ///< between two attempts to reach Writer
+constexpr auto pause = 60ms; ///< between two attempts to reach LibreOffice
 constexpr int lastRun = 24;
 constexpr std::size_t limit = 240; ///< of the window, and of one toolbar
 
 // The whole tree has thousands of elements.
 constexpr std::array<std::string_view, 2> besideToolbars{"AXMenuBar", "AXToolbar"};
 
-bool isDirectionButton(const ax::Candidate& candidate, core::WritingDirection direction) {
-    return (candidate.role == "AXButton" || candidate.role == "AXCheckBox") &&
-           candidate.isLabelled(direction == core::WritingDirection::rightToLeft ? "Right-To-Left" : "Left-To-Right");
+bool isDirectionButton(const ax::Candidate& candidate, const core::Labels& label) {
+    return (candidate.role == "AXButton" || candidate.role == "AXCheckBox") && candidate.isLabelled(label);
 }
 
 } // namespace
@@ -35,14 +34,15 @@ bool isDirectionButton(const ax::Candidate& candidate, core::WritingDirection di
 LibreOfficeDirectionAdapter::LibreOfficeDirectionAdapter(DirectionServices services, DirectionReport report)
     : services_(services), report_(std::move(report)) {}
 
-void LibreOfficeDirectionAdapter::apply(core::WritingDirection direction) {
+void LibreOfficeDirectionAdapter::apply(core::WritingDirection direction,
+                                        const core::SupportedApplication& libreOffice) {
     const auto front = services_.workspace.frontmostApplication();
-    if (!front || front->bundleID != core::libreOfficeBundleID) {
+    if (!front || front->bundleID != libreOffice.bundleID) {
         return;
     }
     const auto application = services_.accessibility.application(front->pid);
     services_.accessibility.setMessagingTimeout(application, directionPatience);
-    begin({application, front->pid, direction, ++operation_});
+    begin({application, front->pid, direction, &libreOffice, ++operation_});
 }
 
 void LibreOfficeDirectionAdapter::cancelPending() {
@@ -62,14 +62,17 @@ void LibreOfficeDirectionAdapter::schedule(std::chrono::milliseconds delay, cons
     });
 }
 
-void LibreOfficeDirectionAdapter::begin(const Attempt& attempt) {
+void LibreOfficeDirectionAdapter::begin(Attempt attempt) {
     auto& accessibility = services_.accessibility;
     const auto editor = ax::element(accessibility, attempt.application, "AXFocusedUIElement");
-    const auto window = editor && isParagraph(*editor)
-                            ? ax::element(accessibility, attempt.application, "AXFocusedWindow")
-                            : std::nullopt;
-    if (!window || !ax::isDescendant(accessibility, *editor, *window)) {
-        refuse(attempt, texts::placeCursorInWriter);
+    const auto window = editor ? ax::element(accessibility, attempt.application, "AXFocusedWindow") : std::nullopt;
+    if (window) {
+        const auto title = ax::string(accessibility, *window, "AXTitle").value_or(std::string());
+        attempt.program = &core::programOfWindow(*attempt.program, title);
+    }
+    if (!window || !isDirectionEditor(accessibility, *editor, *attempt.program) ||
+        !ax::isDescendant(accessibility, *editor, *window)) {
+        refuse(attempt, attempt.program->placementHint);
         return;
     }
     const ax::Search toolbars{.limit = limit, .skipping = besideToolbars, .reading = {}};
@@ -83,7 +86,7 @@ void LibreOfficeDirectionAdapter::search(const Attempt& attempt, const std::shar
         way->toolbars.erase(way->toolbars.begin());
     }
     const auto isButton = [&](const ax::Candidate& candidate) {
-        return isDirectionButton(candidate, attempt.direction);
+        return isDirectionButton(candidate, attempt.program->labels->command(attempt.direction));
     };
     const auto collect = [&](const ax::Candidate& candidate) {
         if (candidate.role == "AXToolbar") {
@@ -98,7 +101,7 @@ void LibreOfficeDirectionAdapter::search(const Attempt& attempt, const std::shar
     if (state == State::found) {
         press(attempt, way->editor, *way->toolbar->result());
     } else if (state == State::unanswered || (state == State::notFound && !way->toolbar)) {
-        refuse(attempt, texts::showFormattingToolbarInWriter);
+        refuse(attempt, texts::showFormattingToolbar(attempt.program->displayName));
     } else {
         if (state == State::notFound) {
             way->toolbar.reset();
@@ -118,29 +121,29 @@ void LibreOfficeDirectionAdapter::press(const Attempt& attempt, const AXElement&
                             : accessibility.performAction(button, "AXPress");
     switch (result) {
     case AXActionResult::done:
-        report_(texts::appliedDirectionInWriter(core::rawValue(attempt.direction)));
+        report_(texts::appliedDirection(core::rawValue(attempt.direction), attempt.program->displayName));
         break;
     case AXActionResult::cannotComplete:
         confirm(attempt);
         break;
     case AXActionResult::failed:
-        refuse(attempt, texts::writerCannotChangeDirection);
+        refuse(attempt, texts::cannotChangeDirection(attempt.program->displayName));
     }
 }
 
-/// Writer handles requests in order: once it answers a later one, the button has been pressed.
+/// LibreOffice handles requests in order: once it answers a later one, the button has been pressed.
 void LibreOfficeDirectionAdapter::confirm(Attempt attempt) {
     if (answers(attempt)) {
-        report_(texts::appliedDirectionInWriter(core::rawValue(attempt.direction)));
+        report_(texts::appliedDirection(core::rawValue(attempt.direction), attempt.program->displayName));
     } else if (attempt.run == lastRun) {
-        report_(texts::writerCannotChangeDirection);
+        report_(texts::cannotChangeDirection(attempt.program->displayName));
     } else {
         ++attempt.run;
         schedule(pause, attempt, [this, attempt] { confirm(attempt); });
     }
 }
 
-/// Reports the reason, or tries again when Writer did not answer and so has not given one.
+/// Reports the reason, or tries again when LibreOffice did not answer and so has not given one.
 void LibreOfficeDirectionAdapter::refuse(Attempt attempt, const core::LocalizedText& reason) {
     if (attempt.run == lastRun || answers(attempt)) {
         report_(reason);
@@ -152,11 +155,6 @@ void LibreOfficeDirectionAdapter::refuse(Attempt attempt, const core::LocalizedT
 
 bool LibreOfficeDirectionAdapter::answers(const Attempt& attempt) const {
     return ax::string(services_.accessibility, attempt.application, "AXRole").has_value();
-}
-
-bool LibreOfficeDirectionAdapter::isParagraph(const AXElement& element) const {
-    auto& accessibility = services_.accessibility;
-    return ax::string(accessibility, element, "AXRole") == "AXTextArea" && ax::isTextWritable(accessibility, element);
 }
 
 } // namespace quillane

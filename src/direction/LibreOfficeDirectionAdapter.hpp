@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "core/direction/WritingDirection.hpp"
 #include "direction/AX.hpp"
+#include "direction/DirectionAdapter.hpp"
 #include "direction/DirectionServices.hpp"
 
 #include <cstdint>
@@ -14,23 +14,21 @@
 
 namespace quillane {
 
-/// Sets the direction of the paragraph at the cursor in LibreOffice Writer by pressing the direction button of its
-/// formatting toolbar, which works even while the toolbar is too narrow to show it.
+/// Sets the direction of the paragraph at the cursor, or of the selected cells, in the programs of LibreOffice by
+/// pressing the direction button of the formatting toolbar, which works even while the toolbar is too narrow to show
+/// it. The title of the window says which program it is.
 ///
-/// Main thread. Each step waits for Writer at most a few times, and the toolbars are read in as many steps as they
-/// take. Writer is often busy, for example while it saves: unanswered requests are tried again for a second and a half.
-class LibreOfficeDirectionAdapter {
+/// Main thread. Each step waits for LibreOffice at most a few times, and the toolbars are read in as many steps as they
+/// take. It is often busy, for example while it saves: unanswered requests are tried again for a second and a half.
+class LibreOfficeDirectionAdapter final : public DirectionAdapter {
 public:
     LibreOfficeDirectionAdapter(DirectionServices services, DirectionReport report);
 
-    LibreOfficeDirectionAdapter(const LibreOfficeDirectionAdapter&) = delete;
-    LibreOfficeDirectionAdapter& operator=(const LibreOfficeDirectionAdapter&) = delete;
-
-    /// Starts an attempt in place of a running one; LibreOffice must be in front.
-    void apply(core::WritingDirection direction);
+    /// Takes the place of a running attempt.
+    void apply(core::WritingDirection direction, const core::SupportedApplication& libreOffice) override;
 
     /// Abandons the current attempt, silently. What has been pressed stays pressed.
-    void cancelPending();
+    void cancelPending() override;
 
 private:
     /// The state that the steps of one attempt share.
@@ -38,6 +36,7 @@ private:
         AXElement application;
         pid_t pid;
         core::WritingDirection direction;
+        const core::SupportedApplication* program; ///< the first one until the window is known
         std::int64_t operation;
         int run = 0; ///< counts retries
     };
@@ -51,13 +50,12 @@ private:
     };
 
     void schedule(std::chrono::milliseconds delay, const Attempt& attempt, std::function<void()> step);
-    void begin(const Attempt& attempt);
+    void begin(Attempt attempt);
     void search(const Attempt& attempt, const std::shared_ptr<Way>& way);
     void press(const Attempt& attempt, const AXElement& editor, const AXElement& button);
     void confirm(Attempt attempt);
     void refuse(Attempt attempt, const core::LocalizedText& reason);
     [[nodiscard]] bool answers(const Attempt& attempt) const;
-    [[nodiscard]] bool isParagraph(const AXElement& element) const;
 
     DirectionServices services_;
     DirectionReport report_;

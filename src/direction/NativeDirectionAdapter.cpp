@@ -8,10 +8,11 @@
 #include "core/localization/Texts.hpp"
 #include "direction/AX.hpp"
 #include "direction/BrowserWaking.hpp"
-#include "direction/NativeEditors.hpp"
+#include "direction/Editors.hpp"
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -30,29 +31,17 @@ constexpr std::string_view diagnosticKey = "LastBrowserDiagnostic";
 constexpr std::size_t diagnosticChildren = 32; // an application may report thousands
 constexpr std::array<std::string_view, 1> roleName{"AXRole"};
 
-core::LocalizedText placementHint(SupportedApplication application) {
-    switch (application) {
-    case SupportedApplication::outlook:
-        return texts::placeCursorInOutlookSubject;
-    case SupportedApplication::textEdit:
-        return texts::placeCursorInTextEdit;
-    case SupportedApplication::notes:
-        return texts::placeCursorInNotes;
-    case SupportedApplication::mail:
-        return texts::placeCursorInMail;
-    default:
-        return texts::placeCursorInWebsite;
-    }
+constexpr std::array<std::string_view, 3> itemNames{ax::labelNames[0], ax::labelNames[1], "AXIdentifier"};
+
+/// What is read of an item of a menu with these labels.
+std::span<const std::string_view> namesOfItems(const core::DirectionLabels& labels) {
+    return std::span(itemNames).first(labels.identifiesActions ? itemNames.size() : ax::labelNames.size());
 }
 
-std::string_view menuTitleFor(Accessibility& accessibility, const AXElement& editor, SupportedApplication application) {
-    const bool isWritten = application == SupportedApplication::outlook ||
-                           (application == SupportedApplication::mail && isMailSubject(accessibility, editor));
-    return isWritten ? "Writing Direction" : core::traits(application).directionMenuTitle;
-}
-
-std::string_view commandTitle(core::WritingDirection direction) {
-    return direction == core::WritingDirection::rightToLeft ? "Right to Left" : "Left to Right";
+/// The labels of the commands in the menu of this editor.
+const core::DirectionLabels& labelsFor(Accessibility& accessibility, const AXElement& editor,
+                                       const SupportedApplication& application) {
+    return *(isSubjectLine(accessibility, editor, application) ? application.subject->labels : application.labels);
 }
 
 } // namespace
@@ -60,12 +49,12 @@ std::string_view commandTitle(core::WritingDirection direction) {
 NativeDirectionAdapter::NativeDirectionAdapter(DirectionServices services, DirectionReport report)
     : services_(services), report_(std::move(report)), abandonedMenu_(services) {}
 
-void NativeDirectionAdapter::apply(core::WritingDirection direction, SupportedApplication application) {
-    if (pending_ || application == SupportedApplication::word) {
+void NativeDirectionAdapter::apply(core::WritingDirection direction, const SupportedApplication& application) {
+    if (pending_) {
         return;
     }
     const auto front = services_.workspace.frontmostApplication();
-    if (!front || front->bundleID != core::traits(application).bundleID) {
+    if (!front || front->bundleID != application.bundleID) {
         return;
     }
     begin({.pid = front->pid, .application = application, .direction = direction}, 0);
@@ -73,19 +62,19 @@ void NativeDirectionAdapter::apply(core::WritingDirection direction, SupportedAp
 
 void NativeDirectionAdapter::begin(const Request& request, int wakings) {
     auto& accessibility = services_.accessibility;
-    const auto application = request.application;
+    const auto& application = request.application;
     const auto element = accessibility.application(request.pid);
     accessibility.setMessagingTimeout(element, directionPatience);
     const auto editor = ax::element(accessibility, element, "AXFocusedUIElement");
-    if (!editor && core::chromiumFamily::isWokenAgain(core::traits(application).bundleID, wakings)) {
+    if (!editor && core::chromiumFamily::isWokenAgain(application, wakings)) {
         wake(request, wakings);
         return;
     }
     if (!editor || !isDirectionEditor(accessibility, *editor, application)) {
-        report_(placementHint(application));
+        report_(application.placementHint);
         return;
     }
-    const auto menuTitle = menuTitleFor(accessibility, *editor, application);
+    const auto& labels = labelsFor(accessibility, *editor, application);
     auto selection = SelectionSnapshot::of(accessibility, *editor);
     if (!selection) {
         report_(texts::cursorPositionNotExposed);
@@ -95,14 +84,14 @@ void NativeDirectionAdapter::begin(const Request& request, int wakings) {
         report_(texts::closeOpenMenu);
         return;
     }
-    const Attempt attempt{element,     *editor,   std::move(*selection), application,
-                          request.pid, menuTitle, request.direction,     ++operation_};
+    const Attempt attempt{element,     *editor, std::move(*selection), application,
+                          request.pid, labels,  request.direction,     ++operation_};
     pending_ = true;
     abandonedMenu_.forget(); // this attempt uses or closes whatever opens now
     observeMenu(element);
     if (accessibility.performAction(*editor, "AXShowMenu") == AXActionResult::failed) {
         finish();
-        report_(texts::cannotOpenDirectionMenu(core::traits(application).displayName));
+        report_(texts::cannotOpenDirectionMenu(application.displayName));
         return;
     }
     requested_.emplace(attempt);
@@ -214,12 +203,19 @@ void NativeDirectionAdapter::chooseDirection(const Attempt& attempt, int run) {
     pressCommand(*command, *menu, attempt);
 }
 
+/// An item that is identified by its action needs no title; it may also be in a submenu with an unknown title.
 std::optional<AXElement> NativeDirectionAdapter::paragraphCommand(const AXElement& menu, const Attempt& attempt) const {
     auto& accessibility = services_.accessibility;
-    const auto item = ax::find(accessibility, menu, {.limit = menuLimit, .skipping = {}, .reading = ax::labelNames},
-                               [&](const ax::Candidate& candidate) { return candidate.isLabelled(attempt.menuTitle); });
-    if (!item) {
-        return std::nullopt;
+    const auto names = namesOfItems(attempt.labels);
+    const auto action = core::paragraphCommand::actionIdentifier(attempt.direction);
+    bool isCommand = false;
+    const auto item = ax::find(accessibility, menu, {.limit = menuLimit, .skipping = {}, .reading = names},
+                               [&](const ax::Candidate& candidate) {
+                                   isCommand = candidate.text("AXIdentifier") == action;
+                                   return isCommand || candidate.isLabelled(attempt.labels.menu);
+                               });
+    if (!item || isCommand) {
+        return item;
     }
     const auto submenu = ax::firstOfRole(accessibility, ax::children(accessibility, *item), "AXMenu");
     if (!submenu) {
@@ -227,14 +223,17 @@ std::optional<AXElement> NativeDirectionAdapter::paragraphCommand(const AXElemen
     }
     const auto items = ax::children(accessibility, *submenu);
     std::vector<std::string> titles;
-    for (const auto& values : accessibility.attributesOfEach(items, ax::labelNames)) {
+    for (const auto& values : accessibility.attributesOfEach(items, names)) {
         const auto text = [&](std::size_t index) {
-            return values ? std::get_if<std::string>(&values->at(index)) : nullptr;
+            return values && index < values->size() ? std::get_if<std::string>(&values->at(index)) : nullptr;
         };
+        if (const auto* identifier = text(itemNames.size() - 1); identifier != nullptr && *identifier == action) {
+            return items.at(titles.size());
+        }
         const auto* title = text(0) != nullptr ? text(0) : text(1);
         titles.push_back(title != nullptr ? *title : std::string());
     }
-    const auto index = core::paragraphCommand::index(titles, commandTitle(attempt.direction));
+    const auto index = core::paragraphCommand::index(titles, attempt.labels, attempt.direction);
     return index ? std::optional(items.at(*index)) : std::nullopt;
 }
 
@@ -266,7 +265,7 @@ void NativeDirectionAdapter::pressCommand(const AXElement& command, const AXElem
         return;
     }
     finish();
-    report_(texts::appliedDirection(core::rawValue(attempt.direction), core::traits(attempt.browser).displayName));
+    report_(texts::appliedDirection(core::rawValue(attempt.direction), attempt.browser.displayName));
 }
 
 void NativeDirectionAdapter::finish() {

@@ -3,17 +3,15 @@
 
 #pragma once
 
-#include "core/direction/SupportedApplication.hpp"
-#include "core/direction/WritingDirection.hpp"
 #include "core/keyboard/UserInput.hpp"
 #include "direction/ContextMenus.hpp"
+#include "direction/DirectionAdapter.hpp"
 #include "direction/DirectionServices.hpp"
 #include "direction/SelectionSnapshot.hpp"
 
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <string_view>
 
 namespace quillane {
 
@@ -25,22 +23,19 @@ namespace quillane {
 /// A browser of the Chromium family without a focused element is woken first: its accessibility tree may not exist yet.
 ///
 /// Main thread. `apply` returns at once; an attempt takes at most 1.7 seconds.
-class NativeDirectionAdapter {
+class NativeDirectionAdapter final : public DirectionAdapter {
 public:
     NativeDirectionAdapter(DirectionServices services, DirectionReport report);
 
-    NativeDirectionAdapter(const NativeDirectionAdapter&) = delete;
-    NativeDirectionAdapter& operator=(const NativeDirectionAdapter&) = delete;
-
-    /// Starts an attempt in the application, which must be in front. Ignored while another attempt runs.
-    void apply(core::WritingDirection direction, core::SupportedApplication application);
+    /// Ignored while another attempt runs.
+    void apply(core::WritingDirection direction, const core::SupportedApplication& application) override;
 
     /// Abandons the current attempt, silently, and closes its menu.
-    void cancelPending();
+    void cancelPending() override;
 
-    /// The same for a key, click or scroll of the user. A menu that it reaches is the user's, except that typing goes
-    /// on in the text: such keys were not meant for the menu.
-    void interrupt(core::UserInput input);
+    /// A menu that the input reaches is the user's, except that typing goes on in the text: such keys were not meant for
+    /// the menu.
+    void interrupt(core::UserInput input) override;
 
     /// Stops waiting for the menu's notification; may be called at any time.
     void stopObservingMenu();
@@ -49,7 +44,7 @@ private:
     /// What was asked for.
     struct Request {
         pid_t pid;
-        core::SupportedApplication application;
+        const core::SupportedApplication& application;
         core::WritingDirection direction;
     };
 
@@ -58,9 +53,9 @@ private:
         AXElement application;
         AXElement editor;
         SelectionSnapshot selection;
-        core::SupportedApplication browser;
+        const core::SupportedApplication& browser;
         pid_t pid;
-        std::string_view menuTitle;
+        const core::DirectionLabels& labels;
         core::WritingDirection direction;
         std::int64_t operation;
     };

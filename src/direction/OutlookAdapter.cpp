@@ -3,10 +3,9 @@
 
 #include "direction/OutlookAdapter.hpp"
 
-#include "core/direction/SupportedApplication.hpp"
 #include "core/localization/Texts.hpp"
 #include "direction/AX.hpp"
-#include "direction/NativeEditors.hpp"
+#include "direction/Editors.hpp"
 
 #include <algorithm>
 #include <array>
@@ -22,7 +21,6 @@ namespace texts = core::texts;
 constexpr auto step = 80ms;
 constexpr int lastRun = 7;
 constexpr std::size_t limit = 240;
-constexpr std::size_t stepsToWebArea = 12;
 constexpr ax::Search labelled{.limit = limit, .skipping = {}, .reading = ax::labelNames};
 
 } // namespace
@@ -30,22 +28,21 @@ constexpr ax::Search labelled{.limit = limit, .skipping = {}, .reading = ax::lab
 OutlookAdapter::OutlookAdapter(DirectionServices services, const DirectionReport& report)
     : services_(services), report_(report), subject_(services, report) {}
 
-void OutlookAdapter::apply(core::WritingDirection direction) {
-    constexpr auto outlook = core::SupportedApplication::outlook;
+void OutlookAdapter::apply(core::WritingDirection direction, const core::SupportedApplication& outlook) {
     const auto front = services_.workspace.frontmostApplication();
-    if (!front || front->bundleID != core::traits(outlook).bundleID) {
+    if (!front || front->bundleID != outlook.bundleID) {
         return;
     }
     auto& accessibility = services_.accessibility;
     const auto application = accessibility.application(front->pid);
     accessibility.setMessagingTimeout(application, directionPatience);
     const auto focused = ax::element(accessibility, application, "AXFocusedUIElement");
-    if (focused && isOutlookSubject(accessibility, *focused)) {
-        subject_.apply(direction, outlook);
-    } else if (focused && isComposeEditor(*focused)) {
-        applyInBody({application, *focused, front->pid, direction});
+    if (focused && isSubjectLine(accessibility, *focused, outlook)) {
+        subject_.apply(direction, *outlook.subject);
+    } else if (focused && isDirectionEditor(accessibility, *focused, outlook)) {
+        applyInBody({application, *focused, front->pid, direction, *outlook.labels});
     } else {
-        report_(texts::placeCursorInOutlook);
+        report_(outlook.placementHint);
     }
 }
 
@@ -70,30 +67,19 @@ void OutlookAdapter::applyInBody(const Attempt& attempt) {
     const auto window = ax::element(accessibility, attempt.application, "AXFocusedWindow");
     const auto toolbar =
         window ? ax::find(accessibility, *window, labelled,
-                          [](const ax::Candidate& candidate) { return candidate.isLabelled("Formatting Toolbar"); })
+                          [&](const ax::Candidate& candidate) { return candidate.isLabelled(attempt.labels.bar); })
                : std::nullopt;
     if (!toolbar) {
         report_(texts::formattingToolbarNotFound);
-    } else if (const auto button = directionButton(*toolbar, attempt.direction)) {
+    } else if (const auto button = directionButton(*toolbar, attempt)) {
         press(*button, attempt.direction);
     } else {
         openOverflow(*toolbar, attempt);
     }
 }
 
-bool OutlookAdapter::isComposeEditor(const AXElement& element) const {
-    auto& accessibility = services_.accessibility;
-    if (ax::string(accessibility, element, "AXRole") != "AXTextArea") {
-        return false;
-    }
-    const auto parent = ax::element(accessibility, element, "AXParent");
-    const auto page = parent ? ax::closest(accessibility, *parent, "AXWebArea", stepsToWebArea) : std::nullopt;
-    const auto address = page ? ax::string(accessibility, *page, "AXURL") : std::nullopt;
-    return address && address->starts_with("outlook-mobile-compose:");
-}
-
-std::optional<AXElement> OutlookAdapter::directionButton(const AXElement& in, core::WritingDirection direction) const {
-    const std::string_view label = direction == core::WritingDirection::rightToLeft ? "Right to Left" : "Left to Right";
+std::optional<AXElement> OutlookAdapter::directionButton(const AXElement& in, const Attempt& attempt) const {
+    const auto& label = attempt.labels.command(attempt.direction);
     return ax::find(services_.accessibility, in, labelled, [&](const ax::Candidate& candidate) {
         return candidate.role == "AXButton" && candidate.isLabelled(label);
     });
@@ -101,8 +87,8 @@ std::optional<AXElement> OutlookAdapter::directionButton(const AXElement& in, co
 
 void OutlookAdapter::openOverflow(const AXElement& toolbar, Attempt attempt) {
     auto& accessibility = services_.accessibility;
-    const auto overflow = ax::find(accessibility, toolbar, labelled, [](const ax::Candidate& candidate) {
-        return candidate.role == "AXButton" && candidate.isLabelled("See more items");
+    const auto overflow = ax::find(accessibility, toolbar, labelled, [&](const ax::Candidate& candidate) {
+        return candidate.role == "AXButton" && candidate.isLabelled(attempt.labels.opener);
     });
     if (!overflow) {
         report_(texts::directionButtonsNotFoundInOutlook);
@@ -160,7 +146,7 @@ void OutlookAdapter::pressOverflowButton(const Attempt& attempt, int run) {
         end(texts::directionChangeCancelled);
         return;
     }
-    if (const auto button = window ? directionButton(*window, attempt.direction) : std::nullopt) {
+    if (const auto button = window ? directionButton(*window, attempt) : std::nullopt) {
         overflowPending_ = false;
         press(*button, attempt.direction);
     } else if (run >= lastRun) {

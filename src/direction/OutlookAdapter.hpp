@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "core/direction/WritingDirection.hpp"
+#include "direction/DirectionAdapter.hpp"
 #include "direction/DirectionServices.hpp"
 #include "direction/NativeDirectionAdapter.hpp"
 
@@ -17,21 +17,17 @@ namespace quillane {
 /// Sets the direction of the paragraph at the cursor in Microsoft Outlook: in a message body through the buttons of the
 /// formatting toolbar, opening its overflow popover if the window is too narrow for them; in the subject line through
 /// the context menu.
-class OutlookAdapter {
+class OutlookAdapter final : public DirectionAdapter {
 public:
     OutlookAdapter(DirectionServices services, const DirectionReport& report);
 
-    OutlookAdapter(const OutlookAdapter&) = delete;
-    OutlookAdapter& operator=(const OutlookAdapter&) = delete;
-
-    /// Starts an attempt; Outlook must be in front.
-    void apply(core::WritingDirection direction);
+    void apply(core::WritingDirection direction, const core::SupportedApplication& outlook) override;
 
     /// Abandons the current attempt. One that waits for the popover reports that in its next step.
-    void cancelPending();
+    void cancelPending() override;
 
     /// The same for a key, click or scroll of the user, which may take over the subject line's menu.
-    void interrupt(core::UserInput input);
+    void interrupt(core::UserInput input) override;
 
 private:
     struct Attempt {
@@ -39,13 +35,13 @@ private:
         AXElement editor;
         pid_t pid;
         core::WritingDirection direction;
+        const core::DirectionLabels& labels;
         std::int64_t operation = 0; ///< of a wait for the popover
     };
 
     void cancelPopover();
     void applyInBody(const Attempt& attempt);
-    [[nodiscard]] bool isComposeEditor(const AXElement& element) const;
-    [[nodiscard]] std::optional<AXElement> directionButton(const AXElement& in, core::WritingDirection direction) const;
+    [[nodiscard]] std::optional<AXElement> directionButton(const AXElement& in, const Attempt& attempt) const;
     [[nodiscard]] std::optional<AXElement> popover(const AXElement& application) const;
     void openOverflow(const AXElement& toolbar, Attempt attempt);
     void schedule(const Attempt& attempt, int run);

@@ -3,10 +3,9 @@
 
 #include "direction/WordDirectionAdapter.hpp"
 
-#include "core/direction/EditorContexts.hpp"
-#include "core/direction/SupportedApplication.hpp"
 #include "core/localization/Texts.hpp"
 #include "direction/AX.hpp"
+#include "direction/Editors.hpp"
 
 #include <utility>
 
@@ -31,34 +30,29 @@ bool isButton(std::string_view role) {
 WordDirectionAdapter::WordDirectionAdapter(DirectionServices services, DirectionReport report)
     : services_(services), report_(std::move(report)) {}
 
-void WordDirectionAdapter::apply(core::WritingDirection direction) {
+void WordDirectionAdapter::apply(core::WritingDirection direction, const core::SupportedApplication& word) {
     const auto front = services_.workspace.frontmostApplication();
-    if (!front || front->bundleID != core::traits(core::SupportedApplication::word).bundleID) {
+    if (!front || front->bundleID != word.bundleID) {
         return;
     }
     auto& accessibility = services_.accessibility;
     const auto application = accessibility.application(front->pid);
     accessibility.setMessagingTimeout(application, directionPatience);
     const auto editor = ax::element(accessibility, application, "AXFocusedUIElement");
-    const auto isPage = [&] {
-        const auto role = ax::string(accessibility, *editor, "AXRole").value_or(std::string());
-        const auto description = ax::string(accessibility, *editor, "AXDescription");
-        return core::WordEditorContext{
-            .role = role, .description = description, .writable = ax::isTextWritable(accessibility, *editor)}
-            .isEligible();
-    };
-    const auto window = editor && isPage() ? ax::element(accessibility, application, "AXFocusedWindow") : std::nullopt;
+    const auto window = editor && isDirectionEditor(accessibility, *editor, word)
+                            ? ax::element(accessibility, application, "AXFocusedWindow")
+                            : std::nullopt;
     if (!window || !ax::isDescendant(accessibility, *editor, *window)) {
-        report_(texts::placeCursorInWord);
+        report_(word.placementHint);
         return;
     }
-    const Attempt attempt{application, *window, *editor, front->pid, direction, ++operation_};
+    const Attempt attempt{application, *window, *editor, front->pid, direction, *word.labels, ++operation_};
     if (const auto button = directionButton(attempt)) {
         if (operation_ == attempt.operation &&
             ax::element(accessibility, application, "AXFocusedUIElement") == attempt.editor) {
             execute(*button, direction);
         }
-    } else if (openHomeTab(attempt.window)) {
+    } else if (openHomeTab(attempt)) {
         scheduleSearch(attempt, 0);
     } else {
         report_(texts::openHomeTabInWord);
@@ -66,21 +60,19 @@ void WordDirectionAdapter::apply(core::WritingDirection direction) {
 }
 
 std::optional<AXElement> WordDirectionAdapter::directionButton(const Attempt& attempt) const {
-    const std::string_view label =
-        attempt.direction == core::WritingDirection::rightToLeft ? "Right-to-Left" : "Left-to-Right";
+    const auto& label = attempt.labels.command(attempt.direction);
     return ax::find(services_.accessibility, attempt.window, labelled, [&](const ax::Candidate& candidate) {
         return isButton(candidate.role) && candidate.isLabelled(label);
     });
 }
 
-bool WordDirectionAdapter::openHomeTab(const AXElement& window) const {
+bool WordDirectionAdapter::openHomeTab(const Attempt& attempt) const {
     auto& accessibility = services_.accessibility;
-    const auto ribbon = ax::find(accessibility, window, labelled, [](const ax::Candidate& candidate) {
-        return candidate.role == "AXTabGroup" && candidate.isLabelled("ribbon");
+    const auto ribbon = ax::find(accessibility, attempt.window, labelled, [&](const ax::Candidate& candidate) {
+        return candidate.role == "AXTabGroup" && candidate.isLabelled(attempt.labels.bar);
     });
-    const auto home = ribbon ? ax::find(accessibility, *ribbon, labelled,
-                                        [](const ax::Candidate& candidate) { return candidate.isLabelled("Home"); })
-                             : std::nullopt;
+    const auto isHome = [&](const ax::Candidate& candidate) { return candidate.isLabelled(attempt.labels.opener); };
+    const auto home = ribbon ? ax::find(accessibility, *ribbon, labelled, isHome) : std::nullopt;
     return home && ax::press(accessibility, *home);
 }
 

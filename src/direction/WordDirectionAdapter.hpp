@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "core/direction/WritingDirection.hpp"
+#include "direction/DirectionAdapter.hpp"
 #include "direction/DirectionServices.hpp"
 
 #include <cstdint>
@@ -14,18 +14,14 @@ namespace quillane {
 
 /// Sets the direction of the paragraph at the cursor in Microsoft Word by pressing the direction button on the ribbon.
 /// If a tab other than Home is selected, it opens Home first and waits for the button, at most two thirds of a second.
-class WordDirectionAdapter {
+class WordDirectionAdapter final : public DirectionAdapter {
 public:
     WordDirectionAdapter(DirectionServices services, DirectionReport report);
 
-    WordDirectionAdapter(const WordDirectionAdapter&) = delete;
-    WordDirectionAdapter& operator=(const WordDirectionAdapter&) = delete;
-
-    /// Starts an attempt; Word must be in front.
-    void apply(core::WritingDirection direction);
+    void apply(core::WritingDirection direction, const core::SupportedApplication& word) override;
 
     /// Abandons the current attempt, silently.
-    void cancelPending() { ++operation_; }
+    void cancelPending() override { ++operation_; }
 
 private:
     struct Attempt {
@@ -34,11 +30,12 @@ private:
         AXElement editor;
         pid_t pid;
         core::WritingDirection direction;
+        const core::DirectionLabels& labels;
         std::int64_t operation;
     };
 
     [[nodiscard]] std::optional<AXElement> directionButton(const Attempt& attempt) const;
-    [[nodiscard]] bool openHomeTab(const AXElement& window) const;
+    [[nodiscard]] bool openHomeTab(const Attempt& attempt) const;
     void scheduleSearch(const Attempt& attempt, int run);
     void findAfterOpeningHome(const Attempt& attempt, int run);
     [[nodiscard]] bool isFocused(const Attempt& attempt) const;

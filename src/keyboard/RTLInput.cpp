@@ -5,6 +5,7 @@
 #include "core/direction/EditorContexts.hpp"
 #include "core/keyboard/RTLInputLanguage.hpp"
 #include "direction/AX.hpp"
+#include "direction/Editors.hpp"
 
 #include <array>
 #include <chrono>
@@ -15,7 +16,6 @@ namespace quillane {
 namespace {
 
 constexpr std::chrono::milliseconds patience{15};
-constexpr std::size_t mailWindowLimit = 240;
 
 std::optional<std::string> text(const AXValue& value) {
     const auto* exact = std::get_if<std::string>(&value);
@@ -63,43 +63,9 @@ bool RTLInput::hasEditableFocus(pid_t pid) const {
     if (!front || front->pid != pid) {
         return false;
     }
-    return (front->bundleID == "com.apple.mail" && isMailEditor(*focused, role)) ||
-           (front->bundleID == "com.microsoft.Word" && isWordEditor(*focused, role));
-}
-
-bool RTLInput::isMailEditor(const AXElement& element, const std::string& role) const {
-    const auto identifier = ax::string(accessibility_, element, "AXIdentifier");
-    const auto description = ax::string(accessibility_, element, "AXDescription");
-    core::MailEditorContext context{.role = role,
-                                    .identifier = identifier,
-                                    .description = description,
-                                    .enabled = ax::flag(accessibility_, element, "AXEnabled").value_or(false),
-                                    .writable = ax::isTextWritable(accessibility_, element),
-                                    .composeWindow = true};
-    if (!context.isEligible()) {
-        return false; // not eligible in any window; skip the expensive search
-    }
-    context.composeWindow = isInComposeWindow(element);
-    return context.isEligible();
-}
-
-bool RTLInput::isInComposeWindow(const AXElement& element) const {
-    const auto window = ax::element(accessibility_, element, "AXWindow");
-    bool failed = false;
-    const auto endsSearch = [&](const AXElement& candidate, std::string_view role) {
-        failed = role.empty(); // every element has a role: Mail has stopped answering, and each further question would
-                               // wait
-        return failed ||
-               (role == "AXTextField" && ax::string(accessibility_, candidate, "AXIdentifier") == "Mail.subjectField");
-    };
-    return window && ax::find(accessibility_, *window, mailWindowLimit, {}, endsSearch) && !failed;
-}
-
-bool RTLInput::isWordEditor(const AXElement& element, const std::string& role) const {
-    const auto description = ax::string(accessibility_, element, "AXDescription");
-    return core::WordEditorContext{
-        .role = role, .description = description, .writable = ax::isTextWritable(accessibility_, element)}
-        .isEligible();
+    const auto* known = front->bundleID ? core::supportedApplication(*front->bundleID) : nullptr;
+    return known != nullptr && core::isUnlikeTextFields(known->editor) &&
+           isDirectionEditor(accessibility_, *focused, *known);
 }
 
 } // namespace quillane

@@ -35,10 +35,6 @@ public:
     [[nodiscard]] bool hasEditableFocus(pid_t pid) const;
 
 private:
-    [[nodiscard]] bool isMailEditor(const AXElement& element, const std::string& role) const;
-    [[nodiscard]] bool isInComposeWindow(const AXElement& element) const;
-    [[nodiscard]] bool isWordEditor(const AXElement& element, const std::string& role) const;
-
     /// Whether languages are right-to-left. The last answer is cached: the question comes with each letter typed with
     /// Shift, while the source rarely changes.
     struct KnownDirection {

@@ -45,13 +45,6 @@ TEST_F(KeyboardFlowTest, TheLastSupportedApplicationIsRemembered) {
     EXPECT_EQ(model->testTargetID(), "com.apple.Notes");
 }
 
-TEST_F(KeyboardFlowTest, OnlyTestTargetsOfTheDesktopAreRemembered) {
-    launch();
-    desktop.withFrontApplication("com.apple.Notes");
-    desktop.withFrontApplication("org.libreoffice.script");
-    EXPECT_EQ(model->testTargetID(), "com.apple.Notes") << "macOS does not offer it";
-}
-
 TEST_F(KeyboardFlowTest, LinuxRemembersItsOwnTestTargets) {
     shownOn = core::Desktop::linuxDesktop;
     launch();

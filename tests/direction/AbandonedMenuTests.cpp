@@ -200,7 +200,7 @@ TEST_F(AbandonedMenuTest, TheNextChordUsesTheMenuThatOpens) {
 TEST_F(AbandonedMenuTest, IsForgottenWithTheAdapter) {
     {
         NativeDirectionAdapter other(services(), report());
-        other.apply(WritingDirection::rightToLeft, SupportedApplication::chrome);
+        other.apply(WritingDirection::rightToLeft, applications::chrome);
         other.cancelPending();
     }
     announceMenu();

@@ -34,6 +34,37 @@ TEST_F(DirectionCommandsTest, EachApplicationHasItsAdapter) {
     }
 }
 
+TEST_F(DirectionCommandsTest, EachRowHasAnAdapterAndItsHint) {
+    for (const auto& row : core::supportedApplications()) {
+        openApplication(row.bundleID);
+        window->with("AXTitle", "document - " + std::string(row.displayName));
+        focus(window->add("AXButton"));
+        said.clear();
+        commands.apply(WritingDirection::rightToLeft);
+        desktop.queue.advance(180ms); // a browser may have to be woken
+        EXPECT_THAT(said, ElementsAre(row.placementHint.rendered(core::AppLanguage::english))) << row.displayName;
+    }
+}
+
+TEST_F(DirectionCommandsTest, CancellingReachesEveryAdapter) {
+    const auto expectSilence = [&](const std::string& application) {
+        commands.apply(WritingDirection::rightToLeft);
+        commands.cancelPending();
+        desktop.queue.advance(2s);
+        EXPECT_THAT(said, IsEmpty()) << application;
+    };
+    openApplication("com.google.Chrome"); // which has to be woken
+    expectSilence("Chrome");
+    openApplication("org.libreoffice.script");
+    desktop.accessibility.stopAnswering(pid);
+    expectSilence("LibreOffice");
+    openApplication("com.microsoft.Word"); // whose Home tab has to be opened
+    auto& ribbon = window->add("AXTabGroup").with("AXDescription", "ribbon");
+    ribbon.add("AXRadioButton").with("AXTitle", "Home").withAction("AXPress");
+    focus(window->addTextField("AXTextArea").with("AXDescription", "Page 1 content"));
+    expectSilence("Word");
+}
+
 TEST_F(DirectionCommandsTest, SaysNothingElsewhereOrWhileItCannotBeApplied) {
     commands.apply(WritingDirection::rightToLeft);
     for (const auto* bundleID : {"com.apple.Mail", "com.apple.finder"}) {
@@ -138,6 +169,39 @@ TEST_F(LibreOfficeDirectionTest, PressesTheButtonOfAToolbar) {
                 ElementsAre("Applied RTL in LibreOffice Writer",
                             "LibreOffice Writer cannot change direction in this document",
                             "Show the Formatting toolbar with paragraph direction buttons in LibreOffice Writer"));
+    EXPECT_EQ(countOf(*rtl, "AXPress"), 1);
+}
+
+TEST_F(LibreOfficeDirectionTest, ButtonsAreFoundInEveryLanguage) {
+    for (const auto* title : {"מימין לשמאל", "من اليمين إلى اليسار", "راست به چپ", "De droite à gauche",
+                              "Rechts-nach-links", "Справа налево", "De derecha a izquierda"}) {
+        rtl->with("AXTitle", "\u200F" + std::string(title));
+        said.clear();
+        apply();
+        EXPECT_THAT(said, ElementsAre("Applied RTL in LibreOffice Writer")) << title;
+    }
+    rtl->with("AXTitle", "משמאל לימין");
+    apply();
+    EXPECT_EQ(said.back(), "Show the Formatting toolbar with paragraph direction buttons in LibreOffice Writer");
+}
+
+TEST_F(LibreOfficeDirectionTest, TheProgramIsTheOneThatTheWindowNames) {
+    for (const std::string program : {"LibreOffice Impress", "LibreOffice Draw", "LibreOffice Calc"}) {
+        window->with("AXTitle", "document - " + program);
+        said.clear();
+        apply();
+        EXPECT_THAT(said, ElementsAre("Applied RTL in " + program));
+    }
+}
+
+TEST_F(LibreOfficeDirectionTest, ACellIsAnEditorInCalcOnly) {
+    focus(window->add("AXTable").add("AXCell"));
+    window->with("AXTitle", std::string("budget.ods - LibreOffice Calc"));
+    apply();
+    EXPECT_THAT(said, ElementsAre("Applied RTL in LibreOffice Calc"));
+    window->with("AXTitle", std::string("letter.odt - LibreOffice Writer"));
+    apply();
+    EXPECT_EQ(said.back(), "Place the cursor in a paragraph in LibreOffice Writer");
     EXPECT_EQ(countOf(*rtl, "AXPress"), 1);
 }
 
@@ -282,11 +346,11 @@ TEST_F(AXHelpersTest, AnAncestorIsFoundWithinThirtyTwoSteps) {
 
 TEST_F(AXHelpersTest, ALabelIsTheTitleOrElseTheDescriptionWithoutWhiteSpace) {
     auto& element = window->add("AXButton").with("AXTitle", std::string(" Home\n"));
-    EXPECT_TRUE(ax::matches(desktop.accessibility, reference(element), "Home"));
+    EXPECT_TRUE(ax::matches(desktop.accessibility, reference(element), {.english = "Home"}));
     element.with("AXDescription", std::string("\u00A0"
                                               "ribbon"));
-    EXPECT_TRUE(ax::matches(desktop.accessibility, reference(element), "ribbon"));
-    EXPECT_FALSE(ax::matches(desktop.accessibility, reference(element), "home"));
+    EXPECT_TRUE(ax::matches(desktop.accessibility, reference(element), {.english = "ribbon"}));
+    EXPECT_FALSE(ax::matches(desktop.accessibility, reference(element), {.english = "home"}));
 }
 
 } // namespace

@@ -22,6 +22,17 @@ using fakes::FakeElement;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
+/// Rows of the table.
+namespace applications {
+inline const SupportedApplication& outlook = *core::supportedApplication("com.microsoft.Outlook");
+inline const SupportedApplication& chrome = *core::supportedApplication("com.google.Chrome");
+inline const SupportedApplication& safari = *core::supportedApplication("com.apple.Safari");
+inline const SupportedApplication& textEdit = *core::supportedApplication("com.apple.TextEdit");
+inline const SupportedApplication& notes = *core::supportedApplication("com.apple.Notes");
+inline const SupportedApplication& mail = *core::supportedApplication("com.apple.mail");
+inline const SupportedApplication& word = *core::supportedApplication("com.microsoft.Word");
+} // namespace applications
+
 /// A faked desktop with an application in front, and the adapters' messages, in English.
 class DirectionTest : public ::testing::Test {
 protected:

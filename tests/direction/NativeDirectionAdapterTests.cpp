@@ -272,8 +272,7 @@ TEST_F(NativeDirectionTest, ACommandThatIsNotAppliedIsReportedAndTheMenuClosed) 
 
 TEST_F(NativeDirectionTest, IgnoresAnApplicationThatIsNotInFront) {
     openChrome();
-    apply(WritingDirection::rightToLeft, SupportedApplication::safari);
-    apply(WritingDirection::rightToLeft, SupportedApplication::word);
+    apply(WritingDirection::rightToLeft, applications::safari);
     EXPECT_THAT(said, IsEmpty());
     EXPECT_THAT(desktop.accessibility.calls(), IsEmpty());
 }
@@ -282,7 +281,7 @@ TEST_F(NativeDirectionTest, AnAdapterThatIsGoneDoesNothing) {
     openChrome();
     {
         NativeDirectionAdapter other(services(), report());
-        other.apply(WritingDirection::rightToLeft, SupportedApplication::chrome);
+        other.apply(WritingDirection::rightToLeft, applications::chrome);
     }
     desktop.queue.advance(2s);
     EXPECT_THAT(said, IsEmpty());
@@ -346,25 +345,25 @@ TEST_F(NativeDirectionTest, FieldsOfAPageThatAreNotEditorsGetTheHint) {
 
 TEST_F(NativeDirectionTest, SafariHasAMenuTitleOfItsOwn) {
     openChrome("com.apple.Safari", "Paragraph Direction");
-    apply(WritingDirection::rightToLeft, SupportedApplication::safari);
+    apply(WritingDirection::rightToLeft, applications::safari);
     desktop.queue.advance(60ms);
     EXPECT_THAT(said, ElementsAre("Applied RTL in Safari"));
 }
 
 TEST_F(NativeDirectionTest, TextEditAndNotesTurnTheirDocumentOnly) {
-    const std::vector<std::tuple<SupportedApplication, std::string, std::string>> cases{
-        {SupportedApplication::textEdit, "First Text View", "Place the cursor in the TextEdit document body"},
-        {SupportedApplication::notes, "Note Body Text View", "Place the cursor in the Notes note body"}};
+    const std::vector<std::tuple<const SupportedApplication*, std::string, std::string>> cases{
+        {&applications::textEdit, "First Text View", "Place the cursor in the TextEdit document body"},
+        {&applications::notes, "Note Body Text View", "Place the cursor in the Notes note body"}};
     for (const auto& [application, identifier, hint] : cases) {
-        openApplication(core::traits(application).bundleID);
+        openApplication(application->bundleID);
         commands.clear();
         useEditor(window->addTextField("AXTextArea"), "Writing Direction");
         said.clear();
-        apply(WritingDirection::leftToRight, application);
+        apply(WritingDirection::leftToRight, *application);
         editor->with("AXIdentifier", identifier);
-        apply(WritingDirection::leftToRight, application);
+        apply(WritingDirection::leftToRight, *application);
         desktop.queue.advance(60ms);
-        EXPECT_THAT(said, ElementsAre(hint, "Applied LTR in " + std::string(core::traits(application).displayName)));
+        EXPECT_THAT(said, ElementsAre(hint, "Applied LTR in " + std::string(application->displayName)));
     }
 }
 
@@ -372,7 +371,7 @@ TEST_F(NativeDirectionTest, MailHasOneMenuForTheSubjectAndAnotherForTheBody) {
     openApplication("com.apple.mail");
     auto& subject = window->addTextField().with("AXIdentifier", std::string("Mail.subjectField"));
     useEditor(subject, "Writing Direction");
-    apply(WritingDirection::rightToLeft, SupportedApplication::mail);
+    apply(WritingDirection::rightToLeft, applications::mail);
     desktop.queue.advance(60ms);
     menu->present(false);
     auto& body = window->add("AXWebArea")
@@ -380,12 +379,12 @@ TEST_F(NativeDirectionTest, MailHasOneMenuForTheSubjectAndAnotherForTheBody) {
                      .with("AXDescription", std::string("message body"))
                      .settable("AXValue");
     useEditor(body, "Paragraph Direction");
-    apply(WritingDirection::rightToLeft, SupportedApplication::mail);
+    apply(WritingDirection::rightToLeft, applications::mail);
     desktop.queue.advance(60ms);
     EXPECT_THAT(said, ElementsAre("Applied RTL in Mail", "Applied RTL in Mail"));
     said.clear();
     subject.with("AXIdentifier", std::string("Mail.toField")); // a window in which messages are read
-    apply(WritingDirection::rightToLeft, SupportedApplication::mail);
+    apply(WritingDirection::rightToLeft, applications::mail);
     EXPECT_THAT(said, ElementsAre("Place the cursor in the Mail message body or subject"));
 }
 

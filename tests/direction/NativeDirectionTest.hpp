@@ -45,7 +45,7 @@ protected:
     void openMenu() { menu->present(); }
 
     void apply(WritingDirection direction = WritingDirection::rightToLeft,
-               SupportedApplication application = SupportedApplication::chrome) {
+               const SupportedApplication& application = applications::chrome) {
         adapter.apply(direction, application);
     }
 

@@ -35,7 +35,9 @@ protected:
                          .withAction("AXPress");
     }
 
-    void apply() { adapter.apply(WritingDirection::rightToLeft); }
+    void apply(WritingDirection direction = WritingDirection::rightToLeft) {
+        adapter.apply(direction, applications::outlook);
+    }
 
     OutlookAdapter adapter;
     FakeElement* toolbar = nullptr;
@@ -52,7 +54,7 @@ constexpr auto cancelled = "Direction change cancelled after focus changed or an
 
 TEST_F(OutlookDirectionTest, PressesTheButtonOfTheToolbar) {
     apply();
-    adapter.apply(WritingDirection::leftToRight);
+    apply(WritingDirection::leftToRight);
     EXPECT_THAT(said, ElementsAre("Applied RTL in Outlook", "Applied LTR in Outlook"));
     EXPECT_EQ(countOf(*rtl, "AXPress"), 1);
     EXPECT_EQ(countOf(*ltr, "AXPress"), 1);
@@ -173,7 +175,7 @@ TEST_F(OutlookDirectionTest, TheLastChordTakesAWaitOver) {
     auto& hiddenLtr = popover->add("AXButton").with("AXTitle", std::string("Left to Right")).withAction("AXPress");
     apply();
     adapter.cancelPending();
-    adapter.apply(WritingDirection::leftToRight);
+    apply(WritingDirection::leftToRight);
     popover->present();
     desktop.queue.advance(1s);
     EXPECT_THAT(said, ElementsAre("Applied LTR in Outlook"));

@@ -98,7 +98,7 @@ TEST_F(SleepingBrowserTest, AnAdapterThatIsGoneDoesNothing) {
     openSleeping(40ms);
     {
         NativeDirectionAdapter other(services(), report());
-        other.apply(WritingDirection::rightToLeft, SupportedApplication::chrome);
+        other.apply(WritingDirection::rightToLeft, applications::chrome);
     }
     desktop.queue.advance(1s);
     EXPECT_THAT(said, IsEmpty());
@@ -106,7 +106,7 @@ TEST_F(SleepingBrowserTest, AnAdapterThatIsGoneDoesNothing) {
 
 TEST_F(SleepingBrowserTest, OnlyTheChromiumFamilyIsWoken) {
     openApplication("com.apple.Safari");
-    apply(WritingDirection::rightToLeft, SupportedApplication::safari);
+    apply(WritingDirection::rightToLeft, applications::safari);
     EXPECT_THAT(said, ElementsAre(hint));
     BrowserWaker(desktop.accessibility, desktop.workspace).wake();
     EXPECT_THAT(wakings(), IsEmpty());

@@ -30,6 +30,10 @@ protected:
         ltr->present(shown);
     }
 
+    void apply(WritingDirection direction = WritingDirection::rightToLeft) {
+        adapter.apply(direction, applications::word);
+    }
+
     WordDirectionAdapter adapter;
     FakeElement* ribbon = nullptr;
     FakeElement* home = nullptr;
@@ -43,8 +47,8 @@ protected:
 constexpr auto openHome = "Open the Home tab in Word to show paragraph direction buttons";
 
 TEST_F(WordDirectionTest, PressesTheButtonOfTheDirection) {
-    adapter.apply(WritingDirection::rightToLeft);
-    adapter.apply(WritingDirection::leftToRight);
+    apply();
+    apply(WritingDirection::leftToRight);
     EXPECT_THAT(said, ElementsAre("Applied RTL in Word", "Applied LTR in Word"));
     EXPECT_EQ(countOf(*rtl, "AXPress"), 1);
     EXPECT_EQ(countOf(*ltr, "AXPress"), 1);
@@ -56,7 +60,7 @@ TEST_F(WordDirectionTest, PressesTheButtonOfTheDirection) {
 
 TEST_F(WordDirectionTest, ADisabledButtonIsReported) {
     rtl->with("AXEnabled", false);
-    adapter.apply(WritingDirection::rightToLeft);
+    apply();
     EXPECT_THAT(said, ElementsAre("Word cannot change direction in this document"));
     EXPECT_THAT(desktop.accessibility.actions(), IsEmpty());
 }
@@ -64,24 +68,24 @@ TEST_F(WordDirectionTest, ADisabledButtonIsReported) {
 TEST_F(WordDirectionTest, AnythingButAPageGetsTheHint) {
     const std::string hint = "Place the cursor in the Word document body";
     editor->with("AXDescription", std::string("Comment"));
-    adapter.apply(WritingDirection::rightToLeft);
+    apply();
     editor->with("AXDescription", std::string("Page 1 content")).settable("AXValue", false);
-    adapter.apply(WritingDirection::rightToLeft);
+    apply();
     editor->settable("AXValue");
     auto& other = tree().add("AXWindow");
     tree().with("AXFocusedWindow", other);
-    adapter.apply(WritingDirection::rightToLeft);
+    apply();
     tree().without("AXFocusedWindow");
-    adapter.apply(WritingDirection::rightToLeft);
+    apply();
     desktop.accessibility.focus(pid, nullptr);
-    adapter.apply(WritingDirection::rightToLeft);
+    apply();
     EXPECT_THAT(said, ElementsAre(hint, hint, hint, hint, hint));
     EXPECT_THAT(desktop.accessibility.actions(), IsEmpty());
 }
 
 TEST_F(WordDirectionTest, OpensTheHomeTabAndPressesTheButtonWhenItIsThere) {
     showButtons(false);
-    adapter.apply(WritingDirection::rightToLeft);
+    apply();
     EXPECT_EQ(countOf(*home, "AXPress"), 1);
     desktop.queue.advance(120ms);
     EXPECT_THAT(said, IsEmpty());
@@ -93,7 +97,7 @@ TEST_F(WordDirectionTest, OpensTheHomeTabAndPressesTheButtonWhenItIsThere) {
 
 TEST_F(WordDirectionTest, LooksForTheButtonElevenTimes) {
     showButtons(false);
-    adapter.apply(WritingDirection::rightToLeft);
+    apply();
     desktop.queue.advance(659ms);
     EXPECT_THAT(said, IsEmpty());
     desktop.queue.advance(1ms);
@@ -104,9 +108,9 @@ TEST_F(WordDirectionTest, LooksForTheButtonElevenTimes) {
 TEST_F(WordDirectionTest, AsksForTheHomeTabWhenItCannotBeOpened) {
     showButtons(false);
     homeResult = AXActionResult::failed;
-    adapter.apply(WritingDirection::rightToLeft);
+    apply();
     ribbon->with("AXDescription", std::string("toolbox"));
-    adapter.apply(WritingDirection::rightToLeft);
+    apply();
     EXPECT_THAT(said, ElementsAre(openHome, openHome));
     EXPECT_EQ(desktop.queue.timerCount(), 0U);
 }
@@ -115,7 +119,7 @@ class WordWaitTest : public WordDirectionTest, public ::testing::WithParamInterf
 
 TEST_P(WordWaitTest, EndsSilentlyWhenSomethingElseComes) {
     showButtons(false);
-    adapter.apply(WritingDirection::rightToLeft);
+    apply();
     switch (GetParam()) {
     case 0:
         focus(window->addTextField());
@@ -139,7 +143,7 @@ INSTANTIATE_TEST_SUITE_P(OtherFieldOtherWindowOtherApplicationCancelled, WordWai
 
 TEST_F(WordDirectionTest, DoesNothingWhenAnotherApplicationIsInFront) {
     desktop.withFrontApplication("com.apple.finder");
-    adapter.apply(WritingDirection::rightToLeft);
+    apply();
     EXPECT_THAT(said, IsEmpty());
     EXPECT_THAT(desktop.accessibility.calls(), IsEmpty());
 }

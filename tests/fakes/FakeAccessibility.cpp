@@ -97,6 +97,11 @@ FakeElement& FakeElement::failing(bool fails) {
     return *this;
 }
 
+FakeElement& FakeElement::hanging() {
+    answer(false);
+    return *this;
+}
+
 FakeElement& FakeElement::add(std::string role) {
     auto& child = *children_.emplace_back(std::make_unique<FakeElement>(std::move(role)));
     child.parent_ = this;

@@ -58,6 +58,9 @@ public:
     /// Makes every call on the element fail, as with an application that does not answer in time.
     FakeElement& failing(bool fails = true);
 
+    /// Makes every call on the element wait for an answer that does not come in time.
+    FakeElement& hanging();
+
     /// Adds a child and returns the child.
     FakeElement& add(std::string role);
 

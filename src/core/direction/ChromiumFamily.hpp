@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include <algorithm>
-#include <array>
+#include "core/direction/SupportedApplication.hpp"
+
 #include <chrono>
 #include <string_view>
 
@@ -22,34 +22,15 @@ inline constexpr int maximumWakings = 3;
 /// From waking a browser to looking for its focused element.
 inline constexpr std::chrono::milliseconds wakingInterval{60};
 
-/// The family as macOS identifies it. On Linux all of them have the identifier of Chrome.
-inline constexpr std::array<std::string_view, 18> bundleIDs{"com.google.Chrome",
-                                                            "com.google.Chrome.beta",
-                                                            "com.google.Chrome.dev",
-                                                            "com.google.Chrome.canary",
-                                                            "org.chromium.Chromium",
-                                                            "com.microsoft.edgemac",
-                                                            "com.microsoft.edgemac.Beta",
-                                                            "com.microsoft.edgemac.Dev",
-                                                            "com.microsoft.edgemac.Canary",
-                                                            "com.brave.Browser",
-                                                            "com.brave.Browser.beta",
-                                                            "com.brave.Browser.nightly",
-                                                            "com.vivaldi.Vivaldi",
-                                                            "com.operasoftware.Opera",
-                                                            "com.operasoftware.OperaNext",
-                                                            "com.operasoftware.OperaDeveloper",
-                                                            "com.operasoftware.OperaGX",
-                                                            "company.thebrowser.Browser"};
-
 /// Whether the application with exactly this bundle identifier is a known browser of the family.
-[[nodiscard]] constexpr bool contains(std::string_view bundleID) {
-    return std::ranges::find(bundleIDs, bundleID) != bundleIDs.end();
+[[nodiscard]] inline bool contains(std::string_view bundleID) {
+    const auto* application = supportedApplication(bundleID);
+    return application != nullptr && application->buildsTreeOnDemand;
 }
 
 /// Whether an application without a focused element is woken once more, after it has been woken `wakings` times.
-[[nodiscard]] constexpr bool isWokenAgain(std::string_view bundleID, int wakings) {
-    return contains(bundleID) && wakings < maximumWakings;
+[[nodiscard]] constexpr bool isWokenAgain(const SupportedApplication& application, int wakings) {
+    return application.buildsTreeOnDemand && wakings < maximumWakings;
 }
 
 } // namespace quillane::core::chromiumFamily

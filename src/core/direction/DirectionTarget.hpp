@@ -6,17 +6,15 @@
 #include "core/direction/SupportedApplication.hpp"
 #include "core/localization/Desktop.hpp"
 
+#include <algorithm>
 #include <string_view>
 #include <vector>
 
 namespace quillane::core {
 
-/// LibreOffice, whose Writer has direction buttons of its own. Not a SupportedApplication.
-inline constexpr std::string_view libreOfficeBundleID = "org.libreoffice.script";
-
 /// Whether direction chords mean anything in the application with exactly this bundle identifier.
-[[nodiscard]] constexpr bool hasDirectionCommands(std::string_view bundleID) {
-    return supportedApplication(bundleID).has_value() || bundleID == libreOfficeBundleID;
+[[nodiscard]] inline bool hasDirectionCommands(std::string_view bundleID) {
+    return supportedApplication(bundleID) != nullptr;
 }
 
 /// An application that the testing page offers.
@@ -25,17 +23,17 @@ struct DirectionTestTarget {
     std::string_view name;
 };
 
-/// The test targets of a desktop, in the order of the picker: on macOS the supported applications, on Linux those that
-/// have a counterpart there.
+/// The test targets of a desktop, in the order of the picker: the supported applications, on Linux those that have an
+/// edition there. Of several programs in one application it is the first.
 [[nodiscard]] inline std::vector<DirectionTestTarget> directionTestTargets(Desktop desktop) {
-    if (desktop == Desktop::linuxDesktop) {
-        const auto& chrome = traits(SupportedApplication::chrome);
-        return {{chrome.bundleID, chrome.displayName}, {libreOfficeBundleID, "LibreOffice Writer"}};
-    }
     std::vector<DirectionTestTarget> targets;
-    targets.reserve(supportedApplications.size());
-    for (const auto& application : supportedApplications) {
-        targets.push_back({application.bundleID, application.displayName});
+    for (const auto& application : supportedApplications()) {
+        const bool isThere = desktop == Desktop::macOS || !application.windowClasses.front().empty();
+        const bool isListed =
+            std::ranges::find(targets, application.bundleID, &DirectionTestTarget::bundleID) != targets.end();
+        if (isThere && !isListed) {
+            targets.push_back({application.bundleID, application.displayName});
+        }
     }
     return targets;
 }

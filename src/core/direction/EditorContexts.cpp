@@ -44,7 +44,7 @@ bool MailEditorContext::isEligible() const {
     if (!enabled || !writable || !composeWindow) {
         return false;
     }
-    return (role == "AXTextField" && identifier == "Mail.subjectField") ||
+    return (role == "AXTextField" && identifier == subjectIdentifier) ||
            (role == "AXWebArea" && description == "message body");
 }
 
@@ -57,17 +57,8 @@ bool WordEditorContext::isEligible() const {
 }
 
 bool DocumentEditorContext::isEligible() const {
-    if (!input.isEligible() || input.role != "AXTextArea") {
-        return false;
-    }
-    switch (application) {
-    case SupportedApplication::notes:
-        return identifier == "Note Body Text View";
-    case SupportedApplication::textEdit:
-        return identifier == "First Text View";
-    default:
-        return false;
-    }
+    return application.editor == EditorRule::document && identifier == application.editorIdentifier &&
+           input.role == "AXTextArea" && input.isEligible();
 }
 
 } // namespace quillane::core

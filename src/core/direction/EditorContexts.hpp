@@ -34,6 +34,8 @@ struct WebEditorContext {
 
 /// The subject line and the body of a Mail message that is being written.
 struct MailEditorContext {
+    static constexpr std::string_view subjectIdentifier = "Mail.subjectField";
+
     std::string_view role;
     std::optional<std::string_view> identifier;  ///< "AXIdentifier"
     std::optional<std::string_view> description; ///< "AXDescription"
@@ -53,9 +55,9 @@ struct WordEditorContext {
     [[nodiscard]] bool isEligible() const;
 };
 
-/// The text view of a TextEdit or Notes document.
+/// The text view of a document, in an application whose row names its identifier.
 struct DocumentEditorContext {
-    SupportedApplication application{};
+    const SupportedApplication& application;
     std::optional<std::string_view> identifier;
     EditableInputContext input;
 

@@ -20,10 +20,11 @@ TEST(ChromiumFamily, HasItsBrowsersByTheirExactIdentifiers) {
 }
 
 TEST(ChromiumFamily, IsWokenThreeTimes) {
-    EXPECT_TRUE(chromiumFamily::isWokenAgain("com.google.Chrome", 0));
-    EXPECT_TRUE(chromiumFamily::isWokenAgain("com.google.Chrome", 2));
-    EXPECT_FALSE(chromiumFamily::isWokenAgain("com.google.Chrome", 3));
-    EXPECT_FALSE(chromiumFamily::isWokenAgain("com.apple.Safari", 0));
+    const auto& chrome = *supportedApplication("com.google.Chrome");
+    EXPECT_TRUE(chromiumFamily::isWokenAgain(chrome, 0));
+    EXPECT_TRUE(chromiumFamily::isWokenAgain(chrome, 2));
+    EXPECT_FALSE(chromiumFamily::isWokenAgain(chrome, 3));
+    EXPECT_FALSE(chromiumFamily::isWokenAgain(*supportedApplication("com.apple.Safari"), 0));
 }
 
 } // namespace

@@ -173,32 +173,36 @@ TEST(WordEditorContext, RoleDescriptionAndWritableAreNeeded) {
     EXPECT_FALSE(context.isEligible());
 }
 
-DocumentEditorContext document(SupportedApplication application, std::optional<std::string_view> identifier) {
+const SupportedApplication& notes = *supportedApplication("com.apple.Notes");
+const SupportedApplication& textEdit = *supportedApplication("com.apple.TextEdit");
+
+DocumentEditorContext document(const SupportedApplication& application, std::optional<std::string_view> identifier) {
     return {.application = application, .identifier = identifier, .input = editable("AXTextArea")};
 }
 
 TEST(DocumentEditorContext, TheBodyOfEachApplication) {
-    EXPECT_TRUE(document(SupportedApplication::notes, "Note Body Text View").isEligible());
-    EXPECT_TRUE(document(SupportedApplication::textEdit, "First Text View").isEligible());
+    EXPECT_TRUE(document(notes, "Note Body Text View").isEligible());
+    EXPECT_TRUE(document(textEdit, "First Text View").isEligible());
 }
 
 TEST(DocumentEditorContext, AnotherIdentifierIsNotEligible) {
-    EXPECT_FALSE(document(SupportedApplication::notes, "First Text View").isEligible());
-    EXPECT_FALSE(document(SupportedApplication::textEdit, "Note Body Text View").isEligible());
-    EXPECT_FALSE(document(SupportedApplication::textEdit, std::nullopt).isEligible());
+    EXPECT_FALSE(document(notes, "First Text View").isEligible());
+    EXPECT_FALSE(document(textEdit, "Note Body Text View").isEligible());
+    EXPECT_FALSE(document(textEdit, std::nullopt).isEligible());
 }
 
 TEST(DocumentEditorContext, NoOtherApplicationHasOne) {
-    for (const auto& facts : supportedApplications) {
-        if (facts.application != SupportedApplication::notes && facts.application != SupportedApplication::textEdit) {
-            EXPECT_FALSE(document(facts.application, "First Text View").isEligible()) << facts.displayName;
-            EXPECT_FALSE(document(facts.application, "Note Body Text View").isEligible()) << facts.displayName;
+    for (const auto& other : supportedApplications()) {
+        if (&other != &notes && &other != &textEdit) {
+            EXPECT_FALSE(document(other, "First Text View").isEligible()) << other.displayName;
+            EXPECT_FALSE(document(other, "Note Body Text View").isEligible()) << other.displayName;
+            EXPECT_FALSE(document(other, other.editorIdentifier).isEligible()) << other.displayName;
         }
     }
 }
 
 TEST(DocumentEditorContext, TheInputMustBeAnEligibleTextArea) {
-    auto context = document(SupportedApplication::textEdit, "First Text View");
+    auto context = document(textEdit, "First Text View");
     context.input.role = "AXTextField";
     EXPECT_FALSE(context.isEligible());
     context.input = editable("AXTextArea");

@@ -58,5 +58,33 @@ TEST(ParagraphCommand, TitlesAreComparedExactly) {
     EXPECT_EQ(index(Titles({"right to left", "Right  to Left", "Right to Left…"}), "Right to Left"), std::nullopt);
 }
 
+TEST(ParagraphCommand, IsFoundInEveryLanguageOfTheApplication) {
+    const auto& labels = *supportedApplication("org.chromium.Chromium")->labels;
+    const std::vector<Titles> menus{{"Default", "Left to Right", "Right to Left"},
+                                    {"\u200Fברירת מחדל", "\u200Fמשמאל לימין", "\u200Fמימין לשמאל"},
+                                    {"\u200Fالتلقائي", "\u200Fمن اليسار لليمين", "\u200Fمن اليمين لليسار"},
+                                    {"\u200Fپیش\u200Cفرض", "\u200Fچپ به راست", "\u200Fراست به چپ"},
+                                    {"\u200Fڈیفالٹ", "\u200Fبائیں سے دائیں", "\u200Fدائیں سے بائیں"},
+                                    {"Par défaut", "De gauche à droite", "De droite à gauche"},
+                                    {"Standard", "Rechtsläufig", "Linksläufig"},
+                                    {"По умолчанию", "Слева направо", "Справа налево"},
+                                    {"Predeterminado", "De izquierda a derecha", "De derecha a izquierda"}};
+    for (const auto& titles : menus) {
+        EXPECT_EQ(index(titles, labels, WritingDirection::leftToRight), 1U) << titles[1];
+        EXPECT_EQ(index(titles, labels, WritingDirection::rightToLeft), 2U) << titles[2];
+    }
+    EXPECT_EQ(index(Titles({"Sinistra a destra"}), labels, WritingDirection::leftToRight), std::nullopt);
+}
+
+TEST(ParagraphCommand, SectionsHoldInEveryLanguage) {
+    constexpr DirectionLabels labels{.rightToLeft = {.hebrew = "ימין"},
+                                     .leftToRight = {.hebrew = "שמאל"},
+                                     .paragraph = {.english = "Paragraph", .hebrew = "פסקה"},
+                                     .selection = {.english = "Selection", .hebrew = "בחירה"}};
+    const Titles titles{"ימין", "\u200Fפסקה", "שמאל", "בחירה", "ימין"};
+    EXPECT_EQ(index(titles, labels, WritingDirection::leftToRight), 2U);
+    EXPECT_EQ(index(titles, labels, WritingDirection::rightToLeft), std::nullopt);
+}
+
 } // namespace
 } // namespace quillane::core

@@ -2,43 +2,132 @@
 // SPDX-License-Identifier: MIT
 #include "core/direction/DirectionTarget.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
 namespace quillane::core {
 namespace {
 
-TEST(SupportedApplication, SevenInTheirOrder) {
-    std::vector<std::string> rows;
-    for (const auto& facts : supportedApplications) {
-        EXPECT_EQ(&traits(facts.application), &facts);
-        rows.push_back(std::string(facts.bundleID) + " | " + std::string(facts.displayName) + " | " +
-                       std::string(facts.directionMenuTitle));
+using ::testing::ElementsAre;
+using ::testing::Not;
+
+std::string nameOf(DirectionManner manner) {
+    switch (manner) {
+    case DirectionManner::outlookToolbar:
+        return "Outlook toolbar";
+    case DirectionManner::contextMenu:
+        return "context menu";
+    case DirectionManner::wordRibbon:
+        return "Word ribbon";
+    case DirectionManner::libreOfficeToolbar:
+        return "LibreOffice toolbar";
     }
-    const std::vector<std::string> expected{
-        "com.microsoft.Outlook | Outlook | ",
-        "com.google.Chrome | Chrome | Writing Direction",
-        "com.apple.Safari | Safari | Paragraph Direction",
-        "com.apple.TextEdit | TextEdit | Writing Direction",
-        "com.apple.Notes | Notes | Writing Direction",
-        "com.apple.mail | Mail | Paragraph Direction",
-        "com.microsoft.Word | Word | ",
-    };
-    EXPECT_EQ(rows, expected);
+    return "unknown";
+}
+
+TEST(SupportedApplication, RowsInTheOrderOfThePicker) {
+    std::vector<std::string> rows;
+    for (const auto& row : supportedApplications()) {
+        rows.push_back(std::string(row.bundleID) + " | " + std::string(row.displayName) + " | " +
+                       std::string(row.directionMenuTitle()) + " | " + nameOf(row.manner) +
+                       (row.buildsTreeOnDemand ? " | on demand" : ""));
+    }
+    const std::string chromium = " | Writing Direction | context menu | on demand";
+    const std::string webKit = " | Paragraph Direction | context menu";
+    EXPECT_THAT(
+        rows,
+        ElementsAre(
+            "com.microsoft.Outlook | Outlook |  | Outlook toolbar", //
+            "com.google.Chrome | Chrome" + chromium, "com.apple.Safari | Safari" + webKit,
+            "com.apple.TextEdit | TextEdit | Writing Direction | context menu",
+            "com.apple.Notes | Notes | Writing Direction | context menu", "com.apple.mail | Mail" + webKit,
+            "com.microsoft.Word | Word |  | Word ribbon",
+            "org.libreoffice.script | LibreOffice Writer |  | LibreOffice toolbar",
+            "org.libreoffice.script | LibreOffice Calc |  | LibreOffice toolbar",
+            "org.libreoffice.script | LibreOffice Impress |  | LibreOffice toolbar",
+            "org.libreoffice.script | LibreOffice Draw |  | LibreOffice toolbar",
+            "org.chromium.Chromium | Chromium" + chromium, "com.google.Chrome.beta | Chrome Beta" + chromium,
+            "com.google.Chrome.dev | Chrome Dev" + chromium, "com.google.Chrome.canary | Chrome Canary" + chromium,
+            "com.microsoft.edgemac | Edge" + chromium, "com.microsoft.edgemac.Beta | Edge Beta" + chromium,
+            "com.microsoft.edgemac.Dev | Edge Dev" + chromium, "com.microsoft.edgemac.Canary | Edge Canary" + chromium,
+            "com.brave.Browser | Brave" + chromium, "com.brave.Browser.beta | Brave Beta" + chromium,
+            "com.brave.Browser.nightly | Brave Nightly" + chromium, "com.vivaldi.Vivaldi | Vivaldi" + chromium,
+            "com.operasoftware.Opera | Opera" + chromium, "com.operasoftware.OperaNext | Opera Beta" + chromium,
+            "com.operasoftware.OperaDeveloper | Opera Developer" + chromium,
+            "com.operasoftware.OperaGX | Opera GX" + chromium, "company.thebrowser.Browser | Arc" + chromium,
+            "com.apple.SafariTechnologyPreview | Safari Technology Preview" + webKit,
+            "com.kagi.kagimacOS | Orion" + webKit, "com.duckduckgo.macos.browser | DuckDuckGo" + webKit));
+}
+
+TEST(SupportedApplication, EveryRowIsComplete) {
+    for (const auto& row : supportedApplications()) {
+        for (const auto* part = &row; part != nullptr; part = part->subject) {
+            EXPECT_EQ(part->bundleID, row.bundleID);
+            EXPECT_FALSE(part->placementHint.key.empty()) << row.displayName;
+            EXPECT_FALSE(part->labels->rightToLeft.english.empty()) << row.displayName;
+            EXPECT_FALSE(part->labels->leftToRight.english.empty()) << row.displayName;
+            const bool isMenu = part->manner == DirectionManner::contextMenu;
+            EXPECT_EQ(part->labels->menu.english.empty(), !isMenu) << row.displayName;
+            const bool isIdentified = part->editor == EditorRule::document || part->editor == EditorRule::subjectLine;
+            EXPECT_EQ(part->editorIdentifier.empty(), !isIdentified) << row.displayName;
+        }
+    }
+}
+
+TEST(SupportedApplication, NoLabelOfOneDirectionIsOneOfTheOther) {
+    for (const auto& row : supportedApplications()) {
+        const auto& [english, british, hebrew, arabic, persian, urdu, french, german, russian, spanish] =
+            row.labels->rightToLeft;
+        for (const auto label : {english, british, hebrew, arabic, persian, urdu, french, german, russian, spanish}) {
+            EXPECT_EQ(row.labels->rightToLeft.matches(label), !label.empty());
+            EXPECT_FALSE(row.labels->leftToRight.matches(label)) << row.displayName << ": " << label;
+        }
+    }
 }
 
 TEST(SupportedApplication, IsFoundByItsBundleIdentifier) {
-    for (const auto& facts : supportedApplications) {
-        EXPECT_EQ(supportedApplication(facts.bundleID), facts.application);
+    for (const auto& row : supportedApplications()) {
+        EXPECT_EQ(supportedApplication(row.bundleID)->bundleID, row.bundleID);
     }
+    EXPECT_EQ(supportedApplication("com.apple.Notes")->displayName, "Notes");
 }
 
 TEST(SupportedApplication, IdentifiersAreComparedExactly) {
     for (const auto* other : {"com.apple.Mail", "com.apple.textedit", "com.apple.mail ", "com.apple", ""}) {
-        EXPECT_EQ(supportedApplication(other), std::nullopt) << other;
+        EXPECT_EQ(supportedApplication(other), nullptr) << other;
     }
+}
+
+TEST(SupportedApplication, EachWindowClassIsOfOneApplication) {
+    std::set<std::string_view> seen;
+    for (const auto& row : supportedApplications()) {
+        for (const auto windowClass : row.windowClasses) {
+            if (!windowClass.empty()) {
+                EXPECT_TRUE(seen.insert(windowClass).second) << windowClass;
+                EXPECT_EQ(applicationOfWindowClass(windowClass), &row);
+            }
+        }
+    }
+    EXPECT_EQ(applicationOfWindowClass("brave-browser")->displayName, "Brave");
+    EXPECT_EQ(applicationOfWindowClass("microsoft-edge")->displayName, "Edge");
+    EXPECT_EQ(applicationOfWindowClass("libreoffice-calc")->displayName, "LibreOffice Calc");
+    EXPECT_EQ(applicationOfWindowClass("Chromium"), nullptr) << "classes are given in lower case";
+    EXPECT_EQ(applicationOfWindowClass(""), nullptr);
+}
+
+TEST(SupportedApplication, TheTitleOfAWindowNamesTheProgram) {
+    const auto& writer = *supportedApplication("org.libreoffice.script");
+    const auto programOf = [&](std::string_view title) { return programOfWindow(writer, title).displayName; };
+    EXPECT_EQ(programOf("budget.ods - LibreOffice Calc"), "LibreOffice Calc");
+    EXPECT_EQ(programOf("talk.odp — LibreOffice Impress"), "LibreOffice Impress");
+    EXPECT_EQ(programOf("plan.odg - LibreOffice Draw"), "LibreOffice Draw");
+    EXPECT_EQ(programOf("LibreOffice Calc tutorial.odt - LibreOffice Writer"), "LibreOffice Writer");
+    EXPECT_EQ(programOf("Without a name"), "LibreOffice Writer");
+    EXPECT_EQ(programOf("About Chrome"), "LibreOffice Writer") << "of another application";
 }
 
 TEST(DirectionTestTargets, AreThoseOfTheDesktop) {
@@ -50,9 +139,13 @@ TEST(DirectionTestTargets, AreThoseOfTheDesktop) {
         }
         return all;
     };
-    EXPECT_EQ(names(Desktop::macOS),
-              (std::vector<std::string>{"Outlook", "Chrome", "Safari", "TextEdit", "Notes", "Mail", "Word"}));
-    EXPECT_EQ(names(Desktop::linuxDesktop), (std::vector<std::string>{"Chrome", "LibreOffice Writer"}));
+    const auto onMacOS = names(Desktop::macOS);
+    const std::vector<std::string> seven(onMacOS.begin(), onMacOS.begin() + 7);
+    EXPECT_THAT(seven, ElementsAre("Outlook", "Chrome", "Safari", "TextEdit", "Notes", "Mail", "Word"));
+    EXPECT_THAT(onMacOS, Not(::testing::Contains("LibreOffice Calc"))) << "one application with Writer";
+    EXPECT_THAT(names(Desktop::linuxDesktop),
+                ElementsAre("Chrome", "LibreOffice Writer", "Chromium", "Chrome Beta", "Chrome Dev", "Edge",
+                            "Edge Beta", "Edge Dev", "Brave", "Brave Beta", "Brave Nightly", "Vivaldi", "Opera"));
 }
 
 } // namespace

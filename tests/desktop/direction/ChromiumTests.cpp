@@ -172,7 +172,7 @@ TEST_F(LiveBusyChromiumTest, AMenuThatOpensAfterTheAttemptGaveUpIsClosed) {
     desktop().keyboard().tap(Key::q);
     expectText("fqst_line/second_line");
     turnRight();
-    expectSaid("Applied RTL in Chrome");
+    expectSaid("Applied RTL in Chromium");
     expectDirection("rtl");
 }
 

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/applications/ApplicationIdentities.hpp"
 
+#include "core/direction/SupportedApplication.hpp"
+
 #include <algorithm>
 #include <array>
 
@@ -14,33 +16,13 @@ struct Identity {
     std::string_view bundleID;
 };
 
-constexpr std::string_view chrome = "com.google.Chrome";
-constexpr std::string_view libreOffice = "org.libreoffice.script";
 constexpr std::string_view screenSharing = "com.apple.ScreenSharing";
 
-/// Applications that the agent treats specially have the identifier of their counterpart on macOS.
+/// Applications that the agent treats specially have the identifier of their counterpart on macOS. Those with direction
+/// commands have a table of their own, see SupportedApplication.hpp.
 constexpr std::array identities{
     // The agent itself.
     Identity{"quillane", "com.quillane.app"},
-    // Browsers of the Chromium family share one context menu.
-    Identity{"brave-browser", chrome},
-    Identity{"chromium", chrome},
-    Identity{"chromium-browser", chrome},
-    Identity{"google-chrome", chrome},
-    Identity{"google-chrome-beta", chrome},
-    Identity{"google-chrome-unstable", chrome},
-    Identity{"microsoft-edge", chrome},
-    Identity{"vivaldi-stable", chrome},
-    // One program with many window classes, as it is one application on macOS; a window gets its class when it has
-    // loaded its document.
-    Identity{"libreoffice", libreOffice},
-    Identity{"libreoffice-calc", libreOffice},
-    Identity{"libreoffice-draw", libreOffice},
-    Identity{"libreoffice-impress", libreOffice},
-    Identity{"libreoffice-startcenter", libreOffice},
-    Identity{"libreoffice-writer", libreOffice},
-    Identity{"soffice", libreOffice},
-    Identity{"soffice.bin", libreOffice},
     // Viewers of another computer's screen, which has its own keyboard.
     Identity{"gnome-connections", screenSharing},
     Identity{"krdc", screenSharing},
@@ -73,7 +55,11 @@ std::string caseless(std::string_view name) {
 }
 
 std::optional<std::string> knownBundleIdentifier(std::string_view windowClass) {
-    const auto* found = std::ranges::find(identities, caseless(windowClass), &Identity::windowClass);
+    const auto name = caseless(windowClass);
+    if (const auto* application = core::applicationOfWindowClass(name)) {
+        return std::string(application->bundleID);
+    }
+    const auto* found = std::ranges::find(identities, name, &Identity::windowClass);
     return found != identities.end() ? std::optional<std::string>(found->bundleID) : std::nullopt;
 }
 

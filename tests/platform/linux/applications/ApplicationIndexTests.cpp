@@ -40,18 +40,17 @@ TEST_P(ApplicationSpellingTest, IsTheOneIdentifierOfTheApplication) {
     EXPECT_EQ(index.identifierOf(identifier), identifier);
 }
 
-INSTANTIATE_TEST_SUITE_P(Windows, ApplicationSpellingTest,
-                         ::testing::Values(Spelling{"Firefox-esr", "Navigator", "Firefox-esr"},
-                                           Spelling{"firefox-ESR", "", "Firefox-esr"},
-                                           Spelling{"firefox", "Navigator", "Firefox-esr"},
-                                           Spelling{"Something", "firefox", "Firefox-esr"},
-                                           Spelling{"Nautilus", "nautilus", "Nautilus"},
-                                           Spelling{"org.gnome.Nautilus", "org.gnome.Nautilus", "Nautilus"},
-                                           Spelling{"Org.gnome.nautilus", "", "Nautilus"},
-                                           Spelling{"Unheard-of", "unheard-of", "Unheard-of"},
-                                           Spelling{"", "firefox", ""}, Spelling{"Chromium", "", "com.google.Chrome"},
-                                           Spelling{"com.Bitwarden.Desktop", "", "com.bitwarden.desktop"},
-                                           Spelling{"KeePassXC", "keepassxc", "org.keepassxc.keepassxc"}));
+INSTANTIATE_TEST_SUITE_P(
+    Windows, ApplicationSpellingTest,
+    ::testing::Values(Spelling{"Firefox-esr", "Navigator", "Firefox-esr"}, Spelling{"firefox-ESR", "", "Firefox-esr"},
+                      Spelling{"firefox", "Navigator", "Firefox-esr"}, Spelling{"Something", "firefox", "Firefox-esr"},
+                      Spelling{"Nautilus", "nautilus", "Nautilus"},
+                      Spelling{"org.gnome.Nautilus", "org.gnome.Nautilus", "Nautilus"},
+                      Spelling{"Org.gnome.nautilus", "", "Nautilus"},
+                      Spelling{"Unheard-of", "unheard-of", "Unheard-of"}, Spelling{"", "firefox", ""},
+                      Spelling{"Chromium", "", "org.chromium.Chromium"},
+                      Spelling{"com.Bitwarden.Desktop", "", "com.bitwarden.desktop"},
+                      Spelling{"KeePassXC", "keepassxc", "org.keepassxc.keepassxc"}));
 
 TEST(ApplicationIndex, AnExcludedApplicationIsIgnoredWhateverItsWindowsAreCalled) {
     const ApplicationIndex index(std::vector{told, named});

@@ -51,7 +51,7 @@ protected:
 
 TEST_F(DesktopEntriesTest, TheDeclaredClassOfAnEntryIsTheIdentifier) {
     write(folders[1] / "browser.desktop", "Name=Chromium\nExec=/usr/bin/chromium %U\nStartupWMClass=chromium\n");
-    EXPECT_THAT(found(), ElementsAre("com.google.Chrome=Chromium"));
+    EXPECT_THAT(found(), ElementsAre("org.chromium.Chromium=Chromium"));
 }
 
 TEST_F(DesktopEntriesTest, AnEntryWithoutAClassIsNamedAfterItsProgram) {

@@ -116,7 +116,7 @@ TEST_F(X11WorkspaceTest, ReportsTheActiveApplicationByItsBundleIdentifier) {
     startWindowManager();
     const WindowProcess browser("Chromium");
     ASSERT_TRUE(comesToFront(browser));
-    const RunningApplication expected{.pid = browser.pid(), .bundleID = "com.google.Chrome", .name = "Chromium"};
+    const RunningApplication expected{.pid = browser.pid(), .bundleID = "org.chromium.Chromium", .name = "Chromium"};
     EXPECT_EQ(workspace().frontmostApplication(), expected);
 }
 
@@ -168,14 +168,14 @@ TEST_F(X11WorkspaceTest, NothingIsInFrontWhenTheLastWindowHasClosed) {
 
 TEST_F(X11WorkspaceTest, ListsRunningApplicationsOfOneIdentifierInTheOrderOfOpening) {
     startWindowManager();
-    const WindowProcess first("google-chrome");
-    const WindowProcess second("Chromium");
+    const WindowProcess first("Chromium");
+    const WindowProcess second("chromium-browser");
     const WindowProcess other("Other");
-    EXPECT_TRUE(waitUntil([&] { return workspace().runningApplications("com.google.Chrome").size() == 2; }));
-    const auto found = workspace().runningApplications("com.google.Chrome");
+    EXPECT_TRUE(waitUntil([&] { return workspace().runningApplications("org.chromium.Chromium").size() == 2; }));
+    const auto found = workspace().runningApplications("org.chromium.Chromium");
     EXPECT_EQ(found.front().pid, first.pid());
     EXPECT_EQ(found.back().pid, second.pid());
-    EXPECT_TRUE(workspace().runningApplications("com.google.chrome").empty());
+    EXPECT_TRUE(workspace().runningApplications("org.chromium.chromium").empty());
 }
 
 TEST_F(X11WorkspaceTest, FindsAProgramWithoutAWindowByTheNameOfItsFileAndEndsIt) {
