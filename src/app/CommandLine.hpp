@@ -56,7 +56,17 @@ using Call = std::variant<RunAgent, SendRequest, Diagnose, ShareFiles, ShowHelp,
 /// Reads the words after the program's name, without those that macOS puts before them.
 [[nodiscard]] Call parse(std::span<const std::string_view> words);
 
-/// The usage text. English, because a terminal does not order mixed text reliably.
-[[nodiscard]] std::string_view usage();
+/// A command or option, as the usage text shows it.
+struct Synopsis {
+    std::string_view word;      ///< "status" or "--help"; empty for the program's name alone
+    std::string_view shorthand; ///< a shorter word for the same, or empty
+    std::string_view argument;  ///< the optional argument: "--json", "FILE" or empty
+    std::string_view summary;   ///< English, because a terminal does not order mixed text reliably
+};
+
+/// Every command and option, in the order of the usage text.
+[[nodiscard]] std::vector<Synopsis> synopses();
+
+[[nodiscard]] std::string usage();
 
 } // namespace quillane::commandLine

@@ -70,10 +70,35 @@ TEST(CommandLine, UnknownWordsAreNamed) {
     expectUsageError({"--version", "x"}, "unknown argument 'x'");
 }
 
-TEST(CommandLine, UsageNamesEveryCommand) {
-    for (const auto* command :
-         {"status", "doctor", "capture", "share", "history", "pause", "resume", "quit", "--help", "--version"}) {
-        EXPECT_NE(usage().find(command), std::string_view::npos) << command;
+TEST(CommandLine, UnknownCommandIsNamedBeforeItsArguments) {
+    expectUsageError({"stauts", "--json"}, "unknown command 'stauts'");
+}
+
+TEST(CommandLine, UsageHasALineForEverySynopsis) {
+    EXPECT_EQ(usage(), "usage: quillane                    start the agent, or show the settings of the one that runs\n"
+                       "       quillane status [--json]    say what the agent does\n"
+                       "       quillane doctor [--json]    say what works, and what to do about the rest\n"
+                       "       quillane share [FILE]       upload a file and show its download link\n"
+                       "       quillane history            open the clipboard history, or close it\n"
+                       "       quillane capture            select an area of the screen and copy its picture\n"
+                       "       quillane pause              pause everything\n"
+                       "       quillane resume             go on after a pause\n"
+                       "       quillane quit               end the agent\n"
+                       "       quillane --at-login         start the agent as a session does at login\n"
+                       "       quillane --help, -h         show this text\n"
+                       "       quillane --version          show the version\n");
+}
+
+TEST(CommandLine, EverySynopsisIsACall) {
+    for (const auto& synopsis : synopses()) {
+        for (const auto word : {synopsis.word, synopsis.shorthand}) {
+            if (!word.empty()) {
+                EXPECT_FALSE(std::holds_alternative<UsageError>(parsed({word}))) << word;
+            }
+            if (!word.empty() && !synopsis.argument.empty()) {
+                EXPECT_FALSE(std::holds_alternative<UsageError>(parsed({word, synopsis.argument}))) << word;
+            }
+        }
     }
 }
 
