@@ -173,7 +173,10 @@ std::filesystem::path controlSocketPath() {
     }
 #else
     if (const char* folder = std::getenv("XDG_RUNTIME_DIR"); folder && *folder == '/') {
-        return std::filesystem::path(folder) / "quillane.sock";
+        // The instances of a Flatpak application have runtime folders of their own, and this part of it in common.
+        const char* sandbox = std::getenv("FLATPAK_ID");
+        const bool isInSandbox = sandbox != nullptr && *sandbox != '\0';
+        return std::filesystem::path(folder) / (isInSandbox ? "app/" + std::string(sandbox) : "") / "quillane.sock";
     }
 #endif
     return std::filesystem::path("/tmp/quillane-" + std::to_string(::geteuid())) / "quillane.sock";
