@@ -83,6 +83,11 @@ protected:
         return std::filesystem::exists(files_.folder() / "package/Quillane.dmg");
     }
 
+    [[nodiscard]] std::string cask() const {
+        std::ifstream stream(files_.folder() / "package/quillane.rb");
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+
     static constexpr auto forOthers = "QUILLANE_SIGNING_IDENTITY='Developer ID Application: Somebody'";
 
 private:
@@ -157,6 +162,16 @@ TEST_F(MacScriptsTest, APackageForOthersNeedsKeyFeedAndServer) {
                                HasSubstr("--options runtime")));
 }
 
+TEST_F(MacScriptsTest, CaskHasTheVersionTheAddressAndTheDigestOfTheImage) {
+    const auto result = run("scripts/package-macos", "QUILLANE_DOWNLOADS=https://a.org/get");
+    EXPECT_EQ(result.status, 0) << result.output;
+    // The image of the stand-in is one empty line.
+    EXPECT_THAT(cask(), AllOf(HasSubstr("version \"" QUILLANE_VERSION "\"\n"),
+                              HasSubstr("\"https://a.org/get/v#{version}/Quillane.dmg\""),
+                              HasSubstr("\"01ba4719c80b6fe911b091a7c05124b64eeece964e09c058ef8f9805daca546b\""),
+                              Not(HasSubstr("@"))));
+}
+
 TEST_F(MacScriptsTest, RunOpensASignedCopyInTheUsersApplications) {
     const auto result = run("scripts/run --at-login");
     EXPECT_EQ(result.status, 0) << result.output;
@@ -173,7 +188,7 @@ TEST_F(MacScriptsTest, OnlyMissingPackagesAreInstalled) {
 /// macOS has bash 3.2: these run there before Homebrew's is installed.
 TEST(MacScripts, NeedNothingThatBash32Lacks) {
     for (const auto* script : {"run", "test", "install-dependencies", "package-macos", "lib/steps.sh", "lib/tests.sh",
-                               "lib/make-icon", "lib/install-application"}) {
+                               "lib/make-icon", "lib/make-cask", "lib/install-application"}) {
         std::ifstream stream(std::filesystem::path(QUILLANE_SOURCE) / "scripts" / script);
         ASSERT_TRUE(stream) << script;
         const std::string text{std::istreambuf_iterator<char>(stream), {}};
