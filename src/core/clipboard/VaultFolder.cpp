@@ -5,6 +5,7 @@
 #include "core/clipboard/VaultNames.hpp"
 #include "core/support/AtomicFile.hpp"
 #include "core/support/DiskFlush.hpp"
+#include "core/support/Uninterrupted.hpp"
 
 #include <algorithm>
 #include <cerrno>
@@ -54,11 +55,11 @@ private:
 
 bool writeAll(int descriptor, std::span<const std::byte> contents) {
     while (!contents.empty()) {
-        const auto written = write(descriptor, contents.data(), contents.size());
-        if (written < 0 && errno != EINTR) {
+        const auto written = uninterrupted([&] { return write(descriptor, contents.data(), contents.size()); });
+        if (written < 0) {
             return false;
         }
-        contents = contents.subspan(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+        contents = contents.subspan(static_cast<std::size_t>(written));
     }
     return true;
 }
@@ -67,16 +68,22 @@ bool writeAll(int descriptor, std::span<const std::byte> contents) {
 ssize_t readAll(int descriptor, std::span<std::byte> buffer) {
     std::size_t filled = 0;
     while (filled < buffer.size()) {
-        const auto count = ::read(descriptor, buffer.data() + filled, buffer.size() - filled);
+        const auto count =
+            uninterrupted([&] { return ::read(descriptor, buffer.data() + filled, buffer.size() - filled); });
         if (count == 0) {
             break;
         }
-        if (count < 0 && errno != EINTR) {
+        if (count < 0) {
             return -1;
         }
-        filled += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+        filled += static_cast<std::size_t>(count);
     }
     return static_cast<ssize_t>(filled);
+}
+
+/// A file that this creates may be read by its owner only.
+int openIn(int folder, const char* name, int flags) {
+    return uninterrupted([&] { return openat(folder, name, flags, fileMode); });
 }
 
 /// The file is a link, a socket or a device: opening it will not work the next time either.
@@ -124,7 +131,7 @@ VaultFolder::Result<VaultFolder> VaultFolder::open(const std::filesystem::path& 
 
 VaultFolder::Result<std::optional<std::vector<std::byte>>> VaultFolder::read(const std::string& name,
                                                                              std::size_t maximumBytes) const {
-    const Descriptor file(openat(descriptor_, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    const Descriptor file(openIn(descriptor_, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     if (!file.isOpen()) {
         if (errno == ENOENT) {
             return std::optional<std::vector<std::byte>>();
@@ -157,12 +164,13 @@ VaultFolder::Result<void> VaultFolder::replace(const std::string& name,
     const auto temporary = vaultNames::temporary();
     {
         const Descriptor file(
-            openat(descriptor_, temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, fileMode));
+            openIn(descriptor_, temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC));
         if (!file.isOpen()) {
             return failure(Reason::write);
         }
         const auto isWritten = [&](std::span<const std::byte> part) { return writeAll(file.get(), part); };
-        if (!std::ranges::all_of(parts, isWritten) || fchmod(file.get(), fileMode) != 0 || !flushToDisk(file.get())) {
+        if (!std::ranges::all_of(parts, isWritten) ||
+            uninterrupted([&] { return fchmod(file.get(), fileMode); }) != 0 || !flushToDisk(file.get())) {
             const auto failed = failure(Reason::write);
             unlinkat(descriptor_, temporary.c_str(), 0);
             return failed;
@@ -176,14 +184,14 @@ VaultFolder::Result<void> VaultFolder::replace(const std::string& name,
 }
 
 VaultFolder::Result<void> VaultFolder::rename(const std::string& from, const std::string& to) {
-    if (renameat(descriptor_, from.c_str(), descriptor_, to.c_str()) != 0) {
+    if (uninterrupted([&] { return renameat(descriptor_, from.c_str(), descriptor_, to.c_str()); }) != 0) {
         return failure(Reason::write);
     }
     return {};
 }
 
 VaultFolder::Result<void> VaultFolder::remove(const std::string& name) {
-    if (unlinkat(descriptor_, name.c_str(), 0) != 0 && errno != ENOENT) {
+    if (uninterrupted([&] { return unlinkat(descriptor_, name.c_str(), 0); }) != 0 && errno != ENOENT) {
         return failure(Reason::write);
     }
     return {};
@@ -201,7 +209,7 @@ VaultFolder::Result<bool> VaultFolder::contains(const std::string& name) const {
 
 VaultFolder::Result<std::vector<std::string>> VaultFolder::names() const {
     // A separate descriptor, because listing moves a folder's read position.
-    const int descriptor = openat(descriptor_, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int descriptor = openIn(descriptor_, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0) {
         return failure(Reason::folder);
     }

@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 #include "core/clipboard/VaultFaultTest.hpp"
+#include "support/SmallDisk.hpp"
 
 #include <cerrno>
-#include <fstream>
 
-#include <sched.h>
 #include <sys/mount.h>
 
 namespace quillane::core {
@@ -18,33 +17,10 @@ using testing::testKey;
 
 class VaultDiskTest : public testing::VaultFaultTest {
 protected:
-    /// Gives the calling process its own view of the file systems: directly as root, and for an ordinary user, where
-    /// the system allows it, as the owner of a user namespace (user_namespaces(7)).
-    static bool separateMounts() {
-        const auto user = std::to_string(geteuid());
-        const auto group = std::to_string(getegid());
-        if (unshare(CLONE_NEWNS) == 0) {
-            return true;
-        }
-        if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) {
-            return false;
-        }
-        // The user stays the same, and a group may be mapped only where no others can be taken.
-        return writeTo("/proc/self/setgroups", "deny") && writeTo("/proc/self/uid_map", user + ' ' + user + " 1") &&
-               writeTo("/proc/self/gid_map", group + ' ' + group + " 1");
-    }
-
-    static bool writeTo(const char* file, const std::string& line) {
-        std::ofstream stream(file);
-        stream << line << std::flush;
-        return stream.good();
-    }
-
     /// A small file system of memory in place of the folder, that only the calling process sees.
     std::string mountSmallDisk() const {
         std::filesystem::create_directories(folder_);
-        if (!separateMounts() || mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-            mount("quillane", folder_.c_str(), "tmpfs", 0, "size=256k") != 0) {
+        if (!live::separateMounts() || !live::mountSmallDisk(folder_, "256k")) {
             return "not permitted";
         }
         return {};
