@@ -15,9 +15,15 @@ std::optional<char> character(const X11Keymap& keymap, unsigned group, std::uint
     return symbol > 0x20 && symbol < 0x7f ? std::optional(static_cast<char>(symbol)) : std::nullopt;
 }
 
+/// A spare key (`X11SpareKeys`) types a Latin letter in every group, but belongs to no layout.
+bool isSpare(const X11Keymap& keymap, std::uint32_t keycode) {
+    return keymap.onlyKeysym(static_cast<xcb_keycode_t>(keycode)) != 0;
+}
+
 bool hasLatinLetters(const X11Keymap& keymap, unsigned group) {
     for (std::uint32_t keycode = keymap.firstKeycode(); keycode <= keymap.lastKeycode(); ++keycode) {
-        if (const auto found = character(keymap, group, keycode); found && *found >= 'a' && *found <= 'z') {
+        const auto found = character(keymap, group, keycode);
+        if (found && *found >= 'a' && *found <= 'z' && !isSpare(keymap, keycode)) {
             return true;
         }
     }

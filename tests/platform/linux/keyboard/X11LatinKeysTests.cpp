@@ -3,6 +3,7 @@
 #include "platform/linux/keyboard/X11LatinKeys.hpp"
 
 #include "platform/linux/keyboard/X11Session.hpp"
+#include "platform/linux/keyboard/X11SpareKeys.hpp"
 #include "platform/linux/keyboard/X11TestKeyboard.hpp"
 #include "platform/linux/x11/X11TestServer.hpp"
 
@@ -37,6 +38,17 @@ TEST_F(X11LatinKeysTest, KeyOfAHebrewLayoutIsThatOfTheLatinLayoutBesideIt) {
     EXPECT_EQ(latinKey(keymap, 1, key::leftShift), std::nullopt);
     EXPECT_EQ(latinKey(keymap, 1, 0), std::nullopt);
     EXPECT_EQ(latinKey(keymap, 1, 1000), std::nullopt);
+}
+
+TEST_F(X11LatinKeysTest, LetterOnASpareKeyBelongsToNoLayout) {
+    load("us,il", 2);
+    X11SpareKeys spareKeys(*session_->connection, *session_->keyboard);
+    std::optional<xcb_keycode_t> spare;
+    ASSERT_TRUE(waitUntil([&] { return (spare = spareKeys.keycodeFor('a')).has_value(); }));
+    const auto& keyboard = *session_->keyboard;
+    ASSERT_TRUE(waitUntil([&] { return keyboard.isCurrent() && keyboard.keymap().onlyKeysym(*spare) == 'a'; }));
+    EXPECT_EQ(latinKey(keyboard.keymap(), 1, key::w), 'w');
+    EXPECT_EQ(latinKey(keyboard.keymap(), 0, key::w), std::nullopt);
 }
 
 TEST_F(X11LatinKeysTest, LatinLayoutsOwnSymbolsCount) {
