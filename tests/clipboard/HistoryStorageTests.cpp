@@ -11,6 +11,7 @@
 #include <map>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace quillane {
 namespace {
@@ -211,6 +212,21 @@ TEST_F(SavedHistoryTest, NothingIsSavedOverAHistoryThatCannotBeReadNow) {
     EXPECT_TRUE(fs::is_regular_file(folder()));
     giveDiskBack();
     EXPECT_EQ(filesOnDisk(), before);
+}
+
+TEST_F(SavedHistoryTest, EntryThatMayNotBeReadNowIsNotDamaged) {
+    if (::geteuid() == 0) {
+        GTEST_SKIP() << "root may read every file";
+    }
+    const auto file = fileOf("two");
+    fs::permissions(file, fs::perms::none);
+    start();
+    EXPECT_THAT(manager_->setAside(), IsEmpty());
+    EXPECT_TRUE(manager_->isUnread());
+    expectNotice(texts::savedHistoryUnread);
+    fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
+    passUntilRead();
+    EXPECT_THAT(recorded(), ElementsAre("one", "two", "three"));
 }
 
 TEST_F(SavedHistoryTest, HistoryThatCanBeReadLaterIsMergedWithWhatWasCopiedMeanwhile) {
