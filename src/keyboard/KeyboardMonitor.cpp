@@ -51,7 +51,7 @@ bool isKeyboardEvent(EventType type) {
 
 } // namespace
 
-KeyboardMonitor::KeyboardMonitor(EventTap& tap, const KeyEvents& keyEvents, const Workspace& workspace,
+KeyboardMonitor::KeyboardMonitor(EventTap& tap, const KeyEvents& keyEvents, Workspace& workspace,
                                  MainQueue& mainQueue, const RTLInput& input)
     : tap_(tap), keyEvents_(keyEvents), workspace_(workspace), mainQueue_(mainQueue), input_(input) {}
 
@@ -223,8 +223,8 @@ void KeyboardMonitor::interrupt(core::UserInput input) {
 }
 
 void KeyboardMonitor::deliver(std::function<void()> handler, std::optional<pid_t> pid, bool toDirectionTarget) {
-    mainQueue_.post([this, alive = std::weak_ptr(alive_), handler = std::move(handler), pid, toDirectionTarget,
-                     generation = generation_] {
+    const auto finish = [this, alive = std::weak_ptr(alive_), handler = std::move(handler), pid, toDirectionTarget,
+                         generation = generation_] {
         if (alive.expired() || !tap_.isEnabled() || !options_.shouldMonitor() || generation != generation_) {
             return;
         }
@@ -232,6 +232,11 @@ void KeyboardMonitor::deliver(std::function<void()> handler, std::optional<pid_t
         const bool samePid = front ? front->pid == pid : !pid;
         if (samePid && (!toDirectionTarget || isDirectionTarget(front))) {
             handler();
+        }
+    };
+    mainQueue_.post([this, alive = std::weak_ptr(alive_), finish] {
+        if (!alive.expired()) {
+            workspace_.whenFrontIsKnown(finish);
         }
     });
 }

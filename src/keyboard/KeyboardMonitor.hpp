@@ -28,7 +28,7 @@ namespace quillane {
 /// still in front.
 class KeyboardMonitor {
 public:
-    KeyboardMonitor(EventTap& tap, const KeyEvents& keyEvents, const Workspace& workspace, MainQueue& mainQueue,
+    KeyboardMonitor(EventTap& tap, const KeyEvents& keyEvents, Workspace& workspace, MainQueue& mainQueue,
                     const RTLInput& input);
     ~KeyboardMonitor();
 
@@ -80,7 +80,7 @@ private:
 
     EventTap& tap_;
     const KeyEvents& keyEvents_;
-    const Workspace& workspace_;
+    Workspace& workspace_;
     MainQueue& mainQueue_;
     const RTLInput& input_;
 

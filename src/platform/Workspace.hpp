@@ -30,6 +30,11 @@ public:
 
     [[nodiscard]] virtual std::optional<RunningApplication> frontmostApplication() const = 0;
 
+    /// Calls back once `frontmostApplication` shows who was in front when this was called: where other programs
+    /// announce a switch, keys and copies may arrive before it. Calls back at once, inside the call, on a desktop that
+    /// knows without asking; never if this object has been destroyed.
+    virtual void whenFrontIsKnown(std::function<void()> callback) { callback(); }
+
     /// Running applications with exactly this bundle identifier, except this process.
     [[nodiscard]] virtual std::vector<RunningApplication> runningApplications(std::string_view bundleID) const = 0;
 

@@ -62,6 +62,15 @@ TYPED_TEST_P(WorkspaceContract, GivesNoticeOfEachActivation) {
     }
 }
 
+TYPED_TEST_P(WorkspaceContract, CallsBackOnceItIsKnownWhoIsInFront) {
+    const auto process = this->driver.open(TypeParam::first);
+    ASSERT_TRUE(this->comesToFront(process));
+    int calls = 0;
+    this->driver.workspace().whenFrontIsKnown([&] { ++calls; });
+    EXPECT_TRUE(this->driver.waitUntil([&] { return calls == 1; }));
+    EXPECT_EQ(this->driver.workspace().frontmostApplication()->pid, process);
+}
+
 TYPED_TEST_P(WorkspaceContract, KnowsWhichProcessesRun) {
     const auto pid = this->driver.open(TypeParam::first);
     ASSERT_TRUE(this->comesToFront(pid));
@@ -127,7 +136,7 @@ TYPED_TEST_P(WorkspaceContract, AnApplicationBehindComesToTheFrontWhenAsked) {
 }
 
 REGISTER_TYPED_TEST_SUITE_P(WorkspaceContract, ReportsTheApplicationInFront, GivesNoticeOfEachActivation,
-                            KnowsWhichProcessesRun, ADroppedTokenEndsTheNotices,
+                            CallsBackOnceItIsKnownWhoIsInFront, KnowsWhichProcessesRun, ADroppedTokenEndsTheNotices,
                             FindsRunningApplicationsByTheirExactIdentifier, AnApplicationBehindComesToTheFrontWhenAsked,
                             AnApplicationThatIsAskedToQuitIsGone, AProcessThatDoesNotRunCannotBeAskedToQuit);
 

@@ -15,6 +15,13 @@ std::optional<RunningApplication> FakeWorkspace::frontmostApplication() const {
     return found == running_.end() ? std::nullopt : std::optional(*found);
 }
 
+void FakeWorkspace::whenFrontIsKnown(std::function<void()> callback) {
+    if (const auto pid = std::exchange(unnoticed_, std::nullopt)) {
+        activate(*pid);
+    }
+    callback();
+}
+
 std::vector<RunningApplication> FakeWorkspace::runningApplications(std::string_view bundleID) const {
     note(journal, "runningApplications");
     std::vector<RunningApplication> found;

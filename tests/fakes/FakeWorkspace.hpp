@@ -18,6 +18,7 @@ public:
     explicit FakeWorkspace(MainQueue& queue) : queue_(queue) {}
 
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override;
+    void whenFrontIsKnown(std::function<void()> callback) override;
     [[nodiscard]] std::vector<RunningApplication> runningApplications(std::string_view bundleID) const override;
     [[nodiscard]] bool isRunning(pid_t pid) const override;
     bool activateApplication(pid_t pid) override;
@@ -37,6 +38,9 @@ public:
 
     /// Brings an application to the front and gives notice. Throws when it does not run.
     void activate(pid_t pid);
+
+    /// Brings an application to the front, of which this program learns when it asks who is known to be there.
+    void activateUnnoticed(pid_t pid) { unnoticed_ = pid; }
 
     /// The application quits by itself; nothing is in front when it was.
     void quit(pid_t pid);
@@ -83,6 +87,7 @@ private:
 
     std::vector<RunningApplication> running_;
     std::optional<pid_t> front_;
+    std::optional<pid_t> unnoticed_; ///< in front since a switch that this program has not learned of
     pid_t nextPid_ = 1001;
     bool launchedAtLogin_ = false;
     bool refusesTermination_ = false;

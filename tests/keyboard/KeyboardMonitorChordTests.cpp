@@ -227,6 +227,11 @@ constexpr Hindrance hindrances[] = {
              [](auto& options) { options.shiftEnglish = options.languageSwitch = options.writingDirection = false; });
      }},
     {"OtherApplication", [](testing::MonitoredDesktop& world) { world.desktop.switchTo("com.apple.Notes"); }},
+    {"SwitchThatIsLearnedOfLater",
+     [](testing::MonitoredDesktop& world) {
+         auto& workspace = world.desktop.workspace;
+         workspace.activateUnnoticed(workspace.open("com.apple.TextEdit"));
+     }},
     {"NoApplication", [](testing::MonitoredDesktop& world) { world.desktop.workspace.activateNothing(); }},
     {"ApplicationQuit",
      [](testing::MonitoredDesktop& world) { world.desktop.workspace.quit(world.desktop.frontPid()); }},

@@ -101,13 +101,15 @@ void addUnavailableKeyboard(Platform& platform, const LaunchOptions& options) {
 }
 
 /// The clipboard of the X server, which a Wayland session keeps in step with its own; without one, Qt's.
-std::unique_ptr<Pasteboard> makePasteboard(const LinuxDesktop& desktop, LinuxSession& session) {
+std::unique_ptr<Pasteboard> makePasteboard(const LinuxDesktop& desktop, LinuxSession& session, Workspace& workspace) {
     auto connection = X11Connection::open(desktop.x11Display);
     if (!connection) {
         return std::make_unique<QtPasteboard>();
     }
     session.pasteboard = std::move(*connection);
-    return std::make_unique<X11Pasteboard>(*session.pasteboard);
+    return std::make_unique<X11Pasteboard>(
+        *session.pasteboard, X11PasteboardLimits{},
+        [&workspace](std::function<void()> callback) { workspace.whenFrontIsKnown(std::move(callback)); });
 }
 
 /// Keys that are posted in the way that the application in front expects.
@@ -187,7 +189,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.windowTraits = std::make_unique<LinuxWindowTraits>();
     platform.sleepAssertions = std::make_unique<LinuxSleepAssertions>(
         session->bus, session->x11 ? std::make_unique<X11Blanking>(*session->x11->connection) : nullptr);
-    platform.pasteboard = makePasteboard(desktop, *session);
+    platform.pasteboard = makePasteboard(desktop, *session, *platform.workspace);
     if (session->x11) {
         platform.keyEvents = makeKeyEvents(platform, *session, installed);
         platform.areaCapture = std::make_unique<X11AreaCapture>(*platform.pasteboard, *platform.mainQueue);

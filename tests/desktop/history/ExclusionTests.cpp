@@ -4,6 +4,8 @@
 #include "desktop/agent/LiveForm.hpp"
 #include "desktop/history/LiveHistory.hpp"
 
+#include <csignal>
+
 namespace quillane::live {
 namespace {
 
@@ -25,6 +27,19 @@ protected:
         startHistory();
     }
 };
+
+TEST_F(LiveExclusionTest, HoldsWhenTheAgentLearnsOfTheSwitchAndTheCopyTogether) {
+    startExcluding("Notes");
+    const auto other = required(LiveForm::start(desktop(), "plain", "Other"));
+    copy("from the other one");
+    ASSERT_TRUE(hasEntries(1));
+    ASSERT_EQ(kill(agent().process().pid(), SIGSTOP), 0); // as a busy machine stops it for a while
+    const auto notes = LiveForm::start(desktop(), "plain", "notes");
+    copy("in notes");
+    ASSERT_EQ(kill(agent().process().pid(), SIGCONT), 0);
+    ASSERT_TRUE(notes) << notes.error();
+    EXPECT_TRUE(holdsFor(milliseconds{1'000}, [&] { return agent().status().at("clipboard").at("entries") == 1; }));
+}
 
 TEST_F(LiveExclusionTest, HoldsHoweverTheApplicationsWindowsAreCalled) {
     startExcluding("Notes");

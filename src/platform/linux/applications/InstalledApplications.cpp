@@ -24,6 +24,14 @@ void InstalledApplications::read(std::function<void()> done) {
     }
 }
 
+void InstalledApplications::whenRead(std::function<void()> done) {
+    if (isReading_) {
+        waiting_.push_back(std::move(done));
+    } else {
+        done();
+    }
+}
+
 void InstalledApplications::lookFor(const std::string& windowClass) {
     if (lookedFor_.size() >= mostClasses) {
         lookedFor_.clear();

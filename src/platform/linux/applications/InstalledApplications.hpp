@@ -27,6 +27,10 @@ public:
     /// Reads the entries again and then calls `done`, never inside the call, unless this object has been destroyed.
     void read(std::function<void()> done = {});
 
+    /// Calls `done` once no reading is in progress: at once, or when the one in progress has finished. Not called if
+    /// this object has been destroyed.
+    void whenRead(std::function<void()> done);
+
     /// Reads the entries again if this window may belong to an application that has been installed since. Each class is
     /// looked up once.
     void lookFor(const std::string& windowClass);

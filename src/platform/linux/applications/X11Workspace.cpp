@@ -66,6 +66,22 @@ struct X11Workspace::Reading {
     pid_t windowSaid = 0; ///< from _NET_WM_PID
     WindowNames names;
     bool closes = false;
+    std::shared_ptr<FrontReading> front; ///< set for the window in front
+};
+
+/// Held by the handlers of the answers that decide who is in front. The last one that goes ends the reading.
+struct X11Workspace::FrontReading {
+    FrontReading() = default;
+    FrontReading(const FrontReading&) = delete;
+    FrontReading& operator=(const FrontReading&) = delete;
+
+    ~FrontReading() {
+        for (const auto& callback : waiting) {
+            callback();
+        }
+    }
+
+    std::vector<std::function<void()>> waiting;
 };
 
 X11Workspace::X11Workspace(X11Connection& connection, std::shared_ptr<InstalledApplications> installed,
@@ -175,6 +191,30 @@ bool X11Workspace::terminate(pid_t pid) {
     return asked || kill(pid, SIGTERM) == 0;
 }
 
+void X11Workspace::whenFrontIsKnown(std::function<void()> callback) {
+    const auto identified = [this, alive = std::weak_ptr(alive_), callback = std::move(callback)] {
+        if (!alive.expired()) {
+            installed_->whenRead([alive, callback] {
+                if (!alive.expired()) {
+                    callback();
+                }
+            });
+        }
+    };
+    identified();
+    return;
+    // The answer follows every event that precedes the request.
+    connection_.await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection_.raw()), alive_,
+                                                   [this, identified](const xcb_get_input_focus_reply_t*) {
+                                                       if (const auto reading = frontReading_.lock()) {
+                                                           reading->waiting.emplace_back(identified);
+                                                       } else {
+                                                           identified();
+                                                       }
+                                                   });
+    connection_.flush();
+}
+
 core::Subscription X11Workspace::onDidActivateApplication(std::function<void()> callback) {
     return activated_.subscribe(std::move(callback));
 }
@@ -221,10 +261,20 @@ void X11Workspace::handle(const xcb_generic_event_t& event) {
     }
 }
 
+/// The reading in progress, or a new one.
+std::shared_ptr<X11Workspace::FrontReading> X11Workspace::frontReading() {
+    auto reading = frontReading_.lock();
+    if (!reading) {
+        reading = std::make_shared<FrontReading>();
+        frontReading_ = reading;
+    }
+    return reading;
+}
+
 void X11Workspace::readManager() {
     const auto cookie =
         xcb_get_property(connection_.raw(), 0, connection_.root(), atoms_.supportingCheck, XCB_ATOM_WINDOW, 0, 1);
-    connection_.await<xcb_get_property_reply_t>(cookie, alive_, [this](const xcb_get_property_reply_t* reply) {
+    connection_.await<xcb_get_property_reply_t>(cookie, alive_, [this, front = frontReading()](const auto* reply) {
         // The property may be stale: a living window manager's window names itself.
         const auto window = firstItem(reply);
         if (window == noWindow) {
@@ -236,9 +286,7 @@ void X11Workspace::readManager() {
         xcb_change_window_attributes(c, window, XCB_CW_EVENT_MASK, &mask);
         connection_.await<xcb_get_property_reply_t>(
             xcb_get_property(c, 0, window, atoms_.supportingCheck, XCB_ATOM_WINDOW, 0, 1), alive_,
-            [this, window](const xcb_get_property_reply_t* own) {
-                setManager(firstItem(own) == window ? window : noWindow);
-            });
+            [this, window, front](const auto* own) { setManager(firstItem(own) == window ? window : noWindow); });
     });
 }
 
@@ -259,9 +307,9 @@ void X11Workspace::setManager(xcb_window_t window) {
 void X11Workspace::readActiveWindow() {
     const auto cookie =
         xcb_get_property(connection_.raw(), 0, connection_.root(), atoms_.activeWindow, XCB_ATOM_WINDOW, 0, 1);
-    connection_.await<xcb_get_property_reply_t>(cookie, alive_, [this](const xcb_get_property_reply_t* reply) {
+    connection_.await<xcb_get_property_reply_t>(cookie, alive_, [this, front = frontReading()](const auto* reply) {
         if (manager_ != noWindow) {
-            setFrontWindow(firstItem(reply));
+            setFrontWindow(firstItem(reply), front);
         }
     });
 }
@@ -296,7 +344,7 @@ void X11Workspace::readFocus() {
         return;
     }
     connection_.await<xcb_get_input_focus_reply_t>(
-        xcb_get_input_focus(connection_.raw()), alive_, [this](const xcb_get_input_focus_reply_t* reply) {
+        xcb_get_input_focus(connection_.raw()), alive_, [this, front = frontReading()](const auto* reply) {
             if (!unmanaged_) {
                 return;
             }
@@ -307,25 +355,26 @@ void X11Workspace::readFocus() {
                 const std::uint32_t mask = XCB_EVENT_MASK_FOCUS_CHANGE; // to notice when it loses the focus
                 xcb_change_window_attributes(connection_.raw(), window, XCB_CW_EVENT_MASK, &mask);
             }
-            setFrontWindow(isWindow ? window : noWindow);
+            setFrontWindow(isWindow ? window : noWindow, front);
         });
 }
 
-void X11Workspace::setFrontWindow(xcb_window_t window) {
+void X11Workspace::setFrontWindow(xcb_window_t window, const std::shared_ptr<FrontReading>& reading) {
     frontWindow_ = window;
     forgetOthers();
     if (window == noWindow) {
         setFront(std::nullopt);
     } else {
-        readWindow(window); // even if it is known: window numbers are reused
+        readWindow(window, reading); // even if it is known: window numbers are reused
     }
 }
 
-void X11Workspace::readWindow(xcb_window_t window) {
+void X11Workspace::readWindow(xcb_window_t window, std::shared_ptr<FrontReading> front) {
     auto* c = connection_.raw();
     windows_.try_emplace(window);
     const auto reading = std::make_shared<Reading>(); // shared by the handlers of its answers
     reading->window = window;
+    reading->front = std::move(front);
     if (connection_.extensions().hasClientIds) {
         const xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
         connection_.await<xcb_res_query_client_ids_reply_t>(

@@ -30,6 +30,11 @@ public:
     ~X11Workspace() override;
 
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override;
+
+    /// After the events that the server has sent by now, and once the application that they bring to the front has been
+    /// identified.
+    void whenFrontIsKnown(std::function<void()> callback) override;
+
     /// If none has a window: programs with this file name that are connected to the X server.
     [[nodiscard]] std::vector<RunningApplication> runningApplications(std::string_view bundleID) const override;
 
@@ -59,6 +64,7 @@ private:
     };
 
     struct Reading;
+    struct FrontReading;
 
     struct Atoms {
         xcb_atom_t supportingCheck, activeWindow, clientList, closeWindow, pid, protocols, deleteWindow;
@@ -73,8 +79,9 @@ private:
     void readClients();
     void setClients(std::vector<xcb_window_t> clients);
     void readFocus();
-    void setFrontWindow(xcb_window_t window);
-    void readWindow(xcb_window_t window);
+    void setFrontWindow(xcb_window_t window, const std::shared_ptr<FrontReading>& reading);
+    std::shared_ptr<FrontReading> frontReading();
+    void readWindow(xcb_window_t window, std::shared_ptr<FrontReading> front = nullptr);
     void readClass(const std::shared_ptr<Reading>& reading, xcb_window_t window, int levels);
     void finish(const Reading& reading);
     [[nodiscard]] std::optional<std::string> identifierOf(const Window& window) const;
@@ -93,7 +100,8 @@ private:
     std::vector<xcb_window_t> clients_;          ///< in the order in which they were opened
     std::map<xcb_window_t, Window> windows_;     ///< of the clients and the front window
     std::optional<RunningApplication> front_;
-    mutable X11Clients clientPrograms_; ///< asks the server again while it is read
+    std::weak_ptr<FrontReading> frontReading_; ///< shared by the pending answers that decide who is in front
+    mutable X11Clients clientPrograms_;        ///< asks the server again while it is read
     core::Listeners<> activated_;
     LogindWake wake_;
     std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending answers

@@ -37,10 +37,11 @@ bool isFatal(std::optional<Failure> failure) {
 
 } // namespace
 
-X11Pasteboard::X11Pasteboard(X11Connection& connection, X11PasteboardLimits limits)
+X11Pasteboard::X11Pasteboard(X11Connection& connection, X11PasteboardLimits limits, WhenFrontIsKnown whenFrontIsKnown)
     : connection_(connection),
       reader_(connection, atomOf(connection, "CLIPBOARD"), limits.reading),
-      owner_(connection, atomOf(connection, "CLIPBOARD"), limits.writing) {
+      owner_(connection, atomOf(connection, "CLIPBOARD"), limits.writing),
+      whenFrontIsKnown_(std::move(whenFrontIsKnown)) {
     std::vector<std::string_view> names{"CLIPBOARD", "TARGETS"};
     names.insert(names.end(), clipboardTargets::known().begin(), clipboardTargets::known().end());
     const auto atoms = connection_.internAtoms(names);
@@ -53,6 +54,7 @@ X11Pasteboard::X11Pasteboard(X11Connection& connection, X11PasteboardLimits limi
     events_ = connection_.onEvent([this](const xcb_generic_event_t& event) { handle(event); });
     losses_ = connection_.onLost([this] {
         askAgain_.stop();
+        fetch_.reset();
         takeovers_ = 0;
         ++changeCount_;
         items_.clear();
@@ -99,6 +101,18 @@ void X11Pasteboard::ownerChanged(xcb_window_t owner, xcb_timestamp_t time) {
     owner_.lost();
     cancelFetch();
     items_.clear();
+    if (!whenFrontIsKnown_) {
+        announce(owner, time);
+        return;
+    }
+    whenFrontIsKnown_([this, fetch = std::weak_ptr(fetch_), owner, time] {
+        if (!fetch.expired()) { // nobody has taken the clipboard since
+            announce(owner, time);
+        }
+    });
+}
+
+void X11Pasteboard::announce(xcb_window_t owner, xcb_timestamp_t time) {
     const auto change = ++changeCount_;
     changes_.notify();
     if (change == changeCount_ && owner != XCB_WINDOW_NONE && interest_) {
@@ -110,6 +124,7 @@ void X11Pasteboard::ownerChanged(xcb_window_t owner, xcb_timestamp_t time) {
 // Fetching
 
 void X11Pasteboard::cancelFetch() {
+    fetch_ = std::make_shared<int>();
     reader_.cancel();
     askAgain_.stop();
     refusals_ = 0;

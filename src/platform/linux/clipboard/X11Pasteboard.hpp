@@ -30,7 +30,13 @@ struct X11PasteboardLimits {
 /// is interest in them, and read from memory. The connection must be the pasteboard's own (see X11SelectionOwner).
 class X11Pasteboard final : public Pasteboard {
 public:
-    explicit X11Pasteboard(X11Connection& connection, X11PasteboardLimits limits = {});
+    /// Calls back once the application that was in front at the time of the call is known.
+    using WhenFrontIsKnown = std::function<void(std::function<void()>)>;
+
+    /// A change by another program is announced after `whenFrontIsKnown`, so that it is not attributed to the
+    /// application that was in front before; without it, at once.
+    explicit X11Pasteboard(X11Connection& connection, X11PasteboardLimits limits = {},
+                           WhenFrontIsKnown whenFrontIsKnown = nullptr);
 
     [[nodiscard]] std::int64_t changeCount() const override { return changeCount_; }
 
@@ -56,6 +62,7 @@ private:
     void follow();
     void handle(const xcb_generic_event_t& event);
     void ownerChanged(xcb_window_t owner, xcb_timestamp_t time);
+    void announce(xcb_window_t owner, xcb_timestamp_t time);
     [[nodiscard]] std::vector<std::string_view> wanted() const;
     void fetchTargets();
     void fetchWanted();
@@ -73,12 +80,14 @@ private:
     std::unordered_map<std::string_view, xcb_atom_t> atoms_;
     X11SelectionReader reader_;
     X11SelectionOwner owner_;
+    const WhenFrontIsKnown whenFrontIsKnown_;
     Interest interest_;
     std::int64_t changeCount_ = 1;
     int takeovers_ = 0; ///< takeovers of the selection by this program that the server has not confirmed yet
     std::vector<Item> items_;
 
     // The current fetch
+    std::shared_ptr<void> fetch_; ///< replaced when it is cancelled; shared with a pending announcement
     xcb_timestamp_t time_ = XCB_CURRENT_TIME;
     QTimer askAgain_;
     int refusals_ = 0;       ///< number of repeated requests to the owner

@@ -7,8 +7,10 @@
 #include "platform/linux/applications/InstalledApplications.hpp"
 #include "platform/linux/x11/WindowProcess.hpp"
 #include "platform/linux/x11/X11Connection.hpp"
+#include "platform/linux/x11/X11Properties.hpp"
 #include "platform/linux/x11/X11TestServer.hpp"
 #include "support/TemporaryFiles.hpp"
+#include "support/Waiting.hpp"
 
 #include <gmock/gmock.h>
 
@@ -70,6 +72,18 @@ protected:
         });
     }
 
+    /// Waits for the window manager without handling the workspace's events.
+    [[nodiscard]] bool isActiveOnTheServer(const WindowProcess& process) {
+        const auto peer = std::move(*X11Connection::open(server_.display()));
+        const auto activeWindow = peer->internAtoms(std::array<std::string_view, 1>{"_NET_ACTIVE_WINDOW"}).front();
+        return live::waitUntil([&] {
+            const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+                peer->raw(), xcb_get_property(peer->raw(), 0, peer->root(), activeWindow, XCB_ATOM_WINDOW, 0, 1),
+                nullptr));
+            return firstItem(reply.get()) == process.window();
+        });
+    }
+
     /// As a click on the task bar does.
     void activate(const WindowProcess& process) {
         const std::array<std::string_view, 1> names{"_NET_ACTIVE_WINDOW"};
@@ -125,6 +139,22 @@ TEST_F(X11WorkspaceTest, AWindowBelongsToTheApplicationWhoseEntryIsCalledAsItIs)
     startWindowManager();
     const WindowProcess window("org.example.Editor");
     EXPECT_TRUE(isInFrontAs("Editor"));
+}
+
+TEST_F(X11WorkspaceTest, KnowsWhoIsInFrontAfterEventsThatItHasNotReadYet) {
+    install("org.example.editor", "Exec=editor\n");
+    startWindowManager();
+    const WindowProcess first("First");
+    ASSERT_TRUE(comesToFront(first));
+    const WindowProcess editor("org.example.Editor");
+    ASSERT_TRUE(isActiveOnTheServer(editor));
+    std::optional<std::string> front;
+    workspace().whenFrontIsKnown([&] {
+        const auto application = workspace().frontmostApplication();
+        front = application ? application->bundleID.value_or("") : "";
+    });
+    ASSERT_TRUE(waitUntil([&] { return front.has_value(); }));
+    EXPECT_EQ(front, "Editor");
 }
 
 TEST_F(X11WorkspaceTest, AnApplicationThatIsInstalledMeanwhileIsKnownByItsFirstWindow) {

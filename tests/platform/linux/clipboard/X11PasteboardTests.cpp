@@ -178,6 +178,37 @@ TEST_F(X11PasteboardTest, CountMovesWhenTheCopyIsMadeHoweverLateItsContentsArriv
     EXPECT_EQ(pasteboard_.changeCount(), before + 1);
 }
 
+TEST_F(X11PasteboardTest, CopyIsAnnouncedOnceTheApplicationInFrontIsKnown) {
+    std::vector<std::function<void()>> waiting;
+    X11Pasteboard pasteboard(*connection_, patient,
+                             [&](std::function<void()> callback) { waiting.push_back(std::move(callback)); });
+    int notices = 0;
+    const auto counting = pasteboard.onChanged([&] { ++notices; });
+    const auto before = pasteboard.changeCount();
+    peer_.own({{"UTF8_STRING", "first"}});
+    ASSERT_TRUE(waitUntil([&] { return waiting.size() == 1; }));
+    peer_.own({{"UTF8_STRING", "second"}});
+    ASSERT_TRUE(waitUntil([&] { return waiting.size() == 2; }));
+    EXPECT_EQ(pasteboard.changeCount(), before);
+    waiting[0](); // the copy has been replaced
+    EXPECT_EQ(notices, 0);
+    waiting[1]();
+    EXPECT_EQ(notices, 1);
+    EXPECT_EQ(pasteboard.changeCount(), before + 1);
+}
+
+TEST_F(X11PasteboardTest, CopyThatIsReplacedBeforeItIsAnnouncedNeverIs) {
+    std::vector<std::function<void()>> waiting;
+    X11Pasteboard pasteboard(*connection_, patient,
+                             [&](std::function<void()> callback) { waiting.push_back(std::move(callback)); });
+    peer_.own({{"UTF8_STRING", "theirs"}});
+    ASSERT_TRUE(waitUntil([&] { return waiting.size() == 1; }));
+    pasteboard.clear();
+    const auto cleared = pasteboard.changeCount();
+    waiting[0]();
+    EXPECT_EQ(pasteboard.changeCount(), cleared);
+}
+
 TEST_F(X11PasteboardTest, CopyThatANoticeReplacesIsNotFetched) {
     const auto replacing = pasteboard_.onChanged([&] {
         if (notices_ == 1) {
