@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 #include "app/AppDelegate.hpp"
-#include "app/AppServices.hpp"
 #include "app/CommandLine.hpp"
 #include "app/Doctor.hpp"
 #include "core/preferences/AppPreferences.hpp"
@@ -10,9 +9,7 @@
 #include "core/support/Url.hpp"
 #include "platform/Platform.hpp"
 #include "platform/common/ExitHandler.hpp"
-#include "platform/common/ThreadFileExaminer.hpp"
 #include "platform/common/control/ControlSocket.hpp"
-#include "platform/common/curl/CurlUrlSessions.hpp"
 #include "platform/common/qt/TerminationSignals.hpp"
 #include "settings/SettingsModel.hpp"
 
@@ -122,52 +119,13 @@ ControlReply diagnose(int argc, char** argv, const commandLine::Diagnose& call, 
     if (!error) {
         const auto made = makePlatform({});
         if (const auto* platform = std::get_if<Platform>(&made)) {
-            facts.session = doctor::sessionFacts({.permissions = *platform->permissions,
-                                                  .inputSources = *platform->inputSources,
-                                                  .pasteboard = *platform->pasteboard,
-                                                  .loginItem = *platform->loginItem,
-                                                  .updater = platform->updater.get()},
-                                                 respondent);
+            facts.session = doctor::sessionFacts(*platform, respondent);
         } else {
             error = std::get<PlatformError>(made);
         }
     }
     facts.desktopError = error ? error->message : "";
     return doctor::report(facts, call.json);
-}
-
-AppServices services(const Platform& platform, CurlUrlSessions& urlSessions, ThreadFileExaminer& fileExaminer) {
-    return {.desktop = platform.desktop,
-            .mainQueue = *platform.mainQueue,
-            .userDefaults = *platform.userDefaults,
-            .workspace = *platform.workspace,
-            .applicationCatalog = *platform.applicationCatalog,
-            .inputSources = *platform.inputSources,
-            .keyEvents = *platform.keyEvents,
-            .eventTap = *platform.eventTap,
-            .accessibility = *platform.accessibility,
-            .permissions = *platform.permissions,
-            .statusItem = *platform.statusItem,
-            .applicationMenu = *platform.applicationMenu,
-            .windowTraits = *platform.windowTraits,
-            .windowList = *platform.windowList,
-            .pasteboard = *platform.pasteboard,
-            .areaCapture = *platform.areaCapture,
-            .hotKeys = *platform.hotKeys,
-            .secureInput = *platform.secureInput,
-            .secretStore = *platform.secretStore,
-            .vaultQueue = *platform.vaultQueue,
-            .imageQueue = *platform.imageQueue,
-            .fileQueue = *platform.fileQueue,
-            .filePanel = *platform.filePanel,
-            .systemSymbols = *platform.systemSymbols,
-            .servicesMenu = *platform.servicesMenu,
-            .urlSessions = urlSessions.factory(),
-            .fileExaminer = fileExaminer.examiner(),
-            .launcher = *platform.launcher,
-            .loginItem = *platform.loginItem,
-            .systemInspector = *platform.systemInspector,
-            .updater = platform.updater.get()};
 }
 
 /// Becomes the agent, or asks the user's running agent to show itself.
@@ -201,10 +159,8 @@ int runAgent(int argc, char** argv, const commandLine::RunAgent& call) {
     core::installationMigration::migratePreferences(*platform->userDefaults, platform->legacyPreferences);
     core::AppPreferences preferences(*platform->userDefaults);
     SettingsModel model(*platform->userDefaults, *platform->sleepAssertions);
-    CurlUrlSessions urlSessions(*platform->mainQueue, platform->proxySettings);
-    ThreadFileExaminer fileExaminer(*platform->mainQueue);
     AppDelegate delegate(
-        services(*platform, urlSessions, fileExaminer), preferences, model,
+        *platform, preferences, model,
         {.version = QUILLANE_VERSION,
          .keyboardAvailable = !platform->keyboardUnavailableReason,
          .legacyBundleID = std::string(core::installationMigration::legacyBundleID),

@@ -6,7 +6,6 @@
 
 #include "clipboard/panel/HistoryPanel.hpp"
 #include "fakes/FakeClipboardHistory.hpp"
-#include "fakes/FakeWindowTraits.hpp"
 #include "support/OffscreenApplication.hpp"
 
 #include <QAbstractItemView>
@@ -52,7 +51,6 @@ public:
 
 struct Bench : fakes::FakeClipboardHistory {
     Bench() {
-        permissions.grant(core::MacPermission::accessibility);
         manager.start();
         settle();
         auto options = manager.options();
@@ -107,16 +105,10 @@ struct Bench : fakes::FakeClipboardHistory {
 
     fakes::OffscreenApplication application;
     core::AppPreferences preferences{userDefaults};
-    fakes::FakeSerialQueue imageQueue;
-    fakes::FakeSerialQueue fileQueue;
-    fakes::FakeWindowTraits windowTraits;
     PaintWatch watch;
-    HistoryPanel window{{.panel = panel,
+    HistoryPanel window{{.platform = platform,
+                         .panel = panel,
                          .preferences = preferences,
-                         .windowTraits = windowTraits,
-                         .mainQueue = queue,
-                         .imageQueue = imageQueue,
-                         .fileQueue = fileQueue,
                          .symbol = [](const std::string&, const QColor&) { return QIcon(); },
                          .openSettings = [] {}}};
 };

@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <memory>
 #include <type_traits>
+#include <utility>
 
 namespace quillane::bench {
 
@@ -16,7 +18,7 @@ class CountingAccessibility final : public Accessibility {
 public:
     using Clock = std::chrono::steady_clock;
 
-    explicit CountingAccessibility(Accessibility& real) : real_(real) {}
+    explicit CountingAccessibility(std::unique_ptr<Accessibility> real) : owned_(std::move(real)) {}
 
     int calls = 0;
     Clock::duration time{};
@@ -75,7 +77,8 @@ private:
         return result;
     }
 
-    Accessibility& real_;
+    std::unique_ptr<Accessibility> owned_;
+    Accessibility& real_ = *owned_;
 };
 
 } // namespace quillane::bench

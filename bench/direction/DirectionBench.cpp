@@ -61,7 +61,8 @@ void pause(Clock::duration time) {
 /// Adds up the requested delays.
 class DelayedQueue final : public MainQueue {
 public:
-    DelayedQueue(MainQueue& real, CountingAccessibility& accessibility) : real_(real), accessibility_(accessibility) {}
+    DelayedQueue(std::unique_ptr<MainQueue> real, CountingAccessibility& accessibility)
+        : owned_(std::move(real)), accessibility_(accessibility) {}
 
     Clock::duration delays{};
 
@@ -78,9 +79,19 @@ public:
     }
 
 private:
-    MainQueue& real_;
+    std::unique_ptr<MainQueue> owned_;
+    MainQueue& real_ = *owned_;
     CountingAccessibility& accessibility_;
 };
+
+/// Puts a counting object in the place of a real one, which it owns and passes calls on to.
+template <typename Counting, typename Interface, typename... Arguments>
+Counting& wrap(std::unique_ptr<Interface>& place, Arguments&... arguments) {
+    auto made = std::make_unique<Counting>(std::move(place), arguments...);
+    auto& counting = *made;
+    place = std::move(made);
+    return counting;
+}
 
 /// The path of a chord in this process, to be measured: from the event tap to the adapter's report.
 class ChordRoad {
@@ -88,10 +99,10 @@ public:
     ChordRoad(Platform& platform, live::LiveDesktop& desktop, const live::LiveBrowser& browser)
         : desktop_(desktop),
           browser_(browser),
-          accessibility_(*platform.accessibility),
-          queue_(*platform.mainQueue, accessibility_),
+          accessibility_(wrap<CountingAccessibility>(platform.accessibility)),
+          queue_(wrap<DelayedQueue>(platform.mainQueue, accessibility_)),
           input_(*platform.inputSources, accessibility_, *platform.workspace),
-          monitor_(*platform.eventTap, *platform.keyEvents, *platform.workspace, queue_, input_),
+          monitor_(platform, input_),
           commands_(
               {accessibility_, *platform.workspace, queue_, *platform.userDefaults}, [] { return true; },
               [this](const core::LocalizedText& text) { said_ = text.rendered(core::AppLanguage::english); }) {
@@ -166,8 +177,8 @@ private:
 
     live::LiveDesktop& desktop_;
     const live::LiveBrowser& browser_;
-    CountingAccessibility accessibility_;
-    DelayedQueue queue_;
+    CountingAccessibility& accessibility_;
+    DelayedQueue& queue_;
     RTLInput input_;
     KeyboardMonitor monitor_;
     DirectionCommands commands_;

@@ -3,11 +3,8 @@
 #include "fileshare/WindowBench.hpp"
 
 #include "core/fileshare/FileShareServer.hpp"
-#include "fakes/FakeFilePanel.hpp"
-#include "fakes/FakePasteboard.hpp"
+#include "fakes/FakeDesktop.hpp"
 #include "fakes/FakeProxySettings.hpp"
-#include "fakes/FakeUserDefaults.hpp"
-#include "fakes/FakeWindowTraits.hpp"
 #include "fileshare/FileShareWindow.hpp"
 #include "platform/common/ThreadFileExaminer.hpp"
 #include "platform/common/curl/CurlUrlSessions.hpp"
@@ -58,19 +55,13 @@ int uploadInWindow(int argc, char** argv, const std::string& address, const std:
     QtMainQueue queue;
     CurlUrlSessions sessions(queue, std::make_shared<fakes::FakeProxySettings>());
     ThreadFileExaminer examiner(queue);
-    fakes::FakeUserDefaults defaults;
-    core::FileShareServer::validating(address).value().save(defaults);
-    core::AppPreferences preferences(defaults);
-    fakes::FakePasteboard pasteboard;
-    fakes::FakeFilePanel panel;
-    fakes::FakeWindowTraits traits;
-    const FileShareServices services{.userDefaults = defaults,
+    fakes::FakeDesktop desktop;
+    desktop.platform.urlSessions = sessions.factory();
+    desktop.platform.fileExaminer = examiner.examiner();
+    core::FileShareServer::validating(address).value().save(desktop.userDefaults);
+    core::AppPreferences preferences(desktop.userDefaults);
+    const FileShareServices services{.platform = desktop.platform,
                                      .preferences = preferences,
-                                     .pasteboard = pasteboard,
-                                     .filePanel = panel,
-                                     .windowTraits = traits,
-                                     .sessions = sessions.factory(),
-                                     .examiner = examiner.examiner(),
                                      .chooseServer = [] {},
                                      .symbol = [](const std::string&, const QColor&) { return QIcon(); }};
     FileShareWindow window(core::Url::fromFilePath(file), services);

@@ -6,6 +6,7 @@
 
 #include "keyboard/KeyboardMonitor.hpp"
 #include "keyboard/RTLInput.hpp"
+#include "platform/Platform.hpp"
 
 #include <benchmark/benchmark.h>
 
@@ -154,21 +155,28 @@ private:
 
 /// A running monitor with every feature on and something connected to each handler.
 struct World {
-    explicit World(InputSource source) : sources(std::move(source)) {
+    explicit World(InputSource source) : platform(with(std::move(source))) {
         monitor.onDirection = [](core::WritingDirection) {};
         monitor.onLanguageSwitch = monitor.onDisabled = monitor.onKeyboardActivity = [] {};
         monitor.onInterruption = [](core::UserInput) {};
         monitor.setOptions(core::FeatureOptions());
     }
 
-    BenchTap tap;
-    BenchKeyEvents keyEvents;
-    BenchWorkspace workspace;
-    BenchQueue queue;
-    BenchInputSources sources;
-    BenchAccessibility accessibility;
-    RTLInput input{sources, accessibility, workspace};
-    KeyboardMonitor monitor{tap, keyEvents, workspace, queue, input};
+    static Platform with(InputSource source) {
+        Platform made;
+        made.mainQueue = std::make_unique<BenchQueue>();
+        made.workspace = std::make_unique<BenchWorkspace>();
+        made.inputSources = std::make_unique<BenchInputSources>(std::move(source));
+        made.eventTap = std::make_unique<BenchTap>();
+        made.accessibility = std::make_unique<BenchAccessibility>();
+        made.keyEvents = std::make_unique<BenchKeyEvents>();
+        return made;
+    }
+
+    Platform platform;
+    BenchTap& tap = dynamic_cast<BenchTap&>(*platform.eventTap);
+    RTLInput input{*platform.inputSources, *platform.accessibility, *platform.workspace};
+    KeyboardMonitor monitor{platform, input};
 };
 
 const InputSource english{.id = "com.apple.keylayout.US", .localizedName = "U.S.", .languages = {"en"}};

@@ -95,12 +95,7 @@ int showOnce(int argc, char** argv) {
     fakes::FakeDesktop desktop;
     core::AppPreferences preferences(desktop.userDefaults);
     SettingsModel model(desktop.userDefaults, desktop.sleepAssertions);
-    PermissionController permissions({.service = desktop.permissions,
-                                      .userDefaults = desktop.userDefaults,
-                                      .pasteboard = desktop.pasteboard,
-                                      .windowTraits = desktop.windowTraits,
-                                      .launcher = desktop.launcher},
-                                     {"/usr/bin/quillane", true});
+    PermissionController permissions(desktop.platform, {"/usr/bin/quillane", true});
     LoginItemController loginItem(desktop.loginItem, true);
     AppUpdater updater(nullptr, desktop.windowTraits, "1.2");
     const LineArtSymbols symbols;
@@ -114,13 +109,12 @@ int showOnce(int argc, char** argv) {
     const auto start = Clock::now();
     const double before = work();
     window = std::make_unique<SettingsWindow>(SettingsServices{
+        .platform = desktop.platform,
         .model = model,
         .preferences = preferences,
-        .userDefaults = desktop.userDefaults,
         .permissions = permissions,
         .loginItem = loginItem,
         .updater = updater,
-        .windowTraits = desktop.windowTraits,
         .clipboard = std::move(clipboard),
         .symbol = [&](const std::string& name, const QColor& color) { return icons.icon(name, color); },
         .applicationIcon = applicationIcon()});

@@ -34,104 +34,60 @@ constexpr auto beforeShowingPermissions = 500ms;
 constexpr int refreshesUntilItemIsShown = 2;
 constexpr int refreshesUntilItemIsShownAtLogin = 30;
 
-FileShareServices fileShareServices(const AppServices& services, core::AppPreferences& preferences,
-                                    std::function<void()> chooseServer) {
-    return {.desktop = services.desktop,
-            .userDefaults = services.userDefaults,
-            .preferences = preferences,
-            .pasteboard = services.pasteboard,
-            .filePanel = services.filePanel,
-            .windowTraits = services.windowTraits,
-            .sessions = services.urlSessions,
-            .examiner = services.fileExaminer,
-            .chooseServer = std::move(chooseServer),
-            .symbol = [&symbols = services.systemSymbols](const std::string& name, const QColor& color) {
-                return tintedSymbol(symbols, name, color);
-            }};
-}
-
-ClipboardServices clipboardServices(const AppServices& services, const std::filesystem::path& applicationSupport) {
-    return {.desktop = services.desktop,
-            .mainQueue = services.mainQueue,
-            .userDefaults = services.userDefaults,
-            .workspace = services.workspace,
-            .pasteboard = services.pasteboard,
-            .hotKeys = services.hotKeys,
-            .secureInput = services.secureInput,
-            .secretStore = services.secretStore,
-            .vaultQueue = services.vaultQueue,
-            .vaultFolder = applicationSupport / "Quillane" / "ClipboardHistory",
-            .now = [] { return core::dateOf(std::chrono::system_clock::now()); }};
-}
-
-ClipboardPanelServices clipboardPanelServices(const AppServices& services) {
-    return {.desktop = services.desktop,
-            .mainQueue = services.mainQueue,
-            .workspace = services.workspace,
-            .pasteboard = services.pasteboard,
-            .keyEvents = services.keyEvents,
-            .secureInput = services.secureInput,
-            .permissions = services.permissions};
-}
-
 } // namespace
 
-AppDelegate::AppDelegate(AppServices services, core::AppPreferences& preferences, SettingsModel& model,
+AppDelegate::AppDelegate(const Platform& platform, core::AppPreferences& preferences, SettingsModel& model,
                          Environment environment)
-    : services_(services),
+    : platform_(platform),
       preferences_(preferences),
       model_(model),
       environment_(std::move(environment)),
       interfaceLanguage_(preferences),
-      permissions_({.service = services.permissions,
-                    .userDefaults = services.userDefaults,
-                    .pasteboard = services.pasteboard,
-                    .windowTraits = services.windowTraits,
-                    .launcher = services.launcher,
-                    .desktop = services.desktop},
-                   environment_.location),
-      symbols_(services.systemSymbols),
+      permissions_(platform, environment_.location),
+      symbols_(*platform.systemSymbols),
       permissionGuide_(guideServices()),
-      input_(services.inputSources, services.accessibility, services.workspace),
-      monitor_(services.eventTap, services.keyEvents, services.workspace, services.mainQueue, input_),
-      browserWaker_(services.accessibility, services.workspace),
-      switcher_(services.inputSources, services.desktop),
+      input_(*platform.inputSources, *platform.accessibility, *platform.workspace),
+      monitor_(platform, input_),
+      browserWaker_(*platform.accessibility, *platform.workspace),
+      switcher_(*platform.inputSources, platform.desktop),
       direction_(
-          DirectionServices{services.accessibility, services.workspace, services.mainQueue, services.userDefaults},
+          DirectionServices{*platform.accessibility, *platform.workspace, *platform.mainQueue, *platform.userDefaults},
           [this] { return model_.canTestDirection(); }, [this](const core::LocalizedText& text) { report(text); }),
-      fileShare_(fileShareServices(services, preferences, [this] { showServerAddress(); })),
-      clipboard_(clipboardServices(services, environment_.applicationSupport)),
-      clipboardPanel_(clipboard_, clipboardPanelServices(services)),
-      capture_({.mainQueue = services.mainQueue,
-                .keyEvents = services.keyEvents,
-                .permissions = services.permissions,
-                .areaCapture = services.areaCapture,
-                .language = [&preferences] { return preferences.state().language; }}),
-      loginItem_(services.loginItem, environment_.location.installed, services.desktop),
-      updater_(services.updater, services.windowTraits, environment_.version),
+      fileShare_(
+          {.platform = platform,
+           .preferences = preferences,
+           .chooseServer = [this] { showServerAddress(); },
+           .symbol = [&symbols = *platform.systemSymbols](
+                         const std::string& name, const QColor& color) { return tintedSymbol(symbols, name, color); }}),
+      clipboard_(platform, environment_.applicationSupport / "Quillane" / "ClipboardHistory",
+                 [] { return core::dateOf(std::chrono::system_clock::now()); }),
+      clipboardPanel_(clipboard_, platform),
+      capture_(platform, [&preferences] { return preferences.state().language; }),
+      loginItem_(*platform.loginItem, environment_.location.installed, platform.desktop),
+      updater_(platform.updater.get(), *platform.windowTraits, environment_.version),
       wasPaused_(model.options().paused) {}
 
 void AppDelegate::applicationDidFinishLaunching() {
-    for (const auto& oldCopy : services_.workspace.runningApplications(environment_.legacyBundleID)) {
-        services_.workspace.terminate(oldCopy.pid);
+    for (const auto& oldCopy : platform_.workspace->runningApplications(environment_.legacyBundleID)) {
+        platform_.workspace->terminate(oldCopy.pid);
     }
-    const bool atLogin = services_.workspace.launchedAtLogin();
+    const bool atLogin = platform_.workspace->launchedAtLogin();
     refreshesUntilItemCheck_ = atLogin ? refreshesUntilItemIsShownAtLogin : refreshesUntilItemIsShown;
-    services_.windowTraits.setActivationPolicy(ActivationPolicy::accessory);
+    platform_.windowTraits->setActivationPolicy(ActivationPolicy::accessory);
     rebuildMenus();
     updater_.start();
     clipboard_.start();
     wireControllers();
     observeWorkspace();
     applyOptions();
-    refreshTimer_ = services_.mainQueue.repeat(refreshInterval, [this, atLogin] {
+    refreshTimer_ = platform_.mainQueue->repeat(refreshInterval, [this, atLogin] {
         refreshRuntime();
         requestNextPermissionIfNeeded();
         lookForStatusItem(atLogin);
     });
     clipboardPanel_.noteFrontmostApplication(); // none was noted before the observers were there
     rememberTarget();
-    services_.servicesMenu.provideShare([this](const std::vector<std::string>& urls) {
+    platform_.servicesMenu->provideShare([this](const std::vector<std::string>& urls) {
         const auto refusal = fileShare_.share(urls);
         return refusal ? std::optional(refusal->rendered(preferences_.state().language)) : std::nullopt;
     });
@@ -145,14 +101,14 @@ void AppDelegate::wireModel() {
     model_.testDirection = [this](core::WritingDirection direction) {
         direction_.test(direction, model_.testTargetID());
     };
-    if (services_.permissions.hasSettings(core::MacPermission::accessibility)) {
+    if (platform_.permissions->hasSettings(core::MacPermission::accessibility)) {
         model_.openAccessibility = [this] { permissions_.openSettings(core::MacPermission::accessibility); };
     }
-    if (services_.permissions.hasSettings(core::MacPermission::inputMonitoring)) {
+    if (platform_.permissions->hasSettings(core::MacPermission::inputMonitoring)) {
         model_.openInputMonitoring = [this] { permissions_.openSettings(core::MacPermission::inputMonitoring); };
     }
-    if (services_.inputSources.hasSettings()) {
-        model_.openKeyboard = [this] { services_.inputSources.openSettings(); };
+    if (platform_.inputSources->hasSettings()) {
+        model_.openKeyboard = [this] { platform_.inputSources->openSettings(); };
     }
 }
 
@@ -203,15 +159,15 @@ void AppDelegate::wireControllers() {
     switcher_.report = [this](const core::LocalizedText& text) { report(text); };
     subscriptions_.push_back(preferences_.onChanged([this] {
         rebuildMenus();
-        if (services_.servicesMenu.hasUserEntry() == true) {
+        if (platform_.servicesMenu->hasUserEntry() == true) {
             setFileManagerEntry(true); // in the language of now
         }
     }));
-    subscriptions_.push_back(services_.inputSources.onChanged([this] { publishRuntime(); }));
+    subscriptions_.push_back(platform_.inputSources->onChanged([this] { publishRuntime(); }));
 }
 
 void AppDelegate::observeWorkspace() {
-    subscriptions_.push_back(services_.workspace.onDidActivateApplication([this] {
+    subscriptions_.push_back(platform_.workspace->onDidActivateApplication([this] {
         monitor_.reset();
         direction_.cancelPending();
         clipboardPanel_.noteFrontmostApplication();
@@ -219,8 +175,8 @@ void AppDelegate::observeWorkspace() {
         browserWaker_.noteActivation();
         refreshRuntime();
     }));
-    subscriptions_.push_back(services_.workspace.onDidReopen([this] { applicationShouldHandleReopen(); }));
-    subscriptions_.push_back(services_.workspace.onDidWake([this] {
+    subscriptions_.push_back(platform_.workspace->onDidReopen([this] { applicationShouldHandleReopen(); }));
+    subscriptions_.push_back(platform_.workspace->onDidWake([this] {
         monitor_.stop();
         direction_.cancelPending();
         refreshRuntime(); // makes a fresh tap
@@ -254,29 +210,24 @@ void AppDelegate::showClipboard() {
 /// On first use: most of what it draws with is loaded then, too.
 void AppDelegate::makeHistoryPanel() {
     historyPanel_ = std::make_unique<HistoryPanel>(HistoryPanelServices{
-        .desktop = services_.desktop,
+        .platform = platform_,
         .panel = clipboardPanel_,
         .preferences = preferences_,
-        .windowTraits = services_.windowTraits,
-        .mainQueue = services_.mainQueue,
-        .imageQueue = services_.imageQueue,
-        .fileQueue = services_.fileQueue,
-        .findFile = services_.pasteboard.fileFinder(),
-        .symbol = [&symbols = services_.systemSymbols](
+        .symbol = [&symbols = *platform_.systemSymbols](
                       const std::string& name, const QColor& color) { return tintedSymbol(symbols, name, color); },
         .openSettings = [this] { showSettings(core::SettingsPage::clipboard); }});
     clipboardPanel_.onShow();
 }
 
 void AppDelegate::showPermissionsIfNeeded(bool atLogin) {
-    auto& defaults = services_.userDefaults;
+    auto& defaults = *platform_.userDefaults;
     const bool relaunched = defaults.boolean(PermissionController::showPermissionsKey).value_or(false);
     defaults.removeObject(PermissionController::showPermissionsKey); // one shot: set before a relaunch for a new grant
     const bool missing = !core::PermissionSetupPolicy::canStartKeyboardMonitor(permissions_.granted());
     if (!relaunched && (!missing || atLogin)) {
         return;
     }
-    services_.mainQueue.postAfter(beforeShowingPermissions, [this, alive = std::weak_ptr<void>(alive_)] {
+    platform_.mainQueue->postAfter(beforeShowingPermissions, [this, alive = std::weak_ptr<void>(alive_)] {
         if (!alive.expired() && !(settings_ && settings_->isVisible())) {
             showSettings(core::SettingsPage::permissions);
             requestNextPermissionIfNeeded();
@@ -291,7 +242,6 @@ void AppDelegate::requestNextPermissionIfNeeded() {
 }
 
 SettingsServices AppDelegate::settingsServices() {
-    auto& defaults = services_.userDefaults;
     ClipboardSettings clipboard;
     clipboard.options = [this] { return clipboard_.options(); };
     clipboard.setOptions = [this](const core::ClipboardOptions& options) { clipboard_.setOptions(options); };
@@ -299,8 +249,8 @@ SettingsServices AppDelegate::settingsServices() {
     clipboard.hasStorageError = [this] { return clipboard_.hasStorageError(); };
     clipboard.isShortcutTaken = [this] { return clipboard_.hasHotKeyConflict(); };
     clipboard.retryShortcut = [this] { clipboard_.registerShortcut(); };
-    clipboard.access = [this] { return services_.pasteboard.access(); };
-    clipboard.openAccessSettings = [this] { services_.pasteboard.openAccessSettings(); };
+    clipboard.access = [this] { return platform_.pasteboard->access(); };
+    clipboard.openAccessSettings = [this] { platform_.pasteboard->openAccessSettings(); };
     clipboard.isUnread = [this] { return clipboard_.isUnread(); };
     clipboard.isUsedElsewhere = [this] { return clipboard_.isUsedElsewhere(); };
     clipboard.setAside = [this] { return clipboard_.setAside(); };
@@ -309,41 +259,37 @@ SettingsServices AppDelegate::settingsServices() {
     clipboard.lastRecovery = [this] { return clipboard_.lastRecovery(); };
     clipboard.clear = [this](core::ClipboardHistory::Clearing clearing) { clipboard_.clear(clearing); };
     clipboard.findApplications = [this](ApplicationCatalog::Handler handler) {
-        services_.applicationCatalog.read(std::move(handler));
+        platform_.applicationCatalog->read(std::move(handler));
     };
-    return {.desktop = services_.desktop,
+    return {.platform = platform_,
             .model = model_,
             .preferences = preferences_,
-            .userDefaults = defaults,
             .permissions = permissions_,
             .loginItem = loginItem_,
             .updater = updater_,
-            .windowTraits = services_.windowTraits,
             .clipboard = std::move(clipboard),
-            .fileManager = {.hasEntry = [this] { return services_.servicesMenu.hasUserEntry(); },
+            .fileManager = {.hasEntry = [this] { return platform_.servicesMenu->hasUserEntry(); },
                             .setEntry = [this](bool on) { setFileManagerEntry(on); }},
             .symbol = [this](const std::string& name, const QColor& color) { return symbols_.icon(name, color); },
             .applicationIcon = QGuiApplication::windowIcon()};
 }
 
 void AppDelegate::setFileManagerEntry(bool on) {
-    services_.servicesMenu.setUserEntry(
+    platform_.servicesMenu->setUserEntry(
         on ? std::optional(core::LocalizedText(core::texts::shareWithQuillane).rendered(preferences_.state().language))
            : std::nullopt);
 }
 
 PermissionGuideServices AppDelegate::guideServices() {
     return {
-        .mainQueue = services_.mainQueue,
-        .workspace = services_.workspace,
-        .windowList = services_.windowList,
+        .platform = platform_,
         .permissions = permissions_,
         .screens = currentScreens,
         .makePanel = [this]() -> std::unique_ptr<PermissionGuidePanel> {
             return std::make_unique<PermissionDragGuideWindow>(PermissionCardServices{
                 .permissions = permissions_,
                 .preferences = preferences_,
-                .windowTraits = services_.windowTraits,
+                .windowTraits = *platform_.windowTraits,
                 .symbol = [this](const std::string& name, const QColor& color) { return symbols_.icon(name, color); },
                 .applicationIcon = QGuiApplication::windowIcon()});
         }};
@@ -362,7 +308,7 @@ void AppDelegate::applicationWillTerminate() {
     historyPanel_.reset();
     permissionGuide_.dismiss();
     clipboard_.stop();
-    services_.servicesMenu.provideShare(nullptr);
+    platform_.servicesMenu->provideShare(nullptr);
     fileShare_.cancelAll();
     model_.endKeepAwake();
     refreshTimer_.cancel();
@@ -372,7 +318,7 @@ void AppDelegate::applicationWillTerminate() {
 void AppDelegate::rebuildMenus() {
     const auto language = preferences_.state().language;
     updateStatusItem();
-    services_.applicationMenu.install(
+    platform_.applicationMenu->install(
         applicationMenuRows(language, {.showSettings = [this] { showSettings(core::SettingsPage::general); },
                                        .shareFile = [this] { fileShare_.choose(); },
                                        .quit = environment_.terminate}),
@@ -383,29 +329,29 @@ void AppDelegate::updateStatusItem() {
     const auto language = preferences_.state().language;
     const auto facts = runtimeFacts();
     StatusMenuState state{.language = language,
-                          .desktop = services_.desktop,
+                          .desktop = platform_.desktop,
                           .version = environment_.version,
                           .options = model_.options(),
                           .keepAwakeActive = model_.runtime().keepAwakeActive,
                           .keepAwakeStatus = model_.runtime().keepAwakeStatus,
-                          .captureMeans = services_.areaCapture.means(),
+                          .captureMeans = platform_.areaCapture->means(),
                           .accessibilityGranted = permissions_.granted().contains(core::MacPermission::accessibility),
                           .historyNotice = clipboard_.notice(),
                           .status = checked_ ? statusRow(facts) : StatusRow{core::texts::checkingPermissions, "clock"}};
     if (state == shownMenu_) {
         return;
     }
-    services_.statusItem.setMenu(statusMenuRows(state, menuActions()), layoutDirection(language));
+    platform_.statusItem->setMenu(statusMenuRows(state, menuActions()), layoutDirection(language));
     shownMenu_ = std::move(state);
     const auto mark = statusMark(facts);
-    services_.statusItem.setImage(statusBarArtwork::image(mark), statusMarkLabel(mark).rendered(language));
+    platform_.statusItem->setImage(statusBarArtwork::image(mark), statusMarkLabel(mark).rendered(language));
 }
 
 StatusMenuActions AppDelegate::menuActions() {
     StatusMenuActions actions;
     actions.toggleKeepAwake = [this] { toggle(&core::FeatureOptions::keepAwake); };
     actions.showClipboard = [this] { showClipboard(); };
-    if (services_.areaCapture.means() != AreaCapture::Means::none) {
+    if (platform_.areaCapture->means() != AreaCapture::Means::none) {
         actions.captureArea = [this] { startCapture(); };
     }
     actions.shareFile = [this] { fileShare_.choose(); };
@@ -443,7 +389,7 @@ void AppDelegate::switchLanguage() {
 
 void AppDelegate::rememberTarget() {
     const auto front = direction_.target();
-    const auto targets = core::directionTestTargets(services_.desktop);
+    const auto targets = core::directionTestTargets(platform_.desktop);
     if (front && std::ranges::find(targets, *front, &core::DirectionTestTarget::bundleID) != targets.end()) {
         model_.setTestTargetID(*front);
     }
@@ -451,7 +397,7 @@ void AppDelegate::rememberTarget() {
 
 void AppDelegate::report(const core::LocalizedText& text) {
     model_.setLastAction(text);
-    services_.userDefaults.note(lastStatusKey, text.rendered(preferences_.state().language));
+    platform_.userDefaults->note(lastStatusKey, text.rendered(preferences_.state().language));
 }
 
 void AppDelegate::reportCapture(const core::LocalizedText& text) {
@@ -465,8 +411,8 @@ void AppDelegate::reportCapture(const core::LocalizedText& text) {
 
 void AppDelegate::notify(const core::LocalizedText& text) {
     const auto language = preferences_.state().language;
-    services_.statusItem.notify(core::LocalizedText(core::texts::quillane).rendered(language), text.rendered(language),
-                                nullptr); // the settings show the last action
+    platform_.statusItem->notify(core::LocalizedText(core::texts::quillane).rendered(language), text.rendered(language),
+                                 nullptr); // the settings show the last action
 }
 
 } // namespace quillane

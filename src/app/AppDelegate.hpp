@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/AppServices.hpp"
 #include "app/Doctor.hpp"
 #include "app/RuntimeStatus.hpp"
 #include "app/StatusMenu.hpp"
@@ -21,6 +20,7 @@
 #include "permissions/PermissionController.hpp"
 #include "permissions/PermissionDragGuide.hpp"
 #include "platform/AgentControl.hpp"
+#include "platform/Platform.hpp"
 #include "settings/SettingsModel.hpp"
 #include "settings/SettingsWindow.hpp"
 #include "system/AppUpdater.hpp"
@@ -51,7 +51,9 @@ public:
         std::filesystem::path home;
     };
 
-    AppDelegate(AppServices services, core::AppPreferences& preferences, SettingsModel& model, Environment environment);
+    /// All of these must outlive it.
+    AppDelegate(const Platform& platform, core::AppPreferences& preferences, SettingsModel& model,
+                Environment environment);
 
     /// Start-up, once, when the event loop is about to run.
     void applicationDidFinishLaunching();
@@ -121,7 +123,7 @@ private:
     void report(const core::LocalizedText& text);
     void notify(const core::LocalizedText& text);
 
-    AppServices services_;
+    const Platform& platform_;
     core::AppPreferences& preferences_;
     SettingsModel& model_;
     Environment environment_;

@@ -47,7 +47,7 @@ ControlReply AppDelegate::handleControlRequest(const ControlRequest& request) {
 }
 
 ControlReply AppDelegate::capture() {
-    if (services_.areaCapture.means() == AreaCapture::Means::none) {
+    if (platform_.areaCapture->means() == AreaCapture::Means::none) {
         return {false, core::LocalizedText(core::texts::areaCaptureNeedsX11).rendered(core::AppLanguage::english)};
     }
     startCapture(); // its outcome is shown to the user, who may still hold the keys of a shortcut
@@ -82,28 +82,23 @@ StatusReport AppDelegate::statusReport() const {
                           .setAside = clipboard_.setAside().size(),
                           .hotKeyConflict = clipboard_.hasHotKeyConflict(),
                           .panelOpen = clipboardPanel_.isVisible()},
-            .statusItemVisible = services_.statusItem.isVisible()};
+            .statusItemVisible = platform_.statusItem->isVisible()};
 }
 
 core::DiagnosisFacts AppDelegate::diagnosisFacts() {
     auto facts = doctor::programFacts(environment_.version, environment_.location, environment_.home);
     facts.respondent = core::Respondent::agent;
-    facts.system = services_.systemInspector.inspect();
-    facts.session = doctor::sessionFacts({.permissions = services_.permissions,
-                                          .inputSources = services_.inputSources,
-                                          .pasteboard = services_.pasteboard,
-                                          .loginItem = services_.loginItem,
-                                          .updater = services_.updater},
-                                         facts.respondent);
+    facts.system = platform_.systemInspector->inspect();
+    facts.session = doctor::sessionFacts(platform_, facts.respondent);
     facts.agent = {.options = model_.options(),
                    .keyboardAvailable = environment_.keyboardAvailable,
                    .tapMade = monitor_.hasTap(),
                    .tapEnabled = monitor_.isRunning(),
                    .keysSeen = monitor_.keyboardEventsObserved(),
-                   .secureInput = services_.secureInput.isEnabled(),
-                   .focus = doctor::focusFacts(services_.accessibility, services_.workspace),
+                   .secureInput = platform_.secureInput->isEnabled(),
+                   .focus = doctor::focusFacts(*platform_.accessibility, *platform_.workspace),
                    .recordsCopies = clipboard_.options().enabled,
-                   .itemShown = services_.statusItem.isVisible()};
+                   .itemShown = platform_.statusItem->isVisible()};
     return facts;
 }
 

@@ -40,8 +40,8 @@ void AppDelegate::refreshRuntime() {
 }
 
 void AppDelegate::lookAround() {
-    surroundings_.oldCopyRunning = !services_.workspace.runningApplications(environment_.legacyBundleID).empty();
-    const auto front = services_.workspace.frontmostApplication();
+    surroundings_.oldCopyRunning = !platform_.workspace->runningApplications(environment_.legacyBundleID).empty();
+    const auto front = platform_.workspace->frontmostApplication();
     surroundings_.screenSharingSuspended = core::screenSharingPolicy::bypassKeyboardProcessing(
         front ? front->bundleID : std::nullopt, model_.options().excludeScreenSharing);
 }
@@ -85,7 +85,7 @@ void AppDelegate::lookForStatusItem(bool atLogin) {
         return;
     }
     auto runtime = model_.runtime();
-    runtime.statusItemShown = services_.statusItem.isVisible();
+    runtime.statusItemShown = platform_.statusItem->isVisible();
     model_.setRuntime(std::move(runtime));
     if (isFirst && !model_.runtime().statusItemShown) {
         sayThatItRuns(atLogin);
@@ -98,19 +98,19 @@ void AppDelegate::sayThatItRuns(bool atLogin) {
     const auto language = preferences_.state().language;
     const core::LocalizedText isRunning(core::texts::quillaneIsRunning);
     const core::LocalizedText noTray(core::texts::noSystemTray);
-    services_.statusItem.notify(isRunning.rendered(language), noTray.rendered(language),
-                                [this, alive = std::weak_ptr<void>(alive_), isRunning, noTray, atLogin] {
-                                    constexpr auto english = core::AppLanguage::english;
-                                    std::fprintf(stderr, "%s. %s\n", isRunning.rendered(english).c_str(),
-                                                 noTray.rendered(english).c_str());
-                                    if (!alive.expired() && !atLogin && !(settings_ && settings_->isVisible())) {
-                                        showSettings(core::SettingsPage::general);
-                                    }
-                                });
+    platform_.statusItem->notify(isRunning.rendered(language), noTray.rendered(language),
+                                 [this, alive = std::weak_ptr<void>(alive_), isRunning, noTray, atLogin] {
+                                     constexpr auto english = core::AppLanguage::english;
+                                     std::fprintf(stderr, "%s. %s\n", isRunning.rendered(english).c_str(),
+                                                  noTray.rendered(english).c_str());
+                                     if (!alive.expired() && !atLogin && !(settings_ && settings_->isVisible())) {
+                                         showSettings(core::SettingsPage::general);
+                                     }
+                                 });
 }
 
 RuntimeFacts AppDelegate::runtimeFacts() const {
-    return {.desktop = services_.desktop,
+    return {.desktop = platform_.desktop,
             .options = model_.options(),
             .oldCopyRunning = surroundings_.oldCopyRunning,
             .keyboardAvailable = environment_.keyboardAvailable,

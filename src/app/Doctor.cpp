@@ -94,28 +94,28 @@ core::DiagnosisFacts programFacts(const std::string& version, const core::Applic
     return facts;
 }
 
-core::SessionFacts sessionFacts(const SessionServices& services, core::Respondent respondent) {
+core::SessionFacts sessionFacts(const Platform& platform, core::Respondent respondent) {
     core::SessionFacts facts;
-    if (respondent == core::Respondent::agent || !services.permissions.isGrantedInSettings()) {
+    if (respondent == core::Respondent::agent || !platform.permissions->isGrantedInSettings()) {
         facts.granted.emplace();
         std::ranges::copy_if(core::allPermissions, std::inserter(*facts.granted, facts.granted->end()),
-                             [&](auto permission) { return services.permissions.isGranted(permission); });
+                             [&](auto permission) { return platform.permissions->isGranted(permission); });
     }
-    if (const auto sources = services.inputSources.enabled()) {
+    if (const auto sources = platform.inputSources->enabled()) {
         facts.inputSources.emplace();
         for (const auto& source : *sources) {
             facts.inputSources->push_back(
                 {source.localizedName, core::rtlInputLanguage::isRightToLeft(source.languages)});
         }
     }
-    if (const auto current = services.inputSources.current()) {
+    if (const auto current = platform.inputSources->current()) {
         facts.currentSource = current->localizedName;
     }
-    facts.pasteboard = services.pasteboard.access();
-    if (services.updater != nullptr) {
-        facts.updater = {services.updater->hasKey(), services.updater->checksAutomatically()};
+    facts.pasteboard = platform.pasteboard->access();
+    if (platform.updater != nullptr) {
+        facts.updater = {platform.updater->hasKey(), platform.updater->checksAutomatically()};
     }
-    facts.loginItem = services.loginItem.status();
+    facts.loginItem = platform.loginItem->status();
     return facts;
 }
 

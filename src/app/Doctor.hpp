@@ -5,11 +5,7 @@
 #include "core/diagnosis/Diagnosis.hpp"
 #include "platform/Accessibility.hpp"
 #include "platform/AgentControl.hpp"
-#include "platform/InputSources.hpp"
-#include "platform/LoginItemService.hpp"
-#include "platform/Pasteboard.hpp"
-#include "platform/PermissionService.hpp"
-#include "platform/UpdaterService.hpp"
+#include "platform/Platform.hpp"
 #include "platform/Workspace.hpp"
 
 #include <filesystem>
@@ -23,17 +19,8 @@ namespace quillane::doctor {
 [[nodiscard]] core::DiagnosisFacts programFacts(const std::string& version, const core::ApplicationLocation& location,
                                                 const std::filesystem::path& home);
 
-/// What the session is asked by.
-struct SessionServices {
-    const PermissionService& permissions;
-    const InputSources& inputSources;
-    const Pasteboard& pasteboard;
-    const LoginItemService& loginItem;
-    const UpdaterService* updater = nullptr; ///< absent where something else updates the program
-};
-
 /// Only the agent's own permissions mean anything where they are given to programs in a list.
-[[nodiscard]] core::SessionFacts sessionFacts(const SessionServices& services, core::Respondent respondent);
+[[nodiscard]] core::SessionFacts sessionFacts(const Platform& platform, core::Respondent respondent);
 
 /// The focused element of the application in front; waits at most half a second for that.
 [[nodiscard]] std::optional<core::FocusFacts> focusFacts(Accessibility& accessibility, const Workspace& workspace);

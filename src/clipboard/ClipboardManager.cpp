@@ -5,6 +5,7 @@
 
 #include "core/clipboard/EntryDates.hpp"
 #include "core/localization/Texts.hpp"
+#include "platform/Platform.hpp"
 
 #include <algorithm>
 #include <chrono>
@@ -30,10 +31,11 @@ core::ClipboardOptions storedOptions(const core::UserDefaults& defaults) {
 
 } // namespace
 
-ClipboardManager::ClipboardManager(ClipboardServices services)
-    : services_(std::move(services)),
-      options_(storedOptions(services_.userDefaults)),
-      storage_(std::make_shared<HistoryStorage>(services_.vaultFolder, services_.secretStore)) {}
+ClipboardManager::ClipboardManager(const Platform& platform, std::filesystem::path vaultFolder, Clock clock)
+    : platform_(platform),
+      clock_(std::move(clock)),
+      options_(storedOptions(*platform.userDefaults)),
+      storage_(std::make_shared<HistoryStorage>(std::move(vaultFolder), *platform.secretStore)) {}
 
 ClipboardManager::~ClipboardManager() {
     if (started_) {
@@ -43,7 +45,7 @@ ClipboardManager::~ClipboardManager() {
 
 void ClipboardManager::start() {
     started_ = true;
-    notices_ = services_.pasteboard.onChanged([this] {
+    notices_ = platform_.pasteboard->onChanged([this] {
         noteChange();
         record();
     });
@@ -56,15 +58,15 @@ void ClipboardManager::stop() {
     started_ = false;
     timer_.cancel();
     notices_.cancel();
-    services_.pasteboard.setInterest(nullptr);
+    platform_.pasteboard->setInterest(nullptr);
     if (onClosePanel) {
         onClosePanel();
     }
     hotKey_.cancel();
     wantsHotKey_ = false;
     saveAtOnce();
-    services_.vaultQueue.post([storage = storage_] { storage->close(); });
-    services_.vaultQueue.wait();
+    platform_.vaultQueue->post([storage = storage_] { storage->close(); });
+    platform_.vaultQueue->wait();
 }
 
 void ClipboardManager::saveAtOnce() {
@@ -73,7 +75,7 @@ void ClipboardManager::saveAtOnce() {
     if (ready_) {
         saveLast();
     }
-    services_.vaultQueue.wait();
+    platform_.vaultQueue->wait();
 }
 
 // Collecting
@@ -87,17 +89,17 @@ void ClipboardManager::poll() {
 /// Decides whether a copy may be recorded, and its source, when the pasteboard changes hands, however late its contents
 /// arrive. False if it has not changed hands.
 bool ClipboardManager::noteChange() {
-    const auto changeCount = services_.pasteboard.changeCount();
+    const auto changeCount = platform_.pasteboard->changeCount();
     if (std::exchange(revision_, changeCount) == changeCount) {
         return false;
     }
     copied_.reset();
     if (isCollecting() && ready_) {
-        const auto front = services_.workspace.frontmostApplication();
+        const auto front = platform_.workspace->frontmostApplication();
         copied_ = {.foreground = front ? front->bundleID.value_or(std::string()) : std::string(),
                    .sourceName = front ? front->name : std::string(),
-                   .secureInput = services_.secureInput.isEnabled(),
-                   .now = services_.now()};
+                   .secureInput = platform_.secureInput->isEnabled(),
+                   .now = clock_()};
     }
     return true;
 }
@@ -107,22 +109,23 @@ bool ClipboardManager::noteChange() {
 void ClipboardManager::recordOnceFilled(int rereads) {
     record();
     if (copied_ && rereads < mostRereads) {
-        services_.mainQueue.postAfter(rereadDelay, [this, weak = std::weak_ptr(alive_), revision = revision_, rereads] {
-            if (!weak.expired() && revision == revision_) {
-                recordOnceFilled(rereads + 1);
-            }
-        });
+        platform_.mainQueue->postAfter(rereadDelay,
+                                       [this, weak = std::weak_ptr(alive_), revision = revision_, rereads] {
+                                           if (!weak.expired() && revision == revision_) {
+                                               recordOnceFilled(rereads + 1);
+                                           }
+                                       });
     }
 }
 
 /// Does nothing while the copy that was noted cannot be read.
 void ClipboardManager::record() {
-    if (!copied_ || services_.pasteboard.changeCount() != revision_ || services_.pasteboard.itemTypes().empty()) {
+    if (!copied_ || platform_.pasteboard->changeCount() != revision_ || platform_.pasteboard->itemTypes().empty()) {
         return;
     }
     auto moment = std::exchange(copied_, std::nullopt);
     moment->now = core::entryDates::next(history_.entries(), moment->now);
-    auto entry = core::clipboardSnapshot::capture(services_.pasteboard, options_, *moment);
+    auto entry = core::clipboardSnapshot::capture(*platform_.pasteboard, options_, *moment);
     if (entry && history_.insert(std::move(*entry), options_)) {
         save();
         changes_.notify();
@@ -146,19 +149,19 @@ void ClipboardManager::updateCollecting() {
     copied_.reset();
     timer_.cancel(); // while recording is off, nothing wakes the processor
     if (!collects_) {
-        services_.pasteboard.setInterest(nullptr);
+        platform_.pasteboard->setInterest(nullptr);
         if (onClosePanel) {
             onClosePanel();
         }
         return;
     }
-    services_.pasteboard.setInterest([this, weak = std::weak_ptr(alive_)](const core::PasteboardTypeSet& types,
-                                                                          const std::optional<std::string>& source) {
+    platform_.pasteboard->setInterest([this, weak = std::weak_ptr(alive_)](const core::PasteboardTypeSet& types,
+                                                                           const std::optional<std::string>& source) {
         return weak.expired() || !copied_ ? std::vector<std::string_view>()
                                           : core::clipboardSnapshot::wantedTypes(types, options_, *copied_, source);
     });
-    revision_ = services_.pasteboard.changeCount();
-    timer_ = services_.mainQueue.repeat(pollInterval, [this] { poll(); });
+    revision_ = platform_.pasteboard->changeCount();
+    timer_ = platform_.mainQueue->repeat(pollInterval, [this] { poll(); });
 }
 
 void ClipboardManager::setOptions(const core::ClipboardOptions& options) {
@@ -168,7 +171,7 @@ void ClipboardManager::setOptions(const core::ClipboardOptions& options) {
     const bool isTurnedOff = options_.enabled && !options.enabled;
     const bool wasCollecting = collects_;
     options_ = options;
-    services_.userDefaults.setObject(core::clipboardOptionsKey, core::encodeClipboardOptions(options_));
+    platform_.userDefaults->setObject(core::clipboardOptionsKey, core::encodeClipboardOptions(options_));
     history_.trim(options_);
     updateCollecting();
     updateShortcut();
@@ -190,7 +193,7 @@ core::LocalizedText ClipboardManager::status() const {
         return texts::loadingHistory;
     }
     if (hotKeyConflict_) {
-        return texts::historyShortcutInUse.on(services_.desktop);
+        return texts::historyShortcutInUse.on(platform_.desktop);
     }
     return texts::clipboardHistoryActive;
 }
@@ -205,7 +208,7 @@ void ClipboardManager::pin(const core::Uuid& id) {
         return;
     }
     history_.togglePin(id);
-    services_.vaultQueue.post([storage = storage_, id] {
+    platform_.vaultQueue->post([storage = storage_, id] {
         storage->invalidate(id); // the vault recognises changes by the date, which stays the same
     });
     save();
@@ -235,11 +238,11 @@ void ClipboardManager::clear(Clearing clearing) {
 bool ClipboardManager::copy(const core::Uuid& id, core::clipboardSnapshot::RestoreMode mode) {
     const auto& entries = history_.entries();
     const auto entry = std::ranges::find(entries, id, &core::ClipboardEntry::id);
-    if (entry == entries.end() || !core::clipboardSnapshot::restore(*entry, services_.pasteboard, mode)) {
+    if (entry == entries.end() || !core::clipboardSnapshot::restore(*entry, *platform_.pasteboard, mode)) {
         return false;
     }
-    history_.touch(id, core::entryDates::next(history_.entries(), services_.now()));
-    revision_ = services_.pasteboard.changeCount(); // not a copy of the user's
+    history_.touch(id, core::entryDates::next(history_.entries(), clock_()));
+    revision_ = platform_.pasteboard->changeCount(); // not a copy of the user's
     copied_.reset();
     save();
     changes_.notify();
@@ -259,7 +262,7 @@ void ClipboardManager::registerShortcut() {
     hotKey_.cancel();
     const bool hadConflict = std::exchange(hotKeyConflict_, false);
     if (wantsHotKey_) {
-        hotKey_ = services_.hotKeys.registerHotKey(
+        hotKey_ = platform_.hotKeys->registerHotKey(
             shortcut, [this] { togglePanel(); },
             [this] {
                 hotKeyConflict_ = true;

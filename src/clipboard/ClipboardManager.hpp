@@ -7,17 +7,9 @@
 #include "core/clipboard/ClipboardHistory.hpp"
 #include "core/clipboard/ClipboardOptions.hpp"
 #include "core/clipboard/ClipboardSnapshot.hpp"
-#include "core/localization/Desktop.hpp"
 #include "core/localization/LocalizedText.hpp"
-#include "core/preferences/UserDefaults.hpp"
+#include "core/support/Date.hpp"
 #include "core/support/Listeners.hpp"
-#include "core/support/SecretStore.hpp"
-#include "platform/HotKeys.hpp"
-#include "platform/MainQueue.hpp"
-#include "platform/Pasteboard.hpp"
-#include "platform/SecureInput.hpp"
-#include "platform/SerialQueue.hpp"
-#include "platform/Workspace.hpp"
 
 #include <chrono>
 #include <cstdint>
@@ -29,31 +21,21 @@
 
 namespace quillane {
 
-/// What the clipboard history needs of the desktop, borrowed.
-struct ClipboardServices {
-    core::Desktop desktop{}; ///< the desktop and keys that texts name
-    MainQueue& mainQueue;
-    core::UserDefaults& userDefaults;
-    Workspace& workspace;
-    Pasteboard& pasteboard;
-    HotKeys& hotKeys;
-    SecureInput& secureInput;
-    core::SecretStore& secretStore; ///< used on the vault's queue only
-    SerialQueue& vaultQueue;        ///< for everything that the vault does
-    std::filesystem::path vaultFolder;
-    std::function<core::Date()> now;
-};
+struct Platform;
 
 /// Runs the clipboard history: records copies, keeps the encrypted vault up to date, owns the hot key. Main thread.
 ///
-///     ClipboardManager clipboard({…});
+///     ClipboardManager clipboard(platform, folder, clock);
 ///     clipboard.start();
 ///     clipboard.configure({.paused = false, .remote = false});
 class ClipboardManager {
 public:
     static constexpr std::size_t maximumPins = 200;
 
-    explicit ClipboardManager(ClipboardServices services);
+    using Clock = std::function<core::Date()>;
+
+    /// The vault keeps its files in the folder. The platform must outlive the manager.
+    ClipboardManager(const Platform& platform, std::filesystem::path vaultFolder, Clock clock);
     ~ClipboardManager();
     ClipboardManager(const ClipboardManager&) = delete;
     ClipboardManager& operator=(const ClipboardManager&) = delete;
@@ -180,7 +162,8 @@ private:
     void updateCollecting();
     void updateShortcut();
 
-    ClipboardServices services_;
+    const Platform& platform_;
+    Clock clock_;
     core::ClipboardOptions options_;
     core::ClipboardHistory history_;
     std::shared_ptr<HistoryStorage> storage_; ///< shared with tasks on the vault's queue, and used by them only

@@ -4,6 +4,7 @@
 #include "clipboard/ClipboardManager.hpp"
 
 #include "core/localization/Texts.hpp"
+#include "platform/Platform.hpp"
 
 #include <algorithm>
 #include <chrono>
@@ -45,8 +46,8 @@ void ClipboardManager::load() {
     loading_ = !ready_;
     mayReadAgain_ = false;
     wantsToRead_ = false;
-    services_.vaultQueue.post([this, weak = std::weak_ptr(alive_), storage = storage_, persist = options_.persist,
-                               now = services_.now(), &mainQueue = services_.mainQueue] {
+    platform_.vaultQueue->post([this, weak = std::weak_ptr(alive_), storage = storage_, persist = options_.persist,
+                                now = clock_(), &mainQueue = *platform_.mainQueue] {
         const auto loaded = std::make_shared<HistoryStorage::Loaded>(); // shared only since tasks are copied
         if (persist) {
             *loaded = storage->load(now);
@@ -67,7 +68,7 @@ void ClipboardManager::finishLoading(HistoryStorage::Loaded loaded) {
         return;
     }
     if (!ready_) {
-        revision_ = services_.pasteboard.changeCount(); // skip what was on the pasteboard before
+        revision_ = platform_.pasteboard->changeCount(); // skip what was on the pasteboard before
     }
     loading_ = false;
     ready_ = true;
@@ -80,7 +81,7 @@ void ClipboardManager::finishLoading(HistoryStorage::Loaded loaded) {
         save();
     } else { // leave the disk as it is until it can be read
         wantsToRead_ = hasUnsaved();
-        services_.mainQueue.postAfter(betweenReadings, [this, weak = std::weak_ptr(alive_)] {
+        platform_.mainQueue->postAfter(betweenReadings, [this, weak = std::weak_ptr(alive_)] {
             if (!weak.expired()) {
                 mayReadAgain_ = true;
                 if (wantsToRead_) {
@@ -97,7 +98,7 @@ void ClipboardManager::adopt(core::ClipboardHistory read) {
     const auto changedPins = mergeLater(read, history_, std::exchange(clearedUnread_, std::nullopt), options_);
     history_ = std::move(read);
     for (const auto& id : changedPins) {
-        services_.vaultQueue.post([storage = storage_, id] { storage->invalidate(id); });
+        platform_.vaultQueue->post([storage = storage_, id] { storage->invalidate(id); });
     }
 }
 
@@ -126,8 +127,8 @@ std::optional<core::LocalizedText> ClipboardManager::notice() const {
 }
 
 void ClipboardManager::recover(const core::SetAsideHistory& history) {
-    services_.vaultQueue.post([this, weak = std::weak_ptr(alive_), storage = storage_, history, now = services_.now(),
-                               &mainQueue = services_.mainQueue] {
+    platform_.vaultQueue->post([this, weak = std::weak_ptr(alive_), storage = storage_, history, now = clock_(),
+                                &mainQueue = *platform_.mainQueue] {
         auto found = storage->recover(history, now);
         mainQueue.post(
             [this, weak, history, total = found.total, recovered = core::ClipboardHistory(std::move(found.entries))] {
@@ -152,7 +153,7 @@ void ClipboardManager::finishRecovery(const core::SetAsideHistory& history, cons
         history_.entries(), [&](const core::ClipboardEntry& entry) { return digests.contains(entry.digest); });
     lastRecovery_ = {static_cast<std::size_t>(kept), total};
     store(
-        [entries = history_.entries(), history, isComplete = lastRecovery_->recovered == total, now = services_.now()](
+        [entries = history_.entries(), history, isComplete = lastRecovery_->recovered == total, now = clock_()](
             HistoryStorage& storage) { return storage.save(entries, now) && (!isComplete || storage.erase(history)); },
         [this](bool hasFailed) {
             if (hasFailed) {
@@ -180,7 +181,7 @@ void ClipboardManager::save() {
 
 /// Unless the number has moved on by then.
 void ClipboardManager::saveAfter(std::chrono::milliseconds delay, std::uint64_t ClipboardManager::*number) {
-    services_.mainQueue.postAfter(delay, [this, weak = std::weak_ptr(alive_), number, current = this->*number] {
+    platform_.mainQueue->postAfter(delay, [this, weak = std::weak_ptr(alive_), number, current = this->*number] {
         if (!weak.expired() && this->*number == current) {
             saveNow();
         }
@@ -197,7 +198,7 @@ void ClipboardManager::saveNow() {
         savesAgain_ = true; // a disk that is slower than the copies gets the latest ones afterwards
     } else {
         isSaving_ = true;
-        store([entries = history_.entries(), persist = options_.persist, now = services_.now()](
+        store([entries = history_.entries(), persist = options_.persist, now = clock_()](
                   HistoryStorage& storage) { return persist ? storage.save(entries, now) : storage.erase(); },
               [this](bool hasFailed) { finishSaving(hasFailed); });
     }
@@ -218,24 +219,24 @@ void ClipboardManager::saveLast() {
         isSaving_ = false; // nobody waits for the current one
         saveNow();
     } else if (hasUnsaved()) {
-        services_.vaultQueue.post([storage = storage_, history = history_, cleared = clearedUnread_, options = options_,
-                                   now = services_.now()] {
-            auto loaded = storage->load(now);
-            if (loaded.outcome != Outcome::loaded && loaded.outcome != Outcome::setAside) {
-                return;
-            }
-            for (const auto& id : mergeLater(loaded.history, history, cleared, options)) {
-                storage->invalidate(id);
-            }
-            static_cast<void>(storage->save(loaded.history.entries(), now)); // nobody is left to notify
-        });
+        platform_.vaultQueue->post(
+            [storage = storage_, history = history_, cleared = clearedUnread_, options = options_, now = clock_()] {
+                auto loaded = storage->load(now);
+                if (loaded.outcome != Outcome::loaded && loaded.outcome != Outcome::setAside) {
+                    return;
+                }
+                for (const auto& id : mergeLater(loaded.history, history, cleared, options)) {
+                    storage->invalidate(id);
+                }
+                static_cast<void>(storage->save(loaded.history.entries(), now)); // nobody is left to notify
+            });
     }
 }
 
 /// Runs the work on the disk, then publishes whether it failed and what is set aside now.
 void ClipboardManager::store(std::function<bool(HistoryStorage&)> work, std::function<void(bool hasFailed)> done) {
-    services_.vaultQueue.post([this, weak = std::weak_ptr(alive_), storage = storage_, work = std::move(work),
-                               done = std::move(done), &mainQueue = services_.mainQueue] {
+    platform_.vaultQueue->post([this, weak = std::weak_ptr(alive_), storage = storage_, work = std::move(work),
+                                done = std::move(done), &mainQueue = *platform_.mainQueue] {
         const bool hasFailed = !work(*storage);
         mainQueue.post([this, weak, hasFailed, done, setAside = storage->setAside()] {
             if (weak.expired() || !started_) {

@@ -4,6 +4,7 @@
 #include "clipboard/ClipboardPanel.hpp"
 
 #include "core/localization/Texts.hpp"
+#include "platform/Platform.hpp"
 
 #include <algorithm>
 #include <chrono>
@@ -32,8 +33,8 @@ Overloaded(Cases...) -> Overloaded<Cases...>; // which not every compiler deduce
 
 } // namespace
 
-ClipboardPanel::ClipboardPanel(ClipboardManager& manager, ClipboardPanelServices services)
-    : manager_(manager), services_(services), managerChanges_(manager.onChanged([this] {
+ClipboardPanel::ClipboardPanel(ClipboardManager& manager, const Platform& platform)
+    : manager_(manager), platform_(platform), managerChanges_(manager.onChanged([this] {
           if (visible_) {
               update();
           }
@@ -48,7 +49,7 @@ ClipboardPanel::~ClipboardPanel() {
 }
 
 void ClipboardPanel::noteFrontmostApplication() {
-    if (auto front = services_.workspace.frontmostApplication()) {
+    if (auto front = platform_.workspace->frontmostApplication()) {
         noted_ = std::move(front);
     }
 }
@@ -155,7 +156,7 @@ void ClipboardPanel::turnRecordingOn() {
 }
 
 bool ClipboardPanel::handle(core::KeyCode keyCode, core::EventFlags flags) {
-    const auto action = keys::action(keyCode, flags, services_.desktop);
+    const auto action = keys::action(keyCode, flags, platform_.desktop);
     if (!action) {
         return false;
     }
@@ -197,17 +198,17 @@ void ClipboardPanel::choose(const core::Uuid& id, Choice choice) {
         close();
         return;
     }
-    if (!services_.permissions.isGranted(core::MacPermission::accessibility)) {
-        showMessage(texts::itemCopiedAllowAccessibility.on(services_.desktop));
+    if (!platform_.permissions->isGranted(core::MacPermission::accessibility)) {
+        showMessage(texts::itemCopiedAllowAccessibility.on(platform_.desktop));
         return;
     }
-    if (!target_ || !services_.workspace.isRunning(target_->pid)) {
-        showMessage(texts::itemCopiedReturnToApp.on(services_.desktop));
+    if (!target_ || !platform_.workspace->isRunning(target_->pid)) {
+        showMessage(texts::itemCopiedReturnToApp.on(platform_.desktop));
         return;
     }
     close();
-    services_.workspace.activateApplication(target_->pid);
-    schedule({generation_, services_.pasteboard.changeCount(), target_->pid});
+    platform_.workspace->activateApplication(target_->pid);
+    schedule({generation_, platform_.pasteboard->changeCount(), target_->pid});
 }
 
 void ClipboardPanel::showMessage(const core::LocalizedText& message) {
@@ -216,7 +217,7 @@ void ClipboardPanel::showMessage(const core::LocalizedText& message) {
 }
 
 void ClipboardPanel::schedule(const Attempt& attempt) {
-    services_.mainQueue.postAfter(betweenAttempts, [this, weak = std::weak_ptr(alive_), attempt] {
+    platform_.mainQueue->postAfter(betweenAttempts, [this, weak = std::weak_ptr(alive_), attempt] {
         if (!weak.expired()) {
             attemptPaste(attempt);
         }
@@ -224,20 +225,20 @@ void ClipboardPanel::schedule(const Attempt& attempt) {
 }
 
 void ClipboardPanel::attemptPaste(Attempt attempt) {
-    if (attempt.generation != generation_ || visible_ || services_.pasteboard.changeCount() != attempt.changeCount ||
-        !services_.workspace.isRunning(attempt.target)) {
+    if (attempt.generation != generation_ || visible_ || platform_.pasteboard->changeCount() != attempt.changeCount ||
+        !platform_.workspace->isRunning(attempt.target)) {
         return;
     }
-    const auto front = services_.workspace.frontmostApplication();
-    if (front && front->pid == attempt.target && !services_.secureInput.isEnabled() &&
-        services_.keyEvents.postKey(attempt.target, keyV, core::flags::command)) {
+    const auto front = platform_.workspace->frontmostApplication();
+    if (front && front->pid == attempt.target && !platform_.secureInput->isEnabled() &&
+        platform_.keyEvents->postKey(attempt.target, keyV, core::flags::command)) {
         return;
     }
     if (attempt.number < mostAttempts) {
         ++attempt.number;
         schedule(attempt);
     } else if (onPasteFailed) {
-        onPasteFailed(texts::itemCopiedReturnToApp.on(services_.desktop));
+        onPasteFailed(texts::itemCopiedReturnToApp.on(platform_.desktop));
     }
 }
 

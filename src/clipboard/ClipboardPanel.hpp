@@ -5,10 +5,8 @@
 
 #include "clipboard/ClipboardManager.hpp"
 #include "core/clipboard/ClipboardPanelKeys.hpp"
-#include "core/localization/Desktop.hpp"
-#include "core/permissions/MacPermission.hpp"
-#include "platform/KeyEvents.hpp"
-#include "platform/PermissionService.hpp"
+#include "core/keyboard/EventFlags.hpp"
+#include "platform/Workspace.hpp"
 
 #include <optional>
 #include <string>
@@ -18,21 +16,10 @@
 
 namespace quillane {
 
-/// What the panel needs of the desktop, borrowed.
-struct ClipboardPanelServices {
-    core::Desktop desktop{}; ///< the desktop and keys that texts name
-    MainQueue& mainQueue;
-    Workspace& workspace;
-    Pasteboard& pasteboard;
-    KeyEvents& keyEvents;
-    SecureInput& secureInput;
-    PermissionService& permissions;
-};
-
 /// The panel in which the user searches the clipboard history and chooses an entry to paste: what it shows and what
 /// its keys do. `HistoryPanel` is its window. Main thread.
 ///
-///     ClipboardPanel panel(clipboard, {…});
+///     ClipboardPanel panel(clipboard, platform);
 ///     panel.onShow = [&] { window.present(); };
 ///     panel.onClose = [&] { window.hide(); };
 ///     panel.toggle();
@@ -40,7 +27,8 @@ class ClipboardPanel {
 public:
     using Choice = core::clipboardPanelKeys::Choice;
 
-    ClipboardPanel(ClipboardManager& manager, ClipboardPanelServices services);
+    /// Both must outlive the panel.
+    ClipboardPanel(ClipboardManager& manager, const Platform& platform);
     ~ClipboardPanel();
     ClipboardPanel(const ClipboardPanel&) = delete;
     ClipboardPanel& operator=(const ClipboardPanel&) = delete;
@@ -122,7 +110,7 @@ private:
     void attemptPaste(Attempt attempt);
 
     ClipboardManager& manager_;
-    ClipboardPanelServices services_;
+    const Platform& platform_;
     bool visible_ = false;
     std::string query_;
     std::optional<core::Uuid> selection_;

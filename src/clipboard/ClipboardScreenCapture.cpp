@@ -5,6 +5,7 @@
 
 #include "core/keyboard/EventFlags.hpp"
 #include "core/localization/Texts.hpp"
+#include "platform/Platform.hpp"
 
 #include <chrono>
 #include <utility>
@@ -23,7 +24,8 @@ constexpr auto modifiers = core::flags::shift | core::flags::control | core::fla
 
 } // namespace
 
-ClipboardScreenCapture::ClipboardScreenCapture(ScreenCaptureServices services) : services_(std::move(services)) {}
+ClipboardScreenCapture::ClipboardScreenCapture(const Platform& platform, std::function<core::AppLanguage()> language)
+    : platform_(platform), language_(std::move(language)) {}
 
 void ClipboardScreenCapture::start() {
     ++operation_;
@@ -31,7 +33,7 @@ void ClipboardScreenCapture::start() {
 }
 
 void ClipboardScreenCapture::attempt(int number) {
-    if ((services_.keyEvents.currentFlags() & modifiers) == 0) {
+    if ((platform_.keyEvents->currentFlags() & modifiers) == 0) {
         begin();
         return;
     }
@@ -39,7 +41,7 @@ void ClipboardScreenCapture::attempt(int number) {
         tell(texts::releaseModifierKeys);
         return;
     }
-    services_.mainQueue.postAfter(
+    platform_.mainQueue->postAfter(
         betweenAttempts, [this, alive = std::weak_ptr<void>(alive_), operation = operation_, next = number + 1] {
             if (!alive.expired() && operation == operation_) {
                 attempt(next);
@@ -49,7 +51,7 @@ void ClipboardScreenCapture::attempt(int number) {
 
 void ClipboardScreenCapture::begin() {
     using Means = AreaCapture::Means;
-    const auto means = services_.areaCapture.means();
+    const auto means = platform_.areaCapture->means();
     if (means == Means::none) {
         tell(texts::areaCaptureNeedsX11);
         return;
@@ -59,8 +61,8 @@ void ClipboardScreenCapture::begin() {
             tell(texts::areaCaptureKeptOut);
         }
     };
-    if (!services_.permissions.isGranted(core::MacPermission::accessibility) ||
-        !services_.areaCapture.start(services_.language(), keptOut)) {
+    if (!platform_.permissions->isGranted(core::MacPermission::accessibility) ||
+        !platform_.areaCapture->start(language_(), keptOut)) {
         tell(texts::couldNotStartAreaCapture);
         return;
     }
@@ -72,7 +74,7 @@ void ClipboardScreenCapture::begin() {
     if (offer) {
         offer(texts::openKeyboardSettings, [this, alive = std::weak_ptr<void>(alive_)] {
             if (!alive.expired()) {
-                services_.areaCapture.openShortcutSettings();
+                platform_.areaCapture->openShortcutSettings();
             }
         });
     }

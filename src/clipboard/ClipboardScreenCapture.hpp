@@ -4,10 +4,6 @@
 #pragma once
 
 #include "core/localization/LocalizedText.hpp"
-#include "platform/AreaCapture.hpp"
-#include "platform/KeyEvents.hpp"
-#include "platform/MainQueue.hpp"
-#include "platform/PermissionService.hpp"
 
 #include <cstdint>
 #include <functional>
@@ -15,24 +11,18 @@
 
 namespace quillane {
 
-/// What area capture needs of the desktop, borrowed.
-struct ScreenCaptureServices {
-    MainQueue& mainQueue;
-    const KeyEvents& keyEvents;
-    const PermissionService& permissions;
-    AreaCapture& areaCapture;
-    std::function<core::AppLanguage()> language; ///< the current one
-};
+struct Platform;
 
 /// The command "Capture Area to Clipboard…". The picture goes to the clipboard, where the history records it like any
 /// other copy. Main thread.
 ///
-///     ClipboardScreenCapture capture({…});
+///     ClipboardScreenCapture capture(platform, [&] { return preferences.state().language; });
 ///     capture.report = [&](const auto& text) { … };
 ///     capture.start();
 class ClipboardScreenCapture {
 public:
-    explicit ClipboardScreenCapture(ScreenCaptureServices services);
+    /// `language` returns the current one. The platform must outlive the capture.
+    ClipboardScreenCapture(const Platform& platform, std::function<core::AppLanguage()> language);
     ClipboardScreenCapture(const ClipboardScreenCapture&) = delete;
     ClipboardScreenCapture& operator=(const ClipboardScreenCapture&) = delete;
 
@@ -51,7 +41,8 @@ private:
     void begin();
     void tell(const core::LocalizedText& text) const;
 
-    ScreenCaptureServices services_;
+    const Platform& platform_;
+    std::function<core::AppLanguage()> language_;
     std::uint64_t operation_ = 0;
     std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< guards answers that arrive after destruction
 };

@@ -12,14 +12,14 @@
 namespace quillane {
 
 FileShareModel::FileShareModel(core::Url file, const FileShareServices& services)
-    : desktop_(services.desktop),
+    : desktop_(services.platform.desktop),
       file_(std::move(file)),
-      userDefaults_(services.userDefaults),
-      pasteboard_(services.pasteboard),
-      sessions_(services.sessions),
-      examiner_(services.examiner),
+      userDefaults_(*services.platform.userDefaults),
+      pasteboard_(*services.platform.pasteboard),
+      sessions_(services.platform.urlSessions),
+      examiner_(services.platform.fileExaminer),
       now_(services.now),
-      server_(core::FileShareServer::saved(services.userDefaults)) {}
+      server_(core::FileShareServer::saved(*services.platform.userDefaults)) {}
 
 FileShareModel::~FileShareModel() = default;
 

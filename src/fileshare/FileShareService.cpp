@@ -54,7 +54,8 @@ void present(QWidget& window, WindowTraits& windowTraits) {
 
 FileShareService::FileShareService(FileShareServices services)
     : services_(std::move(services)),
-      languageChange_(services_.preferences.onChanged([this] { services_.filePanel.setTexts(panelTexts()); })) {}
+      languageChange_(
+          services_.preferences.onChanged([this] { services_.platform.filePanel->setTexts(panelTexts()); })) {}
 
 FileShareService::~FileShareService() {
     // Their models must not outlive what they refer to, and no event loop will run any more to delete them.
@@ -65,20 +66,20 @@ FileShareService::~FileShareService() {
 }
 
 void FileShareService::choose() {
-    const auto server = core::FileShareServer::saved(services_.userDefaults);
+    const auto server = core::FileShareServer::saved(*services_.platform.userDefaults);
     if (server.isPlaceholder()) {
         askForServer();
         return;
     }
-    services_.windowTraits.activateApplication();
-    services_.filePanel.chooseFile(
+    services_.platform.windowTraits->activateApplication();
+    services_.platform.filePanel->chooseFile(
         panelTexts(), [this](const std::filesystem::path& file) { show(core::Url::fromFilePath(file)); },
         [this](const std::vector<std::string>& urls) { return share(urls); });
 }
 
 FilePanel::Texts FileShareService::panelTexts() const {
     const auto language = services_.preferences.state().language;
-    const auto server = core::FileShareServer::saved(services_.userDefaults);
+    const auto server = core::FileShareServer::saved(*services_.platform.userDefaults);
     return {.title = texts::shareWindowTitle.rendered(language),
             .message = texts::chooseFileToUpload(server.displayName()).rendered(language),
             .prompt = texts::uploadFile.rendered(language),
@@ -93,8 +94,8 @@ std::optional<core::LocalizedText> FileShareService::share(const std::vector<std
         }
     }
     if (files.size() != 1) {
-        return message(core::FileShareError::selectOneFile, core::FileShareServer::saved(services_.userDefaults),
-                       services_.desktop);
+        return message(core::FileShareError::selectOneFile,
+                       core::FileShareServer::saved(*services_.platform.userDefaults), services_.platform.desktop);
     }
     show(files.front());
     return std::nullopt;
@@ -103,7 +104,7 @@ std::optional<core::LocalizedText> FileShareService::share(const std::vector<std
 void FileShareService::tell(const core::LocalizedText& text) {
     auto* box = new MessageBox(services_.preferences, texts::shareWindowTitle, text);
     box->setModal(false);
-    present(*box, services_.windowTraits);
+    present(*box, *services_.platform.windowTraits);
 }
 
 void FileShareService::askForServer() {
@@ -114,7 +115,7 @@ void FileShareService::askForServer() {
     box->setEscapeButton(&box->addAnswer(texts::cancel, QMessageBox::RejectRole));
     box->setDefaultButton(&open);
     QObject::connect(&open, &QPushButton::clicked, box, [chooseServer = services_.chooseServer] { chooseServer(); });
-    present(*box, services_.windowTraits);
+    present(*box, *services_.platform.windowTraits);
 }
 
 void FileShareService::show(const core::Url& file) {
@@ -126,7 +127,7 @@ void FileShareService::show(const core::Url& file) {
     window->move(freePlace(window->pos(), window->size(), window->screen()->availableGeometry(), taken));
     window->onClose = [this, id] { windows_.erase(id); };
     window->onDrop = [this](const std::vector<std::string>& urls) { return share(urls); };
-    present(*window, services_.windowTraits);
+    present(*window, *services_.platform.windowTraits);
     window->model().start();
 }
 

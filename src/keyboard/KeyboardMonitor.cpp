@@ -5,6 +5,7 @@
 #include "core/direction/DirectionTarget.hpp"
 #include "core/keyboard/ScreenSharingPolicy.hpp"
 #include "core/keyboard/ShiftEnglish.hpp"
+#include "platform/Platform.hpp"
 
 #include <array>
 #include <utility>
@@ -51,9 +52,12 @@ bool isKeyboardEvent(EventType type) {
 
 } // namespace
 
-KeyboardMonitor::KeyboardMonitor(EventTap& tap, const KeyEvents& keyEvents, Workspace& workspace,
-                                 MainQueue& mainQueue, const RTLInput& input)
-    : tap_(tap), keyEvents_(keyEvents), workspace_(workspace), mainQueue_(mainQueue), input_(input) {}
+KeyboardMonitor::KeyboardMonitor(const Platform& platform, const RTLInput& input)
+    : tap_(*platform.eventTap),
+      keyEvents_(*platform.keyEvents),
+      workspace_(*platform.workspace),
+      mainQueue_(*platform.mainQueue),
+      input_(input) {}
 
 KeyboardMonitor::~KeyboardMonitor() {
     stop();

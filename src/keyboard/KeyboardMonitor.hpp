@@ -22,14 +22,16 @@
 
 namespace quillane {
 
+struct Platform;
+
 /// Watches the keyboard, clicks and scrolling through one event tap: recognises the direction and language chords and
 /// rewrites the text of keys for temporary English. Every event is passed on. Handlers are called from the main queue,
 /// never inside the tap; a chord is delivered only if nothing has reset the monitor since and the same application is
 /// still in front.
 class KeyboardMonitor {
 public:
-    KeyboardMonitor(EventTap& tap, const KeyEvents& keyEvents, Workspace& workspace, MainQueue& mainQueue,
-                    const RTLInput& input);
+    /// Both must outlive the monitor.
+    KeyboardMonitor(const Platform& platform, const RTLInput& input);
     ~KeyboardMonitor();
 
     KeyboardMonitor(const KeyboardMonitor&) = delete;

@@ -5,6 +5,7 @@
 
 #include "core/clipboard/PasteboardTypes.hpp"
 #include "core/localization/Texts.hpp"
+#include "platform/Platform.hpp"
 
 #include <utility>
 
@@ -30,15 +31,19 @@ std::set<MacPermission> storedRequests(const core::UserDefaults& defaults) {
 
 } // namespace
 
-PermissionController::PermissionController(const PermissionDesktop& desktop, core::ApplicationLocation location)
-    : desktop_(desktop), location_(std::move(location)), policy_{storedRequests(desktop.userDefaults)} {
+PermissionController::PermissionController(const Platform& platform, core::ApplicationLocation location)
+    : platform_(platform), location_(std::move(location)), policy_{storedRequests(*platform.userDefaults)} {
     refresh();
+}
+
+bool PermissionController::isGrantedInSettings() const {
+    return platform_.permissions->isGrantedInSettings();
 }
 
 void PermissionController::refresh() {
     std::set<MacPermission> granted;
     for (const auto permission : core::allPermissions) {
-        if (desktop_.service.isGranted(permission)) {
+        if (platform_.permissions->isGranted(permission)) {
             granted.insert(permission);
         }
     }
@@ -73,8 +78,8 @@ void PermissionController::request(MacPermission permission) {
     if (presentGuide && isGrantedInSettings()) {
         presentGuide(permission);
     }
-    desktop_.windowTraits.activateApplication();
-    desktop_.service.request(permission);
+    platform_.windowTraits->activateApplication();
+    platform_.permissions->request(permission);
     if (!isGrantedInSettings()) {
         switchingOn_ = permission == MacPermission::accessibility && !granted_.contains(permission);
     } else {
@@ -98,20 +103,20 @@ void PermissionController::openSettings(MacPermission permission) {
     if (presentGuide && isGrantedInSettings()) {
         presentGuide(permission);
     }
-    desktop_.service.openSettings(permission);
+    platform_.permissions->openSettings(permission);
 }
 
 void PermissionController::copyPath() {
-    desktop_.pasteboard.clear();
-    if (desktop_.pasteboard.setString(core::pasteboardTypes::string, location_.application.string())) {
+    platform_.pasteboard->clear();
+    if (platform_.pasteboard->setString(core::pasteboardTypes::string, location_.application.string())) {
         say(texts::appPathCopied);
     }
 }
 
 void PermissionController::restart() {
-    desktop_.userDefaults.setObject(showPermissionsKey, true);
-    if (!desktop_.launcher.launch(core::relaunchCommand(::getpid(), location_.application))) {
-        say(texts::couldNotReopen.on(desktop_.desktop));
+    platform_.userDefaults->setObject(showPermissionsKey, true);
+    if (!platform_.launcher->launch(core::relaunchCommand(::getpid(), location_.application))) {
+        say(texts::couldNotReopen.on(platform_.desktop));
     } else if (terminate) {
         terminate();
     }
@@ -122,7 +127,7 @@ void PermissionController::saveRequests() {
     for (const auto permission : policy_.requested) {
         values.emplace_back(std::string(rawValue(permission)));
     }
-    desktop_.userDefaults.setObject(requestKey, std::move(values));
+    platform_.userDefaults->setObject(requestKey, std::move(values));
 }
 
 void PermissionController::say(const core::LocalizedText& text) {

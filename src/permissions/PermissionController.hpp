@@ -3,31 +3,17 @@
 
 #pragma once
 
-#include "core/clipboard/PasteboardContents.hpp"
-#include "core/localization/Desktop.hpp"
 #include "core/localization/LocalizedText.hpp"
 #include "core/permissions/ApplicationLocation.hpp"
 #include "core/permissions/PermissionSetupPolicy.hpp"
-#include "core/preferences/UserDefaults.hpp"
 #include "core/support/Listeners.hpp"
-#include "platform/Launcher.hpp"
-#include "platform/PermissionService.hpp"
-#include "platform/WindowTraits.hpp"
 
 #include <functional>
 #include <set>
 
 namespace quillane {
 
-/// What requesting permissions needs from the desktop, borrowed.
-struct PermissionDesktop {
-    PermissionService& service;
-    core::UserDefaults& userDefaults;
-    core::PasteboardContents& pasteboard;
-    WindowTraits& windowTraits;
-    Launcher& launcher;
-    core::Desktop desktop{}; ///< the desktop that texts name
-};
+struct Platform;
 
 /// The permissions as of the last refresh, and everything that helps the user to grant them. Main thread.
 class PermissionController {
@@ -38,7 +24,8 @@ public:
     /// The defaults key of the flag that is left for the next launch by `restart`.
     static constexpr auto showPermissionsKey = "QuillaneShowPermissionsAfterRestart";
 
-    PermissionController(const PermissionDesktop& desktop, core::ApplicationLocation location);
+    /// The platform must outlive the controller.
+    PermissionController(const Platform& platform, core::ApplicationLocation location);
 
     /// Reads the permissions again; notifies listeners only of changes.
     void refresh();
@@ -67,7 +54,7 @@ public:
     [[nodiscard]] bool isInstalled() const { return location_.installed; }
 
     /// The user grants it in a list of the system's settings that this program appears in.
-    [[nodiscard]] bool isGrantedInSettings() const { return desktop_.service.isGrantedInSettings(); }
+    [[nodiscard]] bool isGrantedInSettings() const;
 
     /// The last instruction; empty before the first.
     [[nodiscard]] const core::LocalizedText& feedback() const { return feedback_; }
@@ -88,7 +75,7 @@ private:
     bool tellOfSwitch();
     void say(const core::LocalizedText& text);
 
-    PermissionDesktop desktop_;
+    const Platform& platform_;
     core::ApplicationLocation location_;
     core::PermissionSetupPolicy policy_;
     std::set<core::MacPermission> granted_;

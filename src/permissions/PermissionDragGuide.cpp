@@ -5,6 +5,7 @@
 
 #include "core/permissions/PermissionGuidePlacement.hpp"
 #include "permissions/PermissionController.hpp"
+#include "platform/Platform.hpp"
 
 #include <algorithm>
 #include <chrono>
@@ -55,7 +56,7 @@ void PermissionDragGuide::present(core::MacPermission permission) {
         panel_->closed = [this] { dismiss(); };
     }
     panel_->setPermission(permission);
-    timer_ = services_.mainQueue.repeat(followInterval, [this] { update(); });
+    timer_ = services_.platform.mainQueue->repeat(followInterval, [this] { update(); });
     update();
 }
 
@@ -69,12 +70,12 @@ void PermissionDragGuide::dismiss() {
 
 void PermissionDragGuide::update() {
     step_ = std::make_shared<int>();
-    const auto front = services_.workspace.frontmostApplication();
+    const auto front = services_.platform.workspace->frontmostApplication();
     if (!front || front->bundleID != systemSettings) {
         panel_->orderOut();
         return;
     }
-    services_.windowList.read(
+    services_.platform.windowList->read(
         [this, step = std::weak_ptr<void>(step_), pid = front->pid](const std::vector<OnScreenWindow>& windows) {
             if (!step.expired()) {
                 place(pid, windows);

@@ -6,9 +6,7 @@
 #include "core/permissions/MacPermission.hpp"
 #include "core/support/Geometry.hpp"
 #include "core/support/Subscription.hpp"
-#include "platform/MainQueue.hpp"
 #include "platform/WindowList.hpp"
-#include "platform/Workspace.hpp"
 
 #include <functional>
 #include <memory>
@@ -19,6 +17,7 @@
 namespace quillane {
 
 class PermissionController;
+struct Platform;
 
 /// A screen, and the part of it that menu bars, docks and panels leave free.
 struct ScreenArea {
@@ -44,9 +43,7 @@ public:
 
 /// What the guide needs, borrowed.
 struct PermissionGuideServices {
-    MainQueue& mainQueue;
-    Workspace& workspace;
-    WindowList& windowList;
+    const Platform& platform;
     PermissionController& permissions;
     std::function<std::vector<ScreenArea>()> screens; ///< the main one first
     std::function<std::unique_ptr<PermissionGuidePanel>()> makePanel;

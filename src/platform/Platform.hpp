@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/fileshare/FileExaminer.hpp"
+#include "core/fileshare/UrlSession.hpp"
 #include "core/localization/Desktop.hpp"
 #include "core/power/SleepAssertionClient.hpp"
 #include "core/preferences/UserDefaults.hpp"
@@ -40,7 +42,8 @@
 
 namespace quillane {
 
-/// Every platform interface of one desktop. Members are destroyed last to first, so later ones may use earlier ones.
+/// Every platform interface of one desktop: a backend in the program, fakes in tests. Members are destroyed last to
+/// first, so later ones may use earlier ones, and never the other way round.
 struct Platform {
     core::Desktop desktop = core::Desktop::macOS; ///< the desktop and keys that texts name
     std::shared_ptr<void> session; ///< what the backend's members share (connections); shared by all of them
@@ -49,7 +52,6 @@ struct Platform {
     std::unique_ptr<Workspace> workspace;
     std::unique_ptr<ApplicationCatalog> applicationCatalog;
     std::unique_ptr<InputSources> inputSources;
-    std::unique_ptr<KeyEvents> keyEvents;
     std::unique_ptr<EventTap> eventTap;
     std::unique_ptr<Accessibility> accessibility;
     std::unique_ptr<PermissionService> permissions;
@@ -59,15 +61,19 @@ struct Platform {
     std::unique_ptr<WindowList> windowList;
     std::unique_ptr<core::SleepAssertionClient> sleepAssertions;
     std::unique_ptr<Pasteboard> pasteboard;
+    std::unique_ptr<KeyEvents> keyEvents;     ///< after the focus and the selection that decide how a key is posted
     std::unique_ptr<AreaCapture> areaCapture; ///< after the pasteboard, on which it puts pictures
     std::unique_ptr<HotKeys> hotKeys;
     std::unique_ptr<SecureInput> secureInput;
     std::unique_ptr<core::SecretStore> secretStore;
     std::unique_ptr<SerialQueue> vaultQueue; ///< after the secret store, which its tasks use
-    std::unique_ptr<SerialQueue> imageQueue;
-    std::unique_ptr<SerialQueue> fileQueue; ///< its tasks may outlive it (see ThreadSerialQueue)
+    std::unique_ptr<SerialQueue> imageQueue; ///< where pictures are decoded
+    std::unique_ptr<SerialQueue>
+        fileQueue;                   ///< where files are looked up; its tasks may outlive it (see ThreadSerialQueue)
+    core::FileExaminer fileExaminer; ///< asks the disk about files that are to be shared
     std::unique_ptr<FilePanel> filePanel;
     std::shared_ptr<const ProxySettings> proxySettings; ///< shared with the threads of transfers
+    core::UrlSessionFactory urlSessions;                ///< after the proxy settings, which transfers read
     std::unique_ptr<SystemSymbols> systemSymbols;
     std::unique_ptr<ServicesMenu> servicesMenu;
     std::unique_ptr<Launcher> launcher;

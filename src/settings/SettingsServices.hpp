@@ -5,12 +5,9 @@
 
 #include "clipboard/ClipboardManager.hpp"
 #include "core/clipboard/ClipboardOptions.hpp"
-#include "core/localization/Desktop.hpp"
 #include "core/preferences/AppPreferences.hpp"
 #include "permissions/PermissionController.hpp"
-#include "platform/ApplicationCatalog.hpp"
-#include "platform/Pasteboard.hpp"
-#include "platform/WindowTraits.hpp"
+#include "platform/Platform.hpp"
 #include "settings/SettingsModel.hpp"
 #include "system/AppUpdater.hpp"
 #include "system/LoginItemController.hpp"
@@ -54,14 +51,12 @@ struct FileManagerSettings {
 
 /// What the settings window shows and changes. Everything it refers to must outlive the window.
 struct SettingsServices {
-    core::Desktop desktop{}; ///< the desktop that texts name
+    const Platform& platform;
     SettingsModel& model;
     core::AppPreferences& preferences;
-    core::UserDefaults& userDefaults;
     PermissionController& permissions;
     LoginItemController& loginItem;
     AppUpdater& updater;
-    WindowTraits& windowTraits;
     ClipboardSettings clipboard;
     FileManagerSettings fileManager = {};
     std::function<QIcon(const std::string& name, const QColor& color)> symbol; ///< a null icon for unknown names

@@ -69,8 +69,8 @@ SettingsWindow::SettingsWindow(SettingsServices services)
 void SettingsWindow::present(core::SettingsPage page) {
     services_.model.setPage(page);
     view_->refreshIfStale();
-    services_.windowTraits.setActivationPolicy(ActivationPolicy::regular);
-    services_.windowTraits.activateApplication();
+    services_.platform.windowTraits->setActivationPolicy(ActivationPolicy::regular);
+    services_.platform.windowTraits->activateApplication();
     fitMinimumSize();
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
@@ -105,7 +105,7 @@ void SettingsWindow::apply(core::WritingDirection direction) {
 void SettingsWindow::closeEvent(QCloseEvent* event) {
     saveFrame();
     QWidget::closeEvent(event);
-    services_.windowTraits.setActivationPolicy(ActivationPolicy::accessory);
+    services_.platform.windowTraits->setActivationPolicy(ActivationPolicy::accessory);
 }
 
 void SettingsWindow::moveEvent(QMoveEvent* event) {
@@ -135,7 +135,7 @@ void SettingsWindow::changeEvent(QEvent* event) {
 }
 
 void SettingsWindow::restoreFrame() {
-    const auto stored = services_.userDefaults.string(frameKey);
+    const auto stored = services_.platform.userDefaults->string(frameKey);
     const auto frame = stored ? windowFrame::parse(*stored) : std::nullopt;
     auto* screen = frame ? screenFor(*frame) : nullptr;
     if (screen != nullptr) {
@@ -179,8 +179,8 @@ void SettingsWindow::saveFrame() {
     if (windowState() == Qt::WindowNoState) {
         frame_ = QRect(pos(), size());
     }
-    if (auto text = windowFrame::stored(frame_); services_.userDefaults.string(frameKey) != text) {
-        services_.userDefaults.setObject(frameKey, std::move(text));
+    if (auto text = windowFrame::stored(frame_); services_.platform.userDefaults->string(frameKey) != text) {
+        services_.platform.userDefaults->setObject(frameKey, std::move(text));
     }
 }
 

@@ -5,7 +5,6 @@
 #include "app/AppDelegate.hpp"
 #include "core/preferences/InstallationMigration.hpp"
 #include "fakes/FakeDesktop.hpp"
-#include "fakes/FakeUserDefaults.hpp"
 #include "support/OffscreenApplication.hpp"
 #include "support/TemporaryFiles.hpp"
 
@@ -30,38 +29,8 @@ protected:
     AppDelegate& launch() {
         model.emplace(defaults, desktop.sleepAssertions);
         preferences.emplace(defaults);
-        delegate.emplace(AppServices{.desktop = shownOn,
-                                     .mainQueue = desktop.queue,
-                                     .userDefaults = defaults,
-                                     .workspace = desktop.workspace,
-                                     .applicationCatalog = desktop.applicationCatalog,
-                                     .inputSources = desktop.inputSources,
-                                     .keyEvents = desktop.keyEvents,
-                                     .eventTap = desktop.tap,
-                                     .accessibility = desktop.accessibility,
-                                     .permissions = desktop.permissions,
-                                     .statusItem = desktop.statusItem,
-                                     .applicationMenu = desktop.applicationMenu,
-                                     .windowTraits = desktop.windowTraits,
-                                     .windowList = desktop.windowList,
-                                     .pasteboard = desktop.pasteboard,
-                                     .areaCapture = desktop.areaCapture,
-                                     .hotKeys = desktop.hotKeys,
-                                     .secureInput = desktop.secureInput,
-                                     .secretStore = desktop.secretStore,
-                                     .vaultQueue = desktop.vaultQueue,
-                                     .imageQueue = desktop.imageQueue,
-                                     .fileQueue = desktop.fileQueue,
-                                     .filePanel = desktop.filePanel,
-                                     .systemSymbols = desktop.systemSymbols,
-                                     .servicesMenu = desktop.servicesMenu,
-                                     .urlSessions = desktop.urlSessions.factory(),
-                                     .fileExaminer = desktop.fileExaminer.examiner(),
-                                     .launcher = desktop.launcher,
-                                     .loginItem = desktop.loginItem,
-                                     .systemInspector = desktop.systemInspector,
-                                     .updater = &desktop.updater},
-                         *preferences, *model,
+        desktop.platform.desktop = shownOn;
+        delegate.emplace(desktop.platform, *preferences, *model,
                          AppDelegate::Environment{.version = "1.2",
                                                   .keyboardAvailable = keyboardAvailable,
                                                   .legacyBundleID = std::string(legacyBundleID),
@@ -116,7 +85,7 @@ private:
 protected:
     fakes::TemporaryFiles files;
     fakes::FakeDesktop desktop;
-    fakes::FakeUserDefaults defaults;
+    fakes::FakeUserDefaults& defaults = desktop.userDefaults;
     core::Desktop shownOn = core::Desktop::macOS; ///< the desktop that texts name
     bool keyboardAvailable = true;
     int terminations = 0;

@@ -209,16 +209,12 @@ TEST_F(DoctorTest, NothingThatIsTypedOrCopiedAndNoPathOfTheHomeFolderIsSaid) {
 
 TEST(DoctorByItself, PermissionsThatMacOSGivesToTheTerminalAreNotReported) {
     fakes::FakeDesktop desktop;
-    const doctor::SessionServices services{.permissions = desktop.permissions,
-                                           .inputSources = desktop.inputSources,
-                                           .pasteboard = desktop.pasteboard,
-                                           .loginItem = desktop.loginItem,
-                                           .updater = nullptr};
-    EXPECT_FALSE(doctor::sessionFacts(services, core::Respondent::command).granted);
-    EXPECT_TRUE(doctor::sessionFacts(services, core::Respondent::agent).granted);
+    desktop.platform.updater.reset();
+    EXPECT_FALSE(doctor::sessionFacts(desktop.platform, core::Respondent::command).granted);
+    EXPECT_TRUE(doctor::sessionFacts(desktop.platform, core::Respondent::agent).granted);
     desktop.permissions.grantOnRequest(); // of the whole session, as on Linux
-    EXPECT_TRUE(doctor::sessionFacts(services, core::Respondent::command).granted);
-    EXPECT_FALSE(doctor::sessionFacts(services, core::Respondent::command).updater);
+    EXPECT_TRUE(doctor::sessionFacts(desktop.platform, core::Respondent::command).granted);
+    EXPECT_FALSE(doctor::sessionFacts(desktop.platform, core::Respondent::command).updater);
 }
 
 TEST(DoctorByItself, ALinkToTheHomeFolderHidesItToo) {

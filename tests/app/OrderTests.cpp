@@ -29,7 +29,6 @@ protected:
         defaults.setObject(core::clipboardOptionsKey, core::encodeClipboardOptions(clipboard));
         defaults.setObject("KeepAwakeEnabled", true);
         defaults.setObject("FileShareServer", std::string("http://nas"));
-        defaults.journal = &journal;
         desktop.withFrontApplication("com.apple.TextEdit").keepJournal(journal);
     }
 

@@ -139,7 +139,7 @@ TEST_F(LateContentsTest, AreRecordedHoweverLateTheyArrive) {
 
 TEST_F(LateContentsTest, AreRecordedAsOfTheMomentOfTheCopy) {
     start();
-    const auto copied = managerServices().now();
+    const auto copied = now();
     pasteboard.copyUnfetched();
     workspace.activate(workspace.open("com.example.viewer", "Viewer"));
     secureInput.setEnabled(true);
@@ -314,7 +314,7 @@ TEST_F(ClipboardManagerTest, WithoutPersistenceALaunchErasesTheFiles) {
 }
 
 TEST_F(ClipboardManagerTest, WithoutAKeyTheHistoryIsInMemoryOnly) {
-    secrets.failWith(core::SecretStatus::interactionNotAllowed);
+    secretStore.failWith(core::SecretStatus::interactionNotAllowed);
     start();
     EXPECT_TRUE(manager_->isReady());
     EXPECT_TRUE(manager_->hasStorageError());

@@ -6,8 +6,6 @@
 #include "clipboard/ClipboardPanel.hpp"
 #include "clipboard/ClipboardTest.hpp"
 #include "core/localization/Texts.hpp"
-#include "fakes/FakeKeyEvents.hpp"
-#include "fakes/FakePermissionService.hpp"
 
 namespace quillane::testing {
 
@@ -21,10 +19,7 @@ inline constexpr core::KeyCode one = 18, five = 23, a = 0, v = 9, enter = 36, ba
 /// The panel of a history on fakes, opened while an editor is in front.
 class ClipboardPanelTest : public ClipboardTest {
 protected:
-    ClipboardPanelTest() {
-        permissions_.grant(core::MacPermission::accessibility);
-        editor_ = *workspace.frontmostApplication();
-    }
+    ClipboardPanelTest() { editor_ = *workspace.frontmostApplication(); }
 
     /// A history of these texts, the last one copied last, and its panel.
     ClipboardPanel& open(const std::vector<std::string>& copies) {
@@ -33,9 +28,7 @@ protected:
             copy(text);
         }
         pass(std::chrono::milliseconds(10));
-        panel_ = std::make_unique<ClipboardPanel>(*manager_, ClipboardPanelServices{core::Desktop::macOS, queue,
-                                                                                    workspace, pasteboard, keyEvents_,
-                                                                                    secureInput, permissions_});
+        panel_ = std::make_unique<ClipboardPanel>(*manager_, platform);
         panel_->onShow = [this] { ++shown_; };
         panel_->onClose = [this] { ++closed_; };
         panel_->onPasteFailed = [this](const core::LocalizedText& text) { failures_.push_back(text); };
@@ -69,8 +62,6 @@ protected:
         return {editor_.pid, key::v, core::flags::command};
     }
 
-    fakes::FakeKeyEvents keyEvents_;
-    fakes::FakePermissionService permissions_;
     RunningApplication editor_;
     std::unique_ptr<ClipboardPanel> panel_;
     int shown_ = 0;

@@ -137,7 +137,7 @@ TEST_F(ClipboardPanelTest, PastesWhileItIsOff) {
     panel_->toggle();
     panel_->handle(key::enter, 0);
     queue.advance(50ms);
-    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
+    EXPECT_THAT(keyEvents.posted, ElementsAre(pasteKey()));
 }
 
 TEST_F(ClipboardPanelTest, IsClosedAtTheChangeFromOnToOff) {
@@ -151,12 +151,12 @@ TEST_F(ClipboardPanelTest, OpeningItReadsAHistoryThatCouldNotBeRead) {
     open({"one"});
     pass(1s);
     panel_.reset();
-    secrets.failWith(core::SecretStatus::interactionNotAllowed);
+    secretStore.failWith(core::SecretStatus::interactionNotAllowed);
     open({});
     EXPECT_THAT(found(), IsEmpty());
     EXPECT_EQ(panel_->notice(), std::optional<core::LocalizedText>(texts::savedHistoryUnread));
     panel_->close();
-    secrets.failWith(core::SecretStatus::success);
+    secretStore.failWith(core::SecretStatus::success);
     pass(10s);
     panel_->toggle();
     settle();
@@ -173,7 +173,7 @@ TEST_F(ClipboardPanelTest, ANewerChoiceReplacesAPasteThatIsUnderWay) {
     panel_->handle(key::enter, 0);
     secureInput.setEnabled(false);
     queue.advance(5s);
-    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
+    EXPECT_THAT(keyEvents.posted, ElementsAre(pasteKey()));
     EXPECT_EQ(onPasteboard(), "one");
 }
 
@@ -182,7 +182,7 @@ TEST_F(ClipboardPanelTest, NothingIsPastedWhileThePanelIsOpenAgain) {
     panel_->handle(key::enter, 0);
     panel_->toggle();
     queue.advance(5s);
-    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+    EXPECT_THAT(keyEvents.posted, IsEmpty());
 }
 
 TEST_F(ClipboardPanelTest, NothingIsPastedWhenSomethingElseWasCopied) {
@@ -190,7 +190,7 @@ TEST_F(ClipboardPanelTest, NothingIsPastedWhenSomethingElseWasCopied) {
     panel_->handle(key::enter, 0);
     pasteboard.copyText("two");
     queue.advance(5s);
-    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+    EXPECT_THAT(keyEvents.posted, IsEmpty());
 }
 
 TEST_F(ClipboardPanelTest, NothingIsPastedWhenTheApplicationQuits) {
@@ -198,20 +198,20 @@ TEST_F(ClipboardPanelTest, NothingIsPastedWhenTheApplicationQuits) {
     panel_->handle(key::enter, 0);
     workspace.quit(editor_.pid);
     queue.advance(5s);
-    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+    EXPECT_THAT(keyEvents.posted, IsEmpty());
 }
 
 TEST_F(ClipboardPanelTest, NothingIsPastedByAPanelThatHasGone) {
     open({"one"}).handle(key::enter, 0);
     panel_.reset();
     queue.advance(5s);
-    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+    EXPECT_THAT(keyEvents.posted, IsEmpty());
 }
 
 // What can go wrong
 
 TEST_F(ClipboardPanelTest, WithoutAccessibilityItSaysHowToPaste) {
-    permissions_.revoke(core::MacPermission::accessibility);
+    permissions.revoke(core::MacPermission::accessibility);
     open({"one"}).handle(key::enter, 0);
     EXPECT_EQ(onPasteboard(), "one");
     EXPECT_TRUE(panel_->isVisible());
@@ -269,7 +269,7 @@ TEST_F(ClipboardPanelTest, APasteboardThatRefusesIsReported) {
 }
 
 TEST_F(ClipboardPanelTest, AMessageGoesWithTheNextSearch) {
-    permissions_.revoke(core::MacPermission::accessibility);
+    permissions.revoke(core::MacPermission::accessibility);
     open({"one"}).handle(key::enter, 0);
     panel_->setQuery("o");
     EXPECT_FALSE(panel_->message());

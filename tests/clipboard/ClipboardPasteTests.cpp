@@ -25,13 +25,13 @@ TEST_F(ClipboardPanelTest, ReturnPastesIntoTheApplicationThatWasInFront) {
     EXPECT_TRUE(panel_->handle(key::enter, 0));
     EXPECT_EQ(onPasteboard(), "one");
     EXPECT_FALSE(panel_->isVisible());
-    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+    EXPECT_THAT(keyEvents.posted, IsEmpty());
     queue.advance(49ms);
-    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+    EXPECT_THAT(keyEvents.posted, IsEmpty());
     queue.advance(1ms);
-    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
+    EXPECT_THAT(keyEvents.posted, ElementsAre(pasteKey()));
     queue.advance(5s);
-    EXPECT_THAT(keyEvents_.posted, SizeIs(1));
+    EXPECT_THAT(keyEvents.posted, SizeIs(1));
     EXPECT_THAT(recorded(), ElementsAre("one", "two")); // nothing was copied again
     panel_->toggle();
     EXPECT_THAT(found(), ElementsAre("one", "two")); // and the used entry is on top
@@ -45,7 +45,7 @@ TEST_F(ClipboardPanelTest, CommandAndADigitPastesThatEntry) {
     panel_->handle(key::one + 1, flags::command); // the key of 2
     queue.advance(50ms);
     EXPECT_EQ(onPasteboard(), "two");
-    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
+    EXPECT_THAT(keyEvents.posted, ElementsAre(pasteKey()));
 }
 
 TEST_F(ClipboardPanelTest, OptionReturnOnlyCopies) {
@@ -55,7 +55,7 @@ TEST_F(ClipboardPanelTest, OptionReturnOnlyCopies) {
     EXPECT_EQ(onPasteboard(), "one");
     EXPECT_FALSE(panel_->isVisible());
     queue.advance(5s);
-    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+    EXPECT_THAT(keyEvents.posted, IsEmpty());
 }
 
 TEST_F(ClipboardPanelTest, ShiftReturnPastesWithoutStyles) {
@@ -79,10 +79,10 @@ TEST_F(ClipboardPanelTest, ThePasteWaitsUntilTheApplicationIsInFront) {
     workspace.answerActivation(fakes::FakeWorkspace::Activation::refused);
     panel_->handle(key::enter, 0);
     queue.advance(500ms);
-    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+    EXPECT_THAT(keyEvents.posted, IsEmpty());
     workspace.activate(editor_.pid);
     queue.advance(50ms);
-    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
+    EXPECT_THAT(keyEvents.posted, ElementsAre(pasteKey()));
 }
 
 TEST_F(ClipboardPanelTest, ItBringsTheApplicationToTheFront) {
@@ -101,9 +101,9 @@ TEST_F(ClipboardPanelTest, PasteWaitsForAnActivationThatComesLate) {
     workspace.answerActivation(fakes::FakeWorkspace::Activation::late, 420ms);
     panel_->handle(key::enter, 0);
     queue.advance(449ms);
-    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+    EXPECT_THAT(keyEvents.posted, IsEmpty());
     queue.advance(1ms);
-    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
+    EXPECT_THAT(keyEvents.posted, ElementsAre(pasteKey()));
 }
 
 TEST_F(ClipboardPanelTest, RefusedActivationPastesNothingAnywhereAndSaysHow) {
@@ -115,7 +115,7 @@ TEST_F(ClipboardPanelTest, RefusedActivationPastesNothingAnywhereAndSaysHow) {
     queue.advance(5s);
     workspace.activate(editor_.pid); // by the user, who pastes himself
     queue.advance(5s);
-    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+    EXPECT_THAT(keyEvents.posted, IsEmpty());
     EXPECT_THAT(failures_, ElementsAre(core::LocalizedText(texts::itemCopiedReturnToApp.on(core::Desktop::macOS))));
     EXPECT_EQ(onPasteboard(), "one");
 }
@@ -126,15 +126,15 @@ TEST_F(ClipboardPanelTest, PasteByTimersThatFireLateIsOneAndGoesToNoOtherApplica
     queue.nap(10s);
     panel_->handle(key::enter, 0);
     queue.advance(9s);
-    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+    EXPECT_THAT(keyEvents.posted, IsEmpty());
     queue.advance(20s);
-    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
+    EXPECT_THAT(keyEvents.posted, ElementsAre(pasteKey()));
     panel_->toggle();
     panel_->handle(key::enter, 0);
     queue.runPosted();
     workspace.activate(other);
     queue.advance(10s);
-    EXPECT_THAT(keyEvents_.posted, SizeIs(1));
+    EXPECT_THAT(keyEvents.posted, SizeIs(1));
 }
 
 TEST_F(ClipboardPanelTest, ThePasteWaitsForTheEndOfSecureInputAndForKeysThatAreHeld) {
@@ -143,12 +143,12 @@ TEST_F(ClipboardPanelTest, ThePasteWaitsForTheEndOfSecureInputAndForKeysThatAreH
     panel_->handle(key::enter, 0);
     queue.advance(300ms);
     secureInput.setEnabled(false);
-    keyEvents_.refusesKeys = true;
+    keyEvents.refusesKeys = true;
     queue.advance(300ms);
-    EXPECT_THAT(keyEvents_.posted, IsEmpty());
-    keyEvents_.refusesKeys = false;
+    EXPECT_THAT(keyEvents.posted, IsEmpty());
+    keyEvents.refusesKeys = false;
     queue.advance(50ms);
-    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
+    EXPECT_THAT(keyEvents.posted, ElementsAre(pasteKey()));
 }
 
 TEST_F(ClipboardPanelTest, ItGivesUpAfterTwentyAttempts) {
@@ -163,7 +163,7 @@ TEST_F(ClipboardPanelTest, ItGivesUpAfterTwentyAttempts) {
     EXPECT_THAT(failures_, ElementsAre(core::LocalizedText(texts::itemCopiedReturnToApp.on(core::Desktop::macOS))));
     secureInput.setEnabled(false);
     queue.advance(5s);
-    EXPECT_THAT(keyEvents_.posted, IsEmpty());
+    EXPECT_THAT(keyEvents.posted, IsEmpty());
     EXPECT_EQ(onPasteboard(), "one");
 }
 
@@ -174,7 +174,7 @@ TEST_F(ClipboardPanelTest, TheTwentiethAttemptStillPastes) {
     queue.advance(999ms);
     secureInput.setEnabled(false);
     queue.advance(1ms);
-    EXPECT_THAT(keyEvents_.posted, ElementsAre(pasteKey()));
+    EXPECT_THAT(keyEvents.posted, ElementsAre(pasteKey()));
     EXPECT_THAT(failures_, IsEmpty());
 }
 

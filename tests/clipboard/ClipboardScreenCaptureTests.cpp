@@ -26,11 +26,7 @@ constexpr const char* couldNotStart = "Could not start area capture. Check Acces
 class ScreenCaptureTest : public testing::Test {
 protected:
     ScreenCaptureTest() {
-        capture_.emplace(ScreenCaptureServices{.mainQueue = desktop_.queue,
-                                               .keyEvents = desktop_.keyEvents,
-                                               .permissions = desktop_.permissions,
-                                               .areaCapture = desktop_.areaCapture,
-                                               .language = [this] { return language_; }});
+        capture_.emplace(desktop_.platform, [this] { return language_; });
         capture_->report = [this](const core::LocalizedText& text) {
             reports_.push_back(text.rendered(AppLanguage::english));
         };

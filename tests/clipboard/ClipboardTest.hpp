@@ -31,7 +31,7 @@ protected:
     /// Makes a manager, in place of the one before.
     void make() {
         manager_.reset();
-        manager_ = std::make_unique<ClipboardManager>(managerServices());
+        manager_ = makeManager();
     }
 
     /// Starts a new manager and loads its history.
@@ -69,7 +69,7 @@ protected:
 
     /// What another process would load.
     [[nodiscard]] std::vector<std::string> stored() {
-        auto key = core::obtainClipboardKey(secrets);
+        auto key = core::obtainClipboardKey(secretStore);
         auto loaded = core::ClipboardVault::open(folder(), std::move(*key))->load();
         std::vector<std::string> all;
         for (const auto& entry : loaded.value()) {

@@ -168,11 +168,11 @@ TEST_F(HistorySavingTest, VaultIsFreeWhenTheProgramHasEnded) {
 TEST_F(HistorySavingTest, ProgramThatIsKeptOutMakesNoKey) {
     const auto other = otherProgram();
     start();
-    EXPECT_EQ(secrets.count(), 0U);
+    EXPECT_EQ(secretStore.count(), 0U);
 }
 
 TEST_F(HistorySavingTest, ProgramWithoutAKeyKeepsNobodyOut) {
-    secrets.failWith(SecretStatus::interactionNotAllowed);
+    secretStore.failWith(SecretStatus::interactionNotAllowed);
     start();
     EXPECT_TRUE(core::VaultLock::acquire(folder()));
 }
@@ -181,20 +181,20 @@ TEST_F(HistorySavingTest, LockedKeyringIsAskedEveryTenSecondsWhileSomethingIsUns
     start();
     copy("before");
     pass(1s);
-    secrets.failWith(SecretStatus::interactionNotAllowed);
+    secretStore.failWith(SecretStatus::interactionNotAllowed);
     start();
     copy("meanwhile");
     pass(50s);
-    const int asked = secrets.searches();
+    const int asked = secretStore.searches();
     for (int i = 0; i < 10; ++i) {
         pass(10s); // no further copy
     }
-    EXPECT_THAT(secrets.searches() - asked, ::testing::AllOf(::testing::Ge(9), ::testing::Le(10)));
-    secrets.failWith(SecretStatus::success);
+    EXPECT_THAT(secretStore.searches() - asked, ::testing::AllOf(::testing::Ge(9), ::testing::Le(10)));
+    secretStore.failWith(SecretStatus::success);
     pass(10s);
     pass(1s);
     EXPECT_THAT(stored(), ElementsAre("before", "meanwhile"));
-    EXPECT_EQ(secrets.count(), 1U);
+    EXPECT_EQ(secretStore.count(), 1U);
 }
 
 // The clock
@@ -235,7 +235,7 @@ TEST_F(HistorySavingTest, DatesInTheFutureComeDownAtTheNextStartAndStayThere) {
     pass(1s);
     clockShift = 0;
     start();
-    const auto now = managerServices().now();
+    const auto now = now();
     EXPECT_LE(manager_->history().entries()[1].copiedAt, now);
     EXPECT_LT(manager_->history().entries()[0].copiedAt, manager_->history().entries()[1].copiedAt);
     pass(1s);

@@ -38,7 +38,7 @@ protected:
     }
 
     [[nodiscard]] fs::path fileOf(const std::string& text) {
-        auto key = core::obtainClipboardKey(secrets);
+        auto key = core::obtainClipboardKey(secretStore);
         auto loaded = core::ClipboardVault::open(folder(), std::move(*key))->load();
         for (const auto& entry : loaded.value()) {
             if (*entry.text == text) {
@@ -250,45 +250,45 @@ TEST_F(SavedHistoryTest, HistoryThatCanBeReadLaterIsMergedWithWhatWasCopiedMeanw
 }
 
 TEST_F(SavedHistoryTest, LockedKeyringIsAskedAgainWithTheSavesAndNotMoreOftenThanEveryTenSeconds) {
-    secrets.failWith(SecretStatus::interactionNotAllowed);
+    secretStore.failWith(SecretStatus::interactionNotAllowed);
     start();
-    const int atStart = secrets.searches();
+    const int atStart = secretStore.searches();
     pass(60s); // nothing to save
-    EXPECT_EQ(secrets.searches(), atStart);
+    EXPECT_EQ(secretStore.searches(), atStart);
     for (int i = 0; i < 38; ++i) {
         copy(std::to_string(i)); // one every half second
     }
-    EXPECT_LE(secrets.searches(), atStart + 2);
-    EXPECT_GE(secrets.searches(), atStart + 1);
-    secrets.failWith(SecretStatus::success);
+    EXPECT_LE(secretStore.searches(), atStart + 2);
+    EXPECT_GE(secretStore.searches(), atStart + 1);
+    secretStore.failWith(SecretStatus::success);
     passUntilRead();
     EXPECT_EQ(recorded().size(), 41U);
     EXPECT_EQ(stored().size(), 41U);
     EXPECT_FALSE(manager_->hasStorageError());
-    const int found = secrets.searches();
+    const int found = secretStore.searches();
     copy("later");
     pass(60s);
-    EXPECT_EQ(secrets.searches(), found);
+    EXPECT_EQ(secretStore.searches(), found);
 }
 
 TEST_F(SavedHistoryTest, CopiesMadeWhileTheKeyringWasLockedAreSavedAtTheEnd) {
-    secrets.failWith(SecretStatus::interactionNotAllowed);
+    secretStore.failWith(SecretStatus::interactionNotAllowed);
     start();
     copy("meanwhile");
-    secrets.failWith(SecretStatus::success);
+    secretStore.failWith(SecretStatus::success);
     manager_->stop();
     EXPECT_THAT(stored(), ElementsAre("one", "two", "three", "meanwhile"));
 }
 
 TEST_F(SavedHistoryTest, EntriesClearedBeforeTheyCanBeReadStayCleared) {
-    secrets.failWith(SecretStatus::interactionNotAllowed);
+    secretStore.failWith(SecretStatus::interactionNotAllowed);
     start();
     manager_->clear(Clearing::includePins);
     settle();
     EXPECT_TRUE(isErased()); // which needs no key
     EXPECT_FALSE(manager_->isUnread());
     copy("meanwhile");
-    secrets.failWith(SecretStatus::success);
+    secretStore.failWith(SecretStatus::success);
     passUntilRead();
     EXPECT_THAT(stored(), ElementsAre("meanwhile"));
 }
@@ -297,25 +297,25 @@ TEST_F(SavedHistoryTest, ClearingWithoutPinsBeforeItCanBeReadKeepsItsPins) {
     start();
     manager_->pin(manager_->history().entries()[1].id);
     pass(1s);
-    secrets.failWith(SecretStatus::interactionNotAllowed);
+    secretStore.failWith(SecretStatus::interactionNotAllowed);
     start();
     manager_->clear(Clearing::keepPins);
     copy("meanwhile");
-    secrets.failWith(SecretStatus::success);
+    secretStore.failWith(SecretStatus::success);
     passUntilRead();
     EXPECT_THAT(recorded(), ElementsAre("two", "meanwhile"));
     EXPECT_THAT(stored(), ElementsAre("two", "meanwhile"));
 }
 
 TEST_F(SavedHistoryTest, TurningTheStorageOffBeforeItCanBeReadErasesIt) {
-    secrets.failWith(SecretStatus::interactionNotAllowed);
+    secretStore.failWith(SecretStatus::interactionNotAllowed);
     start();
     copy("meanwhile");
     setOption(&core::ClipboardOptions::persist, false);
     pass(1s);
     EXPECT_TRUE(isErased());
     EXPECT_FALSE(manager_->isUnread());
-    secrets.failWith(SecretStatus::success);
+    secretStore.failWith(SecretStatus::success);
     setOption(&core::ClipboardOptions::persist, true);
     passUntilRead();
     EXPECT_THAT(stored(), ElementsAre("meanwhile"));
@@ -323,16 +323,16 @@ TEST_F(SavedHistoryTest, TurningTheStorageOffBeforeItCanBeReadErasesIt) {
 
 TEST_F(SavedHistoryTest, WithoutAnySavedHistoryItIsOnlySaidThatNoneIsSaved) {
     fs::remove_all(folder());
-    secrets.failWith(SecretStatus::notAvailable);
+    secretStore.failWith(SecretStatus::notAvailable);
     start();
     EXPECT_FALSE(manager_->isUnread());
     expectNotice(texts::cannotSaveHistory);
 }
 
 TEST_F(SavedHistoryTest, ReadingIsTriedAgainWhenSomebodyWantsToSeeIt) {
-    secrets.failWith(SecretStatus::interactionNotAllowed);
+    secretStore.failWith(SecretStatus::interactionNotAllowed);
     start();
-    secrets.failWith(SecretStatus::success);
+    secretStore.failWith(SecretStatus::success);
     pass(11s);
     EXPECT_THAT(recorded(), IsEmpty());
     manager_->readAgain();

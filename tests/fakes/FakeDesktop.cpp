@@ -9,50 +9,6 @@
 
 namespace quillane::fakes {
 
-namespace {
-
-Platform makeFakes() {
-    Platform made;
-    made.mainQueue = std::make_unique<FakeMainQueue>();
-    made.userDefaults = std::make_unique<FakeUserDefaults>();
-    made.workspace = std::make_unique<FakeWorkspace>(*made.mainQueue);
-    made.applicationCatalog = std::make_unique<FakeApplicationCatalog>(*made.mainQueue);
-    made.inputSources = std::make_unique<FakeInputSources>();
-    made.keyEvents = std::make_unique<FakeKeyEvents>();
-    made.eventTap = std::make_unique<FakeEventTap>();
-    made.accessibility = std::make_unique<FakeAccessibility>();
-    made.permissions = std::make_unique<FakePermissionService>();
-    made.statusItem = std::make_unique<FakeStatusItem>();
-    made.applicationMenu = std::make_unique<FakeApplicationMenu>();
-    made.windowTraits = std::make_unique<FakeWindowTraits>();
-    made.windowList = std::make_unique<FakeWindowList>();
-    made.sleepAssertions = std::make_unique<FakeSleepAssertions>();
-    made.pasteboard = std::make_unique<FakePasteboard>();
-    made.areaCapture = std::make_unique<FakeAreaCapture>();
-    made.hotKeys = std::make_unique<FakeHotKeys>(*made.mainQueue);
-    made.secureInput = std::make_unique<FakeSecureInput>();
-    made.secretStore = std::make_unique<FakeSecretStore>();
-    made.vaultQueue = std::make_unique<FakeSerialQueue>();
-    made.imageQueue = std::make_unique<FakeSerialQueue>();
-    made.fileQueue = std::make_unique<FakeSerialQueue>();
-    made.filePanel = std::make_unique<FakeFilePanel>();
-    made.systemSymbols = std::make_unique<FakeSystemSymbols>();
-    made.servicesMenu = std::make_unique<FakeServicesMenu>();
-    made.launcher = std::make_unique<FakeLauncher>();
-    made.loginItem = std::make_unique<FakeLoginItemService>();
-    made.systemInspector = std::make_unique<FakeSystemInspector>();
-    made.updater = std::make_unique<FakeUpdaterService>();
-    return made;
-}
-
-/// The fake behind an interface that makeFakes has filled.
-template <typename Fake, typename Interface>
-Fake& fake(const std::unique_ptr<Interface>& interface) {
-    return dynamic_cast<Fake&>(*interface);
-}
-
-} // namespace
-
 InputSource english() {
     return {.id = "com.apple.keylayout.US", .localizedName = "U.S.", .languages = {"en"}};
 }
@@ -65,39 +21,9 @@ InputSource arabic() {
     return {.id = "com.apple.keylayout.Arabic", .localizedName = "Arabic", .languages = {"ar"}};
 }
 
-FakeDesktop::FakeDesktop() : FakeDesktop(makeFakes()) {}
-
-FakeDesktop::FakeDesktop(Platform made)
-    : platform(std::move(made)),
-      queue(fake<FakeMainQueue>(platform.mainQueue)),
-      userDefaults(fake<FakeUserDefaults>(platform.userDefaults)),
-      workspace(fake<FakeWorkspace>(platform.workspace)),
-      applicationCatalog(fake<FakeApplicationCatalog>(platform.applicationCatalog)),
-      inputSources(fake<FakeInputSources>(platform.inputSources)),
-      keyEvents(fake<FakeKeyEvents>(platform.keyEvents)),
-      tap(fake<FakeEventTap>(platform.eventTap)),
-      accessibility(fake<FakeAccessibility>(platform.accessibility)),
-      permissions(fake<FakePermissionService>(platform.permissions)),
-      statusItem(fake<FakeStatusItem>(platform.statusItem)),
-      applicationMenu(fake<FakeApplicationMenu>(platform.applicationMenu)),
-      windowTraits(fake<FakeWindowTraits>(platform.windowTraits)),
-      windowList(fake<FakeWindowList>(platform.windowList)),
-      sleepAssertions(fake<FakeSleepAssertions>(platform.sleepAssertions)),
-      pasteboard(fake<FakePasteboard>(platform.pasteboard)),
-      areaCapture(fake<FakeAreaCapture>(platform.areaCapture)),
-      hotKeys(fake<FakeHotKeys>(platform.hotKeys)),
-      secureInput(fake<FakeSecureInput>(platform.secureInput)),
-      secretStore(fake<FakeSecretStore>(platform.secretStore)),
-      vaultQueue(fake<FakeSerialQueue>(platform.vaultQueue)),
-      imageQueue(fake<FakeSerialQueue>(platform.imageQueue)),
-      fileQueue(fake<FakeSerialQueue>(platform.fileQueue)),
-      filePanel(fake<FakeFilePanel>(platform.filePanel)),
-      systemSymbols(fake<FakeSystemSymbols>(platform.systemSymbols)),
-      servicesMenu(fake<FakeServicesMenu>(platform.servicesMenu)),
-      launcher(fake<FakeLauncher>(platform.launcher)),
-      loginItem(fake<FakeLoginItemService>(platform.loginItem)),
-      systemInspector(fake<FakeSystemInspector>(platform.systemInspector)),
-      updater(fake<FakeUpdaterService>(platform.updater)) {
+FakeDesktop::FakeDesktop() {
+    platform.urlSessions = urlSessions.factory();
+    platform.fileExaminer = fileExaminer.examiner();
     tap.hideKeysWhen([&typed = secureInput] { return typed.isEnabled(); });
     tap.permitWhen([&granted = permissions] { return granted.isGranted(core::MacPermission::accessibility); });
     withPermissions({core::allPermissions.begin(), core::allPermissions.end()});

@@ -34,9 +34,11 @@
 #include "platform/Platform.hpp"
 #include "support/Modifier.hpp"
 
+#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace quillane::fakes {
@@ -57,40 +59,41 @@ namespace quillane::fakes {
 class FakeDesktop {
 public:
     FakeDesktop();
+    FakeDesktop(const FakeDesktop&) = delete;
+    FakeDesktop& operator=(const FakeDesktop&) = delete;
 
-    /// The bundle that an application is built with. Moving a member out leaves the fake reachable here as long as it
-    /// lives.
+    /// What the program is given. A test may put another object into it; the fake that it replaces is gone then.
     Platform platform;
 
-    FakeMainQueue& queue;
-    FakeUserDefaults& userDefaults;
-    FakeWorkspace& workspace;
-    FakeApplicationCatalog& applicationCatalog;
-    FakeInputSources& inputSources;
-    FakeKeyEvents& keyEvents;
-    FakeEventTap& tap;
-    FakeAccessibility& accessibility;
-    FakePermissionService& permissions;
-    FakeStatusItem& statusItem;
-    FakeApplicationMenu& applicationMenu;
-    FakeWindowTraits& windowTraits;
-    FakeWindowList& windowList;
-    FakeSleepAssertions& sleepAssertions;
-    FakePasteboard& pasteboard;
-    FakeAreaCapture& areaCapture;
-    FakeHotKeys& hotKeys;
-    FakeSecureInput& secureInput;
-    FakeSecretStore& secretStore;
-    FakeSerialQueue& vaultQueue;
-    FakeSerialQueue& imageQueue;
-    FakeSerialQueue& fileQueue;
-    FakeFilePanel& filePanel;
-    FakeSystemSymbols& systemSymbols;
-    FakeServicesMenu& servicesMenu;
-    FakeLauncher& launcher;
-    FakeLoginItemService& loginItem;
-    FakeSystemInspector& systemInspector;
-    FakeUpdaterService& updater;
+    FakeMainQueue& queue = put<FakeMainQueue>(platform.mainQueue);
+    FakeUserDefaults& userDefaults = put<FakeUserDefaults>(platform.userDefaults);
+    FakeWorkspace& workspace = put<FakeWorkspace>(platform.workspace, queue);
+    FakeApplicationCatalog& applicationCatalog = put<FakeApplicationCatalog>(platform.applicationCatalog, queue);
+    FakeInputSources& inputSources = put<FakeInputSources>(platform.inputSources);
+    FakeEventTap& tap = put<FakeEventTap>(platform.eventTap);
+    FakeAccessibility& accessibility = put<FakeAccessibility>(platform.accessibility);
+    FakePermissionService& permissions = put<FakePermissionService>(platform.permissions);
+    FakeStatusItem& statusItem = put<FakeStatusItem>(platform.statusItem);
+    FakeApplicationMenu& applicationMenu = put<FakeApplicationMenu>(platform.applicationMenu);
+    FakeWindowTraits& windowTraits = put<FakeWindowTraits>(platform.windowTraits);
+    FakeWindowList& windowList = put<FakeWindowList>(platform.windowList);
+    FakeSleepAssertions& sleepAssertions = put<FakeSleepAssertions>(platform.sleepAssertions);
+    FakePasteboard& pasteboard = put<FakePasteboard>(platform.pasteboard);
+    FakeKeyEvents& keyEvents = put<FakeKeyEvents>(platform.keyEvents);
+    FakeAreaCapture& areaCapture = put<FakeAreaCapture>(platform.areaCapture);
+    FakeHotKeys& hotKeys = put<FakeHotKeys>(platform.hotKeys, queue);
+    FakeSecureInput& secureInput = put<FakeSecureInput>(platform.secureInput);
+    FakeSecretStore& secretStore = put<FakeSecretStore>(platform.secretStore);
+    FakeSerialQueue& vaultQueue = put<FakeSerialQueue>(platform.vaultQueue);
+    FakeSerialQueue& imageQueue = put<FakeSerialQueue>(platform.imageQueue);
+    FakeSerialQueue& fileQueue = put<FakeSerialQueue>(platform.fileQueue);
+    FakeFilePanel& filePanel = put<FakeFilePanel>(platform.filePanel);
+    FakeSystemSymbols& systemSymbols = put<FakeSystemSymbols>(platform.systemSymbols);
+    FakeServicesMenu& servicesMenu = put<FakeServicesMenu>(platform.servicesMenu);
+    FakeLauncher& launcher = put<FakeLauncher>(platform.launcher);
+    FakeLoginItemService& loginItem = put<FakeLoginItemService>(platform.loginItem);
+    FakeSystemInspector& systemInspector = put<FakeSystemInspector>(platform.systemInspector);
+    FakeUpdaterService& updater = put<FakeUpdaterService>(platform.updater);
     FakeUrlSessions urlSessions;   ///< the network
     FakeFileExaminer fileExaminer; ///< the disk of files that are to be shared
 
@@ -151,7 +154,14 @@ public:
     FakeDesktop& settle();
 
 private:
-    explicit FakeDesktop(Platform made);
+    /// Makes a fake and puts it where the program finds it.
+    template <typename Fake, typename Interface, typename... Arguments>
+    static Fake& put(std::unique_ptr<Interface>& place, Arguments&... arguments) {
+        auto made = std::make_unique<Fake>(arguments...);
+        auto& fake = *made;
+        place = std::move(made);
+        return fake;
+    }
 
     void send(EventType type, core::KeyCode key);
 

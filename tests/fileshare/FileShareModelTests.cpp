@@ -74,7 +74,8 @@ TEST_F(FileShareModelTest, UploadToADiskThatHangsCanBeCancelled) {
 TEST_F(FileShareModelTest, FileThatCannotBeReadWhileItIsSentHasItsMessage) {
     model_->start();
     transfer().complete(std::nullopt, core::UrlError::cannotReadFile);
-    EXPECT_EQ(model_->state(), State(FileShareModel::Failed{core::texts::cannotReadFile.on(services_.desktop)}));
+    EXPECT_EQ(model_->state(),
+              State(FileShareModel::Failed{core::texts::cannotReadFile.on(desktop_.platform.desktop)}));
 }
 
 TEST_F(FileShareModelTest, WithoutAServerNothingIsSent) {

@@ -3,12 +3,7 @@
 #pragma once
 
 #include "core/clipboard/PasteboardTypes.hpp"
-#include "fakes/FakeFileExaminer.hpp"
-#include "fakes/FakeFilePanel.hpp"
-#include "fakes/FakePasteboard.hpp"
-#include "fakes/FakeUrlSession.hpp"
-#include "fakes/FakeUserDefaults.hpp"
-#include "fakes/FakeWindowTraits.hpp"
+#include "fakes/FakeDesktop.hpp"
 #include "fileshare/FileShareService.hpp"
 #include "support/OffscreenApplication.hpp"
 #include "support/TemporaryFiles.hpp"
@@ -73,23 +68,19 @@ private:
 
 protected:
     fakes::TemporaryFiles files_;
-    fakes::FakeUserDefaults defaults_;
+    fakes::FakeDesktop desktop_;
+    fakes::FakeUserDefaults& defaults_ = desktop_.userDefaults;
     core::AppPreferences preferences_{defaults_};
-    fakes::FakePasteboard pasteboard_;
-    fakes::FakeFilePanel panel_;
-    fakes::FakeWindowTraits windowTraits_;
-    fakes::FakeUrlSessions sessions_;
-    fakes::FakeFileExaminer disk_;
+    fakes::FakePasteboard& pasteboard_ = desktop_.pasteboard;
+    fakes::FakeFilePanel& panel_ = desktop_.filePanel;
+    fakes::FakeWindowTraits& windowTraits_ = desktop_.windowTraits;
+    fakes::FakeUrlSessions& sessions_ = desktop_.urlSessions;
+    fakes::FakeFileExaminer& disk_ = desktop_.fileExaminer;
     int serverSettingsShown_ = 0;
     std::chrono::steady_clock::time_point now_;
     std::vector<std::string> symbols_; ///< names that were drawn
-    FileShareServices services_{.userDefaults = defaults_,
+    FileShareServices services_{.platform = desktop_.platform,
                                 .preferences = preferences_,
-                                .pasteboard = pasteboard_,
-                                .filePanel = panel_,
-                                .windowTraits = windowTraits_,
-                                .sessions = sessions_.factory(),
-                                .examiner = disk_.examiner(),
                                 .chooseServer = [this] { ++serverSettingsShown_; },
                                 .symbol =
                                     [this](const std::string& name, const QColor& color) {

@@ -18,8 +18,7 @@ namespace quillane::testing {
 class MonitoredDesktop {
 public:
     MonitoredDesktop() {
-        monitor =
-            std::make_unique<KeyboardMonitor>(desktop.tap, desktop.keyEvents, desktop.workspace, desktop.queue, input);
+        monitor = std::make_unique<KeyboardMonitor>(desktop.platform, input);
         monitor->onDirection = [this](core::WritingDirection direction) {
             handled.push_back("direction " + std::string(core::rawValue(direction)));
         };

@@ -5,11 +5,7 @@
 
 #include "core/clipboard/PasteboardTypes.hpp"
 #include "core/localization/Texts.hpp"
-#include "fakes/FakeLauncher.hpp"
-#include "fakes/FakePasteboard.hpp"
-#include "fakes/FakePermissionService.hpp"
-#include "fakes/FakeUserDefaults.hpp"
-#include "fakes/FakeWindowTraits.hpp"
+#include "fakes/FakeDesktop.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -25,10 +21,11 @@ using ::testing::IsEmpty;
 
 class PermissionControllerTest : public ::testing::Test {
 protected:
+    PermissionControllerTest() { desktop.withPermissions({}); }
+
     PermissionController& controller() {
         if (!controller_) {
-            controller_.emplace(PermissionDesktop{service, defaults, pasteboard, windows, launcher},
-                                core::ApplicationLocation{"/Applications/Quillane.app", installed});
+            controller_.emplace(desktop.platform, core::ApplicationLocation{"/Applications/Quillane.app", installed});
             controller_->presentGuide = [this](MacPermission permission) { guided.push_back(permission); };
             controller_->applicationIsActive = [this] { return active; };
             controller_->terminate = [this] { ++terminations; };
@@ -38,11 +35,8 @@ protected:
 
     [[nodiscard]] std::string feedback() { return controller().feedback().rendered(core::AppLanguage::english); }
 
-    fakes::FakePermissionService service;
-    fakes::FakeUserDefaults defaults;
-    fakes::FakePasteboard pasteboard;
-    fakes::FakeWindowTraits windows;
-    fakes::FakeLauncher launcher;
+    fakes::FakeDesktop desktop;
+    fakes::FakePermissionService& service = desktop.permissions;
     bool installed = true;
     bool active = true;
     int terminations = 0;
@@ -56,10 +50,10 @@ TEST_F(PermissionControllerTest, ARequestShowsTheGuideAndSaysWhatToDo) {
     controller().request(MacPermission::accessibility);
     EXPECT_THAT(service.requests(), ElementsAre(MacPermission::accessibility));
     EXPECT_THAT(guided, ElementsAre(MacPermission::accessibility));
-    EXPECT_EQ(windows.activations, 1);
+    EXPECT_EQ(desktop.windowTraits.activations, 1);
     EXPECT_EQ(feedback(), "Accessibility requested. Enable Quillane in the list, then return here.");
     EXPECT_FALSE(controller().isRequesting());
-    EXPECT_THAT(*defaults.stringArray("QuillanePermissionRequestsV1"), ElementsAre("accessibility"));
+    EXPECT_THAT(*desktop.userDefaults.stringArray("QuillanePermissionRequestsV1"), ElementsAre("accessibility"));
 }
 
 TEST_F(PermissionControllerTest, WhereARequestIsEnoughNoListIsSpokenOf) {
@@ -107,7 +101,7 @@ TEST_F(PermissionControllerTest, WhereARequestIsTheGrantItTakesAClick) {
     controller().refresh();
     controller().requestNextIfNeeded();
     EXPECT_THAT(service.requests(), IsEmpty());
-    EXPECT_FALSE(defaults.object("QuillanePermissionRequestsV1"));
+    EXPECT_FALSE(desktop.userDefaults.object("QuillanePermissionRequestsV1"));
     controller().request(MacPermission::accessibility);
     EXPECT_TRUE(controller().granted().contains(MacPermission::accessibility));
 }
@@ -118,7 +112,7 @@ TEST_F(PermissionControllerTest, ACopyOutsideAnApplicationsFolderNeverAsks) {
     controller().requestNextIfNeeded();
     EXPECT_THAT(service.requests(), IsEmpty());
     EXPECT_THAT(guided, IsEmpty());
-    EXPECT_FALSE(defaults.object("QuillanePermissionRequestsV1"));
+    EXPECT_FALSE(desktop.userDefaults.object("QuillanePermissionRequestsV1"));
 }
 
 TEST_F(PermissionControllerTest, ARequestWithinARequestIsPassedOver) {
@@ -142,12 +136,13 @@ TEST_F(PermissionControllerTest, AutomaticRequestsAreMadeOnceEachAndOnlyInFront)
 }
 
 TEST_F(PermissionControllerTest, RequestsAreRememberedAndUnknownTextsAreDropped) {
-    defaults.setObject("QuillanePermissionRequestsV1",
-                       core::PropertyListValue::Array{"inputMonitoring", "somethingElse"});
+    desktop.userDefaults.setObject("QuillanePermissionRequestsV1",
+                                   core::PropertyListValue::Array{"inputMonitoring", "somethingElse"});
     controller().requestNextIfNeeded();
     EXPECT_THAT(service.requests(), IsEmpty());
     controller().request(MacPermission::accessibility);
-    EXPECT_THAT(*defaults.stringArray("QuillanePermissionRequestsV1"), ElementsAre("inputMonitoring", "accessibility"));
+    EXPECT_THAT(*desktop.userDefaults.stringArray("QuillanePermissionRequestsV1"),
+                ElementsAre("inputMonitoring", "accessibility"));
 }
 
 TEST_F(PermissionControllerTest, RefreshingUnchangedGrantsNotifiesNobody) {
@@ -174,20 +169,20 @@ TEST_F(PermissionControllerTest, OpeningTheSettingsShowsTheGuide) {
 
 TEST_F(PermissionControllerTest, ThePathIsCopiedAndExplained) {
     controller().copyPath();
-    EXPECT_EQ(pasteboard.string(core::pasteboardTypes::string), "/Applications/Quillane.app");
+    EXPECT_EQ(desktop.pasteboard.string(core::pasteboardTypes::string), "/Applications/Quillane.app");
     EXPECT_EQ(feedback(), "App path copied. In the Add dialog, press Command + Shift + G and paste it.");
 }
 
 TEST_F(PermissionControllerTest, RestartingLeavesAFlagStartsTheWaitingShellAndEnds) {
     controller().restart();
-    EXPECT_EQ(defaults.boolean("QuillaneShowPermissionsAfterRestart"), true);
-    ASSERT_EQ(launcher.launched.size(), 1U);
-    EXPECT_EQ(launcher.launched.front(), core::relaunchCommand(::getpid(), "/Applications/Quillane.app"));
+    EXPECT_EQ(desktop.userDefaults.boolean("QuillaneShowPermissionsAfterRestart"), true);
+    ASSERT_EQ(desktop.launcher.launched.size(), 1U);
+    EXPECT_EQ(desktop.launcher.launched.front(), core::relaunchCommand(::getpid(), "/Applications/Quillane.app"));
     EXPECT_EQ(terminations, 1);
 }
 
 TEST_F(PermissionControllerTest, AFailedRestartKeepsRunningAndSaysSo) {
-    launcher.fails = true;
+    desktop.launcher.fails = true;
     controller().restart();
     EXPECT_EQ(terminations, 0);
     EXPECT_EQ(feedback(), "Could not reopen automatically. Quit Quillane and open it again from Applications.");

@@ -72,18 +72,11 @@ protected:
     }
 
     fakes::FakeDesktop desktop;
-    PermissionController permissions{{.service = desktop.permissions,
-                                      .userDefaults = desktop.userDefaults,
-                                      .pasteboard = desktop.pasteboard,
-                                      .windowTraits = desktop.windowTraits,
-                                      .launcher = desktop.launcher},
-                                     {"/Applications/Quillane.app", true}};
+    PermissionController permissions{desktop.platform, {"/Applications/Quillane.app", true}};
     std::vector<ScreenArea> screens{{{0, 0, 1440, 900}, {0, 25, 1440, 875}}};
     Card card;
     int panels = 0;
-    PermissionDragGuide guide{{.mainQueue = desktop.queue,
-                               .workspace = desktop.workspace,
-                               .windowList = desktop.windowList,
+    PermissionDragGuide guide{{.platform = desktop.platform,
                                .permissions = permissions,
                                .screens = [this] { return screens; },
                                .makePanel =

@@ -111,12 +111,7 @@ private:
 protected:
     fakes::FakeDesktop desktop;
     core::AppPreferences preferences{desktop.userDefaults};
-    PermissionController permissions{{.service = desktop.permissions,
-                                      .userDefaults = desktop.userDefaults,
-                                      .pasteboard = desktop.pasteboard,
-                                      .windowTraits = desktop.windowTraits,
-                                      .launcher = desktop.launcher},
-                                     {"/Applications/Quillane.app", true}};
+    PermissionController permissions{desktop.platform, {"/Applications/Quillane.app", true}};
 
 private:
     std::unique_ptr<PermissionDragGuideWindow> window_;

@@ -80,14 +80,13 @@ protected:
         clipboard.findApplications = [this](const ApplicationCatalog::Handler& handler) {
             desktop.applicationCatalog.read(handler);
         };
-        return {.desktop = shownOn,
+        desktop.platform.desktop = shownOn;
+        return {.platform = desktop.platform,
                 .model = model,
                 .preferences = preferences,
-                .userDefaults = desktop.userDefaults,
                 .permissions = permissions,
                 .loginItem = loginItem,
                 .updater = updater,
-                .windowTraits = desktop.windowTraits,
                 .clipboard = std::move(clipboard),
                 .fileManager = {.hasEntry = [this] { return desktop.servicesMenu.hasUserEntry(); },
                                 .setEntry =
@@ -150,12 +149,7 @@ protected:
     core::AppPreferences preferences{desktop.userDefaults};
     InterfaceLanguage interface { preferences };
     SettingsModel model{desktop.userDefaults, desktop.sleepAssertions};
-    PermissionController permissions{{.service = desktop.permissions,
-                                      .userDefaults = desktop.userDefaults,
-                                      .pasteboard = desktop.pasteboard,
-                                      .windowTraits = desktop.windowTraits,
-                                      .launcher = desktop.launcher},
-                                     {"/Applications/Quillane.app", true}};
+    PermissionController permissions{desktop.platform, {"/Applications/Quillane.app", true}};
     LoginItemController loginItem{desktop.loginItem, true};
     AppUpdater updater{&desktop.updater, desktop.windowTraits, "1.2"};
     core::Desktop shownOn = core::Desktop::macOS; ///< the desktop that texts name

@@ -6,6 +6,7 @@
 #include "clipboard/panel/EntryTexts.hpp"
 #include "clipboard/panel/PanelKeyEvents.hpp"
 #include "core/localization/Texts.hpp"
+#include "platform/Platform.hpp"
 #include "views/Colors.hpp"
 #include "views/WrappingLabel.hpp"
 
@@ -99,14 +100,14 @@ QToolButton* symbolButton(const char* name) {
 ClipboardHistoryView::ClipboardHistoryView(const HistoryPanelServices& services)
     : services_(services),
       symbols_(services.symbol),
-      images_(services.mainQueue, services.imageQueue),
-      files_(services.mainQueue, services.fileQueue, services.findFile),
+      images_(*services.platform.mainQueue, *services.platform.imageQueue),
+      files_(*services.platform.mainQueue, *services.platform.fileQueue, services.platform.pasteboard->fileFinder()),
       entries_(new EntryList(files_)),
       search_(new SearchBox(symbols_)),
       recordingOff_(new PanelNotice("recordingOff")),
       notice_(new PanelNotice("notice")),
       list_(new HistoryList),
-      row_(new ClipboardRow(*entries_, images_, files_, symbols_, services.desktop, list_)),
+      row_(new ClipboardRow(*entries_, images_, files_, symbols_, services.platform.desktop, list_)),
       emptySymbol_(new QLabel),
       emptyTitle_(wrappingLabel("title")),
       emptyText_(wrappingLabel("secondary")),
@@ -264,7 +265,7 @@ void ClipboardHistoryView::refresh() {
     updateNotices(language);
     updateEmptyState(language);
     footer_->setText(
-        withKeysInOrder(rendered(panel.message().value_or(texts::panelKeys.on(services_.desktop)), language)));
+        withKeysInOrder(rendered(panel.message().value_or(texts::panelKeys.on(services_.platform.desktop)), language)));
     updateSelection();
 }
 
@@ -323,7 +324,7 @@ void ClipboardHistoryView::redraw() {
     settings_->setIcon(symbols_.icon("gearshape", secondary));
     settings_->setToolTip(rendered(texts::historySettings, language));
     settings_->setAccessibleName(rendered(texts::historySettings, language));
-    const QStringList help{rendered(texts::searchHistoryHelp.on(services_.desktop), language),
+    const QStringList help{rendered(texts::searchHistoryHelp.on(services_.platform.desktop), language),
                            rendered(texts::searchMatchesAreBold, language), rendered(texts::hoverToPreview, language)};
     auto questionMark =
         language == core::AppLanguage::arabic ? symbols_.icon("questionmark.circle.ar", secondary) : QIcon();
@@ -412,7 +413,7 @@ void ClipboardHistoryView::hover(const QModelIndex& index) {
     hovered_ = id;
     const auto delay =
         std::chrono::milliseconds(std::clamp<std::int64_t>(services_.panel.options().previewDelay, 200, 3000));
-    services_.mainQueue.postAfter(delay, [this, weak = std::weak_ptr(alive_), id, hovering = hovering_] {
+    services_.platform.mainQueue->postAfter(delay, [this, weak = std::weak_ptr(alive_), id, hovering = hovering_] {
         if (!weak.expired() && hovering == hovering_) {
             showPreview(id);
         }
@@ -441,7 +442,7 @@ void ClipboardHistoryView::dismissPreview() {
 
 bool ClipboardHistoryView::handleKey(const QKeyEvent& event) {
     dismissPreview();
-    const auto numbering = services_.windowTraits.keyNumbering();
+    const auto numbering = services_.platform.windowTraits->keyNumbering();
     if (panelKeyEvents::isHotKey(event, numbering)) {
         services_.panel.close();
         return true;

@@ -5,6 +5,7 @@
 
 #include "core/clipboard/ClipboardPanelPlacement.hpp"
 #include "core/localization/Texts.hpp"
+#include "platform/Platform.hpp"
 #include "views/Colors.hpp"
 
 #include <QApplication>
@@ -43,7 +44,7 @@ QRect flipped(const core::Rect& rect) {
 
 HistoryPanel::HistoryPanel(const HistoryPanelServices& services)
     : panel_(services.panel), view_(new ClipboardHistoryView(services)) {
-    services.windowTraits.makePanel(*this, PanelKind::search);
+    services.platform.windowTraits->makePanel(*this, PanelKind::search);
     setObjectName(QStringLiteral("historyPanel"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(1, 1, 1, 1);

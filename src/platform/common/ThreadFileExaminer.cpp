@@ -110,4 +110,12 @@ core::FileExaminer ThreadFileExaminer::examiner() {
     };
 }
 
+core::FileExaminer makeFileExaminer(MainQueue& queue) {
+    const auto examiner = std::make_shared<ThreadFileExaminer>(queue); // owned by the function
+    return [examiner, examine = examiner->examiner()](const core::Url& file,
+                                                      std::function<void(const core::ExaminedFile&)> completion) {
+        examine(file, std::move(completion));
+    };
+}
+
 } // namespace quillane

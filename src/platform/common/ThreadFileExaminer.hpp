@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/fileshare/FileExaminer.hpp"
 #include "core/fileshare/FileShareProtocol.hpp"
 
 #include <chrono>
@@ -47,5 +48,8 @@ private:
     Limits limits_;
     std::shared_ptr<Link> link_; ///< shared with the threads
 };
+
+/// An examiner that owns its threads' link to the main queue, which must outlive it.
+[[nodiscard]] core::FileExaminer makeFileExaminer(MainQueue& queue);
 
 } // namespace quillane

@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Platform.hpp"
 
+#include "platform/common/ThreadFileExaminer.hpp"
 #include "platform/common/ThreadSerialQueue.hpp"
+#include "platform/common/curl/CurlUrlSessions.hpp"
 #include "platform/common/qt/QtLauncher.hpp"
 #include "platform/common/qt/QtMainQueue.hpp"
 #include "platform/linux/accessibility/AtspiAccessibility.hpp"
@@ -96,7 +98,6 @@ void addUnavailableKeyboard(Platform& platform, const LaunchOptions& options) {
         std::make_shared<InstalledApplications>(*platform.mainQueue), [] { return std::vector<RunningApplication>(); });
     platform.windowList = std::make_unique<UnavailableWindowList>();
     platform.inputSources = std::make_unique<UnavailableInputSources>();
-    platform.keyEvents = std::make_unique<UnavailableKeyEvents>();
     platform.eventTap = std::make_unique<UnavailableEventTap>();
 }
 
@@ -194,6 +195,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
         platform.keyEvents = makeKeyEvents(platform, *session, installed);
         platform.areaCapture = std::make_unique<X11AreaCapture>(*platform.pasteboard, *platform.mainQueue);
     } else {
+        platform.keyEvents = std::make_unique<UnavailableKeyEvents>();
         platform.areaCapture = std::make_unique<UnavailableAreaCapture>();
     }
     if (session->x11 && session->pasteboard) {
@@ -206,8 +208,10 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.vaultQueue = std::make_unique<ThreadSerialQueue>();
     platform.imageQueue = std::make_unique<ThreadSerialQueue>();
     platform.fileQueue = std::make_unique<ThreadSerialQueue>(ThreadSerialQueue::AtEnd::leaves);
+    platform.fileExaminer = makeFileExaminer(*platform.mainQueue);
     platform.filePanel = std::make_unique<QtFilePanel>();
     platform.proxySettings = std::make_shared<LinuxProxySettings>();
+    platform.urlSessions = makeUrlSessions(*platform.mainQueue, platform.proxySettings);
     platform.systemSymbols = std::make_unique<LineArtSymbols>();
     const auto program = QCoreApplication::applicationFilePath().toStdString();
     platform.servicesMenu = std::make_unique<CommandServicesMenu>(

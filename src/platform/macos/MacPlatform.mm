@@ -3,7 +3,9 @@
 #include "platform/Platform.hpp"
 
 #include "core/preferences/InstallationMigration.hpp"
+#include "platform/common/ThreadFileExaminer.hpp"
 #include "platform/common/ThreadSerialQueue.hpp"
+#include "platform/common/curl/CurlUrlSessions.hpp"
 #include "platform/common/qt/QtLauncher.hpp"
 #include "platform/common/qt/QtMainQueue.hpp"
 #include "platform/macos/accessibility/MacAccessibility.hpp"
@@ -68,7 +70,6 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.applicationCatalog = std::make_unique<MacApplicationCatalog>();
     finishLaunching();
     platform.inputSources = std::make_unique<MacInputSources>();
-    platform.keyEvents = std::make_unique<MacKeyEvents>();
     platform.eventTap = std::make_unique<MacEventTap>();
     platform.accessibility = std::make_unique<MacAccessibility>();
     platform.permissions = std::make_unique<MacPermissionService>();
@@ -78,6 +79,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.windowList = std::make_unique<MacWindowList>();
     platform.sleepAssertions = std::make_unique<MacSleepAssertions>();
     platform.pasteboard = std::make_unique<MacPasteboard>();
+    platform.keyEvents = std::make_unique<MacKeyEvents>();
     platform.areaCapture = std::make_unique<MacAreaCapture>();
     platform.hotKeys = std::make_unique<MacHotKeys>();
     platform.secureInput = std::make_unique<MacSecureInput>();
@@ -85,8 +87,10 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.vaultQueue = std::make_unique<ThreadSerialQueue>();
     platform.imageQueue = std::make_unique<ThreadSerialQueue>();
     platform.fileQueue = std::make_unique<ThreadSerialQueue>(ThreadSerialQueue::AtEnd::leaves);
+    platform.fileExaminer = makeFileExaminer(*platform.mainQueue);
     platform.filePanel = std::make_unique<MacFilePanel>();
     platform.proxySettings = std::make_shared<MacProxySettings>();
+    platform.urlSessions = makeUrlSessions(*platform.mainQueue, platform.proxySettings);
     platform.systemSymbols = std::make_unique<MacSystemSymbols>();
     platform.servicesMenu = std::make_unique<MacServicesMenu>();
     platform.launcher = std::make_unique<QtLauncher>();

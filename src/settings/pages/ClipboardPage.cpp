@@ -94,7 +94,7 @@ void ClipboardPage::addSwitch() {
         return hasError && hasError();
     });
     auto& row = addRow(card, "exclamationmark.circle",
-                       [desktop = services().desktop] { return texts::historyShortcutInUse.on(desktop); });
+                       [desktop = services().platform.desktop] { return texts::historyShortcutInUse.on(desktop); });
     row.setObjectName(QStringLiteral("shortcutTaken"));
     row.setControl(button(texts::retryShortcutRegistration, [this] {
         if (services().clipboard.retryShortcut) {
@@ -115,7 +115,7 @@ void ClipboardPage::addAccess(Card& card) {
         return access() == PasteboardAccess::denied ? texts::pasteboardDenied : texts::pasteboardAsks;
     });
     row.setObjectName(QStringLiteral("pasteboardAccess"));
-    row.setControl(button(texts::openSystemSettings.on(services().desktop), [this] {
+    row.setControl(button(texts::openSystemSettings.on(services().platform.desktop), [this] {
         if (services().clipboard.openAccessSettings) {
             services().clipboard.openAccessSettings();
         }
@@ -201,7 +201,7 @@ void ClipboardPage::addStorage() {
               {10, 1000, 10});
     addNumber(card, [](std::string value) { return texts::storageLimit(std::move(value)); }, &Options::storageMB,
               {25, 1000, 25});
-    addNote(texts::keepHistoryExplanation.on(services().desktop));
+    addNote(texts::keepHistoryExplanation.on(services().platform.desktop));
     addNote(texts::limitsNote);
 }
 

@@ -20,7 +20,8 @@ GeneralPage::GeneralPage(const SettingsServices& services) : SettingsPageView(se
     addFeatures();
     addKeepAwake();
     addLoginItem();
-    auto* fileShare = new FileShareSettingsView(services.userDefaults, services.preferences, services.desktop);
+    auto* fileShare =
+        new FileShareSettingsView(*services.platform.userDefaults, services.preferences, services.platform.desktop);
     fileShare->layout()->setContentsMargins(14, 10, 14, 10);
     auto& card = addCard();
     card.addRow(fileShare);
@@ -46,7 +47,7 @@ SettingsPageView::Feature GeneralPage::optionFeature(const char* symbol, const c
 
 void GeneralPage::addFeatures() {
     using Options = core::FeatureOptions;
-    const auto desktop = services().desktop;
+    const auto desktop = services().platform.desktop;
     auto& card = addCard(texts::keyboardAndText);
     addFeature(card, optionFeature("textformat.abc", texts::temporaryEnglish, texts::temporaryEnglishExplanation,
                                    &Options::shiftEnglish));
@@ -60,7 +61,7 @@ void GeneralPage::addFeatures() {
 
 void GeneralPage::addKeepAwake() {
     auto& model = services().model;
-    const auto desktop = services().desktop;
+    const auto desktop = services().platform.desktop;
     auto& card = addCard(texts::energy);
     addFeature(card, optionFeature("cup.and.saucer", texts::keepMacAwake.on(desktop),
                                    texts::keepAwakeExplanation.on(desktop), &core::FeatureOptions::keepAwake));
@@ -84,7 +85,7 @@ void GeneralPage::addLoginItem() {
     auto& card = addCard(texts::startup);
     addFeature(card, {.symbol = "power",
                       .title = texts::launchAtLogin,
-                      .explanation = texts::launchAtLoginExplanation.on(services().desktop),
+                      .explanation = texts::launchAtLoginExplanation.on(services().platform.desktop),
                       .isOn = [&loginItem] { return loginItem.isOn(); },
                       .set = [&loginItem](bool on) { loginItem.setEnabled(on); },
                       .isEnabled = [&loginItem] { return loginItem.isInstalled() && !loginItem.isChanging(); }});

@@ -69,7 +69,7 @@ void PermissionsPage::addPermission(Card& card, MacPermission permission, const 
     });
     const auto& openSettings = permission == MacPermission::accessibility ? services().model.openAccessibility
                                                                           : services().model.openInputMonitoring;
-    auto* settings = button(texts::openSystemSettings.on(services().desktop), [&openSettings] {
+    auto* settings = button(texts::openSystemSettings.on(services().platform.desktop), [&openSettings] {
         if (openSettings) {
             openSettings();
         }

@@ -40,12 +40,12 @@ private:
 } // namespace
 
 ShortcutsPage::ShortcutsPage(const SettingsServices& services) : SettingsPageView(services) {
-    const Modifiers keys{services.desktop};
+    const Modifiers keys{services.platform.desktop};
     auto& direction = addCard(texts::paragraphDirection);
     addChord(direction, "text.alignright", texts::rightToLeft,
              {{keys.control(), keys.shift(Side::right)}, {keys.option(Side::right), keys.shift(Side::right)}});
     addChord(direction, "text.alignleft", texts::leftToRight, {{keys.control(), keys.shift(Side::left)}});
-    addNote(texts::directionChords.on(services.desktop));
+    addNote(texts::directionChords.on(services.platform.desktop));
 
     auto& languages = addCard(texts::keyboardLanguages);
     addChord(languages, "globe", texts::nextInputSource, {{keys.option(Side::left), keys.shift(Side::left)}});

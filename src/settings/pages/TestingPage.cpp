@@ -56,7 +56,7 @@ void TestingPage::addTryOut() {
     connect(box_, &QTextEdit::textChanged, this,
             [this, &model] { model.setTestText(box_->toPlainText().toStdString()); });
     auto* explanation = scaledLabel(0.9, false, "secondary");
-    bindText(explanation, [desktop = services().desktop] { return texts::directionChords.on(desktop); });
+    bindText(explanation, [desktop = services().platform.desktop] { return texts::directionChords.on(desktop); });
     column->addWidget(box_);
     column->addWidget(explanation);
     card.addRow(cardRow(column));
@@ -73,7 +73,7 @@ void TestingPage::addTarget() {
     auto* target = new QComboBox;
     target->setObjectName(QStringLiteral("target"));
     target->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-    const auto targets = core::directionTestTargets(services().desktop);
+    const auto targets = core::directionTestTargets(services().platform.desktop);
     for (const auto& [bundleID, name] : targets) {
         target->addItem(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
     }

@@ -7,7 +7,6 @@
 #include "core/clipboard/PasteboardTypes.hpp"
 #include "core/localization/Texts.hpp"
 #include "fakes/FakeClipboardHistory.hpp"
-#include "fakes/FakeWindowTraits.hpp"
 #include "support/OffscreenApplication.hpp"
 
 #ifdef QUILLANE_LINE_ART
@@ -39,7 +38,6 @@ protected:
     explicit HistoryPanelTest(core::Desktop desktop = core::Desktop::macOS) : FakeClipboardHistory(desktop) {
         preferences.choose(core::AppLanguage::english);
         workspace.activate(workspace.open("com.example.editor", "Editor"));
-        permissions.grant(core::MacPermission::accessibility);
         manager.start();
         auto options = manager.options();
         options.enabled = true;
@@ -58,14 +56,9 @@ protected:
     }
 
     [[nodiscard]] HistoryPanelServices services() {
-        return {.desktop = shownOn,
+        return {.platform = platform,
                 .panel = panel,
                 .preferences = preferences,
-                .windowTraits = *traits,
-                .mainQueue = queue,
-                .imageQueue = imageQueue,
-                .fileQueue = fileQueue,
-                .findFile = pasteboard.fileFinder(),
                 .symbol =
                     []([[maybe_unused]] const std::string& name, [[maybe_unused]] const QColor& color) {
 #ifdef QUILLANE_LINE_ART
@@ -206,10 +199,6 @@ private:
 
 protected:
     core::AppPreferences preferences{userDefaults};
-    fakes::FakeSerialQueue imageQueue;
-    fakes::FakeSerialQueue fileQueue;
-    fakes::FakeWindowTraits windowTraits;
-    WindowTraits* traits = &windowTraits; ///< those that the window gets
     int settingsOpened = 0;
 
 private:

@@ -312,9 +312,8 @@ TEST_F(HistoryPanelWindowTest, TheFooterNamesTheKeysOrReportsTheLastChoice) {
     open();
     EXPECT_EQ(footer(), "Enter to paste · ⌥Enter to copy · ⇧Enter for plain text");
     press(Qt::Key_Return);
-    EXPECT_EQ(
-        footer().toStdString(),
-        core::LocalizedText(texts::itemCopiedAllowAccessibility.on(shownOn)).rendered(core::AppLanguage::english));
+    EXPECT_EQ(footer().toStdString(), core::LocalizedText(texts::itemCopiedAllowAccessibility.on(platform.desktop))
+                                          .rendered(core::AppLanguage::english));
 }
 
 // Languages, appearance, screen readers
@@ -329,7 +328,8 @@ TEST_F(HistoryPanelWindowTest, EverythingIsMirroredInHebrewAndArabicAtOnce) {
         settle();
         EXPECT_EQ(window().view().layoutDirection(), Qt::RightToLeft);
         EXPECT_LT(leftOfSettings(), window().width() / 2);
-        EXPECT_EQ(footer().toStdString(), core::LocalizedText(texts::panelKeys.on(shownOn)).rendered(language));
+        EXPECT_EQ(footer().toStdString(),
+                  core::LocalizedText(texts::panelKeys.on(platform.desktop)).rendered(language));
     }
 }
 
@@ -364,15 +364,12 @@ TEST_F(HistoryPanelWindowTest, RowsSayTheirKindBeginningAndSource) {
 
 class HistoryPanelPopUpTest : public HistoryPanelWindowTest {
 protected:
-    HistoryPanelPopUpTest() { traits = &linuxTraits_; }
+    HistoryPanelPopUpTest() { platform.windowTraits = std::make_unique<LinuxWindowTraits>(); }
 
     void clickAt(QPoint place) {
         QTest::mouseClick(window().windowHandle(), Qt::LeftButton, {}, place);
         settle();
     }
-
-private:
-    LinuxWindowTraits linuxTraits_;
 };
 
 TEST_F(HistoryPanelPopUpTest, HasTheKeysAndClosesWithoutPastingOnAClickElsewhere) {

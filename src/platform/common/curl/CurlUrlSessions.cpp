@@ -169,4 +169,12 @@ core::UrlSessionFactory CurlUrlSessions::factory() {
     };
 }
 
+core::UrlSessionFactory makeUrlSessions(MainQueue& queue, std::shared_ptr<const ProxySettings> proxies) {
+    const auto sessions = std::make_shared<CurlUrlSessions>(queue, std::move(proxies)); // owned by the function
+    return [sessions, make = sessions->factory()](const core::UrlSessionConfiguration& configuration,
+                                                  core::UrlSessionDelegate& delegate) {
+        return make(configuration, delegate);
+    };
+}
+
 } // namespace quillane

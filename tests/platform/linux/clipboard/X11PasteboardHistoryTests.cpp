@@ -55,16 +55,13 @@ protected:
 
     fakes::FakeClipboardDesktop desktop_;
     pid_t editor_ = desktop_.workspace.open("com.example.editor", "Editor");
-    ClipboardManager manager_{ClipboardServices{.mainQueue = desktop_.queue,
-                                                .userDefaults = desktop_.userDefaults,
-                                                .workspace = desktop_.workspace,
-                                                .pasteboard = pasteboard_,
-                                                .hotKeys = desktop_.hotKeys,
-                                                .secureInput = desktop_.secureInput,
-                                                .secretStore = desktop_.secrets,
-                                                .vaultQueue = desktop_.vaultQueue,
-                                                .vaultFolder = desktop_.folder(),
-                                                .now = [] { return core::Date{1}; }}};
+    ClipboardManager manager_{overSelection(), desktop_.folder(), [] { return core::Date{1}; }};
+
+private:
+    const Platform& overSelection() {
+        desktop_.platform.pasteboard = std::move(ownedPasteboard_);
+        return desktop_.platform;
+    }
 };
 
 TEST_F(LateOwnerTest, CopyIsRecordedFromWhereItWasMade) {

@@ -51,7 +51,10 @@ inline constexpr X11PasteboardLimits impatient{{std::chrono::milliseconds(400), 
 
 class X11PasteboardTest : public testing::X11Test {
 protected:
-    explicit X11PasteboardTest(X11PasteboardLimits limits = patient) : pasteboard_{*connection_, limits} { follow(); }
+    explicit X11PasteboardTest(X11PasteboardLimits limits = patient)
+        : ownedPasteboard_(std::make_unique<X11Pasteboard>(*connection_, limits)) {
+        follow();
+    }
 
     void follow() {
         pasteboard_.setInterest([this](const auto& types, const auto& source) {
@@ -122,7 +125,8 @@ protected:
     core::ClipboardOptions options_;
     std::shared_ptr<void> alive_ = std::make_shared<int>();
     std::unique_ptr<X11Connection> connection_ = std::move(*X11Connection::open(server_.display()));
-    X11Pasteboard pasteboard_;
+    std::unique_ptr<X11Pasteboard> ownedPasteboard_; ///< until a test gives it to a Platform
+    X11Pasteboard& pasteboard_ = *ownedPasteboard_;
     int notices_ = 0; ///< that the pasteboard has given
     core::Subscription counting_ = pasteboard_.onChanged([this] { ++notices_; });
     SelectionPeer peer_{server_.display()};
