@@ -227,8 +227,8 @@ void AppDelegate::showPermissionsIfNeeded(bool atLogin) {
     if (!relaunched && (!missing || atLogin)) {
         return;
     }
-    platform_.mainQueue->postAfter(beforeShowingPermissions, [this, alive = std::weak_ptr<void>(alive_)] {
-        if (!alive.expired() && !(settings_ && settings_->isVisible())) {
+    platform_.mainQueue->postAfter(beforeShowingPermissions, [this, alive = lifetime_.watch()] {
+        if (alive && !(settings_ && settings_->isVisible())) {
             showSettings(core::SettingsPage::permissions);
             requestNextPermissionIfNeeded();
         }
@@ -301,7 +301,7 @@ void AppDelegate::applicationWillTerminate() {
         *handler = nullptr;
     }
     model_.testDirection = nullptr;
-    alive_.reset();
+    lifetime_.end();
     monitor_.stop();
     direction_.cancelPending();
     settings_.reset();

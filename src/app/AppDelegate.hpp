@@ -11,6 +11,7 @@
 #include "clipboard/ClipboardScreenCapture.hpp"
 #include "clipboard/panel/HistoryPanel.hpp"
 #include "core/preferences/AppPreferences.hpp"
+#include "core/support/Lifetime.hpp"
 #include "direction/BrowserWaking.hpp"
 #include "direction/DirectionCommands.hpp"
 #include "fileshare/FileShareService.hpp"
@@ -152,10 +153,10 @@ private:
     int refreshesUntilItemCheck_ = 0;          ///< until the check whether the status item is shown
     bool checked_ =
         false; ///< the permissions have been read; until then the status row says that they are being checked
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending steps
-    std::unique_ptr<SettingsWindow> settings_;              ///< made on first use, then kept
-    std::unique_ptr<HistoryPanel> historyPanel_;            ///< likewise
-    std::vector<core::Subscription> subscriptions_;         // last: dropped before what their callbacks use
+    core::Lifetime lifetime_;
+    std::unique_ptr<SettingsWindow> settings_;      ///< made on first use, then kept
+    std::unique_ptr<HistoryPanel> historyPanel_;    ///< likewise
+    std::vector<core::Subscription> subscriptions_; // last: dropped before what their callbacks use
     core::Subscription refreshTimer_;
 };
 

@@ -99,11 +99,11 @@ void AppDelegate::sayThatItRuns(bool atLogin) {
     const core::LocalizedText isRunning(core::texts::quillaneIsRunning);
     const core::LocalizedText noTray(core::texts::noSystemTray);
     platform_.statusItem->notify(isRunning.rendered(language), noTray.rendered(language),
-                                 [this, alive = std::weak_ptr<void>(alive_), isRunning, noTray, atLogin] {
+                                 [this, alive = lifetime_.watch(), isRunning, noTray, atLogin] {
                                      constexpr auto english = core::AppLanguage::english;
                                      std::fprintf(stderr, "%s. %s\n", isRunning.rendered(english).c_str(),
                                                   noTray.rendered(english).c_str());
-                                     if (!alive.expired() && !atLogin && !(settings_ && settings_->isVisible())) {
+                                     if (alive && !atLogin && !(settings_ && settings_->isVisible())) {
                                          showSettings(core::SettingsPage::general);
                                      }
                                  });

@@ -109,12 +109,11 @@ bool ClipboardManager::noteChange() {
 void ClipboardManager::recordOnceFilled(int rereads) {
     record();
     if (copied_ && rereads < mostRereads) {
-        platform_.mainQueue->postAfter(rereadDelay,
-                                       [this, weak = std::weak_ptr(alive_), revision = revision_, rereads] {
-                                           if (!weak.expired() && revision == revision_) {
-                                               recordOnceFilled(rereads + 1);
-                                           }
-                                       });
+        platform_.mainQueue->postAfter(rereadDelay, [this, alive = lifetime_.watch(), revision = revision_, rereads] {
+            if (alive && revision == revision_) {
+                recordOnceFilled(rereads + 1);
+            }
+        });
     }
 }
 
@@ -155,10 +154,10 @@ void ClipboardManager::updateCollecting() {
         }
         return;
     }
-    platform_.pasteboard->setInterest([this, weak = std::weak_ptr(alive_)](const core::PasteboardTypeSet& types,
-                                                                           const std::optional<std::string>& source) {
-        return weak.expired() || !copied_ ? std::vector<std::string_view>()
-                                          : core::clipboardSnapshot::wantedTypes(types, options_, *copied_, source);
+    platform_.pasteboard->setInterest([this, alive = lifetime_.watch()](const core::PasteboardTypeSet& types,
+                                                                        const std::optional<std::string>& source) {
+        return !alive || !copied_ ? std::vector<std::string_view>()
+                                  : core::clipboardSnapshot::wantedTypes(types, options_, *copied_, source);
     });
     revision_ = platform_.pasteboard->changeCount();
     timer_ = platform_.mainQueue->repeat(pollInterval, [this] { poll(); });

@@ -9,6 +9,7 @@
 #include "core/clipboard/ClipboardSnapshot.hpp"
 #include "core/localization/LocalizedText.hpp"
 #include "core/support/Date.hpp"
+#include "core/support/Lifetime.hpp"
 #include "core/support/Listeners.hpp"
 
 #include <chrono>
@@ -191,7 +192,7 @@ private:
     bool hotKeyConflict_ = false;
     bool wantsHotKey_ = false;
     core::Listeners<> changes_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< guards answers that arrive after destruction
+    core::Lifetime lifetime_;
     core::Subscription hotKey_;
     core::Subscription timer_;
     core::Subscription notices_;

@@ -46,7 +46,7 @@ void ClipboardManager::load() {
     loading_ = !ready_;
     mayReadAgain_ = false;
     wantsToRead_ = false;
-    platform_.vaultQueue->post([this, weak = std::weak_ptr(alive_), storage = storage_, persist = options_.persist,
+    platform_.vaultQueue->post([this, alive = lifetime_.watch(), storage = storage_, persist = options_.persist,
                                 now = clock_(), &mainQueue = *platform_.mainQueue] {
         const auto loaded = std::make_shared<HistoryStorage::Loaded>(); // shared only since tasks are copied
         if (persist) {
@@ -54,8 +54,8 @@ void ClipboardManager::load() {
         } else if (storage->begin()) {
             loaded->outcome = Outcome::loaded;
         }
-        mainQueue.post([this, weak, loaded, setAside = storage->setAside()] {
-            if (!weak.expired()) {
+        mainQueue.post([this, alive, loaded, setAside = storage->setAside()] {
+            if (alive) {
                 setAside_ = setAside;
                 finishLoading(std::move(*loaded));
             }
@@ -81,8 +81,8 @@ void ClipboardManager::finishLoading(HistoryStorage::Loaded loaded) {
         save();
     } else { // leave the disk as it is until it can be read
         wantsToRead_ = hasUnsaved();
-        platform_.mainQueue->postAfter(betweenReadings, [this, weak = std::weak_ptr(alive_)] {
-            if (!weak.expired()) {
+        platform_.mainQueue->postAfter(betweenReadings, [this, alive = lifetime_.watch()] {
+            if (alive) {
                 mayReadAgain_ = true;
                 if (wantsToRead_) {
                     readAgain();
@@ -127,12 +127,12 @@ std::optional<core::LocalizedText> ClipboardManager::notice() const {
 }
 
 void ClipboardManager::recover(const core::SetAsideHistory& history) {
-    platform_.vaultQueue->post([this, weak = std::weak_ptr(alive_), storage = storage_, history, now = clock_(),
+    platform_.vaultQueue->post([this, alive = lifetime_.watch(), storage = storage_, history, now = clock_(),
                                 &mainQueue = *platform_.mainQueue] {
         auto found = storage->recover(history, now);
         mainQueue.post(
-            [this, weak, history, total = found.total, recovered = core::ClipboardHistory(std::move(found.entries))] {
-                if (!weak.expired()) {
+            [this, alive, history, total = found.total, recovered = core::ClipboardHistory(std::move(found.entries))] {
+                if (alive) {
                     finishRecovery(history, recovered, total);
                 }
             });
@@ -181,8 +181,8 @@ void ClipboardManager::save() {
 
 /// Unless the number has moved on by then.
 void ClipboardManager::saveAfter(std::chrono::milliseconds delay, std::uint64_t ClipboardManager::*number) {
-    platform_.mainQueue->postAfter(delay, [this, weak = std::weak_ptr(alive_), number, current = this->*number] {
-        if (!weak.expired() && this->*number == current) {
+    platform_.mainQueue->postAfter(delay, [this, alive = lifetime_.watch(), number, current = this->*number] {
+        if (alive && this->*number == current) {
             saveNow();
         }
     });
@@ -235,11 +235,11 @@ void ClipboardManager::saveLast() {
 
 /// Runs the work on the disk, then publishes whether it failed and what is set aside now.
 void ClipboardManager::store(std::function<bool(HistoryStorage&)> work, std::function<void(bool hasFailed)> done) {
-    platform_.vaultQueue->post([this, weak = std::weak_ptr(alive_), storage = storage_, work = std::move(work),
+    platform_.vaultQueue->post([this, alive = lifetime_.watch(), storage = storage_, work = std::move(work),
                                 done = std::move(done), &mainQueue = *platform_.mainQueue] {
         const bool hasFailed = !work(*storage);
-        mainQueue.post([this, weak, hasFailed, done, setAside = storage->setAside()] {
-            if (weak.expired() || !started_) {
+        mainQueue.post([this, alive, hasFailed, done, setAside = storage->setAside()] {
+            if (!alive || !started_) {
                 return;
             }
             if (storageError_ != hasFailed || setAside_ != setAside) {

@@ -217,8 +217,8 @@ void ClipboardPanel::showMessage(const core::LocalizedText& message) {
 }
 
 void ClipboardPanel::schedule(const Attempt& attempt) {
-    platform_.mainQueue->postAfter(betweenAttempts, [this, weak = std::weak_ptr(alive_), attempt] {
-        if (!weak.expired()) {
+    platform_.mainQueue->postAfter(betweenAttempts, [this, alive = lifetime_.watch(), attempt] {
+        if (alive) {
             attemptPaste(attempt);
         }
     });

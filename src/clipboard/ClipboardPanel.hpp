@@ -6,6 +6,7 @@
 #include "clipboard/ClipboardManager.hpp"
 #include "core/clipboard/ClipboardPanelKeys.hpp"
 #include "core/keyboard/EventFlags.hpp"
+#include "core/support/Lifetime.hpp"
 #include "platform/Workspace.hpp"
 
 #include <optional>
@@ -120,7 +121,7 @@ private:
     std::optional<RunningApplication> noted_; ///< the application that was in front last
     std::optional<RunningApplication> target_;
     core::Listeners<> changes_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< guards later attempts
+    core::Lifetime lifetime_;
     core::Subscription managerChanges_;
 };
 

@@ -41,12 +41,12 @@ void ClipboardScreenCapture::attempt(int number) {
         tell(texts::releaseModifierKeys);
         return;
     }
-    platform_.mainQueue->postAfter(
-        betweenAttempts, [this, alive = std::weak_ptr<void>(alive_), operation = operation_, next = number + 1] {
-            if (!alive.expired() && operation == operation_) {
-                attempt(next);
-            }
-        });
+    platform_.mainQueue->postAfter(betweenAttempts,
+                                   [this, alive = lifetime_.watch(), operation = operation_, next = number + 1] {
+                                       if (alive && operation == operation_) {
+                                           attempt(next);
+                                       }
+                                   });
 }
 
 void ClipboardScreenCapture::begin() {
@@ -56,8 +56,8 @@ void ClipboardScreenCapture::begin() {
         tell(texts::areaCaptureNeedsX11);
         return;
     }
-    const auto keptOut = [this, alive = std::weak_ptr<void>(alive_)] {
-        if (!alive.expired()) {
+    const auto keptOut = [this, alive = lifetime_.watch()] {
+        if (alive) {
             tell(texts::areaCaptureKeptOut);
         }
     };
@@ -72,8 +72,8 @@ void ClipboardScreenCapture::begin() {
     }
     tell(texts::selectAreaOrCheckShortcut);
     if (offer) {
-        offer(texts::openKeyboardSettings, [this, alive = std::weak_ptr<void>(alive_)] {
-            if (!alive.expired()) {
+        offer(texts::openKeyboardSettings, [this, alive = lifetime_.watch()] {
+            if (alive) {
                 platform_.areaCapture->openShortcutSettings();
             }
         });

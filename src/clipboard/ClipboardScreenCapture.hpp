@@ -4,6 +4,7 @@
 #pragma once
 
 #include "core/localization/LocalizedText.hpp"
+#include "core/support/Lifetime.hpp"
 
 #include <cstdint>
 #include <functional>
@@ -44,7 +45,7 @@ private:
     const Platform& platform_;
     std::function<core::AppLanguage()> language_;
     std::uint64_t operation_ = 0;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< guards answers that arrive after destruction
+    core::Lifetime lifetime_;
 };
 
 } // namespace quillane

@@ -70,8 +70,8 @@ void AbandonedMenu::close(Request request, const std::optional<AXElement>& menu)
 
 /// Not inside the notification, whose observation ends with the menu.
 void AbandonedMenu::closeSoon() {
-    services_.mainQueue.post([this, alive = std::weak_ptr(alive_), number = number_] {
-        if (!alive.expired() && number_ == number) {
+    services_.mainQueue.post([this, alive = lifetime_.watch(), number = number_] {
+        if (alive && number_ == number) {
             tryToClose(false);
         }
     });
@@ -108,8 +108,8 @@ void AbandonedMenu::forget() {
 }
 
 void AbandonedMenu::schedule(int run) {
-    services_.mainQueue.postAfter(interval, [this, alive = std::weak_ptr(alive_), run, number = number_] {
-        if (!alive.expired() && number_ == number) {
+    services_.mainQueue.postAfter(interval, [this, alive = lifetime_.watch(), run, number = number_] {
+        if (alive && number_ == number) {
             step(run);
         }
     });

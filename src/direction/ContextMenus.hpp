@@ -4,6 +4,7 @@
 #pragma once
 
 #include "core/keyboard/UserInput.hpp"
+#include "core/support/Lifetime.hpp"
 #include "core/support/Subscription.hpp"
 #include "direction/DirectionServices.hpp"
 
@@ -65,7 +66,7 @@ private:
     std::optional<Watch> watch_;
     std::int64_t number_ = 0; ///< of the watch: a step with another number is stale
     std::optional<core::Subscription> observation_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending steps
+    core::Lifetime lifetime_;
 };
 
 } // namespace quillane

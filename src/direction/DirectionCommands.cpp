@@ -63,8 +63,8 @@ void DirectionCommands::test(core::WritingDirection direction, const std::string
     }
     const auto pid = running.front().pid;
     services_.workspace.activateApplication(pid);
-    services_.mainQueue.postAfter(timeToCome, [this, alive = std::weak_ptr(alive_), direction, pid] {
-        if (alive.expired()) {
+    services_.mainQueue.postAfter(timeToCome, [this, alive = lifetime_.watch(), direction, pid] {
+        if (!alive) {
             return;
         }
         const auto front = services_.workspace.frontmostApplication();

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "core/keyboard/UserInput.hpp"
+#include "core/support/Lifetime.hpp"
 #include "direction/DirectionServices.hpp"
 #include "direction/LibreOfficeDirectionAdapter.hpp"
 #include "direction/NativeDirectionAdapter.hpp"
@@ -54,7 +55,7 @@ private:
     NativeDirectionAdapter browserAdapter_;
     WordDirectionAdapter wordAdapter_;
     LibreOfficeDirectionAdapter libreOfficeAdapter_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending steps
+    core::Lifetime lifetime_;
 };
 
 } // namespace quillane

@@ -51,8 +51,8 @@ void LibreOfficeDirectionAdapter::cancelPending() {
 
 void LibreOfficeDirectionAdapter::schedule(std::chrono::milliseconds delay, const Attempt& attempt,
                                            std::function<void()> step) {
-    services_.mainQueue.postAfter(delay, [this, alive = std::weak_ptr(alive_), attempt, step = std::move(step)] {
-        if (alive.expired() || operation_ != attempt.operation) {
+    services_.mainQueue.postAfter(delay, [this, alive = lifetime_.watch(), attempt, step = std::move(step)] {
+        if (!alive || operation_ != attempt.operation) {
             return;
         }
         const auto front = services_.workspace.frontmostApplication();

@@ -103,8 +103,8 @@ void NativeDirectionAdapter::wake(const Request& request, int wakings) {
     wakeBrowser(services_.accessibility, request.pid);
     pending_ = true;
     services_.mainQueue.postAfter(core::chromiumFamily::wakingInterval,
-                                  [this, alive = std::weak_ptr(alive_), request, wakings, operation = ++operation_] {
-                                      if (alive.expired() || operation_ != operation) {
+                                  [this, alive = lifetime_.watch(), request, wakings, operation = ++operation_] {
+                                      if (!alive || operation_ != operation) {
                                           return;
                                       }
                                       pending_ = false;
@@ -159,8 +159,8 @@ std::optional<AXElement> NativeDirectionAdapter::contextMenu(const AXElement& ap
 }
 
 void NativeDirectionAdapter::scheduleChoice(const Attempt& attempt, int run) {
-    services_.mainQueue.postAfter(step, [this, alive = std::weak_ptr(alive_), attempt, run] {
-        if (!alive.expired()) {
+    services_.mainQueue.postAfter(step, [this, alive = lifetime_.watch(), attempt, run] {
+        if (alive) {
             chooseDirection(attempt, run);
         }
     });

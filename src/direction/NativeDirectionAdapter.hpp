@@ -4,6 +4,7 @@
 #pragma once
 
 #include "core/keyboard/UserInput.hpp"
+#include "core/support/Lifetime.hpp"
 #include "direction/ContextMenus.hpp"
 #include "direction/DirectionAdapter.hpp"
 #include "direction/DirectionServices.hpp"
@@ -83,7 +84,7 @@ private:
     std::optional<AXElement> capturedMenu_; ///< the menu that was announced during this attempt
     std::optional<Attempt> requested_;      ///< the attempt that has asked for a menu and not ended
     AbandonedMenu abandonedMenu_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending steps
+    core::Lifetime lifetime_;
 };
 
 } // namespace quillane

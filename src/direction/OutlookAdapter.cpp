@@ -103,8 +103,8 @@ void OutlookAdapter::openOverflow(const AXElement& toolbar, Attempt attempt) {
 }
 
 void OutlookAdapter::schedule(const Attempt& attempt, int run) {
-    services_.mainQueue.postAfter(step, [this, alive = std::weak_ptr(alive_), attempt, run] {
-        if (!alive.expired()) {
+    services_.mainQueue.postAfter(step, [this, alive = lifetime_.watch(), attempt, run] {
+        if (alive) {
             pressOverflowButton(attempt, run);
         }
     });

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "direction/DirectionAdapter.hpp"
 #include "direction/DirectionServices.hpp"
 #include "direction/NativeDirectionAdapter.hpp"
@@ -54,7 +55,7 @@ private:
     std::int64_t operation_ = 0; ///< a wait with another number has been taken over by the next chord
     bool overflowPending_ = false;
     bool cancelled_ = false;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending steps
+    core::Lifetime lifetime_;
 };
 
 } // namespace quillane

@@ -77,8 +77,8 @@ bool WordDirectionAdapter::openHomeTab(const Attempt& attempt) const {
 }
 
 void WordDirectionAdapter::scheduleSearch(const Attempt& attempt, int run) {
-    services_.mainQueue.postAfter(step, [this, alive = std::weak_ptr(alive_), attempt, run] {
-        if (!alive.expired()) {
+    services_.mainQueue.postAfter(step, [this, alive = lifetime_.watch(), attempt, run] {
+        if (alive) {
             findAfterOpeningHome(attempt, run);
         }
     });

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "direction/DirectionAdapter.hpp"
 #include "direction/DirectionServices.hpp"
 
@@ -44,7 +45,7 @@ private:
     DirectionServices services_;
     DirectionReport report_;
     std::int64_t operation_ = 0;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending steps
+    core::Lifetime lifetime_;
 };
 
 } // namespace quillane

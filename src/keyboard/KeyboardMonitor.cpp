@@ -208,8 +208,8 @@ void KeyboardMonitor::post(const std::function<void()> KeyboardMonitor::*handler
     if (!(this->*handler)) {
         return;
     }
-    mainQueue_.post([this, alive = std::weak_ptr(alive_), handler] {
-        if (!alive.expired() && this->*handler) {
+    mainQueue_.post([this, alive = lifetime_.watch(), handler] {
+        if (alive && this->*handler) {
             (this->*handler)();
         }
     });
@@ -219,17 +219,17 @@ void KeyboardMonitor::interrupt(core::UserInput input) {
     if (!onInterruption) {
         return;
     }
-    mainQueue_.post([this, alive = std::weak_ptr(alive_), input] {
-        if (!alive.expired() && onInterruption) {
+    mainQueue_.post([this, alive = lifetime_.watch(), input] {
+        if (alive && onInterruption) {
             onInterruption(input);
         }
     });
 }
 
 void KeyboardMonitor::deliver(std::function<void()> handler, std::optional<pid_t> pid, bool toDirectionTarget) {
-    const auto finish = [this, alive = std::weak_ptr(alive_), handler = std::move(handler), pid, toDirectionTarget,
+    const auto finish = [this, alive = lifetime_.watch(), handler = std::move(handler), pid, toDirectionTarget,
                          generation = generation_] {
-        if (alive.expired() || !tap_.isEnabled() || !options_.shouldMonitor() || generation != generation_) {
+        if (!alive || !tap_.isEnabled() || !options_.shouldMonitor() || generation != generation_) {
             return;
         }
         const auto front = workspace_.frontmostApplication();
@@ -238,8 +238,8 @@ void KeyboardMonitor::deliver(std::function<void()> handler, std::optional<pid_t
             handler();
         }
     };
-    mainQueue_.post([this, alive = std::weak_ptr(alive_), finish] {
-        if (!alive.expired()) {
+    mainQueue_.post([this, alive = lifetime_.watch(), finish] {
+        if (alive) {
             workspace_.whenFrontIsKnown(finish);
         }
     });

@@ -7,6 +7,7 @@
 #include "core/keyboard/UserInput.hpp"
 #include "core/keyboard/WritingDirectionChord.hpp"
 #include "core/preferences/FeatureOptions.hpp"
+#include "core/support/Lifetime.hpp"
 #include "keyboard/RTLInput.hpp"
 #include "platform/EventTap.hpp"
 #include "platform/KeyEvents.hpp"
@@ -95,8 +96,7 @@ private:
     std::int64_t generation_ = 0; ///< counts resets
     bool hasTap_ = false;
     bool keyboardEventsObserved_ = false;
-    std::shared_ptr<void> alive_ =
-        std::make_shared<int>(); // shared with posted deliveries, which may outlive the monitor
+    core::Lifetime lifetime_;
 };
 
 } // namespace quillane

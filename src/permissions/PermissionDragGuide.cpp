@@ -62,22 +62,22 @@ void PermissionDragGuide::present(core::MacPermission permission) {
 
 void PermissionDragGuide::dismiss() {
     timer_.cancel();
-    step_.reset();
+    step_.end();
     if (panel_) {
         panel_->orderOut();
     }
 }
 
 void PermissionDragGuide::update() {
-    step_ = std::make_shared<int>();
+    step_.restart();
     const auto front = services_.platform.workspace->frontmostApplication();
     if (!front || front->bundleID != systemSettings) {
         panel_->orderOut();
         return;
     }
     services_.platform.windowList->read(
-        [this, step = std::weak_ptr<void>(step_), pid = front->pid](const std::vector<OnScreenWindow>& windows) {
-            if (!step.expired()) {
+        [this, step = step_.watch(), pid = front->pid](const std::vector<OnScreenWindow>& windows) {
+            if (step) {
                 place(pid, windows);
             }
         });

@@ -5,6 +5,7 @@
 
 #include "core/permissions/MacPermission.hpp"
 #include "core/support/Geometry.hpp"
+#include "core/support/Lifetime.hpp"
 #include "core/support/Subscription.hpp"
 #include "platform/WindowList.hpp"
 
@@ -69,7 +70,7 @@ private:
 
     PermissionGuideServices services_;
     std::unique_ptr<PermissionGuidePanel> panel_; ///< made on first use, then kept
-    std::shared_ptr<void> step_;                  ///< shared with a pending answer; a new one makes it stale
+    core::Lifetime step_;                         ///< of the latest reading of the window list
     core::Subscription timer_;
 };
 

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "platform/ApplicationCatalog.hpp"
 #include "platform/MainQueue.hpp"
 
@@ -17,8 +18,8 @@ public:
     explicit FakeApplicationCatalog(MainQueue& queue) : queue_(queue) {}
 
     void read(Handler handler) override {
-        queue_.post([this, handler = std::move(handler), alive = std::weak_ptr<void>(alive_)] {
-            if (!alive.expired()) {
+        queue_.post([this, handler = std::move(handler), alive = lifetime_.watch()] {
+            if (alive) {
                 handler(applications);
             }
         });
@@ -28,7 +29,7 @@ public:
 
 private:
     MainQueue& queue_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>();
+    core::Lifetime lifetime_;
 };
 
 } // namespace quillane::fakes

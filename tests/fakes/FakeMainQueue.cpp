@@ -28,8 +28,8 @@ core::Subscription FakeMainQueue::repeat(std::chrono::milliseconds interval, Tas
     const Due due{(now_ / interval + 1) * interval, id};
     timers_.emplace(due, Timer{std::make_shared<Task>(std::move(task)), interval});
     repeating_.emplace(id, due);
-    return core::Subscription([this, id, name, alive = std::weak_ptr(alive_)] {
-        if (alive.expired()) {
+    return core::Subscription([this, id, name, alive = lifetime_.watch()] {
+        if (!alive) {
             return;
         }
         note(journal, "end of " + name);

@@ -60,7 +60,7 @@ private:
     std::uint64_t next_ = 0;
     std::chrono::milliseconds now_{};
     std::chrono::milliseconds nap_{};
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true); // shared with tokens that may outlive the queue
+    std::shared_ptr<bool> lifetime_ = std::make_shared<bool>(true); // shared with tokens that may outlive the queue
 };
 
 } // namespace quillane::fakes

@@ -413,8 +413,8 @@ void ClipboardHistoryView::hover(const QModelIndex& index) {
     hovered_ = id;
     const auto delay =
         std::chrono::milliseconds(std::clamp<std::int64_t>(services_.panel.options().previewDelay, 200, 3000));
-    services_.platform.mainQueue->postAfter(delay, [this, weak = std::weak_ptr(alive_), id, hovering = hovering_] {
-        if (!weak.expired() && hovering == hovering_) {
+    services_.platform.mainQueue->postAfter(delay, [this, alive = lifetime_.watch(), id, hovering = hovering_] {
+        if (alive && hovering == hovering_) {
             showPreview(id);
         }
     });

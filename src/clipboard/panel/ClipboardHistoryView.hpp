@@ -10,6 +10,7 @@
 #include "clipboard/panel/HistoryPanelServices.hpp"
 #include "clipboard/panel/PanelNotice.hpp"
 #include "clipboard/panel/SearchBox.hpp"
+#include "core/support/Lifetime.hpp"
 
 #include <QWidget>
 
@@ -86,7 +87,7 @@ private:
     std::optional<core::Uuid> hovered_;
     std::uint64_t hovering_ = 0; ///< counts rows that the pointer entered; a preview of an earlier one is not shown
     std::optional<core::Uuid> announced_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< guards later previews
+    core::Lifetime lifetime_;
     core::Subscription panelChange_;
     core::Subscription languageChange_;
 };

@@ -46,9 +46,9 @@ void FileShareUpload::start(const Url& file, const FileShareServer& server, UrlS
     progress_ = std::move(progress);
     completion_ = std::move(completion);
     const auto examiner = examiner_; // outlives this object, which the completion may destroy
-    examiner(file, [this, alive = std::weak_ptr(alive_),
+    examiner(file, [this, alive = lifetime_.watch(),
                     configuration = hardened(std::move(configuration), limits_)](const ExaminedFile& examined) {
-        if (!alive.expired() && !finished_) {
+        if (alive && !finished_) {
             send(examined, configuration);
         }
     });

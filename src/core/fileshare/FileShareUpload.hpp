@@ -5,6 +5,7 @@
 #include "core/fileshare/FileExaminer.hpp"
 #include "core/fileshare/FileShareServer.hpp"
 #include "core/fileshare/UrlSession.hpp"
+#include "core/support/Lifetime.hpp"
 
 #include <tl/expected.hpp>
 
@@ -71,7 +72,7 @@ private:
     FileShareServer server_ = FileShareServer::standard();
     Progress progress_;
     Completion completion_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< shared with an examination that is still to come
+    Lifetime lifetime_;
 };
 
 } // namespace quillane::core

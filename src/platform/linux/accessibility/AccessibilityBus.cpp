@@ -55,7 +55,7 @@ void AccessibilityBus::find(BusConnection& session) {
     lastTry_ = BusConnection::Clock::now();
     auto question = methodCall(launcher, "/org/a11y/bus", launcher, "GetAddress");
     dbus_message_set_auto_start(question.get(), 0); // does not turn accessibility on in a session without it
-    session.call(std::move(question), alive_, [this](DBusMessage* reply) {
+    session.call(std::move(question), lifetime_, [this](DBusMessage* reply) {
         finding_ = false;
         const auto address = reply != nullptr ? BusReader(*reply).text() : std::nullopt;
         if (address && (!connection_ || connection_->isLost())) {

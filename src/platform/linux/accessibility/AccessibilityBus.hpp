@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "platform/linux/dbus/BusConnection.hpp"
 
 #include <memory>
@@ -38,7 +39,7 @@ private:
     BusConnection::Clock::time_point lastTry_;
     core::Listeners<BusConnection&> openings_;
     core::Listeners<> losses_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending answers
+    core::Lifetime lifetime_;
     core::Subscription reopenings_;
     core::Subscription signals_;
     core::Subscription loss_;

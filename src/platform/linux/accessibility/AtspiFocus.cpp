@@ -153,7 +153,7 @@ void AtspiFocus::watch(BusConnection& bus) {
     bus.addMatch("type='signal',sender='org.freedesktop.DBus',interface='org.freedesktop.DBus',"
                  "member='NameOwnerChanged'");
     registerForFocusEvents(bus);
-    bus.call(methodCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, "ListNames"), alive_,
+    bus.call(methodCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, "ListNames"), lifetime_,
              [this, &bus](DBusMessage* reply) {
                  auto names = reply != nullptr ? BusReader(*reply).container() : std::nullopt;
                  while (const auto name = names ? names->text() : std::nullopt) {
@@ -169,7 +169,7 @@ void AtspiFocus::learn(BusConnection& bus, const std::string& application, bool 
     auto question = methodCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, "GetConnectionUnixProcessID");
     appendText(*question, application);
     bus.call(
-        std::move(question), alive_,
+        std::move(question), lifetime_,
         [this, &bus, application, searches](DBusMessage* reply) {
             const auto found = programs_.find(application);
             const auto pid = reply != nullptr ? BusReader(*reply).uint32() : std::nullopt;

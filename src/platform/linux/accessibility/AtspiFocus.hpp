@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "core/support/Listeners.hpp"
 #include "core/support/Subscription.hpp"
 #include "platform/linux/accessibility/AtspiFacts.hpp"
@@ -87,7 +88,7 @@ private:
     mutable std::map<std::string, Program, std::less<>> programs_; ///< by bus name
     std::uint64_t changes_ = 0;
     core::Listeners<BusConnection&, const Focus&> moves_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending answers
+    core::Lifetime lifetime_;
     core::Subscription openings_;
     core::Subscription losses_;
     core::Subscription signals_;

@@ -46,8 +46,8 @@ std::optional<core::Subscription> AtspiNotifications::add(Observation observatio
     if (isFirst) {
         begin(*bus);
     }
-    return core::Subscription([this, alive = std::weak_ptr(alive_), id] {
-        if (!alive.expired()) {
+    return core::Subscription([this, alive = lifetime_.watch(), id] {
+        if (alive) {
             drop(id);
         }
     });

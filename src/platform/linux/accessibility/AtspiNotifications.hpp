@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "core/support/Subscription.hpp"
 #include "platform/linux/accessibility/AtspiFacts.hpp"
 
@@ -52,8 +53,8 @@ private:
     AccessibilityBus& bus_;
     std::map<std::uint64_t, Observation> observations_;
     std::uint64_t next_ = 0;
-    QObject eventLoop_;                                     ///< pending calls of the event loop end with it
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with answers and tokens
+    QObject eventLoop_; ///< pending calls of the event loop end with it
+    core::Lifetime lifetime_;
     core::Subscription signals_;
     core::Subscription losses_;
 };

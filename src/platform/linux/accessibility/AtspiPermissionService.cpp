@@ -78,7 +78,7 @@ void AtspiPermissionService::request(core::MacPermission permission) {
     appendText(*change, statusInterface);
     appendText(*change, isEnabled);
     appendVariant(*change, true);
-    session->call(std::move(change), alive_, [this](DBusMessage*) {
+    session->call(std::move(change), lifetime_, [this](DBusMessage*) {
         if (auto* connection = session_.connection()) {
             read(*connection);
         }
@@ -126,7 +126,7 @@ void AtspiPermissionService::read(BusConnection& session) {
         enabled_ = value && value->flag() == true;
         answered_ = true;
     };
-    session.call(std::move(question), alive_, take, BusConnection::Delivery::alsoInWait);
+    session.call(std::move(question), lifetime_, take, BusConnection::Delivery::alsoInWait);
 }
 
 } // namespace quillane

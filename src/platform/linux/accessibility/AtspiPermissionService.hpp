@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "core/support/Subscription.hpp"
 #include "platform/PermissionService.hpp"
 
@@ -39,7 +40,7 @@ private:
     SessionBus& session_;
     mutable bool answered_ = false; ///< the first answer has arrived, or the wait for it has ended
     bool enabled_ = false;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending answers
+    core::Lifetime lifetime_;
     core::Subscription reopenings_;
     core::Subscription signals_;
     core::Subscription loss_;

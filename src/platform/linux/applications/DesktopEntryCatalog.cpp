@@ -10,8 +10,8 @@
 namespace quillane {
 
 void DesktopEntryCatalog::read(Handler handler) {
-    installed_->read([this, alive = std::weak_ptr<void>(alive_), handler = std::move(handler)] {
-        if (!alive.expired()) {
+    installed_->read([this, alive = lifetime_.watch(), handler = std::move(handler)] {
+        if (alive) {
             handler(applications());
         }
     });

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "platform/ApplicationCatalog.hpp"
 #include "platform/Workspace.hpp"
 #include "platform/linux/applications/InstalledApplications.hpp"
@@ -30,7 +31,7 @@ private:
 
     std::shared_ptr<InstalledApplications> installed_; // shared with the workspace
     Running running_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with a pending answer
+    core::Lifetime lifetime_;
 };
 
 } // namespace quillane

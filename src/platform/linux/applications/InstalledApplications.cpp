@@ -43,10 +43,10 @@ void InstalledApplications::lookFor(const std::string& windowClass) {
 
 void InstalledApplications::start() {
     isReading_ = true;
-    reader_ = std::jthread([this, alive = std::weak_ptr<void>(alive_)](const std::stop_token& stop) {
+    reader_ = std::jthread([this, alive = lifetime_.watch()](const std::stop_token& stop) {
         ApplicationIndex index(desktopEntries(applicationFolders(), stop));
         mainQueue_.post([this, alive, index = std::move(index)]() mutable {
-            if (!alive.expired()) {
+            if (alive) {
                 finish(std::move(index));
             }
         });

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "core/support/Listeners.hpp"
 #include "platform/MainQueue.hpp"
 #include "platform/linux/applications/ApplicationIndex.hpp"
@@ -48,7 +49,7 @@ private:
     std::vector<std::function<void()>> waiting_; ///< for the entries that are being read
     std::set<std::string, std::less<>> lookedFor_;
     core::Listeners<> changes_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with a pending answer
+    core::Lifetime lifetime_;
     std::jthread reader_;
 };
 

@@ -72,7 +72,7 @@ void X11Clients::ask() {
     }
     const xcb_res_client_id_spec_t everyClient{XCB_NONE, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
     connection_.await<xcb_res_query_client_ids_reply_t>(xcb_res_query_client_ids(connection_.raw(), 1, &everyClient),
-                                                        alive_, [this](const auto* reply) {
+                                                        lifetime_, [this](const auto* reply) {
                                                             if (reply != nullptr) {
                                                                 processes_ = processesIn(*reply);
                                                             }

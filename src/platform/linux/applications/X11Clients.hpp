@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "core/support/Subscription.hpp"
 
 #include <chrono>
@@ -33,8 +34,8 @@ private:
 
     X11Connection& connection_;
     std::optional<std::chrono::steady_clock::time_point> asked_;
-    std::vector<pid_t> processes_;                          ///< each once
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending answers
+    std::vector<pid_t> processes_; ///< each once
+    core::Lifetime lifetime_;
     core::Subscription losses_;
 };
 

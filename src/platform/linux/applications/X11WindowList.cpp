@@ -91,7 +91,7 @@ void X11WindowList::read(Handler handler) {
     reading->handler = std::move(handler);
     const auto cookie = xcb_get_property(connection_.raw(), 0, connection_.root(), atoms_.stacking, XCB_ATOM_WINDOW, 0,
                                          longestProperty);
-    connection_.await<xcb_get_property_reply_t>(cookie, alive_, [this, reading](const auto* reply) {
+    connection_.await<xcb_get_property_reply_t>(cookie, lifetime_, [this, reading](const auto* reply) {
         for (const auto window : items(reply)) {
             reading->entries.insert(reading->entries.begin(), Reading::Entry{.window = window});
         }
@@ -104,7 +104,7 @@ void X11WindowList::readWindows(const std::shared_ptr<Reading>& reading) {
     auto* c = connection_.raw();
     const auto property = [&](xcb_window_t window, xcb_atom_t name, xcb_atom_t type, auto take) {
         connection_.await<xcb_get_property_reply_t>(
-            xcb_get_property(c, 0, window, name, type, 0, longestProperty), alive_,
+            xcb_get_property(c, 0, window, name, type, 0, longestProperty), lifetime_,
             [reading, take](const xcb_get_property_reply_t* reply) { take(items(reply)); });
     };
     for (auto& entry : reading->entries) {
@@ -112,7 +112,7 @@ void X11WindowList::readWindows(const std::shared_ptr<Reading>& reading) {
         if (connection_.extensions().hasClientIds) {
             const xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
             connection_.await<xcb_res_query_client_ids_reply_t>(
-                xcb_res_query_client_ids(c, 1, &spec), alive_,
+                xcb_res_query_client_ids(c, 1, &spec), lifetime_,
                 [reading, &entry](const auto* reply) { entry.serverSaid = localProcess(reply); });
         }
         property(window, atoms_.pid, XCB_ATOM_CARDINAL, [&entry](std::span<const std::uint32_t> said) {
@@ -134,17 +134,17 @@ void X11WindowList::readWindows(const std::shared_ptr<Reading>& reading) {
             }
         });
         connection_.await<xcb_get_window_attributes_reply_t>(
-            xcb_get_window_attributes(c, window), alive_, [reading, &entry](const auto* reply) {
+            xcb_get_window_attributes(c, window), lifetime_, [reading, &entry](const auto* reply) {
                 entry.visible = reply != nullptr && reply->map_state == XCB_MAP_STATE_VIEWABLE;
             });
-        connection_.await<xcb_get_geometry_reply_t>(xcb_get_geometry(c, window), alive_,
+        connection_.await<xcb_get_geometry_reply_t>(xcb_get_geometry(c, window), lifetime_,
                                                     [reading, &entry](const auto* reply) {
                                                         if (reply != nullptr) {
                                                             entry.inside.setSize(QSizeF(reply->width, reply->height));
                                                         }
                                                     });
         connection_.await<xcb_translate_coordinates_reply_t>(
-            xcb_translate_coordinates(c, window, connection_.root(), 0, 0), alive_,
+            xcb_translate_coordinates(c, window, connection_.root(), 0, 0), lifetime_,
             [reading, &entry](const auto* reply) {
                 if (reply != nullptr) {
                     entry.inside.moveTopLeft(QPointF(reply->dst_x, reply->dst_y));
@@ -152,7 +152,7 @@ void X11WindowList::readWindows(const std::shared_ptr<Reading>& reading) {
             });
     }
     // Answers come in the order of the questions: this one is the last.
-    connection_.await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(c), alive_,
+    connection_.await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(c), lifetime_,
                                                    [reading](const auto*) { reading->finish(); });
 }
 

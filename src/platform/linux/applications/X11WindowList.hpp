@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "platform/WindowList.hpp"
 
 #include <memory>
@@ -32,7 +33,7 @@ private:
 
     X11Connection& connection_;
     Atoms atoms_{};
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending answers
+    core::Lifetime lifetime_;
 };
 
 } // namespace quillane

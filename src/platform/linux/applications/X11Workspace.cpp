@@ -192,10 +192,10 @@ bool X11Workspace::terminate(pid_t pid) {
 }
 
 void X11Workspace::whenFrontIsKnown(std::function<void()> callback) {
-    const auto identified = [this, alive = std::weak_ptr(alive_), callback = std::move(callback)] {
-        if (!alive.expired()) {
+    const auto identified = [this, alive = lifetime_.watch(), callback = std::move(callback)] {
+        if (alive) {
             installed_->whenRead([alive, callback] {
-                if (!alive.expired()) {
+                if (alive) {
                     callback();
                 }
             });
@@ -204,7 +204,7 @@ void X11Workspace::whenFrontIsKnown(std::function<void()> callback) {
     identified();
     return;
     // The answer follows every event that precedes the request.
-    connection_.await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection_.raw()), alive_,
+    connection_.await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection_.raw()), lifetime_,
                                                    [this, identified](const xcb_get_input_focus_reply_t*) {
                                                        if (const auto reading = frontReading_.lock()) {
                                                            reading->waiting.emplace_back(identified);
@@ -274,7 +274,7 @@ std::shared_ptr<X11Workspace::FrontReading> X11Workspace::frontReading() {
 void X11Workspace::readManager() {
     const auto cookie =
         xcb_get_property(connection_.raw(), 0, connection_.root(), atoms_.supportingCheck, XCB_ATOM_WINDOW, 0, 1);
-    connection_.await<xcb_get_property_reply_t>(cookie, alive_, [this, front = frontReading()](const auto* reply) {
+    connection_.await<xcb_get_property_reply_t>(cookie, lifetime_, [this, front = frontReading()](const auto* reply) {
         // The property may be stale: a living window manager's window names itself.
         const auto window = firstItem(reply);
         if (window == noWindow) {
@@ -285,7 +285,7 @@ void X11Workspace::readManager() {
         const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_change_window_attributes(c, window, XCB_CW_EVENT_MASK, &mask);
         connection_.await<xcb_get_property_reply_t>(
-            xcb_get_property(c, 0, window, atoms_.supportingCheck, XCB_ATOM_WINDOW, 0, 1), alive_,
+            xcb_get_property(c, 0, window, atoms_.supportingCheck, XCB_ATOM_WINDOW, 0, 1), lifetime_,
             [this, window, front](const auto* own) { setManager(firstItem(own) == window ? window : noWindow); });
     });
 }
@@ -307,7 +307,7 @@ void X11Workspace::setManager(xcb_window_t window) {
 void X11Workspace::readActiveWindow() {
     const auto cookie =
         xcb_get_property(connection_.raw(), 0, connection_.root(), atoms_.activeWindow, XCB_ATOM_WINDOW, 0, 1);
-    connection_.await<xcb_get_property_reply_t>(cookie, alive_, [this, front = frontReading()](const auto* reply) {
+    connection_.await<xcb_get_property_reply_t>(cookie, lifetime_, [this, front = frontReading()](const auto* reply) {
         if (manager_ != noWindow) {
             setFrontWindow(firstItem(reply), front);
         }
@@ -317,7 +317,7 @@ void X11Workspace::readActiveWindow() {
 void X11Workspace::readClients() {
     const auto cookie = xcb_get_property(connection_.raw(), 0, connection_.root(), atoms_.clientList, XCB_ATOM_WINDOW,
                                          0, longestProperty);
-    connection_.await<xcb_get_property_reply_t>(cookie, alive_, [this](const xcb_get_property_reply_t* reply) {
+    connection_.await<xcb_get_property_reply_t>(cookie, lifetime_, [this](const xcb_get_property_reply_t* reply) {
         if (manager_ != noWindow) {
             const auto all = items(reply);
             setClients({all.begin(), all.end()});
@@ -344,7 +344,7 @@ void X11Workspace::readFocus() {
         return;
     }
     connection_.await<xcb_get_input_focus_reply_t>(
-        xcb_get_input_focus(connection_.raw()), alive_, [this, front = frontReading()](const auto* reply) {
+        xcb_get_input_focus(connection_.raw()), lifetime_, [this, front = frontReading()](const auto* reply) {
             if (!unmanaged_) {
                 return;
             }
@@ -378,14 +378,14 @@ void X11Workspace::readWindow(xcb_window_t window, std::shared_ptr<FrontReading>
     if (connection_.extensions().hasClientIds) {
         const xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
         connection_.await<xcb_res_query_client_ids_reply_t>(
-            xcb_res_query_client_ids(c, 1, &spec), alive_,
+            xcb_res_query_client_ids(c, 1, &spec), lifetime_,
             [reading](const auto* reply) { reading->serverSaid = localProcess(reply); });
     }
     connection_.await<xcb_get_property_reply_t>(
-        xcb_get_property(c, 0, window, atoms_.pid, XCB_ATOM_CARDINAL, 0, 1), alive_,
+        xcb_get_property(c, 0, window, atoms_.pid, XCB_ATOM_CARDINAL, 0, 1), lifetime_,
         [reading](const auto* reply) { reading->windowSaid = static_cast<pid_t>(firstItem(reply)); });
     connection_.await<xcb_get_property_reply_t>(
-        xcb_get_property(c, 0, window, atoms_.protocols, XCB_ATOM_ATOM, 0, longestProperty), alive_,
+        xcb_get_property(c, 0, window, atoms_.protocols, XCB_ATOM_ATOM, 0, longestProperty), lifetime_,
         [this, reading](const auto* reply) {
             reading->closes = std::ranges::count(items(reply), atoms_.deleteWindow) > 0;
         });
@@ -395,11 +395,11 @@ void X11Workspace::readWindow(xcb_window_t window, std::shared_ptr<FrontReading>
 void X11Workspace::readClass(const std::shared_ptr<Reading>& reading, xcb_window_t window, int levels) {
     auto* c = connection_.raw();
     connection_.await<xcb_get_property_reply_t>(
-        xcb_get_property(c, 0, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, longestProperty), alive_,
+        xcb_get_property(c, 0, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, longestProperty), lifetime_,
         [reading](const auto* reply) { reading->names = windowNames(reply); });
     // The focus may be on a child of the window with the class.
     connection_.await<xcb_query_tree_reply_t>(
-        xcb_query_tree(c, window), alive_, [this, reading, levels](const auto* reply) {
+        xcb_query_tree(c, window), lifetime_, [this, reading, levels](const auto* reply) {
             const bool climbs = reading->names.windowClass.empty() && levels > 0 && reply != nullptr &&
                                 reply->parent != noWindow && reply->parent != connection_.root();
             if (climbs) {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "core/support/Listeners.hpp"
 #include "platform/Workspace.hpp"
 #include "platform/linux/applications/X11Clients.hpp"
@@ -104,7 +105,7 @@ private:
     mutable X11Clients clientPrograms_;        ///< asks the server again while it is read
     core::Listeners<> activated_;
     LogindWake wake_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending answers
+    core::Lifetime lifetime_;
     core::Subscription events_;
     core::Subscription losses_;
     core::Subscription openings_;

@@ -31,12 +31,11 @@ bool X11AreaCapture::start(core::AppLanguage language, std::function<void()> kep
         return true;
     }
     starting_ = true;
-    mainQueue_.postAfter(untilMenusHaveGone,
-                         [this, alive = std::weak_ptr<void>(alive_), language, keptOut = std::move(keptOut)] {
-                             if (!alive.expired()) {
-                                 show(language, keptOut);
-                             }
-                         });
+    mainQueue_.postAfter(untilMenusHaveGone, [this, alive = lifetime_.watch(), language, keptOut = std::move(keptOut)] {
+        if (alive) {
+            show(language, keptOut);
+        }
+    });
     return true;
 }
 
@@ -62,9 +61,9 @@ void X11AreaCapture::show(core::AppLanguage language, std::function<void()> kept
 }
 
 void X11AreaCapture::copy(const QImage& picture) {
-    encoding_.post([this, alive = std::weak_ptr<void>(alive_), picture] {
+    encoding_.post([this, alive = lifetime_.watch(), picture] {
         mainQueue_.post([this, alive, png = pngOf(picture)]() mutable {
-            if (!alive.expired() && !png.empty()) {
+            if (alive && !png.empty()) {
                 pasteboard_.clear();
                 pasteboard_.write({{{{std::string(core::pasteboardTypes::png), std::move(png)}}, {}}});
             }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "platform/AreaCapture.hpp"
 #include "platform/MainQueue.hpp"
 #include "platform/Pasteboard.hpp"
@@ -48,8 +49,8 @@ private:
     std::chrono::milliseconds patience_;
     bool starting_ = false;
     std::unique_ptr<AreaOverlay, DeleteLater> overlay_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); ///< guards answers that arrive after destruction
-    ThreadSerialQueue encoding_;                            ///< last: it uses the others
+    core::Lifetime lifetime_;
+    ThreadSerialQueue encoding_; ///< last: it uses the others
 };
 
 } // namespace quillane

@@ -38,7 +38,7 @@ bool X11PrimarySelection::offer() {
 
 void X11PrimarySelection::confirm(std::int64_t changeCount) {
     connection_.await<xcb_get_selection_owner_reply_t>(
-        xcb_get_selection_owner(connection_.raw(), XCB_ATOM_PRIMARY), alive_,
+        xcb_get_selection_owner(connection_.raw(), XCB_ATOM_PRIMARY), lifetime_,
         [this, changeCount](const xcb_get_selection_owner_reply_t* reply) {
             if (reply != nullptr && reply->owner == owner_.window()) {
                 offered_ = changeCount;

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "platform/Pasteboard.hpp"
 #include "platform/linux/clipboard/X11SelectionOwner.hpp"
 #include "platform/linux/x11/X11Connection.hpp"
@@ -30,7 +31,7 @@ private:
     const Pasteboard& pasteboard_;
     X11SelectionOwner owner_;
     std::optional<std::int64_t> offered_; ///< the pasteboard's change count at the offer
-    std::shared_ptr<void> alive_ = std::make_shared<int>();
+    core::Lifetime lifetime_;
     core::Subscription events_;
     core::Subscription losses_;
 };

@@ -120,7 +120,7 @@ void X11SelectionOwner::answer(const xcb_selection_request_event_t& request) {
         connection_.await<xcb_get_property_reply_t>(
             xcb_get_property(connection_.raw(), 0, request.requestor, property, XCB_GET_PROPERTY_TYPE_ANY, 0,
                              2 * maximumPairs),
-            alive_, [this, request](const xcb_get_property_reply_t* reply) { answerMultiple(request, reply); });
+            lifetime_, [this, request](const xcb_get_property_reply_t* reply) { answerMultiple(request, reply); });
         connection_.flush();
     } else {
         notify(request, deliver(request.requestor, request.target, property) ? property : xcb_atom_t{XCB_ATOM_NONE});

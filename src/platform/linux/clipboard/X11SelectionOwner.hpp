@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/clipboard/PasteboardContents.hpp"
+#include "core/support/Lifetime.hpp"
 #include "platform/linux/x11/X11Connection.hpp"
 
 #include <QTimer>
@@ -81,7 +82,7 @@ private:
     std::vector<core::PasteboardItem> items_;
     std::list<Transfer> transfers_;
     QTimer stallTimer_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>();
+    core::Lifetime lifetime_;
     core::Subscription events_;
     core::Subscription losses_;
     core::Subscription openings_;

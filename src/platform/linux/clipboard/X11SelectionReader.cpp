@@ -44,7 +44,7 @@ void X11SelectionReader::request(xcb_atom_t target, xcb_timestamp_t time, std::s
     target_ = target;
     maximumBytes_ = maximumBytes;
     done_ = std::move(done);
-    alive_ = std::make_shared<int>();
+    lifetime_.restart();
     isIncremental_ = isReading_ = hasNewPart_ = false;
     offset_ = 0;
     partBytes_ = 0;
@@ -68,7 +68,7 @@ void X11SelectionReader::cancel() {
 /// Does not flush yet: the next request can go with it.
 void X11SelectionReader::end() {
     done_ = nullptr;
-    alive_.reset();
+    lifetime_.end();
     pauseTimer_.stop();
     totalTimer_.stop();
     if (const auto window = std::exchange(window_, XCB_WINDOW_NONE); window != XCB_WINDOW_NONE) {
@@ -113,7 +113,7 @@ void X11SelectionReader::readPart() {
     auto* c = connection_.raw();
     // Deletes the property after its last part, which makes the owner send the next increment.
     connection_.await<xcb_get_property_reply_t>(
-        xcb_get_property(c, 1, window_, property_, XCB_GET_PROPERTY_TYPE_ANY, offset_, partUnits), alive_,
+        xcb_get_property(c, 1, window_, property_, XCB_GET_PROPERTY_TYPE_ANY, offset_, partUnits), lifetime_,
         [this](const xcb_get_property_reply_t* reply) { take(reply); });
     connection_.flush();
 }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "platform/linux/x11/X11Connection.hpp"
 
 #include <QTimer>
@@ -70,7 +71,7 @@ private:
     std::size_t partBytes_ = 0; ///< of this increment so far
     Contents contents_;
     std::function<void(Contents)> done_;
-    std::shared_ptr<void> alive_; ///< of the current request
+    core::Lifetime lifetime_;
     QTimer pauseTimer_;
     QTimer totalTimer_;
     core::Subscription events_;

@@ -56,7 +56,7 @@ BusConnection::BusConnection(::DBusConnection* connection) : connection_(connect
     drain_.callOnTimeout([this] { process(); });
     watch();
     // The bus answers no other call before this one.
-    call(methodCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, "Hello"), alive_,
+    call(methodCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, "Hello"), lifetime_,
          [this](DBusMessage* reply) {
              if (reply == nullptr && !lost_) {
                  lose();

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "core/support/Listeners.hpp"
 #include "platform/linux/dbus/BusMessage.hpp"
 
@@ -20,7 +21,7 @@ namespace quillane {
 /// A connection to a message bus, driven by Qt's event loop. Main thread only. Only `wait` waits, and it runs only the
 /// handlers of calls that were marked for it.
 ///
-///     connection->call(methodCall(…), alive_, [this](DBusMessage* reply) { … });
+///     connection->call(methodCall(…), lifetime_, [this](DBusMessage* reply) { … });
 ///
 /// A handler must not destroy the connection that calls it.
 class BusConnection {
@@ -106,7 +107,7 @@ private:
     core::Listeners<DBusMessage&> signals_;
     core::Listeners<> losses_;
     QTimer drain_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // owner of the first call
+    core::Lifetime lifetime_;
 };
 
 /// The addresses ("unix:") of the user's and the system's buses; empty when the environment names none.

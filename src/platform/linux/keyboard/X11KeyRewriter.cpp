@@ -34,7 +34,6 @@ X11KeyRewriter::X11KeyRewriter(X11Connection& connection, X11RawInput& input, X1
       keyboard_(keyboard),
       decide_(std::move(decide)),
       spares_(connection, keyboard),
-      alive_(std::make_shared<int>()),
       events_(connection.onEvent([this](const xcb_generic_event_t& event) { handleEvent(event); })),
       ownKeys_(input.onKey([this](const X11RawEvent& event) { handleOwnKey(event); })),
       readings_(keyboard.onCurrent([this] {
@@ -178,7 +177,7 @@ void X11KeyRewriter::substitute(const Press& press, const Output& output) {
     type(*keycode, output.device);
     xcb_input_xi_allow_events(c, XCB_CURRENT_TIME, press.master, XCB_INPUT_EVENT_MODE_SYNC_DEVICE, 0, XCB_NONE);
     looking_ = true;
-    connection_.await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(c), alive_,
+    connection_.await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(c), lifetime_,
                                                    [this, look = ++looks_, master = press.master,
                                                     typed = *keycode](const auto*) { checkLook(look, master, typed); });
     connection_.flush();

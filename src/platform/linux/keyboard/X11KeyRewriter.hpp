@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "platform/linux/keyboard/X11Keyboard.hpp"
 #include "platform/linux/keyboard/X11RawInput.hpp"
 #include "platform/linux/keyboard/X11SpareKeys.hpp"
@@ -114,7 +115,7 @@ private:
     std::vector<TypingGrab> typingGrabs_;
     QTimer retry_;
     QTimer longestStop_;
-    std::shared_ptr<void> alive_;
+    core::Lifetime lifetime_;
     core::Subscription events_;
     core::Subscription ownKeys_;
     core::Subscription readings_;

@@ -21,13 +21,13 @@ X11Keyboard::X11Keyboard(X11Connection& connection, X11RawInput& input)
       inputKeys_(input.onKey([this](const X11RawEvent& event) { handleKey(event); })),
       inputDevices_(input.onDevicesChanged([this] { loadState(); })),
       events_(connection.onEvent([this](const xcb_generic_event_t& event) { handleEvent(event); })),
-      losses_(connection.onLost([this] { alive_.reset(); })),
+      losses_(connection.onLost([this] { lifetime_.end(); })),
       openings_(connection.onOpened([this] { reread(); })) {
     reread();
 }
 
 void X11Keyboard::reread() {
-    alive_ = std::make_shared<int>();
+    lifetime_.restart();
     loading_ = 0;
     keymapLoading_ = false;
     keymapChangedAgain_ = false;
@@ -54,7 +54,7 @@ void X11Keyboard::loadKeymap() {
     ++loading_;
     const auto cookie = xcb_xkb_get_map(connection_.raw(), XCB_XKB_ID_USE_CORE_KBD, X11Keymap::neededParts, 0, 0, 0, 0,
                                         0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
-    connection_.await<xcb_xkb_get_map_reply_t>(cookie, alive_, [this](const xcb_xkb_get_map_reply_t* reply) {
+    connection_.await<xcb_xkb_get_map_reply_t>(cookie, lifetime_, [this](const xcb_xkb_get_map_reply_t* reply) {
         keymapLoading_ = false;
         if (reply != nullptr) {
             keymap_ = X11Keymap(*reply);
@@ -72,14 +72,14 @@ void X11Keyboard::loadState() {
     ++loading_;
     const auto cookie = xcb_xkb_get_state(connection_.raw(), XCB_XKB_ID_USE_CORE_KBD);
     connection_.await<xcb_xkb_get_state_reply_t>(
-        cookie, alive_, [this, sequence = cookie.sequence](const xcb_xkb_get_state_reply_t* reply) {
+        cookie, lifetime_, [this, sequence = cookie.sequence](const xcb_xkb_get_state_reply_t* reply) {
             if (reply != nullptr) {
                 device_ = reply->deviceID;
                 takeCapsLock((reply->lockedMods & XCB_MOD_MASK_LOCK) != 0);
                 takeGroup(reply->group, sequence, Cause::request);
             }
         });
-    connection_.await<xcb_query_keymap_reply_t>(xcb_query_keymap(connection_.raw()), alive_,
+    connection_.await<xcb_query_keymap_reply_t>(xcb_query_keymap(connection_.raw()), lifetime_,
                                                 [this](const xcb_query_keymap_reply_t* reply) {
                                                     for (unsigned i = 0; reply != nullptr && i < down_.size(); ++i) {
                                                         down_[i] = (reply->keys[i / 8] >> (i % 8) & 1) != 0;

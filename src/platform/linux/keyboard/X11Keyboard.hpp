@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/keyboard/EventFlags.hpp"
+#include "core/support/Lifetime.hpp"
 #include "platform/linux/keyboard/X11Keymap.hpp"
 #include "platform/linux/keyboard/X11RawInput.hpp"
 #include "platform/linux/x11/X11Connection.hpp"
@@ -92,7 +93,7 @@ private:
     int loading_ = 0;
     bool keymapChangedAgain_ = false;
     bool keymapLoading_ = false;
-    std::shared_ptr<void> alive_; ///< replaced with the connection, so that late answers are dropped
+    core::Lifetime lifetime_;
     core::Listeners<const X11RawEvent&> keys_;
     core::Listeners<Cause> groups_;
     core::Listeners<> capsLocks_;

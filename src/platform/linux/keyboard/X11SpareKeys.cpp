@@ -20,7 +20,6 @@ constexpr std::uint32_t longestList = 64; // in words
 X11SpareKeys::X11SpareKeys(X11Connection& connection, X11Keyboard& keyboard)
     : connection_(connection),
       keyboard_(keyboard),
-      alive_(std::make_shared<int>()),
       readings_(keyboard.onCurrent([this] { checkAgainstMap(); })),
       notices_(keyboard.onLayoutNotice([this] { readRepeating(); })),
       openings_(connection.onOpened([this] { readRepeating(); })) {
@@ -129,22 +128,24 @@ void X11SpareKeys::publish() {
 
 void X11SpareKeys::readRepeating() {
     const auto cookie = xcb_xkb_get_controls(connection_.raw(), XCB_XKB_ID_USE_CORE_KBD);
-    connection_.await<xcb_xkb_get_controls_reply_t>(cookie, alive_, [this](const xcb_xkb_get_controls_reply_t* reply) {
-        if (reply != nullptr) {
-            repeating_.emplace();
-            std::ranges::copy(reply->perKeyRepeat, repeating_->begin());
-            for (const auto& spare : spares_) { // no key of the keyboard has this code, so no user has turned it off
-                (*repeating_)[spare.keycode / 8] |= static_cast<std::uint8_t>(1U << spare.keycode % 8);
+    connection_.await<xcb_xkb_get_controls_reply_t>(
+        cookie, lifetime_, [this](const xcb_xkb_get_controls_reply_t* reply) {
+            if (reply != nullptr) {
+                repeating_.emplace();
+                std::ranges::copy(reply->perKeyRepeat, repeating_->begin());
+                for (const auto& spare :
+                     spares_) { // no key of the keyboard has this code, so no user has turned it off
+                    (*repeating_)[spare.keycode / 8] |= static_cast<std::uint8_t>(1U << spare.keycode % 8);
+                }
             }
-        }
-    });
+        });
     connection_.flush();
 }
 
 void X11SpareKeys::readLeftovers() {
     const auto cookie =
         xcb_get_property(connection_.raw(), 0, connection_.root(), listAtom_, XCB_ATOM_CARDINAL, 0, longestList);
-    connection_.await<xcb_get_property_reply_t>(cookie, alive_, [this](const xcb_get_property_reply_t* reply) {
+    connection_.await<xcb_get_property_reply_t>(cookie, lifetime_, [this](const xcb_get_property_reply_t* reply) {
         if (reply != nullptr && reply->format == 8) {
             takeOver(*reply);
         }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "platform/linux/keyboard/X11Keyboard.hpp"
 #include "platform/linux/x11/X11Connection.hpp"
 
@@ -66,7 +67,7 @@ private:
     std::vector<Spare> spares_;
     std::optional<KeyBits> repeating_; ///< the original set of keys that repeat
     xcb_atom_t listAtom_;
-    std::shared_ptr<void> alive_;
+    core::Lifetime lifetime_;
     core::Subscription readings_;
     core::Subscription notices_;
     core::Subscription openings_;

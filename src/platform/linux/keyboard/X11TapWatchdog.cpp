@@ -33,7 +33,7 @@ X11TapWatchdog::X11TapWatchdog(X11Connection& connection, X11RawInput& input, X1
       onAnswer_(std::move(onAnswer)),
       keys_(input.onKey([this](const X11RawEvent&) { lastKey_ = Clock::now(); })),
       losses_(connection.onLost([this] {
-          alive_.reset();
+          lifetime_.end();
           asked_ = false;
           overdue_.stop();
       })),
@@ -63,13 +63,13 @@ void X11TapWatchdog::stop() {
 }
 
 void X11TapWatchdog::findIdleCounter() {
-    alive_ = std::make_shared<int>();
+    lifetime_.restart();
     idleCounter_.reset();
     if (connection_.extensions().syncFirstEvent == 0) {
         return;
     }
     connection_.await<xcb_sync_list_system_counters_reply_t>(
-        xcb_sync_list_system_counters(connection_.raw()), alive_,
+        xcb_sync_list_system_counters(connection_.raw()), lifetime_,
         [this](const xcb_sync_list_system_counters_reply_t* reply) {
             if (reply != nullptr) {
                 takeCounters(*reply);
@@ -97,7 +97,7 @@ void X11TapWatchdog::ask() {
     overdue_.start(longestAnswer);
     if (idleCounter_) {
         connection_.await<xcb_sync_query_counter_reply_t>(
-            xcb_sync_query_counter(connection_.raw(), *idleCounter_), alive_,
+            xcb_sync_query_counter(connection_.raw(), *idleCounter_), lifetime_,
             [this](const xcb_sync_query_counter_reply_t* reply) {
                 std::optional<std::chrono::milliseconds> idle;
                 if (reply != nullptr) {
@@ -108,7 +108,7 @@ void X11TapWatchdog::ask() {
             });
     } else {
         connection_.await<xcb_get_input_focus_reply_t>(
-            xcb_get_input_focus(connection_.raw()), alive_,
+            xcb_get_input_focus(connection_.raw()), lifetime_,
             [this](const xcb_get_input_focus_reply_t*) { takeIdleTime(std::nullopt); });
     }
     connection_.flush();
@@ -126,7 +126,7 @@ void X11TapWatchdog::takeIdleTime(std::optional<std::chrono::milliseconds> idle)
 }
 
 void X11TapWatchdog::compareKeysDown() {
-    connection_.await<xcb_query_keymap_reply_t>(xcb_query_keymap(connection_.raw()), alive_,
+    connection_.await<xcb_query_keymap_reply_t>(xcb_query_keymap(connection_.raw()), lifetime_,
                                                 [this](const xcb_query_keymap_reply_t* reply) {
                                                     bool differ = false;
                                                     for (std::size_t i = 0; reply != nullptr && i < 256; ++i) {

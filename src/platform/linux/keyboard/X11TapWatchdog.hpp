@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "platform/MainQueue.hpp"
 #include "platform/linux/keyboard/X11Keyboard.hpp"
 #include "platform/linux/keyboard/X11RawInput.hpp"
@@ -55,7 +56,7 @@ private:
     bool asked_ = false;
     bool answers_ = true;
     Clock::time_point lastKey_;
-    std::shared_ptr<void> alive_; ///< replaced with the connection, so that late answers are dropped
+    core::Lifetime lifetime_;
     QTimer overdue_;
     core::Subscription keys_;
     core::Subscription losses_;

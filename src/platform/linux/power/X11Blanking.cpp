@@ -29,13 +29,13 @@ void X11Blanking::ask() {
     xcb_prefetch_extension_data(connection_.raw(), &xcb_screensaver_id);
     const auto present =
         xcb_query_extension(connection_.raw(), static_cast<std::uint16_t>(extensionName.size()), extensionName.data());
-    connection_.await<xcb_query_extension_reply_t>(present, alive_, [this](const auto* extension) {
+    connection_.await<xcb_query_extension_reply_t>(present, lifetime_, [this](const auto* extension) {
         if (extension == nullptr || extension->present == 0) {
             answered_ = true;
             return;
         }
         const auto version = xcb_screensaver_query_version(connection_.raw(), 1, 1);
-        connection_.await<xcb_screensaver_query_version_reply_t>(version, alive_, [this](const auto* reply) {
+        connection_.await<xcb_screensaver_query_version_reply_t>(version, lifetime_, [this](const auto* reply) {
             answered_ = true;
             supported_ = reply != nullptr && (reply->server_major_version > 1 || reply->server_minor_version >= 1);
             if (suspended_) {

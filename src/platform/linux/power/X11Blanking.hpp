@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "core/support/Subscription.hpp"
 #include "platform/linux/x11/X11Connection.hpp"
 
@@ -31,7 +32,7 @@ private:
     bool answered_ = false;
     bool supported_ = false;
     bool suspended_ = false;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending answers
+    core::Lifetime lifetime_;
     core::Subscription openings_;
 };
 

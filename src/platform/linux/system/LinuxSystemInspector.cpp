@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/system/LinuxSystemInspector.hpp"
 
+#include "core/support/Lifetime.hpp"
 #include "platform/linux/dbus/BusConnection.hpp"
 
 #include <QSysInfo>
@@ -115,7 +116,7 @@ private:
                 answer.value = read(reader);
             }
         };
-        bus.call(std::move(message), alive_, take, BusConnection::Delivery::alsoInWait);
+        bus.call(std::move(message), lifetime_, take, BusConnection::Delivery::alsoInWait);
     }
 
     /// No collection is the path "/" (Secret Service API, "ReadAlias").
@@ -163,7 +164,7 @@ private:
     Answer<bool> isLocked_;
     std::unique_ptr<BusConnection> session_; ///< none without a session bus
     std::unique_ptr<BusConnection> accessibility_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // owner of the questions
+    core::Lifetime lifetime_;
 };
 
 } // namespace

@@ -51,7 +51,7 @@ struct X11Extensions {
 ///     subscription_ = connection.onEvent([this](const xcb_generic_event_t& event) { … });
 ///     connection.selectRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE);
 ///     const auto cookie = xcb_get_property(connection.raw(), …);
-///     connection.await<xcb_get_property_reply_t>(cookie, alive_, [this](const auto* reply) { … });
+///     connection.await<xcb_get_property_reply_t>(cookie, lifetime_, [this](const auto* reply) { … });
 ///     connection.flush();
 ///
 /// A connection that the server closes is replaced automatically, without blocking. `onOpened` then announces that

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "platform/ApplicationCatalog.hpp"
 
 #include <memory>
@@ -15,7 +16,7 @@ public:
     void read(Handler handler) override;
 
 private:
-    std::shared_ptr<void> alive_ = std::make_shared<int>(); // shared with pending answers
+    core::Lifetime lifetime_;
 };
 
 } // namespace quillane

@@ -78,13 +78,13 @@ Applications allApplications() {
 } // namespace
 
 void MacApplicationCatalog::read(Handler handler) {
-    const std::weak_ptr<void> weak = alive_;
+    const auto alive = lifetime_.watch();
     dispatch_async(dispatch_get_global_queue(QOS_CLASS_USER_INITIATED, 0), ^{
       guarded([&] {
           const auto found = allApplications();
           dispatch_async(dispatch_get_main_queue(), ^{
             guarded([&] {
-                if (!weak.expired()) {
+                if (alive) {
                     handler(found);
                 }
             });

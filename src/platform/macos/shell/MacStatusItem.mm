@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/macos/shell/MacStatusItem.hpp"
 
+#include "core/support/Lifetime.hpp"
 #include "platform/macos/foundation/MacCallback.hpp"
 #include "platform/macos/foundation/MacStrings.hpp"
 #include "platform/macos/shell/MacMenuRows.hpp"
@@ -51,7 +52,7 @@ struct MacStatusItem::Item {
     NSStatusItem* item = [NSStatusBar.systemStatusBar statusItemWithLength:NSVariableStatusItemLength];
     NSMenu* menu = [[NSMenu alloc] initWithTitle:@""];
     TemplateImage image;
-    std::shared_ptr<void> alive = std::make_shared<char>(); ///< while late answers may still call back
+    core::Lifetime lifetime;
 
     Item() {
         menu.autoenablesItems = NO; // the rows themselves decide which are enabled
@@ -98,9 +99,9 @@ void MacStatusItem::popUpMenu() {
 
 void MacStatusItem::notify(const std::string& title, const std::string& text, std::function<void()> failed) {
     @autoreleasepool {
-        const auto fail = [alive = std::weak_ptr(item_->alive), failed = std::move(failed)] {
+        const auto fail = [alive = item_->lifetime.watch(), failed = std::move(failed)] {
             dispatch_async(dispatch_get_main_queue(), ^{
-              if (!alive.expired() && failed) {
+              if (alive && failed) {
                   guarded(failed);
               }
             });

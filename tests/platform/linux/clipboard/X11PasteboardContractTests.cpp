@@ -3,6 +3,7 @@
 #include "platform/linux/clipboard/X11Pasteboard.hpp"
 
 #include "contracts/PasteboardContract.hpp"
+#include "core/support/Lifetime.hpp"
 #include "platform/linux/clipboard/SelectionPeer.hpp"
 #include "platform/linux/x11/X11TestServer.hpp"
 
@@ -35,7 +36,7 @@ public:
     void settle() {
         for (int i = 0; i < 2; ++i) {
             bool answered = false;
-            connection_->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection_->raw()), alive_,
+            connection_->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection_->raw()), lifetime_,
                                                             [&](const auto*) { answered = true; });
             connection_->flush();
             EXPECT_TRUE(testing::waitUntil([&] { return answered; }));
@@ -48,7 +49,7 @@ private:
     std::array<char*, 2> argv_{name_, nullptr};
     QCoreApplication application_{argc_, argv_.data()};
     testing::X11TestServer server_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>();
+    core::Lifetime lifetime_;
     std::unique_ptr<X11Connection> connection_ = std::move(*X11Connection::open(server_.display()));
     X11Pasteboard pasteboard_{*connection_};
     testing::SelectionPeer peer_{server_.display()};

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "platform/linux/clipboard/X11Pasteboard.hpp"
 
 #include "core/clipboard/ClipboardSnapshot.hpp"
@@ -92,7 +93,7 @@ protected:
     /// Waits until the server has executed all requests.
     void settle() {
         bool answered = false;
-        connection_->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection_->raw()), alive_,
+        connection_->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection_->raw()), lifetime_,
                                                         [&](const auto*) { answered = true; });
         connection_->flush();
         ASSERT_TRUE(waitUntil([&] { return answered; }));
@@ -123,7 +124,7 @@ protected:
     }
 
     core::ClipboardOptions options_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>();
+    core::Lifetime lifetime_;
     std::unique_ptr<X11Connection> connection_ = std::move(*X11Connection::open(server_.display()));
     std::unique_ptr<X11Pasteboard> ownedPasteboard_; ///< until a test gives it to a Platform
     X11Pasteboard& pasteboard_ = *ownedPasteboard_;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/dbus/BusConnection.hpp"
 
+#include "core/support/Lifetime.hpp"
 #include "platform/linux/dbus/BusTest.hpp"
 #include "platform/linux/dbus/SessionBus.hpp"
 
@@ -45,12 +46,12 @@ protected:
 
     std::unique_ptr<BusConnection> bus_;
     std::unique_ptr<BusConnection> other_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>();
+    core::Lifetime lifetime_;
 };
 
 TEST_F(BusConnectionTest, AnswersACall) {
     bool found = false;
-    bus_->call(listNames(), alive_, [&](DBusMessage* reply) {
+    bus_->call(listNames(), lifetime_, [&](DBusMessage* reply) {
         ASSERT_NE(reply, nullptr);
         auto names = BusReader(*reply).container();
         while (const auto name = names->text()) {
@@ -63,7 +64,7 @@ TEST_F(BusConnectionTest, AnswersACall) {
 
 TEST_F(BusConnectionTest, AnswersAnErrorWithNothing) {
     bool answered = false;
-    bus_->call(methodCall("com.example.Nobody", "/", "com.example.Nobody", "Do"), alive_, [&](DBusMessage* reply) {
+    bus_->call(methodCall("com.example.Nobody", "/", "com.example.Nobody", "Do"), lifetime_, [&](DBusMessage* reply) {
         EXPECT_EQ(reply, nullptr);
         answered = true;
     });
@@ -75,7 +76,7 @@ TEST_F(BusConnectionTest, DoesNotAnswerAnOwnerThatHasGone) {
     bool second = false;
     auto shortLived = std::make_shared<int>();
     bus_->call(listNames(), shortLived, [&](DBusMessage*) { first = true; });
-    bus_->call(listNames(), alive_, [&](DBusMessage*) { second = true; });
+    bus_->call(listNames(), lifetime_, [&](DBusMessage*) { second = true; });
     shortLived.reset();
     EXPECT_TRUE(waitUntil([&] { return second; }));
     EXPECT_FALSE(first);
@@ -84,9 +85,9 @@ TEST_F(BusConnectionTest, DoesNotAnswerAnOwnerThatHasGone) {
 TEST_F(BusConnectionTest, WaitingRunsOnlyHandlersThatAreMarkedForIt) {
     bool plain = false;
     bool marked = false;
-    bus_->call(listNames(), alive_, [&](DBusMessage*) { plain = true; });
+    bus_->call(listNames(), lifetime_, [&](DBusMessage*) { plain = true; });
     bus_->call(
-        listNames(), alive_, [&](DBusMessage*) { marked = true; }, BusConnection::Delivery::alsoInWait);
+        listNames(), lifetime_, [&](DBusMessage*) { marked = true; }, BusConnection::Delivery::alsoInWait);
     bool timerRan = false;
     QTimer::singleShot(0, [&] { timerRan = true; });
     bus_->wait([&] { return marked; }, Clock::now() + 5s);
@@ -110,13 +111,13 @@ TEST_F(BusConnectionTest, ALostBusAnswersEverythingWithNothing) {
     const auto loss = other_->onLost([&] { noticed = true; });
     process.signal(SIGSTOP);
     int before = 0;
-    other_->call(listNames(), alive_, [&](DBusMessage* reply) { before += reply == nullptr ? 1 : 0; });
+    other_->call(listNames(), lifetime_, [&](DBusMessage* reply) { before += reply == nullptr ? 1 : 0; });
     process.signal(SIGKILL);
     ASSERT_TRUE(waitUntil([&] { return noticed; }));
     EXPECT_EQ(before, 1);
     EXPECT_TRUE(other_->isLost());
     int after = 0;
-    other_->call(listNames(), alive_, [&](DBusMessage* reply) { after += reply == nullptr ? 1 : 0; });
+    other_->call(listNames(), lifetime_, [&](DBusMessage* reply) { after += reply == nullptr ? 1 : 0; });
     EXPECT_EQ(after, 0);
     EXPECT_TRUE(waitUntil([&] { return after == 1; }));
 }
@@ -128,17 +129,17 @@ TEST_F(BusConnectionTest, OpeningDoesNotWaitForABusThatHangs) {
     const auto hanging = BusConnection::open(otherAddress());
     EXPECT_LT(Clock::now() - begin, 100ms);
     bool answered = false;
-    hanging->call(listNames(), alive_, [&](DBusMessage*) { answered = true; });
+    hanging->call(listNames(), lifetime_, [&](DBusMessage*) { answered = true; });
     process.signal(SIGCONT);
     EXPECT_TRUE(waitUntil([&] { return answered; }));
 }
 
 TEST_F(BusConnectionTest, RefusesACallThatSomebodyMakesToIt) {
     std::string name;
-    bus_->call(listNames(), alive_, [&](DBusMessage* reply) { name = dbus_message_get_destination(reply); });
+    bus_->call(listNames(), lifetime_, [&](DBusMessage* reply) { name = dbus_message_get_destination(reply); });
     ASSERT_TRUE(waitUntil([&] { return !name.empty(); }));
     bool answered = false;
-    bus_->call(methodCall(name, "/", "com.example.Nothing", "Do"), alive_, [&](DBusMessage* reply) {
+    bus_->call(methodCall(name, "/", "com.example.Nothing", "Do"), lifetime_, [&](DBusMessage* reply) {
         EXPECT_EQ(reply, nullptr);
         answered = true;
     });

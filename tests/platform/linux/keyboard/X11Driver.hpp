@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "platform/linux/keyboard/X11InputSources.hpp"
 #include "platform/linux/keyboard/X11Session.hpp"
 #include "platform/linux/keyboard/X11TestKeyboard.hpp"
@@ -32,8 +33,8 @@ protected:
     /// Processes everything that has happened on the server so far.
     void settle() {
         bool answered = false;
-        session_.connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(session_.connection->raw()), alive_,
-                                                                [&](const auto*) { answered = true; });
+        session_.connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(session_.connection->raw()),
+                                                                lifetime_, [&](const auto*) { answered = true; });
         session_.connection->flush();
         EXPECT_TRUE(testing::waitUntil([&] { return answered; }));
     }
@@ -46,7 +47,7 @@ protected:
     testing::X11TestKeyboard user_;
     X11Session session_;
     std::unique_ptr<X11InputSources> sources_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>();
+    core::Lifetime lifetime_;
 };
 
 } // namespace quillane::testing

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/keyboard/X11EventTap.hpp"
 
+#include "core/support/Lifetime.hpp"
 #include "platform/common/qt/QtMainQueue.hpp"
 #include "platform/linux/keyboard/X11InputSources.hpp"
 #include "platform/linux/keyboard/X11TestKeyboard.hpp"
@@ -58,8 +59,8 @@ protected:
     /// Waits until the server has executed all requests and everything typed so far has arrived.
     void settle() {
         bool answered = false;
-        session_.connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(session_.connection->raw()), alive_,
-                                                                [&](const auto*) { answered = true; });
+        session_.connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(session_.connection->raw()),
+                                                                lifetime_, [&](const auto*) { answered = true; });
         session_.connection->flush();
         EXPECT_TRUE(waitUntil([&] { return answered; }));
     }
@@ -78,7 +79,7 @@ protected:
     std::vector<Seen> seen_;
     int disabled_ = 0;
     bool enableAtOnce_ = true;
-    std::shared_ptr<void> alive_ = std::make_shared<int>();
+    core::Lifetime lifetime_;
 };
 
 TEST_F(X11EventTapTest, IsEnabledFromStartToStop) {

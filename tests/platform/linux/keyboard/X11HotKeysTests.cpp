@@ -4,6 +4,7 @@
 #include "platform/linux/keyboard/X11HotKeys.hpp"
 
 #include "contracts/HotKeysContract.hpp"
+#include "core/support/Lifetime.hpp"
 #include "platform/linux/keyboard/X11Session.hpp"
 #include "platform/linux/keyboard/X11TestKeyboard.hpp"
 #include "platform/linux/x11/X11TestServer.hpp"
@@ -75,7 +76,7 @@ public:
     void settle() {
         for (auto* connection : {connection_.get(), session_.connection.get(), connection_.get()}) {
             bool answered = false;
-            connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), alive_,
+            connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), lifetime_,
                                                            [&](const auto*) { answered = true; });
             connection->flush();
             EXPECT_TRUE(testing::waitUntil([&] { return answered; }));
@@ -100,7 +101,7 @@ private:
     testing::X11TestKeyboard keyboard_;
     std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> otherProgram_{xcb_connect(nullptr, nullptr),
                                                                                xcb_disconnect};
-    std::shared_ptr<void> alive_ = std::make_shared<int>();
+    core::Lifetime lifetime_;
     X11Session session_ = std::move(*X11Session::open(server_.display()));
     std::unique_ptr<X11Connection> connection_ = std::move(*X11Connection::open(server_.display()));
     X11HotKeys hotKeys_{*connection_, *session_.keyboard};

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 #include "core/keyboard/ShiftEnglish.hpp"
+#include "core/support/Lifetime.hpp"
 #include "platform/common/qt/QtMainQueue.hpp"
 #include "platform/linux/keyboard/X11EventTap.hpp"
 #include "platform/linux/keyboard/X11InputSources.hpp"
@@ -82,7 +83,7 @@ protected:
         for (int turn = 0; turn < 2; ++turn) {
             answered = false;
             session_.connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(session_.connection->raw()),
-                                                                    alive_, [&](const auto*) { answered = true; });
+                                                                    lifetime_, [&](const auto*) { answered = true; });
             session_.connection->flush();
             EXPECT_TRUE(waitUntil([&] { return answered; }));
         }
@@ -163,7 +164,7 @@ protected:
     }
 
     QObject threadEnd_;
-    std::shared_ptr<void> alive_ = std::make_shared<int>();
+    core::Lifetime lifetime_;
     testing::X11TestKeyboard user_;
     Device device_ = Device::physical;
     std::vector<int> freeKeycodes_; ///< before the agent came

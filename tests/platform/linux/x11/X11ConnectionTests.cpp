@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/x11/X11Connection.hpp"
 
+#include "core/support/Lifetime.hpp"
 #include "platform/linux/x11/X11TestServer.hpp"
 
 #include <gmock/gmock.h>
@@ -37,7 +38,7 @@ protected:
         by.flush();
     }
 
-    std::shared_ptr<void> alive_ = std::make_shared<int>();
+    core::Lifetime lifetime_;
 };
 
 TEST_F(X11ConnectionTest, SaysWhichDisplayCannotBeOpened) {
@@ -64,7 +65,7 @@ TEST_F(X11ConnectionTest, AnswersARequestAfterTheEventsBeforeIt) {
     });
     makeWindow(*connection);
     connection->await<xcb_get_input_focus_reply_t>(
-        xcb_get_input_focus(connection->raw()), alive_,
+        xcb_get_input_focus(connection->raw()), lifetime_,
         [&](const xcb_get_input_focus_reply_t* reply) { seen.push_back(reply != nullptr ? "reply" : "none"); });
     connection->flush();
     EXPECT_TRUE(waitUntil([&] { return seen.size() == 2; }));
@@ -77,7 +78,7 @@ TEST_F(X11ConnectionTest, AnEventSentAfterAReplyIsDispatchedAfterIt) {
     std::vector<std::string> seen;
     connection->selectRootEvents(XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
     const auto subscription = connection->onEvent([&](const xcb_generic_event_t&) { seen.push_back("event"); });
-    connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), alive_,
+    connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), lifetime_,
                                                    [&](const auto*) { seen.push_back("reply"); });
     xcb_flush(connection->raw());
     pollfd answer{xcb_get_file_descriptor(connection->raw()), POLLIN, 0};
@@ -91,7 +92,7 @@ TEST_F(X11ConnectionTest, AnEventSentAfterAReplyIsDispatchedAfterIt) {
 TEST_F(X11ConnectionTest, AnErrorAnswersARequestWithNothing) {
     const auto connection = connect();
     int answers = 0;
-    connection->await<xcb_get_geometry_reply_t>(xcb_get_geometry(connection->raw(), 0x7fffffff), alive_,
+    connection->await<xcb_get_geometry_reply_t>(xcb_get_geometry(connection->raw(), 0x7fffffff), lifetime_,
                                                 [&](const xcb_get_geometry_reply_t* reply) {
                                                     EXPECT_EQ(reply, nullptr);
                                                     ++answers;
@@ -107,7 +108,7 @@ TEST_F(X11ConnectionTest, DoesNotAnswerAnOwnerThatHasGone) {
     auto shortLived = std::make_shared<int>();
     connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), shortLived,
                                                    [&](const auto*) { first = true; });
-    connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), alive_,
+    connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), lifetime_,
                                                    [&](const auto*) { second = true; });
     connection->flush();
     shortLived.reset();
@@ -119,8 +120,8 @@ TEST_F(X11ConnectionTest, RequestsMadeInAHandlerAreSent) {
     const auto connection = connect();
     bool answered = false;
     connection->await<xcb_get_input_focus_reply_t>(
-        xcb_get_input_focus(connection->raw()), alive_, [&](const xcb_get_input_focus_reply_t*) {
-            connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), alive_,
+        xcb_get_input_focus(connection->raw()), lifetime_, [&](const xcb_get_input_focus_reply_t*) {
+            connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), lifetime_,
                                                            [&](const auto* reply) { answered = reply != nullptr; });
         });
     connection->flush();
@@ -147,7 +148,7 @@ TEST_F(X11ConnectionTest, AKilledConnectionIsReplacedAndListensToTheRootAgain) {
     EXPECT_FALSE(connection->isLost());
 
     bool selected = false;
-    connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), alive_,
+    connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), lifetime_,
                                                    [&](const auto* reply) { selected = reply != nullptr; });
     connection->flush();
     ASSERT_TRUE(waitUntil([&] { return selected; }));
@@ -159,12 +160,12 @@ TEST_F(X11ConnectionTest, ALostConnectionAnswersWithNothing) {
     const auto connection = connect();
     server_.stop();
     int before = 0;
-    connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), alive_,
+    connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), lifetime_,
                                                    [&](const auto* reply) { before += reply == nullptr ? 1 : 0; });
     connection->flush();
     ASSERT_TRUE(waitUntil([&] { return connection->isLost() && before == 1; }));
     int after = 0;
-    connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), alive_,
+    connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), lifetime_,
                                                    [&](const auto* reply) { after += reply == nullptr ? 1 : 0; });
     EXPECT_EQ(after, 0);
     EXPECT_TRUE(waitUntil([&] { return after == 1; }));
@@ -175,7 +176,7 @@ TEST_F(X11ConnectionTest, EndsAtOnceWhileItWaitsForAServerThatIsHeld) {
     const auto other = connect();
     const auto window = makeWindow(*connection);
     bool made = false;
-    connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), alive_,
+    connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), lifetime_,
                                                    [&](const auto*) { made = true; });
     connection->flush();
     ASSERT_TRUE(waitUntil([&] { return made; }));
