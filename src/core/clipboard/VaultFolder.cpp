@@ -4,7 +4,8 @@
 
 #include "core/clipboard/VaultNames.hpp"
 #include "core/support/AtomicFile.hpp"
-#include "core/support/DiskFlush.hpp"
+#include "core/support/FileDescriptor.hpp"
+#include "core/support/FileIO.hpp"
 #include "core/support/Uninterrupted.hpp"
 
 #include <algorithm>
@@ -32,55 +33,6 @@ tl::unexpected<VaultError> failure(Reason reason) {
     return tl::unexpected(VaultError{reason, errno});
 }
 
-class Descriptor {
-public:
-    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    ~Descriptor() {
-        if (descriptor_ >= 0) {
-            close(descriptor_);
-        }
-    }
-
-    [[nodiscard]] int get() const { return descriptor_; }
-
-    [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
-
-private:
-    int descriptor_;
-};
-
-bool writeAll(int descriptor, std::span<const std::byte> contents) {
-    while (!contents.empty()) {
-        const auto written = uninterrupted([&] { return write(descriptor, contents.data(), contents.size()); });
-        if (written < 0) {
-            return false;
-        }
-        contents = contents.subspan(static_cast<std::size_t>(written));
-    }
-    return true;
-}
-
-/// Fills the buffer. Returns the number of bytes, fewer at the end of the file, or -1 on an error.
-ssize_t readAll(int descriptor, std::span<std::byte> buffer) {
-    std::size_t filled = 0;
-    while (filled < buffer.size()) {
-        const auto count =
-            uninterrupted([&] { return ::read(descriptor, buffer.data() + filled, buffer.size() - filled); });
-        if (count == 0) {
-            break;
-        }
-        if (count < 0) {
-            return -1;
-        }
-        filled += static_cast<std::size_t>(count);
-    }
-    return static_cast<ssize_t>(filled);
-}
-
 /// A file that this creates may be read by its owner only.
 int openIn(int folder, const char* name, int flags) {
     return uninterrupted([&] { return openat(folder, name, flags, fileMode); });
@@ -98,19 +50,6 @@ bool VaultError::isDamage() const {
            (reason == Reason::read && systemError == 0);
 }
 
-VaultFolder::VaultFolder(VaultFolder&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
-
-VaultFolder& VaultFolder::operator=(VaultFolder&& other) noexcept {
-    std::swap(descriptor_, other.descriptor_);
-    return *this;
-}
-
-VaultFolder::~VaultFolder() {
-    if (descriptor_ >= 0) {
-        close(descriptor_);
-    }
-}
-
 VaultFolder::Result<VaultFolder> VaultFolder::open(const std::filesystem::path& path) {
     const auto clean = cleanFolderPath(path);
     if (const auto made = createPrivateFolder(clean); !made) {
@@ -120,10 +59,10 @@ VaultFolder::Result<VaultFolder> VaultFolder::open(const std::filesystem::path& 
 
     struct stat status {};
 
-    if (folder.descriptor_ < 0 || fstat(folder.descriptor_, &status) != 0) {
+    if (!folder.descriptor_ || fstat(folder.descriptor_.get(), &status) != 0) {
         return failure(Reason::folder);
     }
-    if ((status.st_mode & 07777U) != folderMode && fchmod(folder.descriptor_, folderMode) != 0) {
+    if ((status.st_mode & 07777U) != folderMode && fchmod(folder.descriptor_.get(), folderMode) != 0) {
         return failure(Reason::folder);
     }
     return folder;
@@ -131,8 +70,8 @@ VaultFolder::Result<VaultFolder> VaultFolder::open(const std::filesystem::path& 
 
 VaultFolder::Result<std::optional<std::vector<std::byte>>> VaultFolder::read(const std::string& name,
                                                                              std::size_t maximumBytes) const {
-    const Descriptor file(openIn(descriptor_, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-    if (!file.isOpen()) {
+    const FileDescriptor file(openIn(descriptor_.get(), name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!file) {
         if (errno == ENOENT) {
             return std::optional<std::vector<std::byte>>();
         }
@@ -152,10 +91,10 @@ VaultFolder::Result<std::optional<std::vector<std::byte>>> VaultFolder::read(con
     }
     std::vector<std::byte> contents(static_cast<std::size_t>(status.st_size));
     const auto count = readAll(file.get(), contents);
-    if (count < 0) {
+    if (!count) {
         return failure(Reason::read);
     }
-    contents.resize(static_cast<std::size_t>(count));
+    contents.resize(*count);
     return contents;
 }
 
@@ -163,42 +102,42 @@ VaultFolder::Result<void> VaultFolder::replace(const std::string& name,
                                                std::initializer_list<std::span<const std::byte>> parts) {
     const auto temporary = vaultNames::temporary();
     {
-        const Descriptor file(
-            openIn(descriptor_, temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC));
-        if (!file.isOpen()) {
+        const FileDescriptor file(
+            openIn(descriptor_.get(), temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC));
+        if (!file) {
             return failure(Reason::write);
         }
         const auto isWritten = [&](std::span<const std::byte> part) { return writeAll(file.get(), part); };
         if (!std::ranges::all_of(parts, isWritten) ||
             uninterrupted([&] { return fchmod(file.get(), fileMode); }) != 0 || !flushToDisk(file.get())) {
             const auto failed = failure(Reason::write);
-            unlinkat(descriptor_, temporary.c_str(), 0);
+            unlinkat(descriptor_.get(), temporary.c_str(), 0);
             return failed;
         }
     }
     auto renamed = rename(temporary, name);
     if (!renamed) {
-        unlinkat(descriptor_, temporary.c_str(), 0);
+        unlinkat(descriptor_.get(), temporary.c_str(), 0);
     }
     return renamed;
 }
 
 VaultFolder::Result<void> VaultFolder::rename(const std::string& from, const std::string& to) {
-    if (uninterrupted([&] { return renameat(descriptor_, from.c_str(), descriptor_, to.c_str()); }) != 0) {
+    if (uninterrupted([&] { return renameat(descriptor_.get(), from.c_str(), descriptor_.get(), to.c_str()); }) != 0) {
         return failure(Reason::write);
     }
     return {};
 }
 
 VaultFolder::Result<void> VaultFolder::remove(const std::string& name) {
-    if (uninterrupted([&] { return unlinkat(descriptor_, name.c_str(), 0); }) != 0 && errno != ENOENT) {
+    if (uninterrupted([&] { return unlinkat(descriptor_.get(), name.c_str(), 0); }) != 0 && errno != ENOENT) {
         return failure(Reason::write);
     }
     return {};
 }
 
 VaultFolder::Result<bool> VaultFolder::contains(const std::string& name) const {
-    if (faccessat(descriptor_, name.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0) {
+    if (faccessat(descriptor_.get(), name.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0) {
         return true;
     }
     if (errno == ENOENT) {
@@ -209,7 +148,7 @@ VaultFolder::Result<bool> VaultFolder::contains(const std::string& name) const {
 
 VaultFolder::Result<std::vector<std::string>> VaultFolder::names() const {
     // A separate descriptor, because listing moves a folder's read position.
-    const int descriptor = openIn(descriptor_, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int descriptor = openIn(descriptor_.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0) {
         return failure(Reason::folder);
     }
@@ -240,25 +179,24 @@ bool VaultFolder::isAt(const std::filesystem::path& path) const {
     if (::stat(cleanFolderPath(path).c_str(), &found) != 0) {
         return errno != ENOENT && errno != ENOTDIR; // else nobody can say
     }
-    return fstat(descriptor_, &own) == 0 && own.st_dev == found.st_dev && own.st_ino == found.st_ino;
+    return fstat(descriptor_.get(), &own) == 0 && own.st_dev == found.st_dev && own.st_ino == found.st_ino;
 }
 
 bool VaultFolder::isStale() const {
     struct stat status {};
 
-    return fstat(descriptor_, &status) != 0;
+    return fstat(descriptor_.get(), &status) != 0;
 }
 
 VaultFolder::Result<void> VaultFolder::flush() {
-    if (!flushToDisk(descriptor_)) {
+    if (!flushToDisk(descriptor_.get())) {
         return failure(Reason::write);
     }
     return {};
 }
 
 VaultFolder::Result<void> flushFolder(const std::filesystem::path& folder) {
-    const Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!descriptor.isOpen() || !flushToDisk(descriptor.get())) {
+    if (!flushFolderToDisk(folder)) {
         return failure(Reason::write);
     }
     return {};

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/support/FileDescriptor.hpp"
+
 #include <tl/expected.hpp>
 
 #include <cstddef>
@@ -10,6 +12,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quillane::core {
@@ -47,10 +50,6 @@ public:
     /// Opens the folder with mode 0700 and makes it, and the folders above it, if they are missing.
     [[nodiscard]] static Result<VaultFolder> open(const std::filesystem::path& path);
 
-    VaultFolder(VaultFolder&& other) noexcept;
-    VaultFolder& operator=(VaultFolder&& other) noexcept;
-    ~VaultFolder();
-
     /// The whole file, or none when it does not exist.
     [[nodiscard]] Result<std::optional<std::vector<std::byte>>> read(const std::string& name,
                                                                      std::size_t maximumBytes) const;
@@ -83,9 +82,9 @@ public:
     [[nodiscard]] bool isStale() const;
 
 private:
-    explicit VaultFolder(int descriptor) : descriptor_(descriptor) {}
+    explicit VaultFolder(FileDescriptor descriptor) : descriptor_(std::move(descriptor)) {}
 
-    int descriptor_ = -1;
+    FileDescriptor descriptor_;
 };
 
 /// Makes renames, creations and removals in a folder survive a power loss.

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/clipboard/VaultFolder.hpp"
+#include "core/support/FileDescriptor.hpp"
 
 #include <filesystem>
 
@@ -16,17 +17,15 @@ public:
     /// vault. If the disk accepts no file or has no locks, nothing is held and nobody is kept out.
     [[nodiscard]] static VaultFolder::Result<VaultLock> acquire(const std::filesystem::path& folder);
 
-    VaultLock(VaultLock&& other) noexcept;
-    VaultLock& operator=(VaultLock&& other) noexcept;
-    ~VaultLock();
-
     /// Whether it holds the lock of the current path: false once the folder or the file was removed or replaced.
     [[nodiscard]] bool holds(const std::filesystem::path& folder) const;
 
 private:
-    explicit VaultLock(int descriptor) : descriptor_(descriptor) {}
+    VaultLock() = default;
 
-    int descriptor_ = -1; ///< none: nothing is held
+    explicit VaultLock(FileDescriptor descriptor) : descriptor_(std::move(descriptor)) {}
+
+    FileDescriptor descriptor_; ///< none: nothing is held
 };
 
 } // namespace quillane::core

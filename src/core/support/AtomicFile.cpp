@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "core/support/AtomicFile.hpp"
 
-#include "core/support/DiskFlush.hpp"
 #include "core/support/FileDescriptor.hpp"
+#include "core/support/FileIO.hpp"
 
 #include <algorithm>
 #include <cerrno>
@@ -43,38 +43,12 @@ fs::path target(fs::path file) {
     return file;
 }
 
-tl::expected<void, FileError> writeAll(int fd, std::span<const std::byte> content) {
-    while (!content.empty()) {
-        const auto written = ::write(fd, content.data(), content.size());
-        if (written >= 0) {
-            content = content.subspan(static_cast<std::size_t>(written));
-        } else if (errno != EINTR) {
-            return systemError();
-        }
-    }
-    return {};
-}
-
 /// Writes the content to a descriptor and to the disk behind it.
 tl::expected<void, FileError> fill(const FileDescriptor& fd, std::span<const std::byte> content, mode_t mode) {
-    if (::fchmod(fd.get(), mode) != 0) {
-        return systemError();
-    }
-    if (auto written = writeAll(fd.get(), content); !written) {
-        return written;
-    }
-    if (!flushToDisk(fd.get())) {
+    if (::fchmod(fd.get(), mode) != 0 || !writeAll(fd.get(), content) || !flushToDisk(fd.get())) {
         return systemError();
     }
     return {};
-}
-
-/// Flushes the names in a folder. Some file systems cannot; the content is safe there all the same.
-void flushFolder(const fs::path& folder) {
-    const FileDescriptor fd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (fd) {
-        static_cast<void>(flushToDisk(fd.get()));
-    }
 }
 
 } // namespace
@@ -98,15 +72,17 @@ tl::expected<std::vector<std::byte>, FileError> readFile(const fs::path& file, s
     for (auto expected = static_cast<std::size_t>(status.st_size) + 1;;) { // one more, to reach the end in one pass
         const auto size = content.size();
         content.resize(std::min(std::max(expected, size + 4096), maximumBytes + 1));
-        const auto count = ::read(fd.get(), content.data() + size, content.size() - size);
-        if (count < 0 && errno != EINTR) {
+        const auto room = std::span(content).subspan(size);
+        const auto count = readAll(fd.get(), room);
+        if (!count) {
             return systemError();
         }
-        content.resize(size + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        const bool atEnd = *count < room.size();
+        content.resize(size + *count);
         if (content.size() > maximumBytes) {
             return tl::unexpected(FileError{EFBIG});
         }
-        if (count == 0) {
+        if (atEnd) {
             return content;
         }
     }
@@ -129,7 +105,8 @@ tl::expected<void, FileError> writeFileAtomically(const fs::path& file, std::spa
         ::unlink(temporary.c_str());
         return written;
     }
-    flushFolder(destination.has_parent_path() ? destination.parent_path() : fs::path("."));
+    // Some file systems cannot; the content is safe there all the same.
+    static_cast<void>(flushFolderToDisk(destination.has_parent_path() ? destination.parent_path() : fs::path(".")));
     return {};
 }
 
