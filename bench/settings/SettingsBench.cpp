@@ -11,7 +11,7 @@
 #include "settings/SettingsPageView.hpp"
 #include "settings/SettingsView.hpp"
 #include "settings/SettingsWindow.hpp"
-#include "views/TintedSymbol.hpp"
+#include "views/SymbolIcons.hpp"
 
 #include <QApplication>
 #include <QTimer>

@@ -10,7 +10,7 @@
 #include "core/permissions/PermissionSetupPolicy.hpp"
 #include "permissions/PermissionDragGuideView.hpp"
 #include "settings/SettingsView.hpp"
-#include "views/TintedSymbol.hpp"
+#include "views/SymbolIcons.hpp"
 
 #include <QColor>
 #include <QGuiApplication>

@@ -27,7 +27,7 @@
 #include "system/AppUpdater.hpp"
 #include "system/LoginItemController.hpp"
 #include "views/InterfaceLanguage.hpp"
-#include "views/TintedSymbol.hpp"
+#include "views/SymbolIcons.hpp"
 
 #include <filesystem>
 #include <functional>

@@ -3,7 +3,8 @@
 #include "fileshare/FileShareSettingsView.hpp"
 
 #include "core/localization/Texts.hpp"
-#include "views/WrappingLabel.hpp"
+#include "views/Labels.hpp"
+#include "views/Text.hpp"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -15,34 +16,20 @@ namespace quillane {
 
 namespace texts = core::texts;
 
-namespace {
-
-QString rendered(const core::LocalizedText& text, core::AppLanguage language) {
-    return QString::fromStdString(text.rendered(language));
-}
-
-QLabel* wrappingLabel(const char* name) {
-    auto* label = new WrappingLabel;
-    label->setObjectName(QLatin1String(name));
-    return label;
-}
-
-} // namespace
-
 FileShareSettingsView::FileShareSettingsView(core::UserDefaults& defaults, core::AppPreferences& preferences,
                                              core::Desktop desktop)
     : defaults_(defaults),
       preferences_(preferences),
       desktop_(desktop),
       current_(core::FileShareServer::saved(defaults)),
-      heading_(wrappingLabel("heading")),
-      explanation_(wrappingLabel("explanation")),
+      heading_(namedLabel("heading")),
+      explanation_(namedLabel("explanation")),
       address_(new QLineEdit),
       save_(new QPushButton),
-      warning_(wrappingLabel("warning")),
-      currentServer_(wrappingLabel("currentServer")),
+      warning_(namedLabel("warning")),
+      currentServer_(namedLabel("currentServer")),
       restore_(new QPushButton),
-      note_(wrappingLabel("note")),
+      note_(namedLabel("note")),
       languageChange_(preferences.onChanged([this] { redraw(); })) {
     build();
     connect(address_, &QLineEdit::textChanged, this, [this] { redraw(); });
@@ -101,7 +88,7 @@ void FileShareSettingsView::use(const core::FileShareServer& server) {
 void FileShareSettingsView::redraw() {
     const auto language = preferences_.state().language;
     const auto server = draft();
-    setLayoutDirection(core::isRTL(language) ? Qt::RightToLeft : Qt::LeftToRight);
+    setLayoutDirection(directionOf(language));
     heading_->setText(rendered(texts::fileSharingServer, language));
     explanation_->setText(rendered(texts::fileSharingServerExplanation.on(desktop_), language));
     address_->setAccessibleName(rendered(texts::fileSharingServerAddress, language));

@@ -5,8 +5,9 @@
 #include "core/localization/NumberText.hpp"
 #include "core/localization/Texts.hpp"
 #include "views/Colors.hpp"
+#include "views/Labels.hpp"
+#include "views/Text.hpp"
 #include "views/ToolTip.hpp"
-#include "views/WrappingLabel.hpp"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -46,10 +47,6 @@ QToolButton:hover, QToolButton:checked { background: %selection; }
 QToolButton:focus { border: 2px solid %amber; padding: 3px; }
 )";
 
-QString rendered(const core::LocalizedText& text, core::AppLanguage language) {
-    return QString::fromStdString(text.rendered(language));
-}
-
 const char* symbolName(const FileShareModel::State& state) {
     constexpr std::array names{"checkmark.circle.fill", "exclamationmark.circle", "icloud.and.arrow.up",
                                "xmark.circle"};
@@ -76,8 +73,8 @@ std::string clockText(std::chrono::seconds time) {
                          : std::to_string(minutes) + ':' + rest;
 }
 
-QLabel* wrappingLabel() {
-    auto* label = new WrappingLabel;
+QLabel* centredLabel() {
+    auto* label = textLabel();
     label->setAlignment(Qt::AlignCenter);
     return label;
 }
@@ -96,14 +93,14 @@ FileShareView::FileShareView(FileShareModel& model, const FileShareServices& ser
       symbol_(services.symbol),
       openServerSettings_(services.chooseServer),
       icon_(new QLabel),
-      title_(wrappingLabel()),
+      title_(centredLabel()),
       fileName_(new QLabel),
-      detail_(wrappingLabel()),
+      detail_(centredLabel()),
       bar_(new QProgressBar),
       percentage_(new QLabel),
-      rate_(wrappingLabel()),
-      note_(wrappingLabel()),
-      linkLabel_(wrappingLabel()),
+      rate_(centredLabel()),
+      note_(centredLabel()),
+      linkLabel_(centredLabel()),
       qrCode_(new QrCodeView),
       link_(new QLineEdit),
       qrButton_(new QToolButton),
@@ -244,7 +241,7 @@ void FileShareView::redraw() {
     const bool isCompleted = std::holds_alternative<FileShareModel::Completed>(state);
     const bool isFailed = std::holds_alternative<FileShareModel::Failed>(state);
     applyAppearance();
-    setLayoutDirection(core::isRTL(language) ? Qt::RightToLeft : Qt::LeftToRight);
+    setLayoutDirection(directionOf(language));
     if (const auto* completed = std::get_if<FileShareModel::Completed>(&state)) {
         drawLink(completed->link, language);
     } else {

@@ -5,6 +5,7 @@
 #include "core/localization/Texts.hpp"
 #include "fileshare/FileShareView.hpp"
 #include "views/MessageBox.hpp"
+#include "views/Text.hpp"
 
 #include <QCloseEvent>
 #include <QDragEnterEvent>
@@ -30,8 +31,7 @@ FileShareWindow::FileShareWindow(core::Url file, const FileShareServices& servic
                            Qt::WindowCloseButtonHint),
       preferences_(services.preferences),
       model_(std::move(file), services) {
-    setWindowTitle(
-        QString::fromStdString(core::texts::shareWindowTitle.rendered(services.preferences.state().language)));
+    setWindowTitle(rendered(core::texts::shareWindowTitle, services.preferences.state().language));
     setFixedSize(contentSize);
     setAcceptDrops(true);
     auto* view = new FileShareView(model_, services);

@@ -6,7 +6,8 @@
 #include "core/localization/Texts.hpp"
 #include "permissions/PermissionAppChip.hpp"
 #include "views/Colors.hpp"
-#include "views/WrappingLabel.hpp"
+#include "views/Labels.hpp"
+#include "views/Text.hpp"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -38,12 +39,6 @@ constexpr int wordsSpace = 6;
 constexpr double titleScale = 1.2;
 constexpr int leastPercent = 60; ///< for text that would not fit otherwise
 
-QLabel* lineLabel(const char* name) {
-    auto* label = new WrappingLabel;
-    label->setObjectName(QLatin1String(name));
-    return label;
-}
-
 core::ScreenRect screenRect(const QRect& rect) {
     return {static_cast<double>(rect.x()), static_cast<double>(rect.y()), static_cast<double>(rect.width()),
             static_cast<double>(rect.height())};
@@ -54,9 +49,9 @@ core::ScreenRect screenRect(const QRect& rect) {
 PermissionDragGuideView::PermissionDragGuideView(PermissionCardServices services)
     : services_(std::move(services)),
       chip_(nullptr),
-      heading_(lineLabel("permission")),
-      drag_(lineLabel("drag")),
-      next_(lineLabel("next")),
+      heading_(namedLabel("permission")),
+      drag_(namedLabel("drag")),
+      next_(namedLabel("next")),
       close_(new QToolButton) {
     build();
     connect(close_, &QToolButton::clicked, this, &PermissionDragGuideView::closeRequested);
@@ -104,11 +99,10 @@ void PermissionDragGuideView::setPermission(core::MacPermission permission) {
 
 void PermissionDragGuideView::redraw() {
     const auto language = services_.preferences.state().language;
-    const auto rendered = [language](const auto& text) { return QString::fromStdString(text.rendered(language)); };
     const bool granted = services_.permissions.granted().contains(permission_);
     const bool mirrored = core::isRTL(language);
     const auto appearance = currentAppearance();
-    setLayoutDirection(mirrored ? Qt::RightToLeft : Qt::LeftToRight);
+    setLayoutDirection(directionOf(language));
     next_->setProperty("role", granted ? QStringLiteral("good") : QStringLiteral("secondary"));
     setStyleSheet(controlsStyleSheet(appearance));
     // Lines are aligned to the leading side, whatever script they begin with.
@@ -116,17 +110,18 @@ void PermissionDragGuideView::redraw() {
     for (auto* label : {heading_, drag_, next_}) {
         label->setAlignment(side);
     }
-    heading_->setText(permission_ == core::MacPermission::accessibility ? rendered(texts::accessibility)
-                                                                        : rendered(texts::inputMonitoring));
-    drag_->setText(rendered(texts::dragIntoList));
-    next_->setText(granted ? rendered(texts::permissionGranted) : rendered(texts::turnOnSwitchAfterDropping));
+    heading_->setText(permission_ == core::MacPermission::accessibility ? rendered(texts::accessibility, language)
+                                                                        : rendered(texts::inputMonitoring, language));
+    drag_->setText(rendered(texts::dragIntoList, language));
+    next_->setText(granted ? rendered(texts::permissionGranted, language)
+                           : rendered(texts::turnOnSwitchAfterDropping, language));
     if (services_.symbol) {
         close_->setIcon(services_.symbol("xmark.circle", qColor(core::brandPalette::shades(appearance).secondary)));
     }
-    close_->setAccessibleName(rendered(texts::close));
-    close_->setToolTip(rendered(texts::close));
-    setAccessibleName(rendered(texts::permissionGuide));
-    window()->setWindowTitle(rendered(texts::permissionGuide));
+    close_->setAccessibleName(rendered(texts::close, language));
+    close_->setToolTip(rendered(texts::close, language));
+    setAccessibleName(rendered(texts::permissionGuide, language));
+    window()->setWindowTitle(rendered(texts::permissionGuide, language));
     fitWords();
     update();
 }

@@ -5,6 +5,7 @@
 
 #include "core/localization/Texts.hpp"
 #include "views/Colors.hpp"
+#include "views/Text.hpp"
 
 #include <QPainter>
 
@@ -42,9 +43,7 @@ ChordView::ChordView(std::vector<ChordKey> keys, QWidget* parent) : QWidget(pare
 }
 
 void ChordView::setLanguage(core::AppLanguage language) {
-    const auto text = [&](const core::LocalizedText& localized) {
-        return QString::fromStdString(localized.rendered(language));
-    };
+    const auto text = [&](const core::LocalizedText& localized) { return rendered(localized, language); };
     caps_.clear();
     QStringList spoken;
     for (const auto& key : keys_) {

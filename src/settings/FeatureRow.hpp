@@ -45,13 +45,4 @@ private:
     SwitchButton* switch_ = nullptr;
 };
 
-/// A label whose text is never markup, that wraps and can be styled by its role: "secondary", "warning" or "good".
-[[nodiscard]] QLabel* textLabel(const char* role = nullptr);
-
-/// Shows a text at the leading side of the layout, whatever script it is in.
-void showText(QLabel& label, const QString& text);
-
-/// A label with text slightly larger or smaller than the others.
-[[nodiscard]] QLabel* scaledLabel(double scale, bool bold, const char* role = nullptr);
-
 } // namespace quillane

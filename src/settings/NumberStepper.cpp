@@ -4,6 +4,7 @@
 #include "settings/NumberStepper.hpp"
 
 #include "core/localization/Texts.hpp"
+#include "views/Text.hpp"
 
 #include <QHBoxLayout>
 #include <QToolButton>
@@ -41,9 +42,8 @@ void NumberStepper::show(std::int64_t value, const core::LocalizedText& what, co
     value_ = value;
     less_->setEnabled(value > range_.least);
     more_->setEnabled(value < range_.most);
-    const auto name = [&](const core::LocalizedText& text) { return QString::fromStdString(text.rendered(language)); };
-    less_->setAccessibleName(name(core::texts::decreaseNumber(what)));
-    more_->setAccessibleName(name(core::texts::increaseNumber(what)));
+    less_->setAccessibleName(rendered(core::texts::decreaseNumber(what), language));
+    more_->setAccessibleName(rendered(core::texts::increaseNumber(what), language));
 }
 
 void NumberStepper::step(std::int64_t by) {

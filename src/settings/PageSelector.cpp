@@ -5,6 +5,7 @@
 
 #include "core/localization/Texts.hpp"
 #include "views/Colors.hpp"
+#include "views/Text.hpp"
 
 #include <QAccessible>
 #include <QButtonGroup>
@@ -99,11 +100,11 @@ PageSelector::PageSelector(Symbol symbol, QWidget* parent) : QWidget(parent), sy
 
 void PageSelector::show(core::SettingsPage page, core::AppLanguage language) {
     const auto appearance = currentAppearance();
-    setAccessibleName(QString::fromStdString(core::texts::settingsPages.rendered(language)));
+    setAccessibleName(rendered(core::texts::settingsPages, language));
     for (const auto& [own, button] : buttons_) {
         const QSignalBlocker quiet(button);
         button->setChecked(own == page);
-        button->setText(QString::fromStdString(core::title(own).rendered(language)));
+        button->setText(rendered(core::title(own), language));
         button->updateGeometry();
         const auto color =
             own == page ? core::brandPalette::amber(appearance) : core::brandPalette::shades(appearance).secondary;

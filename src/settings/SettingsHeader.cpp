@@ -7,6 +7,8 @@
 #include "settings/AccessibleSettings.hpp"
 #include "settings/FeatureRow.hpp"
 #include "views/Colors.hpp"
+#include "views/Labels.hpp"
+#include "views/Text.hpp"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -72,17 +74,15 @@ SettingsHeader::SettingsHeader(const SettingsServices& services)
 
 void SettingsHeader::refresh() {
     const auto language = services_.preferences.state().language;
-    const auto rendered = [&](const core::LocalizedText& text) {
-        return QString::fromStdString(text.rendered(language));
-    };
+    const auto name = rendered(core::texts::interfaceLanguage, language);
     icon_->setVisible(!services_.applicationIcon.isNull());
     icon_->setPixmap(services_.applicationIcon.pixmap(QSize(iconSide, iconSide)));
     wordmark_->setText(wordmarkMarkup());
-    status_->setText(rendered(services_.model.runtime().runtimeStatus));
-    noStatusItem_->setText(rendered(core::texts::noSystemTray));
+    status_->setText(rendered(services_.model.runtime().runtimeStatus, language));
+    noStatusItem_->setText(rendered(core::texts::noSystemTray, language));
     noStatusItem_->setVisible(!services_.model.runtime().statusItemShown);
-    nameList(*language_, rendered(core::texts::interfaceLanguage));
-    language_->setToolTip(rendered(core::texts::interfaceLanguage));
+    nameList(*language_, name);
+    language_->setToolTip(name);
     language_->setCurrentIndex(static_cast<int>(language));
 }
 

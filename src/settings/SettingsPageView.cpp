@@ -8,6 +8,8 @@
 #include "settings/FeatureRow.hpp"
 #include "settings/SwitchButton.hpp"
 #include "views/Colors.hpp"
+#include "views/Labels.hpp"
+#include "views/Text.hpp"
 
 #include <QLabel>
 #include <QPushButton>
@@ -146,10 +148,6 @@ void SettingsPageView::bindText(QLabel* label, Text text) {
 
 void SettingsPageView::bindVisible(QWidget* widget, std::function<bool()> condition) {
     bind([widget, condition = std::move(condition)](core::AppLanguage) { widget->setVisible(condition()); });
-}
-
-QString SettingsPageView::rendered(const core::LocalizedText& text, core::AppLanguage language) {
-    return QString::fromStdString(text.rendered(language));
 }
 
 QIcon SettingsPageView::tileSymbol(const std::string& name, bool highlighted) const {

@@ -78,8 +78,6 @@ protected:
     /// Shows the widget exactly while the condition holds.
     void bindVisible(QWidget* widget, std::function<bool()> condition);
 
-    [[nodiscard]] static QString rendered(const core::LocalizedText& text, core::AppLanguage language);
-
     /// A symbol in a colour that stands out from its tile.
     [[nodiscard]] QIcon tileSymbol(const std::string& name, bool highlighted) const;
 

@@ -13,6 +13,7 @@
 #include "settings/pages/TestingPage.hpp"
 #include "settings/pages/UpdatesPage.hpp"
 #include "views/Colors.hpp"
+#include "views/Text.hpp"
 
 #include <QAccessible>
 #include <QCoreApplication>
@@ -82,7 +83,7 @@ void SettingsView::refresh() {
     stale_ = false;
     applyAppearance();
     const auto language = services_.preferences.state().language;
-    const auto direction = core::isRTL(language) ? Qt::RightToLeft : Qt::LeftToRight;
+    const auto direction = directionOf(language);
     if (layoutDirection() != direction) {
         setLayoutDirection(direction);
     }

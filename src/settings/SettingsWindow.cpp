@@ -6,6 +6,7 @@
 #include "core/localization/Texts.hpp"
 #include "settings/SettingsView.hpp"
 #include "settings/WindowFrame.hpp"
+#include "views/Text.hpp"
 
 #include <QCloseEvent>
 #include <QGuiApplication>
@@ -185,8 +186,7 @@ void SettingsWindow::saveFrame() {
 }
 
 void SettingsWindow::retitle() {
-    const auto title =
-        QString::fromStdString(core::texts::settingsWindowTitle.rendered(services_.preferences.state().language));
+    const auto title = rendered(core::texts::settingsWindowTitle, services_.preferences.state().language);
     setWindowTitle(title);
     view_->setAccessibleName(title); // it has the focus until a control gets it
 }

@@ -25,6 +25,7 @@ namespace {
 constexpr std::array qtRows{
 #define QUILLANE_TEXT(name, hebrew, english, arabic) std::string_view(hebrew),
 #include "core/localization/texts/Qt.def"
+#include "views/Text.hpp"
 #undef QUILLANE_TEXT
 };
 
@@ -98,7 +99,7 @@ InterfaceLanguage::InterfaceLanguage(core::AppPreferences& preferences) : transl
     const auto follow = [this, &preferences] {
         const auto language = preferences.state().language;
         translator_->setLanguage(language);
-        QGuiApplication::setLayoutDirection(core::isRTL(language) ? Qt::RightToLeft : Qt::LeftToRight);
+        QGuiApplication::setLayoutDirection(directionOf(language));
     };
     follow();
     QCoreApplication::installTranslator(translator_.get());

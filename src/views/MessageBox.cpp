@@ -4,6 +4,7 @@
 #include "views/MessageBox.hpp"
 
 #include "core/localization/Texts.hpp"
+#include "views/Text.hpp"
 
 #include <QAbstractButton>
 #include <QPushButton>
@@ -45,16 +46,13 @@ QPushButton& MessageBox::addAnswer(const core::LocalizedText& text, ButtonRole r
 
 void MessageBox::redraw() {
     const auto language = preferences_.state().language;
-    const auto rendered = [language](const core::LocalizedText& text) {
-        return QString::fromStdString(text.rendered(language));
-    };
-    setWindowTitle(rendered(title_));
-    setText(rendered(text_));
+    setWindowTitle(rendered(title_, language));
+    setText(rendered(text_, language));
     if (note_ != core::LocalizedText()) {
-        setInformativeText(rendered(note_));
+        setInformativeText(rendered(note_, language));
     }
     for (const auto& [button, text] : buttons_) {
-        button->setText(rendered(text));
+        button->setText(rendered(text, language));
     }
 }
 

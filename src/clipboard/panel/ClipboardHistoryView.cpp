@@ -8,7 +8,8 @@
 #include "core/localization/Texts.hpp"
 #include "platform/Platform.hpp"
 #include "views/Colors.hpp"
-#include "views/WrappingLabel.hpp"
+#include "views/Labels.hpp"
+#include "views/Text.hpp"
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -74,12 +75,6 @@ QString withKeysInOrder(QString text) {
     return text.replace(keys, QStringLiteral("\u2066\\1\u2069"));
 }
 
-QLabel* wrappingLabel(const char* role) {
-    auto* label = new WrappingLabel;
-    label->setProperty("role", QLatin1String(role));
-    return label;
-}
-
 void scaleFont(QWidget& widget, qreal factor) {
     auto font = QApplication::font();
     font.setPointSizeF(font.pointSizeF() * factor);
@@ -109,9 +104,9 @@ ClipboardHistoryView::ClipboardHistoryView(const HistoryPanelServices& services)
       list_(new HistoryList),
       row_(new ClipboardRow(*entries_, images_, files_, symbols_, services.platform.desktop, list_)),
       emptySymbol_(new QLabel),
-      emptyTitle_(wrappingLabel("title")),
-      emptyText_(wrappingLabel("secondary")),
-      footer_(wrappingLabel("secondary")),
+      emptyTitle_(textLabel("title")),
+      emptyText_(textLabel("secondary")),
+      footer_(textLabel("secondary")),
       help_(symbolButton("help")),
       settings_(symbolButton("settings")),
       preview_(new EntryPreview(images_, files_, this)),
@@ -310,7 +305,7 @@ void ClipboardHistoryView::redraw() {
     const auto language = services_.preferences.state().language;
     const auto appearance = currentAppearance();
     const auto secondary = qColor(core::brandPalette::shades(appearance).secondary);
-    setLayoutDirection(core::isRTL(language) ? Qt::RightToLeft : Qt::LeftToRight);
+    setLayoutDirection(directionOf(language));
     if (const auto sheet = quillane::styleSheet(rules, appearance); sheet != styleSheet()) {
         setStyleSheet(sheet);
     }

@@ -9,6 +9,7 @@
 #include "core/localization/NumberText.hpp"
 #include "core/localization/Texts.hpp"
 #include "views/Colors.hpp"
+#include "views/Text.hpp"
 
 #include <QPainter>
 #include <QPainterPath>

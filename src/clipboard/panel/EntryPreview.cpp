@@ -6,6 +6,7 @@
 #include "clipboard/panel/EntryTexts.hpp"
 #include "core/localization/DateText.hpp"
 #include "views/Colors.hpp"
+#include "views/Text.hpp"
 
 #include <QPainter>
 #include <QStyle>
@@ -69,7 +70,7 @@ void EntryPreview::addText(const QString& text, const core::SearchQuery& query, 
 void EntryPreview::present(const core::ClipboardEntry& entry, const core::SearchQuery& query,
                            core::AppLanguage language, const Place& place) {
     shown_ = Shown{entry, language, place};
-    setLayoutDirection(core::isRTL(language) ? Qt::RightToLeft : Qt::LeftToRight);
+    setLayoutDirection(directionOf(language));
     blocks_.clear();
     image_ = {};
     if (entry.kind == core::ClipboardKind::text) {

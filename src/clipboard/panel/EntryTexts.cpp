@@ -6,6 +6,7 @@
 #include "clipboard/panel/Excerpt.hpp"
 #include "core/localization/NumberText.hpp"
 #include "core/localization/Texts.hpp"
+#include "views/Text.hpp"
 
 #include <QStringList>
 

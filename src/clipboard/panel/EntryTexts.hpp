@@ -13,10 +13,6 @@
 
 namespace quillane {
 
-[[nodiscard]] inline QString rendered(const core::LocalizedText& text, core::AppLanguage language) {
-    return QString::fromStdString(text.rendered(language));
-}
-
 /// The kind of an entry: "Text", "Image", "File" or "Files".
 [[nodiscard]] QString kindName(const core::ClipboardEntry& entry, core::AppLanguage language);
 

@@ -7,6 +7,7 @@
 #include "core/localization/Texts.hpp"
 #include "platform/Platform.hpp"
 #include "views/Colors.hpp"
+#include "views/Text.hpp"
 
 #include <QApplication>
 #include <QBitmap>
@@ -52,7 +53,7 @@ HistoryPanel::HistoryPanel(const HistoryPanelServices& services)
     ignoreSafeArea(*this);
     resize(preferredSize);
     const auto name = [this, &preferences = services.preferences] {
-        const auto title = QString::fromStdString(core::texts::clipboardHistory.rendered(preferences.state().language));
+        const auto title = rendered(core::texts::clipboardHistory, preferences.state().language);
         setWindowTitle(title);
         setAccessibleName(title);
     };

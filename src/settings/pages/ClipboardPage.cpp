@@ -11,7 +11,9 @@
 #include "settings/Card.hpp"
 #include "settings/FeatureRow.hpp"
 #include "settings/SwitchButton.hpp"
+#include "views/Labels.hpp"
 #include "views/MessageBox.hpp"
+#include "views/Text.hpp"
 #include "views/ToolTip.hpp"
 
 #include <QCollator>

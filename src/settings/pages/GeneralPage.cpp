@@ -7,6 +7,8 @@
 #include "fileshare/FileShareSettingsView.hpp"
 #include "settings/Card.hpp"
 #include "settings/FeatureRow.hpp"
+#include "views/Labels.hpp"
+#include "views/Text.hpp"
 
 #include <QLabel>
 #include <QLayout>

@@ -6,6 +6,8 @@
 #include "core/localization/Texts.hpp"
 #include "settings/Card.hpp"
 #include "settings/FeatureRow.hpp"
+#include "views/Labels.hpp"
+#include "views/Text.hpp"
 
 #include <QLabel>
 #include <QPushButton>

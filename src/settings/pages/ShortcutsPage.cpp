@@ -6,6 +6,7 @@
 #include "core/localization/Texts.hpp"
 #include "settings/Card.hpp"
 #include "settings/FeatureRow.hpp"
+#include "views/Labels.hpp"
 
 #include <QLabel>
 #include <QVBoxLayout>

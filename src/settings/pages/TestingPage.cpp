@@ -8,6 +8,8 @@
 #include "settings/AccessibleSettings.hpp"
 #include "settings/Card.hpp"
 #include "settings/FeatureRow.hpp"
+#include "views/Labels.hpp"
+#include "views/Text.hpp"
 
 #include <QComboBox>
 #include <QHBoxLayout>

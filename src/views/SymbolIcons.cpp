@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "views/TintedSymbol.hpp"
+#include "views/SymbolIcons.hpp"
 
 #include <QIconEngine>
 #include <QImage>
