@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "core/clipboard/ClipboardOptions.hpp"
 
-#include <nlohmann/json.hpp>
+#include "core/preferences/JsonRecord.hpp"
 
 #include <algorithm>
-#include <cmath>
+#include <utility>
 
 namespace quillane::core {
 
@@ -13,60 +13,22 @@ namespace {
 
 using Json = nlohmann::json;
 
-void put(Json& json, const char* key, const auto& value) {
-    json[key] = value;
-}
-
-bool read(const Json& json, bool& value) {
-    const auto* boolean = json.get_ptr<const Json::boolean_t*>();
-    value = boolean && *boolean;
-    return boolean != nullptr;
-}
-
-/// A number without a fraction, however it is written.
-bool read(const Json& json, std::int64_t& value) {
-    constexpr double bound = 9'223'372'036'854'775'808.0;
-    if (json.is_number_unsigned()) {
-        const auto number = json.get<std::uint64_t>();
-        value = static_cast<std::int64_t>(number);
-        return number <= static_cast<std::uint64_t>(INT64_MAX);
-    }
-    if (json.is_number_integer()) {
-        value = json.get<std::int64_t>();
-        return true;
-    }
-    if (json.is_number_float()) {
-        const auto number = json.get<double>();
-        if (number == std::trunc(number) && number >= -bound && number < bound) {
-            value = static_cast<std::int64_t>(number);
-            return true;
-        }
-    }
-    return false;
-}
-
-bool read(const Json& json, std::vector<std::string>& value) {
-    if (!json.is_array() || !std::ranges::all_of(json, [](const Json& element) { return element.is_string(); })) {
-        return false;
-    }
-    value = json.get<std::vector<std::string>>();
-    return true;
-}
-
-bool get(const Json& json, const char* key, auto& value) {
-    const auto found = json.find(key);
-    return found != json.end() && read(*found, value);
-}
-
-/// Applies `visit(key, field)` to every field; stops and returns false when it returns false.
-bool forEachField(auto& options, auto visit) {
-    return visit("enabled", options.enabled) && visit("saveText", options.saveText) &&
-           visit("saveImages", options.saveImages) && visit("saveFiles", options.saveFiles) &&
-           visit("persist", options.persist) && visit("limit", options.limit) &&
-           visit("storageMB", options.storageMB) && visit("popupAtCursor", options.popupAtCursor) &&
-           visit("pinsOnTop", options.pinsOnTop) && visit("imageHeight", options.imageHeight) &&
-           visit("previewDelay", options.previewDelay) && visit("sortByLastCopy", options.sortByLastCopy) &&
-           visit("ignoredApps", options.ignoredApps);
+/// The fields of the first version are required. A field that comes later is `added`, so that the settings of users who
+/// update stay as they are.
+void describe(auto& fields, auto& options) {
+    fields.required("enabled", options.enabled);
+    fields.required("saveText", options.saveText);
+    fields.required("saveImages", options.saveImages);
+    fields.required("saveFiles", options.saveFiles);
+    fields.required("persist", options.persist);
+    fields.required("limit", options.limit);
+    fields.required("storageMB", options.storageMB);
+    fields.required("popupAtCursor", options.popupAtCursor);
+    fields.required("pinsOnTop", options.pinsOnTop);
+    fields.required("imageHeight", options.imageHeight);
+    fields.required("previewDelay", options.previewDelay);
+    fields.required("sortByLastCopy", options.sortByLastCopy);
+    fields.required("ignoredApps", options.ignoredApps);
 }
 
 } // namespace
@@ -92,12 +54,9 @@ bool ClipboardOptions::accepts(ClipboardKind kind) const {
 }
 
 std::vector<std::byte> encodeClipboardOptions(const ClipboardOptions& options) {
-    Json json = Json::object();
-    forEachField(options, [&](const char* key, const auto& value) {
-        put(json, key, value);
-        return true;
-    });
-    const std::string text = json.dump(-1, ' ', false, Json::error_handler_t::replace);
+    JsonRecordWriter fields;
+    describe(fields, options);
+    const std::string text = fields.json().dump(-1, ' ', false, Json::error_handler_t::replace);
     const auto bytes = std::as_bytes(std::span(text));
     return {bytes.begin(), bytes.end()};
 }
@@ -105,10 +64,10 @@ std::vector<std::byte> encodeClipboardOptions(const ClipboardOptions& options) {
 std::optional<ClipboardOptions> decodeClipboardOptions(std::span<const std::byte> bytes) {
     const auto* text = reinterpret_cast<const char*>(bytes.data());
     const Json json = Json::parse(text, text + bytes.size(), nullptr, false);
+    JsonRecordReader fields(json);
     ClipboardOptions options;
-    const bool complete =
-        json.is_object() && forEachField(options, [&](const char* key, auto& value) { return get(json, key, value); });
-    return complete ? std::optional(std::move(options)) : std::nullopt;
+    describe(fields, options);
+    return fields.isIntact() ? std::optional(std::move(options)) : std::nullopt;
 }
 
 } // namespace quillane::core

@@ -46,8 +46,9 @@ inline constexpr const char* clipboardOptionsKey = "QuillaneClipboardOptionsV1";
 /// The options as a JSON object in UTF-8, with one key a field.
 [[nodiscard]] std::vector<std::byte> encodeClipboardOptions(const ClipboardOptions& options);
 
-/// Reads what `encodeClipboardOptions` writes. None when the bytes are not a JSON object, lack a key, or hold a value
-/// of another type; unknown keys are ignored.
+/// Reads what `encodeClipboardOptions` writes. None when the bytes are not a JSON object, lack a key of the first
+/// version, or hold a value of another type. A key that was added later takes its default when it is missing; unknown
+/// keys are ignored.
 [[nodiscard]] std::optional<ClipboardOptions> decodeClipboardOptions(std::span<const std::byte> json);
 
 } // namespace quillane::core

@@ -42,7 +42,7 @@ TEST(ClipboardOptions, EveryFieldSurvivesEncoding) {
     EXPECT_EQ(decodeClipboardOptions(encodeClipboardOptions(options)), options);
 }
 
-TEST(ClipboardOptions, AnyMissingKeyMakesThemUndecodable) {
+TEST(ClipboardOptions, AnyMissingKeyOfTheFirstVersionMakesThemUndecodable) {
     const auto complete = encodedJson({});
     ASSERT_EQ(complete.size(), 13U);
     ASSERT_TRUE(decode(complete.dump()).has_value());
