@@ -45,7 +45,7 @@ AppDelegate::AppDelegate(const Platform& platform, core::AppPreferences& prefere
       interfaceLanguage_(preferences),
       permissions_(platform, environment_.location),
       symbols_(*platform.systemSymbols),
-      permissionGuide_(guideServices()),
+      dragGuide_(guideServices()),
       input_(*platform.inputSources, *platform.accessibility, *platform.workspace),
       monitor_(platform, input_),
       browserWaker_(*platform.accessibility, *platform.workspace),
@@ -74,7 +74,8 @@ void AppDelegate::applicationDidFinishLaunching() {
     const bool atLogin = platform_.workspace->launchedAtLogin();
     refreshesUntilItemCheck_ = atLogin ? refreshesUntilItemIsShownAtLogin : refreshesUntilItemIsShown;
     platform_.windowTraits->setActivationPolicy(ActivationPolicy::accessory);
-    rebuildMenus();
+    createMenu();
+    createApplicationMenu();
     updater_.start();
     clipboard_.start();
     wireControllers();
@@ -115,7 +116,7 @@ void AppDelegate::wireModel() {
 void AppDelegate::wireControllers() {
     wireModel();
     permissions_.terminate = environment_.terminate;
-    permissions_.presentGuide = [this](core::MacPermission permission) { permissionGuide_.present(permission); };
+    permissions_.presentGuide = [this](core::MacPermission permission) { dragGuide_.present(permission); };
     permissions_.applicationIsActive = [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; };
     clipboardPanel_.onShow = [this] { makeHistoryPanel(); };
     clipboardPanel_.onPasteFailed = [this](const core::LocalizedText& text) {
@@ -127,7 +128,7 @@ void AppDelegate::wireControllers() {
             settings_->refresh();
         }
         if (!refreshing_) { // which ends with it
-            updateStatusItem();
+            createMenu();
         }
     }));
     subscriptions_.push_back(permissions_.onChanged([this] {
@@ -158,7 +159,8 @@ void AppDelegate::wireControllers() {
     };
     switcher_.report = [this](const core::LocalizedText& text) { report(text); };
     subscriptions_.push_back(preferences_.onChanged([this] {
-        rebuildMenus();
+        createMenu();
+        createApplicationMenu();
         if (platform_.servicesMenu->hasUserEntry() == true) {
             setFileManagerEntry(true); // in the language of now
         }
@@ -203,6 +205,10 @@ void AppDelegate::showServerAddress() {
     settings_->view().focusServerAddress();
 }
 
+void AppDelegate::showClipboardSettings() {
+    showSettings(core::SettingsPage::clipboard);
+}
+
 void AppDelegate::showClipboard() {
     clipboardPanel_.toggle();
 }
@@ -215,7 +221,7 @@ void AppDelegate::makeHistoryPanel() {
         .preferences = preferences_,
         .symbol = [&symbols = *platform_.systemSymbols](
                       const std::string& name, const QColor& color) { return tintedSymbol(symbols, name, color); },
-        .openSettings = [this] { showSettings(core::SettingsPage::clipboard); }});
+        .openSettings = [this] { showClipboardSettings(); }});
     clipboardPanel_.onShow();
 }
 
@@ -306,7 +312,7 @@ void AppDelegate::applicationWillTerminate() {
     direction_.cancelPending();
     settings_.reset();
     historyPanel_.reset();
-    permissionGuide_.dismiss();
+    dragGuide_.dismiss();
     clipboard_.stop();
     platform_.servicesMenu->provideShare(nullptr);
     fileShare_.cancelAll();
@@ -315,9 +321,8 @@ void AppDelegate::applicationWillTerminate() {
     subscriptions_.clear();
 }
 
-void AppDelegate::rebuildMenus() {
+void AppDelegate::createApplicationMenu() {
     const auto language = preferences_.state().language;
-    updateStatusItem();
     platform_.applicationMenu->install(
         applicationMenuRows(language, {.showSettings = [this] { showSettings(core::SettingsPage::general); },
                                        .shareFile = [this] { fileShare_.choose(); },
@@ -325,7 +330,7 @@ void AppDelegate::rebuildMenus() {
         layoutDirection(language));
 }
 
-void AppDelegate::updateStatusItem() {
+void AppDelegate::createMenu() {
     const auto language = preferences_.state().language;
     const auto facts = runtimeFacts();
     StatusMenuState state{.language = language,
@@ -343,8 +348,13 @@ void AppDelegate::updateStatusItem() {
     }
     platform_.statusItem->setMenu(statusMenuRows(state, menuActions()), layoutDirection(language));
     shownMenu_ = std::move(state);
-    const auto mark = statusMark(facts);
-    platform_.statusItem->setImage(statusBarArtwork::image(mark), statusMarkLabel(mark).rendered(language));
+    updateStatusWordmark();
+}
+
+void AppDelegate::updateStatusWordmark() {
+    const auto mark = statusMark(runtimeFacts());
+    platform_.statusItem->setImage(statusBarArtwork::image(mark),
+                                   statusMarkLabel(mark).rendered(preferences_.state().language));
 }
 
 StatusMenuActions AppDelegate::menuActions() {

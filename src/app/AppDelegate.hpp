@@ -88,8 +88,9 @@ private:
     void wireModel();
     void wireControllers();
     void observeWorkspace();
-    void rebuildMenus();
-    void updateStatusItem();
+    void createMenu(); ///< of the status item; does nothing while it would look the same
+    void createApplicationMenu();
+    void updateStatusWordmark();
     [[nodiscard]] StatusMenuActions menuActions();
     void applyOptions();
 
@@ -104,6 +105,7 @@ private:
     void showSettings(core::SettingsPage page);
     [[nodiscard]] bool isOwnTextBoxFocused() const;
     void showServerAddress();
+    void showClipboardSettings();
     void showClipboard();
     void startCapture();
     void makeHistoryPanel();
@@ -132,7 +134,7 @@ private:
 
     PermissionController permissions_;
     SymbolIcons symbols_; ///< for the windows
-    PermissionDragGuide permissionGuide_;
+    PermissionDragGuide dragGuide_;
     RTLInput input_;
     KeyboardMonitor monitor_;
     BrowserWaker browserWaker_;

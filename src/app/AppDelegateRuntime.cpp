@@ -36,7 +36,7 @@ void AppDelegate::refreshRuntime() {
     clipboard_.configure({.paused = model_.options().paused, .remote = surroundings_.screenSharingSuspended});
     model_.refreshKeepAwake();
     refreshing_ = false;
-    updateStatusItem();
+    createMenu();
 }
 
 void AppDelegate::lookAround() {

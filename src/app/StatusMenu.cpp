@@ -4,6 +4,9 @@
 
 #include "core/localization/Texts.hpp"
 
+#include <array>
+#include <utility>
+
 namespace quillane {
 
 namespace texts = core::texts;
@@ -57,8 +60,11 @@ std::vector<MenuRow> statusMenuRows(const StatusMenuState& state, const StatusMe
         row.checked = on;
         return row;
     };
-    auto capture = item(texts::captureAreaToClipboard, "", actions.captureArea);
-    capture.toolTip = text(captureDescription(state));
+    const auto addScreenCaptureItem = [&](std::vector<MenuRow>& rows) {
+        auto capture = item(texts::captureAreaToClipboard, "", actions.captureArea);
+        capture.toolTip = text(captureDescription(state));
+        rows.push_back(std::move(capture));
+    };
     auto keepAwake =
         toggle(texts::keepMacAwake.on(state.desktop), "cup.and.saucer", actions.toggleKeepAwake, state.keepAwakeActive);
     keepAwake.toolTip = text(state.keepAwakeStatus);
@@ -68,11 +74,9 @@ std::vector<MenuRow> statusMenuRows(const StatusMenuState& state, const StatusMe
     settings.keyEquivalent = ",";
 
     const bool paused = state.options.paused;
-    return {
-        header,
-        item(state.status.text, state.status.symbol, nullptr),
-        separator(),
-        capture,
+    std::vector<MenuRow> rows{header, item(state.status.text, state.status.symbol, nullptr), separator()};
+    addScreenCaptureItem(rows);
+    const std::array rest{
         history,
         item(texts::quillaneShare, "square.and.arrow.up", actions.shareFile),
         keepAwake,
@@ -92,6 +96,8 @@ std::vector<MenuRow> statusMenuRows(const StatusMenuState& state, const StatusMe
                : item(texts::pauseAll, "pause.circle", actions.togglePause),
         item(texts::quitQuillane, "power", actions.quit),
     };
+    rows.insert(rows.end(), rest.begin(), rest.end());
+    return rows;
 }
 
 LayoutDirection layoutDirection(core::AppLanguage language) {

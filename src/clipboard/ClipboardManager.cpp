@@ -63,7 +63,7 @@ void ClipboardManager::stop() {
         onClosePanel();
     }
     hotKey_.cancel();
-    wantsHotKey_ = false;
+    enabledForHotKey_ = false;
     saveAtOnce();
     platform_.vaultQueue->post([storage = storage_] { storage->close(); });
     platform_.vaultQueue->wait();
@@ -252,7 +252,7 @@ bool ClipboardManager::copy(const core::Uuid& id, core::clipboardSnapshot::Resto
 
 void ClipboardManager::updateShortcut() {
     const bool wanted = started_ && options_.enabled && !suspension_.remote;
-    if (std::exchange(wantsHotKey_, wanted) != wanted) {
+    if (std::exchange(enabledForHotKey_, wanted) != wanted) {
         registerShortcut();
     }
 }
@@ -260,7 +260,7 @@ void ClipboardManager::updateShortcut() {
 void ClipboardManager::registerShortcut() {
     hotKey_.cancel();
     const bool hadConflict = std::exchange(hotKeyConflict_, false);
-    if (wantsHotKey_) {
+    if (enabledForHotKey_) {
         hotKey_ = platform_.hotKeys->registerHotKey(
             shortcut, [this] { togglePanel(); },
             [this] {

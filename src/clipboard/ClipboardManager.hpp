@@ -190,7 +190,7 @@ private:
     bool wantsToRead_ = false; ///< as soon as it is allowed
     bool storageError_ = false;
     bool hotKeyConflict_ = false;
-    bool wantsHotKey_ = false;
+    bool enabledForHotKey_ = false;
     core::Listeners<> changes_;
     core::Lifetime lifetime_;
     core::Subscription hotKey_;

@@ -20,7 +20,6 @@ namespace quillane {
 namespace {
 
 constexpr int sideMargin = 24;
-constexpr int headingSpace = 14;
 constexpr int cardSpace = 8;
 
 } // namespace

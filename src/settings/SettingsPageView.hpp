@@ -32,6 +32,8 @@ public:
     void refresh();
 
 protected:
+    static constexpr int headingSpace = 14; ///< above a heading
+
     using Text = std::function<core::LocalizedText()>;
     using Binding = std::function<void(core::AppLanguage language)>;
 

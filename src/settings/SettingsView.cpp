@@ -11,7 +11,7 @@
 #include "settings/pages/PermissionsPage.hpp"
 #include "settings/pages/ShortcutsPage.hpp"
 #include "settings/pages/TestingPage.hpp"
-#include "settings/pages/UpdatesPage.hpp"
+#include "settings/pages/UpdateSettingsView.hpp"
 #include "views/Colors.hpp"
 #include "views/Text.hpp"
 
@@ -132,7 +132,7 @@ SettingsPageView* SettingsView::makePage(core::SettingsPage page) const {
     case core::SettingsPage::updates:
         break;
     }
-    return new UpdatesPage(services_);
+    return new UpdateSettingsView(services_);
 }
 
 bool SettingsView::isTextBoxFocused() const {

@@ -7,12 +7,10 @@
 #include "fileshare/FileShareSettingsView.hpp"
 #include "settings/Card.hpp"
 #include "settings/FeatureRow.hpp"
-#include "views/Labels.hpp"
+#include "settings/pages/LoginItemSettingsView.hpp"
 #include "views/Text.hpp"
 
-#include <QLabel>
 #include <QLayout>
-#include <QPushButton>
 
 namespace quillane {
 
@@ -83,28 +81,9 @@ void GeneralPage::addKeepAwake() {
 }
 
 void GeneralPage::addLoginItem() {
-    auto& loginItem = services().loginItem;
-    auto& card = addCard(texts::startup);
-    addFeature(card, {.symbol = "power",
-                      .title = texts::launchAtLogin,
-                      .explanation = texts::launchAtLoginExplanation.on(services().platform.desktop),
-                      .isOn = [&loginItem] { return loginItem.isOn(); },
-                      .set = [&loginItem](bool on) { loginItem.setEnabled(on); },
-                      .isEnabled = [&loginItem] { return loginItem.isInstalled() && !loginItem.isChanging(); }});
-    auto& status = addRow(
-        card, {}, [&loginItem] { return loginItem.statusText(); },
-        [&loginItem]() -> core::LocalizedText {
-            return loginItem.isInstalled() ? core::LocalizedText() : core::LocalizedText(texts::moveToApplications);
-        });
-    status.setObjectName(QStringLiteral("loginItemStatus"));
-    auto* settings = button(texts::openLoginItems, [&loginItem] { loginItem.openSettings(); });
-    status.setControl(settings);
-    bindVisible(settings, [&loginItem] { return loginItem.hasSettings(); });
-    auto* error = textLabel("warning");
-    error->setContentsMargins(14, 8, 14, 8);
-    bindText(error, [&loginItem] { return loginItem.errorMessage().value_or(core::LocalizedText()); });
-    bindVisible(error, [&loginItem] { return loginItem.errorMessage().has_value(); });
-    card.addRow(error);
+    auto* section = new LoginItemSettingsView(services());
+    addWidget(section);
+    bind([section](core::AppLanguage) { section->refresh(); });
 }
 
 void GeneralPage::addFileManager(Card& card) {
@@ -117,11 +96,6 @@ void GeneralPage::addFileManager(Card& card) {
                       .explanation = texts::shareFromFileManagerExplanation,
                       .isOn = [&fileManager] { return fileManager.hasEntry().value_or(false); },
                       .set = [&fileManager](bool on) { fileManager.setEntry(on); }});
-}
-
-void GeneralPage::showEvent(QShowEvent* event) {
-    SettingsPageView::showEvent(event);
-    services().loginItem.refresh(); // the user may have changed it elsewhere
 }
 
 } // namespace quillane

@@ -14,9 +14,6 @@ class GeneralPage : public SettingsPageView {
 public:
     explicit GeneralPage(const SettingsServices& services);
 
-protected:
-    void showEvent(QShowEvent* event) override;
-
 private:
     void addFeatures();
     void addKeepAwake();

@@ -38,7 +38,7 @@ NSImage* rowImage(const MenuRow& row) {
     case MenuRow::Icon::none:
         return nil;
     case MenuRow::Icon::symbol:
-        return menuSymbol(row.symbol);
+        return menuIcon(row.symbol);
     case MenuRow::Icon::application:
         return menuApplicationIcon();
     }

@@ -12,7 +12,7 @@ namespace quillane {
 
 /// The system symbol of that name, sized for a menu row and marked as a template; nil when the system has no such
 /// symbol (+[NSImage imageWithSystemSymbolName:accessibilityDescription:]).
-[[nodiscard]] NSImage* menuSymbol(std::string_view name);
+[[nodiscard]] NSImage* menuIcon(std::string_view name);
 
 /// The icon of this application in the size of a menu row, 16 × 16 points (NSApplication.applicationIconImage).
 [[nodiscard]] NSImage* menuApplicationIcon();

@@ -20,7 +20,7 @@ NSRect fitted(NSSize size, CGFloat side) {
 
 } // namespace
 
-NSImage* menuSymbol(std::string_view name) {
+NSImage* menuIcon(std::string_view name) {
     // No description: the row's title describes the row.
     NSImage* symbol = [NSImage imageWithSystemSymbolName:nsString(name) accessibilityDescription:nil];
     NSImageSymbolConfiguration* size =

@@ -8,11 +8,11 @@
 namespace quillane {
 
 /// The installed version and how it is updated.
-class UpdatesPage : public SettingsPageView {
+class UpdateSettingsView : public SettingsPageView {
     Q_OBJECT
 
 public:
-    explicit UpdatesPage(const SettingsServices& services);
+    explicit UpdateSettingsView(const SettingsServices& services);
 
 private:
     void addSwitch();

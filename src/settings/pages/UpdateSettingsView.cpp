@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "settings/pages/UpdatesPage.hpp"
+#include "settings/pages/UpdateSettingsView.hpp"
 
 #include "core/localization/DateText.hpp"
 #include "core/localization/Texts.hpp"
@@ -14,7 +14,7 @@ namespace quillane {
 
 namespace texts = core::texts;
 
-UpdatesPage::UpdatesPage(const SettingsServices& services) : SettingsPageView(services) {
+UpdateSettingsView::UpdateSettingsView(const SettingsServices& services) : SettingsPageView(services) {
     auto& updater = services.updater;
     auto& card = addCard(texts::quillaneUpdates);
     auto& version = addRow(
@@ -37,7 +37,7 @@ UpdatesPage::UpdatesPage(const SettingsServices& services) : SettingsPageView(se
     addStretch();
 }
 
-void UpdatesPage::addSwitch() {
+void UpdateSettingsView::addSwitch() {
     auto& updater = services().updater;
     auto& card = addCard();
     addFeature(card, {.symbol = "clock",
@@ -54,7 +54,7 @@ void UpdatesPage::addSwitch() {
     last.setControl(check);
 }
 
-core::LocalizedText UpdatesPage::lastCheck() const {
+core::LocalizedText UpdateSettingsView::lastCheck() const {
     const auto date = services().updater.lastCheck();
     if (!date) {
         return texts::noUpdateCheckYet;
