@@ -55,7 +55,7 @@ VaultFolder::Result<VaultFolder> VaultFolder::open(const std::filesystem::path& 
     if (const auto made = createPrivateFolder(clean); !made) {
         return tl::unexpected(VaultError{Reason::folder, made.error().number});
     }
-    VaultFolder folder(::open(clean.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    VaultFolder folder(FileDescriptor(::open(clean.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
 
     struct stat status {};
 
