@@ -60,7 +60,7 @@ SinkServer::~SinkServer() {
 
 void SinkServer::run() {
     while (!ending_) {
-        const FileDescriptor connection(::accept(listener_.get(), nullptr, nullptr));
+        const core::FileDescriptor connection(::accept(listener_.get(), nullptr, nullptr));
         if (connection) {
             serve(connection.get());
         }

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/common/FileDescriptor.hpp"
+#include "core/support/FileDescriptor.hpp"
 
 #include <atomic>
 #include <cstdint>
@@ -26,7 +26,7 @@ private:
     void run();
     static void serve(int connection);
 
-    FileDescriptor listener_;
+    core::FileDescriptor listener_;
     std::uint16_t port_ = 0;
     std::atomic<bool> ending_ = false;
     std::thread thread_;

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "servers/NginxServer.hpp"
 
-#include "platform/common/FileDescriptor.hpp"
+#include "core/support/FileDescriptor.hpp"
 #include "support/Waiting.hpp"
 
 #include <array>
@@ -29,10 +29,10 @@ sockaddr_in6 loopback(std::uint16_t port) {
 
 /// Ports that are free at this moment.
 std::optional<NginxServer::Ports> freePorts() {
-    std::array<FileDescriptor, 3> sockets; // all held until all are known, so that they differ
+    std::array<core::FileDescriptor, 3> sockets; // all held until all are known, so that they differ
     std::array<std::uint16_t, 3> ports{};
     for (std::size_t i = 0; i < sockets.size(); ++i) {
-        sockets[i] = FileDescriptor(::socket(AF_INET6, SOCK_STREAM, 0));
+        sockets[i] = core::FileDescriptor(::socket(AF_INET6, SOCK_STREAM, 0));
         auto address = loopback(0);
         socklen_t length = sizeof address;
         if (::bind(sockets[i].get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
@@ -45,7 +45,7 @@ std::optional<NginxServer::Ports> freePorts() {
 }
 
 bool isListening(std::uint16_t port) {
-    const FileDescriptor client(::socket(AF_INET6, SOCK_STREAM, 0));
+    const core::FileDescriptor client(::socket(AF_INET6, SOCK_STREAM, 0));
     const auto address = loopback(port);
     return ::connect(client.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
 }

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/common/FileDescriptor.hpp"
+#include "core/support/FileDescriptor.hpp"
 
 #include <array>
 #include <cerrno>
@@ -27,8 +27,8 @@ public:
         if (::pipe2(pipe.data(), O_CLOEXEC) != 0) {
             throw std::runtime_error("pipe2");
         }
-        output_ = FileDescriptor(pipe[0]);
-        const FileDescriptor input(pipe[1]);
+        output_ = core::FileDescriptor(pipe[0]);
+        const core::FileDescriptor input(pipe[1]);
         std::vector<char*> argv;
         argv.reserve(arguments.size() + 1);
         for (auto& argument : arguments) {
@@ -89,7 +89,7 @@ public:
     }
 
 private:
-    FileDescriptor output_;
+    core::FileDescriptor output_;
     pid_t pid_ = 0;
     std::optional<int> status_;
 };

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/common/FileDescriptor.hpp"
+#include "core/support/FileDescriptor.hpp"
 #include "platform/common/control/ControlProtocol.hpp"
 #include "platform/common/control/ControlSocket.hpp"
 
@@ -62,7 +62,7 @@ protected:
     /// Sends raw bytes and returns what arrived until the other side closed.
     std::string sendRaw(const std::string& bytes) {
         return whileRunningLoop([&] {
-            const FileDescriptor fd(::socket(AF_UNIX, SOCK_STREAM, 0));
+            const core::FileDescriptor fd(::socket(AF_UNIX, SOCK_STREAM, 0));
             sockaddr_un address{};
             address.sun_family = AF_UNIX;
             std::ranges::copy(path().native(), address.sun_path);
@@ -113,7 +113,7 @@ TEST_F(ControlSocketTest, OnlyOneAgentHoldsTheSocket) {
 
 TEST_F(ControlSocketTest, ASocketLeftBehindIsReplaced) {
     {
-        const FileDescriptor stale(::socket(AF_UNIX, SOCK_STREAM, 0));
+        const core::FileDescriptor stale(::socket(AF_UNIX, SOCK_STREAM, 0));
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
         std::ranges::copy(path().native(), address.sun_path);

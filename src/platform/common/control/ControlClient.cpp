@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/common/FileDescriptor.hpp"
+#include "core/support/FileDescriptor.hpp"
 #include "platform/common/control/ControlProtocol.hpp"
 #include "platform/common/control/ControlSocket.hpp"
 
@@ -45,7 +45,7 @@ tl::expected<ControlReply, std::errc> sendControlRequest(const std::filesystem::
         return tl::unexpected(std::errc::filename_too_long);
     }
     std::ranges::copy(path.native(), address.sun_path);
-    const FileDescriptor fd(::socket(AF_UNIX, SOCK_STREAM, 0));
+    const core::FileDescriptor fd(::socket(AF_UNIX, SOCK_STREAM, 0));
     if (!fd || ::connect(fd.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
         return tl::unexpected(static_cast<std::errc>(errno));
     }

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/common/control/ControlSocket.hpp"
 
-#include "platform/common/FileDescriptor.hpp"
+#include "core/support/FileDescriptor.hpp"
 #include "platform/common/control/ControlProtocol.hpp"
 
 #include <QObject>
@@ -48,7 +48,7 @@ bool isSameUser(int fd) {
 /// One connection: reads a line, answers it and closes.
 class Client : public QObject {
 public:
-    Client(FileDescriptor fd, const AgentControl::Handler& handler, QObject* parent)
+    Client(core::FileDescriptor fd, const AgentControl::Handler& handler, QObject* parent)
         : QObject(parent),
           fd_(std::move(fd)),
           handler_(handler),
@@ -110,7 +110,7 @@ private:
         deleteLater();
     }
 
-    FileDescriptor fd_;
+    core::FileDescriptor fd_;
     const AgentControl::Handler& handler_;
     QSocketNotifier readable_;
     QSocketNotifier writable_;
@@ -133,7 +133,7 @@ std::optional<sockaddr_un> socketAddress(const std::filesystem::path& path) {
 
 class ControlSocket::Server : public QObject {
 public:
-    Server(FileDescriptor lock, FileDescriptor listener, std::filesystem::path path)
+    Server(core::FileDescriptor lock, core::FileDescriptor listener, std::filesystem::path path)
         : lock_(std::move(lock)), listener_(std::move(listener)), path_(std::move(path)) {}
 
     ~Server() override {
@@ -150,7 +150,7 @@ public:
 
 private:
     void accept() {
-        FileDescriptor client(::accept(listener_.get(), nullptr, nullptr));
+        core::FileDescriptor client(::accept(listener_.get(), nullptr, nullptr));
         if (!client || findChildren<QObject*>(Qt::FindDirectChildrenOnly).size() >= maximumClients ||
             !makeNonBlocking(client.get()) || !isSameUser(client.get())) {
             return;
@@ -158,8 +158,8 @@ private:
         new Client(std::move(client), handler_, this); // deletes itself, at the latest with the server
     }
 
-    FileDescriptor lock_;
-    FileDescriptor listener_;
+    core::FileDescriptor lock_;
+    core::FileDescriptor listener_;
     std::filesystem::path path_;
     Handler handler_;
     std::unique_ptr<QSocketNotifier> notifier_;
@@ -198,7 +198,7 @@ tl::expected<std::unique_ptr<ControlSocket>, ClaimError> ControlSocket::claim(co
         status.st_uid != ::geteuid()) { // another user's folder must not be trusted
         return tl::unexpected(ClaimError::unavailable);
     }
-    FileDescriptor lock(::open((path.native() + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    core::FileDescriptor lock(::open((path.native() + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
     if (!lock || ::fchmod(lock.get(), 0600) != 0) {
         return tl::unexpected(ClaimError::unavailable);
     }
@@ -206,7 +206,7 @@ tl::expected<std::unique_ptr<ControlSocket>, ClaimError> ControlSocket::claim(co
         return tl::unexpected(errno == EWOULDBLOCK ? ClaimError::alreadyRunning : ClaimError::unavailable);
     }
     ::unlink(path.c_str());
-    FileDescriptor listener(::socket(AF_UNIX, SOCK_STREAM, 0));
+    core::FileDescriptor listener(::socket(AF_UNIX, SOCK_STREAM, 0));
     if (!listener || !makeNonBlocking(listener.get())) {
         return tl::unexpected(ClaimError::unavailable);
     }

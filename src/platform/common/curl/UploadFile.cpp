@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "platform/common/FileDescriptor.hpp"
+#include "core/support/FileDescriptor.hpp"
 #include "platform/common/curl/UploadSource.hpp"
 
 #include <algorithm>
@@ -41,7 +41,7 @@ struct FileState {
 
 class UploadFile final : public UploadSource {
 public:
-    UploadFile(FileDescriptor file, std::filesystem::path path, const FileState& state)
+    UploadFile(core::FileDescriptor file, std::filesystem::path path, const FileState& state)
         : file_(std::move(file)), path_(std::move(path)), state_(state) {}
 
     [[nodiscard]] std::int64_t size() const override { return state_.size; }
@@ -79,7 +79,7 @@ public:
     }
 
 private:
-    FileDescriptor file_;
+    core::FileDescriptor file_;
     std::filesystem::path path_;
     FileState state_;
     off_t offset_ = 0;
@@ -88,7 +88,7 @@ private:
 } // namespace
 
 OpenedSource openUploadFile(const std::filesystem::path& path) {
-    FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    core::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
 
     struct stat status {};
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/common/qt/TerminationSignals.hpp"
 
-#include "platform/common/FileDescriptor.hpp"
+#include "core/support/FileDescriptor.hpp"
 
 #include <QSocketNotifier>
 
@@ -36,8 +36,8 @@ public:
         if (::pipe(ends.data()) != 0) {
             return; // signals keep their default effect
         }
-        reading_ = FileDescriptor(ends[0]);
-        writing_ = FileDescriptor(ends[1]);
+        reading_ = core::FileDescriptor(ends[0]);
+        writing_ = core::FileDescriptor(ends[1]);
         for (const int end : ends) {
             ::fcntl(end, F_SETFD, FD_CLOEXEC);
             ::fcntl(end, F_SETFL, O_NONBLOCK);
@@ -66,8 +66,8 @@ public:
     }
 
 private:
-    FileDescriptor reading_;
-    FileDescriptor writing_;
+    core::FileDescriptor reading_;
+    core::FileDescriptor writing_;
     std::unique_ptr<QSocketNotifier> notifier_;
 };
 
