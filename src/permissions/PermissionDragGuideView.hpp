@@ -7,6 +7,7 @@
 #include "core/preferences/AppPreferences.hpp"
 #include "permissions/PermissionController.hpp"
 #include "permissions/PermissionDragGuide.hpp"
+#include "platform/WindowTraits.hpp"
 
 #include <QIcon>
 #include <QWidget>

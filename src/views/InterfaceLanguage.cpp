@@ -5,6 +5,7 @@
 
 #include "core/localization/AppTranslations.hpp"
 #include "core/localization/Texts.hpp"
+#include "views/Text.hpp"
 
 #include <QEvent>
 #include <QGuiApplication>
@@ -25,7 +26,6 @@ namespace {
 constexpr std::array qtRows{
 #define QUILLANE_TEXT(name, hebrew, english, arabic) std::string_view(hebrew),
 #include "core/localization/texts/Qt.def"
-#include "views/Text.hpp"
 #undef QUILLANE_TEXT
 };
 
