@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/keyboard/KeyboardLayout.hpp"
 #include "core/support/Subscription.hpp"
 
 #include <functional>
@@ -31,6 +32,10 @@ public:
 
     /// The source in use; none when the system does not report it.
     [[nodiscard]] virtual std::optional<InputSource> current() const = 0;
+
+    /// What the keys type in an enabled source; none for one that is not enabled or has no keys of its own (an input
+    /// method). Reads hundreds of keys: ask once for each use, not while a key waits.
+    [[nodiscard]] virtual std::optional<core::KeyboardLayout> layout(std::string_view id) const = 0;
 
     /// Makes the source the current one. False when it is not enabled or the system refuses; then nothing changes.
     [[nodiscard]] virtual bool select(std::string_view id) = 0;

@@ -4,6 +4,7 @@
 #include "contracts/FakeDriver.hpp"
 #include "contracts/InputSourcesContract.hpp"
 #include "fakes/FakeDesktop.hpp"
+#include "support/KeyboardLayouts.hpp"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +15,12 @@ using namespace fakes;
 
 class FakeInputSourcesDriver : public testing::FakeDriver {
 public:
-    FakeInputSourcesDriver() { desktop_.withInputSources({english(), hebrew(), arabic()}); }
+    FakeInputSourcesDriver() {
+        desktop_.withInputSources({english(), hebrew(), arabic()});
+        desktop_.inputSources.setLayout(english().id, testing::englishLayout());
+        desktop_.inputSources.setLayout(hebrew().id, testing::hebrewLayout());
+        desktop_.inputSources.setLayout(arabic().id, testing::arabicLayout());
+    }
 
     InputSources& sources() { return desktop_.inputSources; }
 

@@ -12,8 +12,8 @@
 
 namespace quillane::testing {
 
-/// What every InputSources promises. The driver is constructed for each test, with two or more enabled sources, and
-/// has:
+/// What every InputSources promises. The driver is constructed for each test, with two or more enabled layouts that do
+/// not all have the same letters, and has:
 ///
 ///     InputSources& sources();
 ///     void switchFromOutside(const std::string& id);  // as the user does, by the system's own means
@@ -79,6 +79,25 @@ TYPED_TEST_P(InputSourcesContract, ASourceThatIsNotEnabledIsRefused) {
     EXPECT_EQ(this->currentID(), before);
 }
 
+TYPED_TEST_P(InputSourcesContract, KeysOfEverySourceTypeText) {
+    std::set<std::u32string> letters; // of one key
+    for (const auto& source : this->driver.sources().enabled().value_or(std::vector<InputSource>())) {
+        const auto layout = this->driver.sources().layout(source.id);
+        ASSERT_TRUE(layout) << source.id;
+        const auto space = layout->outputs.find({.keyCode = core::spaceKey});
+        ASSERT_NE(space, layout->outputs.end()) << source.id;
+        EXPECT_EQ(space->second, (core::KeyboardLayout::Output{U" "})) << source.id;
+        constexpr core::KeyCode sKey = 1;
+        letters.insert(layout->outputs.at({.keyCode = sKey}).text);
+    }
+    EXPECT_GE(letters.size(), 2U) << "every source types the same";
+}
+
+TYPED_TEST_P(InputSourcesContract, ASourceThatIsNotEnabledHasNoKeys) {
+    EXPECT_FALSE(this->driver.sources().layout("no such source"));
+    EXPECT_FALSE(this->driver.sources().layout(""));
+}
+
 TYPED_TEST_P(InputSourcesContract, AChangeIsNoticedFromHereAndFromOutside) {
     int notices = 0;
     const auto subscription = this->driver.sources().onChanged([&] { ++notices; });
@@ -114,7 +133,8 @@ TYPED_TEST_P(InputSourcesContract, APageThatTheSettingsLackIsNotShown) {
 
 REGISTER_TYPED_TEST_SUITE_P(InputSourcesContract, EnabledSourcesHaveIdentifiersOfTheirOwnAndNames,
                             TheCurrentSourceIsOneOfThem, ASelectedSourceIsTheCurrentOne, TheCurrentSourceCanBeSelected,
-                            ASourceThatIsNotEnabledIsRefused, AChangeIsNoticedFromHereAndFromOutside,
+                            ASourceThatIsNotEnabledIsRefused, KeysOfEverySourceTypeText,
+                            ASourceThatIsNotEnabledHasNoKeys, AChangeIsNoticedFromHereAndFromOutside,
                             ADroppedTokenEndsTheNotices, WithoutAShortcutTheSystemHasNotSwitched,
                             APageThatTheSettingsLackIsNotShown);
 

@@ -17,6 +17,12 @@ std::optional<InputSource> FakeInputSources::current() const {
     return currentReadable_ ? current_ : std::nullopt;
 }
 
+std::optional<core::KeyboardLayout> FakeInputSources::layout(std::string_view id) const {
+    const bool isEnabled = std::ranges::find(sources_, id, &InputSource::id) != sources_.end();
+    const auto found = layouts_.find(id);
+    return isEnabled && found != layouts_.end() ? std::optional(found->second) : std::nullopt;
+}
+
 bool FakeInputSources::select(std::string_view id) {
     const auto found = std::ranges::find(sources_, id, &InputSource::id);
     if (refusesSelection_ || found == sources_.end()) {

@@ -6,6 +6,9 @@
 #include "platform/InputSources.hpp"
 #include "support/Journal.hpp"
 
+#include <map>
+#include <utility>
+
 namespace quillane::fakes {
 
 /// A list of input sources of which the first is in use until another is selected.
@@ -13,6 +16,7 @@ class FakeInputSources final : public InputSources {
 public:
     [[nodiscard]] std::optional<std::vector<InputSource>> enabled() const override;
     [[nodiscard]] std::optional<InputSource> current() const override;
+    [[nodiscard]] std::optional<core::KeyboardLayout> layout(std::string_view id) const override;
     [[nodiscard]] bool select(std::string_view id) override;
 
     [[nodiscard]] bool switchedBySystemShortcut() const override { return switchedBySystemShortcut_; }
@@ -48,12 +52,16 @@ public:
     /// How often the source in use was read.
     [[nodiscard]] int currentReadCount() const { return currentReadCount_; }
 
+    /// Gives a source keys, whether or not it is in the list.
+    void setLayout(const std::string& id, core::KeyboardLayout layout) { layouts_[id] = std::move(layout); }
+
     Journal* journal = nullptr; ///< none: nothing is recorded
     bool settings = true;       ///< the desktop's settings have a page for input sources
     int openings = 0;           ///< how often it was shown
 
 private:
     std::vector<InputSource> sources_;
+    std::map<std::string, core::KeyboardLayout, std::less<>> layouts_;
     std::optional<InputSource> current_;
     bool listReadable_ = true;
     bool currentReadable_ = true;

@@ -117,6 +117,7 @@ const CFStringRef kTISPropertyInputSourceIsEnabled = CFSTR("TISPropertyInputSour
 const CFStringRef kTISPropertyInputSourceID = CFSTR("TISPropertyInputSourceID");
 const CFStringRef kTISPropertyLocalizedName = CFSTR("TISPropertyLocalizedName");
 const CFStringRef kTISPropertyInputSourceLanguages = CFSTR("TISPropertyInputSourceLanguages");
+const CFStringRef kTISPropertyUnicodeKeyLayoutData = CFSTR("TISPropertyUnicodeKeyLayoutData");
 const CFStringRef kTISCategoryKeyboardInputSource = CFSTR("TISCategoryKeyboardInputSource");
 const CFStringRef kTISNotifySelectedKeyboardInputSourceChanged =
     CFSTR("com.apple.Carbon.TISNotifySelectedKeyboardInputSourceChanged");

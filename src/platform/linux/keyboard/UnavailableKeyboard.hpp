@@ -40,6 +40,8 @@ public:
 
     [[nodiscard]] std::optional<InputSource> current() const override { return std::nullopt; }
 
+    [[nodiscard]] std::optional<core::KeyboardLayout> layout(std::string_view) const override { return std::nullopt; }
+
     bool select(std::string_view) override { return false; }
 
     [[nodiscard]] bool switchedBySystemShortcut() const override { return false; }

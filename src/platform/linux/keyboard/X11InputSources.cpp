@@ -3,6 +3,7 @@
 #include "platform/linux/keyboard/X11InputSources.hpp"
 
 #include "platform/common/qt/QtLauncher.hpp"
+#include "platform/linux/keyboard/XkbLayoutReader.hpp"
 #include "platform/linux/system/AccessibilityPanel.hpp"
 #include "platform/linux/x11/X11Xkb.hpp"
 
@@ -215,6 +216,24 @@ std::optional<std::vector<InputSource>> X11InputSources::enabled() const {
 std::optional<InputSource> X11InputSources::current() const {
     const auto group = keyboard_.group();
     return group < sources_.size() ? std::optional(sources_[group]) : std::nullopt;
+}
+
+std::optional<core::KeyboardLayout> X11InputSources::layout(std::string_view id) const {
+    const auto found = std::ranges::find(sources_, id, &InputSource::id);
+    if (found == sources_.end()) {
+        return std::nullopt;
+    }
+    const auto& keymap = keyboard_.keymap();
+    const auto group = static_cast<unsigned>(found - sources_.begin());
+    return readXkbLayout([&](const core::KeyStroke& stroke) -> std::uint32_t {
+        const auto keycode = x11KeyCodes::keycode(stroke.keyCode);
+        if (!keycode || (stroke.option && !keymap.dependsOn(*keycode, group, keymap.thirdLevel()))) {
+            return 0;
+        }
+        const int bits = (stroke.shift ? XCB_MOD_MASK_SHIFT : 0) | (stroke.capsLock ? XCB_MOD_MASK_LOCK : 0) |
+                         (stroke.option ? keymap.thirdLevel() : 0);
+        return keymap.keysym(*keycode, group, static_cast<std::uint8_t>(bits));
+    });
 }
 
 bool X11InputSources::select(std::string_view id) {

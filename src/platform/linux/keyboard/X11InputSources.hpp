@@ -23,6 +23,7 @@ public:
 
     [[nodiscard]] std::optional<std::vector<InputSource>> enabled() const override;
     [[nodiscard]] std::optional<InputSource> current() const override;
+    [[nodiscard]] std::optional<core::KeyboardLayout> layout(std::string_view id) const override;
     [[nodiscard]] bool select(std::string_view id) override;
 
     [[nodiscard]] bool switchedBySystemShortcut() const override { return switchedByKey_; }

@@ -54,6 +54,9 @@ X11Keymap::X11Keymap(const xcb_xkb_get_map_reply_t& reply) : first_(reply.minKey
         if (std::ranges::find(key.keysyms, std::uint32_t{XKB_KEY_Num_Lock}) != key.keysyms.end()) {
             numLock_ |= it.data->mods;
         }
+        if (std::ranges::find(key.keysyms, std::uint32_t{XKB_KEY_ISO_Level3_Shift}) != key.keysyms.end()) {
+            thirdLevel_ |= it.data->mods;
+        }
     }
 }
 
@@ -75,24 +78,32 @@ unsigned X11Keymap::effectiveGroup(const Key& key, unsigned group) {
     return (key.groupInfo & clampGroups) != 0 ? count - 1 : group % count;
 }
 
+const X11Keymap::Type* X11Keymap::type(const Key& key, unsigned group) const {
+    if (groups(key) == 0) {
+        return nullptr;
+    }
+    const auto index = key.types[effectiveGroup(key, group)];
+    return index < types_.size() ? &types_[index] : nullptr;
+}
+
+bool X11Keymap::dependsOn(xcb_keycode_t keycode, unsigned group, std::uint8_t modifierBits) const {
+    const auto* chosen = type(keys_[keycode], group);
+    return chosen != nullptr && (chosen->modifierMask & modifierBits) != 0;
+}
+
 std::uint32_t X11Keymap::keysym(xcb_keycode_t keycode, unsigned group, std::uint8_t modifierBits) const {
     const auto& key = keys_[keycode];
-    if (groups(key) == 0) {
+    const auto* chosen = type(key, group);
+    if (chosen == nullptr) {
         return 0;
     }
-    const auto effective = effectiveGroup(key, group);
-    const auto typeIndex = key.types[effective];
-    if (typeIndex >= types_.size()) {
-        return 0;
-    }
-    const auto& type = types_[typeIndex];
-    const auto found = std::ranges::find(type.levels, modifierBits & type.modifierMask, &Level::modifierBits);
-    const std::size_t level = found != type.levels.end() ? found->level : 0;
-    const auto index = effective * key.width + level;
+    const auto found = std::ranges::find(chosen->levels, modifierBits & chosen->modifierMask, &Level::modifierBits);
+    const std::size_t level = found != chosen->levels.end() ? found->level : 0;
+    const auto index = effectiveGroup(key, group) * key.width + level;
     if (level >= key.width || index >= key.keysyms.size()) {
         return 0;
     }
-    const bool capitalizes = (modifierBits & XCB_MOD_MASK_LOCK) != 0 && (type.modifierMask & XCB_MOD_MASK_LOCK) == 0;
+    const bool capitalizes = (modifierBits & XCB_MOD_MASK_LOCK) != 0 && (chosen->modifierMask & XCB_MOD_MASK_LOCK) == 0;
     return capitalizes ? xkb_keysym_to_upper(key.keysyms[index]) : key.keysyms[index];
 }
 

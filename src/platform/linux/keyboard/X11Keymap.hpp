@@ -35,6 +35,9 @@ public:
     /// The modifier bit of Num Lock.
     [[nodiscard]] std::uint8_t numLock() const { return numLock_; }
 
+    /// The modifier bits of AltGr (the third level); 0 when the map has none.
+    [[nodiscard]] std::uint8_t thirdLevel() const { return thirdLevel_; }
+
     /// The maximum number of groups of any key.
     [[nodiscard]] unsigned groupCount() const { return groupCount_; }
 
@@ -47,6 +50,9 @@ public:
 
     /// The key symbol that the key gives in this group (counted from 0) with these modifier bits; 0 for none.
     [[nodiscard]] std::uint32_t keysym(xcb_keycode_t keycode, unsigned group, std::uint8_t modifierBits) const;
+
+    /// Whether any of the modifier bits has a part in which symbol the key gives in this group.
+    [[nodiscard]] bool dependsOn(xcb_keycode_t keycode, unsigned group, std::uint8_t modifierBits) const;
 
     /// The only symbol of an alphabetic key that gives the same at each level, whatever the group; otherwise 0.
     [[nodiscard]] std::uint32_t onlyKeysym(xcb_keycode_t keycode) const;
@@ -74,10 +80,14 @@ private:
 
     [[nodiscard]] static unsigned effectiveGroup(const Key& key, unsigned group);
 
+    /// The type of the key in this group; nullptr for a key without symbols.
+    [[nodiscard]] const Type* type(const Key& key, unsigned group) const;
+
     std::vector<Type> types_;
     std::array<Key, 256> keys_;
     std::array<const ModifierKey*, 256> modifiers_{};
     std::uint8_t numLock_ = 0;
+    std::uint8_t thirdLevel_ = 0;
     unsigned groupCount_ = 0;
     xcb_keycode_t first_ = 0;
     xcb_keycode_t last_ = 0;

@@ -8,6 +8,7 @@
 #include "platform/macos/foundation/MacCallback.hpp"
 #include "platform/macos/foundation/MacCollections.hpp"
 #include "platform/macos/foundation/MacStrings.hpp"
+#include "platform/macos/keyboard/MacLayoutReader.hpp"
 
 #include <ApplicationServices/ApplicationServices.h>
 #include <Carbon/Carbon.h>
@@ -66,6 +67,16 @@ TISInputSourceRef sourceAt(const CFRef<CFArrayRef>& sources, CFIndex index) {
     return static_cast<TISInputSourceRef>(const_cast<void*>(CFArrayGetValueAtIndex(sources.get(), index)));
 }
 
+/// The first source with this identifier, which belongs to the list; null when there is none.
+TISInputSourceRef find(const CFRef<CFArrayRef>& sources, std::string_view id) {
+    for (CFIndex i = 0; sources && i < CFArrayGetCount(sources.get()); ++i) {
+        if (identifier(sourceAt(sources, i)) == id) {
+            return sourceAt(sources, i);
+        }
+    }
+    return nullptr;
+}
+
 } // namespace
 
 struct MacInputSources::Notices {
@@ -118,15 +129,25 @@ std::optional<InputSource> MacInputSources::current() const {
     return source ? value(source.get()) : std::nullopt;
 }
 
+std::optional<core::KeyboardLayout> MacInputSources::layout(std::string_view id) const {
+    const AutoreleasePool pool;
+    const auto sources = enabledSources();
+    const auto source = find(sources, id);
+    const auto data =
+        source == nullptr
+            ? nullptr
+            : cfCast<CFDataRef>(TISGetInputSourceProperty(source, kTISPropertyUnicodeKeyLayoutData), CFDataGetTypeID());
+    if (!data) {
+        return std::nullopt;
+    }
+    return readMacLayout(*reinterpret_cast<const UCKeyboardLayout*>(CFDataGetBytePtr(data)));
+}
+
 bool MacInputSources::select(std::string_view id) {
     const AutoreleasePool pool;
     const auto sources = enabledSources();
-    for (CFIndex i = 0; sources && i < CFArrayGetCount(sources.get()); ++i) {
-        if (identifier(sourceAt(sources, i)) == id) {
-            return TISSelectInputSource(sourceAt(sources, i)) == noErr;
-        }
-    }
-    return false;
+    const auto source = find(sources, id);
+    return source != nullptr && TISSelectInputSource(source) == noErr;
 }
 
 bool MacInputSources::switchedBySystemShortcut() const {

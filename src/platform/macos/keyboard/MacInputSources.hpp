@@ -21,6 +21,9 @@ public:
     /// TISCopyCurrentKeyboardInputSource.
     [[nodiscard]] std::optional<InputSource> current() const override;
 
+    /// UCKeyTranslate over the layout data of the source.
+    [[nodiscard]] std::optional<core::KeyboardLayout> layout(std::string_view id) const override;
+
     /// TISSelectInputSource on the first enabled source with this identifier.
     [[nodiscard]] bool select(std::string_view id) override;
 

@@ -4,6 +4,7 @@
 
 #include "platform/linux/keyboard/X11Session.hpp"
 #include "platform/linux/keyboard/X11TestKeyboard.hpp"
+#include "platform/linux/keyboard/XkbDefinitions.hpp"
 #include "platform/linux/x11/X11TestServer.hpp"
 
 #include <gmock/gmock.h>
@@ -109,6 +110,22 @@ TEST_F(X11InputSourcesTest, RefusesASourceThatIsNotEnabled) {
     auto& sources = open();
     EXPECT_FALSE(sources.select("ara"));
     EXPECT_EQ(currentId(sources), "us");
+}
+
+TEST_F(X11InputSourcesTest, KeysAreThoseOfTheServersMap) {
+    ASSERT_EQ(run({"setxkbmap", "-layout", "us,il,ara,ir", "-variant", "intl,,,"}), 0);
+    const auto& sources = open();
+    const auto definitions = testing::readXkbDefinitions({"us(intl)", "il", "ara", "ir"});
+    ASSERT_EQ(definitions.rightToLeft.size(), 3U);
+    ASSERT_EQ(definitions.english.size(), 1U);
+    for (const auto* kind : {&definitions.rightToLeft, &definitions.english}) {
+        for (const auto& [name, layout, typed] : *kind) {
+            const auto read = sources.layout(name);
+            ASSERT_TRUE(read) << name;
+            EXPECT_EQ(read->outputs.size(), layout.outputs.size()) << name;
+            EXPECT_TRUE(*read == layout) << name;
+        }
+    }
 }
 
 TEST_F(X11InputSourcesTest, ReportsWhenAnotherProgramSwitches) {

@@ -3,7 +3,9 @@
 #include "platform/macos/keyboard/MacInputSources.hpp"
 
 #include "contracts/InputSourcesContract.hpp"
+#include "standins/macos/KeyLayouts.hpp"
 #include "standins/macos/Mac.hpp"
+#include "support/KeyboardLayouts.hpp"
 
 #include <gmock/gmock.h>
 
@@ -18,14 +20,16 @@ class StandInInputSourcesDriver {
 public:
     StandInInputSourcesDriver() {
         auto& list = mac.inputSources;
-        list.add(InputSourceList::keyboard("com.apple.keylayout.ABC", "ABC", {standin::value("en")}));
+        list.add(
+            withLayout(InputSourceList::keyboard("com.apple.keylayout.ABC", "ABC", {standin::value("en")}), english_));
         auto palette = InputSourceList::keyboard("com.apple.CharacterPaletteIM", "Emoji", {});
         palette.values.front().second = standin::value("TISCategoryPaletteInputSource");
         list.add(std::move(palette));
         auto french = InputSourceList::keyboard("com.apple.keylayout.French", "French", {standin::value("fr")});
         french.isEnabled = false;
         list.add(std::move(french));
-        list.add(InputSourceList::keyboard("com.apple.keylayout.Hebrew", "עברית", {standin::value("he")}));
+        list.add(withLayout(InputSourceList::keyboard("com.apple.keylayout.Hebrew", "עברית", {standin::value("he")}),
+                            hebrew_));
         sources_.emplace();
     }
 
@@ -38,6 +42,14 @@ public:
     standin::Mac mac;
 
 private:
+    static InputSourceList::Properties withLayout(InputSourceList::Properties properties,
+                                                  const core::KeyboardLayout& layout) {
+        properties.values.emplace_back(kTISPropertyUnicodeKeyLayoutData, standin::layoutData(layout));
+        return properties;
+    }
+
+    core::KeyboardLayout english_ = testing::englishLayout();
+    core::KeyboardLayout hebrew_ = testing::hebrewLayout();
     std::optional<MacInputSources> sources_;
 };
 
@@ -81,6 +93,50 @@ TEST_F(MacInputSourcesTest, WithoutAnAnswerThereIsNothing) {
     EXPECT_FALSE(sources.enabled());
     EXPECT_FALSE(sources.current());
     EXPECT_FALSE(sources.select("a"));
+}
+
+TEST_F(MacInputSourcesTest, InputMethodHasNoKeysOfItsOwn) {
+    add({{kTISPropertyInputSourceID, standin::value("a")}});
+    EXPECT_FALSE(sources.layout("a"));
+}
+
+TEST_F(MacInputSourcesTest, LayoutIsReadWithEveryModifier) {
+    const auto keys = testing::hebrewLayout();
+    add({{kTISPropertyInputSourceID, standin::value("a")},
+         {kTISPropertyUnicodeKeyLayoutData, standin::layoutData(keys)}});
+    EXPECT_EQ(sources.layout("a"), keys);
+}
+
+TEST_F(MacInputSourcesTest, KeyMayTypeTwoLettersOrALetterOutsideTheFirstPlane) {
+    core::KeyboardLayout keys;
+    keys.outputs[{.keyCode = 11}] = {U"\u0644\u0627"};
+    keys.outputs[{.keyCode = 12, .shift = true}] = {U"\U00010800"};
+    add({{kTISPropertyInputSourceID, standin::value("a")},
+         {kTISPropertyUnicodeKeyLayoutData, standin::layoutData(keys)}});
+    EXPECT_EQ(sources.layout("a"), keys);
+}
+
+TEST_F(MacInputSourcesTest, DeadKeyComposesWithSomeKeys) {
+    constexpr core::KeyStroke dead{.keyCode = 14, .option = true};
+    constexpr core::KeyStroke e{.keyCode = 14};
+    core::KeyboardLayout keys;
+    keys.outputs[dead] = {U"\u00b4", true};
+    keys.outputs[e] = {U"e"};
+    keys.outputs[{.keyCode = 1}] = {U"s"};
+    keys.outputs[{.keyCode = core::spaceKey}] = {U" "};
+    keys.compositions[{dead, e}] = U"\u00e9";
+    keys.compositions[{dead, {.keyCode = core::spaceKey}}] = U"\u00b4";
+    add({{kTISPropertyInputSourceID, standin::value("a")},
+         {kTISPropertyUnicodeKeyLayoutData, standin::layoutData(keys)}});
+    EXPECT_EQ(sources.layout("a"), keys);
+}
+
+TEST_F(MacInputSourcesTest, KeyOfAControlCharacterTypesNoText) {
+    core::KeyboardLayout keys;
+    keys.outputs[{.keyCode = 12, .option = true}] = {U"\u0010"};
+    add({{kTISPropertyInputSourceID, standin::value("a")},
+         {kTISPropertyUnicodeKeyLayoutData, standin::layoutData(keys)}});
+    EXPECT_EQ(sources.layout("a"), core::KeyboardLayout());
 }
 
 TEST_F(MacInputSourcesTest, RefusedSelectionIsReported) {

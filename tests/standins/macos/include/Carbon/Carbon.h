@@ -4,6 +4,7 @@
 
 #include "Carbon/HotKeys.h"
 #include "Carbon/InputSources.h"
+#include "Carbon/KeyLayouts.h"
 
 extern "C" {
 /// Whether a program has turned secure keyboard input on (Technical Note TN2150).

@@ -28,6 +28,7 @@ struct EventHotKeyID {
 // Modifiers of the Event Manager.
 constexpr UInt32 cmdKey = 1U << 8U;
 constexpr UInt32 shiftKey = 1U << 9U;
+constexpr UInt32 alphaLock = 1U << 10U;
 constexpr UInt32 optionKey = 1U << 11U;
 constexpr UInt32 controlKey = 1U << 12U;
 

@@ -17,6 +17,7 @@ extern const CFStringRef kTISPropertyInputSourceIsEnabled;
 extern const CFStringRef kTISPropertyInputSourceID;
 extern const CFStringRef kTISPropertyLocalizedName;
 extern const CFStringRef kTISPropertyInputSourceLanguages;
+extern const CFStringRef kTISPropertyUnicodeKeyLayoutData;
 extern const CFStringRef kTISCategoryKeyboardInputSource;
 extern const CFStringRef kTISNotifySelectedKeyboardInputSourceChanged;
 extern const CFStringRef kTISNotifyEnabledKeyboardInputSourcesChanged;
