@@ -6,6 +6,7 @@
 #include "core/preferences/AppPreferences.hpp"
 #include "core/preferences/InstallationMigration.hpp"
 #include "core/support/SealedBox.hpp"
+#include "core/support/Text.hpp"
 #include "core/support/Url.hpp"
 #include "platform/Platform.hpp"
 #include "platform/common/ExitHandler.hpp"
@@ -43,18 +44,35 @@ bool isAbsent(const Reply& reply) {
            (reply.error() == std::errc::no_such_file_or_directory || reply.error() == std::errc::connection_refused);
 }
 
+/// Prints a line. Names of files and applications in it may hold what a terminal would obey.
+void printLine(std::ostream& out, std::string_view text) {
+    out << core::withControlsEscaped(text) << '\n';
+}
+
 Reply send(const ControlRequest& request) {
     return sendControlRequest(controlSocketPath(), request, replyPatience);
+}
+
+std::string describe(std::errc error) {
+    switch (error) {
+    case std::errc::no_such_file_or_directory:
+    case std::errc::connection_refused:
+        return "quillane is not running";
+    case std::errc::permission_denied:
+        return "quillane: others may listen on " + controlSocketPath().string();
+    default:
+        return "quillane does not answer";
+    }
 }
 
 /// Prints the running agent's answer.
 int tell(const Reply& reply) {
     if (!reply) {
-        std::cerr << (isAbsent(reply) ? "quillane is not running\n" : "quillane does not answer\n");
+        printLine(std::cerr, describe(reply.error()));
         return failure;
     }
     if (!reply->text.empty()) {
-        (reply->ok ? std::cout : std::cerr) << reply->text << '\n';
+        printLine(reply->ok ? std::cout : std::cerr, reply->text);
     }
     return reply->ok && !reply->problem ? success : failure;
 }
@@ -81,7 +99,7 @@ int shareFiles(int argc, char** argv, const commandLine::ShareFiles& call) {
         std::error_code error;
         const auto absolute = std::filesystem::absolute(path, error);
         if (path.empty() || error) {
-            std::cerr << "quillane: no file has the name '" << path << "'\n";
+            printLine(std::cerr, "quillane: no file has the name '" + path + "'");
             return failure;
         }
         request.arguments.push_back(core::Url::fromFilePath(absolute).absoluteString());
@@ -135,11 +153,11 @@ int runAgent(int argc, char** argv, const commandLine::RunAgent& call) {
         return ask({"open", {}});
     }
     if (!control) {
-        std::cerr << "quillane: cannot make its control socket " << controlSocketPath().string() << '\n';
+        printLine(std::cerr, "quillane: cannot make its control socket " + controlSocketPath().string());
         return failure;
     }
     if (const auto error = checkDesktop()) {
-        std::cerr << "quillane: " << error->message << '\n';
+        printLine(std::cerr, "quillane: " + error->message);
         return failure;
     }
     QApplication::setQuitOnLastWindowClosed(false);
@@ -150,11 +168,11 @@ int runAgent(int argc, char** argv, const commandLine::RunAgent& call) {
     const auto made = makePlatform({.atLogin = call.atLogin});
     const auto* platform = std::get_if<Platform>(&made);
     if (!platform) {
-        std::cerr << "quillane: " << std::get<PlatformError>(made).message << '\n';
+        printLine(std::cerr, "quillane: " + std::get<PlatformError>(made).message);
         return failure;
     }
     if (platform->keyboardUnavailableReason) {
-        std::cerr << "quillane: " << *platform->keyboardUnavailableReason << '\n';
+        printLine(std::cerr, "quillane: " + *platform->keyboardUnavailableReason);
     }
     core::installationMigration::migratePreferences(*platform->userDefaults, platform->legacyPreferences);
     core::AppPreferences preferences(*platform->userDefaults);
@@ -209,7 +227,8 @@ struct Runner {
     }
 
     int operator()(const commandLine::UsageError& error) const {
-        std::cerr << "quillane: " << error.message << '\n' << commandLine::usage();
+        printLine(std::cerr, "quillane: " + error.message);
+        std::cerr << commandLine::usage();
         return usageError;
     }
 };

@@ -15,4 +15,8 @@ namespace quillane::core {
 /// when an address is copied out of right-to-left text. UTF-8; ill-formed bytes stay.
 [[nodiscard]] std::string withoutDirectionMarks(std::string_view text);
 
+/// The text as a terminal may print it: control characters other than line feed and tab (Unicode general category Cc),
+/// which a terminal would obey, become escapes as in JSON ("\\u001b"); ill-formed bytes become U+FFFD.
+[[nodiscard]] std::string withControlsEscaped(std::string_view text);
+
 } // namespace quillane::core

@@ -31,5 +31,14 @@ TEST(Text, DirectionMarksAreDroppedWhereverTheyStand) {
     EXPECT_EQ(withoutDirectionMarks(""), "");
 }
 
+TEST(Text, ControlCharactersThatATerminalWouldObeyAreEscaped) {
+    EXPECT_EQ(withControlsEscaped("\x1b]0;title\a\r\b\x7f"), "\\u001b]0;title\\u0007\\u000d\\u0008\\u007f");
+    EXPECT_EQ(withControlsEscaped("\u009b31m\u0080\u009f"), "\\u009b31m\\u0080\\u009f") << "the C1 controls";
+    EXPECT_EQ(withControlsEscaped(std::string("a\0b", 3)), "a\\u0000b");
+    EXPECT_EQ(withControlsEscaped("\x9b\xc2"), "\uFFFD\uFFFD") << "a control of an eight-bit terminal";
+    EXPECT_EQ(withControlsEscaped("two\nlines\tand שלום · é \u00A0\u200F"), "two\nlines\tand שלום · é \u00A0\u200F");
+    EXPECT_EQ(withControlsEscaped(""), "");
+}
+
 } // namespace
 } // namespace quillane::core

@@ -3,6 +3,7 @@
 #include "core/support/FileDescriptor.hpp"
 #include "platform/common/control/ControlProtocol.hpp"
 #include "platform/common/control/ControlSocket.hpp"
+#include "platform/common/control/ControlTrust.hpp"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -10,7 +11,9 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -155,6 +158,66 @@ TEST_F(ControlSocketTest, FolderAndLockAreOpenToTheUserWhateverTheMask) {
         ASSERT_EQ(::stat(file.c_str(), &status), 0) << file;
         EXPECT_EQ(status.st_mode & 0777, mode) << file;
     }
+}
+
+TEST_F(ControlSocketTest, CommandSendsNothingIntoAFolderThatOthersCanEnter) {
+    auto socket = ControlSocket::claim(path());
+    ASSERT_TRUE(socket);
+    int calls = 0;
+    (*socket)->setHandler([&](const ControlRequest&) {
+        ++calls;
+        return ControlReply{true, "heard"};
+    });
+    const auto folder = path().parent_path();
+    for (const mode_t mode : {0755U, 0710U, 0701U, 0770U}) {
+        ASSERT_EQ(::chmod(folder.c_str(), mode), 0);
+        EXPECT_EQ(ask({"status", {}}).error(), std::errc::permission_denied) << mode;
+        EXPECT_FALSE(ControlSocket::claim(path())) << mode;
+    }
+    ASSERT_EQ(::chmod(folder.c_str(), 0700), 0);
+    EXPECT_EQ(calls, 0);
+    EXPECT_TRUE(ask({"status", {}}));
+    const auto link = folder / "link";
+    std::filesystem::create_directory_symlink(folder, link);
+    const auto byLink = whileRunningLoop([&] {
+        return sendControlRequest(link / "quillane.sock", {"status", {}}, 2s);
+    });
+    EXPECT_EQ(byLink.error(), std::errc::permission_denied);
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(ControlSocketTest, RuntimeFolderThatOthersCanEnterIsNotUsed) {
+    const auto folder = path().parent_path();
+    const char* before = std::getenv("XDG_RUNTIME_DIR");
+    const std::optional<std::string> restored = before ? std::optional<std::string>(before) : std::nullopt;
+    ::setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
+    const auto inPrivate = controlSocketPath();
+    ::chmod(folder.c_str(), 0755);
+    const auto inOpen = controlSocketPath();
+    restored ? ::setenv("XDG_RUNTIME_DIR", restored->c_str(), 1) : ::unsetenv("XDG_RUNTIME_DIR");
+    EXPECT_EQ(inPrivate, path());
+    EXPECT_EQ(inOpen.parent_path().filename(), "quillane-" + std::to_string(::geteuid()));
+}
+
+/// Needs root, to listen as another user.
+TEST_F(ControlSocketTest, ListenerOfAnotherUserIsNotSpokenTo) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs root";
+    }
+    constexpr uid_t nobody = 65534;
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::ranges::copy(path().native(), address.sun_path);
+    const core::FileDescriptor listener(::socket(AF_UNIX, SOCK_STREAM, 0));
+    ASSERT_EQ(::bind(listener.get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(::seteuid(nobody), 0);
+    const int listening = ::listen(listener.get(), 1); // whose user the other side is shown
+    ASSERT_EQ(::seteuid(0), 0);
+    ASSERT_EQ(listening, 0);
+    EXPECT_EQ(sendControlRequest(path(), {"status", {}}, 2s).error(), std::errc::permission_denied);
+    const core::FileDescriptor client(::accept(listener.get(), nullptr, nullptr));
+    char heard = 0;
+    EXPECT_EQ(::recv(client.get(), &heard, 1, 0), 0) << "something was sent";
 }
 
 TEST_F(ControlSocketTest, ARequestBeforeTheHandlerIsAnsweredLater) {

@@ -3,6 +3,7 @@
 #include "core/support/FileDescriptor.hpp"
 #include "platform/common/control/ControlProtocol.hpp"
 #include "platform/common/control/ControlSocket.hpp"
+#include "platform/common/control/ControlTrust.hpp"
 
 #include <algorithm>
 #include <array>
@@ -48,6 +49,10 @@ tl::expected<ControlReply, std::errc> sendControlRequest(const std::filesystem::
     const core::FileDescriptor fd(::socket(AF_UNIX, SOCK_STREAM, 0));
     if (!fd || ::connect(fd.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
         return tl::unexpected(static_cast<std::errc>(errno));
+    }
+    // A name in a folder that others may change, or a listener of another user, is not the agent.
+    if (!isPrivateFolder(path.parent_path()) || !isPeerThisUser(fd.get())) {
+        return tl::unexpected(std::errc::permission_denied);
     }
     auto output = control::encode(request) + "\n";
     while (!output.empty()) {

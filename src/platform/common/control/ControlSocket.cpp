@@ -4,6 +4,7 @@
 
 #include "core/support/FileDescriptor.hpp"
 #include "platform/common/control/ControlProtocol.hpp"
+#include "platform/common/control/ControlTrust.hpp"
 
 #include <QObject>
 #include <QPointer>
@@ -31,18 +32,6 @@ constexpr std::chrono::seconds clientPatience{5};
 
 bool makeNonBlocking(int fd) {
     return ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) | O_NONBLOCK) == 0 && ::fcntl(fd, F_SETFD, FD_CLOEXEC) == 0;
-}
-
-bool isSameUser(int fd) {
-#ifdef SO_PEERCRED
-    ucred peer{};
-    socklen_t length = sizeof peer;
-    return ::getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &peer, &length) == 0 && peer.uid == ::geteuid();
-#else
-    uid_t user = 0;
-    gid_t group = 0;
-    return ::getpeereid(fd, &user, &group) == 0 && user == ::geteuid();
-#endif
 }
 
 /// One connection: reads a line, answers it and closes.
@@ -152,7 +141,7 @@ private:
     void accept() {
         core::FileDescriptor client(::accept(listener_.get(), nullptr, nullptr));
         if (!client || findChildren<QObject*>(Qt::FindDirectChildrenOnly).size() >= maximumClients ||
-            !makeNonBlocking(client.get()) || !isSameUser(client.get())) {
+            !makeNonBlocking(client.get()) || !isPeerThisUser(client.get())) {
             return;
         }
         new Client(std::move(client), handler_, this); // deletes itself, at the latest with the server
@@ -172,7 +161,7 @@ std::filesystem::path controlSocketPath() {
         return std::filesystem::path(folder.data()) / "quillane.sock";
     }
 #else
-    if (const char* folder = std::getenv("XDG_RUNTIME_DIR"); folder && *folder == '/') {
+    if (const char* folder = std::getenv("XDG_RUNTIME_DIR"); folder && *folder == '/' && isPrivateFolder(folder)) {
         // The instances of a Flatpak application have runtime folders of their own, and this part of it in common.
         const char* sandbox = std::getenv("FLATPAK_ID");
         const bool isInSandbox = sandbox != nullptr && *sandbox != '\0';
@@ -189,13 +178,9 @@ ControlSocket::~ControlSocket() = default;
 tl::expected<std::unique_ptr<ControlSocket>, ClaimError> ControlSocket::claim(const std::filesystem::path& path) {
     const auto address = socketAddress(path);
     const auto folder = path.parent_path();
-
-    struct stat status {};
-
     const bool isFolderThere =
         ::mkdir(folder.c_str(), 0700) == 0 ? ::chmod(folder.c_str(), 0700) == 0 : errno == EEXIST; // whatever the mask
-    if (!address || !isFolderThere || ::stat(folder.c_str(), &status) != 0 ||
-        status.st_uid != ::geteuid()) { // another user's folder must not be trusted
+    if (!address || !isFolderThere || !isPrivateFolder(folder)) {
         return tl::unexpected(ClaimError::unavailable);
     }
     core::FileDescriptor lock(::open((path.native() + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));

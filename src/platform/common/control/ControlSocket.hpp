@@ -15,12 +15,12 @@
 namespace quillane {
 
 /// Where this user's agent listens: `quillane.sock` in $XDG_RUNTIME_DIR on Linux, in the user's temporary folder on
-/// macOS, and without either in a folder of the user below /tmp.
+/// macOS, and without either in a folder of the user below /tmp. A runtime folder that others could enter is not used.
 [[nodiscard]] std::filesystem::path controlSocketPath();
 
 enum class ClaimError {
     alreadyRunning, ///< another agent of this user holds the socket
-    unavailable,    ///< the folder or the socket cannot be made
+    unavailable,    ///< the folder or the socket cannot be made, or others could enter the folder
 };
 
 /// The running agent's end of the control socket: a Unix stream socket with mode 0600, answering only processes of the
@@ -47,7 +47,7 @@ private:
 
 /// Asks the running agent and waits for its answer, up to the timeout. An error when there is none
 /// (`no_such_file_or_directory`, `connection_refused`), when it does not answer in time (`timed_out`) or with nonsense
-/// (`bad_message`).
+/// (`bad_message`), and, before anything is sent, when another user may listen (`permission_denied`).
 [[nodiscard]] tl::expected<ControlReply, std::errc>
 sendControlRequest(const std::filesystem::path& path, const ControlRequest& request, std::chrono::milliseconds timeout);
 

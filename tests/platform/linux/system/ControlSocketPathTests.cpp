@@ -2,7 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/common/control/ControlSocket.hpp"
 
+#include "support/TemporaryFiles.hpp"
+
 #include <gtest/gtest.h>
+
+#include <filesystem>
 
 #include <cstdlib>
 
@@ -11,21 +15,29 @@ namespace {
 
 class ControlSocketPathTest : public ::testing::Test {
 protected:
-    ControlSocketPathTest() { ::setenv("XDG_RUNTIME_DIR", "/run/user/7", 1); }
+    ControlSocketPathTest() {
+        std::filesystem::permissions(files_.folder(), std::filesystem::perms::owner_all);
+        ::setenv("XDG_RUNTIME_DIR", files_.folder().c_str(), 1);
+    }
 
     ~ControlSocketPathTest() override {
         ::unsetenv("XDG_RUNTIME_DIR");
         ::unsetenv("FLATPAK_ID");
     }
+
+    [[nodiscard]] std::filesystem::path runtimeFolder() const { return files_.folder(); }
+
+private:
+    fakes::TemporaryFiles files_;
 };
 
 TEST_F(ControlSocketPathTest, LiesInTheRuntimeFolder) {
-    EXPECT_EQ(controlSocketPath(), "/run/user/7/quillane.sock");
+    EXPECT_EQ(controlSocketPath(), runtimeFolder() / "quillane.sock");
 }
 
 TEST_F(ControlSocketPathTest, LiesInTheFolderThatInstancesOfASandboxShare) {
     ::setenv("FLATPAK_ID", "com.quillane.app", 1);
-    EXPECT_EQ(controlSocketPath(), "/run/user/7/app/com.quillane.app/quillane.sock");
+    EXPECT_EQ(controlSocketPath(), runtimeFolder() / "app/com.quillane.app/quillane.sock");
 }
 
 } // namespace
