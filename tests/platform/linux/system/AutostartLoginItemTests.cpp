@@ -11,6 +11,9 @@
 
 #include <fstream>
 #include <iterator>
+#include <string>
+
+#include <sys/stat.h>
 
 namespace quillane {
 namespace {
@@ -88,6 +91,21 @@ TEST_F(AutostartLoginItemTest, AnEntryThatTheDesktopHasSwitchedOffIsOff) {
         EXPECT_EQ(service.status(), LoginItemStatus::notRegistered) << line;
         ASSERT_TRUE(service.enable());
         EXPECT_EQ(service.status(), LoginItemStatus::enabled) << line;
+    }
+}
+
+TEST_F(AutostartLoginItemTest, FolderThatIsMadeIsPrivateAndTheEntryIsNobodyElsesToWriteWhateverTheMask) {
+    for (const mode_t mask : {0U, 0777U}) {
+        const mode_t before = ::umask(mask);
+        const auto made = files.folder() / std::to_string(mask) / "autostart";
+        EXPECT_TRUE(AutostartLoginItem("/bin/sh", made).enable()) << mask;
+        ::umask(before);
+        const auto modeOf = [](const std::filesystem::path& path) {
+            return static_cast<unsigned>(std::filesystem::status(path).permissions());
+        };
+        EXPECT_EQ(modeOf(made), 0700U) << mask;
+        EXPECT_EQ(modeOf(made.parent_path()), 0700U) << mask;
+        EXPECT_EQ(modeOf(made / "com.quillane.app.desktop"), 0644U) << mask;
     }
 }
 
