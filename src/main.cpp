@@ -9,6 +9,7 @@
 #include "core/support/Text.hpp"
 #include "core/support/Url.hpp"
 #include "platform/Platform.hpp"
+#include "platform/ProcessProtection.hpp"
 #include "platform/common/ExitHandler.hpp"
 #include "platform/common/control/ControlSocket.hpp"
 #include "platform/common/qt/TerminationSignals.hpp"
@@ -20,6 +21,7 @@
 #include <QStandardPaths>
 
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <string>
@@ -146,8 +148,20 @@ ControlReply diagnose(int argc, char** argv, const commandLine::Diagnose& call, 
     return doctor::report(facts, call.json);
 }
 
+/// Debuggers and measurements need to look into the process. Whoever may set the variable can start any program.
+bool isTraceable() {
+#ifdef NDEBUG
+    return std::getenv("QUILLANE_TRACEABLE") != nullptr;
+#else
+    return true;
+#endif
+}
+
 /// Becomes the agent, or asks the user's running agent to show itself.
 int runAgent(int argc, char** argv, const commandLine::RunAgent& call) {
+    if (!isTraceable()) {
+        protectProcess();
+    }
     auto control = ControlSocket::claim(controlSocketPath());
     if (!control && control.error() == ClaimError::alreadyRunning) {
         return ask({"open", {}});

@@ -22,7 +22,7 @@ struct IdleCost {
 std::vector<IdleCost> measure(LiveDesktop& desktop, int seconds) {
     std::vector<ChildProcess> processes;
     for (const auto& peer : peers()) {
-        auto process = desktop.startProcess(peer.server);
+        auto process = desktop.startProcess(peer.server, {{"QUILLANE_TRACEABLE", "1"}}); // to read its memory's size
         must(process.has_value(), peer.name + " starts");
         processes.push_back(std::move(*process));
         must(waitUntil([&] { return desktop.run(peer.client).succeeded(); }), peer.name + " answers");

@@ -6,9 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include <cstdlib>
+#include <filesystem>
 
 namespace quillane {
 namespace {
@@ -16,7 +15,6 @@ namespace {
 class ControlSocketPathTest : public ::testing::Test {
 protected:
     ControlSocketPathTest() {
-        std::filesystem::permissions(files_.folder(), std::filesystem::perms::owner_all);
         ::setenv("XDG_RUNTIME_DIR", files_.folder().c_str(), 1);
     }
 
