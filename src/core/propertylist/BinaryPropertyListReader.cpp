@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/propertylist/PropertyListFormats.hpp"
 #include "core/support/Characters.hpp"
-
-#include <unicode/unistr.h>
+#include "core/support/Utf8.hpp"
 
 #include <bit>
 #include <cstdint>
@@ -30,13 +29,11 @@ std::uint64_t number(Bytes bytes) {
 }
 
 std::string textOfUtf16(Bytes bytes) {
-    icu::UnicodeString text;
-    for (std::size_t position = 0; position + 1 < bytes.size(); position += 2) {
-        text.append(static_cast<char16_t>(number(bytes.subspan(position, 2))));
+    std::u16string text(bytes.size() / 2, u'\0');
+    for (std::size_t unit = 0; unit < text.size(); ++unit) {
+        text[unit] = static_cast<char16_t>(number(bytes.subspan(unit * 2, 2)));
     }
-    std::string result;
-    text.toUTF8String(result); // a lone surrogate becomes U+FFFD
-    return result;
+    return utf8OfUtf16(text);
 }
 
 /// Reads one file once. Stops at the first error.

@@ -4,6 +4,7 @@
 
 #include <unicode/locid.h>
 #include <unicode/unistr.h>
+#include <unicode/ustring.h>
 #include <unicode/utf8.h>
 
 #include <cstddef>
@@ -62,10 +63,19 @@ bool isValidUtf8(std::string_view bytes) {
 }
 
 std::string lowercased(std::string_view text) {
-    std::string result;
-    icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())))
-        .toLower(icu::Locale::getRoot())
-        .toUTF8String(result);
+    const auto lower =
+        icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())))
+            .toLower(icu::Locale::getRoot());
+    return utf8OfUtf16({lower.getBuffer(), static_cast<std::size_t>(lower.length())});
+}
+
+std::string utf8OfUtf16(std::u16string_view text) {
+    std::string result(text.size() * 3, '\0'); // the maximum for one unit
+    std::int32_t length = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    u_strToUTF8WithSub(result.data(), static_cast<std::int32_t>(result.size()), &length, text.data(),
+                       static_cast<std::int32_t>(text.size()), 0xFFFD, nullptr, &status);
+    result.resize(static_cast<std::size_t>(length));
     return result;
 }
 

@@ -13,4 +13,8 @@ namespace quillane::core {
 /// The text in lower case, by language-independent rules. The text must be well-formed.
 [[nodiscard]] std::string lowercased(std::string_view text);
 
+/// UTF-16 as UTF-8, with U+FFFD in place of each lone surrogate. Unlike ICU's own, leaves nothing of the text on the
+/// stack.
+[[nodiscard]] std::string utf8OfUtf16(std::u16string_view text);
+
 } // namespace quillane::core

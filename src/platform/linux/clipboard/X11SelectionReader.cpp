@@ -13,6 +13,9 @@ namespace {
 /// The part of a property that is requested at once, in units of four bytes: the size of most owners' increments.
 constexpr std::uint32_t partUnits = 256 * 1'024;
 
+/// XCB reads into a buffer of this size, where contents would stay until enough other answers have arrived.
+constexpr std::array<char, 4'096> readBuffer{};
+
 } // namespace
 
 X11SelectionReader::X11SelectionReader(X11Connection& connection, xcb_atom_t selection, Limits limits)
@@ -72,8 +75,20 @@ void X11SelectionReader::end() {
     pauseTimer_.stop();
     totalTimer_.stop();
     if (const auto window = std::exchange(window_, XCB_WINDOW_NONE); window != XCB_WINDOW_NONE) {
+        if (std::exchange(hasReceived_, false)) {
+            overwriteReadBuffer(window);
+        }
         xcb_destroy_window(connection_.raw(), window);
     }
+}
+
+void X11SelectionReader::overwriteReadBuffer(xcb_window_t window) {
+    auto* c = connection_.raw();
+    xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, property_, XCB_ATOM_STRING, 8, readBuffer.size(),
+                        readBuffer.data());
+    connection_.await<xcb_get_property_reply_t>(
+        xcb_get_property(c, 0, window, property_, XCB_ATOM_STRING, 0, readBuffer.size() / 4), {},
+        [](const xcb_get_property_reply_t* /*reply*/) {});
 }
 
 void X11SelectionReader::handle(const xcb_generic_event_t& event) {
@@ -152,6 +167,7 @@ void X11SelectionReader::take(const xcb_get_property_reply_t* reply) {
         return;
     }
     const auto* value = static_cast<const std::byte*>(xcb_get_property_value(reply));
+    hasReceived_ = true;
     contents_.bytes.insert(contents_.bytes.end(), value, value + size);
     contents_.type = reply->type;
     contents_.format = reply->format;

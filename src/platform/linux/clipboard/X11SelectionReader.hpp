@@ -55,6 +55,7 @@ private:
     void take(const xcb_get_property_reply_t* reply);
     void finish(std::optional<Failure> failure);
     void end();
+    void overwriteReadBuffer(xcb_window_t window);
 
     X11Connection& connection_;
     xcb_atom_t selection_;
@@ -65,6 +66,7 @@ private:
     xcb_atom_t target_ = XCB_ATOM_NONE;
     std::size_t maximumBytes_ = 0;
     bool isIncremental_ = false;
+    bool hasReceived_ = false;  ///< contents, or a part of them
     bool isReading_ = false;    ///< a part has been requested
     bool hasNewPart_ = false;   ///< another one arrived meanwhile
     std::uint32_t offset_ = 0;  ///< of the next part in the property, in units of four bytes

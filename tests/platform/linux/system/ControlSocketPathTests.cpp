@@ -14,9 +14,7 @@ namespace {
 
 class ControlSocketPathTest : public ::testing::Test {
 protected:
-    ControlSocketPathTest() {
-        ::setenv("XDG_RUNTIME_DIR", files_.folder().c_str(), 1);
-    }
+    ControlSocketPathTest() { ::setenv("XDG_RUNTIME_DIR", files_.folder().c_str(), 1); }
 
     ~ControlSocketPathTest() override {
         ::unsetenv("XDG_RUNTIME_DIR");
