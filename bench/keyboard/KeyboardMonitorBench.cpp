@@ -94,6 +94,10 @@ public:
 
     [[nodiscard]] std::optional<InputSource> current() const override { return source_; }
 
+    [[nodiscard]] std::optional<core::KeyboardLayout> layout(std::string_view /*id*/) const override {
+        return std::nullopt;
+    }
+
     bool select(std::string_view /*id*/) override { return false; }
 
     [[nodiscard]] bool switchedBySystemShortcut() const override { return false; }
