@@ -29,11 +29,13 @@ tl::expected<ChildProcess, std::string> startKeyring(LiveDesktop& desktop) {
     return keyring;
 }
 
-bool writeHistorySettings(const LiveDesktop& desktop, const core::ClipboardOptions& options) {
+bool writeHistorySettings(const LiveDesktop& desktop, const core::ClipboardOptions& options,
+                          std::map<std::string, std::string> more) {
     const auto json = core::encodeClipboardOptions(options);
     const std::unique_ptr<char, decltype(&g_free)> text(
         g_base64_encode(reinterpret_cast<const guchar*>(json.data()), json.size()), g_free);
-    return writeAgentSettings(desktop, {{core::clipboardOptionsKey, std::string("<data>") + text.get() + "</data>"}});
+    more[core::clipboardOptionsKey] = std::string("<data>") + text.get() + "</data>";
+    return writeAgentSettings(desktop, more);
 }
 
 } // namespace quillane::live

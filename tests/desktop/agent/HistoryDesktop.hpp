@@ -11,7 +11,9 @@ namespace quillane::live {
 /// An unlocked keyring, in which the clipboard history keeps its key.
 [[nodiscard]] tl::expected<ChildProcess, std::string> startKeyring(LiveDesktop& desktop);
 
-/// Writes the agent's settings with these options of the clipboard history, as the settings window stores them.
-[[nodiscard]] bool writeHistorySettings(const LiveDesktop& desktop, const core::ClipboardOptions& options);
+/// Writes the agent's settings with these options of the clipboard history, as the settings window stores them, and
+/// with more entries as `writeAgentSettings` takes them.
+[[nodiscard]] bool writeHistorySettings(const LiveDesktop& desktop, const core::ClipboardOptions& options,
+                                        std::map<std::string, std::string> more = {});
 
 } // namespace quillane::live
