@@ -54,6 +54,15 @@ TEST_F(LiveTapRecoveryTest, SurvivesKeyboardsThatComeAndGo) {
     EXPECT_TRUE(shiftTypingComesBack()) << editorText();
 }
 
+TEST_F(LiveTapRecoveryTest, FollowsApplicationsToAnotherAccessibilityBus) {
+    startTyping(editors().front());
+    ASSERT_TRUE(shiftTypingComesBack()) << editorText();
+    desktop().killService("at-spi-bus-launcher"); // leaves its bus behind
+    ASSERT_EQ(desktop().restartAccessibility(), "");
+    startEditor(editors().front());
+    EXPECT_TRUE(shiftTypingComesBack()) << editorText();
+}
+
 TEST_F(LiveTapRecoveryTest, SurvivesAGrabByAnotherProgram) {
     startTyping(editors().front());
     ASSERT_TRUE(grabKeyboard(desktop().screen()));

@@ -40,7 +40,7 @@ void AccessibilityBus::watch(BusConnection& session) {
         const auto name = reader.text();
         reader.skip();
         const auto owner = reader.text();
-        if (name == launcher && owner && !owner->empty() && (!connection_ || connection_->isLost())) {
+        if (name == launcher && owner && !owner->empty()) {
             find(session);
         }
     });
@@ -58,13 +58,20 @@ void AccessibilityBus::find(BusConnection& session) {
     session.call(std::move(question), lifetime_, [this](DBusMessage* reply) {
         finding_ = false;
         const auto address = reply != nullptr ? BusReader(*reply).text() : std::nullopt;
-        if (address && (!connection_ || connection_->isLost())) {
+        const bool isConnected = connection_ && !connection_->isLost();
+        if (address && !(isConnected && address_ == *address)) {
             open(std::string(*address));
         }
     });
 }
 
+/// A bus that its launcher has left behind may live on, but applications come to the one of the next launcher.
 void AccessibilityBus::open(const std::string& address) {
+    if (connection_ && !connection_->isLost()) {
+        losses_.notify();
+    }
+    loss_ = {};
+    address_ = address;
     connection_ = BusConnection::open(address);
     if (connection_) {
         loss_ = connection_->onLost([this] { losses_.notify(); });

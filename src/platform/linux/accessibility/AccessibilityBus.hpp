@@ -6,13 +6,14 @@
 #include "platform/linux/dbus/BusConnection.hpp"
 
 #include <memory>
+#include <string>
 
 namespace quillane {
 
 class SessionBus;
 
 /// The separate bus on which applications offer their accessibility trees (AT-SPI 2). Its address comes from the
-/// session's org.a11y.Bus, and it may end and come back at any time. Main thread only; nothing waits.
+/// session's org.a11y.Bus, and it may end, or another may take its place, at any time. Main thread only; nothing waits.
 class AccessibilityBus {
 public:
     explicit AccessibilityBus(SessionBus& session);
@@ -35,6 +36,7 @@ private:
 
     SessionBus& session_;
     std::unique_ptr<BusConnection> connection_;
+    std::string address_; ///< of the connection; it is another one for each bus
     bool finding_ = false;
     BusConnection::Clock::time_point lastTry_;
     core::Listeners<BusConnection&> openings_;
