@@ -139,6 +139,15 @@ std::optional<AtspiObject> readReference(BusReader& reader) {
     return AtspiObject{std::string(*bus), std::string(*path)};
 }
 
+void readAnswer(AtspiFact fact, DBusMessage& answer, AtspiFacts& facts) {
+    for (const auto& question : questions) {
+        if (question.fact == fact) {
+            BusReader reader(answer);
+            question.read(reader, facts);
+        }
+    }
+}
+
 std::shared_ptr<AtspiFacts> requestFacts(BusConnection& bus, const AtspiObject& object, AtspiFactSet which,
                                          std::function<void()> onAnswer) {
     auto facts = std::make_shared<AtspiFacts>(); // shared with answers that may come too late
@@ -157,15 +166,14 @@ std::shared_ptr<AtspiFacts> requestFacts(BusConnection& bus, const AtspiObject& 
         dbus_message_set_auto_start(message.get(), 0);
         bus.call(
             std::move(message), facts,
-            [weak = std::weak_ptr(facts), bit, read = question.read, onAnswer](DBusMessage* reply) {
+            [weak = std::weak_ptr(facts), bit, onAnswer](DBusMessage* reply) {
                 const auto target = weak.lock();
                 if (!target) {
                     return;
                 }
                 target->answered |= bit;
                 if (reply != nullptr) {
-                    BusReader reader(*reply);
-                    read(reader, *target);
+                    readAnswer(static_cast<AtspiFact>(bit), *reply, *target);
                 } else {
                     target->refused |= bit;
                 }

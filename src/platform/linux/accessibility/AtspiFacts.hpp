@@ -122,6 +122,9 @@ struct AtspiFacts {
 [[nodiscard]] std::shared_ptr<AtspiFacts> requestFacts(BusConnection& bus, const AtspiObject& object,
                                                        AtspiFactSet which, std::function<void()> onAnswer = {});
 
+/// Reads an application's answer to the request for one fact.
+void readAnswer(AtspiFact fact, DBusMessage& answer, AtspiFacts& facts);
+
 /// The object that a reference "(so)" names; none for the null reference and for invalid names.
 [[nodiscard]] std::optional<AtspiObject> readReference(BusReader& reader);
 

@@ -5,6 +5,7 @@
 #include "platform/linux/keyboard/X11KeyCodes.hpp"
 #include "platform/linux/x11/X11Xkb.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <vector>
@@ -76,7 +77,10 @@ private:
         std::vector<std::uint32_t> keysyms;
     };
 
-    [[nodiscard]] static unsigned groups(const Key& key) { return key.groupInfo & 0x0fU; }
+    /// At most as many as a key has types, whatever the map says.
+    [[nodiscard]] static unsigned groups(const Key& key) {
+        return std::min(key.groupInfo & 0x0fU, static_cast<unsigned>(key.types.size()));
+    }
 
     [[nodiscard]] static unsigned effectiveGroup(const Key& key, unsigned group);
 
