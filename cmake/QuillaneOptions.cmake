@@ -100,6 +100,12 @@ function(quillane_test name)
     target_compile_definitions(${name} PRIVATE QUILLANE_SCREENSHOTS="${CMAKE_BINARY_DIR}/screenshots"
       $<$<NOT:$<BOOL:${APPLE}>>:QUILLANE_LINE_ART>) # the symbols that Linux has
   endif()
+  foreach(label IN LISTS ARG_LABELS)
+    if(NOT TARGET tests_${label}) # all tests with this label
+      add_custom_target(tests_${label})
+    endif()
+    add_dependencies(tests_${label} ${name})
+  endforeach()
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT ${ARG_TIMEOUT})
   # gtest_discover_tests takes no property that is a list, so the labels are set when ctest has read the tests' names.
   set(serial FALSE)

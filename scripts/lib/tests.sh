@@ -35,15 +35,27 @@ is_open_to_users() {
     ordinarily test -x "$PWD/scripts/test" -a -r "$PWD/scripts/test"
 }
 
-# run_tests PRESET [--only LABEL | --without LABEL]: runs what was built with ctest. When root asks, the tests with the label
-# "privileged" run in a second round, as root.
+# run_tests PRESET [LABEL... | --without LABEL]: runs what was built with ctest: the tests that carry all the labels, or those
+# that do not carry the one. When root asks, the tests with the label "privileged" run in a second round, as root.
 run_tests() {
-    local preset=$1 status=0 excluded=
-    local run=(ctest --preset "$preset" --parallel "$(cores)")
-    case ${2:-} in
-    --only) run+=(-L "^$3\$") ;;
-    --without) excluded=$3 ;;
-    esac
+    local preset=$1 status=0 excluded='' label run=()
+    shift
+    if [[ $preset == tsan ]]; then
+        run+=(setarch -R) # the sanitizer's shadow memory lies where the system may put the program
+        export TSAN_OPTIONS="suppressions=$PWD/cmake/thread-sanitizer.txt halt_on_error=0 ${TSAN_OPTIONS:-}"
+    fi
+    if [[ $preset == asan && " $* " == *" desktop "* && ${1:-} != --without ]]; then
+        # The desktop's libraries keep what they have to the end, and some tests preload a library of their own.
+        export ASAN_OPTIONS="detect_leaks=0:verify_asan_link_order=0:${ASAN_OPTIONS:-}"
+    fi
+    run+=(ctest --preset "$preset" --parallel "$(cores)")
+    if [[ ${1:-} == --without ]]; then
+        excluded=$2
+    else
+        for label in "$@"; do
+            run+=(-L "^$label\$")
+        done
+    fi
 
     if ! is_root || ! is_open_to_users; then
         if is_root; then
