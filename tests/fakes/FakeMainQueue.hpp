@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/support/Lifetime.hpp"
 #include "platform/MainQueue.hpp"
 #include "support/Journal.hpp"
 
@@ -60,7 +61,7 @@ private:
     std::uint64_t next_ = 0;
     std::chrono::milliseconds now_{};
     std::chrono::milliseconds nap_{};
-    std::shared_ptr<bool> lifetime_ = std::make_shared<bool>(true); // shared with tokens that may outlive the queue
+    core::Lifetime lifetime_;
 };
 
 } // namespace quillane::fakes
