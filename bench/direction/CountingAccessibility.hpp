@@ -54,6 +54,14 @@ public:
         return counted([&] { return real_.setAttribute(element, name, value); });
     }
 
+    std::optional<AXRect> frame(const AXElement& element) override {
+        return counted([&] { return real_.frame(element); });
+    }
+
+    std::optional<AXRect> frameOfText(const AXElement& element, const AXTextRange& range) override {
+        return counted([&] { return real_.frameOfText(element, range); });
+    }
+
     std::vector<std::string> actionNames(const AXElement& element) override {
         return counted([&] { return real_.actionNames(element); });
     }

@@ -136,6 +136,13 @@ public:
         return false;
     }
 
+    [[nodiscard]] std::optional<AXRect> frame(const AXElement& /*element*/) override { return std::nullopt; }
+
+    [[nodiscard]] std::optional<AXRect> frameOfText(const AXElement& /*element*/,
+                                                    const AXTextRange& /*range*/) override {
+        return std::nullopt;
+    }
+
     [[nodiscard]] std::vector<std::string> actionNames(const AXElement& /*element*/) override { return {}; }
 
     AXActionResult performAction(const AXElement& /*element*/, std::string_view /*name*/) override {

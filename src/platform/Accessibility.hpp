@@ -50,6 +50,18 @@ struct AXTextRange {
     bool operator==(const AXTextRange&) const = default;
 };
 
+/// A rectangle on the screen, in the units of the desktop from its upper left.
+struct AXRect {
+    double x = 0;
+    double y = 0;
+    double width = 0;
+    double height = 0;
+
+    [[nodiscard]] double right() const { return x + width; }
+
+    bool operator==(const AXRect&) const = default;
+};
+
 /// A value that only its application understands, such as a position in a web page. It can be kept, compared and
 /// written back.
 class AXOpaqueValue {
@@ -126,6 +138,13 @@ public:
 
     /// Sets an attribute; false on failure.
     virtual bool setAttribute(const AXElement& element, std::string_view name, const AXValue& value) = 0;
+
+    /// Where an element is; none when it is not on the screen.
+    [[nodiscard]] virtual std::optional<AXRect> frame(const AXElement& element) = 0;
+
+    /// Where the characters of a range in the element's text are, which may be scrolled away; the text cursor where the
+    /// range is empty.
+    [[nodiscard]] virtual std::optional<AXRect> frameOfText(const AXElement& element, const AXTextRange& range) = 0;
 
     /// The actions of an element ("AXPress", "AXShowMenu", …); empty on failure.
     [[nodiscard]] virtual std::vector<std::string> actionNames(const AXElement& element) = 0;

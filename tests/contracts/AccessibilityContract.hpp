@@ -191,6 +191,29 @@ TYPED_TEST_P(AccessibilityContract, TheSelectionCanBeReadAndSet) {
     EXPECT_FALSE(accessibility.setAttribute(*field, "AXSelectedTextRange", true));
 }
 
+TYPED_TEST_P(AccessibilityContract, TheTextOfAFieldIsInItsFrameFromLeftToRight) {
+    this->driver.focusTextField();
+    const auto field = this->focusedField(false);
+    ASSERT_TRUE(field);
+    auto& accessibility = this->driver.accessibility();
+    EXPECT_GE(this->template read<std::int64_t>(*field, "AXNumberOfCharacters").value_or(0), 3);
+    const auto frame = accessibility.frame(*field);
+    const auto text = accessibility.frameOfText(*field, {0, 3});
+    const auto third = accessibility.frameOfText(*field, {2, 1});
+    const auto position = accessibility.frameOfText(*field, {1, 0});
+    ASSERT_TRUE(frame && text && third && position);
+    EXPECT_GT(frame->width, text->width);
+    EXPECT_GE(text->x, frame->x);
+    EXPECT_GE(text->y, frame->y);
+    EXPECT_LE(text->right(), frame->right());
+    EXPECT_GT(third->x, text->x);
+    EXPECT_GT(position->x, text->x);
+    EXPECT_LT(position->x, third->x);
+    const auto application = accessibility.application(this->nobody);
+    EXPECT_FALSE(accessibility.frame(application));
+    EXPECT_FALSE(accessibility.frameOfText(application, {0, 1}));
+}
+
 TYPED_TEST_P(AccessibilityContract, AnActionThatIsMissingFails) {
     this->driver.focusTextField();
     const auto field = this->focusedField(false);
@@ -248,7 +271,8 @@ REGISTER_TYPED_TEST_SUITE_P(AccessibilityContract, AFocusedTextFieldIsEnabledAnd
                             ReferencesToOneElementAreEqual, AnElementIsAmongTheChildrenOfItsParent,
                             AProcessThatDoesNotRunGivesNoAnswer, SeveralElementsAreReadAsOneByOne,
                             TheFocusedElementIsInTheFocusedWindow, TheSelectionCanBeReadAndSet,
-                            AnActionThatIsMissingFails, AnOpeningMenuIsAnnouncedAndCanBeCancelled,
-                            NothingIsAnnouncedOnceTheTokenIsDropped, AnApplicationThatHangsCostsTheTimeoutAlone);
+                            TheTextOfAFieldIsInItsFrameFromLeftToRight, AnActionThatIsMissingFails,
+                            AnOpeningMenuIsAnnouncedAndCanBeCancelled, NothingIsAnnouncedOnceTheTokenIsDropped,
+                            AnApplicationThatHangsCostsTheTimeoutAlone);
 
 } // namespace quillane::testing

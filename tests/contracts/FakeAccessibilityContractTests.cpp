@@ -22,6 +22,12 @@ public:
                       .with("AXWindow", window)
                       .with("AXSelectedTextRange", AXTextRange{3, 0})
                       .settable("AXSelectedTextRange");
+        field_->with("AXNumberOfCharacters", std::int64_t{3})
+            .at({100, 50, 200, 20})
+            .withText([](const AXTextRange& range) {
+                return AXRect{104.0 + 8.0 * static_cast<double>(range.location), 52,
+                              8.0 * static_cast<double>(range.length), 16};
+            });
         password_ = &window.addTextField().with("AXSubrole", "AXSecureTextField");
         menu_ = &tree().add("AXMenu").present(false).withAction("AXCancel", [this] {
             menu_->present(false);

@@ -102,6 +102,16 @@ FakeElement& FakeElement::hanging() {
     return *this;
 }
 
+FakeElement& FakeElement::at(const AXRect& frame) {
+    frame_ = frame;
+    return *this;
+}
+
+FakeElement& FakeElement::withText(std::function<std::optional<AXRect>(const AXTextRange&)> place) {
+    textPlace_ = std::move(place);
+    return *this;
+}
+
 FakeElement& FakeElement::add(std::string role) {
     auto& child = *children_.emplace_back(std::make_unique<FakeElement>(std::move(role)));
     child.parent_ = this;
@@ -274,6 +284,16 @@ bool FakeAccessibility::setAttribute(const AXElement& element, std::string_view 
         node->values_.insert_or_assign(std::string(name), value);
     }
     return true;
+}
+
+std::optional<AXRect> FakeAccessibility::frame(const AXElement& element) {
+    const auto* node = asked(element, "frame");
+    return node != nullptr ? node->frame_ : std::nullopt;
+}
+
+std::optional<AXRect> FakeAccessibility::frameOfText(const AXElement& element, const AXTextRange& range) {
+    const auto* node = asked(element, "frame of text");
+    return node != nullptr && node->textPlace_ ? node->textPlace_(range) : std::nullopt;
 }
 
 std::vector<std::string> FakeAccessibility::actionNames(const AXElement& element) {

@@ -61,6 +61,12 @@ public:
     /// Makes every call on the element wait for an answer that does not come in time.
     FakeElement& hanging();
 
+    /// Puts the element on the screen.
+    FakeElement& at(const AXRect& frame);
+
+    /// Places the text: called with a range of it whenever somebody asks.
+    FakeElement& withText(std::function<std::optional<AXRect>(const AXTextRange&)> place);
+
     /// Adds a child and returns the child.
     FakeElement& add(std::string role);
 
@@ -79,6 +85,8 @@ private:
     std::map<std::string, Effect, std::less<>> actions_;
     std::vector<std::unique_ptr<FakeElement>> children_;
     FakeElement* parent_ = nullptr;
+    std::optional<AXRect> frame_;
+    std::function<std::optional<AXRect>(const AXTextRange&)> textPlace_;
     bool present_ = true;
     bool fails_ = false;
     bool hangs_ = false;
@@ -113,6 +121,8 @@ public:
     [[nodiscard]] bool isAnswering(const AXElement& element) override;
     [[nodiscard]] bool isAttributeSettable(const AXElement& element, std::string_view name) override;
     bool setAttribute(const AXElement& element, std::string_view name, const AXValue& value) override;
+    [[nodiscard]] std::optional<AXRect> frame(const AXElement& element) override;
+    [[nodiscard]] std::optional<AXRect> frameOfText(const AXElement& element, const AXTextRange& range) override;
     [[nodiscard]] std::vector<std::string> actionNames(const AXElement& element) override;
     AXActionResult performAction(const AXElement& element, std::string_view name) override;
     [[nodiscard]] std::optional<core::Subscription> observe(const AXElement& application, std::string_view name,

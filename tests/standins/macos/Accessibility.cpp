@@ -44,6 +44,11 @@ AccessibleElement& AccessibleElement::withAction(const std::string& name, std::f
     return *this;
 }
 
+AccessibleElement& AccessibleElement::withBounds(std::function<Value(const CFRange& range)> bounds) {
+    bounds_ = std::move(bounds);
+    return *this;
+}
+
 AccessibleElement& AccessibleElement::add(std::string_view role) {
     auto& child = *children_.emplace_back(std::make_unique<AccessibleElement>(role));
     child.parent_ = this;
@@ -124,6 +129,22 @@ AXError AccessibilityServer::copy(AXUIElementRef element, const std::string& att
                            : answer.error;
     *result = error == kAXErrorSuccess && held ? CFRetain(held.get()) : nullptr;
     return error;
+}
+
+AXError AccessibilityServer::copyFor(AXUIElementRef element, const std::string& attribute, CFTypeRef parameter,
+                                     CFTypeRef* result) {
+    const auto answer = ask(element);
+    if (answer.element == nullptr) {
+        return answer.error;
+    }
+    CFRange range{};
+    const bool isRange = CFGetTypeID(parameter) == AXValueGetTypeID() &&
+                         AXValueGetValue(reinterpret_cast<AXValueRef>(parameter), kAXValueTypeCFRange, &range);
+    if (attribute != "AXBoundsForRange" || !answer.element->bounds_ || !isRange) {
+        return attribute == "AXBoundsForRange" && !isRange ? kAXErrorIllegalArgument : kAXErrorAttributeUnsupported;
+    }
+    *result = CFRetain(answer.element->bounds_(range).get());
+    return kAXErrorSuccess;
 }
 
 AXError AccessibilityServer::copySeveral(AXUIElementRef element, CFArrayRef names, CFArrayRef* result) {
@@ -264,6 +285,11 @@ AXError AXUIElementSetMessagingTimeout(AXUIElementRef element, float seconds) {
 
 AXError AXUIElementCopyAttributeValue(AXUIElementRef element, CFStringRef name, CFTypeRef* value) {
     return Mac::current().accessibility.copy(element, text(name), value);
+}
+
+AXError AXUIElementCopyParameterizedAttributeValue(AXUIElementRef element, CFStringRef name, CFTypeRef parameter,
+                                                   CFTypeRef* value) {
+    return Mac::current().accessibility.copyFor(element, text(name), parameter, value);
 }
 
 AXError AXUIElementCopyMultipleAttributeValues(AXUIElementRef element, CFArrayRef names,

@@ -32,6 +32,9 @@ public:
     AccessibleElement& settable(const std::string& attribute);
     AccessibleElement& withAction(const std::string& name, std::function<AXError()> effect);
 
+    /// Places the text: gives the bounds of a range.
+    AccessibleElement& withBounds(std::function<Value(const CFRange& range)> bounds);
+
     /// Adds a child and returns the child.
     AccessibleElement& add(std::string_view role);
 
@@ -45,6 +48,7 @@ private:
     std::map<std::string, Attribute> attributes_;
     std::set<std::string> settable_;
     std::map<std::string, std::function<AXError()>> actions_;
+    std::function<Value(const CFRange& range)> bounds_;
     std::vector<std::unique_ptr<AccessibleElement>> children_;
     AccessibleElement* parent_ = nullptr;
 };
@@ -67,6 +71,8 @@ public:
     [[nodiscard]] AXUIElementRef create(pid_t pid, const AccessibleElement* element = nullptr);
 
     [[nodiscard]] AXError copy(AXUIElementRef element, const std::string& attribute, CFTypeRef* result);
+    [[nodiscard]] AXError copyFor(AXUIElementRef element, const std::string& attribute, CFTypeRef parameter,
+                                  CFTypeRef* result);
     [[nodiscard]] AXError copySeveral(AXUIElementRef element, CFArrayRef names, CFArrayRef* result);
     [[nodiscard]] AXError isSettable(AXUIElementRef element, const std::string& attribute, Boolean* result);
     [[nodiscard]] AXError set(AXUIElementRef element, const std::string& attribute, CFTypeRef held);
@@ -108,7 +114,9 @@ private:
 
 /// A structure of Accessibility.
 [[nodiscard]] Value rangeValue(CFIndex location, CFIndex length);
-[[nodiscard]] Value sizeValue();
+[[nodiscard]] Value pointValue(double x, double y);
+[[nodiscard]] Value sizeValue(double width = 0, double height = 0);
+[[nodiscard]] Value rectangleValue(double x, double y, double width, double height);
 [[nodiscard]] Value errorValue(AXError error);
 
 /// A reference to an element, as an attribute of another type or inside of a list would hold it.

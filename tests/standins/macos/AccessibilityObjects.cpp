@@ -16,11 +16,19 @@ bool isSame(const CGSize& one, const CGSize& other) {
     return one.width == other.width && one.height == other.height;
 }
 
+bool isSame(const CGPoint& one, const CGPoint& other) {
+    return one.x == other.x && one.y == other.y;
+}
+
+bool isSame(const CGRect& one, const CGRect& other) {
+    return isSame(one.origin, other.origin) && isSame(one.size, other.size);
+}
+
 bool isSame(AXError one, AXError other) {
     return one == other;
 }
 
-Value structure(std::variant<CFRange, AXError, CGSize> content) {
+Value structure(Structure::Content content) {
     return Value::adopt(reference<CFTypeRef>(make<Structure>(content)));
 }
 
@@ -39,7 +47,8 @@ bool Structure::equals(const Object& other) const {
 }
 
 AXValueType Structure::structureType() const {
-    constexpr AXValueType types[]{kAXValueTypeCFRange, kAXValueTypeAXError, kAXValueTypeCGSize};
+    constexpr AXValueType types[]{kAXValueTypeCFRange, kAXValueTypeAXError, kAXValueTypeCGSize, kAXValueTypeCGPoint,
+                                  kAXValueTypeCGRect};
     return types[content_.index()];
 }
 
@@ -47,8 +56,16 @@ Value rangeValue(CFIndex location, CFIndex length) {
     return structure(CFRange{location, length});
 }
 
-Value sizeValue() {
-    return structure(CGSize{});
+Value pointValue(double x, double y) {
+    return structure(CGPoint{x, y});
+}
+
+Value sizeValue(double width, double height) {
+    return structure(CGSize{width, height});
+}
+
+Value rectangleValue(double x, double y, double width, double height) {
+    return structure(CGRect{{x, y}, {width, height}});
 }
 
 Value errorValue(AXError error) {

@@ -33,7 +33,9 @@ public:
 /// A structure by its type.
 class Structure final : public Object {
 public:
-    explicit Structure(std::variant<CFRange, AXError, CGSize> content) : content_(content) {}
+    using Content = std::variant<CFRange, AXError, CGSize, CGPoint, CGRect>;
+
+    explicit Structure(Content content) : content_(content) {}
 
     [[nodiscard]] CFTypeID type() const override { return AXValueGetTypeID(); }
 
@@ -43,10 +45,10 @@ public:
 
     [[nodiscard]] AXValueType structureType() const;
 
-    [[nodiscard]] const std::variant<CFRange, AXError, CGSize>& content() const { return content_; }
+    [[nodiscard]] const Content& content() const { return content_; }
 
 private:
-    std::variant<CFRange, AXError, CGSize> content_;
+    Content content_;
 };
 
 /// An observer of one application.

@@ -127,6 +127,9 @@ AXValue AtspiAccessibility::present(AtspiValue value, std::optional<std::chrono:
     if (const auto* range = std::get_if<AXTextRange>(&value)) {
         return *range;
     }
+    if (const auto* number = std::get_if<std::int64_t>(&value)) {
+        return *number;
+    }
     const auto* flag = std::get_if<bool>(&value);
     return flag != nullptr ? AXValue(*flag) : AXValue();
 }

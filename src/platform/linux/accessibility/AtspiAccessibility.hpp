@@ -43,6 +43,8 @@ public:
     [[nodiscard]] bool isAnswering(const AXElement& element) override;
     [[nodiscard]] bool isAttributeSettable(const AXElement& element, std::string_view name) override;
     bool setAttribute(const AXElement& element, std::string_view name, const AXValue& value) override;
+    [[nodiscard]] std::optional<AXRect> frame(const AXElement& element) override;
+    [[nodiscard]] std::optional<AXRect> frameOfText(const AXElement& element, const AXTextRange& range) override;
     [[nodiscard]] std::vector<std::string> actionNames(const AXElement& element) override;
     AXActionResult performAction(const AXElement& element, std::string_view name) override;
     [[nodiscard]] std::optional<core::Subscription> observe(const AXElement& application, std::string_view name,
@@ -98,6 +100,8 @@ private:
     factsOfEach(std::span<const AtspiObject> objects, std::span<const AtspiFactSet> which, const Limit& limit);
     [[nodiscard]] std::optional<std::vector<AtspiObject>> openedSubmenu(const AtspiObject& item, Limit limit);
     [[nodiscard]] std::optional<bool> answer(BusMessage message, const Limit& limit);
+    [[nodiscard]] bool ask(BusMessage message, const Limit& limit, std::function<void(DBusMessage* reply)> read);
+    [[nodiscard]] std::optional<AXRect> rectangle(BusMessage message, const Limit& limit);
     [[nodiscard]] AXActionResult doAction(const AtspiObject& object, std::size_t index, const Limit& limit);
     [[nodiscard]] AXActionResult dismissMenu(const AtspiObject& menu, const Limit& limit);
     [[nodiscard]] std::optional<AtspiObject> innermostOpenMenu(const AtspiObject& menu, const Limit& limit);

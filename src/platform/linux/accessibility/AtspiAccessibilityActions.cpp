@@ -14,7 +14,9 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto actionInterface = "org.a11y.atspi.Action";
+constexpr auto componentInterface = "org.a11y.atspi.Component";
 constexpr auto textInterface = "org.a11y.atspi.Text";
+constexpr std::uint32_t onScreen = 0; // AtspiCoordType
 constexpr auto registry = "org.a11y.atspi.Registry";
 constexpr auto keySource = "/org/a11y/atspi/registry/deviceeventcontroller";
 constexpr auto keySourceInterface = "org.a11y.atspi.DeviceEventController";
@@ -184,30 +186,86 @@ std::optional<std::vector<AtspiObject>> AtspiAccessibility::openedSubmenu(const 
     }
 }
 
-std::optional<bool> AtspiAccessibility::answer(BusMessage message, const Limit& limit) {
+/// Sends a call and waits. `read` is given the answer, or nullptr for an error; false when none came in time.
+bool AtspiAccessibility::ask(BusMessage message, const Limit& limit, std::function<void(DBusMessage* reply)> read) {
     auto* bus = bus_.connection();
     if (bus == nullptr) {
-        return std::nullopt;
+        return false;
     }
-
-    struct Answer {
-        bool came = false;
-        bool yes = false;
-    };
-
-    const auto answer = std::make_shared<Answer>(); // shared with an answer that may come too late
+    const auto came = std::make_shared<bool>(false); // shared with an answer that may come too late
     dbus_message_set_auto_start(message.get(), 0);
     bus->call(
-        std::move(message), answer,
-        [weak = std::weak_ptr(answer)](DBusMessage* reply) {
+        std::move(message), came,
+        [weak = std::weak_ptr(came), read = std::move(read)](DBusMessage* reply) {
             if (const auto target = weak.lock()) {
-                target->came = true;
-                target->yes = reply != nullptr && BusReader(*reply).flag().value_or(true);
+                *target = true;
+                read(reply);
             }
         },
         BusConnection::Delivery::alsoInWait);
-    bus->wait([&] { return answer->came; }, limit.now + limit.timeout);
-    return answer->came ? std::optional(answer->yes) : std::nullopt;
+    bus->wait([&] { return *came; }, limit.now + limit.timeout);
+    return *came;
+}
+
+std::optional<bool> AtspiAccessibility::answer(BusMessage message, const Limit& limit) {
+    bool yes = false;
+    const bool came = ask(std::move(message), limit, [&](DBusMessage* reply) {
+        yes = reply != nullptr && BusReader(*reply).flag().value_or(true);
+    });
+    return came ? std::optional(yes) : std::nullopt;
+}
+
+/// The answer is four numbers, which may stand in a structure.
+std::optional<AXRect> AtspiAccessibility::rectangle(BusMessage message, const Limit& limit) {
+    std::optional<AXRect> rectangle;
+    const bool came = ask(std::move(message), limit, [&](DBusMessage* reply) {
+        if (reply == nullptr) {
+            return;
+        }
+        BusReader answer(*reply);
+        auto structure = answer.container();
+        auto& numbers = structure ? *structure : answer;
+        const auto x = numbers.int32();
+        const auto y = numbers.int32();
+        const auto width = numbers.int32();
+        const auto height = numbers.int32();
+        if (x && y && width && height && *height > 0 && *width >= 0) {
+            rectangle = AXRect{double(*x), double(*y), double(*width), double(*height)};
+        }
+    });
+    return came ? rectangle : std::nullopt;
+}
+
+std::optional<AXRect> AtspiAccessibility::frame(const AXElement& element) {
+    const auto& handle = dynamic_cast<const Handle&>(element.handle());
+    const auto object = objectOf(handle);
+    const auto limit = limitOf(handle);
+    auto* bus = bus_.connection();
+    if (!object || object->bus.empty() || bus == nullptr || !mayAsk(*bus, object->bus, limit)) {
+        return std::nullopt;
+    }
+    auto message = methodCall(object->bus, object->path, componentInterface, "GetExtents");
+    appendUint32(*message, onScreen);
+    return rectangle(std::move(message), limit);
+}
+
+std::optional<AXRect> AtspiAccessibility::frameOfText(const AXElement& element, const AXTextRange& range) {
+    const auto& handle = dynamic_cast<const Handle&>(element.handle());
+    const auto object = objectOf(handle);
+    const auto limit = limitOf(handle);
+    auto* bus = bus_.connection();
+    if (!object || object->bus.empty() || bus == nullptr || !mayAsk(*bus, object->bus, limit)) {
+        return std::nullopt;
+    }
+    const bool isPosition = range.length == 0;
+    auto message =
+        methodCall(object->bus, object->path, textInterface, isPosition ? "GetCharacterExtents" : "GetRangeExtents");
+    appendInt32(*message, static_cast<std::int32_t>(range.location));
+    if (!isPosition) {
+        appendInt32(*message, static_cast<std::int32_t>(range.location + range.length));
+    }
+    appendUint32(*message, onScreen);
+    return rectangle(std::move(message), limit);
 }
 
 AXActionResult AtspiAccessibility::doAction(const AtspiObject& object, std::size_t index, const Limit& limit) {

@@ -59,9 +59,10 @@ void readChildren(BusReader& reply, AtspiFacts& facts) {
     }
 }
 
-void readCaret(BusReader& reply, AtspiFacts& facts) {
+template <std::int32_t AtspiFacts::*Field>
+void readCount(BusReader& reply, AtspiFacts& facts) {
     auto variant = reply.container();
-    facts.caret = variant ? variant->int32().value_or(-1) : -1;
+    facts.*Field = variant ? variant->int32().value_or(-1) : -1;
 }
 
 void readSelectionCount(BusReader& reply, AtspiFacts& facts) {
@@ -110,7 +111,8 @@ constexpr std::array questions{
     Question{AtspiFact::identifier, accessible, nullptr, "AccessibleId", readText<&AtspiFacts::identifier>},
     Question{AtspiFact::parent, accessible, nullptr, "Parent", readParent},
     Question{AtspiFact::children, accessible, "GetChildren", nullptr, readChildren},
-    Question{AtspiFact::caret, text, nullptr, "CaretOffset", readCaret},
+    Question{AtspiFact::caret, text, nullptr, "CaretOffset", readCount<&AtspiFacts::caret>},
+    Question{AtspiFact::characterCount, text, nullptr, "CharacterCount", readCount<&AtspiFacts::characterCount>},
     Question{AtspiFact::selectionCount, text, "GetNSelections", nullptr, readSelectionCount},
     Question{AtspiFact::selection, text, "GetSelection", nullptr, readSelection, 0},
     Question{atspiActionName(0), action, "GetName", nullptr, readActionName<0>, 0},

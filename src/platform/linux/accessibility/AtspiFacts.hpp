@@ -34,12 +34,13 @@ enum class AtspiFact : unsigned {
     identifier = 1 << 5,
     parent = 1 << 6,
     children = 1 << 7,
-    caret = 1 << 8,          ///< position of the text cursor
-    selectionCount = 1 << 9, ///< number of selected ranges
-    selection = 1 << 10,     ///< the first of them
-    address = 1 << 11,       ///< of the document that the object is
-    actions = 0x3F << 12,    ///< the object's actions: a bit for each of the first
-    extras = 1 << 18,        ///< attributes in the toolkit's own names: not read, but the question wakes Chromium
+    caret = 1 << 8,           ///< position of the text cursor
+    selectionCount = 1 << 9,  ///< number of selected ranges
+    selection = 1 << 10,      ///< the first of them
+    address = 1 << 11,        ///< of the document that the object is
+    actions = 0x3F << 12,     ///< the object's actions: a bit for each of the first
+    characterCount = 1 << 19, ///< of its text
+    extras = 1 << 18,         ///< attributes in the toolkit's own names: not read, but the question wakes Chromium
 };
 
 /// A set of facts.
@@ -60,6 +61,7 @@ enum class AtspiState : unsigned {
     editable = 7,
     enabled = 8,
     expandable = 9,
+    expanded = 10,
     focusable = 11,
     focused = 12,
     multiLine = 17,
@@ -96,6 +98,7 @@ struct AtspiFacts {
     std::optional<AtspiObject> parent;
     std::vector<AtspiObject> children;
     std::int32_t caret = -1; ///< negative when it is nowhere
+    std::int32_t characterCount = -1;
     std::int32_t selectionCount = 0;
     std::int32_t selectionStart = 0;
     std::int32_t selectionEnd = 0;

@@ -155,6 +155,11 @@ constexpr std::array attributes{
                    }},
     AtspiAttribute{"AXFocused", AtspiFactSet{} | AtspiFact::states,
                    [](const AtspiFacts& facts) { return AtspiValue(facts.is(AtspiState::focused)); }},
+    AtspiAttribute{"AXExpanded", AtspiFactSet{} | AtspiFact::states,
+                   [](const AtspiFacts& facts) {
+                       return facts.is(AtspiState::expandable) ? AtspiValue(facts.is(AtspiState::expanded))
+                                                               : AtspiValue();
+                   }},
     AtspiAttribute{"AXTitle", AtspiFactSet{} | AtspiFact::name,
                    [](const AtspiFacts& facts) { return text(facts.name); }},
     AtspiAttribute{"AXDescription", AtspiFactSet{} | AtspiFact::description,
@@ -170,6 +175,10 @@ constexpr std::array attributes{
                    }},
     AtspiAttribute{"AXSelectedTextRange", AtspiFact::caret | AtspiFact::selectionCount | AtspiFact::selection,
                    selectedRangeOf},
+    AtspiAttribute{"AXNumberOfCharacters", AtspiFactSet{} | AtspiFact::characterCount,
+                   [](const AtspiFacts& facts) {
+                       return facts.characterCount >= 0 ? AtspiValue(std::int64_t{facts.characterCount}) : AtspiValue();
+                   }},
     AtspiAttribute{"AXURL", AtspiFactSet{} | AtspiFact::address,
                    [](const AtspiFacts& facts) { return text(facts.address); }},
 };

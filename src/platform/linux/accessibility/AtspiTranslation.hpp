@@ -11,7 +11,8 @@
 namespace quillane {
 
 /// The value of an attribute, before its objects are turned into references.
-using AtspiValue = std::variant<std::monostate, bool, std::string, AtspiObject, std::vector<AtspiObject>, AXTextRange>;
+using AtspiValue =
+    std::variant<std::monostate, bool, std::int64_t, std::string, AtspiObject, std::vector<AtspiObject>, AXTextRange>;
 
 /// How a macOS attribute is derived from facts.
 struct AtspiAttribute {

@@ -162,6 +162,44 @@ bool MacAccessibility::setAttribute(const AXElement& element, std::string_view n
            });
 }
 
+std::optional<AXRect> MacAccessibility::frame(const AXElement& element) {
+    const AutoreleasePool pool;
+    const auto& handle = macElement(element);
+    const auto read = [&](CFStringRef name, AXValueType type, void* result) {
+        CFTypeRef copied = nullptr;
+        const bool isRead = succeeds(
+            silent_, handle, [&] { return AXUIElementCopyAttributeValue(handle.reference.get(), name, &copied); });
+        const auto object = CFRef<CFTypeRef>::adopt(copied);
+        const auto structure = cfCast<AXValueRef>(object.get(), AXValueGetTypeID());
+        return isRead && structure && AXValueGetValue(structure, type, result);
+    };
+    CGPoint position{};
+    CGSize size{};
+    if (!read(cfString("AXPosition").get(), kAXValueTypeCGPoint, &position) ||
+        !read(cfString("AXSize").get(), kAXValueTypeCGSize, &size)) {
+        return std::nullopt;
+    }
+    return AXRect{position.x, position.y, size.width, size.height};
+}
+
+std::optional<AXRect> MacAccessibility::frameOfText(const AXElement& element, const AXTextRange& range) {
+    const AutoreleasePool pool;
+    const auto& handle = macElement(element);
+    const auto parameter = accessibilityObject(range);
+    CFTypeRef copied = nullptr;
+    const bool isRead = succeeds(silent_, handle, [&] {
+        return AXUIElementCopyParameterizedAttributeValue(handle.reference.get(), cfString("AXBoundsForRange").get(),
+                                                          parameter.get(), &copied);
+    });
+    const auto object = CFRef<CFTypeRef>::adopt(copied);
+    const auto structure = cfCast<AXValueRef>(object.get(), AXValueGetTypeID());
+    CGRect bounds{};
+    if (!isRead || !structure || !AXValueGetValue(structure, kAXValueTypeCGRect, &bounds)) {
+        return std::nullopt;
+    }
+    return AXRect{bounds.origin.x, bounds.origin.y, bounds.size.width, bounds.size.height};
+}
+
 std::vector<std::string> MacAccessibility::actionNames(const AXElement& element) {
     const AutoreleasePool pool;
     const auto& handle = macElement(element);

@@ -37,6 +37,12 @@ public:
     /// AXUIElementSetAttributeValue, for flags, texts, elements, text ranges and values read before.
     bool setAttribute(const AXElement& element, std::string_view name, const AXValue& value) override;
 
+    /// "AXPosition" and "AXSize".
+    [[nodiscard]] std::optional<AXRect> frame(const AXElement& element) override;
+
+    /// AXUIElementCopyParameterizedAttributeValue, "AXBoundsForRange".
+    [[nodiscard]] std::optional<AXRect> frameOfText(const AXElement& element, const AXTextRange& range) override;
+
     /// AXUIElementCopyActionNames.
     [[nodiscard]] std::vector<std::string> actionNames(const AXElement& element) override;
 

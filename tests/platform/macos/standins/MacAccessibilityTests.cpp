@@ -34,6 +34,13 @@ public:
                 .settable("AXSelectedTextRange");
         }
         text_.with("AXSubrole", standin::value("AXStandardTextField"));
+        text_.with("AXNumberOfCharacters", standin::value(3))
+            .with("AXPosition", standin::pointValue(100, 50))
+            .with("AXSize", standin::sizeValue(200, 20))
+            .withBounds([](const CFRange& range) {
+                return standin::rectangleValue(104.0 + 8.0 * static_cast<double>(range.location), 52,
+                                               8.0 * static_cast<double>(range.length), 16);
+            });
         password_.with("AXSubrole", standin::value("AXSecureTextField"));
     }
 

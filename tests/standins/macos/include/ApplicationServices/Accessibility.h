@@ -46,6 +46,8 @@ AXError AXUIElementGetPid(AXUIElementRef element, pid_t* pid); ///< asks nobody
 /// Holds for this reference; 0 stands for the system's own time-out.
 AXError AXUIElementSetMessagingTimeout(AXUIElementRef element, float seconds);
 AXError AXUIElementCopyAttributeValue(AXUIElementRef element, CFStringRef name, CFTypeRef* value);
+AXError AXUIElementCopyParameterizedAttributeValue(AXUIElementRef element, CFStringRef name, CFTypeRef parameter,
+                                                   CFTypeRef* value);
 /// Puts an AXValue of an error in the place of each attribute that cannot be read.
 AXError AXUIElementCopyMultipleAttributeValues(AXUIElementRef element, CFArrayRef names,
                                                AXCopyMultipleAttributeOptions options, CFArrayRef* values);
