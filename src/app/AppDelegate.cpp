@@ -144,6 +144,9 @@ void AppDelegate::wireControllers() {
             direction_.apply(direction);
         }
     };
+    monitor_.hasDirectionCommands = [this](const RunningApplication& application) {
+        return direction_.serves(application);
+    };
     monitor_.isOwnTextBoxFocused = [this] { return isOwnTextBoxFocused(); };
     monitor_.onInterruption = [this](core::UserInput input) { direction_.interrupt(input); };
     monitor_.onLanguageSwitch = [this] { switchLanguage(); };

@@ -71,6 +71,18 @@ std::optional<AXElement> firstOfRole(Accessibility& accessibility, const std::ve
                                : std::nullopt;
 }
 
+std::vector<std::string> labels(Accessibility& accessibility, const std::vector<AXElement>& elements) {
+    std::vector<std::string> titles;
+    for (const auto& values : accessibility.attributesOfEach(elements, labelNames)) {
+        const auto text = [&](std::size_t index) {
+            return values ? std::get_if<std::string>(&values->at(index)) : nullptr;
+        };
+        const auto* title = text(0) != nullptr ? text(0) : text(1);
+        titles.push_back(title != nullptr ? *title : std::string());
+    }
+    return titles;
+}
+
 bool isTextWritable(Accessibility& accessibility, const AXElement& element) {
     return accessibility.isAttributeSettable(element, "AXValue") ||
            accessibility.isAttributeSettable(element, "AXSelectedText");

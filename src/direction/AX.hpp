@@ -37,6 +37,9 @@ namespace quillane::ax {
 [[nodiscard]] std::optional<AXElement> firstOfRole(Accessibility& accessibility, const std::vector<AXElement>& elements,
                                                    std::string_view role);
 
+/// The title of each element, or else its description, or else an empty text.
+[[nodiscard]] std::vector<std::string> labels(Accessibility& accessibility, const std::vector<AXElement>& elements);
+
 /// Whether "AXValue" or, failing that, "AXSelectedText" is settable.
 [[nodiscard]] bool isTextWritable(Accessibility& accessibility, const AXElement& element);
 

@@ -25,11 +25,19 @@ DirectionCommands::DirectionCommands(DirectionServices services, std::function<b
       adapter_(services, report_),
       browserAdapter_(services, report_),
       wordAdapter_(services, report_),
-      libreOfficeAdapter_(services, report_) {}
+      libreOfficeAdapter_(services, report_),
+      menuBarAdapter_(services, report_) {}
 
 void DirectionCommands::apply(core::WritingDirection direction) {
     const auto front = canApply_() ? services_.workspace.frontmostApplication() : std::nullopt;
-    if (!front || !front->bundleID) {
+    if (!front) {
+        return;
+    }
+    if (menuBarAdapter_.serves(*front)) {
+        menuBarAdapter_.apply(direction);
+        return;
+    }
+    if (!front->bundleID) {
         return;
     }
     if (const auto* application = core::supportedApplication(*front->bundleID)) {

@@ -7,6 +7,7 @@
 #include "core/support/Lifetime.hpp"
 #include "direction/DirectionServices.hpp"
 #include "direction/LibreOfficeDirectionAdapter.hpp"
+#include "direction/MenuBarDirectionAdapter.hpp"
 #include "direction/NativeDirectionAdapter.hpp"
 #include "direction/OutlookAdapter.hpp"
 #include "direction/WordDirectionAdapter.hpp"
@@ -35,6 +36,15 @@ public:
     /// comes to the front in between.
     void test(core::WritingDirection direction, const std::string& bundleID);
 
+    /// Looks up whether the application in front has direction commands in its menu bar, once, off the caller's path.
+    /// Only for desktops where such commands can be pressed while their menus are closed.
+    void lookUpFront() { menuBarAdapter_.lookUpFront(); }
+
+    /// Whether an application that is not a supported one is known to have such commands. Asks nobody.
+    [[nodiscard]] bool serves(const RunningApplication& application) const {
+        return menuBarAdapter_.serves(application);
+    }
+
     /// Drops every pending step. A menu that was requested is closed, also when it opens later.
     void cancelPending();
 
@@ -55,6 +65,7 @@ private:
     NativeDirectionAdapter browserAdapter_;
     WordDirectionAdapter wordAdapter_;
     LibreOfficeDirectionAdapter libreOfficeAdapter_;
+    MenuBarDirectionAdapter menuBarAdapter_;
     core::Lifetime lifetime_;
 };
 

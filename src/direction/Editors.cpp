@@ -45,15 +45,19 @@ bool isField(Accessibility& accessibility, const AXElement& element, std::string
     return field.identifier == identifier && field.role == "AXTextField";
 }
 
+core::EditableInputContext inputContext(Accessibility& accessibility, const AXElement& element, const Field& field) {
+    return {.role = field.role,
+            .subrole = field.subrole,
+            .enabled = field.enabled,
+            .valueIsSettable = accessibility.isAttributeSettable(element, "AXValue"),
+            .selectedTextIsSettable = accessibility.isAttributeSettable(element, "AXSelectedText")};
+}
+
 bool isDocumentEditor(Accessibility& accessibility, const AXElement& element, const SupportedApplication& application) {
     const auto field = read(accessibility, element);
-    const core::EditableInputContext input{.role = field.role,
-                                           .subrole = field.subrole,
-                                           .enabled = field.enabled,
-                                           .valueIsSettable = accessibility.isAttributeSettable(element, "AXValue"),
-                                           .selectedTextIsSettable =
-                                               accessibility.isAttributeSettable(element, "AXSelectedText")};
-    return core::DocumentEditorContext{.application = application, .identifier = field.identifier, .input = input}
+    return core::DocumentEditorContext{.application = application,
+                                       .identifier = field.identifier,
+                                       .input = inputContext(accessibility, element, field)}
         .isEligible();
 }
 
@@ -143,6 +147,10 @@ bool isDirectionEditor(Accessibility& accessibility, const AXElement& focused,
         return isOfficeCell(accessibility, focused);
     }
     return false;
+}
+
+bool isEditableInput(Accessibility& accessibility, const AXElement& focused) {
+    return inputContext(accessibility, focused, read(accessibility, focused)).isEligible();
 }
 
 bool isSubjectLine(Accessibility& accessibility, const AXElement& focused, const SupportedApplication& application) {

@@ -12,6 +12,9 @@ namespace quillane {
 [[nodiscard]] bool isDirectionEditor(Accessibility& accessibility, const AXElement& focused,
                                      const core::SupportedApplication& application);
 
+/// Whether text can be edited in the element, password fields excepted.
+[[nodiscard]] bool isEditableInput(Accessibility& accessibility, const AXElement& focused);
+
 /// Whether the focused element is the subject line of a message in the application.
 [[nodiscard]] bool isSubjectLine(Accessibility& accessibility, const AXElement& focused,
                                  const core::SupportedApplication& application);

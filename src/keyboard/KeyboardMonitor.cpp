@@ -247,6 +247,7 @@ void KeyboardMonitor::deliver(std::function<void()> handler, std::optional<pid_t
 
 bool KeyboardMonitor::isDirectionTarget(const std::optional<RunningApplication>& application) const {
     return (application && application->bundleID && core::hasDirectionCommands(*application->bundleID)) ||
+           (application && hasDirectionCommands && hasDirectionCommands(*application)) ||
            (isOwnTextBoxFocused && isOwnTextBoxFocused());
 }
 

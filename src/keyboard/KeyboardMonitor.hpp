@@ -61,6 +61,10 @@ public:
     /// Asked while a key waits, so it must answer at once; absent where the program has no such box.
     std::function<bool()> isOwnTextBoxFocused;
 
+    /// Whether an application that is not a supported one is known to have direction commands: direction chords act
+    /// there as well. Asked while a key waits, so it must answer at once; absent where no such application is served.
+    std::function<bool(const RunningApplication&)> hasDirectionCommands;
+
     std::function<void(core::WritingDirection)> onDirection;
     std::function<void()> onLanguageSwitch;
     /// A key, a click or scroll; any event while a remote desktop viewer is in front is a command.

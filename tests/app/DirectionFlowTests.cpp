@@ -29,6 +29,14 @@ protected:
         desktop.accessibility.focus(desktop.frontPid(), editor);
     }
 
+    /// An application that is not a supported one. Each faked application has the commands in its menu bar.
+    void openEditorWithMenuBar() {
+        desktop.withFrontApplication("org.example.editor");
+        desktop.accessibility.focus(desktop.frontPid(),
+                                    &desktop.accessibility.tree(desktop.frontPid()).addTextField("AXTextArea"));
+        desktop.queue.advance(500ms);
+    }
+
     void chord() {
         desktop.press(Modifier::leftControl).press(Modifier::rightShift);
         desktop.releaseAll().settle();
@@ -226,6 +234,21 @@ TEST_F(DirectionFlowTest, AnotherApplicationInFrontCancels) {
     chord();
     desktop.withFrontApplication("com.apple.finder");
     desktop.queue.advance(2s);
+    EXPECT_FALSE(lastStatus());
+}
+
+TEST_F(DirectionFlowTest, AChordIsAppliedInAnyApplicationOnMacOSWithTheCommandsInItsMenuBar) {
+    launch();
+    openEditorWithMenuBar();
+    chord();
+    EXPECT_EQ(lastStatus(), "Applied RTL in " + desktop.workspace.frontmostApplication()->name);
+}
+
+TEST_F(DirectionFlowTest, AChordIsAppliedInSupportedApplicationsAloneOnLinux) {
+    shownOn = core::Desktop::linuxDesktop;
+    launch();
+    openEditorWithMenuBar();
+    chord();
     EXPECT_FALSE(lastStatus());
 }
 

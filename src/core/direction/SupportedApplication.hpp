@@ -75,6 +75,9 @@ struct SupportedApplication {
     [[nodiscard]] constexpr std::string_view directionMenuTitle() const { return labels->menu.english; }
 };
 
+/// The labels of AppKit's own direction commands, which any application on macOS may have in its menu bar.
+[[nodiscard]] const DirectionLabels& appKitDirectionLabels();
+
 /// All rows, in the order of the test-target picker. Rows of several programs of one application follow each other.
 [[nodiscard]] std::span<const SupportedApplication> supportedApplications();
 

@@ -224,6 +224,10 @@ const SupportedApplication* orNone(const SupportedApplication* found) {
 
 } // namespace
 
+const DirectionLabels& appKitDirectionLabels() {
+    return appKitLabels;
+}
+
 std::span<const SupportedApplication> supportedApplications() {
     return applications;
 }
