@@ -58,6 +58,10 @@ void AbandonedMenu::close(Request request, const std::optional<AXElement>& menu)
     if (!watch_) {
         return;
     }
+    schedule(0);
+    if (watch_->request.find) {
+        return;
+    }
     observation_ =
         services_.accessibility.observe(watch_->request.application, "AXMenuOpened", [this](const AXElement& about) {
             if (watch_ && !watch_->menu && ax::string(services_.accessibility, about, "AXRole") == "AXMenu") {
@@ -65,7 +69,6 @@ void AbandonedMenu::close(Request request, const std::optional<AXElement>& menu)
                 closeSoon();
             }
         });
-    schedule(0);
 }
 
 /// Not inside the notification, whose observation ends with the menu.
@@ -132,7 +135,10 @@ void AbandonedMenu::tryToClose(bool looks) {
     }
     auto& accessibility = services_.accessibility;
     const auto& request = watch_->request;
-    const auto menu = watch_->menu || !looks ? watch_->menu : openContextMenu(accessibility, request.application);
+    const auto find = [&] {
+        return request.find ? request.find() : openContextMenu(accessibility, request.application);
+    };
+    const auto menu = watch_->menu || !looks ? watch_->menu : find();
     if (!menu) {
         return;
     }

@@ -34,6 +34,8 @@ public:
         pid_t pid;
         /// Whether the menu is certainly the requested one, by its items.
         std::function<bool(const AXElement& menu)> isRecognized;
+        /// Finds the menu while it is open, where it is not the context menu. Such a menu is not announced.
+        std::function<std::optional<AXElement>()> find{};
     };
 
     explicit AbandonedMenu(DirectionServices services) : services_(services) {}

@@ -26,6 +26,7 @@ DirectionCommands::DirectionCommands(DirectionServices services, std::function<b
       browserAdapter_(services, report_),
       wordAdapter_(services, report_),
       libreOfficeAdapter_(services, report_),
+      firefoxAdapter_(services, report_),
       menuBarAdapter_(services, report_) {}
 
 void DirectionCommands::apply(core::WritingDirection direction) {
@@ -53,6 +54,8 @@ DirectionAdapter& DirectionCommands::adapterFor(core::DirectionManner manner) {
         return browserAdapter_;
     case core::DirectionManner::wordRibbon:
         return wordAdapter_;
+    case core::DirectionManner::swapCommand:
+        return firefoxAdapter_;
     case core::DirectionManner::libreOfficeToolbar:
         break;
     }

@@ -6,6 +6,7 @@
 #include "core/keyboard/UserInput.hpp"
 #include "core/support/Lifetime.hpp"
 #include "direction/DirectionServices.hpp"
+#include "direction/FirefoxDirectionAdapter.hpp"
 #include "direction/LibreOfficeDirectionAdapter.hpp"
 #include "direction/MenuBarDirectionAdapter.hpp"
 #include "direction/NativeDirectionAdapter.hpp"
@@ -65,6 +66,7 @@ private:
     NativeDirectionAdapter browserAdapter_;
     WordDirectionAdapter wordAdapter_;
     LibreOfficeDirectionAdapter libreOfficeAdapter_;
+    FirefoxDirectionAdapter firefoxAdapter_;
     MenuBarDirectionAdapter menuBarAdapter_;
     core::Lifetime lifetime_;
 };

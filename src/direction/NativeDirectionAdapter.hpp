@@ -34,8 +34,8 @@ public:
     /// Abandons the current attempt, silently, and closes its menu.
     void cancelPending() override;
 
-    /// A menu that the input reaches is the user's, except that typing goes on in the text: such keys were not meant for
-    /// the menu.
+    /// A menu that the input reaches is the user's, except that typing goes on in the text: such keys were not meant
+    /// for the menu.
     void interrupt(core::UserInput input) override;
 
     /// Stops waiting for the menu's notification; may be called at any time.

@@ -14,14 +14,16 @@ namespace quillane::core {
 
 /// How an application is made to set the direction of a paragraph: one adapter each.
 enum class DirectionManner {
-    outlookToolbar,    ///< the formatting toolbar of a message; in its subject line, the context menu
-    contextMenu,       ///< a submenu of the editor's context menu
-    wordRibbon,        ///< the ribbon's Home tab
-    libreOfficeToolbar ///< the formatting toolbar of a document
+    outlookToolbar,     ///< the formatting toolbar of a message; in its subject line, the context menu
+    contextMenu,        ///< a submenu of the editor's context menu
+    wordRibbon,         ///< the ribbon's Home tab
+    libreOfficeToolbar, ///< the formatting toolbar of a document
+    swapCommand         ///< one item of the menu bar, which swaps the direction
 };
 
 inline constexpr std::array directionManners{DirectionManner::outlookToolbar, DirectionManner::contextMenu,
-                                             DirectionManner::wordRibbon, DirectionManner::libreOfficeToolbar};
+                                             DirectionManner::wordRibbon, DirectionManner::libreOfficeToolbar,
+                                             DirectionManner::swapCommand};
 
 /// How the editors of an application are recognised.
 enum class EditorRule {
@@ -47,7 +49,7 @@ struct DirectionLabels {
     Labels menu{};                            ///< of the submenu with the commands
     Labels paragraph{.english = "Paragraph"}; ///< the heading before the commands of the paragraph
     Labels selection{.english = "Selection"}; ///< the heading before those of the selected text
-    Labels bar{};                             ///< of the toolbar or ribbon with the commands
+    Labels bar{};                             ///< of the toolbar, ribbon or menu with the commands
     Labels opener{};                          ///< of what brings up commands that the bar does not show
     bool identifiesActions = false;           ///< the items' "AXIdentifier" is the AppKit action that they send
 

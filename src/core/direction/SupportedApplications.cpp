@@ -71,6 +71,32 @@ constexpr DirectionLabels libreOfficeLabels{
                     .spanish = "De izquierda a derecha"},
 };
 
+/// Firefox 153 ESR: menu-edit-bidi-switch-text-direction and menu-edit in the packages of its translations. The command
+/// swaps, so it is the same for both directions.
+constexpr Labels firefoxCommand{.english = "Switch Text Direction",
+                                .hebrew = "היפוך כיוון כתיבה",
+                                .arabic = "اعكس اتجاه النص",
+                                .persian = "تعویض جهت متن",
+                                .urdu = "متن کی سمت بدلیں کریں",
+                                .french = "Changer le sens du texte",
+                                .german = "Textrichtung ändern",
+                                .russian = "Переключить направление текста на странице",
+                                .spanish = "Cambiar dirección del texto"};
+
+constexpr DirectionLabels firefoxLabels{
+    .rightToLeft = firefoxCommand,
+    .leftToRight = firefoxCommand,
+    .bar = {.english = "Edit",
+            .hebrew = "עריכה",
+            .arabic = "حرّر",
+            .persian = "ویرایش",
+            .urdu = "تدوین کریں",
+            .french = "Édition",
+            .german = "Bearbeiten",
+            .russian = "Правка",
+            .spanish = "Editar"},
+};
+
 // The makers of these publish no translations, so that only English is known.
 
 /// Text views of AppKit, in whose menus the action of an item needs no language.
@@ -139,6 +165,17 @@ constexpr SupportedApplication webKit(std::string_view bundleID, std::string_vie
             .editor = EditorRule::webField,
             .labels = &webKitLabels,
             .placementHint = texts::placeCursorInWebsite};
+}
+
+constexpr SupportedApplication firefox(std::string_view bundleID, std::string_view name,
+                                       const WindowClasses& windowClasses = {}) {
+    return {.bundleID = bundleID,
+            .displayName = name,
+            .manner = swapCommand,
+            .editor = EditorRule::webField,
+            .labels = &firefoxLabels,
+            .placementHint = texts::placeCursorInWebsite,
+            .windowClasses = windowClasses};
 }
 
 /// LibreOffice is one application of several programs. On X11 a window gets the class of its program when it has loaded
@@ -213,6 +250,9 @@ constexpr std::array applications{
     chromium("com.operasoftware.OperaDeveloper", "Opera Developer"),
     chromium("com.operasoftware.OperaGX", "Opera GX"),
     chromium("company.thebrowser.Browser", "Arc"),
+    firefox("org.mozilla.firefox", "Firefox", {"firefox", "firefox-esr"}),
+    firefox("org.mozilla.firefoxdeveloperedition", "Firefox Developer Edition"),
+    firefox("org.mozilla.nightly", "Firefox Nightly"),
     webKit("com.apple.SafariTechnologyPreview", "Safari Technology Preview"),
     webKit("com.kagi.kagimacOS", "Orion"),
     webKit("com.duckduckgo.macos.browser", "DuckDuckGo"),

@@ -25,6 +25,8 @@ std::string nameOf(DirectionManner manner) {
         return "Word ribbon";
     case DirectionManner::libreOfficeToolbar:
         return "LibreOffice toolbar";
+    case DirectionManner::swapCommand:
+        return "swap command";
     }
     return "unknown";
 }
@@ -59,6 +61,9 @@ TEST(SupportedApplication, RowsInTheOrderOfThePicker) {
             "com.operasoftware.Opera | Opera" + chromium, "com.operasoftware.OperaNext | Opera Beta" + chromium,
             "com.operasoftware.OperaDeveloper | Opera Developer" + chromium,
             "com.operasoftware.OperaGX | Opera GX" + chromium, "company.thebrowser.Browser | Arc" + chromium,
+            "org.mozilla.firefox | Firefox |  | swap command",
+            "org.mozilla.firefoxdeveloperedition | Firefox Developer Edition |  | swap command",
+            "org.mozilla.nightly | Firefox Nightly |  | swap command",
             "com.apple.SafariTechnologyPreview | Safari Technology Preview" + webKit,
             "com.kagi.kagimacOS | Orion" + webKit, "com.duckduckgo.macos.browser | DuckDuckGo" + webKit));
 }
@@ -80,6 +85,9 @@ TEST(SupportedApplication, EveryRowIsComplete) {
 
 TEST(SupportedApplication, NoLabelOfOneDirectionIsOneOfTheOther) {
     for (const auto& row : supportedApplications()) {
+        if (row.manner == DirectionManner::swapCommand) {
+            continue;
+        }
         const auto& [english, british, hebrew, arabic, persian, urdu, french, german, russian, spanish] =
             row.labels->rightToLeft;
         for (const auto label : {english, british, hebrew, arabic, persian, urdu, french, german, russian, spanish}) {
@@ -145,7 +153,8 @@ TEST(DirectionTestTargets, AreThoseOfTheDesktop) {
     EXPECT_THAT(onMacOS, Not(::testing::Contains("LibreOffice Calc"))) << "one application with Writer";
     EXPECT_THAT(names(Desktop::linuxDesktop),
                 ElementsAre("Chrome", "LibreOffice Writer", "Chromium", "Chrome Beta", "Chrome Dev", "Edge",
-                            "Edge Beta", "Edge Dev", "Brave", "Brave Beta", "Brave Nightly", "Vivaldi", "Opera"));
+                            "Edge Beta", "Edge Dev", "Brave", "Brave Beta", "Brave Nightly", "Vivaldi", "Opera",
+                            "Firefox"));
 }
 
 } // namespace

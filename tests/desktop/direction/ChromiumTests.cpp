@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "desktop/agent/AgentTest.hpp"
-#include "desktop/direction/LiveBrowser.hpp"
+#include "desktop/direction/LiveBrowserTest.hpp"
 
 #include <csignal>
 #include <thread>
@@ -10,43 +9,12 @@
 namespace quillane::live {
 namespace {
 
-/// Direction chords in Debian's Chromium, with the interface of the agent in English.
-class LiveChromiumTest : public AgentTest {
+/// Debian's Chromium.
+class LiveChromiumTest : public LiveBrowserTest {
 protected:
     void startIn(const std::string& focus) {
-        require(chooseAgentLanguage(desktop(), "en"), "the language in the settings");
-        startAgent();
-        browser_.emplace(required(LiveBrowser::start(desktop(), focus)));
-        require(
-            agent().waitForStatus([](const auto& status) { return status.at("monitorRunning").template get<bool>(); }),
-            "the agent observes the keyboard");
+        startWith([&] { return LiveBrowser::start(desktop(), focus); });
     }
-
-    void TearDown() override {
-        AgentTest::TearDown();
-        browser_.reset();
-    }
-
-    [[nodiscard]] PageState state() const { return browser_->state().value_or(PageState()); }
-
-    void expectSaid(const std::string& text) {
-        EXPECT_TRUE(agent().waitForStatus([&](const auto& status) { return status.at("lastAction") == text; }))
-            << agent().status();
-    }
-
-    void expectDirection(const std::string& direction) {
-        EXPECT_TRUE(waitUntil([&] { return state().direction == direction; })) << state().direction;
-    }
-
-    void expectNoMenu() {
-        EXPECT_TRUE(waitUntil([&] { return !browser_->hasOpenMenu(); }));
-    }
-
-    void turnRight() { desktop().keyboard().chord({Key::leftControl, Key::rightShift}); }
-
-    void turnLeft() { desktop().keyboard().chord({Key::leftControl, Key::leftShift}); }
-
-    std::optional<LiveBrowser> browser_;
 };
 
 TEST_F(LiveChromiumTest, AChordTurnsTheTextAreaAndTurnsItBack) {
@@ -158,10 +126,6 @@ protected:
                                     std::chrono::milliseconds{1}));
         expectNoMenu();
         EXPECT_TRUE(holdsFor(std::chrono::milliseconds{1000}, [&] { return !browser_->hasOpenMenu(); }));
-    }
-
-    void expectText(const std::string& text) {
-        EXPECT_TRUE(waitUntil([&] { return state().text == text; })) << state().text;
     }
 };
 

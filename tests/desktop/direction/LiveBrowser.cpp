@@ -7,6 +7,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <map>
 #include <sstream>
 
 namespace quillane::live {
@@ -19,7 +20,7 @@ constexpr auto page = R"(<!doctype html><meta charset="utf-8"><title>page</title
 second line</textarea>
 <textarea id="other" rows="2" cols="30">other</textarea>
 <p><input id="secret" type="password" value="secret"> <input id="fixed" value="fixed" readonly>
-<input id="line" value="line"></p>
+<input id="line" value="line"> <input id="blank"></p>
 <div id="rich" contenteditable><p>one</p><p>two</p><p>שלוש</p></div>
 <script>
 const area = document.getElementById('area');
@@ -43,27 +44,53 @@ setInterval(() => {
 
 tl::expected<LiveBrowser, std::string> LiveBrowser::start(LiveDesktop& desktop, const std::string& focus, Tree tree,
                                                           const std::string& language) {
+    std::vector<std::string> arguments{
+        "chromium",           "--no-sandbox",
+        "--disable-gpu",      "--disable-quic",
+        "--no-first-run",     "--disable-background-networking",
+        "--disable-sync",     "--disable-component-update",
+        "--new-window",       "--password-store=basic",
+        "--lang=" + language, "--user-data-dir=" + (desktop.home() / "chromium").string()};
+    if (tree == Tree::atOnce) {
+        arguments.emplace_back("--force-renderer-accessibility");
+    }
+    return run(desktop, focus, std::move(arguments), {{"LANGUAGE", language}});
+}
+
+tl::expected<LiveBrowser, std::string> LiveBrowser::startFirefox(LiveDesktop& desktop, const std::string& focus,
+                                                                 const FirefoxProfile& profile) {
+    const auto folder = desktop.home() / "firefox";
+    const std::map<std::string, std::string> preferences{
+        {"bidi.browser.ui", profile.hasCommand ? "true" : "false"},
+        {"intl.locale.requested", '"' + profile.language + '"'},
+        {"extensions.autoDisableScopes", "0"}, // packages of languages are extensions
+        {"browser.shell.checkDefaultBrowser", "false"},
+        {"browser.aboutwelcome.enabled", "false"},
+        {"browser.preonboarding.enabled", "false"},
+        {"browser.startup.homepage_override.mstone", "\"ignore\""},
+        {"termsofuse.bypassNotification", "true"},
+        {"datareporting.policy.dataSubmissionEnabled", "false"},
+        {"toolkit.startup.max_resumed_crashes", "-1"}};
+    std::string lines;
+    for (const auto& [name, value] : preferences) {
+        lines += "user_pref(\"" + name + "\", " + value + ");\n";
+    }
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (!writeFile(folder / "user.js", lines)) {
+        return tl::unexpected("cannot write the profile");
+    }
+    return run(desktop, focus, {"firefox-esr", "--no-remote", "--profile", folder.string()}, {});
+}
+
+tl::expected<LiveBrowser, std::string> LiveBrowser::run(LiveDesktop& desktop, const std::string& focus,
+                                                        std::vector<std::string> arguments, const Environment& more) {
     const auto file = desktop.home() / "page.html";
     if (!writeFile(file, page)) {
         return tl::unexpected("cannot write " + file.string());
     }
-    std::vector<std::string> arguments{"chromium",
-                                       "--no-sandbox",
-                                       "--disable-gpu",
-                                       "--disable-quic",
-                                       "--no-first-run",
-                                       "--disable-background-networking",
-                                       "--disable-sync",
-                                       "--disable-component-update",
-                                       "--new-window",
-                                       "--password-store=basic",
-                                       "--lang=" + language,
-                                       "file://" + file.string() + "#" + focus,
-                                       "--user-data-dir=" + (desktop.home() / "chromium").string()};
-    if (tree == Tree::atOnce) {
-        arguments.emplace_back("--force-renderer-accessibility");
-    }
-    auto process = desktop.startApplication(std::move(arguments), {{"LANGUAGE", language}});
+    arguments.push_back("file://" + file.string() + "#" + focus);
+    auto process = desktop.startApplication(std::move(arguments), more);
     if (!process) {
         return tl::unexpected(process.error());
     }

@@ -24,9 +24,10 @@ struct PageState {
     }
 };
 
-/// Debian's Chromium in front, with a page of its own: a text area "area" of two lines, a second one "other", a
-/// password field "secret", a text field that cannot be edited "fixed", one that can "line", three paragraphs "rich"
-/// that can be edited, the last in Hebrew, with the cursor in the second, and a script that shows its state.
+/// Debian's Chromium or Firefox in front, with a page of its own: a text area "area" of two lines, a second one
+/// "other", a password field "secret", a text field that cannot be edited "fixed", one that can "line", an empty one
+/// "blank", three paragraphs "rich" that can be edited, the last in Hebrew, with the cursor in the second, and a script
+/// that shows its state.
 class LiveBrowser {
 public:
     /// When the browser makes its accessibility tree.
@@ -40,6 +41,15 @@ public:
     [[nodiscard]] static tl::expected<LiveBrowser, std::string> start(LiveDesktop& desktop, const std::string& focus,
                                                                       Tree tree = Tree::atOnce,
                                                                       const std::string& language = "en-US");
+
+    /// How Firefox is set up.
+    struct FirefoxProfile {
+        std::string language = "en-US"; ///< of its interface
+        bool hasCommand = true;         ///< the command that swaps the direction of a text
+    };
+
+    [[nodiscard]] static tl::expected<LiveBrowser, std::string>
+    startFirefox(LiveDesktop& desktop, const std::string& focus, const FirefoxProfile& profile);
 
     [[nodiscard]] ChildProcess& process() { return process_; }
 
@@ -59,6 +69,10 @@ public:
     void signalPages(int number) const;
 
 private:
+    /// Starts the program with the address of the page as its last argument.
+    [[nodiscard]] static tl::expected<LiveBrowser, std::string>
+    run(LiveDesktop& desktop, const std::string& focus, std::vector<std::string> arguments, const Environment& more);
+
     LiveBrowser(LiveDesktop& desktop, ChildProcess process) : desktop_(&desktop), process_(std::move(process)) {}
 
     LiveDesktop* desktop_;
