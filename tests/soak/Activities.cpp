@@ -79,6 +79,9 @@ public:
 
     void changeLanguage() {
         showSettings();
+        if (!isInTree()) {
+            return closeWindowsOfAgent();
+        }
         const auto index = [&] {
             const auto language = core::languageFromID(soak_.agent().status().value("language", ""));
             return language ? static_cast<int>(*language) : 0;
@@ -99,6 +102,9 @@ public:
 
     void changeSetting() {
         showSettings();
+        if (!isInTree()) {
+            return closeWindowsOfAgent();
+        }
         const auto isOn = [&] { return soak_.agent().status().at("options").at("shiftEnglish") == true; };
         for (const bool expected : {false, true}) {
             const auto found = control("check box", name());
@@ -161,6 +167,11 @@ private:
     void showSettings() {
         require(soak_.agent().command({}).succeeded(), "the settings are not shown");
         require(desktop().waitUntilInFront(agentPid()), "the settings are not in front");
+    }
+
+    /// Its toolkit does not come to an accessibility bus that has taken the place of another.
+    [[nodiscard]] bool isInTree() {
+        return waitUntil([&] { return desktop().accessibility().application(agentPid()).has_value(); }, 2s);
     }
 
     [[nodiscard]] std::string name() {

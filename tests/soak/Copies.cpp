@@ -135,14 +135,13 @@ void Copies::restore(std::chrono::milliseconds time) {
 
 std::vector<int> Copies::due(Clock::time_point now, std::size_t most) const {
     std::vector<int> numbers;
-    for (std::size_t i = 0; i < made_.size(); ++i) {
+    for (auto i = made_.size() - std::min(most, made_.size()); i < made_.size(); ++i) {
         const bool isInStream = i + 1 < made_.size() && made_[i + 1].at - made_[i].at < streamGap;
         const auto wait = isInStream ? dueInStream : dueAlone;
         if (made_[i].earliest < now && made_[i].at + wait + writing < now) {
             numbers.push_back(made_[i].number);
         }
     }
-    numbers.erase(numbers.begin(), numbers.end() - static_cast<std::ptrdiff_t>(std::min(most, numbers.size())));
     return numbers;
 }
 

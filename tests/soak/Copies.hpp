@@ -41,8 +41,8 @@ public:
     /// The disk and its key are there again: what was copied meanwhile is due after `time`.
     void restore(std::chrono::milliseconds time);
 
-    /// The numbers of the copies that must be on the disk at this moment, the latest ones at most: each a second after
-    /// it was made, or three within a stream, and the time that the system needs for writing.
+    /// Of the latest copies, the numbers of those that must be on the disk at this moment: each a second after it was
+    /// made, or three within a stream, and the time that the system needs for writing.
     [[nodiscard]] std::vector<int> due(Clock::time_point now, std::size_t most) const;
 
     /// Nothing before this moment is due any more.
