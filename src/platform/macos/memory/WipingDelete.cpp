@@ -5,16 +5,19 @@
 // it loads: whatever C++ code gives back is wiped first ([replacement.functions] in the C++ standard). The other forms
 // of delete that the standard library has for ordinary alignment call these.
 
+#define __STDC_WANT_LIB_EXT1__ 1 // NOLINT(bugprone-reserved-identifier): for memset_s
+
 #include <cstddef>
 #include <cstdlib>
 #include <new>
 
 #include <malloc/malloc.h>
-#include <openssl/crypto.h>
+#include <string.h>
 
 void operator delete(void* memory) noexcept {
     if (memory != nullptr) {
-        OPENSSL_cleanse(memory, malloc_size(memory));
+        const std::size_t size = malloc_size(memory);
+        memset_s(memory, size, 0, size);
         std::free(memory); // NOLINT(cppcoreguidelines-no-malloc): where the standard library's own new has it from
     }
 }
