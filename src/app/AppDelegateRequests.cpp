@@ -9,6 +9,18 @@
 
 namespace quillane {
 
+namespace {
+
+std::optional<core::LocalizedText> passwordNotice(SecureInput& secureInput, const Workspace& workspace) {
+    const auto front = workspace.frontmostApplication();
+    if (!front || secureInput.isKnown()) {
+        return std::nullopt;
+    }
+    return core::texts::passwordFieldsUnrecognized(front->name);
+}
+
+} // namespace
+
 ControlReply AppDelegate::handleControlRequest(const ControlRequest& request) {
     if (request.command == "open") {
         applicationShouldHandleReopen();
@@ -82,7 +94,8 @@ StatusReport AppDelegate::statusReport() const {
                           .setAside = clipboard_.setAside().size(),
                           .hotKeyConflict = clipboard_.hasHotKeyConflict(),
                           .panelOpen = clipboardPanel_.isVisible()},
-            .statusItemVisible = platform_.statusItem->isVisible()};
+            .statusItemVisible = platform_.statusItem->isVisible(),
+            .passwordNotice = passwordNotice(*platform_.secureInput, *platform_.workspace)};
 }
 
 core::DiagnosisFacts AppDelegate::diagnosisFacts() {

@@ -54,6 +54,10 @@ std::string toJson(const StatusReport& report) {
         {"lastAction", english(report.lastAction)},
         {"shownLastAction", shown(report.lastAction)},
         {"statusItemVisible", report.statusItemVisible},
+        {"passwordFields",
+         {{"recognized", !report.passwordNotice},
+          {"status", report.passwordNotice ? Json(english(*report.passwordNotice)) : Json(nullptr)},
+          {"shownStatus", report.passwordNotice ? Json(shown(*report.passwordNotice)) : Json(nullptr)}}},
     };
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
@@ -66,6 +70,9 @@ std::string toText(const StatusReport& report) {
     }
     if (const auto action = report.lastAction.rendered(english); !action.empty()) {
         text += "\n" + action;
+    }
+    if (report.passwordNotice) {
+        text += "\n" + report.passwordNotice->rendered(english);
     }
     return text;
 }

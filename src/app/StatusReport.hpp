@@ -39,6 +39,7 @@ struct StatusReport {
     DirectionDeliveries directions;
     ClipboardReport clipboard;
     bool statusItemVisible = false;
+    std::optional<core::LocalizedText> passwordNotice; ///< that a password field in front would not be recognized
 };
 
 /// One JSON object (RFC 8259) on one line. Texts are in English; beside each, under a name that begins with "shown",

@@ -13,6 +13,10 @@ public:
     /// True while a password is being typed: IsSecureEventInputEnabled on macOS; elsewhere, while the keyboard focus is
     /// on a password field.
     [[nodiscard]] virtual bool isEnabled() = 0;
+
+    /// Whether `isEnabled` can know. False while the application in front is not asked or does not say what has the
+    /// focus there: a password typed in it is then not recognized. Always true on macOS.
+    [[nodiscard]] virtual bool isKnown() = 0;
 };
 
 } // namespace quillane

@@ -424,6 +424,26 @@ TEST_F(AppDelegateTest, StatusForPeopleIsShort) {
     EXPECT_EQ(delegate->handleControlRequest({"status", {}}).text, "Quillane 1.2\nShortcuts are active");
 }
 
+TEST_F(AppDelegateTest, StatusSaysWherePasswordFieldsAreNotRecognized) {
+    launch();
+    desktop.withFrontApplication("com.apple.TextEdit");
+    preferences->choose(AppLanguage::arabic);
+    const auto report = [this] {
+        return nlohmann::json::parse(delegate->handleControlRequest({"status", {"--json"}}).text)["passwordFields"];
+    };
+    const auto name = desktop.workspace.frontmostApplication()->name;
+    EXPECT_EQ(report(), nlohmann::json({{"recognized", true}, {"status", nullptr}, {"shownStatus", nullptr}}));
+    desktop.secureInput.setKnown(false);
+    const auto notice = core::texts::passwordFieldsUnrecognized(name);
+    EXPECT_EQ(report(), nlohmann::json({{"recognized", false},
+                                        {"status", "Password fields in " + name + " cannot be recognized"},
+                                        {"shownStatus", notice.rendered(AppLanguage::arabic)}}));
+    EXPECT_TRUE(delegate->handleControlRequest({"status", {}})
+                    .text.ends_with("\nPassword fields in " + name + " cannot be recognized"));
+    desktop.workspace.activateNothing();
+    EXPECT_EQ(report()["recognized"], true) << "nothing is typed anywhere";
+}
+
 TEST_F(AppDelegateTest, DirectionChordsAreCounted) {
     launch();
     desktop.withFrontApplication("com.apple.TextEdit");

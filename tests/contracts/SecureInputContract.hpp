@@ -31,6 +31,12 @@ TYPED_TEST_P(SecureInputContract, IsOnExactlyWhileAPasswordIsTyped) {
     EXPECT_FALSE(this->driver.input().isEnabled());
 }
 
-REGISTER_TYPED_TEST_SUITE_P(SecureInputContract, IsOnExactlyWhileAPasswordIsTyped);
+TYPED_TEST_P(SecureInputContract, IsKnownWhereverTheFocusIsAnnounced) {
+    EXPECT_TRUE(this->driver.input().isKnown());
+    this->driver.beginPassword();
+    EXPECT_TRUE(this->driver.input().isKnown());
+}
+
+REGISTER_TYPED_TEST_SUITE_P(SecureInputContract, IsOnExactlyWhileAPasswordIsTyped, IsKnownWhereverTheFocusIsAnnounced);
 
 } // namespace quillane::testing

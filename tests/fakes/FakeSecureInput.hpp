@@ -9,12 +9,18 @@ namespace quillane::fakes {
 
 class FakeSecureInput final : public SecureInput {
 public:
-    [[nodiscard]] bool isEnabled() override { return enabled_; }
+    [[nodiscard]] bool isEnabled() override { return known_ && enabled_; }
+
+    [[nodiscard]] bool isKnown() override { return known_; }
 
     void setEnabled(bool enabled) { enabled_ = enabled; }
 
+    /// Whether the application in front says what has the focus there.
+    void setKnown(bool known) { known_ = known; }
+
 private:
     bool enabled_ = false;
+    bool known_ = true;
 };
 
 } // namespace quillane::fakes

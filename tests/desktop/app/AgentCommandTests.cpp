@@ -46,6 +46,33 @@ TEST_F(LiveCommandsTest, UnknownCommandsAndFlagsPrintUsageAndExitWithTwo) {
     }
 }
 
+TEST_F(LiveCommandsTest, ControlCharactersOfArgumentsAreNotPrinted) {
+    for (const auto& words : std::vector<std::vector<std::string>>{{"\x1b[31mred"}, {"share", "\x1b[31mred\x9b"}}) {
+        auto command = words;
+        command.insert(command.begin(), agentExecutable());
+        const auto result = desktop().run(command, patience, {{"DISPLAY", ""}});
+        EXPECT_FALSE(result.succeeded());
+        EXPECT_EQ((result.errors + result.output).find('\x1b'), std::string::npos) << words.front();
+    }
+    EXPECT_NE(desktop().run({agentExecutable(), "\x1b[31mred"}).errors.find("\\u001b[31mred"), std::string::npos);
+}
+
+TEST_F(LiveCommandsTest, StatusNamesAnApplicationWithoutAccessibility) {
+    startAgent();
+    auto silent = required(desktop().startApplication(editors().front().command, {{"NO_AT_BRIDGE", "1"}}));
+    EXPECT_TRUE(agent().waitForStatus([](const auto& status) {
+        return status.at("passwordFields").at("status") == "Password fields in Mousepad cannot be recognized";
+    })) << agent().status().at("passwordFields");
+    EXPECT_NE(agent().command({"status"}).output.find("\nPassword fields in Mousepad cannot be recognized\n"),
+              std::string::npos);
+    silent.end();
+    startEditor(editors().front());
+    EXPECT_TRUE(agent().waitForStatus([](const auto& status) {
+        return status.at("passwordFields").at("recognized") == true &&
+               status.at("passwordFields").at("status").is_null();
+    })) << agent().status().at("passwordFields");
+}
+
 TEST_F(LiveCommandsTest, ASecondStartTalksToTheFirst) {
     startAgent();
     const auto second = desktop().run({agentExecutable()});

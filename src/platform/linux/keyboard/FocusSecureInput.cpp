@@ -3,8 +3,10 @@
 
 #include "platform/linux/keyboard/FocusSecureInput.hpp"
 
+#include <array>
 #include <chrono>
 #include <string>
+#include <string_view>
 #include <variant>
 
 namespace quillane {
@@ -15,7 +17,7 @@ constexpr std::chrono::milliseconds patience{25}; // for each of two questions
 
 } // namespace
 
-bool FocusSecureInput::isEnabled() {
+std::optional<bool> FocusSecureInput::isPasswordFocused() {
     const auto front = workspace_.frontmostApplication();
     if (!front) {
         return false;
@@ -25,11 +27,15 @@ bool FocusSecureInput::isEnabled() {
     const auto focused = accessibility_.attribute(application, "AXFocusedUIElement");
     const auto* element = focused ? std::get_if<AXElement>(&*focused) : nullptr;
     if (element == nullptr) {
-        return false;
+        return std::nullopt;
     }
     accessibility_.setMessagingTimeout(*element, patience);
-    const auto subrole = accessibility_.attribute(*element, "AXSubrole");
-    const auto* name = subrole ? std::get_if<std::string>(&*subrole) : nullptr;
+    constexpr std::array<std::string_view, 1> names{"AXSubrole"};
+    const auto subrole = accessibility_.attributes(*element, names);
+    if (!subrole) {
+        return std::nullopt;
+    }
+    const auto* name = std::get_if<std::string>(&subrole->front());
     return name != nullptr && *name == "AXSecureTextField";
 }
 

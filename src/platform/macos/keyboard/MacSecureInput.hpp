@@ -11,6 +11,8 @@ namespace quillane {
 class MacSecureInput final : public SecureInput {
 public:
     [[nodiscard]] bool isEnabled() override;
+
+    [[nodiscard]] bool isKnown() override { return true; }
 };
 
 } // namespace quillane

@@ -25,6 +25,26 @@ TEST(FocusSecureInput, IsOnWhileTheFocusIsOnAPasswordField) {
     EXPECT_FALSE(input.isEnabled());
 }
 
+TEST(FocusSecureInput, IsUnknownWhileTheApplicationInFrontDoesNotSayWhatHasTheFocus) {
+    fakes::FakeDesktop desktop;
+    FocusSecureInput input(desktop.accessibility, desktop.workspace);
+    EXPECT_TRUE(input.isKnown()) << "nothing is in front";
+    desktop.withFrontApplication("com.example.terminal");
+    EXPECT_FALSE(input.isKnown()) << "it has no tree";
+    desktop.withFocusedPasswordField();
+    EXPECT_TRUE(input.isKnown());
+    const auto front = desktop.workspace.frontmostApplication()->pid;
+    desktop.accessibility.focus(front, nullptr);
+    EXPECT_FALSE(input.isKnown()) << "nothing in its tree has the focus";
+    desktop.withFocusedPasswordField();
+    desktop.accessibility.stopAnswering(front);
+    EXPECT_FALSE(input.isKnown());
+    EXPECT_FALSE(input.isEnabled());
+    desktop.accessibility.answerAgain(front);
+    EXPECT_TRUE(input.isKnown());
+    EXPECT_TRUE(input.isEnabled());
+}
+
 class FocusSecureInputDriver {
 public:
     FocusSecureInputDriver() { desktop_.withFrontApplication("com.example.browser").withFocusedTextField(); }
