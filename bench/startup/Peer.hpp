@@ -21,6 +21,9 @@ struct Peer {
 /// The agent, and the tray program that it is compared with.
 [[nodiscard]] const std::vector<Peer>& peers();
 
+/// Smaller programs that keep a clipboard history. They answer no command of their own.
+[[nodiscard]] const std::vector<Peer>& smallPeers();
+
 [[nodiscard]] double median(std::vector<double> values);
 
 /// Ends the measurement with a message when something does not happen.

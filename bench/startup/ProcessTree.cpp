@@ -39,7 +39,9 @@ ResourceUse resourceUseOf(pid_t process) {
     ResourceUse use;
     const auto folder = std::filesystem::path("/proc") / std::to_string(process);
     use.processes = 1;
-    use.memoryKiB = field(readFile(folder / "smaps_rollup"), "Pss");
+    const auto memory = readFile(folder / "smaps_rollup");
+    use.memoryKiB = field(memory, "Pss");
+    use.writtenKiB = field(memory, "Private_Dirty");
     for (const auto& task : numberedFolders(folder / "task")) {
         std::uint64_t time = 0;
         const std::string schedule = readFile(task / "schedstat");
@@ -54,6 +56,7 @@ ResourceUse resourceUseOf(pid_t process) {
             use.cpuNanoseconds += child.cpuNanoseconds;
             use.wakeUps += child.wakeUps;
             use.memoryKiB += child.memoryKiB;
+            use.writtenKiB += child.writtenKiB;
         }
     }
     return use;
