@@ -18,6 +18,7 @@ constexpr auto dueAlone = 1s;
 constexpr auto dueInStream = 3s;
 constexpr auto writing = 500ms; ///< what the system may take for it
 constexpr auto streamGap = 500ms;
+constexpr auto toRead = 2s; ///< even by an agent on a busy machine
 
 /// A picture of one pixel (PNG specification). What stands behind its end does not count.
 constexpr std::array<unsigned char, 67> onePixel{
@@ -86,6 +87,7 @@ bool Copies::record(const Offer& contents) {
         return false;
     }
     const auto now = Clock::now();
+    static_cast<void>(says("read", toRead)); // else it is missing in the end
     made_.push_back({number_, now, suspended_ ? Clock::time_point::max() : now});
     return true;
 }
@@ -106,12 +108,17 @@ bool Copies::offer(const Offer& contents) {
         line += '\t' + type + '\t' + files.back().string();
     }
     std::ofstream(pipe_) << line << '\n' << std::flush;
-    const auto output = desktop_->logFolder() / std::filesystem::path(QUILLANE_COPIER).filename();
-    const auto said = "copied " + std::to_string(number_) + '\n';
-    const bool isCopied = live::waitUntil([&] { return live::readFile(output.string() + ".out").ends_with(said); },
-                                          live::patience, std::chrono::milliseconds{2});
+    const bool isCopied = says("copied", live::patience);
     last_ = Clock::now();
     return isCopied;
+}
+
+bool Copies::says(const std::string& word, std::chrono::milliseconds limit) const {
+    const auto output = desktop_->logFolder() / std::filesystem::path(QUILLANE_COPIER).filename();
+    const auto line = '\n' + word + ' ' + std::to_string(number_) + '\n';
+    return live::waitUntil(
+        [&] { return ('\n' + live::readFile(output.string() + ".out")).find(line) != std::string::npos; }, limit,
+        std::chrono::milliseconds{2});
 }
 
 void Copies::suspend() {

@@ -26,7 +26,7 @@ public:
     [[nodiscard]] static tl::expected<Copies, std::string> start(live::LiveDesktop& desktop);
 
     /// Copies something of a random kind and size, `streamPause` after the one before at the earliest, and returns once
-    /// it is on the clipboard. False when the program does not copy.
+    /// it has been read, which the agent must do in time. False when the program does not copy.
     [[nodiscard]] bool copy(std::mt19937& random);
 
     /// Copies a short line.
@@ -62,6 +62,7 @@ private:
 
     [[nodiscard]] bool record(const Offer& contents);
     [[nodiscard]] bool offer(const Offer& contents);
+    [[nodiscard]] bool says(const std::string& word, std::chrono::milliseconds limit) const;
 
     live::LiveDesktop* desktop_;
     std::filesystem::path pipe_;

@@ -6,23 +6,40 @@
 //     copier PIPE
 //
 // Each line is a copy, its fields separated by tabs: NUMBER TYPE FILE [TYPE FILE]… When the contents are on the
-// clipboard, it prints "copied NUMBER".
+// clipboard, it prints "copied NUMBER", and when another program reads them, "read NUMBER".
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
+#include <QMetaType>
 #include <QMimeData>
 #include <QSocketNotifier>
 #include <QTextStream>
+#include <QVariant>
 
 #include <array>
+#include <utility>
 
 #include <fcntl.h>
 #include <unistd.h>
 
 namespace {
 
+class Contents : public QMimeData {
+public:
+    explicit Contents(QByteArray number) : number_(std::move(number)) {}
+
+protected:
+    [[nodiscard]] QVariant retrieveData(const QString& type, QMetaType metaType) const override {
+        QTextStream(stdout) << "read " << number_ << Qt::endl;
+        return QMimeData::retrieveData(type, metaType);
+    }
+
+private:
+    QByteArray number_;
+};
+
 void copy(const QList<QByteArray>& fields) {
-    auto* contents = new QMimeData; // the clipboard takes it over
+    auto* contents = new Contents(fields.front()); // the clipboard takes it over
     for (qsizetype i = 1; i + 1 < fields.size(); i += 2) {
         QFile file(QString::fromUtf8(fields[i + 1]));
         if (file.open(QIODevice::ReadOnly)) {
