@@ -36,8 +36,8 @@ using namespace std::chrono_literals;
 
 enum ExitStatus { success = 0, failure = 1, usageError = 2 };
 
-constexpr auto replyPatience = 5s;
-constexpr auto startPatience = 15s;
+constexpr auto replyTimeout = 5s;
+constexpr auto startTimeout = 15s;
 
 using Reply = tl::expected<ControlReply, std::errc>;
 
@@ -52,7 +52,7 @@ void printLine(std::ostream& out, std::string_view text) {
 }
 
 Reply send(const ControlRequest& request) {
-    return sendControlRequest(controlSocketPath(), request, replyPatience);
+    return sendControlRequest(controlSocketPath(), request, replyTimeout);
 }
 
 std::string describe(std::errc error) {
@@ -68,7 +68,7 @@ std::string describe(std::errc error) {
 }
 
 /// Prints the running agent's answer.
-int tell(const Reply& reply) {
+int report(const Reply& reply) {
     if (!reply) {
         printLine(std::cerr, describe(reply.error()));
         return failure;
@@ -81,7 +81,7 @@ int tell(const Reply& reply) {
 
 /// Asks the running agent and prints its answer.
 int ask(const ControlRequest& request) {
-    return tell(send(request));
+    return report(send(request));
 }
 
 /// Starts the agent as a process of its own.
@@ -108,12 +108,12 @@ int shareFiles(int argc, char** argv, const commandLine::ShareFiles& call) {
     }
     auto reply = send(request);
     if (isAbsent(reply) && startAgent(argc, argv)) {
-        const auto deadline = std::chrono::steady_clock::now() + startPatience;
+        const auto deadline = std::chrono::steady_clock::now() + startTimeout;
         while (isAbsent(reply = send(request)) && std::chrono::steady_clock::now() < deadline) {
             std::this_thread::sleep_for(50ms);
         }
     }
-    return tell(reply);
+    return report(reply);
 }
 
 std::filesystem::path homeFolder() {
@@ -222,10 +222,10 @@ struct Runner {
         const auto reply =
             send({"doctor", call.json ? std::vector<std::string>{"--json"} : std::vector<std::string>()});
         if (reply) {
-            return tell(reply);
+            return report(reply);
         }
-        return tell(diagnose(argc, argv, call,
-                             isAbsent(reply) ? core::Respondent::command : core::Respondent::commandForSilentAgent));
+        return report(diagnose(argc, argv, call,
+                               isAbsent(reply) ? core::Respondent::command : core::Respondent::commandForSilentAgent));
     }
 
     int operator()(const commandLine::ShareFiles& call) const { return shareFiles(argc, argv, call); }

@@ -37,10 +37,10 @@ std::chrono::steady_clock::time_point Copier::copy(const std::string& text) {
         text_ = text;
     }
     auto* c = session_->connection();
-    const auto told = std::chrono::steady_clock::now();
+    const auto copied = std::chrono::steady_clock::now();
     xcb_set_selection_owner(c, window_, session_->atom("CLIPBOARD"), XCB_CURRENT_TIME);
     xcb_flush(c);
-    return told;
+    return copied;
 }
 
 void Copier::serve() {

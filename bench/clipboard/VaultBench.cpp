@@ -168,7 +168,7 @@ bool measureSaving() {
         return found;
     };
     std::vector<double> times;
-    int most = 0;
+    int maximum = 0;
     for (int run = 0; run < 31; ++run) {
         const auto before = inodes();
         entries.erase(entries.begin());
@@ -179,12 +179,12 @@ bool measureSaving() {
             const auto known = before.find(name);
             written += known == before.end() || known->second != inode ? 1 : 0;
         }
-        most = std::max(most, written);
+        maximum = std::max(maximum, written);
     }
     const bool isFast = report("saving one new entry into a history of 1,000", median(times), "ms", 10);
     std::ranges::sort(times);
     std::printf("    fastest %.3f ms, slowest %.3f ms\n", times.front(), times.back());
-    return report("files written by that", most, "", 2) && isFast;
+    return report("files written by that", maximum, "", 2) && isFast;
 }
 
 bool measureWholeVault() {

@@ -29,7 +29,7 @@ public:
     std::vector<Clock::time_point> times;
 
     /// The maximum of them in any one second.
-    [[nodiscard]] long most() const {
+    [[nodiscard]] long maximum() const {
         long result = 0;
         for (auto first = times.begin(); first != times.end(); ++first) {
             const auto end = std::upper_bound(first, times.end(), *first + std::chrono::seconds(1));
@@ -81,7 +81,7 @@ int uploadInWindow(int argc, char** argv, const std::string& address, const std:
     const std::chrono::duration<double> time = Clock::now() - begin;
     QCoreApplication::processEvents(); // the last drawing
     std::printf("window       drawn %zu times in %.1f s, at most %ld times in a second\n", drawings.times.size(),
-                time.count(), drawings.most());
+                time.count(), drawings.maximum());
     return std::holds_alternative<FileShareModel::Completed>(model.state()) ? 0 : 1;
 }
 

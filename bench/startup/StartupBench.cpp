@@ -24,7 +24,7 @@ double timeToAnswer(LiveDesktop& desktop, const Peer& peer) {
     const auto start = Clock::now();
     auto process = desktop.startProcess(peer.server);
     must(process.has_value(), peer.name + " starts");
-    must(waitUntil([&] { return desktop.run(peer.client).succeeded(); }, patience, std::chrono::milliseconds{0}),
+    must(waitUntil([&] { return desktop.run(peer.client).succeeded(); }, defaultTimeout, std::chrono::milliseconds{0}),
          peer.name + " answers");
     const double time = millisecondsSince(start);
     process->end();
@@ -36,7 +36,7 @@ double timeToTrayIcon(LiveDesktop& desktop, const Peer& peer) {
     const auto start = Clock::now();
     auto process = desktop.startProcess(peer.server);
     must(process.has_value(), peer.name + " starts");
-    must(waitUntil([&] { return trayIcon(desktop.screen(), peer.windowClass).has_value(); }, patience,
+    must(waitUntil([&] { return trayIcon(desktop.screen(), peer.windowClass).has_value(); }, defaultTimeout,
                    std::chrono::milliseconds{1}),
          peer.name + " is in the tray");
     const double time = millisecondsSince(start);

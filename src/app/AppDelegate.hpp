@@ -111,7 +111,7 @@ private:
     void makeHistoryPanel();
     void showPermissionsIfNeeded(bool atLogin);
     void lookForStatusItem(bool atLogin);
-    void sayThatItRuns(bool atLogin);
+    void announceStart(bool atLogin);
     void requestNextPermissionIfNeeded();
     [[nodiscard]] SettingsServices settingsServices();
     void setFileManagerEntry(bool on);

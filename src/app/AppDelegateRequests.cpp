@@ -75,7 +75,7 @@ ControlReply AppDelegate::share(const std::vector<std::string>& urls) {
     if (!refusal) {
         return {};
     }
-    fileShare_.tell(*refusal); // a file manager does not show what the command prints
+    fileShare_.showMessage(*refusal); // a file manager does not show what the command prints
     return {false, refusal->rendered(core::AppLanguage::english)};
 }
 

@@ -91,13 +91,13 @@ void AppDelegate::lookForStatusItem(bool atLogin) {
     runtime.statusItemShown = platform_.statusItem->isVisible();
     model_.setRuntime(std::move(runtime));
     if (isFirst && !model_.runtime().statusItemShown) {
-        sayThatItRuns(atLogin);
+        announceStart(atLogin);
     }
 }
 
 /// Without a place for the status item, nothing else shows that the program runs. Where the desktop shows no notices
 /// either, its settings do, unless it was started at login.
-void AppDelegate::sayThatItRuns(bool atLogin) {
+void AppDelegate::announceStart(bool atLogin) {
     const auto language = preferences_.state().language;
     const core::LocalizedText isRunning(core::texts::quillaneIsRunning);
     const core::LocalizedText noTray(core::texts::noSystemTray);

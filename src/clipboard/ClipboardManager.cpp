@@ -21,7 +21,7 @@ using namespace std::chrono_literals;
 
 constexpr auto pollInterval = 500ms;
 constexpr auto rereadDelay = 100ms;
-constexpr int mostRereads = 5;
+constexpr int maximumRereads = 5;
 constexpr HotKey shortcut{9, core::flags::command | core::flags::shift}; // V
 
 core::ClipboardOptions storedOptions(const core::UserDefaults& defaults) {
@@ -108,7 +108,7 @@ bool ClipboardManager::noteChange() {
 /// not there yet.
 void ClipboardManager::recordOnceFilled(int rereads) {
     record();
-    if (copied_ && rereads < mostRereads) {
+    if (copied_ && rereads < maximumRereads) {
         platform_.mainQueue->postAfter(rereadDelay, [this, alive = lifetime_.watch(), revision = revision_, rereads] {
             if (alive && revision == revision_) {
                 recordOnceFilled(rereads + 1);

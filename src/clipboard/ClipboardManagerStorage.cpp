@@ -23,7 +23,7 @@ using namespace std::chrono_literals;
 using Outcome = HistoryStorage::Outcome;
 
 constexpr auto saveDelay = 250ms;     // after the last change
-constexpr auto longestDelay = 2500ms; // after the first one, so that the disk has it within three seconds
+constexpr auto maximumDelay = 2500ms; // after the first one, so that the disk has it within three seconds
 constexpr auto betweenSaves = 10s;    // while they fail
 constexpr auto betweenReadings = 10s; // between attempts to read a saved history
 
@@ -175,7 +175,7 @@ void ClipboardManager::save() {
     ++lastChange_;
     saveAfter(saveDelay, &ClipboardManager::lastChange_);
     if (!std::exchange(isSaveDue_, true)) {
-        saveAfter(longestDelay, &ClipboardManager::lastSave_);
+        saveAfter(maximumDelay, &ClipboardManager::lastSave_);
     }
 }
 

@@ -20,7 +20,7 @@ using core::clipboardSnapshot::RestoreMode;
 using namespace std::chrono_literals;
 
 constexpr auto betweenAttempts = 50ms;
-constexpr int mostAttempts = 20;
+constexpr int maximumAttempts = 20;
 constexpr core::KeyCode keyV = 9;
 
 template <typename... Cases>
@@ -234,7 +234,7 @@ void ClipboardPanel::attemptPaste(Attempt attempt) {
         platform_.keyEvents->postKey(attempt.target, keyV, core::flags::command)) {
         return;
     }
-    if (attempt.number < mostAttempts) {
+    if (attempt.number < maximumAttempts) {
         ++attempt.number;
         schedule(attempt);
     } else if (onPasteFailed) {

@@ -38,7 +38,7 @@ void ClipboardScreenCapture::attempt(int number) {
         return;
     }
     if (number == lastAttempt) {
-        tell(texts::releaseModifierKeys);
+        announce(texts::releaseModifierKeys);
         return;
     }
     platform_.mainQueue->postAfter(betweenAttempts,
@@ -53,24 +53,24 @@ void ClipboardScreenCapture::begin() {
     using Means = AreaCapture::Means;
     const auto means = platform_.areaCapture->means();
     if (means == Means::none) {
-        tell(texts::areaCaptureNeedsX11);
+        announce(texts::areaCaptureNeedsX11);
         return;
     }
     const auto keptOut = [this, alive = lifetime_.watch()] {
         if (alive) {
-            tell(texts::areaCaptureKeptOut);
+            announce(texts::areaCaptureKeptOut);
         }
     };
     if (!platform_.permissions->isGranted(core::MacPermission::accessibility) ||
         !platform_.areaCapture->start(language_(), keptOut)) {
-        tell(texts::couldNotStartAreaCapture);
+        announce(texts::couldNotStartAreaCapture);
         return;
     }
     if (means == Means::ownSelection) {
-        tell(texts::selectAreaToCapture);
+        announce(texts::selectAreaToCapture);
         return;
     }
-    tell(texts::selectAreaOrCheckShortcut);
+    announce(texts::selectAreaOrCheckShortcut);
     if (offer) {
         offer(texts::openKeyboardSettings, [this, alive = lifetime_.watch()] {
             if (alive) {
@@ -80,7 +80,7 @@ void ClipboardScreenCapture::begin() {
     }
 }
 
-void ClipboardScreenCapture::tell(const core::LocalizedText& text) const {
+void ClipboardScreenCapture::announce(const core::LocalizedText& text) const {
     if (report) {
         report(text);
     }

@@ -40,7 +40,7 @@ public:
 private:
     void attempt(int number);
     void begin();
-    void tell(const core::LocalizedText& text) const;
+    void announce(const core::LocalizedText& text) const;
 
     const Platform& platform_;
     std::function<core::AppLanguage()> language_;

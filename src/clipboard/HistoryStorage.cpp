@@ -3,8 +3,8 @@
 
 #include "clipboard/HistoryStorage.hpp"
 
-#include "core/clipboard/ClipboardKey.hpp"
 #include "core/clipboard/EntryDates.hpp"
+#include "core/clipboard/VaultKey.hpp"
 
 #include <cerrno>
 #include <utility>
@@ -42,7 +42,7 @@ ClipboardVault::Result<void> HistoryStorage::open() {
     if (auto locked = lock(); !locked) {
         return locked;
     }
-    auto key = core::obtainClipboardKey(secretStore_);
+    auto key = core::obtainVaultKey(secretStore_);
     if (!key) {
         return tl::unexpected(VaultError{VaultError::Reason::noKey, 0});
     }

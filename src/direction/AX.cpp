@@ -15,7 +15,7 @@ constexpr std::array<std::string_view, 6> alwaysSkipped{"AXWebArea", "AXTextArea
 
 constexpr std::string_view childrenName = "AXChildren";
 
-constexpr int longestWay = 32; // up to an ancestor
+constexpr int maximumSteps = 32; // up to an ancestor
 
 bool contains(std::span<const std::string_view> roles, std::string_view role) {
     return std::ranges::find(roles, role) != roles.end();
@@ -102,7 +102,7 @@ bool press(Accessibility& accessibility, const AXElement& element) {
 
 bool isDescendant(Accessibility& accessibility, const AXElement& element, const AXElement& ancestor) {
     std::optional<AXElement> step = element;
-    for (int count = 0; step && count < longestWay; ++count) {
+    for (int count = 0; step && count < maximumSteps; ++count) {
         if (*step == ancestor) {
             return true;
         }

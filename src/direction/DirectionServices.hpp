@@ -26,6 +26,6 @@ struct DirectionServices {
 using DirectionReport = std::function<void(const core::LocalizedText&)>;
 
 /// Timeout of a call to the application whose paragraph is changed.
-inline constexpr std::chrono::milliseconds directionPatience{150};
+inline constexpr std::chrono::milliseconds directionTimeout{150};
 
 } // namespace quillane

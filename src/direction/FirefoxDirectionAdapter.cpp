@@ -36,7 +36,7 @@ void FirefoxDirectionAdapter::apply(core::WritingDirection direction, const core
     }
     auto& accessibility = services_.accessibility;
     const auto element = accessibility.application(front->pid);
-    accessibility.setMessagingTimeout(element, directionPatience);
+    accessibility.setMessagingTimeout(element, directionTimeout);
     const auto editor = ax::element(accessibility, element, "AXFocusedUIElement");
     if (!editor || !isDirectionEditor(accessibility, *editor, application)) {
         report_(application.placementHint);

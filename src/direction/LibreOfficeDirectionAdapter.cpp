@@ -41,7 +41,7 @@ void LibreOfficeDirectionAdapter::apply(core::WritingDirection direction,
         return;
     }
     const auto application = services_.accessibility.application(front->pid);
-    services_.accessibility.setMessagingTimeout(application, directionPatience);
+    services_.accessibility.setMessagingTimeout(application, directionTimeout);
     begin({application, front->pid, direction, &libreOffice, ++operation_});
 }
 

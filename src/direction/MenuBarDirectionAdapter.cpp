@@ -55,7 +55,7 @@ void MenuBarDirectionAdapter::lookUpFront() {
 void MenuBarDirectionAdapter::beginLookup(pid_t pid) {
     auto& accessibility = services_.accessibility;
     const auto application = accessibility.application(pid);
-    accessibility.setMessagingTimeout(application, directionPatience);
+    accessibility.setMessagingTimeout(application, directionTimeout);
     const auto menuBar = ax::element(accessibility, application, "AXMenuBar");
     if (!menuBar) {
         noteUnanswered(pid);
@@ -148,7 +148,7 @@ void MenuBarDirectionAdapter::apply(WritingDirection direction) {
     }
     auto& accessibility = services_.accessibility;
     const auto application = accessibility.application(front->pid);
-    accessibility.setMessagingTimeout(application, directionPatience);
+    accessibility.setMessagingTimeout(application, directionTimeout);
     const auto focused = ax::element(accessibility, application, "AXFocusedUIElement");
     if (!focused || !isEditableInput(accessibility, *focused)) {
         return;

@@ -64,7 +64,7 @@ void NativeDirectionAdapter::begin(const Request& request, int wakings) {
     auto& accessibility = services_.accessibility;
     const auto& application = request.application;
     const auto element = accessibility.application(request.pid);
-    accessibility.setMessagingTimeout(element, directionPatience);
+    accessibility.setMessagingTimeout(element, directionTimeout);
     const auto editor = ax::element(accessibility, element, "AXFocusedUIElement");
     if (!editor && core::chromiumFamily::isWokenAgain(application, wakings)) {
         wake(request, wakings);

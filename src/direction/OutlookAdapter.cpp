@@ -35,7 +35,7 @@ void OutlookAdapter::apply(core::WritingDirection direction, const core::Support
     }
     auto& accessibility = services_.accessibility;
     const auto application = accessibility.application(front->pid);
-    accessibility.setMessagingTimeout(application, directionPatience);
+    accessibility.setMessagingTimeout(application, directionTimeout);
     const auto focused = ax::element(accessibility, application, "AXFocusedUIElement");
     if (focused && isSubjectLine(accessibility, *focused, outlook)) {
         subject_.apply(direction, *outlook.subject);

@@ -37,7 +37,7 @@ void WordDirectionAdapter::apply(core::WritingDirection direction, const core::S
     }
     auto& accessibility = services_.accessibility;
     const auto application = accessibility.application(front->pid);
-    accessibility.setMessagingTimeout(application, directionPatience);
+    accessibility.setMessagingTimeout(application, directionTimeout);
     const auto editor = ax::element(accessibility, application, "AXFocusedUIElement");
     const auto window = editor && isDirectionEditor(accessibility, *editor, word)
                             ? ax::element(accessibility, application, "AXFocusedWindow")

@@ -29,9 +29,9 @@ bool isBeside(QPoint first, QPoint second) {
 /// The next free position from the given one, down to the right. At the end of the screen the next row begins at the
 /// top.
 QPoint freePlace(QPoint place, QSize size, const QRect& screen, const std::vector<QPoint>& taken) {
-    constexpr int most = 100; // beyond this, windows may cover each other
+    constexpr int maximumSteps = 100; // beyond this, windows may cover each other
     int row = 0;
-    for (int i = 0; i < most; ++i) {
+    for (int i = 0; i < maximumSteps; ++i) {
         if (std::ranges::all_of(taken, [&](QPoint other) { return isBeside(place, other); })) {
             break;
         }
@@ -101,7 +101,7 @@ std::optional<core::LocalizedText> FileShareService::share(const std::vector<std
     return std::nullopt;
 }
 
-void FileShareService::tell(const core::LocalizedText& text) {
+void FileShareService::showMessage(const core::LocalizedText& text) {
     auto* box = new MessageBox(services_.preferences, texts::shareWindowTitle, text);
     box->setModal(false);
     present(*box, *services_.platform.windowTraits);

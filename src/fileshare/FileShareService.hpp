@@ -30,7 +30,7 @@ public:
     [[nodiscard]] std::optional<core::LocalizedText> share(const std::vector<std::string>& urls);
 
     /// Shows a message of `share` to the user when the other program cannot.
-    void tell(const core::LocalizedText& text);
+    void showMessage(const core::LocalizedText& text);
 
     /// Opens a window for the file at the file URL, in front of everything, and starts its upload.
     void show(const core::Url& file);

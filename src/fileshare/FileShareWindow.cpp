@@ -47,8 +47,8 @@ FileShareWindow::FileShareWindow(core::Url file, const FileShareServices& servic
 void FileShareWindow::closeEvent(QCloseEvent* event) {
     event->accept();
     model_.cancel();
-    if (const auto told = std::exchange(onClose, nullptr)) {
-        told();
+    if (const auto callback = std::exchange(onClose, nullptr)) {
+        callback();
     }
 }
 

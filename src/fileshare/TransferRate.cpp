@@ -8,7 +8,7 @@ namespace quillane {
 
 namespace {
 
-constexpr std::chrono::milliseconds shortestMeasured{500};
+constexpr std::chrono::milliseconds minimumMeasured{500};
 
 } // namespace
 
@@ -26,7 +26,7 @@ std::optional<TransferRate::Estimate> TransferRate::estimate(std::int64_t total)
     const std::chrono::duration<double> time = samples_.back().time - samples_.front().time;
     const auto moved = samples_.back().sent - samples_.front().sent;
     const auto left = total - samples_.back().sent;
-    if (time < shortestMeasured || moved <= 0 || left <= 0) {
+    if (time < minimumMeasured || moved <= 0 || left <= 0) {
         return std::nullopt;
     }
     const double speed = static_cast<double>(moved) / time.count();

@@ -15,7 +15,7 @@ namespace quillane {
 
 namespace {
 
-constexpr std::chrono::milliseconds patience{15};
+constexpr std::chrono::milliseconds messagingTimeout{15};
 
 std::optional<std::string> text(const AXValue& value) {
     const auto* exact = std::get_if<std::string>(&value);
@@ -38,12 +38,12 @@ InputSourceSummary RTLInput::current() const {
 
 bool RTLInput::hasEditableFocus(pid_t pid) const {
     const auto application = accessibility_.application(pid);
-    accessibility_.setMessagingTimeout(application, patience);
+    accessibility_.setMessagingTimeout(application, messagingTimeout);
     const auto focused = ax::element(accessibility_, application, "AXFocusedUIElement");
     if (!focused) {
         return false;
     }
-    accessibility_.setMessagingTimeout(*focused, patience);
+    accessibility_.setMessagingTimeout(*focused, messagingTimeout);
     constexpr std::array<std::string_view, 3> names{"AXRole", "AXSubrole", "AXEnabled"};
     const auto values = accessibility_.attributes(*focused, names);
     if (!values || values->size() != names.size()) {

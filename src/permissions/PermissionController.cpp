@@ -48,14 +48,14 @@ void PermissionController::refresh() {
         }
     }
     const auto before = std::exchange(granted_, std::move(granted));
-    const bool told = tellOfSwitch();
-    if (told || before != granted_) {
+    const bool reported = reportGrant();
+    if (reported || before != granted_) {
         changed_.notify();
     }
 }
 
 /// Whether the feedback has changed.
-bool PermissionController::tellOfSwitch() {
+bool PermissionController::reportGrant() {
     const bool isOn = granted_.contains(MacPermission::accessibility);
     if (isOn && std::exchange(switchingOn_, false)) {
         feedback_ = texts::accessibilitySwitchedOn;
@@ -83,8 +83,8 @@ void PermissionController::request(MacPermission permission) {
     if (!isGrantedInSettings()) {
         switchingOn_ = permission == MacPermission::accessibility && !granted_.contains(permission);
     } else {
-        say(permission == MacPermission::accessibility ? texts::accessibilityRequested
-                                                       : texts::inputMonitoringRequested);
+        setFeedback(permission == MacPermission::accessibility ? texts::accessibilityRequested
+                                                               : texts::inputMonitoringRequested);
     }
     requesting_ = false;
     refresh();
@@ -109,14 +109,14 @@ void PermissionController::openSettings(MacPermission permission) {
 void PermissionController::copyPath() {
     platform_.pasteboard->clear();
     if (platform_.pasteboard->setString(core::pasteboardTypes::string, location_.application.string())) {
-        say(texts::appPathCopied);
+        setFeedback(texts::appPathCopied);
     }
 }
 
 void PermissionController::restart() {
     platform_.userDefaults->setObject(showPermissionsKey, true);
     if (!platform_.launcher->launch(core::relaunchCommand(::getpid(), location_.application))) {
-        say(texts::couldNotReopen.on(platform_.desktop));
+        setFeedback(texts::couldNotReopen.on(platform_.desktop));
     } else if (terminate) {
         terminate();
     }
@@ -130,7 +130,7 @@ void PermissionController::saveRequests() {
     platform_.userDefaults->setObject(requestKey, std::move(values));
 }
 
-void PermissionController::say(const core::LocalizedText& text) {
+void PermissionController::setFeedback(const core::LocalizedText& text) {
     feedback_ = text;
     changed_.notify();
 }

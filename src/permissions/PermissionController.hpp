@@ -72,8 +72,8 @@ public:
 
 private:
     void saveRequests();
-    bool tellOfSwitch();
-    void say(const core::LocalizedText& text);
+    bool reportGrant();
+    void setFeedback(const core::LocalizedText& text);
 
     const Platform& platform_;
     core::ApplicationLocation location_;

@@ -20,13 +20,13 @@ using namespace std::chrono_literals;
 constexpr auto followInterval = 500ms;
 
 // Smaller windows are dialogs or panels of System Settings.
-constexpr double leastWidth = 400;
-constexpr double leastHeight = 300;
+constexpr double minimumWindowWidth = 400;
+constexpr double minimumWindowHeight = 300;
 
 std::optional<core::ScreenRect> settingsWindow(pid_t settings, const std::vector<OnScreenWindow>& windows) {
     const auto found = std::ranges::find_if(windows, [settings](const OnScreenWindow& window) {
-        return window.pid == settings && window.layer == 0 && window.bounds.width > leastWidth &&
-               window.bounds.height > leastHeight;
+        return window.pid == settings && window.layer == 0 && window.bounds.width > minimumWindowWidth &&
+               window.bounds.height > minimumWindowHeight;
     });
     return found != windows.end() ? std::optional(found->bounds) : std::nullopt;
 }

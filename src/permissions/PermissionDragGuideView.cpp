@@ -37,7 +37,7 @@ constexpr int margin = 14;
 constexpr int bodySpace = 18;
 constexpr int wordsSpace = 6;
 constexpr double titleScale = 1.2;
-constexpr int leastPercent = 60; ///< for text that would not fit otherwise
+constexpr int minimumPercent = 60; ///< for text that would not fit otherwise
 
 core::ScreenRect screenRect(const QRect& rect) {
     return {static_cast<double>(rect.x()), static_cast<double>(rect.y()), static_cast<double>(rect.width()),
@@ -131,7 +131,7 @@ void PermissionDragGuideView::fitWords() {
     const int width = this->width() - 2 * margin - bodySpace - chip_->sizeHint().width();
     const int top = std::max(heading_->sizeHint().height(), close_->sizeHint().height());
     const int height = this->height() - 2 * margin - top - wordsSpace;
-    for (int percent = 100; percent >= leastPercent; percent -= 5) {
+    for (int percent = 100; percent >= minimumPercent; percent -= 5) {
         const double scale = percent / 100.0;
         auto title = font();
         title.setPointSizeF(font().pointSizeF() * titleScale * scale);

@@ -28,7 +28,11 @@ QToolButton* makeButton(const char* sign) {
 } // namespace
 
 NumberStepper::NumberStepper(Range range, std::function<void(std::int64_t)> changed)
-    : range_(range), changed_(std::move(changed)), value_(range.least), less_(makeButton("−")), more_(makeButton("+")) {
+    : range_(range),
+      changed_(std::move(changed)),
+      value_(range.minimum),
+      less_(makeButton("−")),
+      more_(makeButton("+")) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(4);
@@ -40,14 +44,14 @@ NumberStepper::NumberStepper(Range range, std::function<void(std::int64_t)> chan
 
 void NumberStepper::show(std::int64_t value, const core::LocalizedText& what, core::AppLanguage language) {
     value_ = value;
-    less_->setEnabled(value > range_.least);
-    more_->setEnabled(value < range_.most);
+    less_->setEnabled(value > range_.minimum);
+    more_->setEnabled(value < range_.maximum);
     less_->setAccessibleName(rendered(core::texts::decreaseNumber(what), language));
     more_->setAccessibleName(rendered(core::texts::increaseNumber(what), language));
 }
 
 void NumberStepper::step(std::int64_t by) {
-    const auto value = std::clamp(value_ + by, range_.least, range_.most);
+    const auto value = std::clamp(value_ + by, range_.minimum, range_.maximum);
     if (value != value_) {
         value_ = value;
         changed_(value);

@@ -20,8 +20,8 @@ class NumberStepper : public QWidget {
 
 public:
     struct Range {
-        std::int64_t least;
-        std::int64_t most;
+        std::int64_t minimum;
+        std::int64_t maximum;
         std::int64_t step;
     };
 

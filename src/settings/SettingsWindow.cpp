@@ -33,12 +33,12 @@ constexpr QMargins expectedDecoration(0, 36, 0, 0);
 /// The screen that a window with this frame covers most; none when its title bar cannot be reached on any.
 QScreen* screenFor(const QRect& frame) {
     QScreen* best = nullptr;
-    int most = 0;
+    int largest = 0;
     for (auto* screen : QGuiApplication::screens()) {
         const auto area = screen->availableGeometry();
         const auto shared = area.intersected(frame);
-        if (windowFrame::isReachable(frame, area) && shared.width() * shared.height() > most) {
-            most = shared.width() * shared.height();
+        if (windowFrame::isReachable(frame, area) && shared.width() * shared.height() > largest) {
+            largest = shared.width() * shared.height();
             best = screen;
         }
     }

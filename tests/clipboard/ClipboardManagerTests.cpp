@@ -113,7 +113,7 @@ TEST_F(ClipboardManagerTest, NoPasswordIsRecorded) {
 /// On a desktop that announces changes and delivers the contents later.
 class LateContentsTest : public ClipboardManagerTest {
 protected:
-    LateContentsTest() { pasteboard.tellOfChanges(); }
+    LateContentsTest() { pasteboard.announceChanges(); }
 
     /// What is fetched of an offered text.
     [[nodiscard]] std::vector<std::string_view> wanted() const {
@@ -218,7 +218,7 @@ TEST_F(LateContentsTest, OfACopyFromAPasswordFieldAreNeitherFetchedNorRecorded) 
 }
 
 TEST_F(ClipboardManagerTest, ANoticeOfAChangeIsNotWaitedForByTheTimer) {
-    pasteboard.tellOfChanges();
+    pasteboard.announceChanges();
     start();
     for (int i = 0; i < 20; ++i) {
         pasteboard.copyText(std::to_string(i));
@@ -251,7 +251,7 @@ TEST_F(ClipboardManagerTest, APinOfAnEntryThatIsStoredLasts) {
 }
 
 TEST_F(ClipboardManagerTest, TenQuickCopiesAreOneWriteAQuarterSecondAfterTheLast) {
-    pasteboard.tellOfChanges();
+    pasteboard.announceChanges();
     start();
     pass(1s);
     for (int i = 0; i < 10; ++i) {
@@ -413,7 +413,7 @@ TEST_F(ClipboardManagerTest, TurningItOffWhilePausedClosesThePanelOnce) {
 
 TEST_F(ClipboardManagerTest, NoMoreThanTwoHundredEntriesArePinned) {
     start();
-    pasteboard.tellOfChanges();
+    pasteboard.announceChanges();
     auto options = manager_->options();
     options.limit = 1'000;
     manager_->setOptions(options);

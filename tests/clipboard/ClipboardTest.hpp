@@ -4,8 +4,8 @@
 #pragma once
 
 #include "clipboard/ClipboardManager.hpp"
-#include "core/clipboard/ClipboardKey.hpp"
 #include "core/clipboard/ClipboardVault.hpp"
+#include "core/clipboard/VaultKey.hpp"
 #include "fakes/FakeClipboardDesktop.hpp"
 
 #include <gtest/gtest.h>
@@ -69,7 +69,7 @@ protected:
 
     /// What another process would load.
     [[nodiscard]] std::vector<std::string> stored() {
-        auto key = core::obtainClipboardKey(secretStore);
+        auto key = core::obtainVaultKey(secretStore);
         auto loaded = core::ClipboardVault::open(folder(), std::move(*key))->load();
         std::vector<std::string> all;
         for (const auto& entry : loaded.value()) {

@@ -27,7 +27,7 @@ namespace texts = core::texts;
 /// When and where the history is saved while it runs.
 class HistorySavingTest : public testing::ClipboardTest {
 protected:
-    HistorySavingTest() { pasteboard.tellOfChanges(); }
+    HistorySavingTest() { pasteboard.announceChanges(); }
 
     void takeFolderAway() {
         fs::remove_all(folder());

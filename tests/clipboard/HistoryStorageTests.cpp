@@ -38,7 +38,7 @@ protected:
     }
 
     [[nodiscard]] fs::path fileOf(const std::string& text) {
-        auto key = core::obtainClipboardKey(secretStore);
+        auto key = core::obtainVaultKey(secretStore);
         auto loaded = core::ClipboardVault::open(folder(), std::move(*key))->load();
         for (const auto& entry : loaded.value()) {
             if (*entry.text == text) {

@@ -78,12 +78,12 @@ TYPED_TEST_P(ApplicationCatalogContract, EveryReaderIsAnsweredOnceOnThisThread) 
 }
 
 TYPED_TEST_P(ApplicationCatalogContract, NoHandlerIsCalledAfterItsEnd) {
-    bool told = false;
-    this->driver.catalog()->read([&](const auto&) { told = true; });
+    bool answered = false;
+    this->driver.catalog()->read([&](const auto&) { answered = true; });
     this->driver.catalog().reset();
     int turns = 0;
     EXPECT_TRUE(this->driver.waitUntil([&] { return ++turns > 20; }));
-    EXPECT_FALSE(told);
+    EXPECT_FALSE(answered);
 }
 
 REGISTER_TYPED_TEST_SUITE_P(ApplicationCatalogContract, ListsInstalledAndRunningApplications,

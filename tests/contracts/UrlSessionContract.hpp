@@ -33,16 +33,16 @@ protected:
     /// Records its calls, and whether they came inside another call.
     class Delegate final : public core::UrlSessionDelegate {
     public:
-        void didSendBodyData(std::int64_t count, std::int64_t /*expected*/) override { sent = told(count); }
+        void didSendBodyData(std::int64_t count, std::int64_t /*expected*/) override { sent = checked(count); }
 
         void didReceiveData(std::span<const std::byte> data) override {
-            answer += std::string(reinterpret_cast<const char*>(data.data()), told(data.size()));
+            answer += std::string(reinterpret_cast<const char*>(data.data()), checked(data.size()));
         }
 
-        void redirectRequested() override { redirects += told(1); }
+        void redirectRequested() override { redirects += checked(1); }
 
         void didComplete(std::optional<core::UrlResponse> head, std::optional<core::UrlError> failure) override {
-            completions += told(1);
+            completions += checked(1);
             response = head;
             error = failure;
             if (onComplete) {
@@ -61,7 +61,7 @@ protected:
 
     private:
         template <typename Value>
-        Value told(Value value) const {
+        Value checked(Value value) const {
             EXPECT_FALSE(inCall) << "told inside a call";
             EXPECT_EQ(completions, 0) << "told after the end";
             return value;

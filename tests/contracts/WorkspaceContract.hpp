@@ -122,16 +122,16 @@ TYPED_TEST_P(WorkspaceContract, AnApplicationBehindComesToTheFrontWhenAsked) {
     const auto second = this->driver.open(TypeParam::second);
     ASSERT_TRUE(this->comesToFront(second));
     bool isInsideCall = false;
-    bool wasTold = false;
+    bool wasNotified = false;
     const auto token = this->driver.workspace().onDidActivateApplication([&] {
         EXPECT_FALSE(isInsideCall);
-        wasTold = true;
+        wasNotified = true;
     });
     isInsideCall = true;
     EXPECT_TRUE(this->driver.workspace().activateApplication(first));
     isInsideCall = false;
     EXPECT_TRUE(this->comesToFront(first));
-    EXPECT_TRUE(this->driver.waitUntil([&] { return wasTold; }));
+    EXPECT_TRUE(this->driver.waitUntil([&] { return wasNotified; }));
     EXPECT_FALSE(this->driver.workspace().activateApplication(this->nobody));
 }
 

@@ -75,7 +75,7 @@ TEST(ChildProcess, ReportsTheExitCodeAndTheSignal) {
     Command command;
     command.environment = currentEnvironment();
     command.arguments = {"sh", "-c", "echo out; echo err >&2; exit 3"};
-    const auto result = runToEnd(command, patience);
+    const auto result = runToEnd(command, defaultTimeout);
     EXPECT_EQ(result.exit, (ExitStatus{3, 0}));
     EXPECT_EQ(result.output, "out\n");
     EXPECT_EQ(result.errors, "err\n");
@@ -85,7 +85,7 @@ TEST(ChildProcess, ReportsTheExitCodeAndTheSignal) {
     ASSERT_TRUE(process) << process.error();
     EXPECT_TRUE(process->isRunning());
     process->signal(SIGINT);
-    EXPECT_EQ(process->waitForExit(patience), (ExitStatus{-1, SIGINT}));
+    EXPECT_EQ(process->waitForExit(defaultTimeout), (ExitStatus{-1, SIGINT}));
     EXPECT_TRUE(runToEnd(command, std::chrono::milliseconds{50}).timedOut);
 }
 

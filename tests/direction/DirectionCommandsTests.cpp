@@ -264,9 +264,9 @@ TEST_F(LibreOfficeDirectionTest, NoStepAsksForMuch) {
     auto& last = window->add("AXToolbar");
     toolbar->present(false);
     last.add("AXButton").with("AXTitle", std::string("Right-To-Left")).withAction("AXPress");
-    std::size_t most = 0;
+    std::size_t maximum = 0;
     const std::function<void()> count = [&] { // between the steps
-        most = std::max(most, desktop.accessibility.calls().size());
+        maximum = std::max(maximum, desktop.accessibility.calls().size());
         desktop.accessibility.forgetCalls();
         if (said.empty()) {
             desktop.queue.postAfter(0ms, count);
@@ -276,7 +276,7 @@ TEST_F(LibreOfficeDirectionTest, NoStepAsksForMuch) {
     count();
     desktop.queue.advance(1ms);
     EXPECT_THAT(said, ElementsAre("Applied RTL in LibreOffice Writer"));
-    EXPECT_LE(most, 20U);
+    EXPECT_LE(maximum, 20U);
 }
 
 TEST_F(LibreOfficeDirectionTest, EndsSilentlyWhenItIsCancelledOrSomethingElseComesToTheFront) {

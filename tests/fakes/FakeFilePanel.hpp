@@ -34,11 +34,11 @@ public:
 
     /// Drops URLs on the panel; what it shows then.
     std::optional<core::LocalizedText> drop(const std::vector<std::string>& urls) {
-        const auto told = dropped_(urls);
-        if (!told) {
+        const auto accepted = dropped_(urls);
+        if (!accepted) {
             cancel();
         }
-        return told;
+        return accepted;
     }
 
     void cancel() {

@@ -135,10 +135,10 @@ public:
     [[nodiscard]] const Interest& interest() const { return interest_; }
 
     /// Copies are announced from now on, as on a desktop that announces them.
-    void tellOfChanges() { tellsOfChanges_ = true; }
+    void announceChanges() { announcesChanges_ = true; }
 
     core::Subscription onChanged(std::function<void()> callback) override {
-        return tellsOfChanges_ ? changes_.subscribe(std::move(callback)) : core::Subscription();
+        return announcesChanges_ ? changes_.subscribe(std::move(callback)) : core::Subscription();
     }
 
     [[nodiscard]] std::int64_t changeCount() const override { return changeCount_; }
@@ -213,7 +213,7 @@ public:
 
 private:
     core::Listeners<> changes_;
-    bool tellsOfChanges_ = false;
+    bool announcesChanges_ = false;
 
     void noteChange() {
         ++changeCount_;

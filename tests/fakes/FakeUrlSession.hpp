@@ -45,8 +45,8 @@ public:
         }
 
         void complete(std::optional<core::UrlResponse> response, std::optional<core::UrlError> error = {}) {
-            if (auto* told = std::exchange(delegate, nullptr)) {
-                told->didComplete(response, error);
+            if (auto* receiver = std::exchange(delegate, nullptr)) {
+                receiver->didComplete(response, error);
             }
         }
 

@@ -85,7 +85,7 @@ TEST_F(FileShareServiceTest, MessagesInAllLanguages) {
     service_.choose();
     ASSERT_EQ(messageBoxes().size(), 1);
     save("server");
-    service_.tell(core::texts::selectOneFile);
+    service_.showMessage(core::texts::selectOneFile);
     ASSERT_EQ(messageBoxes().size(), 1);
     save("one-file");
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "core/clipboard/ClipboardKey.hpp"
+#include "core/clipboard/VaultKey.hpp"
 #include "core/localization/AppLanguage.hpp"
 #include "core/propertylist/PropertyList.hpp"
 
@@ -77,7 +77,7 @@ TEST_F(InformationTest, HasTheseKeysAndNoOthers) {
 
 TEST_F(InformationTest, NamesTheApplicationAsTheCodeDoes) {
     EXPECT_EQ(text("CFBundleIdentifier"), "com.quillane.app");
-    EXPECT_EQ(clipboardKeyService, text("CFBundleIdentifier") + ".clipboard");
+    EXPECT_EQ(vaultKeyService, text("CFBundleIdentifier") + ".clipboard");
     EXPECT_EQ(text("CFBundleName"), "Quillane");
     EXPECT_EQ(text("CFBundleExecutable"), "quillane");
     EXPECT_EQ(text("CFBundlePackageType"), "APPL");

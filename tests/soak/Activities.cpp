@@ -213,7 +213,7 @@ private:
         require(waitUntil(closes), "a window of the agent stays");
     }
 
-    [[nodiscard]] bool isPanelOpen(bool expected, std::chrono::milliseconds limit = live::patience) {
+    [[nodiscard]] bool isPanelOpen(bool expected, std::chrono::milliseconds limit = live::defaultTimeout) {
         return soak_.agent().waitForStatus(
             [&](const auto& status) { return status.at("clipboard").at("panelOpen") == expected; }, limit);
     }

@@ -108,7 +108,7 @@ bool Copies::offer(const Offer& contents) {
         line += '\t' + type + '\t' + files.back().string();
     }
     std::ofstream(pipe_) << line << '\n' << std::flush;
-    const bool isCopied = says("copied", live::patience);
+    const bool isCopied = says("copied", live::defaultTimeout);
     last_ = Clock::now();
     return isCopied;
 }

@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 
 constexpr auto retry = 10s;       ///< of a save that has failed
 constexpr auto writing = 4s;      ///< until that save has ended
-constexpr auto longestPause = 3s; ///< until a save begins
+constexpr auto maximumPause = 3s; ///< until a save begins
 
 void mustWork(const std::string& problem) {
     require(problem.empty(), problem);
@@ -81,8 +81,8 @@ Fault fullDisk(SoakDesktop& soak) {
                 const auto isSaved = [](const auto& status) {
                     return status.at("clipboard").at("storageError") == false;
                 };
-                soak.copies().restore(retry + longestPause + writing);
-                require(soak.agent().waitForStatus(isSaved, retry + longestPause + writing),
+                soak.copies().restore(retry + maximumPause + writing);
+                require(soak.agent().waitForStatus(isSaved, retry + maximumPause + writing),
                         "the history is not saved on a disk with room again");
                 soak.copies().restore(0s);
             }};

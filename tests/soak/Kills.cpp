@@ -44,13 +44,13 @@ bool killAtRandom(SoakDesktop& soak, int kills, unsigned seed) {
                 auto agent = soak.launchAgent();
                 std::this_thread::sleep_for(Milliseconds(random() % 600));
                 agent.signal(SIGKILL);
-                static_cast<void>(agent.waitForExit(live::patience));
+                static_cast<void>(agent.waitForExit(live::defaultTimeout));
                 ++starting;
             } else {
                 soak.startAgent();
                 useUntil(soak, Copies::Clock::now() + Milliseconds(random() % 3'000), random);
                 soak.agent().process().signal(SIGKILL);
-                static_cast<void>(soak.agent().process().waitForExit(live::patience));
+                static_cast<void>(soak.agent().process().waitForExit(live::defaultTimeout));
             }
             soak.checkHistory();
             live::require(soak.desktop().screen().keysDown().none(), "a key is down");

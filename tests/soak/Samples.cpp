@@ -48,8 +48,8 @@ Growth growthOf(const std::vector<Sample>& samples, Projection value) {
     if (samples.size() < 8) {
         return {};
     }
-    constexpr double longestWarmUp = 120;
-    const double warmUp = std::min(longestWarmUp, samples.back().seconds / 3);
+    constexpr double maximumWarmUp = 120;
+    const double warmUp = std::min(maximumWarmUp, samples.back().seconds / 3);
     const auto first =
         std::ranges::find_if(samples, [&](const Sample& sample) { return sample.seconds >= warmUp; }) - samples.begin();
     const auto middle = (first + std::ssize(samples)) / 2;

@@ -105,7 +105,7 @@ void Soak::endWithXServer() {
         attempt("the last copies", activities_.front().run);
     }
     soak_.desktop().killService("Xvfb");
-    const auto exit = soak_.agent().process().waitForExit(live::patience);
+    const auto exit = soak_.agent().process().waitForExit(live::defaultTimeout);
     if (!exit || exit->signal != 0) {
         report(exit ? "the agent has crashed with the X server, signal " + std::to_string(exit->signal)
                     : "the agent outlives the X server");

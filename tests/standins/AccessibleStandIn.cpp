@@ -164,7 +164,7 @@ DBusConnection* connect() {
     return bus != nullptr && dbus_bus_register(bus, nullptr) != 0 ? bus : nullptr;
 }
 
-void tellFocus(DBusConnection* bus) {
+void announceFocus(DBusConnection* bus) {
     auto* signal = dbus_message_new_signal(focusedPath, "org.a11y.atspi.Event.Object", "StateChanged");
     const char* state = "focused";
     const std::int32_t gained = 1;
@@ -185,7 +185,7 @@ int main(int count, char** arguments) {
         return 1;
     }
     std::signal(SIGUSR1, [](int) { isPassword = 1; });
-    tellFocus(bus);
+    announceFocus(bus);
     std::puts("told");
     std::fflush(stdout);
     while (dbus_connection_read_write(bus, -1) != 0) {

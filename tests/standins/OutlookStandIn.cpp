@@ -36,7 +36,7 @@ void tell(const QJsonObject& line) {
     std::fflush(stdout);
 }
 
-void tellDirection(const char* field, Qt::LayoutDirection direction) {
+void reportDirection(const char* field, Qt::LayoutDirection direction) {
     tell({{"event", "direction"}, {"field", field}, {"value", direction == Qt::RightToLeft ? "rtl" : "ltr"}});
 }
 
@@ -68,7 +68,7 @@ public:
             const auto* title = direction == Qt::RightToLeft ? "Right to Left" : "Left to Right";
             connect(directions->addAction(title), &QAction::triggered, this, [this, direction] {
                 setLayoutDirection(direction);
-                tellDirection("subject", direction);
+                reportDirection("subject", direction);
                 menu_->close(); // Qt leaves it open when the command has been pressed from outside
             });
         }
@@ -195,7 +195,7 @@ private:
             QTextBlockFormat format;
             format.setLayoutDirection(direction);
             cursor.mergeBlockFormat(format);
-            tellDirection("body", body_.document()->begin().textDirection());
+            reportDirection("body", body_.document()->begin().textDirection());
             QTimer::singleShot(0, this, [this] { popover_.reset(); });
         });
         return button;

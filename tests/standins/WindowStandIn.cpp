@@ -39,7 +39,7 @@ int main(int count, char** arguments) {
         return 2;
     }
     bool closes = true;
-    bool tellsPid = true;
+    bool announcesPid = true;
     bool isHidden = false;
     // As the first four items of WM_NORMAL_HINTS have it.
     std::array<std::uint32_t, 4> content{0, 0, 100, 100};
@@ -53,7 +53,7 @@ int main(int count, char** arguments) {
             continue;
         }
         closes = closes && std::strcmp(arguments[i], "--no-close") != 0;
-        tellsPid = tellsPid && std::strcmp(arguments[i], "--no-pid") != 0;
+        announcesPid = announcesPid && std::strcmp(arguments[i], "--no-pid") != 0;
         isHidden = isHidden || std::strcmp(arguments[i], "--hidden") == 0;
     }
     auto* c = xcb_connect(nullptr, nullptr);
@@ -86,7 +86,7 @@ int main(int count, char** arguments) {
     if (closes) {
         xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, protocols, XCB_ATOM_ATOM, 32, 1, &deleteWindow);
     }
-    if (tellsPid) {
+    if (announcesPid) {
         const auto pid = static_cast<std::uint32_t>(getpid());
         xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, atom(c, "_NET_WM_PID"), XCB_ATOM_CARDINAL, 32, 1, &pid);
     }

@@ -3,7 +3,7 @@
 
 #include "clipboard/panel/AccessibleHistory.hpp"
 
-#include "clipboard/panel/HistoryList.hpp"
+#include "clipboard/panel/ClipboardList.hpp"
 
 #include <QAccessibleWidget>
 #include <QHash>
@@ -15,7 +15,7 @@ namespace {
 
 class AccessibleRow final : public QAccessibleInterface, public QAccessibleActionInterface {
 public:
-    AccessibleRow(HistoryList& list, const QModelIndex& index) : list_(list), index_(index) {}
+    AccessibleRow(ClipboardList& list, const QModelIndex& index) : list_(list), index_(index) {}
 
     [[nodiscard]] bool isValid() const override { return index_.isValid(); }
 
@@ -79,13 +79,13 @@ public:
     [[nodiscard]] QStringList keyBindingsForAction(const QString& /*name*/) const override { return {}; }
 
 private:
-    HistoryList& list_;
+    ClipboardList& list_;
     QPersistentModelIndex index_;
 };
 
 class AccessibleList final : public QAccessibleWidget {
 public:
-    explicit AccessibleList(HistoryList& list) : QAccessibleWidget(&list, QAccessible::List), list_(list) {
+    explicit AccessibleList(ClipboardList& list) : QAccessibleWidget(&list, QAccessible::List), list_(list) {
         const auto forgetRows = [this] { forget(); };
         changes_ = {QObject::connect(list.model(), &QAbstractItemModel::modelReset, &list, forgetRows)};
     }
@@ -136,7 +136,7 @@ private:
         rows_.clear();
     }
 
-    HistoryList& list_;
+    ClipboardList& list_;
     QMetaObject::Connection changes_;
     mutable QHash<int, QAccessible::Id> rows_;
 };
@@ -144,7 +144,7 @@ private:
 } // namespace
 
 QAccessibleInterface* accessibleHistory(const QString& /*className*/, QObject* object) {
-    auto* list = qobject_cast<HistoryList*>(object);
+    auto* list = qobject_cast<ClipboardList*>(object);
     return list != nullptr ? new AccessibleList(*list) : nullptr; // owned by Qt
 }
 

@@ -10,7 +10,7 @@ class QString;
 
 namespace quillane {
 
-/// What screen readers see of a `HistoryList`: a list whose rows have names, states and actions. Rows are made on
+/// What screen readers see of a `ClipboardList`: a list whose rows have names, states and actions. Rows are made on
 /// request. Null for every other object.
 [[nodiscard]] QAccessibleInterface* accessibleHistory(const QString& className, QObject* object);
 

@@ -3,10 +3,10 @@
 
 #pragma once
 
+#include "clipboard/panel/ClipboardList.hpp"
 #include "clipboard/panel/ClipboardRow.hpp"
 #include "clipboard/panel/EntryPreview.hpp"
 #include "clipboard/panel/HelpCard.hpp"
-#include "clipboard/panel/HistoryList.hpp"
 #include "clipboard/panel/HistoryPanelServices.hpp"
 #include "clipboard/panel/PanelNotice.hpp"
 #include "clipboard/panel/SearchBox.hpp"
@@ -69,11 +69,11 @@ private:
     PanelSymbols symbols_;
     EntryImages images_;
     EntryFiles files_;
-    EntryList* entries_;
+    ClipboardListModel* entries_;
     SearchBox* search_;
     PanelNotice* recordingOff_;
     PanelNotice* notice_;
-    HistoryList* list_;
+    ClipboardList* list_;
     ClipboardRow* row_;
     QStackedLayout* pages_ = nullptr;
     QLabel* emptySymbol_;

@@ -26,11 +26,11 @@ constexpr int padding = 9;
 constexpr int tileSide = 28;
 constexpr int tileSymbol = 17;
 constexpr int gap = 10;
-constexpr int leastMarksWidth = 34;
+constexpr int minimumMarksWidth = 34;
 constexpr int pinSide = 14;
 constexpr int lineGap = 2;
-constexpr int mostTextLines = 2;
-constexpr int mostFileLines = 3;
+constexpr int maximumTextLines = 2;
+constexpr int maximumFileLines = 3;
 constexpr int numberedRows = 9;
 constexpr qreal rowRadius = 8;
 constexpr qreal tileRadius = 7;
@@ -72,8 +72,8 @@ struct ClipboardRow::Drawing {
     [[nodiscard]] qreal ratio() const { return painter.device()->devicePixelRatioF(); }
 };
 
-ClipboardRow::ClipboardRow(const EntryList& list, EntryImages& images, EntryFiles& files, PanelSymbols& symbols,
-                           core::Desktop desktop, QObject* parent)
+ClipboardRow::ClipboardRow(const ClipboardListModel& list, EntryImages& images, EntryFiles& files,
+                           PanelSymbols& symbols, core::Desktop desktop, QObject* parent)
     : QStyledItemDelegate(parent), list_(list), images_(images), files_(files), symbols_(symbols), desktop_(desktop) {}
 
 QSize ClipboardRow::imageBounds(int width, qreal ratio) const {
@@ -85,7 +85,7 @@ const ClipboardRow::Metrics& ClipboardRow::metrics(const QFont& font) const {
         const QFontMetrics small(smallFont(font));
         metrics_ = {font, TextBlock::lineHeight(font), TextBlock::lineHeight(smallFont(font)),
                     std::max(1, QFontMetrics(font).averageCharWidth()),
-                    std::max(leastMarksWidth, small.horizontalAdvance(keyOf(numberedRows - 1, desktop_)))};
+                    std::max(minimumMarksWidth, small.horizontalAdvance(keyOf(numberedRows - 1, desktop_)))};
     }
     return metrics_;
 }
@@ -102,10 +102,10 @@ int ClipboardRow::contentHeight(const QFont& font, const core::ClipboardEntry& e
     }
     int lines = 1;
     if (entry.kind == core::ClipboardKind::files) {
-        lines = std::clamp(static_cast<int>(std::ranges::count(*entry.text, '\n')) + 1, 1, mostFileLines);
+        lines = std::clamp(static_cast<int>(std::ranges::count(*entry.text, '\n')) + 1, 1, maximumFileLines);
     } else {
         const auto fitting = width / measures.characterWidth;
-        lines = excerptLength(*entry.text, fitting + 1) > fitting ? mostTextLines : 1;
+        lines = excerptLength(*entry.text, fitting + 1) > fitting ? maximumTextLines : 1;
     }
     return lines * measures.lineHeight + below;
 }
@@ -238,9 +238,9 @@ int ClipboardRow::drawFiles(const Drawing& drawing, const QRect& rect) const {
     const auto names = fileNames(drawing.entry);
     const QFontMetrics metrics(drawing.font);
     const int lineHeight = TextBlock::lineHeight(drawing.font);
-    const int shown = std::min(static_cast<int>(names.size()), mostFileLines);
+    const int shown = std::min(static_cast<int>(names.size()), maximumFileLines);
     for (int i = 0; i < shown; ++i) {
-        const bool isLast = i + 1 == mostFileLines && names.size() > mostFileLines;
+        const bool isLast = i + 1 == maximumFileLines && names.size() > maximumFileLines;
         const auto more = static_cast<int>(names.size()) - i;
         const auto name =
             isLast ? rendered(core::texts::andMoreFiles(core::numberText(more, drawing.language)), drawing.language)

@@ -3,9 +3,9 @@
 
 #pragma once
 
+#include "clipboard/panel/ClipboardListModel.hpp"
 #include "clipboard/panel/EntryFiles.hpp"
 #include "clipboard/panel/EntryImages.hpp"
-#include "clipboard/panel/EntryList.hpp"
 #include "clipboard/panel/PanelSymbols.hpp"
 #include "core/localization/Desktop.hpp"
 
@@ -20,7 +20,7 @@ class ClipboardRow : public QStyledItemDelegate {
     Q_OBJECT
 
 public:
-    ClipboardRow(const EntryList& list, EntryImages& images, EntryFiles& files, PanelSymbols& symbols,
+    ClipboardRow(const ClipboardListModel& list, EntryImages& images, EntryFiles& files, PanelSymbols& symbols,
                  core::Desktop desktop, QObject* parent);
 
     /// The height of pictures, in points.
@@ -54,7 +54,7 @@ private:
     [[nodiscard]] int contentHeight(const QFont& font, const core::ClipboardEntry& entry, int width) const;
     [[nodiscard]] QSize imageBounds(int width, qreal ratio) const;
 
-    const EntryList& list_;
+    const ClipboardListModel& list_;
     EntryImages& images_;
     EntryFiles& files_;
     PanelSymbols& symbols_;

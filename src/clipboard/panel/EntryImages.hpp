@@ -24,7 +24,7 @@ namespace quillane {
 ///     if (const auto* picture = images.find(entry, size)) …
 class EntryImages {
 public:
-    static constexpr qsizetype mostBytes = 16 * 1024 * 1024;
+    static constexpr qsizetype maximumBytes = 16 * 1024 * 1024;
 
     EntryImages(MainQueue& mainQueue, SerialQueue& queue);
 
@@ -51,7 +51,7 @@ private:
 
     MainQueue& mainQueue_;
     SerialQueue& queue_;
-    QCache<QString, DecodedImage> cache_{mostBytes};
+    QCache<QString, DecodedImage> cache_{maximumBytes};
     QSet<QString> pending_;
     std::shared_ptr<std::atomic<bool>> dropped_ = std::make_shared<std::atomic<bool>>(false); ///< shared with requests
 };

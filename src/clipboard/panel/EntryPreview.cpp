@@ -19,11 +19,11 @@ namespace {
 
 constexpr int padding = 14;
 constexpr int distance = 8; ///< from the panel
-constexpr int mostWidth = 420;
-constexpr int mostImageSide = 480;
-constexpr int mostLines = 22;
-constexpr int mostParagraphLines = 12;
-constexpr qsizetype mostCharacters = 4000;
+constexpr int maximumTextWidth = 420;
+constexpr int maximumImageSide = 480;
+constexpr int maximumLines = 22;
+constexpr int maximumParagraphLines = 12;
+constexpr qsizetype maximumCharacters = 4000;
 constexpr int lineGap = 8;
 
 QString copiedAt(const core::ClipboardEntry& entry, core::AppLanguage language) {
@@ -57,7 +57,7 @@ EntryPreview::EntryPreview(EntryImages& images, EntryFiles& files, QWidget* pare
 }
 
 QSize EntryPreview::imageBounds() const {
-    return (QSizeF(mostImageSide, mostImageSide) * devicePixelRatioF()).toSize();
+    return (QSizeF(maximumImageSide, maximumImageSide) * devicePixelRatioF()).toSize();
 }
 
 void EntryPreview::addText(const QString& text, const core::SearchQuery& query, int lines) {
@@ -74,13 +74,13 @@ void EntryPreview::present(const core::ClipboardEntry& entry, const core::Search
     blocks_.clear();
     image_ = {};
     if (entry.kind == core::ClipboardKind::text) {
-        const auto text = QString::fromStdString(*entry.text).left(mostCharacters);
-        for (const auto& paragraph : text.split(QLatin1Char('\n')).mid(0, mostLines)) {
-            addText(paragraph.trimmed(), query, mostParagraphLines);
+        const auto text = QString::fromStdString(*entry.text).left(maximumCharacters);
+        for (const auto& paragraph : text.split(QLatin1Char('\n')).mid(0, maximumLines)) {
+            addText(paragraph.trimmed(), query, maximumParagraphLines);
         }
     } else if (entry.kind == core::ClipboardKind::files) {
         for (const auto& file : files_.paths(entry)) {
-            if (std::ssize(blocks_) < mostLines) {
+            if (std::ssize(blocks_) < maximumLines) {
                 addText(QString::fromStdString(file.string()), query, 3);
             }
         }
@@ -109,14 +109,14 @@ void EntryPreview::layOut() {
     const auto state = entry.kind == core::ClipboardKind::files ? files_.state(entry) : EntryFiles::State::present;
     line_ =
         sourceLine(entry, pixels, state, shown_->language) + QStringLiteral(" · ") + copiedAt(entry, shown_->language);
-    int lines = mostLines;
+    int lines = maximumLines;
     const int lineHeight = TextBlock::lineHeight(font());
-    QSize size(std::min(fontMetrics().horizontalAdvance(line_) + 2, mostWidth), 0);
+    QSize size(std::min(fontMetrics().horizontalAdvance(line_) + 2, maximumTextWidth), 0);
     std::size_t kept = 0;
     for (; kept < blocks_.size() && lines > 0; ++kept) {
         auto& block = blocks_[kept];
-        block.mostLines = std::min(block.mostLines, lines);
-        const auto taken = block.size(mostWidth);
+        block.maximumLines = std::min(block.maximumLines, lines);
+        const auto taken = block.size(maximumTextWidth);
         lines -= std::max(1, taken.height() / lineHeight);
         size = {std::max(size.width(), taken.width()), size.height() + std::max(taken.height(), lineHeight)};
     }

@@ -49,7 +49,7 @@ private:
     };
 
     void layOut();
-    void addText(const QString& text, const core::SearchQuery& query, int mostLines);
+    void addText(const QString& text, const core::SearchQuery& query, int maximumLines);
     [[nodiscard]] QSize imageBounds() const;
 
     EntryImages& images_;

@@ -12,7 +12,7 @@ namespace quillane {
 
 namespace {
 
-constexpr std::size_t headBytes = 4 * Excerpt::mostCharacters;
+constexpr std::size_t headBytes = 4 * Excerpt::maximumCharacters;
 constexpr std::size_t searchedBytes = 32 * 1024; ///< a match further on is not shown
 constexpr std::size_t bytesBeforeMatch = 24;
 
@@ -35,7 +35,7 @@ std::string_view piece(std::string_view utf8, std::size_t begin, std::size_t cou
 QString collapsed(std::string_view utf8) {
     auto text = QString::fromUtf8(utf8.data(), std::ssize(utf8)).simplified();
     text.removeIf([](QChar c) { return c.category() == QChar::Other_Control; });
-    return text.left(Excerpt::mostCharacters);
+    return text.left(Excerpt::maximumCharacters);
 }
 
 } // namespace
@@ -72,11 +72,11 @@ Excerpt excerpt(const std::string& utf8, const core::SearchQuery& query) {
     return wholeText(QStringLiteral("… ") + collapsed(piece(utf8, from, headBytes)), query);
 }
 
-qsizetype excerptLength(const std::string& utf8, qsizetype most) {
-    if (utf8.size() > 8 * static_cast<std::size_t>(most)) {
-        return most; // unless it is mostly white space
+qsizetype excerptLength(const std::string& utf8, qsizetype maximum) {
+    if (utf8.size() > 8 * static_cast<std::size_t>(maximum)) {
+        return maximum; // unless it is mostly white space
     }
-    return collapsed(piece(utf8, 0, 4 * static_cast<std::size_t>(most))).size();
+    return collapsed(piece(utf8, 0, 4 * static_cast<std::size_t>(maximum))).size();
 }
 
 std::optional<Qt::LayoutDirection> directionOf(const QString& text) {

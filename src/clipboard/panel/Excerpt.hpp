@@ -26,14 +26,14 @@ struct Excerpt {
     QString text;            ///< on one line: white space is a single space
     std::vector<Range> bold; ///< in order
 
-    static constexpr qsizetype mostCharacters = 400;
+    static constexpr qsizetype maximumCharacters = 400;
 };
 
 /// The beginning of the text, or the surroundings of the first match if it is further on.
 [[nodiscard]] Excerpt excerpt(const std::string& utf8, const core::SearchQuery& query);
 
 /// The approximate number of characters of an excerpt, up to `most`. Takes no longer for a long text.
-[[nodiscard]] qsizetype excerptLength(const std::string& utf8, qsizetype most);
+[[nodiscard]] qsizetype excerptLength(const std::string& utf8, qsizetype maximum);
 
 /// The unchanged text, and its bold parts.
 [[nodiscard]] Excerpt wholeText(const QString& text, const core::SearchQuery& query);

@@ -36,7 +36,7 @@ DecodedImage decode(const std::vector<std::byte>& bytes, const char* format, QSi
     }
     const bool turned = isTurned(reader.transformation());
     const auto original = turned ? stored.transposed() : stored;
-    if (static_cast<qint64>(stored.width()) * stored.height() > mostPixelsDecoded) {
+    if (static_cast<qint64>(stored.width()) * stored.height() > maximumPixelsDecoded) {
         return {{}, original};
     }
     if (original.width() > bound.width() || original.height() > bound.height()) {

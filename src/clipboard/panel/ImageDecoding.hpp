@@ -19,7 +19,7 @@ struct DecodedImage {
 };
 
 /// Pictures with more pixels than this are not decoded: a small file may claim to be huge.
-inline constexpr qint64 mostPixelsDecoded = 40'000'000;
+inline constexpr qint64 maximumPixelsDecoded = 40'000'000;
 
 /// The first picture of the entry, scaled to at most `bound` and never enlarged. Blocks; may be called from any thread.
 [[nodiscard]] DecodedImage decodeImage(const core::ClipboardItems& items, QSize bound);

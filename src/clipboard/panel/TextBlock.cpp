@@ -27,8 +27,8 @@ public:
         const auto side =
             block.alignment == TextBlock::Alignment::interface ? block.interface : direction.value_or(block.interface);
         option.setAlignment(Qt::AlignAbsolute | (side == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft));
-        option.setWrapMode(block.mostLines == 1 ? QTextOption::WrapAnywhere
-                                                : QTextOption::WrapAtWordBoundaryOrAnywhere);
+        option.setWrapMode(block.maximumLines == 1 ? QTextOption::WrapAnywhere
+                                                   : QTextOption::WrapAtWordBoundaryOrAnywhere);
         layout_.setTextOption(option);
         QList<QTextLayout::FormatRange> formats;
         QTextCharFormat base;
@@ -44,7 +44,7 @@ public:
             }
         }
         layout_.setFormats(formats);
-        breakLines(block.mostLines, block.font);
+        breakLines(block.maximumLines, block.font);
     }
 
     /// Where the text continues after the last line.
@@ -57,10 +57,10 @@ public:
     }
 
 private:
-    void breakLines(int mostLines, const QFont& font) {
+    void breakLines(int maximumLines, const QFont& font) {
         const auto ascent = QFontMetricsF(font).ascent();
         layout_.beginLayout();
-        for (int number = 0; number < mostLines; ++number) {
+        for (int number = 0; number < maximumLines; ++number) {
             auto line = layout_.createLine();
             if (!line.isValid()) {
                 break;

@@ -26,7 +26,7 @@ struct TextBlock {
     QFont font;
     QColor color;
     Qt::LayoutDirection interface = Qt::LeftToRight; ///< the surrounding direction
-    int mostLines = 1;
+    int maximumLines = 1;
     Alignment alignment = Alignment::natural;
     Qt::LayoutDirection neutral = Qt::LeftToRight; ///< of text without a direction, such as a telephone number
     bool struck = false;

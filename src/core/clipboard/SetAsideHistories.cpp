@@ -29,7 +29,7 @@ namespace fs = std::filesystem;
 using Reason = VaultError::Reason;
 
 constexpr std::string_view datePattern = "0000-00-00T000000Z"; ///< a digit for each zero
-constexpr int mostInOneSecond = 100;
+constexpr int maximumInOneSecond = 100;
 
 tl::unexpected<VaultError> failure(Reason reason, int systemError) {
     return tl::unexpected(VaultError{reason, systemError});
@@ -103,7 +103,7 @@ void prune(const fs::path& vaultFolder) {
 VaultFolder::Result<void> add(const fs::path& vaultFolder, Date now) {
     const auto folder = cleanFolderPath(vaultFolder);
     const auto dated = folder.string() + "-" + datedText(dateOfNext(folder, now));
-    for (int i = 1; i <= mostInOneSecond; ++i) {
+    for (int i = 1; i <= maximumInOneSecond; ++i) {
         const auto target = i == 1 ? dated : dated + "-" + std::to_string(i);
         if (::rename(folder.c_str(), target.c_str()) == 0) {
             removeLock(target);

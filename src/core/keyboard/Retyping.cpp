@@ -173,16 +173,16 @@ std::string retyped(std::string_view text, const KeyboardLayout& from, const Key
 std::optional<Way> way(std::string_view text, std::span<const Source> sourcesByUse) {
     const auto letters = CodePoints(text).text;
     std::optional<std::size_t> from;
-    std::ptrdiff_t mostTyped = 0;
+    std::ptrdiff_t maximumTyped = 0;
     for (std::size_t i = 0; i < sourcesByUse.size(); ++i) {
         const auto& source = sourcesByUse[i];
         const TypingIndex index(source.layout, false);
         const auto typed = std::ranges::count_if(letters, [&](char32_t c) {
             return isLetter(c, source.isRightToLeft) && index.types(std::u32string_view(&c, 1));
         });
-        if (typed > mostTyped) {
+        if (typed > maximumTyped) {
             from = i;
-            mostTyped = typed;
+            maximumTyped = typed;
         }
     }
     const bool hasLetters =

@@ -21,7 +21,7 @@ std::size_t byteWidth(std::uint64_t number) {
 }
 
 /// A marker with a size, and the object's entries in the table and in its container. More only in large lists.
-constexpr std::size_t mostBytesBesideContent = 32;
+constexpr std::size_t maximumBytesBesideContent = 32;
 
 /// Writes one value, members first, so that the root is the last object.
 class Writer {
@@ -33,7 +33,7 @@ public:
             return tl::unexpected(*error);
         }
         referenceSize_ = byteWidth(budget_.values());
-        bytes_.reserve(contentBytes_ + budget_.values() * mostBytesBesideContent);
+        bytes_.reserve(contentBytes_ + budget_.values() * maximumBytesBesideContent);
         appendText("bplist00");
         const auto rootIndex = add(root);
         const auto tableStart = bytes_.size();

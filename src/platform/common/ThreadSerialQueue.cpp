@@ -26,7 +26,7 @@ bool ThreadSerialQueue::leaves() {
     std::deque<Task> dropped; // destroys what they hold outside the lock
     std::unique_lock lock(state_->mutex);
     dropped.swap(state_->tasks);
-    const bool isDone = state_->changed.wait_for(lock, patience, [this] { return !state_->isRunningTask; });
+    const bool isDone = state_->changed.wait_for(lock, leavingTimeout, [this] { return !state_->isRunningTask; });
     lock.unlock();
     return !isDone;
 }

@@ -24,7 +24,7 @@ public:
     };
 
     /// How long a leaving queue waits for the running task.
-    static constexpr std::chrono::milliseconds patience{200};
+    static constexpr std::chrono::milliseconds leavingTimeout{200};
 
     /// A task that is left behind ends with the process, or later than the rest of the program: it may touch only what
     /// it owns.

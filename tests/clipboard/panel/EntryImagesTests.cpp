@@ -99,14 +99,14 @@ protected:
 };
 
 TEST_F(EntryImagesTest, DecodesOnceOnItsQueueAndAnnouncesTheResult) {
-    int told = 0;
-    images.onReady = [&] { ++told; };
+    int notifications = 0;
+    images.onReady = [&] { ++notifications; };
     const auto entry = imageEntry(encoded({80, 40}, "png"));
     EXPECT_EQ(images.find(entry, {40, 40}), nullptr);
     EXPECT_EQ(images.find(entry, {40, 40}), nullptr);
     EXPECT_EQ(serial.count(), 1U);
     load();
-    EXPECT_EQ(told, 1);
+    EXPECT_EQ(notifications, 1);
     ASSERT_NE(images.find(entry, {40, 40}), nullptr);
     EXPECT_EQ(images.find(entry, {40, 40})->image.size(), QSize(40, 20));
     EXPECT_EQ(serial.count(), 0U);
@@ -125,22 +125,22 @@ TEST_F(EntryImagesTest, KeepsNoMoreThanItsBound) {
         const auto entry = imageEntry(encoded({400, 400}, "png", i));
         EXPECT_EQ(images.find(entry, {400, 400}), nullptr);
         load();
-        EXPECT_LE(images.byteCount(), EntryImages::mostBytes);
+        EXPECT_LE(images.byteCount(), EntryImages::maximumBytes);
     }
-    EXPECT_GT(images.byteCount(), EntryImages::mostBytes / 2);
+    EXPECT_GT(images.byteCount(), EntryImages::maximumBytes / 2);
 }
 
 TEST_F(EntryImagesTest, ADroppedRequestNeverCompletes) {
-    int told = 0;
-    images.onReady = [&] { ++told; };
+    int notifications = 0;
+    images.onReady = [&] { ++notifications; };
     const auto entry = imageEntry(encoded({80, 40}, "png"));
     EXPECT_EQ(images.find(entry, {40, 40}), nullptr);
     images.dropPending();
     load();
-    EXPECT_EQ(told, 0);
+    EXPECT_EQ(notifications, 0);
     EXPECT_EQ(images.find(entry, {40, 40}), nullptr); // asks again
     load();
-    EXPECT_EQ(told, 1);
+    EXPECT_EQ(notifications, 1);
 }
 
 TEST(EntryImages, MayGoWhileARequestIsOnItsWay) {

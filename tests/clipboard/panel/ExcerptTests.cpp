@@ -25,7 +25,7 @@ QStringList bold(const Excerpt& shown) {
 TEST(Excerpt, IsOnOneLineWithoutSuperfluousSpaces) {
     EXPECT_EQ(excerpt("  one\n\n\ttwo\u2028three\x01 ", core::SearchQuery("")).text, "one two three");
     EXPECT_EQ(excerpt(" \n ", core::SearchQuery("")).text, "");
-    EXPECT_EQ(excerpt(std::string(100'000, 'x'), core::SearchQuery("")).text.size(), Excerpt::mostCharacters);
+    EXPECT_EQ(excerpt(std::string(100'000, 'x'), core::SearchQuery("")).text.size(), Excerpt::maximumCharacters);
 }
 
 TEST(Excerpt, MatchesAreBoldInWhateverScript) {
@@ -94,7 +94,7 @@ TEST(TextBlock, StandsOnTheSideOfItsOwnDirectionUnlessItBelongsToTheInterface) {
 TEST(TextBlock, OverlongTextEndsWithinTheLines) {
     const fakes::OffscreenApplication application;
     TextBlock block{{QStringLiteral("word ").repeated(80), {}}, QFont(), Qt::black};
-    block.mostLines = 2;
+    block.maximumLines = 2;
     EXPECT_EQ(block.size(300).height(), 2 * TextBlock::lineHeight(QFont()));
     EXPECT_LE(block.size(300).width(), 300);
     block.content.text = QStringLiteral("short");

@@ -142,15 +142,15 @@ TEST_F(HistoryRowsTest, ScreenReadersOpenTheMenu) {
 TEST_F(HistoryRowsTest, ScreenReadersHearOfTheSelectionWhileTheKeysAreInTheField) {
     copyText("first");
     copyText("second");
-    std::vector<int> rowsTold;
-    QObject::connect(static_cast<HistoryList*>(&list()), &HistoryList::rowAnnounced, &window(),
-                     [&](int row) { rowsTold.push_back(row); });
+    std::vector<int> announcedRows;
+    QObject::connect(static_cast<ClipboardList*>(&list()), &ClipboardList::rowAnnounced, &window(),
+                     [&](int row) { announcedRows.push_back(row); });
     open();
     QTest::keyClick(&field(), Qt::Key_Down);
     settle();
     QTest::keyClick(&field(), Qt::Key_Down); // already at the end
     settle();
-    EXPECT_EQ(rowsTold, (std::vector{0, 1}));
+    EXPECT_EQ(announcedRows, (std::vector{0, 1}));
     EXPECT_TRUE(field().hasFocus());
     EXPECT_TRUE(accessibleList().child(1)->state().focused);
 }

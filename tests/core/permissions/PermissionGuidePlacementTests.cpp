@@ -53,7 +53,9 @@ TEST(PermissionGuidePlacement, AScreenBeyondTheMainOneKeepsTheCard) {
 
 TEST(PermissionGuidePlacement, StaysInTheAreaAndOffTheWindowWhereverASideHasRoom) {
     std::mt19937 random(42);
-    const auto between = [&](double least, double most) { return std::uniform_real_distribution(least, most)(random); };
+    const auto between = [&](double minimum, double maximum) {
+        return std::uniform_real_distribution(minimum, maximum)(random);
+    };
     int beside = 0;
     for (int round = 0; round < 20000; ++round) {
         const Rect visible{between(-3000, 3000), between(-3000, 3000), between(30, 4000), between(30, 3000)};

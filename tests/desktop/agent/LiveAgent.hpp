@@ -28,7 +28,7 @@ public:
 
     /// Waits until the condition holds for the status.
     [[nodiscard]] bool waitForStatus(const std::function<bool(const nlohmann::json&)>& condition,
-                                     std::chrono::milliseconds limit = patience) const;
+                                     std::chrono::milliseconds limit = defaultTimeout) const;
 
     /// Locks the group of the layouts and waits until the agent reports the source as right-to-left, or not.
     [[nodiscard]] bool useGroup(int group, bool isRightToLeft) const;

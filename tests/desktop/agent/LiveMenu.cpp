@@ -58,7 +58,7 @@ bool LiveMenu::choose(const std::string& title) {
     constexpr int moreThanAnyMenu = 40;
     for (int i = 0; row_.name != title && i < moreThanAnyMenu; ++i) {
         desktop_->keyboard().tap(Key::down);
-        const auto next = focus_->next(patience);
+        const auto next = focus_->next(defaultTimeout);
         if (!next) {
             return false;
         }

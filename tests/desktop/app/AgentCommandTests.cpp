@@ -50,7 +50,7 @@ TEST_F(LiveCommandsTest, ControlCharactersOfArgumentsAreNotPrinted) {
     for (const auto& words : std::vector<std::vector<std::string>>{{"\x1b[31mred"}, {"share", "\x1b[31mred\x9b"}}) {
         auto command = words;
         command.insert(command.begin(), agentExecutable());
-        const auto result = desktop().run(command, patience, {{"DISPLAY", ""}});
+        const auto result = desktop().run(command, defaultTimeout, {{"DISPLAY", ""}});
         EXPECT_FALSE(result.succeeded());
         EXPECT_EQ((result.errors + result.output).find('\x1b'), std::string::npos) << words.front();
     }
@@ -97,7 +97,7 @@ TEST_F(LiveCommandsTest, APauseOutlivesTheAgent) {
 
 TEST_F(LiveCommandsTest, WithoutAnXServerTheStartFails) {
     for (const char* display : {":4095", ""}) {
-        const auto result = desktop().run({agentExecutable()}, patience, {{"DISPLAY", display}});
+        const auto result = desktop().run({agentExecutable()}, defaultTimeout, {{"DISPLAY", display}});
         EXPECT_EQ(result.exit, (ExitStatus{1, 0}));
         EXPECT_NE(result.errors.find("cannot open display"), std::string::npos) << result.errors;
     }

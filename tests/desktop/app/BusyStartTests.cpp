@@ -36,11 +36,11 @@ protected:
 };
 
 TEST_F(LiveBusyStartTest, AGrantAnnouncedLateOpensNoPage) {
-    const auto told = launcher();
-    ASSERT_GT(told, 1);
-    ASSERT_EQ(::kill(told, SIGSTOP), 0);
+    const auto launcherPid = launcher();
+    ASSERT_GT(launcherPid, 1);
+    ASSERT_EQ(::kill(launcherPid, SIGSTOP), 0);
     const auto later =
-        required(desktop().startProcess({"sh", "-c", "sleep 0.5; exec kill -CONT " + std::to_string(told)}));
+        required(desktop().startProcess({"sh", "-c", "sleep 0.5; exec kill -CONT " + std::to_string(launcherPid)}));
     startAgent(); // until it observes the keyboard
     EXPECT_EQ(agent().status().at("permissions").at("accessibility"), true);
     EXPECT_TRUE(holdsFor(1500ms, [&] { return !showsWindow(); }));

@@ -115,7 +115,8 @@ TEST_F(LiveDoctorTest, WithoutAnAgentItLooksByItselfAndSaysSo) {
 TEST_F(LiveDoctorTest, WithoutAScreenItSaysWhatIsLeftToBeFound) {
     CommandResult result;
     EXPECT_TRUE(waitUntil([&] {
-        result = desktop().run({agentExecutable(), "doctor"}, patience, {{"DISPLAY", ""}, {"XDG_SESSION_TYPE", "tty"}});
+        result = desktop().run({agentExecutable(), "doctor"}, defaultTimeout,
+                               {{"DISPLAY", ""}, {"XDG_SESSION_TYPE", "tty"}});
         return result.output.find("\nok       accessibility bus: answers") != std::string::npos;
     })) << result.output;
     EXPECT_EQ(result.exit, (ExitStatus{1, 0})) << result.errors;

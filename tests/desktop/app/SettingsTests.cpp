@@ -110,7 +110,7 @@ TEST_F(LiveSettingsTest, ControlWClosesTheWindowAndControlQEndsTheAgentInTheHebr
     ASSERT_TRUE(waitUntil([&] { return std::ranges::count(desktop().screen().managedWindows(), *window) == 0; }));
     open();
     pressWithControl(Key::q);
-    EXPECT_EQ(agent().process().waitForExit(patience), (ExitStatus{0, 0}));
+    EXPECT_EQ(agent().process().waitForExit(defaultTimeout), (ExitStatus{0, 0}));
 }
 
 TEST_F(LiveSettingsTest, ClosedAndOpenedAgainItIsWhereItWas) {

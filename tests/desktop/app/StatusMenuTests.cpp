@@ -121,7 +121,7 @@ TEST_F(LiveStatusMenuTest, ATogglesCheckMarkFollowsIt) {
 
 TEST_F(LiveStatusMenuTest, QuitEndsTheAgent) {
     ASSERT_TRUE(openIn("en").choose("Quit Quillane"));
-    EXPECT_EQ(agent().process().waitForExit(patience), (ExitStatus{0, 0}));
+    EXPECT_EQ(agent().process().waitForExit(defaultTimeout), (ExitStatus{0, 0}));
 }
 
 } // namespace

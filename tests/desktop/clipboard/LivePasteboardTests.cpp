@@ -90,7 +90,7 @@ protected:
         if (copying_) {
             const auto before = pasteboard().changeCount();
             copying_.reset();
-            ASSERT_TRUE(testing::waitUntil([&] { return pasteboard().changeCount() > before; }, patience));
+            ASSERT_TRUE(testing::waitUntil([&] { return pasteboard().changeCount() > before; }, defaultTimeout));
         }
     }
 
@@ -134,13 +134,13 @@ protected:
     [[nodiscard]] std::string editorText() {
         auto text = std::async(std::launch::async, [this] { return desktop().editorText(editor_->pid()); });
         EXPECT_TRUE(testing::waitUntil(
-            [&] { return text.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }, patience));
+            [&] { return text.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }, defaultTimeout));
         return text.get().value_or("(no focused editor)");
     }
 
     void expectEditorText(const std::string& text) {
         std::string last;
-        EXPECT_TRUE(testing::waitUntil([&] { return (last = editorText()) == text; }, patience))
+        EXPECT_TRUE(testing::waitUntil([&] { return (last = editorText()) == text; }, defaultTimeout))
             << "expected: " << text << "\nin the editor: " << last;
     }
 

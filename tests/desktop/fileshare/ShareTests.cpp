@@ -31,7 +31,7 @@ protected:
 
     [[nodiscard]] CommandResult share(std::vector<std::string> words, const Environment& more = {}) {
         words.insert(words.begin(), {agentExecutable(), "share"});
-        return desktop().run(words, patience, more);
+        return desktop().run(words, defaultTimeout, more);
     }
 
     /// Whether the agent shows this text, as an assistive technology reads it.

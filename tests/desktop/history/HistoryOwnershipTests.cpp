@@ -24,13 +24,13 @@ protected:
 
     void copyOn(const std::string& display, const std::string& text) {
         const auto copying = desktop().run({"sh", "-c", "printf %s \"$0\" | xclip -selection clipboard -i", text},
-                                           patience, {{"DISPLAY", display}});
+                                           defaultTimeout, {{"DISPLAY", display}});
         ASSERT_TRUE(copying.succeeded()) << copying.errors;
     }
 
     /// What a second agent on this home says of its history.
     [[nodiscard]] nlohmann::json statusOf(const Environment& second) {
-        const auto result = desktop().run({agentExecutable(), "status", "--json"}, patience, second);
+        const auto result = desktop().run({agentExecutable(), "status", "--json"}, defaultTimeout, second);
         return result.succeeded() ? nlohmann::json::parse(result.output, nullptr, false).at("clipboard")
                                   : nlohmann::json();
     }
@@ -54,7 +54,7 @@ TEST_F(LiveHistoryOwnershipTest, LastCopyIsKeptWhenTheXServerGoesAway) {
     copyOn(display, "last");
     ASSERT_TRUE(hasEntries(2));
     server_->signal(SIGKILL); // before it has been saved
-    ASSERT_TRUE(agent().process().waitForExit(patience));
+    ASSERT_TRUE(agent().process().waitForExit(defaultTimeout));
     EXPECT_EQ(entryFiles().size(), 2U);
     startHistory();
     EXPECT_TRUE(hasEntries(2));

@@ -16,7 +16,7 @@ TEST_F(LiveHistoryTest, ACopyIsThereAfterTheAgentWasKilledHalfASecondLater) {
     ASSERT_TRUE(hasEntries(1));
     EXPECT_TRUE(holdsFor(milliseconds{500}, [&] { return agent().process().isRunning(); }));
     agent().process().signal(SIGKILL);
-    ASSERT_TRUE(agent().process().waitForExit(patience));
+    ASSERT_TRUE(agent().process().waitForExit(defaultTimeout));
     startHistory();
     EXPECT_TRUE(hasEntries(1));
     EXPECT_EQ(agent().status().at("clipboard").at("storageError"), false);

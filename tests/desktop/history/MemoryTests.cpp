@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "core/clipboard/ClipboardKey.hpp"
+#include "core/clipboard/VaultKey.hpp"
 #include "desktop/history/LiveHistory.hpp"
 #include "support/ProcessMemory.hpp"
 
@@ -64,7 +64,7 @@ TEST_F(LiveMemoryTest, KeyIsInLockedMemoryOutsideOfDumpsOnly) {
         ASSERT_TRUE(waitUntil([&] { return entryFiles().size() == before + 1; }));
     }
     const auto key =
-        desktop().run({"/usr/bin/python3", "-c", askForSecret, core::clipboardKeyService, core::clipboardKeyAccount});
+        desktop().run({"/usr/bin/python3", "-c", askForSecret, core::vaultKeyService, core::vaultKeyAccount});
     ASSERT_EQ(key.output.size(), 32U) << key.errors;
     std::vector<MemoryMatch> found;
     EXPECT_TRUE(waitUntil([&] { // the save that has just made its file may still use it

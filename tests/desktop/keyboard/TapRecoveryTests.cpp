@@ -88,7 +88,7 @@ TEST_P(LiveGiveBackTest, GrabsAndSpareKeyCodesAreBackAfterTheEnd) {
     } else {
         agent().process().signal(GetParam());
     }
-    EXPECT_EQ(agent().process().waitForExit(patience), (ExitStatus{0, 0}));
+    EXPECT_EQ(agent().process().waitForExit(defaultTimeout), (ExitStatus{0, 0}));
     EXPECT_EQ(desktop().screen().keymap(), keymap);
     EXPECT_TRUE(isFreeToGrab(desktop().screen(), Key::a, XCB_MOD_MASK_SHIFT));
     desktop().keyboard().tapWith({Key::leftShift}, Key::a);

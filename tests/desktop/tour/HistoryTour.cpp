@@ -51,7 +51,7 @@ private:
         FocusWatcher focus(desktop_.accessibility());
         desktop_.keyboard().tapWith({Key::leftSuper, Key::leftShift}, Key::v);
         mustSee(isOpen(true), "the panel");
-        mustSee(focus.next(patience).has_value(), "the panel with the keys");
+        mustSee(focus.next(defaultTimeout).has_value(), "the panel with the keys");
         mustSee(desktop_.waitUntilInFront(editor_->pid()), "the editor still in front");
         return "Super with Shift and V opens the panel over the editor, which stays in front";
     }

@@ -120,7 +120,7 @@ private:
     void quit() {
         tour_.step("quit", [&] {
             mustSee(agent_->command({"quit"}).succeeded(), "an answer to quillane quit");
-            mustSee(agent_->process().waitForExit(patience) == ExitStatus{0, 0}, "the agent's orderly end");
+            mustSee(agent_->process().waitForExit(defaultTimeout) == ExitStatus{0, 0}, "the agent's orderly end");
             mustSee(isFreeToGrab(desktop_.screen(), Key::b, XCB_MOD_MASK_SHIFT), "the keys given back");
             return "the agent has ended and given every key back";
         });

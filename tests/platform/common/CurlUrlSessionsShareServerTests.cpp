@@ -39,7 +39,7 @@ protected:
                                            "%{http_code}",
                                            url};
         arguments.insert(arguments.end(), more.begin(), more.end());
-        const auto result = live::runToEnd({.arguments = arguments}, patience);
+        const auto result = live::runToEnd({.arguments = arguments}, timeout);
         return {result.output, live::readFile(headers), live::readFile(body)};
     }
 

@@ -48,7 +48,7 @@ class ThreadFileExaminerDriver {
 public:
     ~ThreadFileExaminerDriver() { comeBack(); }
 
-    core::FileExaminer examiner() { return (isAway_ ? impatient_ : patient_)->examiner(); }
+    core::FileExaminer examiner() { return (isAway_ ? ordinary_ : generous_)->examiner(); }
 
     void goAway() {
         isAway_ = true;
@@ -73,7 +73,7 @@ public:
     }
 
     /// As at the end of the program.
-    void destroyExaminer() { impatient_.reset(); }
+    void destroyExaminer() { ordinary_.reset(); }
 
     [[nodiscard]] fakes::FakeMainQueue& queue() { return queue_; }
 
@@ -89,8 +89,8 @@ private:
     std::shared_ptr<Disk> disk_ = std::make_shared<Disk>();
     bool isAway_ = false;
     /// Waits for a disk that answers, however busy the machine is.
-    std::unique_ptr<ThreadFileExaminer> patient_ = make({.moment = 10s});
-    std::unique_ptr<ThreadFileExaminer> impatient_ = make({});
+    std::unique_ptr<ThreadFileExaminer> generous_ = make({.moment = 10s});
+    std::unique_ptr<ThreadFileExaminer> ordinary_ = make({});
 };
 
 class ThreadFileExaminerTest : public ::testing::Test {

@@ -103,7 +103,7 @@ TEST(ThreadSerialQueue, ATaskThatHangsIsLeftBehind) {
         queue.post([hasRun, dropped] { *hasRun = true; });
         ASSERT_TRUE(comesTrue([&] { return hasBegun->load(); }));
     }
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, ThreadSerialQueue::patience + std::chrono::seconds(2));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, ThreadSerialQueue::leavingTimeout + std::chrono::seconds(2));
     EXPECT_EQ(dropped.use_count(), 1) << "what has not begun is dropped";
     EXPECT_GT(file.use_count(), 1) << "it did not hang";
     EXPECT_TRUE(comesTrue([&] { return file->answer(); }));
@@ -130,7 +130,7 @@ TEST(ThreadSerialQueue, RequiredWritesFinishHoweverLongTheyTake) {
     bool isDone = false;
     {
         ThreadSerialQueue queue;
-        queue.post([&] { std::this_thread::sleep_for(ThreadSerialQueue::patience * 2); });
+        queue.post([&] { std::this_thread::sleep_for(ThreadSerialQueue::leavingTimeout * 2); });
         queue.post([&] { isDone = true; });
     }
     EXPECT_TRUE(isDone);

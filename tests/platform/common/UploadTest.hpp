@@ -27,10 +27,10 @@ protected:
     using Clock = std::chrono::steady_clock;
     using Result = core::FileShareUpload::Result;
 
-    static constexpr std::chrono::seconds patience{20};
+    static constexpr std::chrono::seconds timeout{20};
 
     /// Runs the event loop until the condition holds; false when it does not in time.
-    static bool runUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit = patience) {
+    static bool runUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit = timeout) {
         const auto deadline = Clock::now() + limit;
         while (!condition()) {
             if (Clock::now() > deadline) {

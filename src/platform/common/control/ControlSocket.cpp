@@ -28,7 +28,7 @@ namespace quillane {
 namespace {
 
 constexpr int maximumClients = 16;
-constexpr std::chrono::seconds clientPatience{5};
+constexpr std::chrono::seconds clientTimeout{5};
 
 bool makeNonBlocking(int fd) {
     return ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) | O_NONBLOCK) == 0 && ::fcntl(fd, F_SETFD, FD_CLOEXEC) == 0;
@@ -46,7 +46,7 @@ public:
         writable_.setEnabled(false);
         connect(&readable_, &QSocketNotifier::activated, this, [this] { read(); });
         connect(&writable_, &QSocketNotifier::activated, this, [this] { write(); });
-        QTimer::singleShot(clientPatience, this, [this] { finish(); });
+        QTimer::singleShot(clientTimeout, this, [this] { finish(); });
     }
 
 private:

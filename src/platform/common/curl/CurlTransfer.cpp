@@ -20,7 +20,7 @@ using core::UrlError;
 
 constexpr long uploadBufferBytes = 2L << 20U; // libcurl's maximum
 constexpr std::size_t maximumHeadBytes = 256U << 10U;
-constexpr int longestPollMilliseconds = 1000;
+constexpr int maximumPollMilliseconds = 1000;
 /// A larger body is announced first (RFC 9110, "Expect: 100-continue"), so that a server can refuse it unsent. A
 /// smaller one is sent sooner than the answer could arrive.
 constexpr std::int64_t largestUnannouncedBytes = 1 << 20;
@@ -272,7 +272,7 @@ private:
                 return CURLE_FAILED_INIT;
             }
             if (running > 0 &&
-                curl_.multiPoll(multi_.get(), nullptr, 0, longestPollMilliseconds, nullptr) != CURLM_OK) {
+                curl_.multiPoll(multi_.get(), nullptr, 0, maximumPollMilliseconds, nullptr) != CURLM_OK) {
                 return CURLE_FAILED_INIT;
             }
         }

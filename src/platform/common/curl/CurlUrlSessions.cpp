@@ -18,7 +18,7 @@ namespace quillane {
 
 namespace {
 
-constexpr std::chrono::seconds patienceAtTheEnd{1};
+constexpr std::chrono::seconds endTimeout{1};
 
 /// The size that the request declares, if any.
 std::optional<std::string> promisedSize(const core::UrlRequest& request) {
@@ -158,7 +158,7 @@ CurlUrlSessions::CurlUrlSessions(MainQueue& queue, std::shared_ptr<const ProxySe
     : queue_(queue), proxies_(std::move(proxies)), opener_(std::move(opener)), threads_(std::make_shared<Threads>()) {}
 
 CurlUrlSessions::~CurlUrlSessions() {
-    threads_->waitForAll(patienceAtTheEnd);
+    threads_->waitForAll(endTimeout);
 }
 
 core::UrlSessionFactory CurlUrlSessions::factory() {

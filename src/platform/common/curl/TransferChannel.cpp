@@ -27,12 +27,12 @@ void TransferChannel::end() {
     }
 }
 
-void TransferChannel::post(Told told) {
+void TransferChannel::post(Report report) {
     const std::lock_guard lock(mutex_);
     if (queue_ != nullptr) {
-        queue_->post([self = shared_from_this(), told = std::move(told)] {
+        queue_->post([self = shared_from_this(), report = std::move(report)] {
             if (self->delegate_ != nullptr) {
-                told(*self->delegate_);
+                report(*self->delegate_);
             }
         });
     }

@@ -48,10 +48,9 @@ public:
     }
 
 private:
-    using Told = std::function<void(core::UrlSessionDelegate&)>;
+    using Report = std::function<void(core::UrlSessionDelegate&)>;
 
-    void post(Told told);
-    void tellSent();
+    void post(Report report);
     void end();
 
     std::mutex mutex_; ///< guards the queue and the waker

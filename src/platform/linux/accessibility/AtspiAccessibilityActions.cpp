@@ -25,7 +25,7 @@ constexpr std::uint32_t pressAndRelease = 3;  // AtspiKeySynthType, of a key sym
 constexpr auto afterLevel = 20ms;             // one Escape may close all levels, one after the other
 constexpr auto betweenLooks = 2ms;
 constexpr auto timeToOpen = 600ms; // of a submenu, whose window is made for it
-constexpr int longestWay = 32;     // from an object up to its window
+constexpr int maximumSteps = 32;   // from an object up to its window
 
 bool isOpenMenu(const AtspiFacts& facts) {
     return isMenu(facts) && facts.is(AtspiState::showing);
@@ -56,7 +56,7 @@ std::optional<AtspiValue> AtspiAccessibility::compositeValue(const Handle& handl
 }
 
 std::optional<AtspiObject> AtspiAccessibility::windowOf(AtspiObject object, const Limit& limit) {
-    for (int step = 0; step < longestWay; ++step) {
+    for (int step = 0; step < maximumSteps; ++step) {
         const auto found = facts(object, AtspiFactSet{} | AtspiFact::parent, limit);
         if (!found || !found->parent || found->parent->bus != object.bus) {
             return std::nullopt;

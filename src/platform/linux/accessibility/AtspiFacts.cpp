@@ -13,7 +13,7 @@ constexpr auto action = "org.a11y.atspi.Action";
 constexpr auto document = "org.a11y.atspi.Document";
 constexpr auto text = "org.a11y.atspi.Text";
 constexpr std::string_view nullPath = "/org/a11y/atspi/null";
-constexpr std::size_t mostChildren = 10'000; // of one object; a hostile application could name millions
+constexpr std::size_t maximumChildren = 10'000; // of one object; a hostile application could name millions
 
 void readRole(BusReader& reply, AtspiFacts& facts) {
     facts.role = reply.uint32().value_or(0);
@@ -52,7 +52,7 @@ void readParent(BusReader& reply, AtspiFacts& facts) {
 
 void readChildren(BusReader& reply, AtspiFacts& facts) {
     auto references = reply.container();
-    while (references && !references->atEnd() && facts.children.size() < mostChildren) {
+    while (references && !references->atEnd() && facts.children.size() < maximumChildren) {
         if (auto child = readReference(*references)) {
             facts.children.push_back(std::move(*child));
         }

@@ -76,7 +76,7 @@ enum class AtspiState : unsigned {
 enum class AtspiInterface : unsigned { text = 1 << 0, editableText = 1 << 1 };
 
 /// The number of actions of an object that are read.
-inline constexpr std::size_t atspiMostActions = 6;
+inline constexpr std::size_t atspiMaximumActions = 6;
 
 /// The name of one action.
 [[nodiscard]] constexpr AtspiFact atspiActionName(std::size_t index) {
@@ -102,7 +102,7 @@ struct AtspiFacts {
     std::int32_t selectionCount = 0;
     std::int32_t selectionStart = 0;
     std::int32_t selectionEnd = 0;
-    std::array<std::string, atspiMostActions> actions; ///< their names, empty behind the last
+    std::array<std::string, atspiMaximumActions> actions; ///< their names, empty behind the last
     std::string address;
 
     [[nodiscard]] bool isComplete() const { return answered == asked; }

@@ -15,8 +15,8 @@ namespace {
 constexpr auto registry = "org.a11y.atspi.Registry";
 constexpr auto objectEvents = "org.a11y.atspi.Event.Object";
 constexpr std::chrono::milliseconds heldKeyboard{200}; // the tap holds a key for a few milliseconds
-constexpr std::chrono::seconds shortestPatience{1};
-constexpr std::chrono::seconds longestPatience{32};
+constexpr std::chrono::seconds minimumInterval{1};
+constexpr std::chrono::seconds maximumInterval{32};
 
 /// Announces a listener to applications, through the registry: most send no events otherwise.
 void registerForFocusEvents(BusConnection& bus) {
@@ -75,7 +75,7 @@ bool AtspiFocus::confirm(const AtspiObject& object, bool hasState, BusConnection
     auto& program = found->second;
     if (hasState) {
         program.lostSince.reset();
-    } else if (!program.lostSince && program.told < asked) {
+    } else if (!program.lostSince && program.announced < asked) {
         program.lostSince = asked;
     }
     if (isGone(program)) {
@@ -97,7 +97,7 @@ void AtspiFocus::restore(const AtspiObject& object) {
     const auto found = programs_.find(object.bus);
     if (found != programs_.end()) {
         found->second.focused = object;
-        found->second.told = BusConnection::Clock::now();
+        found->second.announced = BusConnection::Clock::now();
         found->second.lostSince.reset();
         found->second.change = ++changes_;
     }
@@ -118,9 +118,9 @@ const AtspiFocusSearch* AtspiFocus::search(const std::string& application) {
         return nullptr;
     }
     auto& program = found->second;
-    if (program.search && BusConnection::Clock::now() - program.search->begin() >= program.patience) {
+    if (program.search && BusConnection::Clock::now() - program.search->begin() >= program.interval) {
         program.search.reset();
-        program.patience = std::min(program.patience * 2, longestPatience);
+        program.interval = std::min(program.interval * 2, maximumInterval);
     }
     if (!program.search) {
         program.search = std::make_unique<AtspiFocusSearch>(*bus, application);
@@ -132,17 +132,17 @@ void AtspiFocus::searchAgain(const std::string& application) {
     const auto found = programs_.find(application);
     if (found != programs_.end() && !found->second.focused) {
         found->second.search.reset();
-        found->second.patience = shortestPatience;
+        found->second.interval = minimumInterval;
     }
 }
 
 void AtspiFocus::takeResult(Program& program) {
     if (!program.focused && program.search && !program.search->isRunning() && program.search->result()) {
         program.focused = program.search->result();
-        program.told = BusConnection::Clock::now();
+        program.announced = BusConnection::Clock::now();
         program.lostSince.reset();
         program.search.reset();
-        program.patience = shortestPatience;
+        program.interval = minimumInterval;
     }
 }
 
@@ -227,13 +227,13 @@ void AtspiFocus::noteFocus(BusConnection& bus, DBusMessage& signal) {
     }
     auto& program = programs_[application];
     program.search.reset();
-    program.patience = shortestPatience;
+    program.interval = minimumInterval;
     const AtspiObject object{application, path};
     const bool isSame = program.focused == object;
     if (*gained != 0) {
         const bool isMove = !isSame || isGone(program);
         program.focused = object;
-        program.told = BusConnection::Clock::now();
+        program.announced = BusConnection::Clock::now();
         program.lostSince.reset();
         if (isMove) {
             program.change = ++changes_;

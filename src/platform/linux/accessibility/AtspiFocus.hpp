@@ -69,11 +69,11 @@ private:
     struct Program {
         std::optional<pid_t> pid;
         std::optional<AtspiObject> focused;
-        BusConnection::Clock::time_point told{};                   ///< when its focus was last announced
+        BusConnection::Clock::time_point announced{};              ///< when its focus was last announced
         std::optional<BusConnection::Clock::time_point> lostSince; ///< it has lost it, by announcement or observation
         std::uint64_t change = 0;
         std::unique_ptr<AtspiFocusSearch> search;
-        std::chrono::seconds patience{1}; ///< between searches
+        std::chrono::seconds interval{1}; ///< between searches
     };
 
     void watch(BusConnection& bus);

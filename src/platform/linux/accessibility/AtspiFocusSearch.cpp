@@ -6,9 +6,9 @@ namespace quillane {
 
 namespace {
 
-constexpr std::size_t mostVisits = 1500;
-constexpr std::size_t mostAtOnce = 16;
-constexpr std::size_t mostChildren = 200; // of one object
+constexpr std::size_t maximumVisits = 1500;
+constexpr std::size_t maximumAtOnce = 16;
+constexpr std::size_t maximumChildren = 200; // of one object
 
 } // namespace
 
@@ -26,7 +26,7 @@ void AtspiFocusSearch::advance() {
             ++visit;
         }
     }
-    while (running_ && !waiting_.empty() && visits_.size() < mostAtOnce && visited_ < mostVisits) {
+    while (running_ && !waiting_.empty() && visits_.size() < maximumAtOnce && visited_ < maximumVisits) {
         auto step = std::move(waiting_.front());
         waiting_.pop_front();
         ++visited_;
@@ -52,7 +52,7 @@ void AtspiFocusSearch::take(const Visit& visit) {
     const bool goesOn = depth == 0 || facts.is(depth == 1 ? AtspiState::active : AtspiState::showing);
     std::size_t taken = 0;
     for (const auto& child : facts.children) {
-        if (goesOn && child.bus == visit.step.object.bus && taken < mostChildren) {
+        if (goesOn && child.bus == visit.step.object.bus && taken < maximumChildren) {
             waiting_.push_back({child, depth + 1});
             ++taken;
         }

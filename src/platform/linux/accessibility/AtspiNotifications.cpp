@@ -18,7 +18,7 @@ constexpr auto registryPath = "/org/a11y/atspi/registry";
 constexpr auto objectEvents = "org.a11y.atspi.Event.Object";
 constexpr auto event = "object:state-changed:showing";
 constexpr auto matchRule = "type='signal',interface='org.a11y.atspi.Event.Object',member='StateChanged',arg0='showing'";
-constexpr auto patience = 20ms;
+constexpr auto replyTimeout = 20ms;
 
 } // namespace
 
@@ -58,13 +58,13 @@ void AtspiNotifications::begin(BusConnection& bus) {
     bus.addMatch(matchRule);
     auto message = methodCall(registry, registryPath, registry, "RegisterEvent");
     appendText(*message, event);
-    appendTexts(*message, {});                       // properties to be sent along
-    appendText(*message, "");                        // of every application
-    const auto told = std::make_shared<bool>(false); // shared with an answer that may come too late
+    appendTexts(*message, {});                           // properties to be sent along
+    appendText(*message, "");                            // of every application
+    const auto answered = std::make_shared<bool>(false); // shared with an answer that may come too late
     bus.call(
-        std::move(message), told, [weak = std::weak_ptr(told)](DBusMessage*) { *weak.lock() = true; },
+        std::move(message), answered, [weak = std::weak_ptr(answered)](DBusMessage*) { *weak.lock() = true; },
         BusConnection::Delivery::alsoInWait);
-    bus.wait([&] { return *told; }, BusConnection::Clock::now() + patience);
+    bus.wait([&] { return *answered; }, BusConnection::Clock::now() + replyTimeout);
 }
 
 void AtspiNotifications::drop(std::uint64_t id) {

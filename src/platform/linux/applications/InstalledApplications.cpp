@@ -9,7 +9,7 @@ namespace quillane {
 
 namespace {
 
-constexpr std::size_t mostClasses = 256; // maximum number of classes remembered as unknown
+constexpr std::size_t maximumClasses = 256; // maximum number of classes remembered as unknown
 
 } // namespace
 
@@ -33,7 +33,7 @@ void InstalledApplications::whenRead(std::function<void()> done) {
 }
 
 void InstalledApplications::lookFor(const std::string& windowClass) {
-    if (lookedFor_.size() >= mostClasses) {
+    if (lookedFor_.size() >= maximumClasses) {
         lookedFor_.clear();
     }
     if (lookedFor_.insert(windowClass).second && !isReading_) {

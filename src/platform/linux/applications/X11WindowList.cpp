@@ -18,7 +18,7 @@ namespace quillane {
 
 namespace {
 
-constexpr std::uint32_t longestProperty = 4096; // in units of four bytes
+constexpr std::uint32_t maximumPropertyLength = 4096; // in units of four bytes
 
 // The levels of such windows on macOS (CGWindowLevel.h), so that one rule applies to both.
 constexpr int desktopLayer = -1;
@@ -90,7 +90,7 @@ void X11WindowList::read(Handler handler) {
     const auto reading = std::make_shared<Reading>(); // shared by the handlers of its answers
     reading->handler = std::move(handler);
     const auto cookie = xcb_get_property(connection_.raw(), 0, connection_.root(), atoms_.stacking, XCB_ATOM_WINDOW, 0,
-                                         longestProperty);
+                                         maximumPropertyLength);
     connection_.await<xcb_get_property_reply_t>(cookie, lifetime_, [this, reading](const auto* reply) {
         for (const auto window : items(reply)) {
             reading->entries.insert(reading->entries.begin(), Reading::Entry{.window = window});
@@ -104,7 +104,7 @@ void X11WindowList::readWindows(const std::shared_ptr<Reading>& reading) {
     auto* c = connection_.raw();
     const auto property = [&](xcb_window_t window, xcb_atom_t name, xcb_atom_t type, auto take) {
         connection_.await<xcb_get_property_reply_t>(
-            xcb_get_property(c, 0, window, name, type, 0, longestProperty), lifetime_,
+            xcb_get_property(c, 0, window, name, type, 0, maximumPropertyLength), lifetime_,
             [reading, take](const xcb_get_property_reply_t* reply) { take(items(reply)); });
     };
     for (auto& entry : reading->entries) {

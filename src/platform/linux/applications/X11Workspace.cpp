@@ -24,9 +24,9 @@ namespace quillane {
 namespace {
 
 constexpr xcb_window_t noWindow = XCB_WINDOW_NONE;
-constexpr std::uint32_t longestProperty = 4096; // in units of four bytes
-constexpr int highestLevel = 16;                // maximum steps from the focus up to a window with a class
-constexpr std::uint32_t sourceIsPager = 2;      // the source of the request is the user, not an application
+constexpr std::uint32_t maximumPropertyLength = 4096; // in units of four bytes
+constexpr int highestLevel = 16;                      // maximum steps from the focus up to a window with a class
+constexpr std::uint32_t sourceIsPager = 2;            // the source of the request is the user, not an application
 
 /// WM_CLASS: two strings in Latin-1, each terminated by NUL.
 struct WindowNames {
@@ -316,7 +316,7 @@ void X11Workspace::readActiveWindow() {
 
 void X11Workspace::readClients() {
     const auto cookie = xcb_get_property(connection_.raw(), 0, connection_.root(), atoms_.clientList, XCB_ATOM_WINDOW,
-                                         0, longestProperty);
+                                         0, maximumPropertyLength);
     connection_.await<xcb_get_property_reply_t>(cookie, lifetime_, [this](const xcb_get_property_reply_t* reply) {
         if (manager_ != noWindow) {
             const auto all = items(reply);
@@ -385,7 +385,7 @@ void X11Workspace::readWindow(xcb_window_t window, std::shared_ptr<FrontReading>
         xcb_get_property(c, 0, window, atoms_.pid, XCB_ATOM_CARDINAL, 0, 1), lifetime_,
         [reading](const auto* reply) { reading->windowSaid = static_cast<pid_t>(firstItem(reply)); });
     connection_.await<xcb_get_property_reply_t>(
-        xcb_get_property(c, 0, window, atoms_.protocols, XCB_ATOM_ATOM, 0, longestProperty), lifetime_,
+        xcb_get_property(c, 0, window, atoms_.protocols, XCB_ATOM_ATOM, 0, maximumPropertyLength), lifetime_,
         [this, reading](const auto* reply) {
             reading->closes = std::ranges::count(items(reply), atoms_.deleteWindow) > 0;
         });
@@ -395,7 +395,7 @@ void X11Workspace::readWindow(xcb_window_t window, std::shared_ptr<FrontReading>
 void X11Workspace::readClass(const std::shared_ptr<Reading>& reading, xcb_window_t window, int levels) {
     auto* c = connection_.raw();
     connection_.await<xcb_get_property_reply_t>(
-        xcb_get_property(c, 0, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, longestProperty), lifetime_,
+        xcb_get_property(c, 0, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, maximumPropertyLength), lifetime_,
         [reading](const auto* reply) { reading->names = windowNames(reply); });
     // The focus may be on a child of the window with the class.
     connection_.await<xcb_query_tree_reply_t>(

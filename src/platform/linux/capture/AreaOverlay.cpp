@@ -46,7 +46,7 @@ core::PixelPoint pointerOn(const std::vector<ScreenPicture>& pictures) {
 } // namespace
 
 AreaOverlay::AreaOverlay(std::vector<ScreenPicture> pictures, core::AppLanguage language,
-                         std::chrono::milliseconds patience, Outcome outcome)
+                         std::chrono::milliseconds idleTimeout, Outcome outcome)
     : pictures_(std::move(pictures)),
       language_(language),
       outcome_(std::move(outcome)),
@@ -60,7 +60,7 @@ AreaOverlay::AreaOverlay(std::vector<ScreenPicture> pictures, core::AppLanguage 
     connect(&grabTimer_, &QTimer::timeout, this, &AreaOverlay::tryToGrab);
     grabTimer_.start(betweenGrabs);
     connect(&idleTimer_, &QTimer::timeout, this, &AreaOverlay::cancel);
-    idleTimer_.start(patience);
+    idleTimer_.start(idleTimeout);
     connect(qGuiApp, &QGuiApplication::screenAdded, this, &AreaOverlay::cancel);
     connect(qGuiApp, &QGuiApplication::screenRemoved, this, &AreaOverlay::cancel);
 }

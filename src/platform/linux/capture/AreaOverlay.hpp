@@ -37,9 +37,9 @@ public:
         std::function<void()> keptOut; ///< another program does not release the pointer or the keyboard
     };
 
-    /// `pictures` is not empty; `patience` is the timeout without input. One of the functions is called, once, from the
-    /// event loop; from then on nothing is shown, and the overlay may be destroyed later.
-    AreaOverlay(std::vector<ScreenPicture> pictures, core::AppLanguage language, std::chrono::milliseconds patience,
+    /// `pictures` is not empty; `idleTimeout` is the timeout without input. One of the functions is called, once, from
+    /// the event loop; from then on nothing is shown, and the overlay may be destroyed later.
+    AreaOverlay(std::vector<ScreenPicture> pictures, core::AppLanguage language, std::chrono::milliseconds idleTimeout,
                 Outcome outcome);
     ~AreaOverlay() override;
 

@@ -19,8 +19,8 @@ constexpr auto untilMenusHaveGone = 200ms;
 
 } // namespace
 
-X11AreaCapture::X11AreaCapture(Pasteboard& pasteboard, MainQueue& mainQueue, std::chrono::milliseconds patience)
-    : pasteboard_(pasteboard), mainQueue_(mainQueue), patience_(patience) {}
+X11AreaCapture::X11AreaCapture(Pasteboard& pasteboard, MainQueue& mainQueue, std::chrono::milliseconds idleTimeout)
+    : pasteboard_(pasteboard), mainQueue_(mainQueue), idleTimeout_(idleTimeout) {}
 
 X11AreaCapture::~X11AreaCapture() {
     delete overlay_.release(); // the event loop may have ended
@@ -46,7 +46,7 @@ void X11AreaCapture::show(core::AppLanguage language, std::function<void()> kept
         keptOut();
         return;
     }
-    overlay_.reset(new AreaOverlay(std::move(pictures), language, patience_,
+    overlay_.reset(new AreaOverlay(std::move(pictures), language, idleTimeout_,
                                    {.taken =
                                         [this](const QImage& picture) {
                                             overlay_.reset();

@@ -21,9 +21,9 @@ namespace quillane {
 /// runs.
 class X11AreaCapture final : public AreaCapture {
 public:
-    /// `patience` is the timeout of a selection without input.
+    /// `idleTimeout` is the timeout of a selection without input.
     X11AreaCapture(Pasteboard& pasteboard, MainQueue& mainQueue,
-                   std::chrono::milliseconds patience = std::chrono::seconds(60));
+                   std::chrono::milliseconds idleTimeout = std::chrono::seconds(60));
     ~X11AreaCapture() override;
 
     [[nodiscard]] Means means() const override { return Means::ownSelection; }
@@ -46,7 +46,7 @@ private:
 
     Pasteboard& pasteboard_;
     MainQueue& mainQueue_;
-    std::chrono::milliseconds patience_;
+    std::chrono::milliseconds idleTimeout_;
     bool starting_ = false;
     std::unique_ptr<AreaOverlay, DeleteLater> overlay_;
     core::Lifetime lifetime_;

@@ -27,7 +27,7 @@ xcb_atom_t atomOf(X11Connection& connection, std::string_view name) {
     return connection.internAtoms(std::array{name}).front();
 }
 
-constexpr int mostRefusals = 3;
+constexpr int maximumRefusals = 3;
 constexpr std::chrono::milliseconds untilAskedAgain{100};
 
 /// Whether this failure means that the other contents cannot be read either.
@@ -132,7 +132,7 @@ void X11Pasteboard::cancelFetch() {
 
 /// A program may take the clipboard a moment before it has contents. False when it has been asked often enough.
 bool X11Pasteboard::asksAgain() {
-    if (refusals_ == mostRefusals) {
+    if (refusals_ == maximumRefusals) {
         return false;
     }
     ++refusals_;

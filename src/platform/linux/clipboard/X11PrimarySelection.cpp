@@ -12,12 +12,12 @@ namespace quillane {
 
 namespace {
 
-constexpr std::chrono::seconds patience{10}; // maximum time between two signs of life of the reader
+constexpr std::chrono::seconds stallTimeout{10}; // maximum time between two signs of life of the reader
 
 } // namespace
 
 X11PrimarySelection::X11PrimarySelection(X11Connection& connection, const Pasteboard& pasteboard)
-    : connection_(connection), pasteboard_(pasteboard), owner_(connection, XCB_ATOM_PRIMARY, patience) {
+    : connection_(connection), pasteboard_(pasteboard), owner_(connection, XCB_ATOM_PRIMARY, stallTimeout) {
     events_ = connection_.onEvent([this](const xcb_generic_event_t& event) { handle(event); });
     losses_ = connection_.onLost([this] { offered_.reset(); });
 }

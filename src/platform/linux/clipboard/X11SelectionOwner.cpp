@@ -30,15 +30,15 @@ core::SharedBytes sharedBytes(const std::vector<T>& values) {
 } // namespace
 
 X11SelectionOwner::X11SelectionOwner(X11Connection& connection, xcb_atom_t selection,
-                                     std::chrono::milliseconds patience)
-    : connection_(connection), selection_(selection), patience_(patience) {
+                                     std::chrono::milliseconds stallTimeout)
+    : connection_(connection), selection_(selection), stallTimeout_(stallTimeout) {
     std::vector<std::string_view> names(protocolNames.begin(), protocolNames.end());
     names.insert(names.end(), clipboardTargets::known().begin(), clipboardTargets::known().end());
     const auto atoms = connection_.internAtoms(names);
     for (std::size_t i = 0; i < names.size(); ++i) {
         atoms_[names[i]] = atoms[i];
     }
-    stallTimer_.setInterval(patience_ / 2);
+    stallTimer_.setInterval(stallTimeout_ / 2);
     stallTimer_.callOnTimeout([this] { dropStalled(); });
     events_ = connection_.onEvent([this](const xcb_generic_event_t& event) { handle(event); });
     losses_ = connection_.onLost([this] {
@@ -232,7 +232,7 @@ void X11SelectionOwner::end(std::list<Transfer>::iterator transfer) {
 }
 
 void X11SelectionOwner::dropStalled() {
-    const auto oldest = std::chrono::steady_clock::now() - patience_;
+    const auto oldest = std::chrono::steady_clock::now() - stallTimeout_;
     for (auto transfer = transfers_.begin(); transfer != transfers_.end();) {
         const auto next = std::next(transfer);
         if (transfer->lastSign < oldest) {

@@ -26,7 +26,7 @@ namespace quillane {
 /// connection has one mask each.
 class X11SelectionOwner {
 public:
-    X11SelectionOwner(X11Connection& connection, xcb_atom_t selection, std::chrono::milliseconds patience);
+    X11SelectionOwner(X11Connection& connection, xcb_atom_t selection, std::chrono::milliseconds stallTimeout);
     ~X11SelectionOwner();
 
     /// Takes the selection and offers the items until another client takes it. False while there is no connection.
@@ -75,7 +75,7 @@ private:
 
     X11Connection& connection_;
     xcb_atom_t selection_;
-    std::chrono::milliseconds patience_;
+    std::chrono::milliseconds stallTimeout_;
     std::unordered_map<std::string_view, xcb_atom_t> atoms_;
     xcb_window_t window_ = XCB_WINDOW_NONE;
     xcb_timestamp_t acquired_ = XCB_CURRENT_TIME;

@@ -7,7 +7,7 @@
 
 namespace quillane {
 
-BusMessage askBus(BusConnection* bus, BusMessage question, std::chrono::milliseconds patience,
+BusMessage askBus(BusConnection* bus, BusMessage question, std::chrono::milliseconds timeout,
                   std::function<void(DBusMessage&)> late) {
     if (bus == nullptr || bus->isLost()) {
         return nullptr;
@@ -34,7 +34,7 @@ BusMessage askBus(BusConnection* bus, BusMessage question, std::chrono::millisec
             }
         },
         BusConnection::Delivery::alsoInWait);
-    bus->wait([&] { return answer->arrived; }, BusConnection::Clock::now() + patience);
+    bus->wait([&] { return answer->arrived; }, BusConnection::Clock::now() + timeout);
     answer->givenUp = true;
     return std::move(answer->reply);
 }

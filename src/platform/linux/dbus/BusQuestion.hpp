@@ -14,7 +14,7 @@ namespace quillane {
 /// error, without a bus and when the time is over. Does not start a service that is not running.
 ///
 /// A late reply is passed to `late`, so that what it hands out can be released.
-[[nodiscard]] BusMessage askBus(BusConnection* bus, BusMessage question, std::chrono::milliseconds patience,
+[[nodiscard]] BusMessage askBus(BusConnection* bus, BusMessage question, std::chrono::milliseconds timeout,
                                 std::function<void(DBusMessage&)> late = {});
 
 } // namespace quillane

@@ -13,7 +13,7 @@ namespace quillane {
 
 namespace {
 
-constexpr std::chrono::milliseconds patience{25}; // for each of two questions
+constexpr std::chrono::milliseconds messagingTimeout{25}; // for each of two questions
 
 } // namespace
 
@@ -23,13 +23,13 @@ std::optional<bool> FocusSecureInput::isPasswordFocused() {
         return false;
     }
     const auto application = accessibility_.application(front->pid);
-    accessibility_.setMessagingTimeout(application, patience);
+    accessibility_.setMessagingTimeout(application, messagingTimeout);
     const auto focused = accessibility_.attribute(application, "AXFocusedUIElement");
     const auto* element = focused ? std::get_if<AXElement>(&*focused) : nullptr;
     if (element == nullptr) {
         return std::nullopt;
     }
-    accessibility_.setMessagingTimeout(*element, patience);
+    accessibility_.setMessagingTimeout(*element, messagingTimeout);
     constexpr std::array<std::string_view, 1> names{"AXSubrole"};
     const auto subrole = accessibility_.attributes(*element, names);
     if (!subrole) {

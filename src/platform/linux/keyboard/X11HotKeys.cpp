@@ -35,16 +35,16 @@ X11HotKeys::X11HotKeys(X11Connection& connection, X11Keyboard& keyboard)
           }
       })),
       openings_(connection.onOpened([this] {
-          tellRepeatsApart();
-          grabAnew();
+          requestDetectableRepeat();
+          regrab();
       })),
-      keymaps_(keyboard.onCurrent([this] { grabAnew(); })),
+      keymaps_(keyboard.onCurrent([this] { regrab(); })),
       releases_(keyboard.onKey([this](const X11RawEvent& event) {
           if (!event.isPress) { // the release goes to whoever has the keyboard by then
               released_[event.detail] = event.time;
           }
       })) {
-    tellRepeatsApart();
+    requestDetectableRepeat();
 }
 
 X11HotKeys::~X11HotKeys() {
@@ -132,7 +132,7 @@ void X11HotKeys::ungrab(Registered& key) {
     }
 }
 
-void X11HotKeys::grabAnew() {
+void X11HotKeys::regrab() {
     for (const auto& key : Keys(keys_)) { // a taken key may be dropped meanwhile
         if (!key->isTaken && key->modifiers != modifiersFor(key->key.modifiers)) {
             ungrab(*key);
@@ -173,13 +173,13 @@ void X11HotKeys::handlePress(const xcb_key_press_event_t& press) {
         const auto& modifiers = key->modifiers;
         if (key->keycode == press.detail &&
             std::ranges::find(modifiers, static_cast<std::uint16_t>(press.state & 0xffU)) != modifiers.end()) {
-            tellPressed(key);
+            reportPress(key);
         }
     }
 }
 
 /// Reports the press once the server has executed the release of the keyboard.
-void X11HotKeys::tellPressed(const std::shared_ptr<Registered>& key) {
+void X11HotKeys::reportPress(const std::shared_ptr<Registered>& key) {
     connection_.await<xcb_get_input_focus_reply_t>(
         xcb_get_input_focus(connection_.raw()), self_, [this, weak = std::weak_ptr(key)](const auto*) {
             const auto pressed = weak.lock();
@@ -191,7 +191,7 @@ void X11HotKeys::tellPressed(const std::shared_ptr<Registered>& key) {
     connection_.flush();
 }
 
-void X11HotKeys::tellRepeatsApart() {
+void X11HotKeys::requestDetectableRepeat() {
     // A held key repeats as presses without releases in between (XKB protocol, "Detectable Autorepeat").
     xcb_discard_reply(connection_.raw(),
                       xcb_xkb_per_client_flags(connection_.raw(), XCB_XKB_ID_USE_CORE_KBD,

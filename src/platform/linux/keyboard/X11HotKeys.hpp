@@ -42,11 +42,11 @@ private:
 
     void grab(const std::shared_ptr<Registered>& key);
     void ungrab(Registered& key);
-    void grabAnew();
+    void regrab();
     void handle(const xcb_generic_event_t& event);
     void handlePress(const xcb_key_press_event_t& press);
-    void tellPressed(const std::shared_ptr<Registered>& key);
-    void tellRepeatsApart();
+    void reportPress(const std::shared_ptr<Registered>& key);
+    void requestDetectableRepeat();
     [[nodiscard]] std::vector<std::uint16_t> modifiersFor(core::EventFlags flags) const;
 
     X11Connection& connection_;

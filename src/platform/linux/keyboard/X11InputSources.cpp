@@ -15,10 +15,10 @@ namespace quillane {
 
 namespace {
 
-constexpr std::chrono::seconds longestStart{5};
-constexpr std::uint32_t longestProperty = 1024; ///< in words
-constexpr std::size_t mostGroups = 4;           ///< of an XKB map
-constexpr std::size_t layoutField = 2;          ///< of _XKB_RULES_NAMES: rules, model, layout, variant, options
+constexpr std::chrono::seconds startTimeout{5};
+constexpr std::uint32_t maximumPropertyLength = 1024; ///< in words
+constexpr std::size_t maximumGroups = 4;              ///< of an XKB map
+constexpr std::size_t layoutField = 2;                ///< of _XKB_RULES_NAMES: rules, model, layout, variant, options
 constexpr std::size_t variantField = 3;
 
 std::vector<std::string> split(std::string_view text, char separator) {
@@ -68,7 +68,7 @@ X11InputSources::X11InputSources(X11Connection& connection, X11Keyboard& keyboar
     rulesNames_ = connection.internAtoms(names).front();
     connection.selectRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE);
     loadIfStale();
-    connection.settle(longestStart);
+    connection.settle(startTimeout);
 }
 
 void X11InputSources::handleKey() {
@@ -101,8 +101,8 @@ void X11InputSources::loadIfStale() {
 
 void X11InputSources::load() {
     loading_ = std::make_shared<int>();
-    const auto cookie =
-        xcb_get_property(connection_.raw(), 0, connection_.root(), rulesNames_, XCB_ATOM_STRING, 0, longestProperty);
+    const auto cookie = xcb_get_property(connection_.raw(), 0, connection_.root(), rulesNames_, XCB_ATOM_STRING, 0,
+                                         maximumPropertyLength);
     connection_.await<xcb_get_property_reply_t>(cookie, loading_, [this](const xcb_get_property_reply_t* reply) {
         if (connection_.isLost()) {
             stale_ = true;
@@ -125,7 +125,7 @@ void X11InputSources::loadGroupNames() {
             stale_ = true;
             return;
         }
-        groupNames_.assign(std::min<std::size_t>(keyboard_.keymap().groupCount(), mostGroups), {});
+        groupNames_.assign(std::min<std::size_t>(keyboard_.keymap().groupCount(), maximumGroups), {});
         if (reply == nullptr || groupNames_.empty()) {
             rebuild();
             return;

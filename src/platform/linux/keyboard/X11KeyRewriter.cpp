@@ -17,7 +17,7 @@ constexpr std::uint32_t grabbedEvents =
     // A client that holds a grab gets its raw events through it, and only those selected there.
     XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
 
-constexpr std::chrono::milliseconds longestStop{1000}; ///< without any progress
+constexpr std::chrono::milliseconds stopTimeout{1000}; ///< without any progress
 constexpr std::uint16_t highestXTestDevice = 127;
 
 /// The keys that type or move in text, in the numbers of macOS: letters, digits, punctuation, space, Return, Tab,
@@ -47,8 +47,8 @@ X11KeyRewriter::X11KeyRewriter(X11Connection& connection, X11RawInput& input, X1
       openings_(connection.onOpened([this] { grabKeys(); })) {
     retry_.setSingleShot(true);
     retry_.callOnTimeout([this] { typeBacklog(); });
-    longestStop_.setSingleShot(true);
-    longestStop_.callOnTimeout([this] {
+    stopTimer_.setSingleShot(true);
+    stopTimer_.callOnTimeout([this] {
         endStopAtTypingKeys();
         forgetOutputs();
     });
@@ -97,7 +97,7 @@ void X11KeyRewriter::forgetOutputs() {
         spares_.release(keycode);
     }
     backlog_.clear();
-    longestStop_.stop();
+    stopTimer_.stop();
     retry_.stop();
 }
 
@@ -187,7 +187,7 @@ void X11KeyRewriter::typeBacklog() {
     while (!backlog_.empty() && keyboard_.isCurrent()) {
         const auto keycode = spares_.keycodeFor(backlog_.front().keysym);
         if (!keycode) {
-            retry_.start(X11SpareKeys::shortestStay / 4);
+            retry_.start(X11SpareKeys::minimumStay / 4);
             return;
         }
         outputs_.push_back(*keycode);
@@ -221,7 +221,7 @@ void X11KeyRewriter::handleOwnKey(const X11RawEvent& event) {
     if (!isBehind()) {
         endStopAtTypingKeys();
     } else if (!typingGrabs_.empty()) {
-        longestStop_.start(longestStop);
+        stopTimer_.start(stopTimeout);
     }
 }
 
@@ -289,7 +289,7 @@ void X11KeyRewriter::ungrabKeys() {
 
 void X11KeyRewriter::stopAtTypingKeys(std::uint8_t modifierBits) {
     const auto locks = static_cast<std::uint32_t>(modifierBits & ~XCB_MOD_MASK_SHIFT);
-    longestStop_.start(longestStop);
+    stopTimer_.start(stopTimeout);
     if (!typingGrabs_.empty()) {
         return;
     }
@@ -311,7 +311,7 @@ void X11KeyRewriter::endStopAtTypingKeys() {
     for (const auto& added : std::exchange(typingGrabs_, {})) {
         ungrab(added.keycode, added.modifiers);
     }
-    longestStop_.stop();
+    stopTimer_.stop();
     connection_.flush();
 }
 

@@ -114,7 +114,7 @@ private:
     std::uint64_t looks_ = 0;
     std::vector<TypingGrab> typingGrabs_;
     QTimer retry_;
-    QTimer longestStop_;
+    QTimer stopTimer_;
     core::Lifetime lifetime_;
     core::Subscription events_;
     core::Subscription ownKeys_;

@@ -13,7 +13,7 @@ namespace {
 
 /// Left free: other programs borrow key codes too, briefly.
 constexpr std::size_t leftForOthers = 2;
-constexpr std::uint32_t longestList = 64; // in words
+constexpr std::uint32_t maximumListLength = 64; // in words
 
 } // namespace
 
@@ -45,14 +45,14 @@ std::optional<xcb_keycode_t> X11SpareKeys::keycodeFor(std::uint32_t keysym) {
             publish(); // first, so that the list always contains at least the codes in use
         } else {
             spare = std::ranges::min_element(spares_, {}, &Spare::lastUse);
-            if (spare == spares_.end() || Clock::now() < spare->lastUse + shortestStay) {
+            if (spare == spares_.end() || Clock::now() < spare->lastUse + minimumStay) {
                 return std::nullopt;
             }
             spare->keysym = keysym;
         }
         assign(spare->keycode, keysym);
     }
-    spare->lastUse = Clock::time_point::max() - shortestStay;
+    spare->lastUse = Clock::time_point::max() - minimumStay;
     return spare->keycode;
 }
 
@@ -144,7 +144,7 @@ void X11SpareKeys::readRepeating() {
 
 void X11SpareKeys::readLeftovers() {
     const auto cookie =
-        xcb_get_property(connection_.raw(), 0, connection_.root(), listAtom_, XCB_ATOM_CARDINAL, 0, longestList);
+        xcb_get_property(connection_.raw(), 0, connection_.root(), listAtom_, XCB_ATOM_CARDINAL, 0, maximumListLength);
     connection_.await<xcb_get_property_reply_t>(cookie, lifetime_, [this](const xcb_get_property_reply_t* reply) {
         if (reply != nullptr && reply->format == 8) {
             takeOver(*reply);

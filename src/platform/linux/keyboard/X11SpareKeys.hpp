@@ -25,7 +25,7 @@ public:
 
     /// A slow application reads a press late, but always with the newest map. So a key code keeps its symbol for this
     /// long after its release.
-    static constexpr std::chrono::milliseconds shortestStay{300};
+    static constexpr std::chrono::milliseconds minimumStay{300};
 
     /// False when the map has no spare key code at all.
     [[nodiscard]] bool canType() const { return !spares_.empty() || borrowable(); }

@@ -11,7 +11,7 @@ namespace quillane {
 namespace {
 
 constexpr std::chrono::milliseconds period{1000};
-constexpr std::chrono::milliseconds longestAnswer{750};
+constexpr std::chrono::milliseconds answerTimeout{750};
 /// A key counts as missed when the server had one this much later than we did: an answer is a little older than its
 /// arrival.
 constexpr std::chrono::milliseconds tolerance{100};
@@ -94,7 +94,7 @@ void X11TapWatchdog::ask() {
         return;
     }
     asked_ = true;
-    overdue_.start(longestAnswer);
+    overdue_.start(answerTimeout);
     if (idleCounter_) {
         connection_.await<xcb_sync_query_counter_reply_t>(
             xcb_sync_query_counter(connection_.raw(), *idleCounter_), lifetime_,

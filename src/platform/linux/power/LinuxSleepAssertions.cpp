@@ -19,7 +19,7 @@ namespace {
 
 constexpr auto reason = "Quillane Keep Awake";
 constexpr auto program = "com.quillane.app";
-constexpr std::chrono::milliseconds patience{300};
+constexpr std::chrono::milliseconds replyTimeout{300};
 
 constexpr auto loginManager = "org.freedesktop.login1";
 constexpr auto loginManagerPath = "/org/freedesktop/login1";
@@ -98,7 +98,8 @@ LinuxSleepAssertions::Inhibitor LinuxSleepAssertions::inhibitSystem() {
     for (const auto* argument : {"idle", "Quillane", reason, "block"}) {
         appendText(*question, argument);
     }
-    const auto reply = askBus(system_.get(), std::move(question), patience); // a late descriptor closes with its reply
+    const auto reply =
+        askBus(system_.get(), std::move(question), replyTimeout); // a late descriptor closes with its reply
     auto held = reply ? descriptor(*reply) : core::FileDescriptor();
     if (!held) {
         return {};
@@ -153,7 +154,7 @@ LinuxSleepAssertions::Inhibitor LinuxSleepAssertions::inhibitThrough(const Servi
             giveBack(*cookie);
         }
     };
-    const auto reply = askBus(bus, std::move(question), patience, late);
+    const auto reply = askBus(bus, std::move(question), replyTimeout, late);
     const auto cookie = reply ? BusReader(*reply).uint32() : std::nullopt;
     return cookie ? Inhibitor{[giveBack, taken = *cookie] { giveBack(taken); }, service.name} : Inhibitor();
 }

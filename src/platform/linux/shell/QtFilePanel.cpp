@@ -88,8 +88,8 @@ public:
         resize(sizeHint().expandedTo(roomForColumns));
         fitColumns();
         connect(this, &QFileDialog::fileSelected, this, [this](const QString& file) {
-            if (const auto told = std::exchange(chosen_, nullptr)) {
-                told(QFile::encodeName(file).toStdString());
+            if (const auto handler = std::exchange(chosen_, nullptr)) {
+                handler(QFile::encodeName(file).toStdString());
             }
         });
     }

@@ -98,12 +98,12 @@ private:
 /// Cancels the current call when the time is over.
 class Deadline {
 public:
-    explicit Deadline(std::chrono::milliseconds longest)
-        : cancellable_(g_cancellable_new()), timer_([this, longest](const std::stop_token& stop) {
+    explicit Deadline(std::chrono::milliseconds timeout)
+        : cancellable_(g_cancellable_new()), timer_([this, timeout](const std::stop_token& stop) {
               std::mutex mutex;
               std::unique_lock lock(mutex);
               std::condition_variable_any ended;
-              if (!ended.wait_for(lock, stop, longest, [&] { return stop.stop_requested(); })) {
+              if (!ended.wait_for(lock, stop, timeout, [&] { return stop.stop_requested(); })) {
                   g_cancellable_cancel(cancellable_.get());
               }
           }) {}
@@ -168,7 +168,7 @@ const SecretSchema& schema() {
 /// One call of the store: the service, asked within the time.
 class Session {
 public:
-    explicit Session(std::chrono::milliseconds longest) : deadline_(longest) {}
+    explicit Session(std::chrono::milliseconds timeout) : deadline_(timeout) {}
 
     [[nodiscard]] SecretStatus open() {
         const Object<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, deadline_.get(), failure_.out()));
@@ -285,7 +285,7 @@ private:
 } // namespace
 
 std::variant<SecretBytes, SecretStatus> SecretServiceStore::find(const core::SecretName& name) {
-    Session session(longest_);
+    Session session(timeout_);
     if (const auto status = session.open(); status != SecretStatus::success) {
         return status;
     }
@@ -303,7 +303,7 @@ std::variant<SecretBytes, SecretStatus> SecretServiceStore::find(const core::Sec
 
 SecretStatus SecretServiceStore::add(const core::SecretName& name, const std::string& label,
                                      std::span<const std::byte> secret) {
-    Session session(longest_);
+    Session session(timeout_);
     if (const auto status = session.open(); status != SecretStatus::success) {
         return status;
     }

@@ -14,14 +14,14 @@ namespace quillane {
 /// service is refused and never shown. Every call looks for the service again, so one that starts later is found.
 class SecretServiceStore final : public core::SecretStore {
 public:
-    explicit SecretServiceStore(std::chrono::milliseconds longest = std::chrono::seconds(10)) : longest_(longest) {}
+    explicit SecretServiceStore(std::chrono::milliseconds timeout = std::chrono::seconds(10)) : timeout_(timeout) {}
 
     [[nodiscard]] std::variant<core::SecretBytes, core::SecretStatus> find(const core::SecretName& name) override;
     [[nodiscard]] core::SecretStatus add(const core::SecretName& name, const std::string& label,
                                          std::span<const std::byte> secret) override;
 
 private:
-    std::chrono::milliseconds longest_; ///< for one call as a whole
+    std::chrono::milliseconds timeout_; ///< for one call as a whole
 };
 
 } // namespace quillane

@@ -27,7 +27,7 @@ namespace quillane {
 namespace {
 
 constexpr std::chrono::seconds retryInterval{1};
-constexpr std::chrono::milliseconds longestFarewell{500};
+constexpr std::chrono::milliseconds closeTimeout{500};
 
 bool isPresent(xcb_connection_t* connection, xcb_extension_t* extension) {
     const auto* data = xcb_get_extension_data(connection, extension);
@@ -118,7 +118,7 @@ X11Connection::~X11Connection() {
         return;
     }
     // The server ignores the last requests when the connection is closed at once.
-    const auto end = std::chrono::steady_clock::now() + longestFarewell;
+    const auto end = std::chrono::steady_clock::now() + closeTimeout;
     const auto cookie = xcb_get_input_focus(raw());
     xcb_flush(raw());
     void* reply = nullptr;
@@ -298,8 +298,8 @@ void X11Connection::finishReopening() {
     openings_.notify();
 }
 
-bool X11Connection::settle(std::chrono::milliseconds longest) {
-    const auto end = std::chrono::steady_clock::now() + longest;
+bool X11Connection::settle(std::chrono::milliseconds timeout) {
+    const auto end = std::chrono::steady_clock::now() + timeout;
     process();
     while (!pending_.empty() && !lost_) {
         if (!waitForInput(end)) {

@@ -101,7 +101,7 @@ public:
 
     /// Waits until every outstanding request has been answered, and dispatches what arrives meanwhile. False on a
     /// timeout.
-    bool settle(std::chrono::milliseconds longest);
+    bool settle(std::chrono::milliseconds timeout);
 
     /// The atoms of these names. Waits for the server: use it at start-up only.
     [[nodiscard]] std::vector<xcb_atom_t> internAtoms(std::span<const std::string_view> names);

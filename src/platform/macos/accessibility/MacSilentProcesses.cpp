@@ -8,7 +8,7 @@ namespace quillane {
 
 namespace {
 
-constexpr MacSilentProcesses::Clock::duration longestSilence = std::chrono::seconds(1);
+constexpr MacSilentProcesses::Clock::duration maximumSilence = std::chrono::seconds(1);
 
 } // namespace
 
@@ -22,7 +22,7 @@ void MacSilentProcesses::hasNotAnswered(pid_t pid, Clock::time_point begin) {
     const auto now = now_();
     std::erase_if(silent_, [&](const auto& entry) { return now >= entry.second.end; });
     const auto waited = now - begin;
-    silent_[pid] = {now + std::min(10 * waited, longestSilence), waited};
+    silent_[pid] = {now + std::min(10 * waited, maximumSilence), waited};
 }
 
 } // namespace quillane

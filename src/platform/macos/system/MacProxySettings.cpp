@@ -11,7 +11,7 @@ namespace quillane {
 
 namespace {
 
-constexpr CFTimeInterval scriptPatience = 10;
+constexpr CFTimeInterval scriptTimeout = 10;
 
 /// The result of an automatic configuration, from the run loop.
 struct ScriptAnswer {
@@ -36,7 +36,7 @@ CFRef<CFArrayRef> runScript(CFURLRef script, CFURLRef target) {
     }
     const CFStringRef mode = CFSTR("com.quillane.app.proxy");
     CFRunLoopAddSource(CFRunLoopGetCurrent(), source.get(), mode);
-    CFRunLoopRunInMode(mode, scriptPatience, false);
+    CFRunLoopRunInMode(mode, scriptTimeout, false);
     CFRunLoopSourceInvalidate(source.get());
     return answer.isGiven ? answer.proxies : CFRef<CFArrayRef>();
 }

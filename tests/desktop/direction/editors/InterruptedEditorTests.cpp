@@ -50,13 +50,13 @@ TEST_F(LiveEndTest, OfAllAnswersWhileTheMenuIsAwaitedHoldsNobodyUp) {
     expectState("asked", 1);
     document_->process().signal(SIGSTOP);
     const auto begin = std::chrono::steady_clock::now();
-    auto longest = std::chrono::steady_clock::duration::zero();
+    auto maximum = std::chrono::steady_clock::duration::zero();
     while (std::chrono::steady_clock::now() - begin < 1s) {
         const auto asked = std::chrono::steady_clock::now();
         EXPECT_TRUE(agent().status().is_object());
-        longest = std::max(longest, std::chrono::steady_clock::now() - asked);
+        maximum = std::max(maximum, std::chrono::steady_clock::now() - asked);
     }
-    EXPECT_LT(longest, 500ms); // several calls of 150 ms each would take longer
+    EXPECT_LT(maximum, 500ms); // several calls of 150 ms each would take longer
     expectSaid("The direction menu is unavailable in this editor");
     document_->process().signal(SIGCONT);
     expectState("menu", true);

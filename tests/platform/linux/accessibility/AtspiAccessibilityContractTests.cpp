@@ -91,7 +91,7 @@ private:
                                  const live::Environment& more) {
             return desktop()
                 .run({"gdbus", "call", "--session", "--dest", name, "--object-path", path, "--method", method},
-                     live::patience, more)
+                     live::defaultTimeout, more)
                 .output;
         };
         const auto address = call("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus.GetAddress", {}); // ('address',)

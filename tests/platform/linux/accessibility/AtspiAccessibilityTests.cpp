@@ -189,7 +189,7 @@ TEST_F(AtspiTest, AnApplicationThatIsKilledIsGone) {
 TEST_F(AtspiTest, AThousandMovesOfTheFocusKeepNoMemory) {
     const auto form = startForm();
     ASSERT_TRUE(waitForField(form.pid(), plainField));
-    // What is allocated after so many moves, once they have all arrived. Resident memory would count the code and the
+    // What is allocated after this many moves, once they have all arrived. Resident memory would count the code and the
     // free blocks that happen to be in use.
     const auto allocatedAfter = [&](int moves) {
         for (int i = 0; i < moves; ++i) {

@@ -75,13 +75,13 @@ TEST_F(X11WindowListTest, AMinimisedWindowIsNotOnTheScreen) {
 }
 
 TEST_F(X11WindowListTest, NoHandlerIsCalledAfterItsEnd) {
-    bool told = false;
+    bool answered = false;
     {
         const auto connection = std::move(*X11Connection::open({}));
-        X11WindowList(*connection).read([&](const auto&) { told = true; });
+        X11WindowList(*connection).read([&](const auto&) { answered = true; });
         EXPECT_TRUE(connection->settle(std::chrono::seconds(5)));
     }
-    EXPECT_FALSE(told);
+    EXPECT_FALSE(answered);
 }
 
 } // namespace

@@ -53,7 +53,7 @@ public:
 
     AreaCapture& capture() { return *capture_; }
 
-    void losePatienceAfter(std::chrono::milliseconds patience) { capture_.emplace(pasteboard_, *queue_, patience); }
+    void endIdleAfter(std::chrono::milliseconds timeout) { capture_.emplace(pasteboard_, *queue_, timeout); }
 
     [[nodiscard]] bool isSelecting() const { return capture_->overlay() && capture_->overlay()->isReady(); }
 
@@ -357,7 +357,7 @@ TEST_F(X11AreaCaptureTest, AMenuThatClosesAMomentLaterIsWaitedFor) {
 }
 
 TEST_F(X11AreaCaptureTest, WithoutInputForLongItGivesTheKeyboardBack) {
-    driver_->losePatienceAfter(std::chrono::milliseconds(600));
+    driver_->endIdleAfter(std::chrono::milliseconds(600));
     start();
     for (int i = 0; i < 4; ++i) { // a user who moves the pointer is still there
         driver_->point({100 + i, 100});

@@ -45,14 +45,14 @@ inline std::string noise(std::size_t size) {
 }
 
 /// For owners that do answer: on a loaded machine a well-behaved program may exceed the usual limits.
-inline constexpr X11PasteboardLimits patient{{std::chrono::seconds(60), std::chrono::seconds(60)},
-                                             std::chrono::seconds(60)};
-inline constexpr X11PasteboardLimits impatient{{std::chrono::milliseconds(400), std::chrono::milliseconds(1'500)},
-                                               std::chrono::milliseconds(400)};
+inline constexpr X11PasteboardLimits generousLimits{{std::chrono::seconds(60), std::chrono::seconds(60)},
+                                                    std::chrono::seconds(60)};
+inline constexpr X11PasteboardLimits strictLimits{{std::chrono::milliseconds(400), std::chrono::milliseconds(1'500)},
+                                                  std::chrono::milliseconds(400)};
 
 class X11PasteboardTest : public testing::X11Test {
 protected:
-    explicit X11PasteboardTest(X11PasteboardLimits limits = patient)
+    explicit X11PasteboardTest(X11PasteboardLimits limits = generousLimits)
         : ownedPasteboard_(std::make_unique<X11Pasteboard>(*connection_, limits)) {
         follow();
     }
@@ -101,7 +101,7 @@ protected:
 
     /// What another program gets for a target.
     X11SelectionReader::Contents paste(std::string_view target, std::string_view selection = "CLIPBOARD") {
-        X11SelectionReader reader(peer_.connection(), peer_.atom(selection), patient.reading);
+        X11SelectionReader reader(peer_.connection(), peer_.atom(selection), generousLimits.reading);
         std::optional<X11SelectionReader::Contents> result;
         reader.request(peer_.atom(target), XCB_CURRENT_TIME, 100 * mega,
                        [&](auto contents) { result = std::move(contents); });

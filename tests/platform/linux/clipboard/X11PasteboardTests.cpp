@@ -10,7 +10,7 @@ namespace {
 /// With short limits.
 class UnresponsiveProgramTest : public X11PasteboardTest {
 protected:
-    UnresponsiveProgramTest() : X11PasteboardTest(impatient) {}
+    UnresponsiveProgramTest() : X11PasteboardTest(strictLimits) {}
 
     /// A copy by a program that answers is read. On a loaded machine it may take so long that it is given up.
     void expectNextCopyIsRead() {
@@ -180,7 +180,7 @@ TEST_F(X11PasteboardTest, CountMovesWhenTheCopyIsMadeHoweverLateItsContentsArriv
 
 TEST_F(X11PasteboardTest, CopyIsAnnouncedOnceTheApplicationInFrontIsKnown) {
     std::vector<std::function<void()>> waiting;
-    X11Pasteboard pasteboard(*connection_, patient,
+    X11Pasteboard pasteboard(*connection_, generousLimits,
                              [&](std::function<void()> callback) { waiting.push_back(std::move(callback)); });
     int notices = 0;
     const auto counting = pasteboard.onChanged([&] { ++notices; });
@@ -199,7 +199,7 @@ TEST_F(X11PasteboardTest, CopyIsAnnouncedOnceTheApplicationInFrontIsKnown) {
 
 TEST_F(X11PasteboardTest, CopyThatIsReplacedBeforeItIsAnnouncedNeverIs) {
     std::vector<std::function<void()>> waiting;
-    X11Pasteboard pasteboard(*connection_, patient,
+    X11Pasteboard pasteboard(*connection_, generousLimits,
                              [&](std::function<void()> callback) { waiting.push_back(std::move(callback)); });
     peer_.own({{"UTF8_STRING", "theirs"}});
     ASSERT_TRUE(waitUntil([&] { return waiting.size() == 1; }));
@@ -322,7 +322,7 @@ TEST_F(X11PasteboardTest, ServesALargeImageInIncrementsToSeveralProgramsAtOnce) 
     const auto png = noise(15 * mega);
     restored(entryOf(core::ClipboardKind::image, {{{"public.png", bytesOf(png)}}}));
     SelectionPeer other(server_.display());
-    X11SelectionReader reader(other.connection(), other.atom("CLIPBOARD"), patient.reading);
+    X11SelectionReader reader(other.connection(), other.atom("CLIPBOARD"), generousLimits.reading);
     std::optional<X11SelectionReader::Contents> second;
     reader.request(other.atom("image/png"), XCB_CURRENT_TIME, 100 * mega,
                    [&](auto contents) { second = std::move(contents); });

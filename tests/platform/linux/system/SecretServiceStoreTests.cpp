@@ -4,7 +4,7 @@
 #include "platform/linux/system/SecretServiceStore.hpp"
 
 #include "contracts/SecretStoreContract.hpp"
-#include "core/clipboard/ClipboardKey.hpp"
+#include "core/clipboard/VaultKey.hpp"
 #include "support/TemporaryFiles.hpp"
 #include "support/TestProcess.hpp"
 
@@ -187,8 +187,8 @@ TEST(SecretServiceStore, AServiceThatHangsIsGivenUp) {
     EXPECT_EQ(store.add(name, "Label", {}), SecretStatus::notAvailable);
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
     session.keyring().signal(SIGCONT);
-    SecretServiceStore patient;
-    EXPECT_EQ(statusOf(patient), SecretStatus::itemNotFound);
+    SecretServiceStore ordinary;
+    EXPECT_EQ(statusOf(ordinary), SecretStatus::itemNotFound);
 }
 
 TEST(SecretServiceStore, OutlivesTheBus) {
@@ -208,16 +208,14 @@ TEST(SecretServiceStore, OutlivesTheBus) {
 TEST(SecretServiceStore, ItemOfAnotherSchemaWithExactlyTheAttributesIsFoundAndNoSecondOneIsMade) {
     PrivateSession session;
     session.startKeyring();
-    store({{"service", core::clipboardKeyService}, {"account", core::clipboardKeyAccount}},
-          "0123456789abcdef0123456789abcdef");
+    store({{"service", core::vaultKeyService}, {"account", core::vaultKeyAccount}}, "0123456789abcdef0123456789abcdef");
     SecretServiceStore own;
-    const auto key = core::obtainClipboardKey(own);
+    const auto key = core::obtainVaultKey(own);
     ASSERT_TRUE(key);
     EXPECT_EQ(static_cast<char>(key->bytes()[15]), 'f');
-    EXPECT_EQ(own.add({core::clipboardKeyService, core::clipboardKeyAccount}, "Label", {}),
-              SecretStatus::duplicateItem);
+    EXPECT_EQ(own.add({core::vaultKeyService, core::vaultKeyAccount}, "Label", {}), SecretStatus::duplicateItem);
     session.lockKeyring();
-    const auto locked = core::obtainClipboardKey(own);
+    const auto locked = core::obtainVaultKey(own);
     ASSERT_FALSE(locked);
     EXPECT_EQ(locked.error(), SecretStatus::interactionNotAllowed);
 }
@@ -236,10 +234,10 @@ TEST(SecretServiceStore, TheClipboardKeyIsMadeOnceAndKept) {
     PrivateSession session;
     session.startKeyring();
     SecretServiceStore store;
-    const auto first = core::obtainClipboardKey(store);
+    const auto first = core::obtainVaultKey(store);
     ASSERT_TRUE(first);
     SecretServiceStore another;
-    const auto second = core::obtainClipboardKey(another);
+    const auto second = core::obtainVaultKey(another);
     ASSERT_TRUE(second);
     EXPECT_TRUE(std::ranges::equal(first->bytes(), second->bytes()));
     // Only the keyring has it, encrypted.
@@ -255,7 +253,7 @@ TEST(SecretServiceStore, TheClipboardKeyIsMadeOnceAndKept) {
     }
     EXPECT_GT(files, 2);
     session.lockKeyring();
-    const auto locked = core::obtainClipboardKey(store);
+    const auto locked = core::obtainVaultKey(store);
     ASSERT_FALSE(locked);
     EXPECT_EQ(locked.error(), SecretStatus::interactionNotAllowed);
 }

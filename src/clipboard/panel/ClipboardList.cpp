@@ -1,17 +1,17 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "clipboard/panel/HistoryList.hpp"
+#include "clipboard/panel/ClipboardList.hpp"
 
 #include "clipboard/panel/AccessibleHistory.hpp"
 
 namespace quillane {
 
-HistoryList::HistoryList() {
+ClipboardList::ClipboardList() {
     QAccessible::installFactory(&accessibleHistory); // Qt keeps one registration, however often it is made
 }
 
-void HistoryList::announce(int row) {
+void ClipboardList::announce(int row) {
     QAccessibleEvent event(this, QAccessible::Focus);
     event.setChild(row);
     QAccessible::updateAccessibility(&event);

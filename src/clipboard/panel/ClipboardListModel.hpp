@@ -17,11 +17,11 @@
 namespace quillane {
 
 /// The search results as the list's model.
-class EntryList : public QAbstractListModel {
+class ClipboardListModel : public QAbstractListModel {
     Q_OBJECT
 
 public:
-    explicit EntryList(EntryFiles& files) : files_(files) {}
+    explicit ClipboardListModel(EntryFiles& files) : files_(files) {}
 
     /// Takes over the results. Rows whose entries keep their places are kept.
     void setEntries(const std::vector<core::ClipboardEntry>& entries, const std::string& query);

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "core/clipboard/ClipboardKey.hpp"
+#include "core/clipboard/VaultKey.hpp"
 
 #include "core/support/SealedBox.hpp"
 
@@ -9,8 +9,8 @@
 
 namespace quillane::core {
 
-tl::expected<SecretBytes, SecretStatus> obtainClipboardKey(SecretStore& store) {
-    const SecretName name{clipboardKeyService, clipboardKeyAccount};
+tl::expected<SecretBytes, SecretStatus> obtainVaultKey(SecretStore& store) {
+    const SecretName name{vaultKeyService, vaultKeyAccount};
     auto found = store.find(name);
     if (auto* key = std::get_if<SecretBytes>(&found)) {
         if (key->size() != sealedBox::keySize) {
@@ -25,7 +25,7 @@ tl::expected<SecretBytes, SecretStatus> obtainClipboardKey(SecretStore& store) {
     if (!key) {
         return tl::unexpected(SecretStatus::notAvailable);
     }
-    if (const auto status = store.add(name, clipboardKeyLabel, key->bytes()); status != SecretStatus::success) {
+    if (const auto status = store.add(name, vaultKeyLabel, key->bytes()); status != SecretStatus::success) {
         return tl::unexpected(status);
     }
     return std::move(*key);

@@ -11,11 +11,11 @@ namespace quillane {
 
 /// The list of the panel. Screen readers can press its rows and open their menus although the focus stays in the search
 /// field.
-class HistoryList : public QListView {
+class ClipboardList : public QListView {
     Q_OBJECT
 
 public:
-    HistoryList();
+    ClipboardList();
 
     std::function<void(int row)> onPress;
     std::function<void(int row)> onMenu;

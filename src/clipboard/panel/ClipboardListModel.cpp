@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 
-#include "clipboard/panel/EntryList.hpp"
+#include "clipboard/panel/ClipboardListModel.hpp"
 
 #include "clipboard/panel/EntryTexts.hpp"
 
@@ -9,7 +9,7 @@
 
 namespace quillane {
 
-void EntryList::setEntries(const std::vector<core::ClipboardEntry>& entries, const std::string& query) {
+void ClipboardListModel::setEntries(const std::vector<core::ClipboardEntry>& entries, const std::string& query) {
     query_ = core::SearchQuery(query);
     if (std::ranges::equal(entries, entries_, {}, &core::ClipboardEntry::id, &core::ClipboardEntry::id)) {
         entries_ = entries; // a pin, a date or the bold parts may have changed
@@ -23,7 +23,7 @@ void EntryList::setEntries(const std::vector<core::ClipboardEntry>& entries, con
     endResetModel();
 }
 
-std::optional<int> EntryList::rowOf(const core::Uuid& id) const {
+std::optional<int> ClipboardListModel::rowOf(const core::Uuid& id) const {
     const auto found = std::ranges::find(entries_, id, &core::ClipboardEntry::id);
     if (found == entries_.end()) {
         return std::nullopt;
@@ -31,11 +31,11 @@ std::optional<int> EntryList::rowOf(const core::Uuid& id) const {
     return static_cast<int>(found - entries_.begin());
 }
 
-int EntryList::rowCount(const QModelIndex& parent) const {
+int ClipboardListModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(entries_.size());
 }
 
-QVariant EntryList::data(const QModelIndex& index, int role) const {
+QVariant ClipboardListModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || index.row() >= rowCount() || role != Qt::AccessibleTextRole) {
         return {};
     }
