@@ -11,6 +11,7 @@
 #include "platform/Platform.hpp"
 #include "platform/ProcessProtection.hpp"
 #include "platform/common/ExitHandler.hpp"
+#include "platform/common/ThreadFileExaminer.hpp"
 #include "platform/common/control/ControlSocket.hpp"
 #include "platform/common/qt/TerminationSignals.hpp"
 #include "settings/SettingsModel.hpp"
@@ -198,6 +199,7 @@ int runAgent(int argc, char** argv, const commandLine::RunAgent& call) {
          .legacyBundleID = std::string(core::installationMigration::legacyBundleID),
          .terminate = [] { QCoreApplication::quit(); },
          .applicationSupport = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation).toStdString(),
+         .fileExaminer = makeFileExaminer(*platform->mainQueue),
          .location = applicationLocation(),
          .home = homeFolder()});
     const TerminationSignals termination([] { QCoreApplication::quit(); });

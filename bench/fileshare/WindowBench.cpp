@@ -57,11 +57,11 @@ int uploadInWindow(int argc, char** argv, const std::string& address, const std:
     ThreadFileExaminer examiner(queue);
     fakes::FakeDesktop desktop;
     desktop.platform.urlSessions = sessions.factory();
-    desktop.platform.fileExaminer = examiner.examiner();
     core::FileShareServer::validating(address).value().save(desktop.userDefaults);
     core::AppPreferences preferences(desktop.userDefaults);
     const FileShareServices services{.platform = desktop.platform,
                                      .preferences = preferences,
+                                     .examiner = examiner.examiner(),
                                      .chooseServer = [] {},
                                      .symbol = [](const std::string&, const QColor&) { return QIcon(); }};
     FileShareWindow window(core::Url::fromFilePath(file), services);

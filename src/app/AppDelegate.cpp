@@ -56,6 +56,7 @@ AppDelegate::AppDelegate(const Platform& platform, core::AppPreferences& prefere
       fileShare_(
           {.platform = platform,
            .preferences = preferences,
+           .examiner = environment_.fileExaminer,
            .chooseServer = [this] { showServerAddress(); },
            .symbol = [&symbols = *platform.systemSymbols](
                          const std::string& name, const QColor& color) { return tintedSymbol(symbols, name, color); }}),

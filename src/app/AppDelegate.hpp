@@ -48,6 +48,7 @@ public:
         std::string legacyBundleID;               ///< of the previous edition, which must not run beside this one
         std::function<void()> terminate;          ///< ends the event loop
         std::filesystem::path applicationSupport; ///< where applications keep the user's data
+        core::FileExaminer fileExaminer;          ///< asks the disk about files that are to be shared
         core::ApplicationLocation location;
         std::filesystem::path home;
     };

@@ -17,7 +17,7 @@ FileShareModel::FileShareModel(core::Url file, const FileShareServices& services
       userDefaults_(*services.platform.userDefaults),
       pasteboard_(*services.platform.pasteboard),
       sessions_(services.platform.urlSessions),
-      examiner_(services.platform.fileExaminer),
+      examiner_(services.examiner),
       now_(services.now),
       server_(core::FileShareServer::saved(*services.platform.userDefaults)) {}
 

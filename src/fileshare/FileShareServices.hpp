@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/fileshare/FileExaminer.hpp"
 #include "core/preferences/AppPreferences.hpp"
 #include "platform/Platform.hpp"
 
@@ -17,6 +18,7 @@ namespace quillane {
 struct FileShareServices {
     const Platform& platform;
     core::AppPreferences& preferences;
+    core::FileExaminer examiner;
     std::function<void()> chooseServer;                                        ///< opens the settings of the server
     std::function<QIcon(const std::string& name, const QColor& color)> symbol; ///< a null icon for unknown names
     std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/fileshare/FileExaminer.hpp"
 #include "core/fileshare/UrlSession.hpp"
 #include "core/localization/Desktop.hpp"
 #include "core/power/SleepAssertionClient.hpp"
@@ -68,9 +67,8 @@ struct Platform {
     std::unique_ptr<core::SecretStore> secretStore;
     std::unique_ptr<SerialQueue> vaultQueue; ///< after the secret store, which its tasks use
     std::unique_ptr<SerialQueue> imageQueue; ///< where pictures are decoded
-    std::unique_ptr<SerialQueue>
-        fileQueue;                   ///< where files are looked up; its tasks may outlive it (see ThreadSerialQueue)
-    core::FileExaminer fileExaminer; ///< asks the disk about files that are to be shared
+    /// Where files are looked up; its tasks may outlive it (see ThreadSerialQueue).
+    std::unique_ptr<SerialQueue> fileQueue;
     std::unique_ptr<FilePanel> filePanel;
     std::shared_ptr<const ProxySettings> proxySettings; ///< shared with the threads of transfers
     core::UrlSessionFactory urlSessions;                ///< after the proxy settings, which transfers read

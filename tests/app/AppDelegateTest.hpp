@@ -36,6 +36,7 @@ protected:
                                                   .legacyBundleID = std::string(legacyBundleID),
                                                   .terminate = [this] { ++terminations; },
                                                   .applicationSupport = files.folder(),
+                                                  .fileExaminer = desktop.fileExaminer.examiner(),
                                                   .location = {"/Applications/Quillane.app", true}});
         delegate->applicationDidFinishLaunching();
         return *delegate;

@@ -23,7 +23,6 @@ TEST(Platform, MembersStandAfterWhatTheyUse) {
     expectOrder(&platform.pasteboard, &platform.areaCapture, "areaCapture");
     expectOrder(&platform.accessibility, &platform.secureInput, "secureInput");
     expectOrder(&platform.secretStore, &platform.vaultQueue, "vaultQueue");
-    expectOrder(&platform.mainQueue, &platform.fileExaminer, "fileExaminer");
     expectOrder(&platform.proxySettings, &platform.urlSessions, "urlSessions");
 }
 

@@ -23,7 +23,6 @@ InputSource arabic() {
 
 FakeDesktop::FakeDesktop() {
     platform.urlSessions = urlSessions.factory();
-    platform.fileExaminer = fileExaminer.examiner();
     tap.hideKeysWhen([&typed = secureInput] { return typed.isEnabled(); });
     tap.permitWhen([&granted = permissions] { return granted.isGranted(core::MacPermission::accessibility); });
     withPermissions({core::allPermissions.begin(), core::allPermissions.end()});

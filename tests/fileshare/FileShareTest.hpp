@@ -81,6 +81,7 @@ protected:
     std::vector<std::string> symbols_; ///< names that were drawn
     FileShareServices services_{.platform = desktop_.platform,
                                 .preferences = preferences_,
+                                .examiner = disk_.examiner(),
                                 .chooseServer = [this] { ++serverSettingsShown_; },
                                 .symbol =
                                     [this](const std::string& name, const QColor& color) {

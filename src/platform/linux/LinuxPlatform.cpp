@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Platform.hpp"
 
-#include "platform/common/ThreadFileExaminer.hpp"
 #include "platform/common/ThreadSerialQueue.hpp"
 #include "platform/common/curl/CurlUrlSessions.hpp"
 #include "platform/common/qt/QtLauncher.hpp"
@@ -208,7 +207,6 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.vaultQueue = std::make_unique<ThreadSerialQueue>();
     platform.imageQueue = std::make_unique<ThreadSerialQueue>();
     platform.fileQueue = std::make_unique<ThreadSerialQueue>(ThreadSerialQueue::AtEnd::leaves);
-    platform.fileExaminer = makeFileExaminer(*platform.mainQueue);
     platform.filePanel = std::make_unique<QtFilePanel>();
     platform.proxySettings = std::make_shared<LinuxProxySettings>();
     platform.urlSessions = makeUrlSessions(*platform.mainQueue, platform.proxySettings);

@@ -3,7 +3,6 @@
 #include "platform/Platform.hpp"
 
 #include "core/preferences/InstallationMigration.hpp"
-#include "platform/common/ThreadFileExaminer.hpp"
 #include "platform/common/ThreadSerialQueue.hpp"
 #include "platform/common/curl/CurlUrlSessions.hpp"
 #include "platform/common/qt/QtLauncher.hpp"
@@ -87,7 +86,6 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.vaultQueue = std::make_unique<ThreadSerialQueue>();
     platform.imageQueue = std::make_unique<ThreadSerialQueue>();
     platform.fileQueue = std::make_unique<ThreadSerialQueue>(ThreadSerialQueue::AtEnd::leaves);
-    platform.fileExaminer = makeFileExaminer(*platform.mainQueue);
     platform.filePanel = std::make_unique<MacFilePanel>();
     platform.proxySettings = std::make_shared<MacProxySettings>();
     platform.urlSessions = makeUrlSessions(*platform.mainQueue, platform.proxySettings);
