@@ -235,8 +235,7 @@ TEST_F(HistorySavingTest, DatesInTheFutureComeDownAtTheNextStartAndStayThere) {
     pass(1s);
     clockShift = 0;
     start();
-    const auto now = now();
-    EXPECT_LE(manager_->history().entries()[1].copiedAt, now);
+    EXPECT_LE(manager_->history().entries()[1].copiedAt, now());
     EXPECT_LT(manager_->history().entries()[0].copiedAt, manager_->history().entries()[1].copiedAt);
     pass(1s);
     copy("three");
