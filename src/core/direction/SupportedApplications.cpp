@@ -8,6 +8,7 @@
 
 #include "core/direction/EditorContexts.hpp"
 #include "core/localization/Texts.hpp"
+#include "core/support/Text.hpp"
 
 #include <algorithm>
 
@@ -284,8 +285,9 @@ const SupportedApplication* applicationOfWindowClass(std::string_view windowClas
 }
 
 const SupportedApplication& programOfWindow(const SupportedApplication& application, std::string_view windowTitle) {
+    const auto visible = withoutDirectionMarks(windowTitle);
     const auto* found = orNone(std::ranges::find_if(applications, [&](const SupportedApplication& other) {
-        return other.bundleID == application.bundleID && windowTitle.ends_with(other.displayName);
+        return other.bundleID == application.bundleID && visible.ends_with(other.displayName);
     }));
     return found != nullptr ? *found : application;
 }

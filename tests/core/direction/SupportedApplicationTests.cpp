@@ -134,6 +134,7 @@ TEST(SupportedApplication, TheTitleOfAWindowNamesTheProgram) {
     EXPECT_EQ(programOf("talk.odp — LibreOffice Impress"), "LibreOffice Impress");
     EXPECT_EQ(programOf("plan.odg - LibreOffice Draw"), "LibreOffice Draw");
     EXPECT_EQ(programOf("LibreOffice Calc tutorial.odt - LibreOffice Writer"), "LibreOffice Writer");
+    EXPECT_EQ(programOf("\u202Bbudget.ods - LibreOffice Calc\u202C"), "LibreOffice Calc");
     EXPECT_EQ(programOf("Without a name"), "LibreOffice Writer");
     EXPECT_EQ(programOf("About Chrome"), "LibreOffice Writer") << "of another application";
 }

@@ -42,6 +42,7 @@ protected:
         require(
             agent().waitForStatus([](const auto& status) { return status.at("monitorRunning").template get<bool>(); }),
             "the agent observes the keyboard");
+        ASSERT_TRUE(state().language.starts_with(GetParam())) << state().language;
     }
 
     [[nodiscard]] PageState state() const { return browser_->state().value_or(PageState()); }
@@ -104,6 +105,10 @@ protected:
     void SetUp() override {
         LiveLanguageTest::SetUp();
         writer_.emplace(required(LiveWriter::start(desktop(), GetParam())));
+        const std::string fileMenu = std::string(GetParam()) == "he" ? "קובץ" : "ملف";
+        const auto& tree = desktop().accessibility();
+        const auto writer = tree.application(writer_->pid());
+        ASSERT_TRUE(writer && tree.find(*writer, [&](const auto& node) { return node.name == fileMenu; }));
     }
 
     void TearDown() override {

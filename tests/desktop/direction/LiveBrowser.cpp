@@ -5,6 +5,7 @@
 
 #include "desktop/fixture/XReply.hpp"
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <map>
@@ -36,7 +37,7 @@ setInterval(() => {
   if (!ready) { return; }
   document.title = ['state', paragraphs.map(one => getComputedStyle(one).direction).join(','), wanted === rich ? getSelection().toString().length : area.selectionStart + '-' + area.selectionEnd,
                     document.activeElement.id || 'none', area.value.replaceAll('\n', '/').replaceAll(' ', '_'),
-                    'end'].join(' ');
+                    navigator.language, 'end'].join(' ');
 }, 20);
 </script>)";
 
@@ -107,10 +108,13 @@ tl::expected<LiveBrowser, std::string> LiveBrowser::run(LiveDesktop& desktop, co
 
 std::optional<PageState> LiveBrowser::state() const {
     for (const auto window : desktop_->screen().managedWindows()) {
-        std::istringstream words(desktop_->screen().text(window, "_NET_WM_NAME"));
+        const auto title = desktop_->screen().text(window, "_NET_WM_NAME");
+        // In right-to-left languages an invisible mark comes first.
+        std::istringstream words(title.substr(std::min(title.find("state "), title.size())));
         std::string first;
         PageState state;
-        if (words >> first >> state.direction >> state.selection >> state.focused >> state.text && first == "state") {
+        if (words >> first >> state.direction >> state.selection >> state.focused >> state.text >> state.language &&
+            first == "state") {
             return state;
         }
     }

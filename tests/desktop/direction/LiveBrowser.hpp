@@ -16,6 +16,7 @@ struct PageState {
     std::string selection; ///< of the text area: "1-3"; of "rich", when that has the focus, the number of characters
     std::string focused;   ///< the id of the element with the focus
     std::string text;      ///< of the text area
+    std::string language;  ///< the code of the browser's interface language
 
     bool operator==(const PageState&) const = default;
 
