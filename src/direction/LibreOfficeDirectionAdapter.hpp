@@ -60,7 +60,7 @@ private:
 
     DirectionServices services_;
     DirectionReport report_;
-    std::int64_t operation_ = 0;                            ///< a step with another number is stale
+    std::int64_t operation_ = 0; ///< a step with another number is stale
     core::Lifetime lifetime_;
 };
 

@@ -7,7 +7,8 @@
 namespace quillane::live {
 namespace {
 
-#define NAMESPACES                                                                                                     \
+#define BEGINNING                                                                                                      \
+    R"(<?xml version="1.0" encoding="UTF-8"?><office:document)"                                                        \
     R"( xmlns:office="urn:oasis:names:tc:opendocument:xmlns:office:1.0")"                                              \
     R"( xmlns:style="urn:oasis:names:tc:opendocument:xmlns:style:1.0")"                                                \
     R"( xmlns:table="urn:oasis:names:tc:opendocument:xmlns:table:1.0")"                                                \
@@ -21,7 +22,8 @@ namespace {
 
 const LiveOffice::Document spreadsheet{
     "document.fods",
-    "<office:document" NAMESPACES R"( office:mimetype="application/vnd.oasis.opendocument.spreadsheet">)"
+    BEGINNING
+    R"( office:mimetype="application/vnd.oasis.opendocument.spreadsheet">)"
     R"(<office:body><office:spreadsheet><table:table table:name="sheet">)"
     R"(<table:table-row><table:table-cell office:value-type="string"><text:p>one</text:p></table:table-cell>)"
     R"(</table:table-row><table:table-row><table:table-cell office:value-type="string"><text:p>two</text:p>)"
@@ -30,15 +32,15 @@ const LiveOffice::Document spreadsheet{
 
 const LiveOffice::Document presentation{
     "document.fodp",
-    "<office:document" NAMESPACES R"( office:mimetype="application/vnd.oasis.opendocument.presentation">)"
-    "<office:body><office:presentation>" PAGE "</office:presentation></office:body></office:document>",
+    BEGINNING R"( office:mimetype="application/vnd.oasis.opendocument.presentation">)"
+              "<office:body><office:presentation>" PAGE "</office:presentation></office:body></office:document>",
     "Impress"};
 
-const LiveOffice::Document drawing{
-    "document.fodg",
-    "<office:document" NAMESPACES R"( office:mimetype="application/vnd.oasis.opendocument.graphics">)"
-    "<office:body><office:drawing>" PAGE "</office:drawing></office:body></office:document>",
-    "Draw"};
+const LiveOffice::Document drawing{"document.fodg",
+                                   BEGINNING R"( office:mimetype="application/vnd.oasis.opendocument.graphics">)"
+                                             "<office:body><office:drawing>" PAGE
+                                             "</office:drawing></office:body></office:document>",
+                                   "Draw"};
 
 class LiveOfficeProgramTest : public AgentTest {
 protected:
