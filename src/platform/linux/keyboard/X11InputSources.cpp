@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <utility>
 
 namespace quillane {
 
@@ -60,10 +61,15 @@ X11InputSources::X11InputSources(X11Connection& connection, X11Keyboard& keyboar
       readings_(keyboard.onCurrent([this] { loadIfStale(); })),
       groups_(keyboard.onGroupChanged([this](X11Keyboard::Cause cause) {
           switchedByKey_ = cause == X11Keyboard::Cause::key;
-          changes_.notify();
+          announce();
       })),
       keys_(keyboard.onKey([this](const X11RawEvent&) { handleKey(); })),
-      events_(connection.onEvent([this](const xcb_generic_event_t& event) { handleEvent(event); })) {
+      events_(connection.onEvent([this](const xcb_generic_event_t& event) { handleEvent(event); })),
+      turns_(connection.onTurnEnd([this] {
+          if (std::exchange(announces_, false)) {
+              changes_.notify();
+          }
+      })) {
     constexpr std::array<std::string_view, 1> names{"_XKB_RULES_NAMES"};
     rulesNames_ = connection.internAtoms(names).front();
     connection.selectRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE);
@@ -91,21 +97,31 @@ void X11InputSources::handleEvent(const xcb_generic_event_t& event) {
 }
 
 void X11InputSources::loadIfStale() {
+    const auto groups = std::min<std::size_t>(keyboard_.keymap().groupCount(), maximumGroups);
     // Reading the registry for a map that is about to change would be wasted.
-    const bool isStale = stale_ || keyboard_.keymap().groupCount() != groupNames_.size();
-    if (isStale && keyboard_.isCurrent()) {
+    if (!isLoading_ && keyboard_.isCurrent() && (stale_ || groups != groupNames_.size())) {
         stale_ = false;
         load();
     }
 }
 
+/// Once for all changes of a turn: another client may switch groups without end.
+void X11InputSources::announce() {
+    if (connection_.isDispatching()) {
+        announces_ = true;
+    } else {
+        changes_.notify();
+    }
+}
+
 void X11InputSources::load() {
-    loading_ = std::make_shared<int>();
+    isLoading_ = true;
     const auto cookie = xcb_get_property(connection_.raw(), 0, connection_.root(), rulesNames_, XCB_ATOM_STRING, 0,
                                          maximumPropertyLength);
-    connection_.await<xcb_get_property_reply_t>(cookie, loading_, [this](const xcb_get_property_reply_t* reply) {
+    connection_.await<xcb_get_property_reply_t>(cookie, lifetime_, [this](const xcb_get_property_reply_t* reply) {
         if (connection_.isLost()) {
             stale_ = true;
+            finishLoading();
             return;
         }
         layouts_.clear();
@@ -120,9 +136,10 @@ void X11InputSources::load() {
 
 void X11InputSources::loadGroupNames() {
     const auto cookie = xcb_xkb_get_names(connection_.raw(), XCB_XKB_ID_USE_CORE_KBD, XCB_XKB_NAME_DETAIL_GROUP_NAMES);
-    connection_.await<xcb_xkb_get_names_reply_t>(cookie, loading_, [this](const xcb_xkb_get_names_reply_t* reply) {
+    connection_.await<xcb_xkb_get_names_reply_t>(cookie, lifetime_, [this](const xcb_xkb_get_names_reply_t* reply) {
         if (connection_.isLost()) {
             stale_ = true;
+            finishLoading();
             return;
         }
         groupNames_.assign(std::min<std::size_t>(keyboard_.keymap().groupCount(), maximumGroups), {});
@@ -139,7 +156,7 @@ void X11InputSources::loadGroupNames() {
             const bool isNamed = (reply->groupNames >> group & 1) != 0;
             const xcb_atom_t name = isNamed ? *atom++ : xcb_atom_t{XCB_ATOM_NONE};
             connection_.await<xcb_get_atom_name_reply_t>(
-                xcb_get_atom_name(connection_.raw(), name), loading_,
+                xcb_get_atom_name(connection_.raw(), name), lifetime_,
                 [this, group](const xcb_get_atom_name_reply_t* atomName) {
                     takeGroupName(group, atomName == nullptr
                                              ? std::string()
@@ -155,8 +172,14 @@ void X11InputSources::loadGroupNames() {
 void X11InputSources::takeGroupName(unsigned group, std::string name) {
     groupNames_[group] = std::move(name);
     if (group + 1 == groupNames_.size()) {
+        stale_ = stale_ || connection_.isLost();
         rebuild();
     }
+}
+
+void X11InputSources::finishLoading() {
+    isLoading_ = false;
+    loadIfStale(); // it may have changed meanwhile
 }
 
 X11LayoutQuery X11InputSources::query(std::size_t group) const {
@@ -205,8 +228,9 @@ void X11InputSources::rebuild() {
     }
     if (sources != sources_) {
         sources_ = std::move(sources);
-        changes_.notify();
+        announce();
     }
+    finishLoading();
 }
 
 std::optional<std::vector<InputSource>> X11InputSources::enabled() const {

@@ -39,6 +39,8 @@ public:
 private:
     void loadIfStale();
     void load();
+    void finishLoading();
+    void announce();
     void loadGroupNames();
     void takeGroupName(unsigned group, std::string name);
     void rebuild();
@@ -56,13 +58,16 @@ private:
     bool stale_ = true;
     bool modifiersWereDown_ = false;
     bool switchedByKey_ = false;
-    std::shared_ptr<void> loading_; ///< replaced by each load, so that answers to earlier ones are dropped
+    bool isLoading_ = false;
+    bool announces_ = false;                                ///< at the end of this turn
+    core::Lifetime lifetime_;
     core::Listeners<> changes_;
     core::Subscription notices_;
     core::Subscription readings_;
     core::Subscription groups_;
     core::Subscription keys_;
     core::Subscription events_;
+    core::Subscription turns_;
     xcb_atom_t rulesNames_;
 };
 

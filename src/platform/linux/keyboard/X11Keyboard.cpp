@@ -19,7 +19,7 @@ constexpr std::uint8_t comparedModifiers = XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CON
 X11Keyboard::X11Keyboard(X11Connection& connection, X11RawInput& input)
     : connection_(connection),
       inputKeys_(input.onKey([this](const X11RawEvent& event) { handleKey(event); })),
-      inputDevices_(input.onDevicesChanged([this] { loadState(); })),
+      inputDevices_(input.onDevicesChanged([this] { stateReading_.request(); })),
       events_(connection.onEvent([this](const xcb_generic_event_t& event) { handleEvent(event); })),
       losses_(connection.onLost([this] { lifetime_.end(); })),
       openings_(connection.onOpened([this] { reread(); })) {
@@ -28,9 +28,8 @@ X11Keyboard::X11Keyboard(X11Connection& connection, X11RawInput& input)
 
 void X11Keyboard::reread() {
     lifetime_.restart();
-    loading_ = 0;
-    keymapLoading_ = false;
-    keymapChangedAgain_ = false;
+    keymapReading_.abandon();
+    stateReading_.abandon();
     lockRequest_.reset();
     xcb_xkb_select_events_details_t details{};
     details.affectState = stateParts;
@@ -41,35 +40,24 @@ void X11Keyboard::reread() {
     constexpr std::uint16_t parts = XCB_XKB_EVENT_TYPE_STATE_NOTIFY | XCB_XKB_EVENT_TYPE_NAMES_NOTIFY;
     xcb_xkb_select_events_aux(connection_.raw(), XCB_XKB_ID_USE_CORE_KBD, whole | parts, 0, whole,
                               X11Keymap::neededParts, X11Keymap::neededParts, &details);
-    loadKeymap();
-    loadState();
+    keymapReading_.request();
+    stateReading_.request();
 }
 
-void X11Keyboard::loadKeymap() {
-    if (keymapLoading_) {
-        keymapChangedAgain_ = true;
-        return;
-    }
-    keymapLoading_ = true;
-    ++loading_;
+void X11Keyboard::sendKeymap() {
     const auto cookie = xcb_xkb_get_map(connection_.raw(), XCB_XKB_ID_USE_CORE_KBD, X11Keymap::neededParts, 0, 0, 0, 0,
                                         0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
     connection_.await<xcb_xkb_get_map_reply_t>(cookie, lifetime_, [this](const xcb_xkb_get_map_reply_t* reply) {
-        keymapLoading_ = false;
         if (reply != nullptr) {
             keymap_ = X11Keymap(*reply);
             updateDownFlags();
         }
-        if (std::exchange(keymapChangedAgain_, false)) {
-            loadKeymap();
-        }
-        finishLoading();
+        finishLoading(keymapReading_);
     });
     connection_.flush();
 }
 
-void X11Keyboard::loadState() {
-    ++loading_;
+void X11Keyboard::sendState() {
     const auto cookie = xcb_xkb_get_state(connection_.raw(), XCB_XKB_ID_USE_CORE_KBD);
     connection_.await<xcb_xkb_get_state_reply_t>(
         cookie, lifetime_, [this, sequence = cookie.sequence](const xcb_xkb_get_state_reply_t* reply) {
@@ -85,13 +73,13 @@ void X11Keyboard::loadState() {
                                                         down_[i] = (reply->keys[i / 8] >> (i % 8) & 1) != 0;
                                                     }
                                                     updateDownFlags();
-                                                    finishLoading();
+                                                    finishLoading(stateReading_);
                                                 });
     connection_.flush();
 }
 
-void X11Keyboard::finishLoading() {
-    --loading_;
+void X11Keyboard::finishLoading(X11Reading& reading) {
+    reading.finish();
     if (isCurrent()) {
         readings_.notify();
     }
@@ -156,10 +144,10 @@ void X11Keyboard::handleEvent(const xcb_generic_event_t& event) {
     case XCB_XKB_NEW_KEYBOARD_NOTIFY:
     case XCB_XKB_NAMES_NOTIFY:
         layoutNotices_.notify();
-        loadKeymap();
+        keymapReading_.request();
         break;
     case XCB_XKB_MAP_NOTIFY:
-        loadKeymap();
+        keymapReading_.request();
         break;
     default:
         break;
@@ -167,8 +155,9 @@ void X11Keyboard::handleEvent(const xcb_generic_event_t& event) {
 }
 
 void X11Keyboard::handleState(const xcb_xkb_state_notify_event_t& event, std::uint32_t sequence) {
-    if ((event.baseMods & comparedModifiers) != (modifierBitsDown() & comparedModifiers) && loading_ == 0) {
-        loadState(); // a key went up or down without an event, for example when the virtual terminal was left
+    if ((event.baseMods & comparedModifiers) != (modifierBitsDown() & comparedModifiers) && isCurrent()) {
+        stateReading_
+            .request(); // a key went up or down without an event, for example when the virtual terminal was left
     }
     takeCapsLock((event.lockedMods & XCB_MOD_MASK_LOCK) != 0);
     takeGroup(event.group, sequence, event.keycode != 0 ? Cause::key : Cause::request);

@@ -7,6 +7,7 @@
 #include "platform/linux/keyboard/X11Keymap.hpp"
 #include "platform/linux/keyboard/X11RawInput.hpp"
 #include "platform/linux/x11/X11Connection.hpp"
+#include "platform/linux/x11/X11Reading.hpp"
 
 #include <bitset>
 #include <memory>
@@ -24,7 +25,9 @@ public:
     X11Keyboard(X11Connection& connection, X11RawInput& input);
 
     /// True when the map that was read is the server's, as far as is known.
-    [[nodiscard]] bool isCurrent() const { return loading_ == 0 && !connection_.isLost(); }
+    [[nodiscard]] bool isCurrent() const {
+        return !keymapReading_.isOutstanding() && !stateReading_.isOutstanding() && !connection_.isLost();
+    }
 
     [[nodiscard]] const X11Keymap& keymap() const { return keymap_; }
 
@@ -70,9 +73,9 @@ public:
     core::Subscription onCurrent(std::function<void()> handler) { return readings_.subscribe(std::move(handler)); }
 
 private:
-    void loadKeymap();
-    void loadState();
-    void finishLoading();
+    void sendKeymap();
+    void sendState();
+    void finishLoading(X11Reading& reading);
     void handleKey(const X11RawEvent& event);
     void handleEvent(const xcb_generic_event_t& event);
     void handleState(const xcb_xkb_state_notify_event_t& event, std::uint32_t sequence);
@@ -90,9 +93,8 @@ private:
     bool capsLock_ = false;
     unsigned group_ = 0;
     std::optional<std::uint32_t> lockRequest_; ///< states reported before it was executed have an older group
-    int loading_ = 0;
-    bool keymapChangedAgain_ = false;
-    bool keymapLoading_ = false;
+    X11Reading keymapReading_{[this] { sendKeymap(); }};
+    X11Reading stateReading_{[this] { sendState(); }};
     core::Lifetime lifetime_;
     core::Listeners<const X11RawEvent&> keys_;
     core::Listeners<Cause> groups_;

@@ -21,12 +21,12 @@ X11SpareKeys::X11SpareKeys(X11Connection& connection, X11Keyboard& keyboard)
     : connection_(connection),
       keyboard_(keyboard),
       readings_(keyboard.onCurrent([this] { checkAgainstMap(); })),
-      notices_(keyboard.onLayoutNotice([this] { readRepeating(); })),
-      openings_(connection.onOpened([this] { readRepeating(); })) {
+      notices_(keyboard.onLayoutNotice([this] { repeatingReading_.request(); })),
+      openings_(connection.onOpened([this] { repeatingReading_.request(); })) {
     constexpr std::array<std::string_view, 1> names{"_QUILLANE_SPARE_KEYS"};
     listAtom_ = connection.internAtoms(names).front();
     readLeftovers();
-    readRepeating();
+    repeatingReading_.request();
 }
 
 X11SpareKeys::~X11SpareKeys() {
@@ -126,7 +126,7 @@ void X11SpareKeys::publish() {
                         static_cast<std::uint32_t>(keycodes.size()), keycodes.data());
 }
 
-void X11SpareKeys::readRepeating() {
+void X11SpareKeys::sendRepeating() {
     const auto cookie = xcb_xkb_get_controls(connection_.raw(), XCB_XKB_ID_USE_CORE_KBD);
     connection_.await<xcb_xkb_get_controls_reply_t>(
         cookie, lifetime_, [this](const xcb_xkb_get_controls_reply_t* reply) {
@@ -138,6 +138,7 @@ void X11SpareKeys::readRepeating() {
                     (*repeating_)[spare.keycode / 8] |= static_cast<std::uint8_t>(1U << spare.keycode % 8);
                 }
             }
+            repeatingReading_.finish();
         });
     connection_.flush();
 }

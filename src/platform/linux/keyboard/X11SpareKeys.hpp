@@ -5,6 +5,7 @@
 #include "core/support/Lifetime.hpp"
 #include "platform/linux/keyboard/X11Keyboard.hpp"
 #include "platform/linux/x11/X11Connection.hpp"
+#include "platform/linux/x11/X11Reading.hpp"
 
 #include <array>
 #include <chrono>
@@ -57,7 +58,7 @@ private:
     void assign(xcb_keycode_t keycode, std::uint32_t keysym);
     void setRepeating(const KeyBits& repeating);
     void readLeftovers();
-    void readRepeating();
+    void sendRepeating();
     void takeOver(const xcb_get_property_reply_t& list);
     void checkAgainstMap();
     void publish();
@@ -66,6 +67,7 @@ private:
     X11Keyboard& keyboard_;
     std::vector<Spare> spares_;
     std::optional<KeyBits> repeating_; ///< the original set of keys that repeat
+    X11Reading repeatingReading_{[this] { sendRepeating(); }};
     xcb_atom_t listAtom_;
     core::Lifetime lifetime_;
     core::Subscription readings_;

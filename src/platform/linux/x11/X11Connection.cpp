@@ -28,6 +28,8 @@ namespace {
 
 constexpr std::chrono::seconds retryInterval{1};
 constexpr std::chrono::milliseconds closeTimeout{500};
+constexpr std::chrono::milliseconds turnLength{5};
+constexpr std::size_t maximumReceived = 128; ///< events read ahead of those that are dispatched
 
 bool isPresent(xcb_connection_t* connection, xcb_extension_t* extension) {
     const auto* data = xcb_get_extension_data(connection, extension);
@@ -45,6 +47,7 @@ X11Extensions queryExtensions(xcb_connection_t* c) {
             xcb_input_xi_query_version_reply(c, xcb_input_xi_query_version(c, 2, 2), nullptr));
         if (version && (version->major_version > 2 || (version->major_version == 2 && version->minor_version >= 2))) {
             found.xinputOpcode = xcb_get_extension_data(c, &xcb_input_id)->major_opcode;
+            found.xinputFirstEvent = xcb_get_extension_data(c, &xcb_input_id)->first_event;
         }
     }
     if (isPresent(c, &xcb_xkb_id)) {
@@ -71,6 +74,7 @@ X11Extensions queryExtensions(xcb_connection_t* c) {
         const XReply<xcb_xfixes_query_version_reply_t> version(
             xcb_xfixes_query_version_reply(c, xcb_xfixes_query_version(c, 5, 0), nullptr));
         found.hasXFixes = version != nullptr;
+        found.xfixesFirstEvent = version ? xcb_get_extension_data(c, &xcb_xfixes_id)->first_event : std::uint8_t{0};
     }
     return found;
 }
@@ -182,31 +186,85 @@ void X11Connection::flush() {
     }
 }
 
-void X11Connection::process() {
+bool X11Connection::process() {
+    const auto end = std::chrono::steady_clock::now() + turnLength;
     const bool wasProcessing = std::exchange(isProcessing_, true); // a handler may wait for answers
-    bool again = true;
-    while (again && !lost_) {
-        xcb_flush(raw()); // first, because it may read: the last round finds nothing to send and nothing to do
-        receive();
-        again = dispatchReply();
-        if (!again) {
-            // Everything received before that check for a reply precedes the reply.
-            again = !received_.empty();
-            while (!received_.empty() && !lost_) {
-                dispatchEvent();
-            }
-        }
-    }
+    const bool isDone = dispatchUntil(end);
     isProcessing_ = wasProcessing;
     if (lost_) {
         failPending();
     } else if (xcb_connection_has_error(raw()) != 0) {
         lose();
+    } else if (!isDone) {
+        drain_.start(0);
     }
+    return isDone;
+}
+
+/// False when time runs out first.
+bool X11Connection::dispatchUntil(std::chrono::steady_clock::time_point end) {
+    bool hasTime = true;
+    bool again = true;
+    while (again && hasTime && !lost_) {
+        xcb_flush(raw()); // first, because it may read: the last round finds nothing to send and nothing to do
+        again = false;
+        while (hasTime && !lost_ && dispatchNext()) {
+            again = true;
+            hasTime = std::chrono::steady_clock::now() < end;
+        }
+        if (!lost_ && (again || !hasTime)) {
+            turns_.notify();
+        }
+    }
+    if (!hasTime && !lost_) {
+        xcb_flush(raw());
+    }
+    return hasTime || lost_;
+}
+
+/// Dispatches the next event or reply in the server's order. False when there is none.
+bool X11Connection::dispatchNext() {
+    if (received_.empty()) {
+        receive();
+    }
+    if (!answer_) {
+        takeAnswer();
+    }
+    // An event carries the number of the last request that was executed before it. Without an answer, everything that
+    // has been received precedes the reply, because there was none yet when it was looked for.
+    const bool isEventFirst =
+        !received_.empty() &&
+        (!answer_ || static_cast<std::int32_t>(received_.front()->full_sequence - answer_->request.sequence) < 0);
+    if (isEventFirst) {
+        dispatchEvent();
+    } else if (answer_) {
+        dispatchAnswer();
+    } else {
+        return false;
+    }
+    return true;
 }
 
 void X11Connection::receive() {
-    while (auto* event = xcb_poll_for_event(raw())) {
+    while (received_.size() < maximumReceived) {
+        auto* event = xcb_poll_for_event(raw());
+        if (event == nullptr) {
+            return;
+        }
+        received_.emplace_back(event);
+    }
+}
+
+void X11Connection::takeAnswer() {
+    void* reply = nullptr;
+    xcb_generic_error_t* error = nullptr;
+    if (pending_.empty() || xcb_poll_for_reply(raw(), pending_.front().sequence, &reply, &error) == 0) {
+        return;
+    }
+    const XReply<xcb_generic_error_t> ownedError(error);
+    answer_.emplace(Answer{std::move(pending_.front()), XReply<void>(reply)});
+    pending_.pop_front();
+    while (auto* event = xcb_poll_for_queued_event(raw())) {
         received_.emplace_back(event);
     }
 }
@@ -214,30 +272,19 @@ void X11Connection::receive() {
 void X11Connection::dispatchEvent() {
     const auto event = std::move(received_.front());
     received_.pop_front();
-    events_.notify(*event);
+    const auto type = event->response_type & 0x7f;
+    const bool isSent = (event->response_type & 0x80) != 0;
+    if (!isSent || type == XCB_SELECTION_NOTIFY || type == XCB_CLIENT_MESSAGE) {
+        events_.notify(*event);
+    }
 }
 
-bool X11Connection::dispatchReply() {
-    void* reply = nullptr;
-    xcb_generic_error_t* error = nullptr;
-    if (pending_.empty() || xcb_poll_for_reply(raw(), pending_.front().sequence, &reply, &error) == 0) {
-        return false;
+void X11Connection::dispatchAnswer() {
+    const auto answer = std::move(*answer_);
+    answer_.reset();
+    if (!answer.request.owner.expired()) {
+        answer.request.handler(answer.reply.get());
     }
-    const XReply<void> ownedReply(reply);
-    const XReply<xcb_generic_error_t> ownedError(error);
-    const auto answered = std::move(pending_.front());
-    pending_.pop_front();
-    while (auto* event = xcb_poll_for_queued_event(raw())) {
-        received_.emplace_back(event);
-    }
-    // An event carries the number of the last request that was executed before it.
-    while (!received_.empty() && static_cast<std::int32_t>(received_.front()->full_sequence - answered.sequence) < 0) {
-        dispatchEvent();
-    }
-    if (!answered.owner.expired()) {
-        answered.handler(reply);
-    }
-    return true;
 }
 
 void X11Connection::enqueue(Pending pending) {
@@ -248,6 +295,9 @@ void X11Connection::enqueue(Pending pending) {
 }
 
 void X11Connection::failPending() {
+    if (answer_) {
+        dispatchAnswer();
+    }
     for (const auto& pending : std::exchange(pending_, {})) {
         if (!pending.owner.expired()) {
             pending.handler(nullptr);
@@ -300,12 +350,12 @@ void X11Connection::finishReopening() {
 
 bool X11Connection::settle(std::chrono::milliseconds timeout) {
     const auto end = std::chrono::steady_clock::now() + timeout;
-    process();
-    while (!pending_.empty() && !lost_) {
-        if (!waitForInput(end)) {
+    bool isDone = process();
+    while ((!pending_.empty() || answer_) && !lost_) {
+        if (isDone ? !waitForInput(end) : std::chrono::steady_clock::now() >= end) {
             return false;
         }
-        process();
+        isDone = process();
     }
     return !lost_;
 }

@@ -16,6 +16,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -33,11 +34,14 @@ struct XFree {
 template <typename T>
 using XReply = std::unique_ptr<T, XFree>;
 
-/// The numbers of the server's extensions on the wire. They stay the same when a connection is replaced.
+/// The numbers of the server's extensions on the wire. They stay the same when a connection is replaced. XCB itself
+/// knows them no longer once the server has closed the connection, while events of it may still be dispatched.
 struct X11Extensions {
-    std::uint8_t xinputOpcode = 0;   ///< of generic events; 0 when the server has no XInput 2.2
-    std::uint8_t xkbFirstEvent = 0;  ///< 0 when the server has no XKB
-    std::uint8_t syncFirstEvent = 0; ///< 0 when the server has no Sync 3.1
+    std::uint8_t xinputOpcode = 0;     ///< of generic events; 0 when the server has no XInput 2.2
+    std::uint8_t xinputFirstEvent = 0; ///< of the first XInput protocol
+    std::uint8_t xkbFirstEvent = 0;    ///< 0 when the server has no XKB
+    std::uint8_t syncFirstEvent = 0;   ///< 0 when the server has no Sync 3.1
+    std::uint8_t xfixesFirstEvent = 0;
     bool hasXTest = false;
     bool hasXFixes = false;
     bool hasClientIds = false; ///< X-Resource 1.2: the server knows the process behind a window
@@ -54,6 +58,10 @@ struct X11Extensions {
 ///     connection.await<xcb_get_property_reply_t>(cookie, lifetime_, [this](const auto* reply) { … });
 ///     connection.flush();
 ///
+/// A flood of events cannot keep the loop busy: a turn of it dispatches for at most 5 ms and leaves the rest to the
+/// next one, and no more is read than can be dispatched. What is done once however many events call for it belongs into
+/// `onTurnEnd`.
+///
 /// A connection that the server closes is replaced automatically, without blocking. `onOpened` then announces that
 /// everything selected or created on it must be made again (`selectRootEvents` excepted). Atoms and other clients'
 /// windows keep their numbers. A handler must not destroy the connection.
@@ -66,6 +74,9 @@ public:
 
     ~X11Connection();
 
+    /// As given to `open`; empty for the one in the environment.
+    [[nodiscard]] const std::string& display() const { return display_; }
+
     /// For sending requests. While the connection is lost, requests on it are accepted and dropped.
     [[nodiscard]] xcb_connection_t* raw() const { return link_.connection.get(); }
 
@@ -76,8 +87,15 @@ public:
     [[nodiscard]] bool isLost() const { return lost_; }
 
     /// Every event, and every error of a request without reply (`response_type` 0), in the server's order. The event
-    /// type includes the bit for sent events: mask with 0x7f.
+    /// type includes the bit for sent events: mask with 0x7f. Of events that another client has sent (XSendEvent), only
+    /// those that are meant to be are dispatched: SelectionNotify and ClientMessage.
     core::Subscription onEvent(EventHandler handler) { return events_.subscribe(std::move(handler)); }
+
+    /// This turn of the loop has dispatched all events and replies that it will.
+    core::Subscription onTurnEnd(std::function<void()> handler) { return turns_.subscribe(std::move(handler)); }
+
+    /// True inside a handler: a turn's end will follow.
+    [[nodiscard]] bool isDispatching() const { return isProcessing_; }
 
     /// The connection is lost. Handlers of outstanding requests have been called.
     core::Subscription onLost(std::function<void()> handler) { return losses_.subscribe(std::move(handler)); }
@@ -103,6 +121,9 @@ public:
     /// timeout.
     bool settle(std::chrono::milliseconds timeout);
 
+    /// Dispatches what has arrived, as a turn of the loop does. False when some of it is left for the next turn.
+    bool process();
+
     /// The atoms of these names. Waits for the server: use it at start-up only.
     [[nodiscard]] std::vector<xcb_atom_t> internAtoms(std::span<const std::string_view> names);
 
@@ -123,6 +144,12 @@ private:
         std::function<void(const void*)> handler;
     };
 
+    /// A reply that has been read and waits until the events before it have been dispatched.
+    struct Answer {
+        Pending request;
+        XReply<void> reply;
+    };
+
     struct Reopening;
 
     X11Connection(std::string display, Link link);
@@ -131,10 +158,12 @@ private:
     bool waitForInput(std::chrono::steady_clock::time_point end) const;
     void enqueue(Pending pending);
     void failPending();
-    void process();
+    bool dispatchUntil(std::chrono::steady_clock::time_point end);
+    bool dispatchNext();
     void receive();
+    void takeAnswer();
     void dispatchEvent();
-    bool dispatchReply();
+    void dispatchAnswer();
     void lose();
     void startReopening();
     void finishReopening();
@@ -146,7 +175,9 @@ private:
     std::uint32_t rootMask_ = 0;
     std::deque<Pending> pending_;
     std::deque<XReply<xcb_generic_event_t>> received_;
+    std::optional<Answer> answer_;
     core::Listeners<const xcb_generic_event_t&> events_;
+    core::Listeners<> turns_;
     core::Listeners<> losses_;
     core::Listeners<> openings_;
     std::shared_ptr<Reopening> reopening_; // shared with the thread that waits for the server

@@ -5,9 +5,14 @@
 #include "core/support/Lifetime.hpp"
 #include "platform/linux/x11/X11TestServer.hpp"
 
+#include "support/ProcessFacts.hpp"
+
 #include <gmock/gmock.h>
 
+#include <thread>
+
 #include <poll.h>
+#include <unistd.h>
 
 namespace quillane {
 
@@ -188,6 +193,77 @@ TEST_F(X11ConnectionTest, EndsAtOnceWhileItWaitsForAServerThatIsHeld) {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(100));
     xcb_ungrab_server(other->raw());
     other->flush();
+}
+
+TEST_F(X11ConnectionTest, FloodOfEventsLeavesTheLoopItsTurnsAndItsMemory) {
+    const auto connection = connect();
+    connection->selectRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE);
+    std::uint64_t seen = 0;
+    const auto events = connection->onEvent([&](const xcb_generic_event_t&) {
+        ++seen;
+        const auto begin = std::chrono::steady_clock::now(); // a little work, so that they arrive faster than they go
+        while (std::chrono::steady_clock::now() < begin + std::chrono::microseconds(10)) {
+        }
+    });
+    constexpr std::uint64_t count = 100'000;
+    std::thread flood([root = connection->root()] {
+        auto* other = xcb_connect(nullptr, nullptr);
+        for (std::uint64_t i = 0; i < count; ++i) {
+            xcb_change_property(other, XCB_PROP_MODE_REPLACE, root, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, 1, "x");
+        }
+        std::free(xcb_get_input_focus_reply(other, xcb_get_input_focus(other), nullptr));
+        xcb_disconnect(other);
+    });
+    ASSERT_TRUE(waitUntil([&] { return seen > 0; }));
+    const auto before = live::residentMemoryOf(getpid());
+    int turns = 0;
+    QTimer ticks;
+    ticks.callOnTimeout([&] { ++turns; });
+    ticks.start(10);
+    EXPECT_TRUE(waitUntil([&] { return seen >= count / 10; }));
+    EXPECT_LT(live::residentMemoryOf(getpid()), before + 2 * 1024 * 1024); // all of them take 5
+    EXPECT_TRUE(waitUntil([&] { return seen >= count; }));
+    EXPECT_GT(turns, 10); // in a second of work
+    flood.join();
+}
+
+TEST_F(X11ConnectionTest, TurnEndsOnceAfterTheEventsThatArrivedTogether) {
+    const auto connection = connect();
+    connection->selectRootEvents(XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+    std::string order;
+    const auto events = connection->onEvent([&](const xcb_generic_event_t&) { order += 'e'; });
+    const auto turns = connection->onTurnEnd([&] { order += order.empty() ? "" : "t"; });
+    const auto other = connect();
+    makeWindow(*other);
+    makeWindow(*other);
+    makeWindow(*other);
+    std::free(xcb_get_input_focus_reply(other->raw(), xcb_get_input_focus(other->raw()), nullptr));
+    ASSERT_TRUE(waitUntil([&] { return order.size() >= 4; }));
+    EXPECT_EQ(order, "eeet");
+    EXPECT_FALSE(connection->isDispatching());
+}
+
+TEST_F(X11ConnectionTest, EventsThatAnotherClientSendsAreDroppedUnlessTheyAreMeantToBeSent) {
+    const auto connection = connect();
+    const auto other = connect();
+    std::vector<int> seen;
+    const auto events =
+        connection->onEvent([&](const xcb_generic_event_t& event) { seen.push_back(event.response_type & 0x7f); });
+    const auto window = makeWindow(*connection);
+    bool made = false;
+    connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), alive_,
+                                                   [&](const auto*) { made = true; });
+    connection->flush();
+    ASSERT_TRUE(waitUntil([&] { return made; }));
+    for (const auto type : {XCB_KEY_PRESS, XCB_PROPERTY_NOTIFY, XCB_DESTROY_NOTIFY, XCB_SELECTION_NOTIFY,
+                            XCB_SELECTION_REQUEST, XCB_CLIENT_MESSAGE}) {
+        std::array<char, 32> event{static_cast<char>(type)};
+        event[1] = type == XCB_CLIENT_MESSAGE ? 32 : 0; // its format
+        xcb_send_event(other->raw(), 0, window, XCB_EVENT_MASK_NO_EVENT, event.data());
+    }
+    other->flush();
+    ASSERT_TRUE(waitUntil([&] { return seen.size() >= 2; }));
+    EXPECT_THAT(seen, ::testing::ElementsAre(XCB_SELECTION_NOTIFY, XCB_CLIENT_MESSAGE));
 }
 
 TEST_F(X11ConnectionTest, InternsAtoms) {
