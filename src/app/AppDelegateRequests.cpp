@@ -80,6 +80,7 @@ ControlReply AppDelegate::share(const std::vector<std::string>& urls) {
 }
 
 StatusReport AppDelegate::statusReport() const {
+    const auto front = platform_.workspace->frontmostApplication();
     return {.version = environment_.version,
             .language = preferences_.state().language,
             .options = model_.options(),
@@ -95,7 +96,8 @@ StatusReport AppDelegate::statusReport() const {
                           .hotKeyConflict = clipboard_.hasHotKeyConflict(),
                           .panelOpen = clipboardPanel_.isVisible()},
             .statusItemVisible = platform_.statusItem->isVisible(),
-            .passwordNotice = passwordNotice(*platform_.secureInput, *platform_.workspace)};
+            .passwordNotice = passwordNotice(*platform_.secureInput, *platform_.workspace),
+            .frontProcess = front ? std::optional(front->pid) : std::nullopt};
 }
 
 core::DiagnosisFacts AppDelegate::diagnosisFacts() {

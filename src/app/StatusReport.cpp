@@ -58,6 +58,7 @@ std::string toJson(const StatusReport& report) {
          {{"recognized", !report.passwordNotice},
           {"status", report.passwordNotice ? Json(english(*report.passwordNotice)) : Json(nullptr)},
           {"shownStatus", report.passwordNotice ? Json(shown(*report.passwordNotice)) : Json(nullptr)}}},
+        {"frontProcess", report.frontProcess ? Json(*report.frontProcess) : Json(nullptr)},
     };
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }

@@ -46,6 +46,11 @@ bool LiveAgent::waitForStatus(const std::function<bool(const nlohmann::json&)>& 
         limit, std::chrono::milliseconds{20});
 }
 
+bool LiveAgent::bringToFront(pid_t pid) const {
+    return desktop_->bringToFront(pid) &&
+           waitForStatus([&](const auto& status) { return status.at("frontProcess") == pid; });
+}
+
 bool LiveAgent::useGroup(int group, bool isRightToLeft) const {
     desktop_->screen().lockGroup(group);
     return waitForStatus(

@@ -30,6 +30,9 @@ public:
     [[nodiscard]] bool waitForStatus(const std::function<bool(const nlohmann::json&)>& condition,
                                      std::chrono::milliseconds limit = defaultTimeout) const;
 
+    /// Brings a window of the process to the front, and waits until the agent knows.
+    [[nodiscard]] bool bringToFront(pid_t pid) const;
+
     /// Locks the group of the layouts and waits until the agent reports the source as right-to-left, or not.
     [[nodiscard]] bool useGroup(int group, bool isRightToLeft) const;
 

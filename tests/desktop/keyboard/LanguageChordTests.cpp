@@ -107,6 +107,8 @@ TEST_P(LiveLanguageChordTest, HeldAcrossAnApplicationSwitchNeverFires) {
     ASSERT_TRUE(desktop().bringToFront(editor().pid()));
     desktop().keyboard().release(Key::leftShift);
     desktop().keyboard().release(Key::leftAlt);
+    // The next chord begins once the agent knows who is in front, or the switch would cancel that one too.
+    ASSERT_TRUE(agent().bringToFront(editor().pid()));
     expectOnlyThisChordSwitches();
 }
 

@@ -14,6 +14,7 @@
 #include <csignal>
 #include <fstream>
 #include <span>
+#include <utility>
 
 #include <unistd.h>
 
@@ -25,6 +26,7 @@ namespace {
 
 constexpr xcb_window_t noWindow = XCB_WINDOW_NONE;
 constexpr std::uint32_t maximumPropertyLength = 4096; // in units of four bytes
+constexpr std::uint32_t maximumClients = 1024;
 constexpr int highestLevel = 16;                      // maximum steps from the focus up to a window with a class
 constexpr std::uint32_t sourceIsPager = 2;            // the source of the request is the user, not an application
 
@@ -224,7 +226,7 @@ core::Subscription X11Workspace::onDidWake(std::function<void()> callback) {
 }
 
 void X11Workspace::restart() {
-    readManager();
+    managerReading_.request();
     connection_.flush();
 }
 
@@ -233,13 +235,13 @@ void X11Workspace::handle(const xcb_generic_event_t& event) {
     case XCB_PROPERTY_NOTIFY: {
         const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
         if (property.atom == atoms_.supportingCheck) {
-            readManager(); // set on the root first, then on the window manager's own window
+            managerReading_.request(); // set on the root first, then on the window manager's own window
         } else if (property.window != connection_.root()) {
             return;
         } else if (property.atom == atoms_.activeWindow) {
-            readActiveWindow();
+            activeWindowReading_.request();
         } else if (property.atom == atoms_.clientList) {
-            readClients();
+            clientsReading_.request();
         }
         return;
     }
@@ -271,7 +273,7 @@ std::shared_ptr<X11Workspace::FrontReading> X11Workspace::frontReading() {
     return reading;
 }
 
-void X11Workspace::readManager() {
+void X11Workspace::sendManager() {
     const auto cookie =
         xcb_get_property(connection_.raw(), 0, connection_.root(), atoms_.supportingCheck, XCB_ATOM_WINDOW, 0, 1);
     connection_.await<xcb_get_property_reply_t>(cookie, lifetime_, [this, front = frontReading()](const auto* reply) {
@@ -279,6 +281,7 @@ void X11Workspace::readManager() {
         const auto window = firstItem(reply);
         if (window == noWindow) {
             setManager(noWindow);
+            managerReading_.finish();
             return;
         }
         auto* c = connection_.raw();
@@ -286,7 +289,10 @@ void X11Workspace::readManager() {
         xcb_change_window_attributes(c, window, XCB_CW_EVENT_MASK, &mask);
         connection_.await<xcb_get_property_reply_t>(
             xcb_get_property(c, 0, window, atoms_.supportingCheck, XCB_ATOM_WINDOW, 0, 1), lifetime_,
-            [this, window, front](const auto* own) { setManager(firstItem(own) == window ? window : noWindow); });
+            [this, window, front](const auto* own) {
+                setManager(firstItem(own) == window ? window : noWindow);
+                managerReading_.finish();
+            });
     });
 }
 
@@ -297,31 +303,33 @@ void X11Workspace::setManager(xcb_window_t window) {
     manager_ = window;
     unmanaged_ = window == noWindow;
     if (!unmanaged_) {
-        readClients();
-        readActiveWindow();
+        clientsReading_.request();
+        activeWindowReading_.request();
     } else {
         readFocus();
     }
 }
 
-void X11Workspace::readActiveWindow() {
+void X11Workspace::sendActiveWindow() {
     const auto cookie =
         xcb_get_property(connection_.raw(), 0, connection_.root(), atoms_.activeWindow, XCB_ATOM_WINDOW, 0, 1);
     connection_.await<xcb_get_property_reply_t>(cookie, lifetime_, [this, front = frontReading()](const auto* reply) {
         if (manager_ != noWindow) {
             setFrontWindow(firstItem(reply), front);
         }
+        activeWindowReading_.finish();
     });
 }
 
-void X11Workspace::readClients() {
+void X11Workspace::sendClients() {
     const auto cookie = xcb_get_property(connection_.raw(), 0, connection_.root(), atoms_.clientList, XCB_ATOM_WINDOW,
-                                         0, maximumPropertyLength);
+                                         0, maximumClients);
     connection_.await<xcb_get_property_reply_t>(cookie, lifetime_, [this](const xcb_get_property_reply_t* reply) {
         if (manager_ != noWindow) {
             const auto all = items(reply);
             setClients({all.begin(), all.end()});
         }
+        clientsReading_.finish();
     });
 }
 
@@ -340,12 +348,16 @@ void X11Workspace::setClients(std::vector<xcb_window_t> clients) {
 }
 
 void X11Workspace::readFocus() {
-    if (!unmanaged_) {
-        return;
+    if (unmanaged_) {
+        focusReading_.request();
     }
+}
+
+void X11Workspace::sendFocus() {
     connection_.await<xcb_get_input_focus_reply_t>(
         xcb_get_input_focus(connection_.raw()), lifetime_, [this, front = frontReading()](const auto* reply) {
             if (!unmanaged_) {
+                focusReading_.finish();
                 return;
             }
             const auto window = reply != nullptr ? reply->focus : xcb_window_t{XCB_INPUT_FOCUS_NONE};
@@ -356,6 +368,7 @@ void X11Workspace::readFocus() {
                 xcb_change_window_attributes(connection_.raw(), window, XCB_CW_EVENT_MASK, &mask);
             }
             setFrontWindow(isWindow ? window : noWindow, front);
+            focusReading_.finish();
         });
 }
 
@@ -465,9 +478,10 @@ void X11Workspace::setFront(std::optional<RunningApplication> application) {
 }
 
 void X11Workspace::forgetOthers() {
-    std::erase_if(windows_, [this](const auto& entry) {
-        return entry.first != frontWindow_ && std::ranges::find(clients_, entry.first) == clients_.end();
-    });
+    auto kept = clients_;
+    kept.push_back(frontWindow_);
+    std::ranges::sort(kept);
+    std::erase_if(windows_, [&](const auto& entry) { return !std::ranges::binary_search(kept, entry.first); });
 }
 
 void X11Workspace::sendMessage(xcb_window_t to, xcb_window_t about, xcb_atom_t type, std::uint32_t first,

@@ -7,6 +7,7 @@
 #include "platform/Workspace.hpp"
 #include "platform/linux/applications/X11Clients.hpp"
 #include "platform/linux/power/LogindWake.hpp"
+#include "platform/linux/x11/X11Reading.hpp"
 
 #include <map>
 #include <memory>
@@ -74,12 +75,13 @@ private:
     [[nodiscard]] std::vector<RunningApplication> withoutWindows(std::string_view bundleID) const;
     void restart();
     void handle(const xcb_generic_event_t& event);
-    void readManager();
+    void sendManager();
     void setManager(xcb_window_t window);
-    void readActiveWindow();
-    void readClients();
+    void sendActiveWindow();
+    void sendClients();
     void setClients(std::vector<xcb_window_t> clients);
     void readFocus();
+    void sendFocus();
     void setFrontWindow(xcb_window_t window, const std::shared_ptr<FrontReading>& reading);
     std::shared_ptr<FrontReading> frontReading();
     void readWindow(xcb_window_t window, std::shared_ptr<FrontReading> front = nullptr);
@@ -95,6 +97,10 @@ private:
     std::shared_ptr<InstalledApplications> installed_;
     const bool launchedAtLogin_;
     Atoms atoms_{};
+    X11Reading managerReading_{[this] { sendManager(); }};
+    X11Reading activeWindowReading_{[this] { sendActiveWindow(); }};
+    X11Reading clientsReading_{[this] { sendClients(); }};
+    X11Reading focusReading_{[this] { sendFocus(); }};
     xcb_window_t manager_ = XCB_WINDOW_NONE;     ///< the window by which the window manager shows that it is alive
     bool unmanaged_ = false;                     ///< there is no window manager, as far as is known
     xcb_window_t frontWindow_ = XCB_WINDOW_NONE; ///< active or focused; its application may not be known yet
