@@ -23,6 +23,11 @@ using Failure = X11SelectionReader::Failure;
 
 constexpr std::size_t maximumTargetsBytes = 64 * 1'024;
 
+/// TARGETS is the type of older clients.
+bool isListOfTargets(const X11SelectionReader::Contents& contents, xcb_atom_t targets) {
+    return contents.format == 32 && (contents.type == XCB_ATOM_ATOM || contents.type == targets);
+}
+
 xcb_atom_t atomOf(X11Connection& connection, std::string_view name) {
     return connection.internAtoms(std::array{name}).front();
 }
@@ -56,10 +61,13 @@ X11Pasteboard::X11Pasteboard(X11Connection& connection, X11PasteboardLimits limi
         askAgain_.stop();
         fetch_.reset();
         takeovers_ = 0;
+        newOwner_.reset();
         ++changeCount_;
         items_.clear();
     });
     openings_ = connection_.onOpened([this] { follow(); });
+    turns_ = connection_.onTurnEnd([this] { followOwner(); });
+    windows_ = owner_.onWindowReplaced([this] { retakeSelection(); });
     follow();
 }
 
@@ -77,47 +85,59 @@ void X11Pasteboard::handle(const xcb_generic_event_t& event) {
     if (!connection_.extensions().hasXFixes) {
         return;
     }
-    const auto* extension =
-        xcb_get_extension_data(connection_.raw(), &xcb_xfixes_id); // known since the connection opened
-    if ((event.response_type & 0x7fU) != extension->first_event + XCB_XFIXES_SELECTION_NOTIFY) {
+    if ((event.response_type & 0x7fU) != connection_.extensions().xfixesFirstEvent + XCB_XFIXES_SELECTION_NOTIFY) {
         return;
     }
     const auto& notice = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event);
     if (notice.selection == atoms_["CLIPBOARD"]) {
         const bool isGone = notice.subtype != XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER;
-        ownerChanged(isGone ? xcb_window_t{XCB_WINDOW_NONE} : notice.owner, notice.timestamp);
+        noteOwner(isGone ? xcb_window_t{XCB_WINDOW_NONE} : notice.owner, notice.timestamp);
     }
 }
 
-void X11Pasteboard::ownerChanged(xcb_window_t owner, xcb_timestamp_t time) {
+void X11Pasteboard::noteOwner(xcb_window_t owner, xcb_timestamp_t time) {
     if (owner == owner_.window()) {
         takeovers_ = std::max(0, takeovers_ - 1);
+        newOwner_.reset();
         owner_.acquired(time);
+    } else if (takeovers_ == 0) { // otherwise it precedes this program's takeover, which has been counted
+        owner_.lost();
+        newOwner_ = {owner, time};
+    }
+}
+
+/// Once for all owners of a turn: of those that were replaced within it nothing could be fetched.
+void X11Pasteboard::followOwner() {
+    const auto owner = std::exchange(newOwner_, std::nullopt);
+    if (!owner) {
         return;
     }
-    if (takeovers_ > 0) {
-        return; // it precedes this program's, which has been counted
-    }
-    owner_.lost();
     cancelFetch();
     items_.clear();
     if (!whenFrontIsKnown_) {
-        announce(owner, time);
+        announce(*owner);
         return;
     }
-    whenFrontIsKnown_([this, fetch = std::weak_ptr(fetch_), owner, time] {
+    whenFrontIsKnown_([this, fetch = std::weak_ptr(fetch_), owner = *owner] {
         if (!fetch.expired()) { // nobody has taken the clipboard since
-            announce(owner, time);
+            announce(owner);
         }
     });
 }
 
-void X11Pasteboard::announce(xcb_window_t owner, xcb_timestamp_t time) {
+void X11Pasteboard::announce(const Owner& owner) {
     const auto change = ++changeCount_;
     changes_.notify();
-    if (change == changeCount_ && owner != XCB_WINDOW_NONE && interest_) {
-        time_ = time;
+    if (change == changeCount_ && owner.window != XCB_WINDOW_NONE && interest_) {
+        time_ = owner.time;
         fetchTargets(); // announces the change at its end
+    }
+}
+
+/// Takeovers that were under way when the window was destroyed have failed, and will not be confirmed.
+void X11Pasteboard::retakeSelection() {
+    if (std::exchange(takeovers_, 0) > 0 && owner_.own(owner_.items())) {
+        takeovers_ = 1;
     }
 }
 
@@ -144,6 +164,17 @@ std::vector<std::string_view> X11Pasteboard::wanted() const {
     return interest_ ? interest_(types_, source_) : std::vector<std::string_view>();
 }
 
+/// Data in units of more than a byte is none of the types that are read.
+void X11Pasteboard::requestBytes(std::string_view target, std::function<void(X11SelectionReader::Contents)> done) {
+    reader_.request(atoms_[target], time_, bytesLeft(),
+                    [done = std::move(done)](X11SelectionReader::Contents contents) {
+                        if (!contents.failure && contents.format != 8) {
+                            contents = {.failure = Failure::refused};
+                        }
+                        done(std::move(contents));
+                    });
+}
+
 void X11Pasteboard::fetchTargets() {
     targets_.clear();
     source_.reset();
@@ -155,7 +186,7 @@ void X11Pasteboard::fetchTargets() {
                         if (contents.failure == Failure::refused && asksAgain()) {
                             return;
                         }
-                        if (contents.failure || contents.format != 32) {
+                        if (contents.failure || !isListOfTargets(contents, atoms_["TARGETS"])) {
                             publish({});
                             return;
                         }
@@ -192,7 +223,7 @@ void X11Pasteboard::fetchSource() {
         fetchWanted();
         return;
     }
-    reader_.request(atoms_[*target], time_, bytesLeft(), [this](X11SelectionReader::Contents contents) {
+    requestBytes(*target, [this](X11SelectionReader::Contents contents) {
         if (isFatal(contents.failure)) {
             publish({});
             return;
@@ -216,8 +247,7 @@ void X11Pasteboard::fetchUriList() {
         publish({});
         return;
     }
-    reader_.request(atoms_[*target], time_, bytesLeft(),
-                    [this](const X11SelectionReader::Contents& contents) { takeUriList(contents); });
+    requestBytes(*target, [this](const X11SelectionReader::Contents& contents) { takeUriList(contents); });
 }
 
 void X11Pasteboard::takeUriList(const X11SelectionReader::Contents& contents) {
@@ -253,20 +283,19 @@ void X11Pasteboard::fetchNext() {
         if (!target || fetched_.front().data.contains(type)) {
             continue;
         }
-        reader_.request(
-            atoms_[*target], time_, bytesLeft(), [this, type, target = *target](X11SelectionReader::Contents contents) {
-                if (isFatal(contents.failure)) {
-                    publish({});
-                    return;
-                }
-                isRefused_ = isRefused_ || contents.failure == Failure::refused;
-                auto data =
-                    contents.failure ? std::nullopt : clipboardTargets::toUniform(target, std::move(contents.bytes));
-                if (data) {
-                    fetched_.front().data.emplace(type, std::move(*data));
-                }
-                fetchNext();
-            });
+        requestBytes(*target, [this, type, target = *target](X11SelectionReader::Contents contents) {
+            if (isFatal(contents.failure)) {
+                publish({});
+                return;
+            }
+            isRefused_ = isRefused_ || contents.failure == Failure::refused;
+            auto data =
+                contents.failure ? std::nullopt : clipboardTargets::toUniform(target, std::move(contents.bytes));
+            if (data) {
+                fetched_.front().data.emplace(type, std::move(*data));
+            }
+            fetchNext();
+        });
         return;
     }
     if (fetched_.front().data.empty() && isRefused_ && asksAgain()) {
@@ -322,6 +351,7 @@ std::optional<std::string> X11Pasteboard::string(std::string_view type) const {
 
 void X11Pasteboard::clear() {
     cancelFetch();
+    newOwner_.reset();
     items_.clear();
     ++changeCount_;
     if (owner_.own({})) {

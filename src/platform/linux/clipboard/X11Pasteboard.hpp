@@ -59,11 +59,20 @@ private:
         std::map<std::string, core::SharedBytes, std::less<>> data;
     };
 
+    /// Another client that has taken the selection, or none that has.
+    struct Owner {
+        xcb_window_t window;
+        xcb_timestamp_t time;
+    };
+
     void follow();
     void handle(const xcb_generic_event_t& event);
-    void ownerChanged(xcb_window_t owner, xcb_timestamp_t time);
-    void announce(xcb_window_t owner, xcb_timestamp_t time);
+    void noteOwner(xcb_window_t owner, xcb_timestamp_t time);
+    void followOwner();
+    void announce(const Owner& owner);
+    void retakeSelection();
     [[nodiscard]] std::vector<std::string_view> wanted() const;
+    void requestBytes(std::string_view target, std::function<void(X11SelectionReader::Contents)> done);
     void fetchTargets();
     void fetchWanted();
     void fetchSource();
@@ -84,6 +93,7 @@ private:
     Interest interest_;
     std::int64_t changeCount_ = 1;
     int takeovers_ = 0; ///< takeovers of the selection by this program that the server has not confirmed yet
+    std::optional<Owner> newOwner_; ///< noted in this turn
     std::vector<Item> items_;
 
     // The current fetch
@@ -102,6 +112,8 @@ private:
     core::Subscription events_;
     core::Subscription losses_;
     core::Subscription openings_;
+    core::Subscription turns_;
+    core::Subscription windows_;
 };
 
 } // namespace quillane

@@ -20,6 +20,7 @@ X11PrimarySelection::X11PrimarySelection(X11Connection& connection, const Pasteb
     : connection_(connection), pasteboard_(pasteboard), owner_(connection, XCB_ATOM_PRIMARY, stallTimeout) {
     events_ = connection_.onEvent([this](const xcb_generic_event_t& event) { handle(event); });
     losses_ = connection_.onLost([this] { offered_.reset(); });
+    windows_ = owner_.onWindowReplaced([this] { offered_.reset(); });
 }
 
 bool X11PrimarySelection::offer() {

@@ -34,6 +34,7 @@ private:
     core::Lifetime lifetime_;
     core::Subscription events_;
     core::Subscription losses_;
+    core::Subscription windows_;
 };
 
 } // namespace quillane

@@ -20,6 +20,7 @@ constexpr std::size_t incrementBytes = 256 * 1'024;
 constexpr std::size_t maximumTransfers = 64;
 /// Targets asked for at once.
 constexpr std::uint32_t maximumPairs = 64;
+constexpr std::size_t maximumLists = 64;
 
 template <typename T>
 core::SharedBytes sharedBytes(const std::vector<T>& values) {
@@ -61,8 +62,9 @@ X11SelectionOwner::~X11SelectionOwner() {
 void X11SelectionOwner::makeWindow() {
     auto* c = connection_.raw();
     window_ = xcb_generate_id(c);
+    const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY; // any client can destroy it
     xcb_create_window(c, 0, window_, connection_.root(), -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
-                      XCB_COPY_FROM_PARENT, 0, nullptr);
+                      XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &mask);
     connection_.flush();
 }
 
@@ -102,6 +104,10 @@ void X11SelectionOwner::handle(const xcb_generic_event_t& event) {
     case XCB_DESTROY_NOTIFY: {
         const auto window = reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window;
         std::erase_if(transfers_, [&](const Transfer& each) { return each.requestor == window; });
+        if (window == window_) {
+            makeWindow();
+            replacements_.notify();
+        }
         return;
     }
     default:
@@ -114,14 +120,18 @@ void X11SelectionOwner::answer(const xcb_selection_request_event_t& request) {
                               static_cast<std::int32_t>(request.time - acquired_) < 0;
     // Clients of an older convention name no property: the target takes its place.
     const auto property = request.property != XCB_ATOM_NONE ? request.property : request.target;
-    if (isBeforeOurs) {
+    const bool isList = request.target == atoms_["MULTIPLE"] && request.property != XCB_ATOM_NONE;
+    // Nobody pastes into the window of the owner, which has to keep its mask.
+    if (isBeforeOurs || request.requestor == window_ || (isList && lists_ == maximumLists)) {
         notify(request, XCB_ATOM_NONE);
-    } else if (request.target == atoms_["MULTIPLE"] && request.property != XCB_ATOM_NONE) {
-        connection_.await<xcb_get_property_reply_t>(
-            xcb_get_property(connection_.raw(), 0, request.requestor, property, XCB_GET_PROPERTY_TYPE_ANY, 0,
-                             2 * maximumPairs),
-            lifetime_, [this, request](const xcb_get_property_reply_t* reply) { answerMultiple(request, reply); });
-        connection_.flush();
+    } else if (isList) {
+        ++lists_;
+        connection_.await<xcb_get_property_reply_t>(xcb_get_property(connection_.raw(), 0, request.requestor, property,
+                                                                     XCB_GET_PROPERTY_TYPE_ANY, 0, 2 * maximumPairs),
+                                                    lifetime_, [this, request](const xcb_get_property_reply_t* reply) {
+                                                        --lists_;
+                                                        answerMultiple(request, reply);
+                                                    });
     } else {
         notify(request, deliver(request.requestor, request.target, property) ? property : xcb_atom_t{XCB_ATOM_NONE});
     }
@@ -129,7 +139,8 @@ void X11SelectionOwner::answer(const xcb_selection_request_event_t& request) {
 
 void X11SelectionOwner::answerMultiple(const xcb_selection_request_event_t& request,
                                        const xcb_get_property_reply_t* reply) {
-    if (!reply || reply->format != 32 || reply->bytes_after > 0) {
+    const bool isOfPairs = reply && (reply->type == atoms_["ATOM_PAIR"] || reply->type == XCB_ATOM_ATOM);
+    if (!isOfPairs || reply->format != 32 || reply->bytes_after > 0) {
         notify(request, XCB_ATOM_NONE);
         return;
     }
@@ -206,7 +217,6 @@ void X11SelectionOwner::notify(const xcb_selection_request_event_t& request, xcb
     std::array<char, 32> event{}; // an event has 32 bytes whatever it holds
     std::memcpy(event.data(), &answer, sizeof answer);
     xcb_send_event(connection_.raw(), 0, request.requestor, XCB_EVENT_MASK_NO_EVENT, event.data());
-    connection_.flush();
 }
 
 void X11SelectionOwner::sendIncrement(std::list<Transfer>::iterator transfer) {

@@ -44,6 +44,11 @@ public:
 
     void lost() { items_.clear(); }
 
+    /// Another client has destroyed the window, and with it this owner's selection. There is a new window.
+    core::Subscription onWindowReplaced(std::function<void()> handler) {
+        return replacements_.subscribe(std::move(handler));
+    }
+
 private:
     /// Contents in transfer to a window, an increment at a time.
     struct Transfer {
@@ -81,6 +86,8 @@ private:
     xcb_timestamp_t acquired_ = XCB_CURRENT_TIME;
     std::vector<core::PasteboardItem> items_;
     std::list<Transfer> transfers_;
+    std::size_t lists_ = 0; ///< lists of several targets that are being read
+    core::Listeners<> replacements_;
     QTimer stallTimer_;
     core::Lifetime lifetime_;
     core::Subscription events_;

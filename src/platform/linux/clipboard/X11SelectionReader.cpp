@@ -162,15 +162,21 @@ void X11SelectionReader::take(const xcb_get_property_reply_t* reply) {
         return; // the event of a part that has been read already
     }
     const auto size = static_cast<std::size_t>(xcb_get_property_value_length(reply));
+    if (size > 0 && !contents_.bytes.empty() && (contents_.type != reply->type || contents_.format != reply->format)) {
+        finish(Failure::refused); // increments of one kind, then of another
+        return;
+    }
     if (contents_.bytes.size() + size + reply->bytes_after > maximumBytes_) {
         finish(Failure::tooLarge);
         return;
     }
     const auto* value = static_cast<const std::byte*>(xcb_get_property_value(reply));
     hasReceived_ = true;
+    if (contents_.bytes.empty()) { // the empty increment at the end may be of any kind
+        contents_.type = reply->type;
+        contents_.format = reply->format;
+    }
     contents_.bytes.insert(contents_.bytes.end(), value, value + size);
-    contents_.type = reply->type;
-    contents_.format = reply->format;
     partBytes_ += size;
     if (reply->bytes_after > 0) {
         offset_ += partUnits;

@@ -67,6 +67,12 @@ public:
         }
     }
 
+    /// Delivers contents as data in units of this many bits.
+    void answerInFormat(std::uint8_t format) { format_ = format; }
+
+    /// Delivers the list of targets as data of this type.
+    void answerTargetsAs(std::string_view type) { typeOfTargets_ = atom(type); }
+
     void announceSize(std::uint32_t size) { announcedSize_ = size; }
 
     [[nodiscard]] X11Connection& connection() { return *connection_; }
@@ -126,14 +132,14 @@ private:
             for (const auto& [target, bytes] : contents_) {
                 targets.push_back(target);
             }
-            xcb_change_property(c, XCB_PROP_MODE_REPLACE, request.requestor, property, XCB_ATOM_ATOM, 32,
+            xcb_change_property(c, XCB_PROP_MODE_REPLACE, request.requestor, property, typeOfTargets_, 32,
                                 static_cast<std::uint32_t>(targets.size()), targets.data());
         } else if (!contents_.contains(request.target)) {
             property = XCB_ATOM_NONE;
         } else if (manner_ == Manner::whole) {
             const auto& bytes = contents_[request.target];
-            xcb_change_property(c, XCB_PROP_MODE_REPLACE, request.requestor, property, request.target, 8,
-                                static_cast<std::uint32_t>(bytes.size()), bytes.data());
+            xcb_change_property(c, XCB_PROP_MODE_REPLACE, request.requestor, property, request.target, format_,
+                                static_cast<std::uint32_t>(bytes.size() / (format_ / 8U)), bytes.data());
         } else if (manner_ != Manner::lying) {
             const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
             xcb_change_window_attributes(c, request.requestor, XCB_CW_EVENT_MASK, &mask);
@@ -184,6 +190,8 @@ private:
     std::vector<xcb_selection_request_event_t> unanswered_;
     int refusals_ = 0;
     bool isOwner_ = true;
+    std::uint8_t format_ = 8;
+    xcb_atom_t typeOfTargets_ = XCB_ATOM_ATOM;
     core::Subscription events_;
 };
 

@@ -13,9 +13,13 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
+#include <cstring>
+
 namespace quillane {
 
 using core::clipboardSnapshot::RestoreMode;
+using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using namespace std::string_literals;
@@ -97,6 +101,13 @@ protected:
                                                         [&](const auto*) { answered = true; });
         connection_->flush();
         ASSERT_TRUE(waitUntil([&] { return answered; }));
+    }
+
+    [[nodiscard]] xcb_window_t ownerOfClipboard() {
+        auto* c = peer_.connection().raw();
+        const XReply<xcb_get_selection_owner_reply_t> reply(
+            xcb_get_selection_owner_reply(c, xcb_get_selection_owner(c, peer_.atom("CLIPBOARD")), nullptr));
+        return reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
     }
 
     /// What another program gets for a target.

@@ -385,6 +385,68 @@ TEST_F(X11PasteboardTest, ACopyThatCrossesARestoreLosesToIt) {
     }
 }
 
+TEST_F(X11PasteboardTest, OwnWindowThatAnotherClientDestroysIsMadeAgain) {
+    restored(entryOf(core::ClipboardKind::text, {{{std::string(core::pasteboardTypes::string), bytesOf("first")}}}));
+    ASSERT_EQ(pastedText("UTF8_STRING"), "first");
+    const auto destroyed = ownerOfClipboard();
+    xcb_destroy_window(peer_.connection().raw(), destroyed);
+    peer_.synchronize();
+    ASSERT_TRUE(waitUntil([&] { return ownerOfClipboard() == XCB_WINDOW_NONE && pasteboard_.itemTypes().empty(); }));
+    restored(entryOf(core::ClipboardKind::text, {{{std::string(core::pasteboardTypes::string), bytesOf("second")}}}));
+    EXPECT_EQ(pastedText("UTF8_STRING"), "second");
+    copied({{"UTF8_STRING", "third"}}); // other owners are still noticed
+    EXPECT_EQ(capturedText(), "third");
+}
+
+TEST_F(X11PasteboardTest, RestoreThatMeetsADestroyedWindowIsServedFromTheNextOne) {
+    restored(entryOf(core::ClipboardKind::text, {{{std::string(core::pasteboardTypes::string), bytesOf("first")}}}));
+    xcb_destroy_window(peer_.connection().raw(), ownerOfClipboard());
+    peer_.synchronize(); // and this program does not know yet
+    restored(entryOf(core::ClipboardKind::text, {{{std::string(core::pasteboardTypes::string), bytesOf("second")}}}));
+    EXPECT_EQ(pastedText("UTF8_STRING"), "second");
+    copied({{"UTF8_STRING", "third"}});
+    EXPECT_EQ(capturedText(), "third");
+}
+
+TEST_F(X11PasteboardTest, DataInUnitsOfMoreThanAByteIsNoText) {
+    peer_.answerInFormat(32);
+    copied({{"UTF8_STRING", "four"}});
+    EXPECT_FALSE(capture());
+}
+
+TEST_F(X11PasteboardTest, ListOfTargetsThatIsNoListOfAtomsIsNotRead) {
+    peer_.answerTargetsAs("UTF8_STRING");
+    copied({{"UTF8_STRING", "text"}});
+    EXPECT_FALSE(capture());
+    EXPECT_THAT(peer_.asked(), Each("TARGETS"));
+}
+
+TEST_F(X11PasteboardTest, EventsThatAnotherClientForgesAreIgnored) {
+    restored(entryOf(core::ClipboardKind::text, {{{std::string(core::pasteboardTypes::string), bytesOf("mine")}}}));
+    const auto owner = ownerOfClipboard();
+    xcb_destroy_notify_event_t forged{};
+    forged.response_type = XCB_DESTROY_NOTIFY;
+    forged.event = forged.window = owner;
+    std::array<char, 32> bytes{};
+    std::memcpy(bytes.data(), &forged, sizeof forged);
+    xcb_send_event(peer_.connection().raw(), 0, owner, XCB_EVENT_MASK_NO_EVENT, bytes.data());
+    peer_.synchronize();
+    settle();
+    EXPECT_EQ(pastedText("UTF8_STRING"), "mine");
+    EXPECT_EQ(ownerOfClipboard(), owner);
+}
+
+TEST_F(X11PasteboardTest, ClipboardThatChangesHandsWithoutEndIsFollowedWithBoundedWork) {
+    const auto before = notices_;
+    constexpr int takeovers = 20'000;
+    for (int i = 0; i < takeovers; ++i) {
+        peer_.own({{"UTF8_STRING", "last"}});
+    }
+    peer_.synchronize();
+    EXPECT_TRUE(waitUntil([&] { return capturedText() == "last"; }));
+    EXPECT_LT(notices_ - before, takeovers);
+}
+
 TEST_F(X11PasteboardTest, AnswersSeveralTargetsAtOnce) {
     restored(entryOf(core::ClipboardKind::text, {{{"public.utf8-plain-text", bytesOf("text")}}}));
     auto* c = peer_.connection().raw();
