@@ -12,8 +12,8 @@ namespace {
 
 constexpr std::chrono::milliseconds period{1000};
 constexpr std::chrono::milliseconds answerTimeout{750};
-/// A key counts as missed when the server had one this much later than we did: an answer is a little older than its
-/// arrival.
+constexpr std::chrono::milliseconds untilReadOn{20};
+/// A key counts as missed when the server had one this much later than the last one that arrived here.
 constexpr std::chrono::milliseconds tolerance{100};
 
 /// The name of a counter. XCB looks for it after the padding of its structure, which the wire format lacks.
@@ -43,10 +43,7 @@ X11TapWatchdog::X11TapWatchdog(X11Connection& connection, X11RawInput& input, X1
           ask();
       })) {
     overdue_.setSingleShot(true);
-    overdue_.callOnTimeout([this] {
-        answers_ = false;
-        onSilence_();
-    });
+    overdue_.callOnTimeout([this] { noteOverdue(); });
     findIdleCounter();
 }
 
@@ -94,6 +91,7 @@ void X11TapWatchdog::ask() {
         return;
     }
     asked_ = true;
+    askedAt_ = Clock::now();
     overdue_.start(answerTimeout);
     if (idleCounter_) {
         connection_.await<xcb_sync_query_counter_reply_t>(
@@ -114,8 +112,23 @@ void X11TapWatchdog::ask() {
     connection_.flush();
 }
 
+/// Where this loop was late rather than the server, the answer has arrived and is only to be read.
+void X11TapWatchdog::noteOverdue() {
+    const bool hasReadAll = connection_.process();
+    if (!asked_) {
+        return;
+    }
+    if (!hasReadAll) {
+        overdue_.start(untilReadOn);
+        return;
+    }
+    answers_ = false;
+    onSilence_();
+}
+
 void X11TapWatchdog::takeIdleTime(std::optional<std::chrono::milliseconds> idle) {
-    const bool missed = idle && answers_ && Clock::now() - *idle > lastKey_ + tolerance;
+    // The answer is at least as old as its request, and older than its arrival by as much as this loop is late.
+    const bool missed = idle && answers_ && askedAt_ - *idle > lastKey_ + tolerance;
     if (!missed) {
         finish(false);
     } else if (keyboard_.keysDown().none()) {

@@ -42,6 +42,7 @@ private:
 
     void findIdleCounter();
     void takeCounters(const xcb_sync_list_system_counters_reply_t& reply);
+    void noteOverdue();
     void takeIdleTime(std::optional<std::chrono::milliseconds> idle);
     void compareKeysDown();
     void finish(bool silent);
@@ -55,6 +56,7 @@ private:
     bool running_ = false;
     bool asked_ = false;
     bool answers_ = true;
+    Clock::time_point askedAt_;
     Clock::time_point lastKey_;
     core::Lifetime lifetime_;
     QTimer overdue_;

@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace quillane {
@@ -273,6 +274,20 @@ TEST_F(X11EventTapTest, AHeldKeyThatRepeatsIsNotSilence) {
     user_.release(key::a);
     typed();
     EXPECT_EQ(disabled_, 0);
+}
+
+/// Answers are read late, and the server had them in time.
+TEST_F(X11EventTapTest, LateLoopIsNotSilence) {
+    ASSERT_TRUE(start());
+    user_.tap(key::a); // lately enough that the server knows how long ago
+    typed();
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+    for (int i = 0; std::chrono::steady_clock::now() < end; ++i) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+        std::this_thread::sleep_for(std::chrono::milliseconds(i % 3 == 0 ? 900 : 130));
+    }
+    EXPECT_EQ(disabled_, 0);
+    EXPECT_TRUE(tap_.isEnabled());
 }
 
 TEST_F(X11EventTapTest, StaysDisabledUntilItIsEnabled) {
