@@ -18,6 +18,7 @@ constexpr std::uint32_t grabbedEvents =
     XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
 
 constexpr std::chrono::milliseconds stopTimeout{1000}; ///< without any progress
+constexpr std::chrono::milliseconds mapTimeout{150};   ///< another program may change the map without end
 constexpr std::uint16_t highestXTestDevice = 127;
 
 /// The keys that type or move in text, in the numbers of macOS: letters, digits, punctuation, space, Return, Tab,
@@ -34,11 +35,13 @@ X11KeyRewriter::X11KeyRewriter(X11Connection& connection, X11RawInput& input, X1
       keyboard_(keyboard),
       decide_(std::move(decide)),
       spares_(connection, keyboard),
+      guard_(connection, [this] { resume(); }),
       events_(connection.onEvent([this](const xcb_generic_event_t& event) { handleEvent(event); })),
       ownKeys_(input.onKey([this](const X11RawEvent& event) { handleOwnKey(event); })),
       readings_(keyboard.onCurrent([this] {
           grabKeys(); // Num Lock may be another modifier
           if (const auto press = std::exchange(waiting_, std::nullopt)) {
+              mapTimer_.stop();
               answer(*press);
           }
           typeBacklog();
@@ -51,6 +54,12 @@ X11KeyRewriter::X11KeyRewriter(X11Connection& connection, X11RawInput& input, X1
     stopTimer_.callOnTimeout([this] {
         endStopAtTypingKeys();
         forgetOutputs();
+    });
+    mapTimer_.setSingleShot(true);
+    mapTimer_.callOnTimeout([this] {
+        if (const auto press = std::exchange(waiting_, std::nullopt)) {
+            letThrough(press->master);
+        }
     });
 }
 
@@ -85,7 +94,9 @@ void X11KeyRewriter::giveBack() {
 }
 
 void X11KeyRewriter::forget() {
+    guard_.disarm();
     waiting_.reset();
+    mapTimer_.stop();
     forgetOutputs();
     looking_ = false;
     typingGrabs_.clear();
@@ -101,17 +112,29 @@ void X11KeyRewriter::forgetOutputs() {
     retry_.stop();
 }
 
+/// Begins again after the guard let the keyboard go: nothing is grabbed, and no press waits for an answer.
+void X11KeyRewriter::resume() {
+    if (guard_.takeLetGo() && !connection_.isLost()) {
+        forget();
+        grabKeys();
+    }
+}
+
 void X11KeyRewriter::handleEvent(const xcb_generic_event_t& event) {
     const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
     const bool isXInput =
         (event.response_type & 0x7f) == XCB_GE_GENERIC && generic.extension == connection_.extensions().xinputOpcode;
     if (isXInput && (generic.event_type == XCB_INPUT_KEY_PRESS || generic.event_type == XCB_INPUT_KEY_RELEASE)) {
+        resume();
         handleGrabbed(reinterpret_cast<const xcb_input_key_press_event_t&>(event),
                       generic.event_type == XCB_INPUT_KEY_PRESS);
     }
 }
 
 void X11KeyRewriter::handleGrabbed(const xcb_input_key_press_event_t& event, bool isPress) {
+    if (!guard_.mayAnswer(event.full_sequence)) {
+        return;
+    }
     const auto keycode = static_cast<xcb_keycode_t>(event.detail);
     const auto modifierBits = static_cast<std::uint8_t>(event.mods.effective);
     if (std::exchange(looking_, false)) {
@@ -128,15 +151,20 @@ void X11KeyRewriter::handleGrabbed(const xcb_input_key_press_event_t& event, boo
         return;
     }
     answer({keycode, event.deviceid, event.time, event.group.effective, modifierBits,
-            (event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT) != 0});
+            (event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT) != 0, event.full_sequence});
 }
 
 void X11KeyRewriter::answer(const Press& press) {
     if (!keyboard_.isCurrent()) {
         waiting_ = press;
+        mapTimer_.start(mapTimeout);
         return;
     }
-    if (const auto keysym = wantedKeysym(press); keysym != 0 && spares_.canType()) {
+    const auto keysym = wantedKeysym(press); // may ask another program
+    if (!guard_.mayAnswer(press.sequence)) {
+        return;
+    }
+    if (keysym != 0 && spares_.canType()) {
         substitute(press, {keysym, decisions_[press.keycode].device});
     } else {
         letThrough(press.master);
@@ -198,6 +226,7 @@ void X11KeyRewriter::typeBacklog() {
 }
 
 void X11KeyRewriter::checkLook(std::uint64_t look, std::uint16_t master, xcb_keycode_t keycode) {
+    resume();
     if (!looking_ || look != looks_) {
         return;
     }
@@ -209,6 +238,7 @@ void X11KeyRewriter::checkLook(std::uint64_t look, std::uint16_t master, xcb_key
 }
 
 void X11KeyRewriter::handleOwnKey(const X11RawEvent& event) {
+    resume();
     const auto found = event.isPress ? std::ranges::find(outputs_, event.detail) : outputs_.end();
     if (found == outputs_.end()) {
         return;
@@ -228,10 +258,10 @@ void X11KeyRewriter::handleOwnKey(const X11RawEvent& event) {
 void X11KeyRewriter::type(xcb_keycode_t keycode, std::uint16_t device) {
     // On the device that the key was pressed on: another one would activate its own map, and every application would
     // read that. For keys of a named device, XTest takes the events of the first XInput protocol.
-    const auto* xinput = xcb_get_extension_data(connection_.raw(), &xcb_input_id);
+    const auto firstEvent = connection_.extensions().xinputFirstEvent;
     const bool named = device != 0 && device <= highestXTestDevice;
-    const int press = named ? xinput->first_event + XCB_INPUT_DEVICE_KEY_PRESS : XCB_KEY_PRESS;
-    const int release = named ? xinput->first_event + XCB_INPUT_DEVICE_KEY_RELEASE : XCB_KEY_RELEASE;
+    const int press = named ? firstEvent + XCB_INPUT_DEVICE_KEY_PRESS : XCB_KEY_PRESS;
+    const int release = named ? firstEvent + XCB_INPUT_DEVICE_KEY_RELEASE : XCB_KEY_RELEASE;
     for (const int event : {press, release}) {
         xcb_test_fake_input(connection_.raw(), static_cast<std::uint8_t>(event), keycode, XCB_CURRENT_TIME,
                             connection_.root(), 0, 0, named ? static_cast<std::uint8_t>(device) : std::uint8_t{0});
@@ -274,6 +304,9 @@ void X11KeyRewriter::grabKeys() {
         grab(keycode, modifiers);
     }
     keyModifiers_ = modifiers;
+    if (!keys_.empty()) {
+        guard_.arm(keyboard_.device());
+    }
     connection_.flush();
 }
 
@@ -284,6 +317,7 @@ void X11KeyRewriter::ungrabKeys() {
         }
     }
     keyModifiers_.clear();
+    guard_.disarm();
     connection_.flush();
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/support/Lifetime.hpp"
+#include "platform/linux/keyboard/X11GrabGuard.hpp"
 #include "platform/linux/keyboard/X11Keyboard.hpp"
 #include "platform/linux/keyboard/X11RawInput.hpp"
 #include "platform/linux/keyboard/X11SpareKeys.hpp"
@@ -59,6 +60,7 @@ private:
         unsigned group;
         std::uint8_t modifierBits;
         bool isRepeat;
+        std::uint32_t sequence; ///< of the event
     };
 
     /// A symbol to type, on the device that its key was pressed on.
@@ -80,6 +82,7 @@ private:
 
     void handleEvent(const xcb_generic_event_t& event);
     void handleGrabbed(const xcb_input_key_press_event_t& event, bool isPress);
+    void resume();
     void answer(const Press& press);
     [[nodiscard]] std::uint32_t wantedKeysym(const Press& press);
     void substitute(const Press& press, const Output& output);
@@ -115,6 +118,8 @@ private:
     std::vector<TypingGrab> typingGrabs_;
     QTimer retry_;
     QTimer stopTimer_;
+    QTimer mapTimer_; ///< of `waiting_`
+    X11GrabGuard guard_;
     core::Lifetime lifetime_;
     core::Subscription events_;
     core::Subscription ownKeys_;
