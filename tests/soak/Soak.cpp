@@ -34,6 +34,10 @@ bool Soak::run(std::chrono::seconds time) {
     soak_.startAgent();
     samples_.emplace(soak_.agent().process().pid(), soak_.desktop().runtimeFolder() / "quillane.sock");
     attempt("the first check", [&] { soak_.checkKeyboard(0); });
+    for (const auto& activity : activities_) { // what is loaded at its first use belongs to the first minutes
+        attempt(activity.name, activity.run);
+        ++done_[activity.name];
+    }
     for (bool isFirst = true;
          !isOver() && (isFirst || samples_->secondsSinceStart() < static_cast<double>(time.count())); isFirst = false) {
         std::ranges::shuffle(faults_, random_);
