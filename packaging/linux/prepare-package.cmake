@@ -10,4 +10,5 @@ file(RENAME ${share}/lintian/overrides/lintian-overrides ${share}/lintian/overri
 file(RENAME ${share}/zsh/site-functions ${share}/zsh/vendor-completions)
 # What dh_strip(1) removes beyond symbols.
 execute_process(COMMAND strip --remove-section=.comment --remove-section=.note
-  ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr/bin/quillane COMMAND_ERROR_IS_FATAL ANY)
+  ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr/bin/quillane
+  ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr/libexec/quillane-keyboard-guard COMMAND_ERROR_IS_FATAL ANY)
