@@ -42,7 +42,7 @@ struct StatusReport {
     ClipboardReport clipboard;
     bool statusItemVisible = false;
     std::optional<core::LocalizedText> passwordNotice; ///< that a password field in front would not be recognized
-    std::optional<pid_t> frontProcess; ///< the application that the shortcuts act on now
+    std::optional<pid_t> frontProcess;                 ///< the application that the shortcuts act on now
 };
 
 /// One JSON object (RFC 8259) on one line. Texts are in English; beside each, under a name that begins with "shown",

@@ -55,10 +55,11 @@ TEST_F(DebianPackageTest, HoldsWhatBelongsToAnInstalledProgram) {
     EXPECT_THAT(
         files,
         ElementsAreArray(
-            {"usr/bin/quillane", "usr/share/Thunar/sendto/quillane-share.desktop",
-             "usr/share/applications/com.quillane.app.desktop", "usr/share/bash-completion/completions/quillane",
-             "usr/share/doc/quillane/changelog.Debian.gz", "usr/share/doc/quillane/changelog.gz",
-             "usr/share/doc/quillane/copyright", "usr/share/file-manager/actions/quillane-share.desktop",
+            {"usr/bin/quillane", "usr/libexec/quillane-keyboard-guard",
+             "usr/share/Thunar/sendto/quillane-share.desktop", "usr/share/applications/com.quillane.app.desktop",
+             "usr/share/bash-completion/completions/quillane", "usr/share/doc/quillane/changelog.Debian.gz",
+             "usr/share/doc/quillane/changelog.gz", "usr/share/doc/quillane/copyright",
+             "usr/share/file-manager/actions/quillane-share.desktop",
              "usr/share/fish/vendor_completions.d/quillane.fish",
              "usr/share/icons/hicolor/scalable/apps/com.quillane.app.svg",
              "usr/share/icons/hicolor/symbolic/apps/com.quillane.app-symbolic.svg",

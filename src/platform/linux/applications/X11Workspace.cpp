@@ -14,7 +14,6 @@
 #include <csignal>
 #include <fstream>
 #include <span>
-#include <utility>
 
 #include <unistd.h>
 
@@ -27,8 +26,8 @@ namespace {
 constexpr xcb_window_t noWindow = XCB_WINDOW_NONE;
 constexpr std::uint32_t maximumPropertyLength = 4096; // in units of four bytes
 constexpr std::uint32_t maximumClients = 1024;
-constexpr int highestLevel = 16;                      // maximum steps from the focus up to a window with a class
-constexpr std::uint32_t sourceIsPager = 2;            // the source of the request is the user, not an application
+constexpr int highestLevel = 16;           // maximum steps from the focus up to a window with a class
+constexpr std::uint32_t sourceIsPager = 2; // the source of the request is the user, not an application
 
 /// WM_CLASS: two strings in Latin-1, each terminated by NUL.
 struct WindowNames {

@@ -59,7 +59,7 @@ private:
     bool modifiersWereDown_ = false;
     bool switchedByKey_ = false;
     bool isLoading_ = false;
-    bool announces_ = false;                                ///< at the end of this turn
+    bool announces_ = false; ///< at the end of this turn
     core::Lifetime lifetime_;
     core::Listeners<> changes_;
     core::Subscription notices_;
