@@ -36,7 +36,7 @@ std::optional<Options> parse(std::span<char*> words) {
         const std::string_view word = words[i];
         const std::string_view value = i + 1 < words.size() ? words[i + 1] : "";
         if (!word.starts_with("--")) {
-            options.folder = word;
+            options.folder = std::filesystem::absolute(word); // programs of the desktop write there too
             continue;
         }
         const bool isRead = word == "--minutes" ? read(value, options.minutes)
