@@ -5,6 +5,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <functional>
 #include <regex>
 
 namespace quillane::packaging {
@@ -170,9 +172,9 @@ TEST(FishCompletions, OfferEveryCommandAndOptionWithItsSummary) {
     QUILLANE_NEEDS("fish");
     auto expected = ofEveryWord(
         [](const std::string& word, const auto& synopsis) { return word + "\t" + std::string(synopsis.summary); });
-    const auto options = std::ranges::partition(expected, [](const auto& line) { return !isOption(line); });
-    const Lines expectedOptions(options.begin(), options.end());
-    expected.erase(options.begin(), options.end());
+    const auto firstOption = std::stable_partition(expected.begin(), expected.end(), std::not_fn(isOption));
+    const Lines expectedOptions(firstOption, expected.end());
+    expected.erase(firstOption, expected.end());
     EXPECT_THAT(fromFish("quillane "), UnorderedElementsAreArray(expected));
     EXPECT_THAT(fromFish("quillane -"), UnorderedElementsAreArray(expectedOptions));
 }
