@@ -39,7 +39,8 @@ void FirefoxDirectionAdapter::apply(core::WritingDirection direction, const core
     accessibility.setMessagingTimeout(element, directionTimeout);
     const auto editor = ax::element(accessibility, element, "AXFocusedUIElement");
     if (!editor || !isDirectionEditor(accessibility, *editor, application)) {
-        report_(application.placementHint);
+        report_(withoutCommand_ == front->pid ? core::LocalizedText(texts::turnOnDirectionInFirefox)
+                                              : core::LocalizedText(application.placementHint));
         return;
     }
     abandonedMenu_.forget();
@@ -97,7 +98,7 @@ void FirefoxDirectionAdapter::findCommand(Attempt attempt) {
     } else if (const auto item = command(*found, attempt)) {
         press(std::move(attempt), *item);
     } else if (!ax::children(accessibility, *found).empty()) {
-        finish(texts::turnOnDirectionInFirefox);
+        explain(attempt);
     } else if (!ax::press(accessibility, *found)) {
         finish(texts::cannotOpenDirectionMenu(attempt.browser->displayName));
     } else {
@@ -113,7 +114,7 @@ void FirefoxDirectionAdapter::awaitMenu(Attempt attempt) {
         press(std::move(attempt), *item);
     } else if (!item && menu(attempt) && !ax::children(services_.accessibility, *attempt.menu).empty()) {
         closeMenu(attempt);
-        finish(texts::turnOnDirectionInFirefox);
+        explain(attempt);
     } else if (attempt.run < lastRun) {
         again(std::move(attempt), &FirefoxDirectionAdapter::awaitMenu);
     } else {
@@ -174,13 +175,17 @@ std::optional<AXElement> FirefoxDirectionAdapter::command(const AXElement& menu,
 
 void FirefoxDirectionAdapter::closeMenu(const Attempt& attempt) {
     if (attempt.menu) {
-        abandonedMenu_.close(
-            {.application = attempt.application,
-             .pid = attempt.pid,
-             .isRecognized = [](const AXElement&) { return false; }, // it cannot be told from the user's
-             .find = [this, attempt] { return menu(attempt); }},
-            menu(attempt));
+        // After a click nothing tells the menu from one that the user has opened.
+        const auto isRecognized = [](const AXElement&) { return false; };
+        const auto find = [this, attempt] { return menu(attempt); };
+        abandonedMenu_.close({attempt.application, attempt.pid, isRecognized, find}, menu(attempt));
     }
+}
+
+/// Firefox goes on to report the menu as focused after it has been closed, so that the next chord finds no editor.
+void FirefoxDirectionAdapter::explain(const Attempt& attempt) {
+    withoutCommand_ = attempt.pid;
+    finish(texts::turnOnDirectionInFirefox);
 }
 
 void FirefoxDirectionAdapter::finish(const core::LocalizedText& text) {

@@ -56,12 +56,14 @@ private:
     [[nodiscard]] std::optional<AXElement> menu(const Attempt& attempt) const;
     [[nodiscard]] std::optional<AXElement> command(const AXElement& menu, const Attempt& attempt) const;
     void closeMenu(const Attempt& attempt);
+    void explain(const Attempt& attempt);
     void finish(const core::LocalizedText& text);
 
     DirectionServices services_;
     DirectionReport report_;
-    std::int64_t operation_ = 0;     ///< a step with another number is stale
-    std::optional<Attempt> current_; ///< until its end
+    std::int64_t operation_ = 0;          ///< a step with another number is stale
+    std::optional<Attempt> current_;      ///< until its end
+    std::optional<pid_t> withoutCommand_; ///< the process whose command was found missing last
     AbandonedMenu abandonedMenu_;
     core::Lifetime lifetime_;
 };
