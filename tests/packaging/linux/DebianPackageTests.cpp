@@ -22,6 +22,7 @@ class DebianPackageTest : public ::testing::Test {
 protected:
     void SetUp() override {
         QUILLANE_NEEDS("dpkg-shlibdeps");
+        QUILLANE_NEEDS("patchelf");
         ASSERT_TRUE(fs::exists(package)) << "the target quillane_packages makes it";
     }
 

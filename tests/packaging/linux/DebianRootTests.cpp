@@ -35,6 +35,7 @@ protected:
         }
         QUILLANE_NEEDS("mmdebstrap");
         QUILLANE_NEEDS("dpkg-shlibdeps");
+        QUILLANE_NEEDS("patchelf");
         if (!run({"unshare", "--mount", "--pid", "--net", "--fork", "true"}).succeeded()) {
             GTEST_SKIP() << "namespaces are not permitted here";
         }
