@@ -14,6 +14,7 @@
 #include "platform/common/curl/CurlUrlSessions.hpp"
 #include "platform/common/qt/QtMainQueue.hpp"
 #include "servers/NginxServer.hpp"
+#include "support/Files.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <QCoreApplication>

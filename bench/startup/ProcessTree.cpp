@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "startup/ProcessTree.hpp"
 
+#include "support/Files.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <charconv>

@@ -6,7 +6,7 @@
 #include "core/preferences/InstallationMigration.hpp"
 #include "fakes/FakeDesktop.hpp"
 #include "support/OffscreenApplication.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <QApplication>
 #include <QTextEdit>
@@ -35,7 +35,7 @@ protected:
                                                   .keyboardAvailable = keyboardAvailable,
                                                   .legacyBundleID = std::string(legacyBundleID),
                                                   .terminate = [this] { ++terminations; },
-                                                  .applicationSupport = files.folder(),
+                                                  .applicationSupport = files.path(),
                                                   .fileExaminer = desktop.fileExaminer.examiner(),
                                                   .location = {"/Applications/Quillane.app", true}});
         delegate->applicationDidFinishLaunching();
@@ -84,7 +84,7 @@ private:
     fakes::OffscreenApplication application_;
 
 protected:
-    fakes::TemporaryFiles files;
+    live::TemporaryFolder files;
     fakes::FakeDesktop desktop;
     fakes::FakeUserDefaults& defaults = desktop.userDefaults;
     core::Desktop shownOn = core::Desktop::macOS; ///< the desktop that texts name

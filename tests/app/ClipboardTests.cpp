@@ -115,7 +115,7 @@ TEST_F(AgentClipboardTest, DamagedHistoryIsReportedInTheMenuAndInTheStatus) {
     start();
     copy("one");
     delegate->applicationWillTerminate();
-    std::ofstream(files.folder() / "Quillane" / "ClipboardHistory" / "index") << "damaged";
+    std::ofstream(files.path() / "Quillane" / "ClipboardHistory" / "index") << "damaged";
     start();
     EXPECT_EQ(clipboard().at("setAside"), 1);
     EXPECT_EQ(clipboard().at("unread"), false);
@@ -124,7 +124,7 @@ TEST_F(AgentClipboardTest, DamagedHistoryIsReportedInTheMenuAndInTheStatus) {
 }
 
 TEST_F(AgentClipboardTest, HistoryThatAnotherProgramWritesIsSaidInTheMenuAndInTheStatus) {
-    const auto lock = core::VaultLock::acquire(files.folder() / "Quillane" / "ClipboardHistory");
+    const auto lock = core::VaultLock::acquire(files.path() / "Quillane" / "ClipboardHistory");
     start();
     EXPECT_EQ(clipboard().at("usedElsewhere"), true);
     EXPECT_EQ(clipboard().at("storageError"), true);
@@ -164,7 +164,7 @@ TEST_F(AgentClipboardTest, TheHistoryIsSavedAtTheEnd) {
     start();
     copy("last");
     delegate->applicationWillTerminate();
-    EXPECT_TRUE(std::filesystem::exists(files.folder() / "Quillane" / "ClipboardHistory" / "index"));
+    EXPECT_TRUE(std::filesystem::exists(files.path() / "Quillane" / "ClipboardHistory" / "index"));
     start();
     EXPECT_EQ(clipboard().at("entries"), 1);
 }

@@ -166,7 +166,7 @@ TEST_P(DesktopTextsTest, OfWhatIsSaidInTheSettings) {
 TEST_P(DesktopTextsTest, OfTheShareWindow) {
     core::FileShareServer::validating("https://files.example:8443/up")->save(defaults);
     start();
-    for (const auto& file : {files.url("report.txt", "x"), core::Url::fromFilePath(files.folder() / "gone.txt")}) {
+    for (const auto& file : {files.url("report.txt", "x"), core::Url::fromFilePath(files.path() / "gone.txt")}) {
         EXPECT_TRUE(delegate->handleControlRequest({"share", {file.absoluteString()}}).ok);
         checkWindows();
         closeWindows();

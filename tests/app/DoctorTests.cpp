@@ -203,7 +203,7 @@ TEST_F(DoctorTest, NothingThatIsTypedOrCopiedAndNoPathOfTheHomeFolderIsSaid) {
     for (const auto& arguments : {std::vector<std::string>{}, std::vector<std::string>{"--json"}}) {
         const auto text = delegate->handleControlRequest({"doctor", arguments}).text;
         EXPECT_THAT(text,
-                    AllOf(Not(HasSubstr("copied")), Not(HasSubstr("typed")), Not(HasSubstr(files.folder().string()))));
+                    AllOf(Not(HasSubstr("copied")), Not(HasSubstr("typed")), Not(HasSubstr(files.path().string()))));
     }
 }
 
@@ -218,12 +218,12 @@ TEST(DoctorByItself, PermissionsThatMacOSGivesToTheTerminalAreNotReported) {
 }
 
 TEST(DoctorByItself, ALinkToTheHomeFolderHidesItToo) {
-    const fakes::TemporaryFiles files;
-    const auto home = files.folder() / "real home";
+    const live::TemporaryFolder files;
+    const auto home = files.path() / "real home";
     std::filesystem::create_directory(home);
-    std::filesystem::create_directory_symlink(home, files.folder() / "home");
+    std::filesystem::create_directory_symlink(home, files.path() / "home");
     const auto real = std::filesystem::canonical(home) / "a private name/quillane";
-    EXPECT_EQ(doctor::programFacts("1.2", {real, true}, files.folder() / "home").location.shown, "~");
+    EXPECT_EQ(doctor::programFacts("1.2", {real, true}, files.path() / "home").location.shown, "~");
 }
 
 } // namespace

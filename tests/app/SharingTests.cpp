@@ -5,7 +5,7 @@
 #include "core/clipboard/PasteboardTypes.hpp"
 #include "core/fileshare/FileShareServer.hpp"
 #include "core/localization/Texts.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -50,7 +50,7 @@ TEST_F(SharingTest, TheMenuRowOpensThePanelAndTheChosenFileIsUploaded) {
     EXPECT_EQ(desktop.filePanel.open->message, "Choose a file to upload to nas");
     EXPECT_EQ(desktop.windowTraits.activations, 1);
     static_cast<void>(files.url("a.txt"));
-    desktop.filePanel.confirm(files.folder() / "a.txt");
+    desktop.filePanel.confirm(files.path() / "a.txt");
     EXPECT_EQ(desktop.urlSessions.last().request->url.absoluteString(), "http://nas/a.txt");
     EXPECT_EQ(desktop.windowTraits.activations, 2);
 }

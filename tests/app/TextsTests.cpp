@@ -185,7 +185,7 @@ TEST_P(TextsTest, OfTheQuestionsOfTheSettings) {
     core::ClipboardOptions options;
     options.enabled = true;
     defaults.setObject(core::clipboardOptionsKey, core::encodeClipboardOptions(options));
-    std::filesystem::create_directories(files.folder() / "Quillane" / "ClipboardHistory");
+    std::filesystem::create_directories(files.path() / "Quillane" / "ClipboardHistory");
     static_cast<void>(files.file("Quillane/ClipboardHistory/index", "damaged"));
     launchInLanguage();
     for (int step = 0; step < 2; ++step) { // the history is read, and the one that begins is saved

@@ -231,7 +231,7 @@ TEST_F(ClipboardPanelTest, WithoutAnApplicationToReturnToItSaysSo) {
 
 TEST_F(ClipboardPanelTest, AMissingFileIsReportedAndNothingIsCopied) {
     start();
-    const auto path = files.folder() / "note.txt";
+    const auto path = files.path() / "note.txt";
     std::ofstream(path) << "note";
     pasteboard.copy({{{{std::string(core::pasteboardTypes::fileUrl), "file://" + path.string()}}, {}}});
     pass(500ms);
@@ -254,7 +254,7 @@ TEST_F(ClipboardPanelTest, FileThatFinderHasCopiedIsPastedFromWhereItIsNow) {
     open({});
     ASSERT_THAT(panel_->filtered(), SizeIs(1));
     EXPECT_EQ(*panel_->filtered().front().text, "note.txt");
-    pasteboard.move(path, files.folder() / "renamed.txt");
+    pasteboard.move(path, files.path() / "renamed.txt");
     pasteboard.copyText("other");
     panel_->handle(key::enter, 0);
     EXPECT_EQ(pasteboard.items().front().flavours.front().second, url);

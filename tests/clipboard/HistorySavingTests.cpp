@@ -109,8 +109,8 @@ TEST_F(HistorySavingTest, HistoryThatIsPutInPlaceOfTheFolderIsSetAside) {
     start();
     copy("one");
     pass(1s);
-    fs::rename(folder(), files.folder() / "elsewhere");
-    fs::copy(files.folder() / "elsewhere", folder());
+    fs::rename(folder(), files.path() / "elsewhere");
+    fs::copy(files.path() / "elsewhere", folder());
     copy("two");
     EXPECT_THAT(stored(), ElementsAre("one", "two"));
     ASSERT_THAT(manager_->setAside(), SizeIs(1));

@@ -52,13 +52,13 @@ protected:
 
     /// The disk with the history is missing: something else is in its place.
     void takeDiskAway() {
-        fs::rename(folder(), files.folder() / "elsewhere");
+        fs::rename(folder(), files.path() / "elsewhere");
         std::ofstream(folder()) << "not a folder";
     }
 
     void giveDiskBack() {
         fs::remove(folder());
-        fs::rename(files.folder() / "elsewhere", folder());
+        fs::rename(files.path() / "elsewhere", folder());
     }
 
     void recover() {

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "core/fileshare/FileExaminer.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ protected:
     }
 
     Driver driver;
-    fakes::TemporaryFiles files;
+    live::TemporaryFolder files;
     std::vector<core::ExaminedFile> answers;
 };
 
@@ -37,10 +37,10 @@ TYPED_TEST_SUITE_P(FileExaminerContract);
 TYPED_TEST_P(FileExaminerContract, OrdinaryAnswersComeInsideTheCall) {
     this->examine(this->files.url("file.txt", "12345"));
     ASSERT_EQ(this->answers.size(), 1U);
-    EXPECT_EQ(this->answers[0], (core::SendableFile{this->files.folder() / "file.txt", 5}));
-    this->examine(core::Url::fromFilePath(this->files.folder()));
+    EXPECT_EQ(this->answers[0], (core::SendableFile{this->files.path() / "file.txt", 5}));
+    this->examine(core::Url::fromFilePath(this->files.path()));
     EXPECT_EQ(this->answers.at(1), core::ExaminedFile(tl::unexpected(core::FileShareError::notRegularFile)));
-    this->examine(core::Url::fromFilePath(this->files.folder() / "missing"));
+    this->examine(core::Url::fromFilePath(this->files.path() / "missing"));
     EXPECT_EQ(this->answers.at(2), core::ExaminedFile(tl::unexpected(core::FileShareError::unreadableFile)));
 }
 

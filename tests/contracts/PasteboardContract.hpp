@@ -4,7 +4,7 @@
 
 #include "core/clipboard/PasteboardTypes.hpp"
 #include "platform/Pasteboard.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -127,7 +127,7 @@ TYPED_TEST_P(PasteboardContract, AnotherApplicationReplacesWrittenContents) {
 }
 
 TYPED_TEST_P(PasteboardContract, FilesThatAreCopiedAreFoundOnAnyThreadWhileTheyAreThere) {
-    const fakes::TemporaryFiles files;
+    const live::TemporaryFolder files;
     const auto file = files.file("\xD7\xA9 1.txt");
     const auto url = this->driver.fileUrl(file);
     std::optional<std::filesystem::path> found;

@@ -5,7 +5,7 @@
 
 #include "clipboard/ClipboardManager.hpp"
 #include "fakes/FakeDesktop.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <filesystem>
 #include <memory>
@@ -14,7 +14,7 @@ namespace quillane::fakes {
 
 /// A faked desktop with a folder for the clipboard history and a clock on the wall.
 struct FakeClipboardDesktop : FakeDesktop {
-    [[nodiscard]] std::filesystem::path folder() const { return files.folder() / "Quillane" / "ClipboardHistory"; }
+    [[nodiscard]] std::filesystem::path folder() const { return files.path() / "Quillane" / "ClipboardHistory"; }
 
     [[nodiscard]] core::Date now() const {
         return {7.8e8 + clockShift + static_cast<double>(queue.now().count()) / 1e3};
@@ -25,7 +25,7 @@ struct FakeClipboardDesktop : FakeDesktop {
     }
 
     double clockShift = 0; ///< seconds by which the clock on the wall was set
-    TemporaryFiles files;
+    live::TemporaryFolder files;
 };
 
 } // namespace quillane::fakes

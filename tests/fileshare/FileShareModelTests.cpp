@@ -47,7 +47,7 @@ TEST_F(FileShareModelTest, AFailureHasItsMessageWithThisUploadsServer) {
 }
 
 TEST_F(FileShareModelTest, AFileThatCannotBeSentFailsAtOnce) {
-    FileShareModel folder(core::Url::fromFilePath(files_.folder()), services_);
+    FileShareModel folder(core::Url::fromFilePath(files_.path()), services_);
     folder.start();
     EXPECT_EQ(folder.state(), State(FileShareModel::Failed{core::texts::selectRegularFile}));
 }

@@ -6,7 +6,7 @@
 #include "fakes/FakeDesktop.hpp"
 #include "fileshare/FileShareService.hpp"
 #include "support/OffscreenApplication.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <QApplication>
 #include <QEvent>
@@ -67,7 +67,7 @@ private:
     fakes::OffscreenApplication application_;
 
 protected:
-    fakes::TemporaryFiles files_;
+    live::TemporaryFolder files_;
     fakes::FakeDesktop desktop_;
     fakes::FakeUserDefaults& defaults_ = desktop_.userDefaults;
     core::AppPreferences preferences_{defaults_};

@@ -97,7 +97,7 @@ protected:
 
     /// The text that a reader (zbarimg) decodes from a picture of the window.
     [[nodiscard]] std::string readQrCode(FileShareWindow& window) const {
-        const auto picture = files_.folder() / "window.png";
+        const auto picture = files_.path() / "window.png";
         EXPECT_TRUE(window.grab().save(QString::fromStdString(picture)));
         auto* reader = ::popen(("zbarimg --quiet --raw --nodbus '" + picture.string() + "' 2>&1").c_str(), "r");
         std::string seen;
@@ -180,7 +180,7 @@ TEST_F(FileShareWindowTest, ALongNameIsCutInItsMiddleAndHelpHasThePath) {
 
 TEST_F(FileShareWindowTest, HelpShowsANameWithMarkupAsItIs) {
     service_.show(files_.url("<b>&lt; R&D.txt"));
-    const auto path = QString::fromStdString(files_.folder() / "<b>&lt; R&D.txt");
+    const auto path = QString::fromStdString(files_.path() / "<b>&lt; R&D.txt");
     const auto* name = service_.windows().back()->findChild<QLabel*>("fileName");
     QTextDocument shown;
     ASSERT_TRUE(Qt::mightBeRichText(name->toolTip())); // else it is shown as it is
@@ -191,7 +191,7 @@ TEST_F(FileShareWindowTest, HelpShowsANameWithMarkupAsItIs) {
     service_.show(files_.url("R&D #1.txt"));
     const auto* plain = service_.windows().back()->findChild<QLabel*>("fileName");
     ASSERT_FALSE(Qt::mightBeRichText(plain->toolTip()));
-    EXPECT_EQ(plain->toolTip(), QString::fromStdString(files_.folder() / "R&D #1.txt"));
+    EXPECT_EQ(plain->toolTip(), QString::fromStdString(files_.path() / "R&D #1.txt"));
 }
 
 TEST_F(FileShareWindowTest, FollowsTheAppearanceWhileItIsOpen) {
@@ -394,9 +394,9 @@ TEST_F(FileShareWindowTest, ChoosingAFileNamesTheServerAndSharesTheFile) {
     EXPECT_EQ(panel_.open->message, "Choose a file to upload to files.example:8443/up");
     EXPECT_EQ(panel_.open->prompt, "Upload file");
     EXPECT_TRUE(service_.windows().empty());
-    panel_.confirm(files_.folder() / "file.txt");
+    panel_.confirm(files_.path() / "file.txt");
     ASSERT_EQ(service_.windows().size(), 1U);
-    EXPECT_EQ(transfer().file, files_.folder() / "file.txt");
+    EXPECT_EQ(transfer().file, files_.path() / "file.txt");
 }
 
 TEST_F(FileShareWindowTest, AFileDroppedOnThePanelIsSharedAndTwoAreRefused) {
@@ -407,7 +407,7 @@ TEST_F(FileShareWindowTest, AFileDroppedOnThePanelIsSharedAndTwoAreRefused) {
     EXPECT_TRUE(service_.windows().empty());
     EXPECT_EQ(panel_.drop({one}), std::nullopt);
     EXPECT_FALSE(panel_.open);
-    EXPECT_EQ(transfer().file, files_.folder() / "file.txt");
+    EXPECT_EQ(transfer().file, files_.path() / "file.txt");
 }
 
 TEST_F(FileShareWindowTest, AnythingButOneFileIsAnsweredWithTheMessage) {
@@ -422,7 +422,7 @@ TEST_F(FileShareWindowTest, AnythingButOneFileIsAnsweredWithTheMessage) {
 }
 
 TEST_F(FileShareWindowTest, AFolderOpensAWindowWithItsMessage) {
-    EXPECT_EQ(service_.share({core::Url::fromFilePath(files_.folder()).absoluteString()}), std::nullopt);
+    EXPECT_EQ(service_.share({core::Url::fromFilePath(files_.path()).absoluteString()}), std::nullopt);
     EXPECT_EQ(text(*service_.windows().back(), "detail"),
               "Select a regular file. To share a folder, compress it to a ZIP first.");
 }
@@ -441,7 +441,7 @@ TEST_F(FileShareWindowTest, ADroppedFileIsSharedAndTwoAreRefused) {
     const auto one = QUrl::fromEncoded(QByteArray::fromStdString(files_.url("שלום 1.txt").absoluteString()));
     drop({one});
     EXPECT_EQ(service_.windows().size(), 2U);
-    EXPECT_EQ(transfer().file, files_.folder() / "שלום 1.txt");
+    EXPECT_EQ(transfer().file, files_.path() / "שלום 1.txt");
     drop({one, one});
     EXPECT_EQ(service_.windows().size(), 2U);
     const auto* box = window.findChild<QMessageBox*>();

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
 
@@ -57,7 +57,7 @@ protected:
     }
 
     Result run(const std::string& script, const std::string& environment = "") {
-        const auto folder = files_.folder().string();
+        const auto folder = files_.path().string();
         const auto command = "cd " QUILLANE_SOURCE " && env HOME='" + folder + "' CALLS='" + folder +
                              "/calls' PROGRAM='" + folder + "/bin/program' QUILLANE_PACKAGE_FOLDER='" + folder +
                              "/package' PATH='" + folder + "/bin':\"$PATH\" " + environment + " " + script + " 2>&1";
@@ -75,16 +75,14 @@ protected:
 
     /// Every call of one of the programs, one a line.
     [[nodiscard]] std::string calls() const {
-        std::ifstream stream(files_.folder() / "calls");
+        std::ifstream stream(files_.path() / "calls");
         return {std::istreambuf_iterator<char>(stream), {}};
     }
 
-    [[nodiscard]] bool imageWasMade() const {
-        return std::filesystem::exists(files_.folder() / "package/Quillane.dmg");
-    }
+    [[nodiscard]] bool imageWasMade() const { return std::filesystem::exists(files_.path() / "package/Quillane.dmg"); }
 
     [[nodiscard]] std::string cask() const {
-        std::ifstream stream(files_.folder() / "package/quillane.rb");
+        std::ifstream stream(files_.path() / "package/quillane.rb");
         return {std::istreambuf_iterator<char>(stream), {}};
     }
 
@@ -92,13 +90,13 @@ protected:
 
 private:
     void tool(const std::string& name, const std::string& body) {
-        std::filesystem::create_directories(files_.folder() / "bin");
+        std::filesystem::create_directories(files_.path() / "bin");
         const auto path =
             files_.file("bin/" + name, "#!/bin/sh\necho \"" + name + " $*\" >> \"$CALLS\"\n" + body + "\n");
         std::filesystem::permissions(path, std::filesystem::perms::owner_all);
     }
 
-    fakes::TemporaryFiles files_;
+    live::TemporaryFolder files_;
 };
 
 TEST_F(MacScriptsTest, AStepEndsWithItsFirstFailureAndEndsTheScript) {

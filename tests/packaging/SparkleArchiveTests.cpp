@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
 
@@ -46,8 +46,8 @@ protected:
                    " -DFOLDER=" + (folder / "unpacked").string() + " -P " + (folder / "unpack.cmake").string());
     }
 
-    fakes::TemporaryFiles files;
-    std::filesystem::path folder = files.folder();
+    live::TemporaryFolder files;
+    std::filesystem::path folder = files.path();
     std::filesystem::path archive = folder / "archive.tar.xz";
     std::filesystem::path library = folder / "unpacked/Sparkle.framework/Sparkle";
 };

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -14,9 +14,9 @@ namespace {
 
 /// What `failed_tests` of scripts/lib/tests.sh makes of the output of ctest.
 std::string failedTests(const std::string& output) {
-    const fakes::TemporaryFiles files;
+    const live::TemporaryFolder files;
     const auto log = files.file("log", output);
-    const auto names = files.folder() / "names";
+    const auto names = files.path() / "names";
     const auto command = "cd '" QUILLANE_SOURCE "' && bash -c '. scripts/lib/steps.sh; . scripts/lib/tests.sh; "
                          "failed_tests \"$0\"' '" +
                          log.string() + "' > '" + names.string() + "'";

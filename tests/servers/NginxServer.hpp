@@ -3,6 +3,7 @@
 #pragma once
 
 #include "support/ChildProcess.hpp"
+#include "support/Files.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <cstdint>

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/ChildProcess.hpp"
 
+#include "support/Files.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <cerrno>
@@ -189,7 +190,7 @@ ExitStatus ChildProcess::end(std::chrono::milliseconds grace) {
 
 CommandResult runToEnd(Command command, std::chrono::milliseconds limit) {
     CommandResult result;
-    const auto folder = TemporaryFolder::create("quillane-command");
+    const auto folder = live::TemporaryFolder::create("quillane-command");
     if (!folder) {
         result.errors = folder.error();
         return result;

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <QApplication>
 #include <QSize>
@@ -29,7 +29,7 @@ class OffscreenApplication {
             ::setenv("QT_QPA_PLATFORM", platform.c_str(), 1);
         }
 
-        TemporaryFiles files;
+        live::TemporaryFolder files;
     };
 
 public:

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/ProcessMemory.hpp"
 
+#include "support/Files.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <algorithm>

@@ -7,7 +7,7 @@
 #include "fakes/FakeMainQueue.hpp"
 #include "fakes/FakePasteboard.hpp"
 #include "fakes/FakeSerialQueue.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
 
@@ -30,7 +30,7 @@ protected:
         queue.runPosted();
     }
 
-    fakes::TemporaryFiles disk;
+    live::TemporaryFolder disk;
     fakes::FakePasteboard pasteboard;
     fakes::FakeMainQueue queue;
     fakes::FakeSerialQueue fileQueue;
@@ -59,7 +59,7 @@ TEST_F(EntryFilesTest, ReferenceThatLeadsNowhereIsGone) {
 }
 
 TEST_F(EntryFilesTest, ReferenceToAFolderIsAFolder) {
-    const auto referred = entry(pasteboard.referenceTo(disk.folder()));
+    const auto referred = entry(pasteboard.referenceTo(disk.path()));
     static_cast<void>(files.state(referred));
     load();
     EXPECT_EQ(files.state(referred), EntryFiles::State::folder);

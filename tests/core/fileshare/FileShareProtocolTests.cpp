@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/fileshare/FileShareProtocol.hpp"
 
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@
 namespace quillane::core {
 namespace {
 
-using fakes::TemporaryFiles;
+using live::TemporaryFolder;
 using Headers = std::vector<std::pair<std::string, std::string>>;
 
 FileShareServer server(std::string_view address) {
@@ -45,7 +45,7 @@ protected:
         return fileShareProtocol::request(Url::fromFilePath(path), server("https://host")).error();
     }
 
-    TemporaryFiles files_;
+    live::TemporaryFolder files_;
 };
 
 TEST_F(FileShareRequestTest, IsAPutOfTheFileWithItsSize) {
@@ -88,9 +88,9 @@ TEST_F(FileShareRequestTest, GoesBelowTheServersPathAsItIsWritten) {
 }
 
 TEST_F(FileShareRequestTest, OnlyARegularFileIsSent) {
-    EXPECT_EQ(errorFor(files_.folder()), FileShareError::notRegularFile);
+    EXPECT_EQ(errorFor(files_.path()), FileShareError::notRegularFile);
     EXPECT_EQ(errorFor("/dev/null"), FileShareError::notRegularFile);
-    const auto fifo = files_.folder() / "fifo";
+    const auto fifo = files_.path() / "fifo";
     ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
     EXPECT_EQ(errorFor(fifo), FileShareError::notRegularFile);
     const auto web = Url::parse("https://host/file").value();
@@ -98,12 +98,12 @@ TEST_F(FileShareRequestTest, OnlyARegularFileIsSent) {
 }
 
 TEST_F(FileShareRequestTest, AFileThatCannotBeExaminedIsUnreadable) {
-    EXPECT_EQ(errorFor(files_.folder() / "missing"), FileShareError::unreadableFile);
+    EXPECT_EQ(errorFor(files_.path() / "missing"), FileShareError::unreadableFile);
     EXPECT_EQ(errorFor(files_.file("plain") / "below"), FileShareError::unreadableFile);
-    const auto dangling = files_.folder() / "dangling";
+    const auto dangling = files_.path() / "dangling";
     std::filesystem::create_symlink("nowhere", dangling);
     EXPECT_EQ(errorFor(dangling), FileShareError::unreadableFile);
-    const auto loop = files_.folder() / "loop";
+    const auto loop = files_.path() / "loop";
     std::filesystem::create_symlink("loop", loop);
     EXPECT_EQ(errorFor(loop), FileShareError::unreadableFile);
 }
@@ -118,9 +118,9 @@ TEST_F(FileShareRequestTest, AFileWithoutPermissionIsUnreadable) {
 }
 
 TEST_F(FileShareRequestTest, ALinkToAFileIsSentUnderItsOwnName) {
-    std::filesystem::create_symlink(files_.file("original", "123"), files_.folder() / "alias");
+    std::filesystem::create_symlink(files_.file("original", "123"), files_.path() / "alias");
     const auto request =
-        fileShareProtocol::request(Url::fromFilePath(files_.folder() / "alias"), server("https://host")).value();
+        fileShareProtocol::request(Url::fromFilePath(files_.path() / "alias"), server("https://host")).value();
     EXPECT_EQ(request.url.absoluteString(), "https://host/alias");
     EXPECT_EQ(request.headers.back().second, "3");
 }

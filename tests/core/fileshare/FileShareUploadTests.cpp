@@ -4,7 +4,7 @@
 
 #include "fakes/FakeFileExaminer.hpp"
 #include "fakes/FakeUrlSession.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ protected:
 
     [[nodiscard]] FileShareFailure failure() const { return results_.at(0).error(); }
 
-    fakes::TemporaryFiles files_;
+    live::TemporaryFolder files_;
     fakes::FakeFileExaminer disk_;
     fakes::FakeUrlSessions sessions_;
     FileShareServer server_ = FileShareServer::validating("https://host").value();
@@ -44,7 +44,7 @@ TEST_F(FileShareUploadTest, SendsTheFileByARequestOfTheProtocol) {
     start();
     EXPECT_EQ(transfer().request->url.absoluteString(), "https://host/file.txt");
     EXPECT_EQ(transfer().request->method, "PUT");
-    EXPECT_EQ(transfer().file, files_.folder() / "file.txt");
+    EXPECT_EQ(transfer().file, files_.path() / "file.txt");
     EXPECT_TRUE(results_.empty());
 }
 
@@ -75,7 +75,7 @@ TEST_F(FileShareUploadTest, TheLinkInPiecesIsTheResult) {
 }
 
 TEST_F(FileShareUploadTest, AFileThatCannotBeSentFailsAtOnceWithoutASession) {
-    start(Url::fromFilePath(files_.folder()));
+    start(Url::fromFilePath(files_.path()));
     ASSERT_EQ(results_.size(), 1U);
     EXPECT_EQ(failure(), FileShareFailure(FileShareError::notRegularFile));
     EXPECT_TRUE(sessions_.transfers.empty());
@@ -173,7 +173,7 @@ TEST_F(FileShareUploadTest, UploadBeginsWhenTheDiskAnswers) {
 
 TEST_F(FileShareUploadTest, RefusalComesWhenTheDiskAnswers) {
     disk_.goAway();
-    start(Url::fromFilePath(files_.folder()));
+    start(Url::fromFilePath(files_.path()));
     EXPECT_TRUE(results_.empty());
     disk_.comeBack();
     EXPECT_EQ(failure(), FileShareFailure(FileShareError::notRegularFile));

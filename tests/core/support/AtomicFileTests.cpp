@@ -3,7 +3,7 @@
 #include "core/support/AtomicFile.hpp"
 
 #include "core/propertylist/PropertyListSamples.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -33,8 +33,7 @@ protected:
     }
 
     [[nodiscard]] std::size_t entries() const {
-        return static_cast<std::size_t>(
-            std::distance(fs::directory_iterator(files_.folder()), fs::directory_iterator()));
+        return static_cast<std::size_t>(std::distance(fs::directory_iterator(files_.path()), fs::directory_iterator()));
     }
 
     [[nodiscard]] static mode_t mode(const fs::path& path) {
@@ -43,8 +42,8 @@ protected:
         return ::lstat(path.c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
     }
 
-    fakes::TemporaryFiles files_;
-    fs::path file_ = files_.folder() / "settings";
+    live::TemporaryFolder files_;
+    fs::path file_ = files_.path() / "settings";
 };
 
 TEST_F(AtomicFileTest, WritesANewFileWithItsMode) {
@@ -72,7 +71,7 @@ TEST_F(AtomicFileTest, WhoHasTheOldFileOpenKeepsIt) {
 }
 
 TEST_F(AtomicFileTest, ReplacesTheFileBehindASymbolicLink) {
-    const auto elsewhere = files_.folder() / "elsewhere";
+    const auto elsewhere = files_.path() / "elsewhere";
     fs::create_directory(elsewhere);
     fs::create_symlink("elsewhere/real", file_);
     ASSERT_TRUE(writeFileAtomically(file_, bytesOf("one"), 0600)) << "a link that leads nowhere yet";
@@ -82,7 +81,7 @@ TEST_F(AtomicFileTest, ReplacesTheFileBehindASymbolicLink) {
 }
 
 TEST_F(AtomicFileTest, AMissingFolderIsAnError) {
-    EXPECT_EQ(writeFileAtomically(files_.folder() / "none" / "file", bytesOf("a"), 0600).error().number, ENOENT);
+    EXPECT_EQ(writeFileAtomically(files_.path() / "none" / "file", bytesOf("a"), 0600).error().number, ENOENT);
 }
 
 TEST_F(AtomicFileTest, WhenTheFileCannotBeReplacedNothingIsLeftBehind) {
@@ -109,7 +108,7 @@ TEST_F(AtomicFileTest, ReadsAFileWithoutASize) {
 
 TEST_F(AtomicFileTest, ReportsWhyAFileCannotBeRead) {
     EXPECT_EQ(readFile(file_, 10).error().number, ENOENT);
-    EXPECT_EQ(readFile(files_.folder(), 10).error().number, EINVAL);
+    EXPECT_EQ(readFile(files_.path(), 10).error().number, EINVAL);
     EXPECT_EQ(FileError{ENOENT}.message(), "No such file or directory");
 }
 
@@ -124,17 +123,17 @@ TEST_F(AtomicFileTest, RemovesAbandonedTemporariesOfThisFileOnly) {
         static_cast<void>(files_.file(kept));
     }
     removeAbandonedTemporaries(file_);
-    EXPECT_FALSE(fs::exists(files_.folder() / ".settings.abc123.tmp"));
+    EXPECT_FALSE(fs::exists(files_.path() / ".settings.abc123.tmp"));
     EXPECT_EQ(entries(), 4U);
 }
 
 TEST_F(AtomicFileTest, RemovingTemporariesFromAMissingFolderDoesNothing) {
-    removeAbandonedTemporaries(files_.folder() / "none" / "file");
+    removeAbandonedTemporaries(files_.path() / "none" / "file");
     EXPECT_EQ(entries(), 0U);
 }
 
 TEST_F(AtomicFileTest, CreatesMissingFoldersForTheUserAlone) {
-    const auto folder = files_.folder() / "a" / "b" / "c";
+    const auto folder = files_.path() / "a" / "b" / "c";
     ASSERT_TRUE(createPrivateFolder(folder));
     for (const auto& path : {folder, folder.parent_path(), folder.parent_path().parent_path()}) {
         EXPECT_EQ(mode(path), 0700U) << path;
@@ -143,7 +142,7 @@ TEST_F(AtomicFileTest, CreatesMissingFoldersForTheUserAlone) {
 }
 
 TEST_F(AtomicFileTest, CreatesFoldersAndFilesWithTheirModesWhateverTheMask) {
-    const auto folder = files_.folder() / "a" / "b";
+    const auto folder = files_.path() / "a" / "b";
     const mode_t before = ::umask(0777);
     const auto created = createPrivateFolder(folder);
     const auto written = writeFileAtomically(folder / "file", bytesOf("new"), 0600);
@@ -156,9 +155,9 @@ TEST_F(AtomicFileTest, CreatesFoldersAndFilesWithTheirModesWhateverTheMask) {
 }
 
 TEST_F(AtomicFileTest, LeavesAnExistingFolderAsItIs) {
-    ::chmod(files_.folder().c_str(), 0755);
-    ASSERT_TRUE(createPrivateFolder(files_.folder()));
-    EXPECT_EQ(mode(files_.folder()), 0755U);
+    ::chmod(files_.path().c_str(), 0755);
+    ASSERT_TRUE(createPrivateFolder(files_.path()));
+    EXPECT_EQ(mode(files_.path()), 0755U);
 }
 
 TEST_F(AtomicFileTest, AFileInTheWayOfAFolderIsAnError) {

@@ -3,7 +3,7 @@
 #include "core/support/FileIO.hpp"
 
 #include "core/support/FileDescriptor.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -45,7 +45,7 @@ TEST(FileIO, MovesMoreThanOneCallTakes) {
 }
 
 TEST(FileIO, ReadsLessOnlyAtTheEnd) {
-    const fakes::TemporaryFiles files;
+    const live::TemporaryFolder files;
     const FileDescriptor file(::open(files.file("five", "12345").c_str(), O_RDONLY | O_CLOEXEC));
     std::array<std::byte, 3> buffer{};
     EXPECT_EQ(readAll(file.get(), buffer), 3U);
@@ -64,8 +64,8 @@ TEST(FileIO, FailuresLeaveTheirReason) {
 }
 
 TEST(FileIO, FlushesAFolder) {
-    const fakes::TemporaryFiles files;
-    EXPECT_TRUE(flushFolderToDisk(files.folder()));
+    const live::TemporaryFolder files;
+    EXPECT_TRUE(flushFolderToDisk(files.path()));
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 
 #include "support/ChildProcess.hpp"
 #include "support/Environment.hpp"
+#include "support/Files.hpp"
 #include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>

@@ -36,7 +36,7 @@ private:
     char* argv_ = name_.data();
     QCoreApplication application_{argc_, &argv_};
     tl::expected<servers::FaultServer, std::string> server_ = servers::FaultServer::start();
-    fakes::TemporaryFiles files_;
+    live::TemporaryFolder files_;
     QtMainQueue queue_;
     CurlUrlSessions sessions_{queue_, std::make_shared<fakes::FakeProxySettings>()};
 };

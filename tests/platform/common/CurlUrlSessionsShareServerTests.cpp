@@ -23,8 +23,8 @@ protected:
 
     /// What curl gets, with more arguments.
     [[nodiscard]] Answer ask(const std::string& url, const std::vector<std::string>& more = {}) const {
-        const auto headers = files_.folder() / "headers";
-        const auto body = files_.folder() / "body";
+        const auto headers = files_.path() / "headers";
+        const auto body = files_.path() / "body";
         std::vector<std::string> arguments{"/usr/bin/curl",
                                            "--silent",
                                            "--noproxy",

@@ -4,7 +4,7 @@
 #include "platform/common/qt/QtLauncher.hpp"
 
 #include "contracts/LauncherContract.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <chrono>
 #include <fstream>
@@ -34,8 +34,8 @@ public:
     }
 
 private:
-    fakes::TemporaryFiles files_;
-    std::filesystem::path trace_ = files_.folder() / "trace";
+    live::TemporaryFolder files_;
+    std::filesystem::path trace_ = files_.path() / "trace";
     QtLauncher launcher_;
 };
 

@@ -110,7 +110,7 @@ protected:
     }
 
     ThreadFileExaminerDriver driver_;
-    fakes::TemporaryFiles files_;
+    live::TemporaryFolder files_;
     std::vector<core::ExaminedFile> answers_;
 };
 

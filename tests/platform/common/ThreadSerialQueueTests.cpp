@@ -4,7 +4,7 @@
 #include "platform/common/ThreadSerialQueue.hpp"
 
 #include "contracts/SerialQueueContract.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -74,8 +74,8 @@ public:
     }
 
 private:
-    fakes::TemporaryFiles files_;
-    std::filesystem::path path_ = files_.folder() / "silent";
+    live::TemporaryFolder files_;
+    std::filesystem::path path_ = files_.path() / "silent";
 };
 
 /// Asks until it is true, and not once more: asking may change the answer.

@@ -60,7 +60,7 @@ TEST_F(ChangingFileTest, ReadingOrRenamingAnotherFileIsNotAChange) {
     EXPECT_EQ(outcomeOf([this] {
                   std::ifstream(path_).get();
                   ::chmod(path_.c_str(), 0600);
-                  std::filesystem::create_hard_link(path_, files_.folder() / "second name");
+                  std::filesystem::create_hard_link(path_, files_.path() / "second name");
               }).substr(0, 4),
               "link");
 }

@@ -7,7 +7,7 @@
 #include "fakes/FakeProxySettings.hpp"
 #include "platform/common/curl/CurlUrlSessions.hpp"
 #include "platform/common/qt/QtMainQueue.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <QCoreApplication>
 
@@ -86,7 +86,7 @@ private:
     QCoreApplication application_{argc_, &argv_};
 
 protected:
-    fakes::TemporaryFiles files_;
+    live::TemporaryFolder files_;
     std::string content_ = "the content of the file";
     QtMainQueue queue_;
     std::shared_ptr<fakes::FakeProxySettings> proxies_ = std::make_shared<fakes::FakeProxySettings>();

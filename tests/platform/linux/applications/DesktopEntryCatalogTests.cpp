@@ -6,7 +6,7 @@
 #include "contracts/ApplicationCatalogContract.hpp"
 #include "platform/common/qt/QtMainQueue.hpp"
 #include "platform/linux/applications/DesktopEntries.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -45,8 +45,8 @@ protected:
         return result;
     }
 
-    fakes::TemporaryFiles files;
-    std::vector<fs::path> folders{files.folder() / "home", files.folder() / "system"};
+    live::TemporaryFolder files;
+    std::vector<fs::path> folders{files.path() / "home", files.path() / "system"};
 };
 
 TEST_F(DesktopEntriesTest, TheDeclaredClassOfAnEntryIsTheIdentifier) {
@@ -116,9 +116,9 @@ public:
     static constexpr auto running = "featherPad";
 
     DesktopEntryCatalogDriver() {
-        ::setenv("XDG_DATA_HOME", files_.folder().c_str(), 1);
+        ::setenv("XDG_DATA_HOME", files_.path().c_str(), 1);
         ::setenv("XDG_DATA_DIRS", "/nowhere", 1);
-        const auto folder = files_.folder() / "applications";
+        const auto folder = files_.path() / "applications";
         write(folder / "org.xfce.mousepad.desktop", "Name=Mousepad\nExec=mousepad\n");
         write(folder / "com.quillane.app.desktop", "Name=Quillane\nExec=quillane\nStartupWMClass=quillane\n");
         write(folder / "featherpad.desktop", "Name=FeatherPad\nExec=featherpad\nStartupWMClass=featherPad\n");
@@ -155,7 +155,7 @@ private:
     char name_[5] = "test";
     std::array<char*, 2> argv_{name_, nullptr};
     QCoreApplication application_{argc_, argv_.data()};
-    fakes::TemporaryFiles files_;
+    live::TemporaryFolder files_;
     QtMainQueue queue_;
     std::shared_ptr<InstalledApplications> installed_; // shared with the catalog
     std::unique_ptr<ApplicationCatalog> catalog_;

@@ -5,7 +5,7 @@
 
 #include "fakes/FakeDesktop.hpp"
 #include "platform/linux/applications/TerminalFocus.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -78,9 +78,9 @@ TEST(TerminalShortcuts, OtherKeysStayUnchanged) {
 class TerminalFocusTest : public ::testing::Test {
 protected:
     TerminalFocusTest() {
-        ::setenv("XDG_DATA_HOME", files_.folder().c_str(), 1);
+        ::setenv("XDG_DATA_HOME", files_.path().c_str(), 1);
         ::setenv("XDG_DATA_DIRS", "/nowhere", 1);
-        const auto folder = files_.folder() / "applications";
+        const auto folder = files_.path() / "applications";
         std::filesystem::create_directories(folder);
         std::ofstream(folder / "term.desktop") << "[Desktop Entry]\nType=Application\nName=T\nExec=term\n"
                                                   "Categories=System;TerminalEmulator;\n";
@@ -109,7 +109,7 @@ protected:
         desktop_.accessibility.focus(desktop_.frontPid(), &text);
     }
 
-    fakes::TemporaryFiles files_;
+    live::TemporaryFolder files_;
     fakes::FakeDesktop desktop_;
     std::shared_ptr<InstalledApplications> installed_; // shared as with a workspace
 };

@@ -9,7 +9,7 @@
 #include "platform/linux/x11/X11Connection.hpp"
 #include "platform/linux/x11/X11Properties.hpp"
 #include "platform/linux/x11/X11TestServer.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 #include "support/Waiting.hpp"
 
 #include <gmock/gmock.h>
@@ -29,7 +29,7 @@ using testing::WindowProcess;
 class X11WorkspaceTest : public testing::X11Test {
 protected:
     X11WorkspaceTest() : connection_(std::move(*X11Connection::open(server_.display()))) {
-        ::setenv("XDG_DATA_HOME", files_.folder().c_str(), 1);
+        ::setenv("XDG_DATA_HOME", files_.path().c_str(), 1);
     }
 
     ~X11WorkspaceTest() override { ::unsetenv("XDG_DATA_HOME"); }
@@ -39,7 +39,7 @@ protected:
 
     /// Installs an application.
     void install(const std::string& id, const std::string& lines) const {
-        const auto folder = files_.folder() / "applications";
+        const auto folder = files_.path() / "applications";
         std::filesystem::create_directories(folder);
         std::ofstream(folder / (id + ".desktop")) << "[Desktop Entry]\nType=Application\nName=N\n" << lines;
     }
@@ -117,7 +117,7 @@ protected:
     }
 
     std::shared_ptr<X11Connection> connection_; // shared so that it can stand for the owner of answers
-    fakes::TemporaryFiles files_;
+    live::TemporaryFolder files_;
     QtMainQueue queue_;
     std::unique_ptr<TestProcess> manager_;
     std::shared_ptr<InstalledApplications> installed_; // shared with the workspace
@@ -210,7 +210,7 @@ TEST_F(X11WorkspaceTest, ListsRunningApplicationsOfOneIdentifierInTheOrderOfOpen
 
 TEST_F(X11WorkspaceTest, FindsAProgramWithoutAWindowByTheNameOfItsFileAndEndsIt) {
     startWindowManager();
-    const auto program = files_.folder() / "com.example.agent";
+    const auto program = files_.path() / "com.example.agent";
     std::filesystem::copy_file(QUILLANE_WINDOW_STANDIN, program);
     EXPECT_TRUE(workspace().runningApplications("com.example.agent").empty());
     TestProcess agent({program.string(), "Agent", "--hidden"});

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/clipboard/ClipboardVault.hpp"
 #include "platform/ProcessProtection.hpp"
+#include "support/Files.hpp"
 #include "support/ProcessMemory.hpp"
 #include "support/TemporaryFolder.hpp"
 

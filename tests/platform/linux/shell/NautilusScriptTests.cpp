@@ -5,7 +5,7 @@
 
 #include "platform/linux/shell/CommandServicesMenu.hpp"
 #include "platform/linux/x11/X11TestServer.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -36,15 +36,15 @@ protected:
         return {std::istreambuf_iterator<char>(in), {}};
     }
 
-    fakes::TemporaryFiles files_;
-    fs::path folder_ = files_.folder() / "nautilus" / "scripts";
-    fs::path program_ = files_.folder() / "it's" / "quillane";
+    live::TemporaryFolder files_;
+    fs::path folder_ = files_.path() / "nautilus" / "scripts";
+    fs::path program_ = files_.path() / "it's" / "quillane";
     NautilusScript script_{program_, folder_};
 };
 
 TEST_F(NautilusScriptTest, RunsTheCommandWithTheChosenFiles) {
     fs::create_directories(program_.parent_path());
-    const auto log = files_.folder() / "log";
+    const auto log = files_.path() / "log";
     std::ofstream(program_) << "#!/bin/sh\nprintf '%s\\n' \"$@\" >'" << log.string() << "'\n";
     fs::permissions(program_, fs::perms::owner_all);
     EXPECT_FALSE(script_.exists());
@@ -70,7 +70,7 @@ TEST_F(NautilusScriptTest, HasOneTitleAtATimeAndLeavesOtherScriptsAlone) {
 }
 
 TEST_F(NautilusScriptTest, FolderThatCannotBeMadeIsAFailure) {
-    std::ofstream(files_.folder() / "nautilus") << "a file";
+    std::ofstream(files_.path() / "nautilus") << "a file";
     EXPECT_FALSE(script_.write("Title"));
     EXPECT_FALSE(script_.exists());
 }

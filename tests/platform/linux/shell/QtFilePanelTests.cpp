@@ -8,7 +8,7 @@
 #include "fakes/FakeUserDefaults.hpp"
 #include "support/FocusableNames.hpp"
 #include "support/KnownTexts.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 #include "views/InterfaceLanguage.hpp"
 
 #include <QApplication>
@@ -30,11 +30,11 @@ namespace {
 
 class QtFilePanelDriver {
 public:
-    fakes::TemporaryFiles files;
+    live::TemporaryFolder files;
 
 private:
     bool offscreen_ = qputenv("QT_QPA_PLATFORM", "offscreen");
-    bool ownSettings_ = qputenv("XDG_CONFIG_HOME", QByteArray::fromStdString(files.folder() / "config")); // Qt's places
+    bool ownSettings_ = qputenv("XDG_CONFIG_HOME", QByteArray::fromStdString(files.path() / "config")); // Qt's places
     int argc_ = 1;
     std::string name_ = "tests";
     char* argv_ = name_.data();
@@ -165,7 +165,7 @@ protected:
             texts(language), [](const std::filesystem::path&) {},
             [this](const std::vector<std::string>&) { return answer; });
         auto& dialog = *QtFilePanelDriver::dialog();
-        dialog.setDirectory(QString::fromStdString(driver.files.folder()));
+        dialog.setDirectory(QString::fromStdString(driver.files.path()));
         dialog.setViewMode(QFileDialog::Detail);
         EXPECT_TRUE(QTest::qWaitFor([&] { return table().model()->rowCount(table().rootIndex()) >= 4; }));
         return dialog;
@@ -202,7 +202,7 @@ TEST_P(QtFilePanelTextsTest, NothingIsInAnotherLanguage) {
     fakes::KnownTexts known(language);
     auto& dialog = open(language);
     known.allowPattern("/.*"); // paths
-    known.allow(QString::fromStdString(driver.files.folder().filename()));
+    known.allow(QString::fromStdString(driver.files.path().filename()));
     const auto text = [&](const core::LocalizedText& row) { return rendered(row, language); };
     known.allowPattern(text(core::texts::qtShow) + " (" + text(core::texts::qtSize) + "|" + text(core::texts::qtType) +
                        "|" + text(core::texts::qtDateModified) + ")");
@@ -282,7 +282,7 @@ TEST_P(QtFilePanelTextsTest, AnotherLanguageIsFollowedWhileItIsOpen) {
     QApplication::processEvents();
     fakes::KnownTexts known(GetParam());
     known.allowPattern("/.*");
-    known.allow(QString::fromStdString(driver.files.folder().filename()));
+    known.allow(QString::fromStdString(driver.files.path().filename()));
     known.checkWindow(dialog);
     EXPECT_EQ(dialog.labelText(QFileDialog::Reject), rendered(core::texts::cancel, GetParam()));
     EXPECT_EQ(dialog.layoutDirection(), core::isRTL(GetParam()) ? Qt::RightToLeft : Qt::LeftToRight);

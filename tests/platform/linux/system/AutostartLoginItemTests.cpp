@@ -5,7 +5,7 @@
 
 #include "contracts/LoginItemContract.hpp"
 #include "fakes/FakeLoginItemService.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -23,8 +23,8 @@ public:
     LoginItemService& service() { return service_; }
 
 private:
-    fakes::TemporaryFiles files_;
-    AutostartLoginItem service_{"/bin/sh", files_.folder() / "config" / "autostart"};
+    live::TemporaryFolder files_;
+    AutostartLoginItem service_{"/bin/sh", files_.path() / "config" / "autostart"};
 };
 
 class FakeDriver {
@@ -46,15 +46,15 @@ protected:
 
     /// A program with this path below the temporary folder.
     [[nodiscard]] std::filesystem::path install(const std::string& path) const {
-        const auto program = files.folder() / path;
+        const auto program = files.path() / path;
         std::filesystem::create_directories(program.parent_path());
         std::ofstream(program) << "#!/bin/sh\n";
         std::filesystem::permissions(program, std::filesystem::perms::owner_all);
         return program;
     }
 
-    fakes::TemporaryFiles files;
-    std::filesystem::path folder = files.folder() / "autostart";
+    live::TemporaryFolder files;
+    std::filesystem::path folder = files.path() / "autostart";
 };
 
 TEST_F(AutostartLoginItemTest, TheEntryStartsTheProgramAtLoginWithItsPathQuoted) {
@@ -97,7 +97,7 @@ TEST_F(AutostartLoginItemTest, AnEntryThatTheDesktopHasSwitchedOffIsOff) {
 TEST_F(AutostartLoginItemTest, FolderThatIsMadeIsPrivateAndTheEntryIsNobodyElsesToWriteWhateverTheMask) {
     for (const mode_t mask : {0U, 0777U}) {
         const mode_t before = ::umask(mask);
-        const auto made = files.folder() / std::to_string(mask) / "autostart";
+        const auto made = files.path() / std::to_string(mask) / "autostart";
         EXPECT_TRUE(AutostartLoginItem("/bin/sh", made).enable()) << mask;
         ::umask(before);
         const auto modeOf = [](const std::filesystem::path& path) {

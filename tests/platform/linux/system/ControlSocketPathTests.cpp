@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/common/control/ControlSocket.hpp"
 
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -14,17 +14,17 @@ namespace {
 
 class ControlSocketPathTest : public ::testing::Test {
 protected:
-    ControlSocketPathTest() { ::setenv("XDG_RUNTIME_DIR", files_.folder().c_str(), 1); }
+    ControlSocketPathTest() { ::setenv("XDG_RUNTIME_DIR", files_.path().c_str(), 1); }
 
     ~ControlSocketPathTest() override {
         ::unsetenv("XDG_RUNTIME_DIR");
         ::unsetenv("FLATPAK_ID");
     }
 
-    [[nodiscard]] std::filesystem::path runtimeFolder() const { return files_.folder(); }
+    [[nodiscard]] std::filesystem::path runtimeFolder() const { return files_.path(); }
 
 private:
-    fakes::TemporaryFiles files_;
+    live::TemporaryFolder files_;
 };
 
 TEST_F(ControlSocketPathTest, LiesInTheRuntimeFolder) {

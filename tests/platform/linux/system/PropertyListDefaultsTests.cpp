@@ -4,7 +4,7 @@
 
 #include "contracts/UserDefaultsContract.hpp"
 #include "core/propertylist/PropertyList.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -36,8 +36,8 @@ public:
     }
 
 private:
-    fakes::TemporaryFiles files_;
-    fs::path file_ = files_.folder() / "config" / "defaults.plist";
+    live::TemporaryFolder files_;
+    fs::path file_ = files_.path() / "config" / "defaults.plist";
     std::unique_ptr<PropertyListDefaults> defaults_ = std::make_unique<PropertyListDefaults>(file_);
 };
 
@@ -109,8 +109,8 @@ protected:
         return ::stat(path.c_str(), &status) == 0 ? status.st_ino : 0;
     }
 
-    fakes::TemporaryFiles files_;
-    fs::path folder_ = files_.folder() / "quillane";
+    live::TemporaryFolder files_;
+    fs::path folder_ = files_.path() / "quillane";
     fs::path file_ = folder_ / "defaults.plist";
 };
 
@@ -288,7 +288,7 @@ TEST_F(PropertyListDefaultsTest, AbandonedTemporariesAreRemovedAtTheStart) {
 
 TEST_F(PropertyListDefaultsTest, AnUnreadableFileStaysUntouchedAndChangesAreLaidOverItLater) {
     static_cast<void>(sampleFile());
-    fs::permissions(files_.folder(), fs::perms::all);
+    fs::permissions(files_.path(), fs::perms::all);
     fs::permissions(folder_, fs::perms::all);
     fs::permissions(file_, fs::perms::none);
     const auto before = identity(file_);
@@ -315,7 +315,7 @@ TEST_F(PropertyListDefaultsTest, AnUnreadableFileStaysUntouchedAndChangesAreLaid
 
 TEST_F(PropertyListDefaultsTest, InAReadOnlyFolderChangesStayInMemoryUntilItCanBeWritten) {
     static_cast<void>(sampleFile());
-    fs::permissions(files_.folder(), fs::perms::all);
+    fs::permissions(files_.path(), fs::perms::all);
     fs::permissions(folder_, fs::perms(0555));
     fs::permissions(file_, fs::perms(0644));
     const OrdinaryUser user;
@@ -335,7 +335,7 @@ TEST_F(PropertyListDefaultsTest, InAReadOnlyFolderChangesStayInMemoryUntilItCanB
 
 TEST_F(PropertyListDefaultsTest, ADamagedFileInAReadOnlyFolderIsNotLost) {
     write("garbage");
-    fs::permissions(files_.folder(), fs::perms::all);
+    fs::permissions(files_.path(), fs::perms::all);
     fs::permissions(folder_, fs::perms(0555));
     fs::permissions(file_, fs::perms(0644));
     const OrdinaryUser user;

@@ -5,7 +5,7 @@
 
 #include "contracts/SecretStoreContract.hpp"
 #include "core/clipboard/VaultKey.hpp"
-#include "support/TemporaryFiles.hpp"
+#include "support/TemporaryFolder.hpp"
 #include "support/TestProcess.hpp"
 
 #include <gtest/gtest.h>
@@ -78,7 +78,7 @@ public:
     void endBus() { bus_.reset(); }
 
     /// The folder of everything that the session has on disk.
-    [[nodiscard]] std::string home() const { return home_.folder().string(); }
+    [[nodiscard]] std::string home() const { return home_.path().string(); }
 
 private:
     struct Answer {
@@ -104,7 +104,7 @@ private:
         return answer;
     }
 
-    fakes::TemporaryFiles home_;
+    live::TemporaryFolder home_;
     std::unique_ptr<TestProcess> bus_;
     std::unique_ptr<TestProcess> keyring_;
 };
