@@ -65,7 +65,7 @@ TEST_P(LiveFloodTest, AgentAnswersAndItsMemoryStaysBounded) {
             desktop().keyboard().tapWith({Key::leftShift}, Key::a);
             return editorText().ends_with('a');
         },
-        patience, milliseconds{100}))
+        defaultTimeout, milliseconds{100}))
         << editorText();
 }
 

@@ -37,7 +37,7 @@ protected:
                 desktop().keyboard().tapWith({Key::leftShift}, Key::a);
                 return editorText().ends_with('a');
             },
-            patience, milliseconds{100});
+            defaultTimeout, milliseconds{100});
     }
 };
 

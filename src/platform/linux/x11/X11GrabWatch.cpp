@@ -8,7 +8,7 @@ namespace quillane {
 
 namespace {
 
-constexpr int mostAtOnce = 256; ///< events, so that a flood of them does not keep the caller from its clock
+constexpr int maximumAtOnce = 256; ///< events, so that a flood of them does not keep the caller from its clock
 
 } // namespace
 
@@ -37,7 +37,7 @@ void X11GrabWatch::listen(bool listens) {
 }
 
 void X11GrabWatch::read() {
-    for (int i = 0; i < mostAtOnce; ++i) {
+    for (int i = 0; i < maximumAtOnce; ++i) {
         auto* event = xcb_poll_for_event(connection_);
         if (event == nullptr) {
             return;
