@@ -87,10 +87,11 @@ TEST(FlatpakManifest, LetsTheProgramReachEveryServiceThatItCalls) {
     }
 }
 
-TEST(SymbolicIcon, IsDrawnInOneColor) {
+TEST(SymbolicIcon, IsFilledInOneColor) {
     const auto text = live::readFile(linuxFolder / "icons/com.quillane.app-symbolic.svg");
     const std::regex color("#[0-9a-f]{6}");
     EXPECT_NE(text, "");
+    EXPECT_EQ(text.find("stroke"), std::string::npos); // toolkits fill every path
     for (auto it = std::sregex_iterator(text.begin(), text.end(), color); it != std::sregex_iterator(); ++it) {
         EXPECT_EQ(it->str(), "#2e3436"); // which toolkits replace by the color of the text
     }
