@@ -59,7 +59,7 @@ void AppDelegate::runMonitor() {
     if (monitor_.isRunning() && (model_.options().shiftEnglish || model_.options().writingDirection)) {
         browserWaker_.wake(); // so that its fields are there when the first key or chord is for them
     }
-    if (monitor_.isRunning() && model_.options().writingDirection && services_.desktop == core::Desktop::macOS) {
+    if (monitor_.isRunning() && model_.options().writingDirection && platform_.desktop == core::Desktop::macOS) {
         direction_.lookUpFront(); // elsewhere the items of closed menus cannot be pressed
     }
 }
