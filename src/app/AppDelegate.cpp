@@ -50,6 +50,7 @@ AppDelegate::AppDelegate(const Platform& platform, core::AppPreferences& prefere
       monitor_(platform, input_),
       browserWaker_(*platform.accessibility, *platform.workspace),
       switcher_(*platform.inputSources, platform.desktop),
+      retyper_(*platform.inputSources),
       direction_(
           DirectionServices{*platform.accessibility, *platform.workspace, *platform.mainQueue, *platform.userDefaults},
           [this] { return model_.canTestDirection(); }, [this](const core::LocalizedText& text) { report(text); }),
@@ -120,6 +121,7 @@ void AppDelegate::wireControllers() {
     permissions_.presentGuide = [this](core::MacPermission permission) { dragGuide_.present(permission); };
     permissions_.applicationIsActive = [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; };
     clipboardPanel_.onShow = [this] { makeHistoryPanel(); };
+    clipboardPanel_.retyped = [this](const std::string& query) { return retyper_.retyped(query); };
     clipboardPanel_.onPasteFailed = [this](const core::LocalizedText& text) {
         report(text);
         notify(text); // the panel has closed

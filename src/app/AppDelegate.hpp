@@ -18,6 +18,7 @@
 #include "keyboard/InputSourceSwitcher.hpp"
 #include "keyboard/KeyboardMonitor.hpp"
 #include "keyboard/RTLInput.hpp"
+#include "keyboard/Retyper.hpp"
 #include "permissions/PermissionController.hpp"
 #include "permissions/PermissionDragGuide.hpp"
 #include "platform/AgentControl.hpp"
@@ -140,6 +141,7 @@ private:
     KeyboardMonitor monitor_;
     BrowserWaker browserWaker_;
     InputSourceSwitcher switcher_;
+    Retyper retyper_;
     DirectionCommands direction_;
     FileShareService fileShare_;
     ClipboardManager clipboard_;

@@ -3,11 +3,14 @@
 
 #include "clipboard/ClipboardPanel.hpp"
 
+#include "core/clipboard/SearchText.hpp"
 #include "core/localization/Texts.hpp"
 #include "platform/Platform.hpp"
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
+#include <unordered_set>
 #include <utility>
 
 namespace quillane {
@@ -99,8 +102,32 @@ void ClipboardPanel::setQuery(std::string query) {
 
 void ClipboardPanel::update() {
     filtered_ = manager_.history().filtered(query_, manager_.options());
+    findRetyped();
     refreshSelection();
     changes_.notify();
+}
+
+/// A word that was typed in the wrong layout finds what was meant, below what was typed.
+void ClipboardPanel::findRetyped() {
+    matchCount_ = filtered_.size();
+    retypedQuery_.reset();
+    if (!retyped || core::SearchQuery(query_).isEmpty()) {
+        return;
+    }
+    auto query = retyped(query_);
+    if (!query || core::SearchQuery(*query).isEmpty()) {
+        return;
+    }
+    auto more = manager_.history().filtered(*query, manager_.options());
+    std::unordered_set<core::Uuid> matching;
+    for (const auto& entry : filtered_) {
+        matching.insert(entry.id);
+    }
+    std::erase_if(more, [&](const auto& entry) { return matching.contains(entry.id); });
+    if (!more.empty()) {
+        std::ranges::move(more, std::back_inserter(filtered_));
+        retypedQuery_ = std::move(query);
+    }
 }
 
 void ClipboardPanel::refreshSelection() {

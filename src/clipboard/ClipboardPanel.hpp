@@ -51,8 +51,14 @@ public:
     /// Searches at once. The selection stays if its entry is among the results.
     void setQuery(std::string query);
 
-    /// The search results, in the order of display.
+    /// The search results, in the order of display: what matches the query, then what only matches `retypedQuery`.
     [[nodiscard]] const std::vector<core::ClipboardEntry>& filtered() const { return filtered_; }
+
+    /// The query as it would be in the other keyboard layout; none unless it finds more.
+    [[nodiscard]] const std::optional<std::string>& retypedQuery() const { return retypedQuery_; }
+
+    /// The number of results that match the query as typed.
+    [[nodiscard]] std::size_t matchCount() const { return matchCount_; }
 
     [[nodiscard]] const std::optional<core::Uuid>& selection() const { return selection_; }
 
@@ -87,6 +93,10 @@ public:
     /// The history is empty, whatever the query.
     [[nodiscard]] bool isHistoryEmpty() const { return manager_.history().entries().empty(); }
 
+    /// Returns a query as the same keys type it in the other keyboard layout, if that is another text. Absent where
+    /// layouts are not known.
+    std::function<std::optional<std::string>(const std::string& query)> retyped;
+
     std::function<void()> onShow;                                  ///< the window is to be placed and shown
     std::function<void()> onClose;                                 ///< the window is to be hidden
     std::function<void(const core::LocalizedText&)> onPasteFailed; ///< says what the user can still do
@@ -103,6 +113,7 @@ private:
     };
 
     void update();
+    void findRetyped();
     void refreshSelection();
     void moveSelection(int by);
     [[nodiscard]] std::optional<std::size_t> selectedIndex() const;
@@ -117,6 +128,8 @@ private:
     std::optional<core::Uuid> selection_;
     std::optional<core::LocalizedText> message_;
     std::vector<core::ClipboardEntry> filtered_;
+    std::size_t matchCount_ = 0; ///< of the results
+    std::optional<std::string> retypedQuery_;
     std::uint64_t generation_ = 0;            ///< counts choices; a paste attempt of an older one stops
     std::optional<RunningApplication> noted_; ///< the application that was in front last
     std::optional<RunningApplication> target_;

@@ -5,6 +5,7 @@
 #include "core/clipboard/ClipboardOptions.hpp"
 #include "core/clipboard/VaultLock.hpp"
 #include "core/localization/Texts.hpp"
+#include "support/KeyboardLayouts.hpp"
 
 #include <nlohmann/json.hpp>
 
@@ -53,6 +54,21 @@ TEST_F(AgentClipboardTest, CopiesAreCountedAndNotShown) {
     copy("a secret");
     EXPECT_EQ(clipboard().at("entries"), 1);
     EXPECT_EQ(toJson(delegate->statusReport()).find("a secret"), std::string::npos);
+}
+
+TEST_F(AgentClipboardTest, SearchFindsWhatWasTypedInTheOtherLayout) {
+    desktop.inputSources.setLayout(fakes::english().id, testing::englishLayout());
+    desktop.inputSources.setLayout(fakes::hebrew().id, testing::hebrewLayout());
+    start();
+    copy("שלום");
+    copy("akuo");
+    auto& panel = delegate->clipboardPanel();
+    panel.toggle();
+    panel.setQuery("akuo");
+    EXPECT_EQ(panel.retypedQuery(), "שלום");
+    EXPECT_EQ(panel.filtered().size(), 2U);
+    panel.setQuery("שלום");
+    EXPECT_EQ(panel.retypedQuery(), "akuo");
 }
 
 TEST_F(AgentClipboardTest, PauseAllRecordsNothing) {

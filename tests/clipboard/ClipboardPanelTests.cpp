@@ -53,6 +53,38 @@ TEST_F(ClipboardPanelTest, TypingFiltersAndMovesTheSelectionToTheFirstMatch) {
     EXPECT_EQ(selected(), "banana");
 }
 
+TEST_F(ClipboardPanelTest, SearchAlsoFindsWhatTheSameKeysTypeInTheOtherLayout) {
+    auto& panel = open({"שלום", "akuo", "שלום akuo", "other"});
+    panel.retyped = [](const std::string& query) {
+        return query == "akuo" ? std::optional<std::string>("שלום") : std::nullopt;
+    };
+    panel.setQuery("akuo");
+    EXPECT_THAT(found(), ElementsAre("שלום akuo", "akuo", "שלום")); // what matches as typed comes first
+    EXPECT_EQ(panel.matchCount(), 2U);
+    EXPECT_EQ(panel.retypedQuery(), "שלום");
+    panel.handle(key::down, 0);
+    panel.handle(key::down, 0);
+    EXPECT_EQ(selected(), "שלום");
+
+    panel.setQuery("other");
+    EXPECT_THAT(found(), ElementsAre("other"));
+    EXPECT_EQ(panel.retypedQuery(), std::nullopt);
+}
+
+TEST_F(ClipboardPanelTest, RetypedQueryThatFindsNothingMoreIsNotReported) {
+    auto& panel = open({"akuo"});
+    panel.retyped = [](const std::string&) { return std::optional<std::string>("שלום"); };
+    panel.setQuery("akuo");
+    EXPECT_EQ(panel.retypedQuery(), std::nullopt);
+    EXPECT_EQ(panel.matchCount(), 1U);
+    // A query without letters matches everything already, and a retyped one without letters would.
+    panel.setQuery(" ");
+    EXPECT_THAT(found(), ElementsAre("akuo"));
+    panel.retyped = [](const std::string&) { return std::optional<std::string>(" "); };
+    panel.setQuery("nowhere");
+    EXPECT_THAT(found(), ElementsAre());
+}
+
 TEST_F(ClipboardPanelTest, OpeningAgainStartsFresh) {
     open({"apple", "banana"}).setQuery("apple");
     panel_->toggle();

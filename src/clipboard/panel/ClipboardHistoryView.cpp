@@ -101,6 +101,7 @@ ClipboardHistoryView::ClipboardHistoryView(const HistoryPanelServices& services)
       search_(new SearchBox(symbols_)),
       recordingOff_(new PanelNotice("recordingOff")),
       notice_(new PanelNotice("notice")),
+      retypedQuery_(textLabel("secondary")),
       list_(new ClipboardList),
       row_(new ClipboardRow(*entries_, images_, files_, symbols_, services.platform.desktop, list_)),
       emptySymbol_(new QLabel),
@@ -174,6 +175,8 @@ void ClipboardHistoryView::build() {
     header->addWidget(search_);
     header->addWidget(recordingOff_);
     header->addWidget(notice_);
+    retypedQuery_->setObjectName(QStringLiteral("retypedQuery"));
+    header->addWidget(retypedQuery_);
     pages_ = new QStackedLayout;
     pages_->addWidget(list_);
     pages_->addWidget(empty);
@@ -240,7 +243,7 @@ void ClipboardHistoryView::end() {
     dismissPreview();
     helpCard_->hide();
     images_.dropPending();
-    entries_->setEntries({}, {});
+    entries_->setEntries({}, {}, 0, {});
 }
 
 // What is shown
@@ -255,7 +258,8 @@ void ClipboardHistoryView::refresh() {
     if (search_->field().text() != query) {
         search_->field().setText(query);
     }
-    entries_->setEntries(panel.filtered(), panel.query());
+    entries_->setEntries(panel.filtered(), panel.query(), panel.matchCount(),
+                         panel.retypedQuery().value_or(std::string()));
     pages_->setCurrentIndex(panel.filtered().empty() ? 1 : 0);
     updateNotices(language);
     updateEmptyState(language);
@@ -288,6 +292,9 @@ void ClipboardHistoryView::updateNotices(core::AppLanguage language) {
     recordingOff_->setVisible(services_.panel.isRecordingOff());
     notice_->showTexts(notice ? rendered(*notice, language) : QString(), rendered(texts::settings, language));
     notice_->setVisible(notice.has_value());
+    const auto& retyped = services_.panel.retypedQuery();
+    retypedQuery_->setText(retyped ? rendered(texts::alsoSearchedFor(inOneLine(*retyped)), language) : QString());
+    retypedQuery_->setVisible(retyped.has_value());
 }
 
 void ClipboardHistoryView::updateEmptyState(core::AppLanguage language) {
@@ -421,7 +428,7 @@ void ClipboardHistoryView::showPreview(const core::Uuid& id) {
         return;
     }
     const auto rect = list_->visualRect(entries_->index(*row));
-    preview_->present(entries_->entry(*row), entries_->query(), entries_->language(),
+    preview_->present(entries_->entry(*row), entries_->query(*row), entries_->language(),
                       {QRect(mapToGlobal(QPoint(0, 0)), size()),
                        QRect(list_->viewport()->mapToGlobal(rect.topLeft()), rect.size()),
                        screen()->availableGeometry()});

@@ -73,6 +73,7 @@ private:
     SearchBox* search_;
     PanelNotice* recordingOff_;
     PanelNotice* notice_;
+    QLabel* retypedQuery_; ///< what was also searched for
     ClipboardList* list_;
     ClipboardRow* row_;
     QStackedLayout* pages_ = nullptr;

@@ -9,8 +9,11 @@
 
 namespace quillane {
 
-void ClipboardListModel::setEntries(const std::vector<core::ClipboardEntry>& entries, const std::string& query) {
+void ClipboardListModel::setEntries(const std::vector<core::ClipboardEntry>& entries, const std::string& query,
+                                    std::size_t matchCount, const std::string& secondQuery) {
     query_ = core::SearchQuery(query);
+    matchCount_ = matchCount;
+    secondQuery_ = core::SearchQuery(secondQuery);
     if (std::ranges::equal(entries, entries_, {}, &core::ClipboardEntry::id, &core::ClipboardEntry::id)) {
         entries_ = entries; // a pin, a date or the bold parts may have changed
         if (!entries_.empty()) {

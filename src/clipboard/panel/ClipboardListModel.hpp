@@ -23,8 +23,10 @@ class ClipboardListModel : public QAbstractListModel {
 public:
     explicit ClipboardListModel(EntryFiles& files) : files_(files) {}
 
-    /// Takes over the results. Rows whose entries keep their places are kept.
-    void setEntries(const std::vector<core::ClipboardEntry>& entries, const std::string& query);
+    /// Takes over the results. Rows whose entries keep their places are kept. From the row `matchCount` on, the entries
+    /// match the second query instead.
+    void setEntries(const std::vector<core::ClipboardEntry>& entries, const std::string& query, std::size_t matchCount,
+                    const std::string& secondQuery);
 
     void setLanguage(core::AppLanguage language) { language_ = language; }
 
@@ -37,7 +39,10 @@ public:
 
     [[nodiscard]] std::optional<int> rowOf(const core::Uuid& id) const;
 
-    [[nodiscard]] const core::SearchQuery& query() const { return query_; }
+    /// What the entry of the row matches.
+    [[nodiscard]] const core::SearchQuery& query(int row) const {
+        return static_cast<std::size_t>(row) < matchCount_ ? query_ : secondQuery_;
+    }
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
 
@@ -49,6 +54,8 @@ private:
     core::AppLanguage language_ = core::AppLanguage::english;
     std::vector<core::ClipboardEntry> entries_;
     core::SearchQuery query_{{}};
+    std::size_t matchCount_ = 0;
+    core::SearchQuery secondQuery_{{}};
 };
 
 } // namespace quillane

@@ -178,8 +178,8 @@ void ClipboardRow::paint(QPainter* painter, const QStyleOptionViewItem& option, 
     painter->setOpacity(1);
     const auto line = sourceLine(entry, drawing.pixels, state, list_.language());
     const TextBlock source{
-        wholeText(line, list_.query()),  smallFont(option.font), drawing.secondary, option.direction, 1,
-        TextBlock::Alignment::interface, option.direction};
+        wholeText(line, list_.query(index.row())), smallFont(option.font), drawing.secondary, option.direction, 1,
+        TextBlock::Alignment::interface,           option.direction};
     source.draw(*painter, content.adjusted(0, used + lineGap, 0, 0));
     const int marksWidth = metrics(option.font).marksWidth;
     drawMarks(drawing, placed(inner.width() - marksWidth, ground.top(), marksWidth, ground.height()));
@@ -187,7 +187,7 @@ void ClipboardRow::paint(QPainter* painter, const QStyleOptionViewItem& option, 
 }
 
 int ClipboardRow::drawText(const Drawing& drawing, const QRect& rect) const {
-    auto shown = excerpt(*drawing.entry.text, list_.query());
+    auto shown = excerpt(*drawing.entry.text, list_.query(drawing.row));
     auto color = drawing.primary;
     if (shown.text.isEmpty()) {
         shown = {rendered(core::texts::blankText, drawing.language), {}};
@@ -245,7 +245,7 @@ int ClipboardRow::drawFiles(const Drawing& drawing, const QRect& rect) const {
         const auto name =
             isLast ? rendered(core::texts::andMoreFiles(core::numberText(more, drawing.language)), drawing.language)
                    : metrics.elidedText(names[i].simplified(), Qt::ElideMiddle, rect.width());
-        const TextBlock block{wholeText(name, isLast ? core::SearchQuery({}) : list_.query()),
+        const TextBlock block{wholeText(name, isLast ? core::SearchQuery({}) : list_.query(drawing.row)),
                               drawing.font,
                               isLast ? drawing.secondary : drawing.primary,
                               drawing.direction,

@@ -6,6 +6,7 @@
 #include "clipboard/panel/Excerpt.hpp"
 #include "core/localization/NumberText.hpp"
 #include "core/localization/Texts.hpp"
+#include "core/support/Characters.hpp"
 #include "views/Text.hpp"
 
 #include <QStringList>
@@ -78,6 +79,12 @@ QString accessibleName(const core::ClipboardEntry& entry, EntryFiles::State stat
         parts << rendered(texts::itemIsPinned, language);
     }
     return parts.join(separator(language));
+}
+
+std::string inOneLine(const std::string& query) {
+    constexpr std::size_t maximumCharacters = 40;
+    const auto beginning = core::firstCharacters(query, maximumCharacters);
+    return beginning.size() == query.size() ? query : std::string(beginning) + "…";
 }
 
 } // namespace quillane

@@ -11,6 +11,8 @@
 #include <QSize>
 #include <QString>
 
+#include <string>
+
 namespace quillane {
 
 /// The kind of an entry: "Text", "Image", "File" or "Files".
@@ -29,5 +31,8 @@ namespace quillane {
 /// What a screen reader says for the entry: its kind, its beginning, its source, whether it is pinned.
 [[nodiscard]] QString accessibleName(const core::ClipboardEntry& entry, EntryFiles::State state,
                                      core::AppLanguage language);
+
+/// A query as a line of the panel names it: its beginning, with an ellipsis for the rest.
+[[nodiscard]] std::string inOneLine(const std::string& query);
 
 } // namespace quillane

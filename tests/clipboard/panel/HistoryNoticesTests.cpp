@@ -46,6 +46,36 @@ TEST_F(HistoryNoticesTest, WithNothingKeptAndRecordingOffItPromisesNoCopy) {
     EXPECT_EQ(find<QLabel>("emptyTitle").text(), "Your next copy will appear here");
 }
 
+TEST_F(HistoryNoticesTest, SaysWhatElseWasSearchedForAndMarksIt) {
+    copyText("שלום");
+    copyText("akuo");
+    panel.retyped = [](const std::string& query) {
+        return query == "akuo" ? std::optional<std::string>("שלום") : std::nullopt;
+    };
+    open();
+    auto& line = find<QLabel>("retypedQuery");
+    EXPECT_FALSE(line.isVisible());
+    QTest::keyClicks(&field(), "akuo");
+    settle();
+    EXPECT_TRUE(line.isVisible());
+    EXPECT_EQ(line.text(), "Also searched for שלום");
+    ASSERT_EQ(rows(), 2);
+    const auto& entries = *qobject_cast<const ClipboardListModel*>(list().model());
+    EXPECT_EQ(entries.query(0).terms(), core::SearchQuery("akuo").terms());
+    EXPECT_EQ(entries.query(1).terms(), core::SearchQuery("שלום").terms());
+    press(Qt::Key_Backspace);
+    EXPECT_FALSE(line.isVisible());
+}
+
+TEST_F(HistoryNoticesTest, LongQueryStaysInItsLine) {
+    copyText("שלום");
+    panel.retyped = [](const std::string&) { return std::optional("שלום" + std::string(400, ' ')); };
+    open();
+    QTest::keyClicks(&field(), "akuo");
+    settle();
+    EXPECT_LE(find<QLabel>("retypedQuery").text().size(), 70);
+}
+
 TEST_F(HistoryNoticesTest, SaysWhatHappenedToTheSavedHistoryAndOpensItsSettings) {
     copyText("kept");
     open();

@@ -154,6 +154,11 @@ TEST_F(HistoryScreenshotsTest, InAllLanguagesLightAndDark) {
             EXPECT_GT(drawnPixels(take(name("found"))), 3000);
             field().setText(QStringLiteral("שלום"));
             EXPECT_GT(drawnPixels(take(name("pointed"))), 1000);
+            panel.retyped = [](const std::string&) { return std::optional<std::string>("שלום"); };
+            field().setText(QStringLiteral("akuo"));
+            EXPECT_GT(drawnPixels(take(name("retyped"))), 1000);
+            expectNothingCut();
+            panel.retyped = nullptr;
             field().setText(QStringLiteral("אין כזה"));
             EXPECT_GT(drawnPixels(take(name("nothing"))), 300);
             field().clear();
