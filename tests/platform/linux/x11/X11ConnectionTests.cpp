@@ -251,7 +251,7 @@ TEST_F(X11ConnectionTest, EventsThatAnotherClientSendsAreDroppedUnlessTheyAreMea
         connection->onEvent([&](const xcb_generic_event_t& event) { seen.push_back(event.response_type & 0x7f); });
     const auto window = makeWindow(*connection);
     bool made = false;
-    connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), alive_,
+    connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->raw()), lifetime_,
                                                    [&](const auto*) { made = true; });
     connection->flush();
     ASSERT_TRUE(waitUntil([&] { return made; }));
