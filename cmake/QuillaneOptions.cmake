@@ -39,11 +39,9 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   # 105651, 105562).
   add_compile_options(-Wno-restrict -Wno-stringop-overflow -Wno-maybe-uninitialized)
 endif()
-if(CMAKE_BUILD_TYPE STREQUAL "Release")
-  add_compile_options(-fstack-protector-strong -D_FORTIFY_SOURCE=2)
-endif()
+include(Hardening)
 if(NOT APPLE)
-  add_link_options(-Wl,--as-needed -Wl,-z,relro -Wl,-z,now)
+  add_link_options(-Wl,--as-needed)
 endif()
 if(QUILLANE_SANITIZE)
   add_compile_options(-fsanitize=${QUILLANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
