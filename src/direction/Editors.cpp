@@ -118,8 +118,10 @@ bool isOfficeText(Accessibility& accessibility, const AXElement& element) {
     return ax::string(accessibility, element, "AXRole") == "AXTextArea" && ax::isTextWritable(accessibility, element);
 }
 
+/// While no text is edited, the sheet has the focus, not the selected cell.
 bool isOfficeCell(Accessibility& accessibility, const AXElement& element) {
-    return ax::string(accessibility, element, "AXRole") == "AXCell" || isOfficeText(accessibility, element);
+    const auto role = ax::string(accessibility, element, "AXRole");
+    return role == "AXTable" || role == "AXCell" || isOfficeText(accessibility, element);
 }
 
 } // namespace

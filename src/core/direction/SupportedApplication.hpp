@@ -34,7 +34,7 @@ enum class EditorRule {
     outlookMessage, ///< the body of a message that is written in Outlook
     wordPage,       ///< a page of a Word document
     officeText,     ///< a paragraph of a LibreOffice document
-    officeCell,     ///< a cell of a LibreOffice spreadsheet, or the text in it
+    officeCell,     ///< the cells of a LibreOffice spreadsheet, or the text in one
 };
 
 /// Whether editors of this rule accept text though they do not look like editable fields (`EditableInputContext`).
