@@ -79,7 +79,7 @@ tl::expected<LiveBrowser, std::string> LiveBrowser::startFirefox(LiveDesktop& de
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (!writeFile(folder / "user.js", lines)) {
-        return tl::unexpected("cannot write the profile");
+        return tl::unexpected("cannot write " + (folder / "user.js").string());
     }
     return run(desktop, focus, {"firefox-esr", "--no-remote", "--profile", folder.string()}, {});
 }
