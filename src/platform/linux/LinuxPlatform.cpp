@@ -3,7 +3,7 @@
 #include "platform/Platform.hpp"
 
 #include "platform/common/ThreadSerialQueue.hpp"
-#include "platform/common/curl/CurlUrlSessions.hpp"
+#include "platform/common/curl/UrlSessions.hpp"
 #include "platform/common/qt/QtLauncher.hpp"
 #include "platform/common/qt/QtMainQueue.hpp"
 #include "platform/linux/accessibility/AtspiAccessibility.hpp"

@@ -4,7 +4,7 @@
 
 #include "core/preferences/InstallationMigration.hpp"
 #include "platform/common/ThreadSerialQueue.hpp"
-#include "platform/common/curl/CurlUrlSessions.hpp"
+#include "platform/common/curl/UrlSessions.hpp"
 #include "platform/common/qt/QtLauncher.hpp"
 #include "platform/common/qt/QtMainQueue.hpp"
 #include "platform/macos/accessibility/MacAccessibility.hpp"

@@ -5,6 +5,7 @@
 #include "platform/MainQueue.hpp"
 #include "platform/ProxySettings.hpp"
 #include "platform/common/curl/CurlTransfer.hpp"
+#include "platform/common/curl/UrlSessions.hpp"
 
 #include <algorithm>
 #include <condition_variable>

@@ -41,7 +41,4 @@ private:
     std::shared_ptr<Threads> threads_;
 };
 
-/// A factory that owns its sessions' threads. The queue must outlive it.
-[[nodiscard]] core::UrlSessionFactory makeUrlSessions(MainQueue& queue, std::shared_ptr<const ProxySettings> proxies);
-
 } // namespace quillane
