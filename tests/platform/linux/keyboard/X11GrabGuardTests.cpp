@@ -45,9 +45,21 @@ protected:
         tap_ = std::make_unique<X11EventTap>(session_, *sources_, mainQueue_);
         tap_->setReplaceableKeys(core::shiftEnglish::keyCodes());
         EXPECT_TRUE(tap_->start(everything, [this](InputEvent& event) { receive(event); }));
+        settle(); // the keys are grabbed
         typeShifted(user_, key::a);
         EXPECT_TRUE(waitUntil([&] { return client_->text() == "a"; }, 5s)) << client_->text();
         client_->clear();
+    }
+
+    /// Waits until the agent has read what has arrived, and the server has executed what it asked for then.
+    void settle() {
+        for (int turn = 0; turn < 2; ++turn) {
+            bool answered = false;
+            session_.connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(session_.connection->raw()),
+                                                                    alive_, [&](const auto*) { answered = true; });
+            session_.connection->flush();
+            EXPECT_TRUE(waitUntil([&] { return answered; }));
+        }
     }
 
     void receive(InputEvent& event) {
@@ -88,6 +100,7 @@ protected:
         return client_->text() == text;
     }
 
+    std::shared_ptr<void> alive_ = std::make_shared<int>();
     QObject threadEnd_;
     testing::X11TestKeyboard user_;
     std::unique_ptr<testing::X11TestClient> client_;
