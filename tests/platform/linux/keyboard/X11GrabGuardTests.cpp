@@ -188,7 +188,7 @@ TEST_F(BusyLoopTest, KeysStayCompleteAndInOrderWhenItIsBusyNowAndThen) {
     };
     EXPECT_TRUE(waitUntil([&] { return typed() == words; }, 10s));
     EXPECT_EQ(typed(), words);
-    EXPECT_THAT(client_->keysDown(), IsEmpty());
+    EXPECT_THAT(user_.keysDown(), IsEmpty());
 }
 
 } // namespace
