@@ -111,8 +111,9 @@ TEST_F(Hardening, TablesOfAddressesAreReadOnlyOnceTheProgramRuns) {
 TEST_F(Hardening, NoMemoryIsWritableAndExecutable) {
     ASSERT_EQ(segments(PT_GNU_STACK).size(), 1U) << "without it the stack is executable";
     EXPECT_EQ(segments(PT_GNU_STACK).front().p_flags & PF_X, 0U);
-    EXPECT_TRUE(std::ranges::none_of(
-        segments(PT_LOAD), [](const Elf64_Phdr& segment) { return (segment.p_flags & (PF_W | PF_X)) == (PF_W | PF_X); }));
+    EXPECT_TRUE(std::ranges::none_of(segments(PT_LOAD), [](const Elf64_Phdr& segment) {
+        return (segment.p_flags & (PF_W | PF_X)) == (PF_W | PF_X);
+    }));
 }
 
 TEST_F(Hardening, LibrariesComeFromTheSystemsFoldersOnly) {
