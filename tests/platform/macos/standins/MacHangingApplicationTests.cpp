@@ -40,8 +40,9 @@ protected:
     /// Searches the whole tree for what is not there.
     void search() {
         const ax::Search whole{.limit = 500, .skipping = {}, .reading = ax::labelNames};
-        EXPECT_FALSE(ax::find(accessibility, application, whole,
-                              [](const ax::Candidate& candidate) { return candidate.isLabelled("Right-to-Left"); }));
+        EXPECT_FALSE(ax::find(accessibility, application, whole, [](const ax::Candidate& candidate) {
+            return candidate.isLabelled({.english = "Right-to-Left"});
+        }));
     }
 
     void pass(std::chrono::milliseconds time) {
@@ -97,7 +98,7 @@ TEST_F(MacHangingApplicationTest, AbsentRoleIsNoReasonToEnd) {
     const ax::Search whole{.limit = 500, .skipping = {}, .reading = ax::labelNames};
     const auto found = ax::find(accessibility, application, whole, [&](const ax::Candidate& candidate) {
         gone.isGone = true; // between the reading of its parent's children and its own
-        return candidate.isLabelled("Right-to-Left");
+        return candidate.isLabelled({.english = "Right-to-Left"});
     });
     EXPECT_TRUE(found);
     EXPECT_TRUE(accessibility.isAnswering(application));
