@@ -172,6 +172,7 @@ void AppDelegate::wireControllers() {
         }
     }));
     subscriptions_.push_back(platform_.inputSources->onChanged([this] { publishRuntime(); }));
+    retyper_.start();
 }
 
 void AppDelegate::observeWorkspace() {

@@ -24,6 +24,11 @@ constexpr int lastRun = 24;
 constexpr std::size_t windowLimit = 500;
 constexpr std::size_t menuLimit = 120;
 
+/// Says how the browser's command is turned on.
+core::LocalizedText turnOnCommand() {
+    return texts::turnOnDirectionInFirefox("bidi.browser.ui", "about:config");
+}
+
 } // namespace
 
 FirefoxDirectionAdapter::FirefoxDirectionAdapter(DirectionServices services, DirectionReport report)
@@ -39,8 +44,7 @@ void FirefoxDirectionAdapter::apply(core::WritingDirection direction, const core
     accessibility.setMessagingTimeout(element, directionTimeout);
     const auto editor = ax::element(accessibility, element, "AXFocusedUIElement");
     if (!editor || !isDirectionEditor(accessibility, *editor, application)) {
-        report_(withoutCommand_ == front->pid ? core::LocalizedText(texts::turnOnDirectionInFirefox)
-                                              : core::LocalizedText(application.placementHint));
+        report_(withoutCommand_ == front->pid ? turnOnCommand() : core::LocalizedText(application.placementHint));
         return;
     }
     abandonedMenu_.forget();
@@ -185,7 +189,7 @@ void FirefoxDirectionAdapter::closeMenu(const Attempt& attempt) {
 /// Firefox goes on to report the menu as focused after it has been closed, so that the next chord finds no editor.
 void FirefoxDirectionAdapter::explain(const Attempt& attempt) {
     withoutCommand_ = attempt.pid;
-    finish(texts::turnOnDirectionInFirefox);
+    finish(turnOnCommand());
 }
 
 void FirefoxDirectionAdapter::finish(const core::LocalizedText& text) {

@@ -9,11 +9,13 @@
 
 namespace quillane {
 
-Retyper::Retyper(InputSources& sources)
-    : sources_(sources), changes_(sources.onChanged([this] {
-          noteCurrent();
-          sourcesByUse_.reset();
-      })) {
+Retyper::Retyper(InputSources& sources) : sources_(sources) {}
+
+void Retyper::start() {
+    changes_ = sources_.onChanged([this] {
+        noteCurrent();
+        sourcesByUse_.reset();
+    });
     noteCurrent();
 }
 

@@ -17,6 +17,9 @@ class Retyper {
 public:
     explicit Retyper(InputSources& sources);
 
+    /// Follows which sources are used from now on.
+    void start();
+
     /// The text as the same keys type it in the source of the other direction that was used last; none without such a
     /// source, or when the text would stay as it is. The first call after a change of sources reads their keys.
     [[nodiscard]] std::optional<std::string> retyped(std::string_view text);

@@ -224,9 +224,10 @@ TEST_F(SavedHistoryTest, EntryThatMayNotBeReadNowIsNotDamaged) {
     EXPECT_THAT(manager_->setAside(), IsEmpty());
     EXPECT_TRUE(manager_->isUnread());
     expectNotice(texts::savedHistoryUnread);
+    copy("meanwhile");
     fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
     passUntilRead();
-    EXPECT_THAT(recorded(), ElementsAre("one", "two", "three"));
+    EXPECT_THAT(recorded(), ElementsAre("one", "two", "three", "meanwhile"));
 }
 
 TEST_F(SavedHistoryTest, HistoryThatCanBeReadLaterIsMergedWithWhatWasCopiedMeanwhile) {

@@ -19,6 +19,7 @@ protected:
         sources.setLayout(english().id, testing::englishLayout());
         sources.setLayout(hebrew().id, testing::hebrewLayout());
         sources.setLayout(arabic().id, testing::arabicLayout());
+        retyper.start();
     }
 
     FakeInputSources sources;

@@ -50,15 +50,17 @@ inline constexpr auto wordsOfMacOS = std::to_array<std::string_view>({"Mac",
                                                                       "مجلد التطبيقات"});
 
 /// Those of Linux.
-inline constexpr auto wordsOfLinux =
-    std::to_array<std::string_view>({"Linux",        "X11",           "Wayland",
-                                     "system tray",  "מגש המערכת",    "علبة النظام",
-                                     "Super",        "Alt",           "Ctrl+",
-                                     "Shift+",       "keyring",       "מחזיק המפתחות",
-                                     "حلقة مفاتيح",  "LibreOffice",   "package manager",
-                                     "מנהל החבילות", "مدير الحزم",    "remote desktop",
-                                     "מחשב מרוחק",   "سطح مكتب بعيد", "desktop settings",
-                                     "שולחן העבודה", "سطح المكتب"});
+inline constexpr auto wordsOfLinux = std::to_array<std::string_view>({"Linux",          "X11",
+                                                                      "Wayland",        "system tray",
+                                                                      "מגש המערכת",     "علبة النظام",
+                                                                      "Super",          "Alt",
+                                                                      "Ctrl+",          "Shift+",
+                                                                      "keyring",        "מחזיק המפתחות",
+                                                                      "حلقة مفاتيح",    "package manager",
+                                                                      "מנהל החבילות",   "مدير الحزم",
+                                                                      "remote desktop", "מחשב מרוחק",
+                                                                      "سطح مكتب بعيد",  "desktop settings",
+                                                                      "שולחן העבודה",   "سطح المكتب"});
 
 /// A word in the text that only another desktop has, or none. Latin words are matched as a whole.
 [[nodiscard]] inline std::optional<std::string_view> wordOfAnotherDesktop(std::string_view text,

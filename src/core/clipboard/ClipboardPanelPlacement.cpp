@@ -24,8 +24,9 @@ Rect frame(const std::optional<Point>& pointer, const Rect& visibleScreen, Size 
         frame.x = area.midX() - frame.width / 2;
         frame.y = area.minY() + (area.height - frame.height) / 2;
     }
-    frame.x = std::clamp(frame.x, area.minX(), area.maxX() - frame.width);
-    frame.y = std::clamp(frame.y, area.minY(), area.maxY() - frame.height);
+    // A frame as wide as the area may end beyond it by a rounding error.
+    frame.x = std::clamp(frame.x, area.minX(), std::max(area.minX(), area.maxX() - frame.width));
+    frame.y = std::clamp(frame.y, area.minY(), std::max(area.minY(), area.maxY() - frame.height));
     return frame;
 }
 

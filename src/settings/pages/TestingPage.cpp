@@ -79,6 +79,7 @@ void TestingPage::addTarget() {
     for (const auto& [bundleID, name] : targets) {
         target->addItem(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
     }
+    target->setMaxVisibleItems(target->count());
     target->setPlaceholderText(QStringLiteral("—"));
     connect(target, &QComboBox::activated, this, [&model, targets](int index) {
         model.setTestTargetID(std::string(targets.at(static_cast<std::size_t>(index)).bundleID));

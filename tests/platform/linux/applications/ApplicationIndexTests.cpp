@@ -16,7 +16,7 @@ namespace {
 
 using ::testing::ElementsAre;
 
-const DesktopEntry told{.id = "firefox-esr", .name = "Firefox", .windowClass = "Firefox-esr", .program = "firefox"};
+const DesktopEntry told{.id = "gimp-2.10", .name = "GIMP", .windowClass = "Gimp-2.10", .program = "gimp"};
 const DesktopEntry named{.id = "org.gnome.Nautilus", .name = "Files", .program = "nautilus"};
 const DesktopEntry settings{.id = "org.gnome.Nautilus-settings", .name = "Files' settings", .program = "nautilus"};
 
@@ -40,17 +40,18 @@ TEST_P(ApplicationSpellingTest, IsTheOneIdentifierOfTheApplication) {
     EXPECT_EQ(index.identifierOf(identifier), identifier);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Windows, ApplicationSpellingTest,
-    ::testing::Values(Spelling{"Firefox-esr", "Navigator", "Firefox-esr"}, Spelling{"firefox-ESR", "", "Firefox-esr"},
-                      Spelling{"firefox", "Navigator", "Firefox-esr"}, Spelling{"Something", "firefox", "Firefox-esr"},
-                      Spelling{"Nautilus", "nautilus", "Nautilus"},
-                      Spelling{"org.gnome.Nautilus", "org.gnome.Nautilus", "Nautilus"},
-                      Spelling{"Org.gnome.nautilus", "", "Nautilus"},
-                      Spelling{"Unheard-of", "unheard-of", "Unheard-of"}, Spelling{"", "firefox", ""},
-                      Spelling{"Chromium", "", "org.chromium.Chromium"},
-                      Spelling{"com.Bitwarden.Desktop", "", "com.bitwarden.desktop"},
-                      Spelling{"KeePassXC", "keepassxc", "org.keepassxc.keepassxc"}));
+INSTANTIATE_TEST_SUITE_P(Windows, ApplicationSpellingTest,
+                         ::testing::Values(Spelling{"Gimp-2.10", "gimp-2.10", "Gimp-2.10"},
+                                           Spelling{"gimp-2.10", "", "Gimp-2.10"},
+                                           Spelling{"gimp", "toolbox", "Gimp-2.10"},
+                                           Spelling{"Something", "gimp", "Gimp-2.10"},
+                                           Spelling{"Nautilus", "nautilus", "Nautilus"},
+                                           Spelling{"org.gnome.Nautilus", "org.gnome.Nautilus", "Nautilus"},
+                                           Spelling{"Org.gnome.nautilus", "", "Nautilus"},
+                                           Spelling{"Unheard-of", "unheard-of", "Unheard-of"}, Spelling{"", "gimp", ""},
+                                           Spelling{"Chromium", "", "org.chromium.Chromium"},
+                                           Spelling{"com.Bitwarden.Desktop", "", "com.bitwarden.desktop"},
+                                           Spelling{"KeePassXC", "keepassxc", "org.keepassxc.keepassxc"}));
 
 TEST(ApplicationIndex, AnExcludedApplicationIsIgnoredWhateverItsWindowsAreCalled) {
     const ApplicationIndex index(std::vector{told, named});
@@ -58,7 +59,7 @@ TEST(ApplicationIndex, AnExcludedApplicationIsIgnoredWhateverItsWindowsAreCalled
     for (const auto& one : index.applications()) {
         excluded.push_back(one.bundleID);
     }
-    for (const auto* windowClass : {"org.gnome.Nautilus", "Nautilus", "firefox", "Firefox-esr"}) {
+    for (const auto* windowClass : {"org.gnome.Nautilus", "Nautilus", "gimp", "Gimp-2.10"}) {
         EXPECT_TRUE(core::clipboardPrivacy::shouldIgnore({}, "", index.identifierOf(windowClass), excluded, false))
             << windowClass;
     }
