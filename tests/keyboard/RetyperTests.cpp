@@ -43,6 +43,7 @@ TEST_F(RetyperTest, TargetIsTheSourceThatWasUsedLast) {
 TEST_F(RetyperTest, SourceInUseAtTheStartCounts) {
     ASSERT_TRUE(sources.select(arabic().id));
     Retyper later(sources);
+    later.start();
     ASSERT_TRUE(sources.select(english().id));
     EXPECT_EQ(later.retyped("lvpfh"), "مرحبا");
 }
