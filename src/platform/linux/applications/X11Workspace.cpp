@@ -202,8 +202,6 @@ void X11Workspace::whenFrontIsKnown(std::function<void()> callback) {
             });
         }
     };
-    identified();
-    return;
     // The answer follows every event that precedes the request.
     connection_.await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection_.raw()), lifetime_,
                                                    [this, identified](const xcb_get_input_focus_reply_t*) {
