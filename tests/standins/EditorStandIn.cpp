@@ -102,6 +102,7 @@ public:
                                                : other_->hasFocus() ? "other"
                                                                     : "none"},
                                      {"asked", asked_},
+                                     {"opened", opened_},
                                      {"escapes", escapes_},
                                      {"menu", menu_ != nullptr && menu_->isVisible()},
                                      {"chosen", QJsonArray::fromStringList(chosen_)}})
@@ -154,6 +155,7 @@ private:
     }
 
     void openMenu() {
+        ++opened_;
         auto& field = other_->hasFocus() ? *other_ : *body_;
         menu_ = std::make_unique<QMenu>(this);
         menu_->addAction("Cut");
@@ -230,7 +232,8 @@ private:
     Field* other_;
     std::unique_ptr<QMenu> menu_;
     QStringList chosen_;
-    int asked_ = 0;
+    int asked_ = 0;  ///< requests for the menu
+    int opened_ = 0; ///< menus that opened
     int escapes_ = 0; ///< that came to a field
 };
 

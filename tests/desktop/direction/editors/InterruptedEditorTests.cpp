@@ -59,9 +59,8 @@ TEST_F(LiveEndTest, OfAllAnswersWhileTheMenuIsAwaitedHoldsNobodyUp) {
     EXPECT_LT(maximum, 500ms); // several calls of 150 ms each would take longer
     expectSaid("The direction menu is unavailable in this editor");
     document_->process().signal(SIGCONT);
-    expectState("menu", true);
-    desktop().keyboard().tap(Key::escape);
-    expectUntouched();
+    expectState("opened", 1);
+    expectUntouched(); // the agent has closed it
     turnRight();
     expectSaid("Applied RTL in Safari");
     expectState("directions", {"ltr", "rtl", "ltr"});
@@ -77,10 +76,9 @@ protected:
     }
 
     void expectCancelledAndNextAttemptWorks() {
-        expectState("menu", true);
+        expectState("opened", 1); // late, and the agent, which asked for it, closes it
         EXPECT_TRUE(holdsFor(500ms, [&] { return state().at("chosen").empty(); })) << state();
         EXPECT_EQ(agent().status().at("lastAction"), "");
-        desktop().keyboard().tap(Key::escape);
         expectState("menu", false);
         turnLeft();
         expectSaid("Applied LTR in Safari");
@@ -110,9 +108,8 @@ TEST_F(LiveCancellationTest, ALanguageSwitchEndsTheWait) {
     beginWait();
     desktop().keyboard().chord({Key::leftAlt, Key::leftShift});
     expectSaid("Keyboard language: Hebrew");
-    expectState("menu", true);
+    expectState("opened", 1);
     EXPECT_TRUE(holdsFor(500ms, [&] { return state().at("chosen").empty(); })) << state();
-    desktop().keyboard().tap(Key::escape);
     expectUntouched();
 }
 
