@@ -232,8 +232,8 @@ private:
     Field* other_;
     std::unique_ptr<QMenu> menu_;
     QStringList chosen_;
-    int asked_ = 0;  ///< requests for the menu
-    int opened_ = 0; ///< menus that opened
+    int asked_ = 0;   ///< requests for the menu
+    int opened_ = 0;  ///< menus that opened
     int escapes_ = 0; ///< that came to a field
 };
 
