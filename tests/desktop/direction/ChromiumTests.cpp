@@ -100,11 +100,11 @@ TEST_F(LiveChromiumTest, ABrowserThatHangsHoldsNobodyElseUp) {
     EXPECT_TRUE(agent().status().is_object());
     EXPECT_LT(Clock::now() - begin, std::chrono::milliseconds{1500});
     expectSaid("Place the cursor in an editable text field on the website");
-    ASSERT_TRUE(desktop().bringToFront(editor().pid()));
+    ASSERT_TRUE(agent().bringToFront(editor().pid()));
     desktop().keyboard().tapWith({Key::leftShift}, Key::b);
     expectEditorText("b");
     browser_->process().signal(SIGCONT);
-    ASSERT_TRUE(desktop().bringToFront(browser_->pid()));
+    ASSERT_TRUE(agent().bringToFront(browser_->pid()));
     EXPECT_EQ(state().direction, "rtl");
     turnLeft();
     expectDirection("ltr");

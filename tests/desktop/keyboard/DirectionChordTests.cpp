@@ -108,7 +108,7 @@ TEST_F(LiveDirectionChordTest, HeldAcrossAnApplicationSwitchNeverFires) {
     ASSERT_TRUE(other) << other.error();
     desktop().keyboard().press(Key::leftControl);
     desktop().keyboard().press(Key::rightShift);
-    ASSERT_TRUE(desktop().bringToFront(form_->pid()));
+    ASSERT_TRUE(agent().bringToFront(form_->pid()));
     desktop().keyboard().release(Key::rightShift);
     desktop().keyboard().release(Key::leftControl);
     expectNothingWasDelivered();
@@ -119,7 +119,7 @@ TEST_F(LiveDirectionChordTest, DoesNothingInAnApplicationWithoutDirections) {
     auto other = desktop().startApplication({"mousepad", "--disable-server"});
     ASSERT_TRUE(other) << other.error();
     desktop().keyboard().chord({Key::leftControl, Key::rightShift});
-    ASSERT_TRUE(desktop().bringToFront(form_->pid()));
+    ASSERT_TRUE(agent().bringToFront(form_->pid()));
     expectNothingWasDelivered();
     expectOnlyTheNextChordDelivers();
 }

@@ -133,7 +133,7 @@ TEST_F(LiveOutlookWaitTest, AKeyThatLeavesTheCursorWhereItIsCancelsItToo) {
 TEST_F(LiveOutlookWaitTest, AnotherApplicationCancelsIt) {
     startEditor(editors().front());
     beginWait();
-    ASSERT_TRUE(desktop().bringToFront(editor().pid()));
+    ASSERT_TRUE(agent().bringToFront(editor().pid()));
     expectSaid(cancelled);
     expectCount("direction", 0);
 }

@@ -105,9 +105,9 @@ TEST_F(LiveWordWaitTest, AKeyThatMovesTheCursorElsewhereEndsItSilently) {
 TEST_F(LiveWordWaitTest, AnotherApplicationEndsItSilently) {
     startEditor(editors().front());
     beginWait();
-    ASSERT_TRUE(desktop().bringToFront(editor().pid()));
+    ASSERT_TRUE(agent().bringToFront(editor().pid()));
     expectNothingDone();
-    ASSERT_TRUE(desktop().bringToFront(pid()));
+    ASSERT_TRUE(agent().bringToFront(pid()));
     turnRight();
     expectParagraphs({"ltr", "rtl"});
     expectSaid("Applied RTL in Word");

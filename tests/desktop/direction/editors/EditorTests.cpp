@@ -54,17 +54,17 @@ TEST_P(LiveEditorsTest, AMenuThatIsOpenAlreadyIsLeftAlone) {
 TEST_P(LiveEditorsTest, AnotherApplicationInFrontEndsTheWaitWithoutAWord) {
     startIn(GetParam(), {"--menu", "late"});
     const auto form = required(LiveForm::start(desktop(), "plain"));
-    require(desktop().bringToFront(document_->pid()), "the document in front");
+    require(agent().bringToFront(document_->pid()), "the document in front");
     const auto before = agent().status().at("lastAction");
     turnRight();
     expectState("asked", 1);
-    require(desktop().bringToFront(form.pid()), "the form in front");
+    require(agent().bringToFront(form.pid()), "the form in front");
     expectState("menu", true); // nobody waits for it any more
     EXPECT_TRUE(holdsFor(500ms, [&] { return state().at("chosen").empty(); })) << state();
     EXPECT_EQ(agent().status().at("lastAction"), before);
     desktop().keyboard().tap(Key::escape);
     expectUntouched();
-    require(desktop().bringToFront(document_->pid()), "the document in front");
+    require(agent().bringToFront(document_->pid()), "the document in front");
     turnRight();
     expectSaid("Applied RTL in " + GetParam().name);
     expectState("directions", {"ltr", "rtl", "ltr"});
