@@ -209,11 +209,11 @@ std::optional<AXElement> NativeDirectionAdapter::paragraphCommand(const AXElemen
     const auto names = namesOfItems(attempt.labels);
     const auto action = core::paragraphCommand::actionIdentifier(attempt.direction);
     bool isCommand = false;
-    const auto item = ax::find(accessibility, menu, {.limit = menuLimit, .skipping = {}, .reading = names},
-                               [&](const ax::Candidate& candidate) {
-                                   isCommand = candidate.text("AXIdentifier") == action;
-                                   return isCommand || candidate.isLabelled(attempt.labels.menu);
-                               });
+    auto item = ax::find(accessibility, menu, {.limit = menuLimit, .skipping = {}, .reading = names},
+                         [&](const ax::Candidate& candidate) {
+                             isCommand = candidate.text("AXIdentifier") == action;
+                             return isCommand || candidate.isLabelled(attempt.labels.menu);
+                         });
     if (!item || isCommand) {
         return item;
     }
