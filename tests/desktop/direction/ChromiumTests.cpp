@@ -148,16 +148,6 @@ TEST_F(LiveBusyChromiumTest, AMenuThatOpensWhileTheUserTypesIsClosedAndTheTextGe
     EXPECT_EQ(state().direction, "ltr");
 }
 
-TEST_F(LiveBusyChromiumTest, AMenuThatTheUserRequestsStays) {
-    chordIntoBusyPage();
-    desktop().keyboard().tap(Key::menu);
-    browser_->signalPages(SIGCONT);
-    ASSERT_TRUE(waitUntil([&] { return browser_->showsMenu(); }));
-    EXPECT_TRUE(holdsFor(std::chrono::milliseconds{1000}, [&] { return browser_->hasOpenMenu(); }));
-    desktop().keyboard().tap(Key::escape);
-    expectNoMenu();
-}
-
 /// The whole browser hangs, from a moment of the chord until the attempt has ended.
 class LiveHangingChromiumTest : public LiveChromiumTest, public testing::WithParamInterface<int> {};
 
