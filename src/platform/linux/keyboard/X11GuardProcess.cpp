@@ -99,6 +99,7 @@ bool X11GuardProcess::start() {
     posix_spawnattr_setpgroup(&attributes, 0);
     auto variables = environmentFor(display_);
     std::vector<char*> environment;
+    environment.reserve(variables.size() + 1);
     for (auto& variable : variables) {
         environment.push_back(variable.data());
     }
