@@ -124,7 +124,7 @@ TEST_F(ReleaseTest, OfWhatIsNoTagOfAVersionIsRefused) {
     for (const auto* name : {"v1.2.0", "nightly", "HEAD"}) {
         const auto result = shell("scripts/release " + std::string(name));
         EXPECT_FALSE(result.succeeded());
-        EXPECT_THAT(result.output, HasSubstr("is no tag of a version"));
+        EXPECT_THAT(result.output, HasSubstr("is not a version tag"));
     }
 }
 
