@@ -50,7 +50,7 @@ TEST_P(DesktopEntryFileTest, IsValid) {
     EXPECT_EQ(result.output + result.errors, "");
 }
 
-// The other entries of file managers are of types that the specification of desktop entries does not know.
+// The other entries of file managers are of types that desktop-file-validate does not know.
 INSTANTIATE_TEST_SUITE_P(In, DesktopEntryFileTest,
                          ::testing::Values("com.quillane.app.desktop", "file-managers/thunar-sendto.desktop"),
                          [](const auto& parameter) {
