@@ -51,12 +51,9 @@ protected:
         steps();
         require(isPanelOpen(true), "the panel does not open");
         const auto root = desktop().accessibility().application(agent().process().pid());
-        std::optional<AccessibleNode> focused;
-        require(root && waitUntil([&] {
-                    focused = focus.next(std::chrono::milliseconds{300});
-                    return focused && focused->bus == root->bus;
-                }),
-                "the panel has no focus");
+        require(root.has_value(), "the agent has no accessibility tree");
+        const auto focused = focus.next(defaultTimeout, root->bus);
+        require(focused.has_value(), "the panel has no focus");
         return *focused;
     }
 

@@ -282,9 +282,11 @@ TEST_F(LivePanelTest, AnotherComputersScreenTakesTheHotKeyAndPausesTheHistory) {
 TEST_F(LivePanelTest, AHotKeyOfAnotherProgramIsReportedAndCanBeTriedAgain) {
     ASSERT_TRUE(grabHotKey());
     startAgent();
-    ASSERT_TRUE(agent().waitForStatus([](const auto& status) { return status.at("clipboard").at("hotKeyConflict"); }));
-    EXPECT_EQ(agent().status().at("clipboard").at("status"),
-              "The shortcut is in use. Change it in the other app or in your desktop’s keyboard settings, then retry.");
+    EXPECT_TRUE(agent().waitForStatus([](const auto& status) {
+        return status.at("clipboard").at("hotKeyConflict") == true &&
+               status.at("clipboard").at("status") == "The shortcut is in use. Change it in the other app or in your "
+                                                      "desktop’s keyboard settings, then retry.";
+    })) << agent().status();
     ungrabHotKey();
     ASSERT_TRUE(desktop().run({agentExecutable()}).succeeded());
     ASSERT_TRUE(pressButton("History"));

@@ -51,7 +51,8 @@ private:
         FocusWatcher focus(desktop_.accessibility());
         desktop_.keyboard().tapWith({Key::leftSuper, Key::leftShift}, Key::v);
         mustSee(isOpen(true), "the panel");
-        mustSee(focus.next(defaultTimeout).has_value(), "the panel with the keys");
+        const auto agent = desktop_.accessibility().application(agent_->process().pid());
+        mustSee(agent && focus.next(defaultTimeout, agent->bus), "the panel with the keys");
         mustSee(desktop_.waitUntilInFront(editor_->pid()), "the editor still in front");
         return "Super with Shift and V opens the panel over the editor, which stays in front";
     }

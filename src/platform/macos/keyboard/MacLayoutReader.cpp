@@ -28,7 +28,7 @@ std::u32string codePoints(std::u16string_view text) {
         } else if (unit < U' ' || unit == 0x7f || isIn(unit, 0xd800, 0xdfff)) {
             return {};
         } else {
-            result += unit;
+            result.push_back(unit);
         }
     }
     return result;
