@@ -244,6 +244,7 @@ void ClipboardHistoryView::end() {
     helpCard_->hide();
     images_.dropPending();
     entries_->setEntries({}, {}, 0, {});
+    search_->field().clearFocus(); // so that screen readers learn of it again at the next opening
 }
 
 // What is shown

@@ -16,6 +16,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <QWindow>
 
 namespace quillane {
 
@@ -73,8 +74,15 @@ HistoryPanel::~HistoryPanel() {
 }
 
 void HistoryPanel::present() {
+    const auto* keys = QGuiApplication::focusWindow();
+    lostKeysBefore_ = keys != nullptr && !keys->isVisible();
+    sinceOpening_.start();
     view_->begin();
     place();
+    showInFront();
+}
+
+void HistoryPanel::showInFront() {
     show();
     raise();
     activateWindow();
@@ -113,9 +121,30 @@ void HistoryPanel::keyPressEvent(QKeyEvent* event) {
 
 void HistoryPanel::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
-    if (!event->spontaneous()) {
-        panel_.close(); // a click elsewhere hides a pop-up
+    if (event->spontaneous() || !panel_.isVisible()) {
+        return;
     }
+    if (isHiddenForLostKeys()) {
+        lostKeysBefore_ = false;
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                if (panel_.isVisible()) {
+                    showInFront();
+                }
+            },
+            Qt::QueuedConnection);
+        return;
+    }
+    panel_.close(); // a click elsewhere hides a pop-up
+}
+
+/// On X11 Qt declares the application inactive a moment after a window of it that had the keys has closed, and then
+/// closes every pop-up: this panel too, when it has opened meanwhile.
+bool HistoryPanel::isHiddenForLostKeys() const {
+    constexpr qint64 moment = 400; // in milliseconds; Qt's is 100, more when the application is busy
+    return lostKeysBefore_ && sinceOpening_.elapsed() < moment &&
+           QGuiApplication::applicationState() != Qt::ApplicationActive;
 }
 
 void HistoryPanel::resizeEvent(QResizeEvent* event) {

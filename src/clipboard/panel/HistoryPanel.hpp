@@ -5,6 +5,7 @@
 
 #include "clipboard/panel/ClipboardHistoryView.hpp"
 
+#include <QElapsedTimer>
 #include <QWidget>
 
 namespace quillane {
@@ -31,10 +32,14 @@ protected:
 
 private:
     void present();
+    void showInFront();
     void place();
+    [[nodiscard]] bool isHiddenForLostKeys() const;
 
     ClipboardPanel& panel_;
     ClipboardHistoryView* view_;
+    bool lostKeysBefore_ = false; ///< when it opened, the window that Qt thought had the keys was closed
+    QElapsedTimer sinceOpening_;
 };
 
 } // namespace quillane

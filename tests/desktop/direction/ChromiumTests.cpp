@@ -159,8 +159,8 @@ TEST_P(LiveHangingChromiumTest, ChordLeavesNoMenuBehind) {
     EXPECT_TRUE(agent().waitForStatus([](const auto& status) { return status.at("lastAction") != ""; }));
     browser_->process().signal(SIGCONT);
     // A menu that opens late takes the keys until it has been closed.
-    EXPECT_TRUE(waitUntil(
-        [&] { return holdsFor(std::chrono::milliseconds{1000}, [&] { return !browser_->hasOpenMenu(); }); }));
+    EXPECT_TRUE(
+        waitUntil([&] { return holdsFor(std::chrono::milliseconds{1000}, [&] { return !browser_->hasOpenMenu(); }); }));
     desktop().keyboard().tap(Key::q);
     EXPECT_TRUE(waitUntil([&] { return state().text.starts_with("fq"); })) << state();
 }

@@ -178,6 +178,24 @@ TEST_F(LivePanelTest, PlainTextIsPastedWithoutItsStyles) {
     EXPECT_THAT(clipboard("TARGETS"), testing::Not(HasSubstr("text/html")));
 }
 
+/// Qt declares the application inactive 100 ms after it lost the keys, and closes what pops up then.
+TEST_F(LivePanelTest, StaysWhenItOpensAgainSoonAfterItClosed) {
+    startHistory();
+    for (auto pause = milliseconds{60}; pause <= milliseconds{120}; pause += milliseconds{3}) {
+        openPanel();
+        desktop().keyboard().tap(Key::escape);
+        std::this_thread::sleep_for(pause); // between the two
+        pressHotKey();
+        ASSERT_TRUE(isPanelOpen(true)) << pause.count();
+        ASSERT_TRUE(holdsFor(milliseconds{150}, [&] {
+            return agent().status().at("clipboard").at("panelOpen") == true;
+        })) << pause.count();
+        desktop().keyboard().tap(Key::escape); // the keys are the panel's
+        ASSERT_TRUE(isPanelOpen(false)) << pause.count();
+        ASSERT_TRUE(holdsFor(milliseconds{500}, [&] { return !agent().status().at("clipboard").at("panelOpen"); }));
+    }
+}
+
 TEST_F(LivePanelTest, WithNothingCopiedItOpensAndEscapeClosesIt) {
     startHistory();
     openPanel();
