@@ -95,7 +95,11 @@ bool ClipboardManager::noteChange() {
     }
     copied_.reset();
     if (isCollecting() && ready_) {
-        const auto front = platform_.workspace->frontmostApplication();
+        const auto source = platform_.pasteboard->source();
+        if (source && !source->isKnown) {
+            return true; // it may be an excluded application
+        }
+        const auto front = source ? source->application : platform_.workspace->frontmostApplication();
         copied_ = {.foreground = front ? front->bundleID.value_or(std::string()) : std::string(),
                    .sourceName = front ? front->name : std::string(),
                    .secureInput = platform_.secureInput->isEnabled(),

@@ -6,6 +6,7 @@
 #include "core/clipboard/PasteboardAccess.hpp"
 #include "core/clipboard/PasteboardContents.hpp"
 #include "core/support/Subscription.hpp"
+#include "platform/Workspace.hpp"
 
 #include <functional>
 #include <optional>
@@ -16,6 +17,12 @@
 namespace quillane {
 
 using core::PasteboardAccess;
+
+/// The application in front when the pasteboard changed hands.
+struct PasteboardSource {
+    bool isKnown = true;                           ///< false if nobody can tell any more
+    std::optional<RunningApplication> application; ///< none if there was none
+};
 
 /// The system's general pasteboard. Main thread. Nothing here waits for another program.
 ///
@@ -36,6 +43,9 @@ public:
     /// Replaces the interest, which exists only while copies are recorded. It applies to changes from now on. At first,
     /// and with an empty function, there is none.
     virtual void setInterest(Interest interest) = 0;
+
+    /// Who was in front at the present change. None where that is whoever is in front when the change is noticed.
+    [[nodiscard]] virtual std::optional<PasteboardSource> source() const { return std::nullopt; }
 
     /// Reads a setting that the system keeps; never asks the user.
     [[nodiscard]] virtual PasteboardAccess access() const { return PasteboardAccess::allowed; }

@@ -92,6 +92,11 @@ public:
         items_ = {{{{std::string(core::pasteboardTypes::string), std::move(text)}}, {}}};
     }
 
+    /// Who was in front at the next copies, on a desktop that can tell.
+    void setSource(std::optional<PasteboardSource> source) { source_ = std::move(source); }
+
+    [[nodiscard]] std::optional<PasteboardSource> source() const override { return source_; }
+
     /// The system refuses writes from now on.
     void refuseWrites() { refusesWrites_ = true; }
 
@@ -269,6 +274,7 @@ private:
     mutable std::optional<bool> answered_; ///< for the contents of now
     mutable int timesAsked_ = 0;
     std::int64_t changeCount_ = 1;
+    std::optional<PasteboardSource> source_;
     bool refusesWrites_ = false;
     int clears_ = 0;
     mutable int reads_ = 0;

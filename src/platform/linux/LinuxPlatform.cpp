@@ -80,15 +80,17 @@ struct LinuxSession {
 };
 
 /// The keyboard, input sources and workspace on an X server that the whole session runs on.
-void addX11(Platform& platform, const X11Session& session, const std::shared_ptr<InstalledApplications>& installed,
-            const LaunchOptions& options) {
+X11Workspace& addX11(Platform& platform, const X11Session& session,
+                     const std::shared_ptr<InstalledApplications>& installed, const LaunchOptions& options) {
     auto workspace = std::make_unique<X11Workspace>(*session.connection, installed, options.atLogin);
+    auto& windows = *workspace;
     platform.applicationCatalog =
-        std::make_unique<DesktopEntryCatalog>(installed, [&windows = *workspace] { return windows.applications(); });
+        std::make_unique<DesktopEntryCatalog>(installed, [&windows] { return windows.applications(); });
     platform.workspace = std::move(workspace);
     platform.windowList = std::make_unique<X11WindowList>(*session.connection);
     platform.inputSources = std::make_unique<X11InputSources>(*session.connection, *session.keyboard);
     platform.eventTap = std::make_unique<X11EventTap>(session, *platform.inputSources, *platform.mainQueue);
+    return windows;
 }
 
 void addUnavailableKeyboard(Platform& platform, const LaunchOptions& options) {
@@ -101,15 +103,24 @@ void addUnavailableKeyboard(Platform& platform, const LaunchOptions& options) {
 }
 
 /// The clipboard of the X server, which a Wayland session keeps in step with its own; without one, Qt's.
-std::unique_ptr<Pasteboard> makePasteboard(const LinuxDesktop& desktop, LinuxSession& session, Workspace& workspace) {
+std::unique_ptr<Pasteboard> makePasteboard(const LinuxDesktop& desktop, LinuxSession& session,
+                                           X11Workspace* workspace) {
     auto connection = X11Connection::open(desktop.x11Display);
     if (!connection) {
         return std::make_unique<QtPasteboard>();
     }
     session.pasteboard = std::move(*connection);
-    return std::make_unique<X11Pasteboard>(
-        *session.pasteboard, X11PasteboardLimits{},
-        [&workspace](std::function<void()> callback) { workspace.whenFrontIsKnown(std::move(callback)); });
+    X11Pasteboard::FindSource findSource;
+    if (workspace != nullptr) {
+        findSource = [workspace](xcb_timestamp_t time, std::function<void(PasteboardSource)> callback) {
+            workspace->whenFrontIsKnown([workspace, time, callback = std::move(callback)] {
+                auto front = workspace->frontAt(time);
+                callback(front ? PasteboardSource{.application = std::move(*front)}
+                               : PasteboardSource{.isKnown = false, .application = {}});
+            });
+        };
+    }
+    return std::make_unique<X11Pasteboard>(*session.pasteboard, X11PasteboardLimits{}, std::move(findSource));
 }
 
 /// Keys that are posted in the way that the application in front expects.
@@ -167,6 +178,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.userDefaults = std::make_unique<PropertyListDefaults>(standardDefaultsFile());
     platform.keyboardUnavailableReason = keyboardUnavailableReason(desktop);
     std::shared_ptr<InstalledApplications> installed; // shared by workspace, catalog and key events
+    X11Workspace* workspace = nullptr;
     if (platform.keyboardUnavailableReason) {
         addUnavailableKeyboard(platform, options);
     } else {
@@ -176,7 +188,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
         }
         session->x11 = std::move(*x11);
         installed = std::make_shared<InstalledApplications>(*platform.mainQueue);
-        addX11(platform, *session->x11, installed, options);
+        workspace = &addX11(platform, *session->x11, installed, options);
     }
     platform.accessibility = std::make_unique<AtspiAccessibility>(session->bus);
     platform.permissions = std::make_unique<AtspiPermissionService>(session->bus);
@@ -189,7 +201,7 @@ std::variant<Platform, PlatformError> makePlatform(const LaunchOptions& options)
     platform.windowTraits = std::make_unique<LinuxWindowTraits>();
     platform.sleepAssertions = std::make_unique<LinuxSleepAssertions>(
         session->bus, session->x11 ? std::make_unique<X11Blanking>(*session->x11->connection) : nullptr);
-    platform.pasteboard = makePasteboard(desktop, *session, *platform.workspace);
+    platform.pasteboard = makePasteboard(desktop, *session, workspace);
     if (session->x11) {
         platform.keyEvents = makeKeyEvents(platform, *session, installed);
         platform.areaCapture = std::make_unique<X11AreaCapture>(*platform.pasteboard, *platform.mainQueue);

@@ -41,6 +41,20 @@ TEST_F(LiveExclusionTest, HoldsWhenTheAgentLearnsOfTheSwitchAndTheCopyTogether) 
     EXPECT_TRUE(holdsFor(milliseconds{1'000}, [&] { return agent().status().at("clipboard").at("entries") == 1; }));
 }
 
+TEST_F(LiveExclusionTest, HoldsWhenTheAgentLearnsOfTheCopyAndTheNextSwitchTogether) {
+    startExcluding("Notes");
+    const auto notes = required(LiveForm::start(desktop(), "plain", "notes"));
+    ASSERT_TRUE(agent().waitForStatus([&](const auto& status) { return status.at("frontProcess") == notes.pid(); }));
+    ASSERT_EQ(kill(agent().process().pid(), SIGSTOP), 0); // as a busy machine stops it for a while
+    copy("in notes");
+    const auto other = LiveForm::start(desktop(), "plain", "Other");
+    ASSERT_EQ(kill(agent().process().pid(), SIGCONT), 0);
+    ASSERT_TRUE(other) << other.error();
+    EXPECT_TRUE(holdsFor(milliseconds{1'000}, [&] { return agent().status().at("clipboard").at("entries") == 0; }));
+    copy("from the other one");
+    EXPECT_TRUE(hasEntries(1));
+}
+
 TEST_F(LiveExclusionTest, HoldsHoweverTheApplicationsWindowsAreCalled) {
     startExcluding("Notes");
     for (const auto* windowClass : {"org.example.Notes", "org.example.notes", "notes", "NOTES"}) {

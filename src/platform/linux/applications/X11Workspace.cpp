@@ -3,10 +3,9 @@
 #include "platform/linux/applications/X11Workspace.hpp"
 
 #include "platform/linux/applications/InstalledApplications.hpp"
+#include "platform/linux/applications/X11WindowNames.hpp"
 #include "platform/linux/x11/X11Connection.hpp"
 #include "platform/linux/x11/X11Properties.hpp"
-
-#include <QString>
 
 #include <algorithm>
 #include <array>
@@ -28,28 +27,6 @@ constexpr std::uint32_t maximumPropertyLength = 4096; // in units of four bytes
 constexpr std::uint32_t maximumClients = 1024;
 constexpr int highestLevel = 16;           // maximum steps from the focus up to a window with a class
 constexpr std::uint32_t sourceIsPager = 2; // the source of the request is the user, not an application
-
-/// WM_CLASS: two strings in Latin-1, each terminated by NUL.
-struct WindowNames {
-    std::string instance;
-    std::string windowClass;
-};
-
-WindowNames windowNames(const xcb_get_property_reply_t* reply) {
-    if (reply == nullptr || reply->format != 8) {
-        return {};
-    }
-    const std::string_view both(static_cast<const char*>(xcb_get_property_value(reply)), reply->value_len);
-    const auto end = both.find('\0');
-    if (end == std::string_view::npos) {
-        return {};
-    }
-    const auto utf8 = [](std::string_view text) {
-        return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())).toStdString();
-    };
-    const auto second = both.substr(end + 1);
-    return {utf8(both.substr(0, end)), utf8(second.substr(0, second.find('\0')))};
-}
 
 std::string processName(pid_t pid) {
     std::ifstream file("/proc/" + std::to_string(pid) + "/comm");
@@ -214,6 +191,28 @@ void X11Workspace::whenFrontIsKnown(std::function<void()> callback) {
     connection_.flush();
 }
 
+std::optional<std::optional<RunningApplication>> X11Workspace::frontAt(xcb_timestamp_t time) const {
+    const auto* window = past_.at(time);
+    if (window == nullptr) {
+        return front_;
+    }
+    if (!*window) {
+        return std::nullopt;
+    }
+    auto application = (*window)->application;
+    if (application) {
+        application->bundleID = identifierOf(**window);
+    }
+    return application;
+}
+
+/// The window manager activates another window.
+void X11Workspace::noteSwitch(xcb_timestamp_t time) {
+    const bool isIdentified = frontReading_.expired();
+    const auto known = windows_.find(frontWindow_);
+    past_.change(time, isIdentified ? std::optional(known != windows_.end() ? known->second : Window{}) : std::nullopt);
+}
+
 core::Subscription X11Workspace::onDidActivateApplication(std::function<void()> callback) {
     return activated_.subscribe(std::move(callback));
 }
@@ -236,6 +235,7 @@ void X11Workspace::handle(const xcb_generic_event_t& event) {
         } else if (property.window != connection_.root()) {
             return;
         } else if (property.atom == atoms_.activeWindow) {
+            noteSwitch(property.time);
             activeWindowReading_.request();
         } else if (property.atom == atoms_.clientList) {
             clientsReading_.request();

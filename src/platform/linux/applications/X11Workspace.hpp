@@ -7,6 +7,7 @@
 #include "platform/Workspace.hpp"
 #include "platform/linux/applications/X11Clients.hpp"
 #include "platform/linux/power/LogindWake.hpp"
+#include "platform/linux/x11/X11Past.hpp"
 #include "platform/linux/x11/X11Reading.hpp"
 
 #include <map>
@@ -36,6 +37,10 @@ public:
     /// After the events that the server has sent by now, and once the application that they bring to the front has been
     /// identified.
     void whenFrontIsKnown(std::function<void()> callback) override;
+
+    /// The application, or none, that was in front at a time of the server within the last minute; nothing when it was
+    /// there so shortly that nobody could ask who it was. Complete inside a callback of `whenFrontIsKnown`.
+    [[nodiscard]] std::optional<std::optional<RunningApplication>> frontAt(xcb_timestamp_t time) const;
 
     /// If none has a window: programs with this file name that are connected to the X server.
     [[nodiscard]] std::vector<RunningApplication> runningApplications(std::string_view bundleID) const override;
@@ -75,6 +80,7 @@ private:
     [[nodiscard]] std::vector<RunningApplication> withoutWindows(std::string_view bundleID) const;
     void restart();
     void handle(const xcb_generic_event_t& event);
+    void noteSwitch(xcb_timestamp_t time);
     void sendManager();
     void setManager(xcb_window_t window);
     void sendActiveWindow();
@@ -107,6 +113,7 @@ private:
     std::vector<xcb_window_t> clients_;          ///< in the order in which they were opened
     std::map<xcb_window_t, Window> windows_;     ///< of the clients and the front window
     std::optional<RunningApplication> front_;
+    X11Past<std::optional<Window>> past_;      ///< what was in front; none where that was not identified in time
     std::weak_ptr<FrontReading> frontReading_; ///< shared by the pending answers that decide who is in front
     mutable X11Clients clientPrograms_;        ///< asks the server again while it is read
     core::Listeners<> activated_;

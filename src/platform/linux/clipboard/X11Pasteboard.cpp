@@ -42,11 +42,11 @@ bool isFatal(std::optional<Failure> failure) {
 
 } // namespace
 
-X11Pasteboard::X11Pasteboard(X11Connection& connection, X11PasteboardLimits limits, WhenFrontIsKnown whenFrontIsKnown)
+X11Pasteboard::X11Pasteboard(X11Connection& connection, X11PasteboardLimits limits, FindSource findSource)
     : connection_(connection),
       reader_(connection, atomOf(connection, "CLIPBOARD"), limits.reading),
       owner_(connection, atomOf(connection, "CLIPBOARD"), limits.writing),
-      whenFrontIsKnown_(std::move(whenFrontIsKnown)) {
+      findSource_(std::move(findSource)) {
     std::vector<std::string_view> names{"CLIPBOARD", "TARGETS"};
     names.insert(names.end(), clipboardTargets::known().begin(), clipboardTargets::known().end());
     const auto atoms = connection_.internAtoms(names);
@@ -63,6 +63,7 @@ X11Pasteboard::X11Pasteboard(X11Connection& connection, X11PasteboardLimits limi
         takeovers_ = 0;
         newOwner_.reset();
         ++changeCount_;
+        front_.reset();
         items_.clear();
     });
     openings_ = connection_.onOpened([this] { follow(); });
@@ -114,12 +115,13 @@ void X11Pasteboard::followOwner() {
     }
     cancelFetch();
     items_.clear();
-    if (!whenFrontIsKnown_) {
+    if (!findSource_) {
         announce(*owner);
         return;
     }
-    whenFrontIsKnown_([this, fetch = std::weak_ptr(fetch_), owner = *owner] {
+    findSource_(owner->time, [this, fetch = std::weak_ptr(fetch_), owner = *owner](PasteboardSource source) {
         if (!fetch.expired()) { // nobody has taken the clipboard since
+            front_ = std::move(source);
             announce(owner);
         }
     });
@@ -354,6 +356,7 @@ void X11Pasteboard::clear() {
     newOwner_.reset();
     items_.clear();
     ++changeCount_;
+    front_.reset();
     if (owner_.own({})) {
         ++takeovers_;
     }

@@ -30,13 +30,12 @@ struct X11PasteboardLimits {
 /// is interest in them, and read from memory. The connection must be the pasteboard's own (see X11SelectionOwner).
 class X11Pasteboard final : public Pasteboard {
 public:
-    /// Calls back once the application that was in front at the time of the call is known.
-    using WhenFrontIsKnown = std::function<void(std::function<void()>)>;
+    /// Calls back with who was in front at a time of the server, once that is known.
+    using FindSource = std::function<void(xcb_timestamp_t, std::function<void(PasteboardSource)>)>;
 
-    /// A change by another program is announced after `whenFrontIsKnown`, so that it is not attributed to the
-    /// application that was in front before; without it, at once.
-    explicit X11Pasteboard(X11Connection& connection, X11PasteboardLimits limits = {},
-                           WhenFrontIsKnown whenFrontIsKnown = nullptr);
+    /// A change by another program is announced after `findSource` has called back: the switch to an application and
+    /// its copy arrive in any order, and late where the machine is busy. Without it, a change is announced at once.
+    explicit X11Pasteboard(X11Connection& connection, X11PasteboardLimits limits = {}, FindSource findSource = nullptr);
 
     [[nodiscard]] std::int64_t changeCount() const override { return changeCount_; }
 
@@ -48,6 +47,8 @@ public:
     bool write(std::vector<core::PasteboardItem> items) override;
 
     void setInterest(Interest interest) override { interest_ = std::move(interest); }
+
+    [[nodiscard]] std::optional<PasteboardSource> source() const override { return front_; }
 
     core::Subscription onChanged(std::function<void()> callback) override {
         return changes_.subscribe(std::move(callback));
@@ -89,7 +90,8 @@ private:
     std::unordered_map<std::string_view, xcb_atom_t> atoms_;
     X11SelectionReader reader_;
     X11SelectionOwner owner_;
-    const WhenFrontIsKnown whenFrontIsKnown_;
+    const FindSource findSource_;
+    std::optional<PasteboardSource> front_; ///< at the last change by another program
     Interest interest_;
     std::int64_t changeCount_ = 1;
     int takeovers_ = 0; ///< takeovers of the selection by this program that the server has not confirmed yet

@@ -17,6 +17,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 namespace quillane {
 
@@ -82,6 +83,21 @@ protected:
                 nullptr));
             return firstItem(reply.get()) == process.window();
         });
+    }
+
+    /// The X server's present time: that of a change to a window (ICCCM 2.1).
+    [[nodiscard]] xcb_timestamp_t serverTime() {
+        const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> peer(
+            xcb_connect(server_.display().c_str(), nullptr), xcb_disconnect);
+        auto* c = peer.get();
+        const auto window = xcb_generate_id(c);
+        const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+        xcb_create_window(c, 0, window, xcb_setup_roots_iterator(xcb_get_setup(c)).data->root, 0, 0, 1, 1, 0,
+                          XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &mask);
+        xcb_change_property(c, XCB_PROP_MODE_APPEND, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, 0, nullptr);
+        xcb_flush(c);
+        const std::unique_ptr<xcb_generic_event_t, decltype(&std::free)> event(xcb_wait_for_event(c), std::free);
+        return event ? reinterpret_cast<const xcb_property_notify_event_t&>(*event).time : XCB_CURRENT_TIME;
     }
 
     /// As a click on the task bar does.
@@ -155,6 +171,22 @@ TEST_F(X11WorkspaceTest, KnowsWhoIsInFrontAfterEventsThatItHasNotReadYet) {
     });
     ASSERT_TRUE(waitUntil([&] { return front.has_value(); }));
     EXPECT_EQ(front, "Editor");
+}
+
+TEST_F(X11WorkspaceTest, KnowsWhoWasInFrontAtATimeBeforeASwitch) {
+    startWindowManager();
+    const WindowProcess first("First");
+    ASSERT_TRUE(comesToFront(first));
+    const auto whileFirst = serverTime();
+    std::this_thread::sleep_for(std::chrono::milliseconds{5}); // into another millisecond of the server
+    const WindowProcess second("Second");
+    ASSERT_TRUE(comesToFront(second));
+    const auto before = workspace().frontAt(whileFirst);
+    ASSERT_TRUE(before && *before);
+    EXPECT_EQ((*before)->pid, first.pid());
+    const auto now = workspace().frontAt(serverTime());
+    ASSERT_TRUE(now && *now);
+    EXPECT_EQ((*now)->pid, second.pid());
 }
 
 TEST_F(X11WorkspaceTest, AnApplicationThatIsInstalledMeanwhileIsKnownByItsFirstWindow) {

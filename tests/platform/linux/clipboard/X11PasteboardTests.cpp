@@ -179,9 +179,11 @@ TEST_F(X11PasteboardTest, CountMovesWhenTheCopyIsMadeHoweverLateItsContentsArriv
 }
 
 TEST_F(X11PasteboardTest, CopyIsAnnouncedOnceTheApplicationInFrontIsKnown) {
-    std::vector<std::function<void()>> waiting;
+    std::vector<std::function<void(PasteboardSource)>> waiting;
     X11Pasteboard pasteboard(*connection_, generousLimits,
-                             [&](std::function<void()> callback) { waiting.push_back(std::move(callback)); });
+                             [&](xcb_timestamp_t /*time*/, std::function<void(PasteboardSource)> callback) {
+                                 waiting.push_back(std::move(callback));
+                             });
     int notices = 0;
     const auto counting = pasteboard.onChanged([&] { ++notices; });
     const auto before = pasteboard.changeCount();
@@ -190,22 +192,25 @@ TEST_F(X11PasteboardTest, CopyIsAnnouncedOnceTheApplicationInFrontIsKnown) {
     peer_.own({{"UTF8_STRING", "second"}});
     ASSERT_TRUE(waitUntil([&] { return waiting.size() == 2; }));
     EXPECT_EQ(pasteboard.changeCount(), before);
-    waiting[0](); // the copy has been replaced
+    waiting[0]({.application = RunningApplication{1, "First", "First"}}); // the copy has been replaced
     EXPECT_EQ(notices, 0);
-    waiting[1]();
+    waiting[1]({.application = RunningApplication{2, "Second", "Second"}});
     EXPECT_EQ(notices, 1);
+    EXPECT_EQ(pasteboard.source()->application->bundleID, "Second");
     EXPECT_EQ(pasteboard.changeCount(), before + 1);
 }
 
 TEST_F(X11PasteboardTest, CopyThatIsReplacedBeforeItIsAnnouncedNeverIs) {
-    std::vector<std::function<void()>> waiting;
+    std::vector<std::function<void(PasteboardSource)>> waiting;
     X11Pasteboard pasteboard(*connection_, generousLimits,
-                             [&](std::function<void()> callback) { waiting.push_back(std::move(callback)); });
+                             [&](xcb_timestamp_t /*time*/, std::function<void(PasteboardSource)> callback) {
+                                 waiting.push_back(std::move(callback));
+                             });
     peer_.own({{"UTF8_STRING", "theirs"}});
     ASSERT_TRUE(waitUntil([&] { return waiting.size() == 1; }));
     pasteboard.clear();
     const auto cleared = pasteboard.changeCount();
-    waiting[0]();
+    waiting[0]({});
     EXPECT_EQ(pasteboard.changeCount(), cleared);
 }
 
