@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <set>
 
 namespace quillane::core {
 namespace {
@@ -18,6 +19,24 @@ TEST(UserInput, KeysOfCharactersType) {
              {EventFlags{0}, flags::shift | flags::leftShift, flags::capsLock, flags::option | flags::rightOption}) {
             EXPECT_EQ(userInput(key, modifiers), UserInput::typing) << key << ' ' << modifiers;
         }
+    }
+}
+
+TEST(UserInput, NoOtherKeyTypes) {
+    // Letters, digits, punctuation, space and Delete; the keypad; Japanese keys; forward Delete.
+    std::set<KeyCode> typing;
+    for (KeyCode key = 0; key <= 51; ++key) {
+        typing.insert(key);
+    }
+    typing.insert({65, 66, 67, 68, 69, 75, 78, 117});
+    for (KeyCode key = 81; key <= 95; ++key) {
+        typing.insert(key);
+    }
+    for (const auto key : std::to_array<KeyCode>({36, 48, 90})) { // Return, Tab, F20
+        typing.erase(key);
+    }
+    for (KeyCode key = 0; key < 0x200; ++key) {
+        EXPECT_EQ(userInput(key, 0) == UserInput::typing, typing.contains(key)) << key;
     }
 }
 
@@ -45,6 +64,7 @@ TEST(UserInput, ArrowsReturnAndEscapeNavigate) {
 TEST(UserInput, TheMenuKeyAndShiftF10RequestTheContextMenu) {
     EXPECT_EQ(userInput(110, 0), UserInput::menuRequest);
     EXPECT_EQ(userInput(109, flags::shift | flags::rightShift), UserInput::menuRequest);
+    EXPECT_EQ(userInput(109, flags::control | flags::leftControl), UserInput::command);
 }
 
 } // namespace
