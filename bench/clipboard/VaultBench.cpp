@@ -6,6 +6,7 @@
 
 #include "core/clipboard/ClipboardHistory.hpp"
 #include "core/clipboard/ClipboardVault.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <array>
 #include <cstdlib>
@@ -39,28 +40,10 @@ void require(bool condition, const char* problem) {
     }
 }
 
-/// A folder on the disk that holds the working folder; a temporary folder may be in memory.
-class Folder {
-public:
-    Folder() {
-        std::string name = std::filesystem::current_path() / "build" / "bench-XXXXXX";
-        require(mkdtemp(name.data()) != nullptr, "no folder for the measurement");
-        path_ = name;
-    }
-
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-
-    ~Folder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-
-    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-
-private:
-    std::filesystem::path path_;
-};
+/// On the disk that holds the working folder; the temporary folder may be in memory.
+std::filesystem::path parentOnDisk() {
+    return std::filesystem::current_path() / "build";
+}
 
 core::SecretBytes key() {
     return core::SecretBytes(std::vector(32, std::byte{5}));
@@ -151,7 +134,7 @@ double memory(const std::string& field) {
 } // namespace
 
 bool measureSaving() {
-    const Folder folder;
+    const live::TemporaryFolder folder(parentOnDisk());
     auto vault = vaultIn(folder.path());
     std::vector<ClipboardEntry> entries;
     for (int i = 0; i < 1'000; ++i) {
@@ -188,7 +171,7 @@ bool measureSaving() {
 }
 
 bool measureWholeVault() {
-    const Folder folder;
+    const live::TemporaryFolder folder(parentOnDisk());
     const auto vaultFolder = folder.path() / "vault";
     const auto bareFolder = folder.path() / "bare";
     std::filesystem::create_directory(bareFolder);
@@ -223,7 +206,7 @@ bool measureWholeVault() {
 }
 
 bool measureMemory() {
-    const Folder folder;
+    const live::TemporaryFolder folder(parentOnDisk());
     {
         // In a process of its own, so that what it has freed does not count for the one that loads.
         const pid_t writer = fork();

@@ -4,14 +4,13 @@
 
 #include "core/clipboard/PasteboardTypes.hpp"
 #include "fakes/FakePasteboard.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
 
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-
-#include <unistd.h>
 
 namespace quillane::core {
 namespace {
@@ -411,19 +410,13 @@ TEST_F(ClipboardSnapshotTest, RestoringPlainTextFailsWithoutPlainTextAndLeavesTh
 
 class ClipboardFilesTest : public ClipboardSnapshotTest {
 protected:
-    ClipboardFilesTest() {
-        std::string name = std::filesystem::temp_directory_path() / "quillane-files-XXXXXX";
-        folder_ = mkdtemp(name.data());
-    }
-
-    ~ClipboardFilesTest() override { std::filesystem::remove_all(folder_); }
-
     std::string makeFile(const std::string& name) const {
         std::ofstream(folder_ / name) << "x";
         return "file://" + (folder_ / name).string();
     }
 
-    std::filesystem::path folder_;
+    const live::TemporaryFolder temporary_;
+    const std::filesystem::path folder_ = temporary_.path();
 };
 
 TEST_F(ClipboardFilesTest, RestoresReferencesToFilesThatExist) {

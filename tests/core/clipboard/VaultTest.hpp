@@ -4,6 +4,7 @@
 
 #include "core/clipboard/ClipboardVault.hpp"
 #include "core/support/SealedBox.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -16,12 +17,8 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <utility>
 #include <vector>
-
-#include <stdlib.h>
-#include <unistd.h>
 
 namespace quillane::core::testing {
 
@@ -42,17 +39,6 @@ inline ClipboardEntry textEntry(const std::string& text, double copiedAt) {
 /// A vault's folder in a folder of its own, removed with the test.
 class VaultTest : public ::testing::Test {
 protected:
-    VaultTest() {
-        std::string name = std::filesystem::temp_directory_path() / "quillane-vault-XXXXXX";
-        root_ = mkdtemp(name.data());
-        folder_ = root_ / "Quillane" / "ClipboardHistory";
-    }
-
-    ~VaultTest() override {
-        std::error_code ignored; // a folder that a failed test has left locked
-        std::filesystem::remove_all(root_, ignored);
-    }
-
     [[nodiscard]] ClipboardVault vault(SecretBytes key = testKey()) const {
         auto opened = ClipboardVault::open(folder_, std::move(key));
         if (!opened) {
@@ -93,8 +79,12 @@ protected:
         write(file, {reinterpret_cast<const char*>(box.data()), box.size()});
     }
 
-    std::filesystem::path root_;
-    std::filesystem::path folder_;
+private:
+    live::TemporaryFolder temporary_;
+
+protected:
+    const std::filesystem::path root_ = temporary_.path();
+    std::filesystem::path folder_ = root_ / "Quillane" / "ClipboardHistory";
 };
 
 } // namespace quillane::core::testing

@@ -3,11 +3,12 @@
 
 #include "core/permissions/ApplicationLocation.hpp"
 
+#include "support/TemporaryFolder.hpp"
+
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <fstream>
 #include <string>
+#include <vector>
 
 #include <signal.h>
 #include <spawn.h>
@@ -61,11 +62,9 @@ pid_t start(const ProcessCommand& command) {
 }
 
 TEST(RelaunchCommand, TheScriptStartsAnExecutableOnceTheProcessHasGone) {
-    std::string folder = (std::filesystem::temp_directory_path() / "relaunchXXXXXX").string();
-    ASSERT_NE(mkdtemp(folder.data()), nullptr);
-    const auto mark = std::filesystem::path(folder) / "started";
-    const auto program = std::filesystem::path(folder) / "a program";
-    std::ofstream(program) << "#!/bin/sh\n: > '" << mark.string() << "'\n";
+    const live::TemporaryFolder folder;
+    const auto mark = folder.path() / "started";
+    const auto program = folder.file("a program", "#!/bin/sh\n: > '" + mark.string() + "'\n");
     std::filesystem::permissions(program, std::filesystem::perms::owner_all);
 
     const auto old = start({"/bin/sleep", {"60"}});
@@ -78,7 +77,6 @@ TEST(RelaunchCommand, TheScriptStartsAnExecutableOnceTheProcessHasGone) {
     EXPECT_EQ(waitpid(waiting, &status, 0), waiting);
     EXPECT_EQ(status, 0);
     EXPECT_TRUE(std::filesystem::exists(mark));
-    std::filesystem::remove_all(folder);
 }
 
 TEST(SettingsAddress, EachPermissionHasItsPage) {

@@ -2,12 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "core/permissions/PermissionSetupPolicy.hpp"
 
+#include "support/TemporaryFolder.hpp"
+
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <string>
-
-#include <unistd.h>
 
 namespace quillane::core {
 namespace {
@@ -72,22 +71,20 @@ TEST(PermissionSetupPolicy, TheMonitorNeedsAccessibilityAlone) {
 class PermissionSetupPolicyInstalledTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        auto pattern = (fs::temp_directory_path() / "quillane-home-XXXXXX").string();
-        ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
-        root_ = pattern;
-        home_ = root_ / "home";
         fs::create_directories(home_ / "Applications" / "Quillane.app");
         fs::create_directories(root_ / "elsewhere" / "Quillane.app");
     }
-
-    void TearDown() override { fs::remove_all(root_); }
 
     [[nodiscard]] bool isInstalled(const fs::path& application) const {
         return PermissionSetupPolicy::isInstalled(application, home_);
     }
 
-    fs::path root_;
-    fs::path home_;
+private:
+    live::TemporaryFolder temporary_;
+
+protected:
+    const fs::path root_ = temporary_.path();
+    const fs::path home_ = root_ / "home";
 };
 
 TEST_F(PermissionSetupPolicyInstalledTest, InTheApplicationsFolderOfTheSystem) {

@@ -4,6 +4,7 @@
 #include "platform/common/control/ControlProtocol.hpp"
 #include "platform/common/control/ControlSocket.hpp"
 #include "platform/common/control/ControlTrust.hpp"
+#include "support/TemporaryFolder.hpp"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -31,14 +32,7 @@ using namespace std::chrono_literals;
 
 class ControlSocketTest : public testing::Test {
 protected:
-    ControlSocketTest() {
-        std::string pattern = std::filesystem::temp_directory_path() / "quillane-control-XXXXXX";
-        folder_ = ::mkdtemp(pattern.data());
-    }
-
-    ~ControlSocketTest() override { std::filesystem::remove_all(folder_); }
-
-    [[nodiscard]] std::filesystem::path path() const { return folder_ / "quillane.sock"; }
+    [[nodiscard]] std::filesystem::path path() const { return folder_.path() / "quillane.sock"; }
 
     template <typename Work>
     auto whileRunningLoop(Work work) {
@@ -85,7 +79,7 @@ private:
     std::string name_ = "tests";
     char* argv_ = name_.data();
     QCoreApplication application_{argc_, &argv_};
-    std::filesystem::path folder_;
+    live::TemporaryFolder folder_;
 };
 
 TEST_F(ControlSocketTest, AnswersARequest) {
