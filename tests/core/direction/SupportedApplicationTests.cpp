@@ -7,6 +7,7 @@
 
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quillane::core {
@@ -14,6 +15,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::Not;
+using ::testing::Pair;
 
 std::string nameOf(DirectionManner manner) {
     switch (manner) {
@@ -83,6 +85,106 @@ TEST(SupportedApplication, EveryRowIsComplete) {
     }
 }
 
+/// A label in each language, in the order of `Labels`.
+using Translations = std::vector<std::string_view>;
+
+Translations translationsOf(const Labels& labels) {
+    const auto& [english, british, hebrew, arabic, persian, urdu, french, german, russian, spanish] = labels;
+    Translations all{english, british, hebrew, arabic, persian, urdu, french, german, russian, spanish};
+    std::erase(all, std::string_view());
+    return all;
+}
+
+const DirectionLabels& labelsOf(std::string_view bundleID) {
+    return *supportedApplication(bundleID)->labels;
+}
+
+TEST(SupportedApplication, LabelsOfChromiumAreThoseOfItsTranslations) {
+    const auto& labels = labelsOf("org.chromium.Chromium");
+    EXPECT_THAT(translationsOf(labels.menu),
+                ElementsAre("Writing Direction", "Writing direction", "כיוון כתיבה", "اتجاه الكتابة", "جهت نوشتن",
+                            "تحریر کا ڈائریکشن", "Sens de l'écriture", "Schreibrichtung", "Направление письма",
+                            "Sentido de la escritura"));
+    EXPECT_THAT(translationsOf(labels.rightToLeft),
+                ElementsAre("Right to Left", "מימין לשמאל", "من اليمين لليسار", "راست به چپ", "دائیں سے بائیں",
+                            "De droite à gauche", "Linksläufig", "Справа налево", "De derecha a izquierda"));
+    EXPECT_THAT(translationsOf(labels.leftToRight),
+                ElementsAre("Left to Right", "משמאל לימין", "من اليسار لليمين", "چپ به راست", "بائیں سے دائیں",
+                            "De gauche à droite", "Rechtsläufig", "Слева направо", "De izquierda a derecha"));
+}
+
+TEST(SupportedApplication, LabelsOfLibreOfficeAreThoseOfItsTranslations) {
+    const auto& labels = labelsOf("org.libreoffice.script");
+    EXPECT_THAT(translationsOf(labels.rightToLeft),
+                ElementsAre("Right-To-Left", "מימין לשמאל", "من اليمين إلى اليسار", "راست به چپ", "De droite à gauche",
+                            "Rechts-nach-links", "Справа налево", "De derecha a izquierda"));
+    EXPECT_THAT(translationsOf(labels.leftToRight),
+                ElementsAre("Left-To-Right", "משמאל לימין", "من اليسار إلى اليمين", "چپ به راست", "De gauche à droite",
+                            "Links-nach-rechts", "Слева направо", "De izquierda a derecha"));
+}
+
+TEST(SupportedApplication, LabelsOfFirefoxAreThoseOfItsTranslations) {
+    const auto& labels = labelsOf("org.mozilla.firefox");
+    for (const auto direction : {WritingDirection::rightToLeft, WritingDirection::leftToRight}) {
+        EXPECT_THAT(translationsOf(labels.command(direction)),
+                    ElementsAre("Switch Text Direction", "היפוך כיוון כתיבה", "اعكس اتجاه النص", "تعویض جهت متن",
+                                "متن کی سمت بدلیں کریں", "Changer le sens du texte", "Textrichtung ändern",
+                                "Переключить направление текста на странице", "Cambiar dirección del texto"));
+    }
+    EXPECT_THAT(translationsOf(labels.bar), ElementsAre("Edit", "עריכה", "حرّر", "ویرایش", "تدوین کریں", "Édition",
+                                                        "Bearbeiten", "Правка", "Editar"));
+}
+
+TEST(SupportedApplication, LabelsWithoutPublishedTranslationsAreEnglish) {
+    const auto commands = [](const DirectionLabels& labels) {
+        auto all = translationsOf(labels.rightToLeft);
+        for (const auto* label : {&labels.leftToRight, &labels.menu, &labels.bar, &labels.opener}) {
+            const auto more = translationsOf(*label);
+            all.insert(all.end(), more.begin(), more.end());
+        }
+        return all;
+    };
+    EXPECT_THAT(commands(appKitDirectionLabels()), ElementsAre("Right to Left", "Left to Right", "Writing Direction"));
+    EXPECT_THAT(commands(labelsOf("com.apple.Safari")),
+                ElementsAre("Right to Left", "Left to Right", "Paragraph Direction"));
+    EXPECT_THAT(commands(labelsOf("com.microsoft.Outlook")),
+                ElementsAre("Right to Left", "Left to Right", "Formatting Toolbar", "See more items"));
+    EXPECT_THAT(commands(labelsOf("com.microsoft.Word")),
+                ElementsAre("Right-to-Left", "Left-to-Right", "ribbon", "Home"));
+}
+
+TEST(SupportedApplication, EveryMenuHasTheHeadingsOfAppKit) {
+    for (const auto& row : supportedApplications()) {
+        EXPECT_THAT(translationsOf(row.labels->paragraph), ElementsAre("Paragraph")) << row.displayName;
+        EXPECT_THAT(translationsOf(row.labels->selection), ElementsAre("Selection")) << row.displayName;
+    }
+}
+
+TEST(SupportedApplication, OnlyTextViewsOfAppKitIdentifyTheirActions) {
+    for (const auto& row : supportedApplications()) {
+        const bool isTextView = row.editor == EditorRule::document;
+        EXPECT_EQ(row.labels->identifiesActions, isTextView) << row.displayName;
+        EXPECT_TRUE(row.subject == nullptr || row.subject->labels->identifiesActions) << row.displayName;
+    }
+}
+
+TEST(SupportedApplication, EditorsAreIdentifiedAsTheirApplicationsDo) {
+    EXPECT_EQ(supportedApplication("com.apple.TextEdit")->editorIdentifier, "First Text View");
+    EXPECT_EQ(supportedApplication("com.apple.Notes")->editorIdentifier, "Note Body Text View");
+    EXPECT_EQ(supportedApplication("com.apple.mail")->subject->editorIdentifier, "Mail.subjectField");
+    EXPECT_EQ(supportedApplication("com.microsoft.Outlook")->subject->editorIdentifier, "subjectTextField");
+}
+
+TEST(SupportedApplication, SubjectLinesBelongToTheirApplication) {
+    for (const auto& row : supportedApplications()) {
+        if (row.subject != nullptr) {
+            EXPECT_EQ(row.subject->displayName, row.displayName);
+            EXPECT_EQ(row.subject->manner, DirectionManner::contextMenu) << row.displayName;
+            EXPECT_EQ(row.subject->editor, EditorRule::subjectLine) << row.displayName;
+        }
+    }
+}
+
 TEST(SupportedApplication, NoLabelOfOneDirectionIsOneOfTheOther) {
     for (const auto& row : supportedApplications()) {
         if (row.manner == DirectionManner::swapCommand) {
@@ -120,11 +222,32 @@ TEST(SupportedApplication, EachWindowClassIsOfOneApplication) {
             }
         }
     }
-    EXPECT_EQ(applicationOfWindowClass("brave-browser")->displayName, "Brave");
-    EXPECT_EQ(applicationOfWindowClass("microsoft-edge")->displayName, "Edge");
-    EXPECT_EQ(applicationOfWindowClass("libreoffice-calc")->displayName, "LibreOffice Calc");
     EXPECT_EQ(applicationOfWindowClass("Chromium"), nullptr) << "classes are given in lower case";
     EXPECT_EQ(applicationOfWindowClass(""), nullptr);
+}
+
+TEST(SupportedApplication, WindowClassesAreThoseOfTheirPrograms) {
+    std::vector<std::pair<std::string_view, std::string_view>> classes;
+    for (const auto& row : supportedApplications()) {
+        for (const auto windowClass : row.windowClasses) {
+            if (!windowClass.empty()) {
+                classes.emplace_back(windowClass, row.displayName);
+            }
+        }
+    }
+    EXPECT_THAT(
+        classes,
+        ElementsAre(Pair("google-chrome", "Chrome"), Pair("libreoffice-writer", "LibreOffice Writer"),
+                    Pair("libreoffice", "LibreOffice Writer"), Pair("libreoffice-startcenter", "LibreOffice Writer"),
+                    Pair("soffice", "LibreOffice Writer"), Pair("soffice.bin", "LibreOffice Writer"),
+                    Pair("libreoffice-calc", "LibreOffice Calc"), Pair("libreoffice-impress", "LibreOffice Impress"),
+                    Pair("libreoffice-draw", "LibreOffice Draw"), Pair("chromium", "Chromium"),
+                    Pair("chromium-browser", "Chromium"), Pair("google-chrome-beta", "Chrome Beta"),
+                    Pair("google-chrome-unstable", "Chrome Dev"), Pair("microsoft-edge", "Edge"),
+                    Pair("microsoft-edge-beta", "Edge Beta"), Pair("microsoft-edge-dev", "Edge Dev"),
+                    Pair("brave-browser", "Brave"), Pair("brave-browser-beta", "Brave Beta"),
+                    Pair("brave-browser-nightly", "Brave Nightly"), Pair("vivaldi-stable", "Vivaldi"),
+                    Pair("opera", "Opera"), Pair("firefox", "Firefox"), Pair("firefox-esr", "Firefox")));
 }
 
 TEST(SupportedApplication, TheTitleOfAWindowNamesTheProgram) {

@@ -24,6 +24,13 @@ TEST(TextSide, AScrollBarDoesNotCount) {
     EXPECT_EQ(directionOfLine(field, {118, 297}), std::nullopt);
 }
 
+TEST(TextSide, TheDifferenceOfTheSidesIsMoreThanATenthOfTheField) {
+    EXPECT_EQ(directionOfLine(field, {100, 280}), std::nullopt);
+    EXPECT_EQ(directionOfLine(field, {120, 300}), std::nullopt);
+    EXPECT_EQ(directionOfLine(field, {100, 279}), WritingDirection::leftToRight);
+    EXPECT_EQ(directionOfLine(field, {121, 300}), WritingDirection::rightToLeft);
+}
+
 TEST(TextSide, AFullCentredOrScrolledLineSaysNothing) {
     EXPECT_EQ(directionOfLine(field, {102, 298}), std::nullopt);
     EXPECT_EQ(directionOfLine(field, {170, 230}), std::nullopt);

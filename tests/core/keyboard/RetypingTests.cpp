@@ -69,6 +69,10 @@ TEST(Retyping, WhatALayoutCannotTypeStays) {
               "של\xd7");
 }
 
+TEST(Retyping, OnlyTheTextIsRead) {
+    EXPECT_EQ(retyped(std::string_view("akuo").substr(0, 2), english, hebrew), "של");
+}
+
 TEST(Retyping, DirectionMarksAndIsolatesSurvive) {
     const std::string marks = "\u200f\u2067\u202a\u061c\u2069\u200e";
     EXPECT_EQ(retyped("ak" + marks + "uo", english, hebrew), "של" + marks + "ום");
@@ -99,6 +103,7 @@ TEST(Retyping, DeadKeyComposesWithTheNextKey) {
     EXPECT_EQ(retyped(",ד", hebrew, international), "'s"); // no composition: the accent, then the letter
     EXPECT_EQ(retyped("'s", international, hebrew), ",ד");
     EXPECT_EQ(retyped("'e", international, hebrew), ", ק"); // only a space keeps them apart
+    EXPECT_EQ(retyped("s'e", international, hebrew), "ד, ק");
     EXPECT_EQ(retyped("'", international, hebrew), ",");
     EXPECT_EQ(retyped("של,", hebrew, international), "ak'");
     EXPECT_EQ(retyped(",😀", hebrew, international), "'😀");
