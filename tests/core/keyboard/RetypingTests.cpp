@@ -110,6 +110,16 @@ TEST(Retyping, DeadKeyComposesWithTheNextKey) {
     EXPECT_EQ(retyped("'e", international, international), "'e");
 }
 
+TEST(Retyping, AccentThatNoKeysTypeStays) {
+    constexpr KeyStroke quote{.keyCode = 39};
+    auto international = english;
+    international.outputs[quote] = {U"'", true};
+    international.compositions[{quote, {.keyCode = 14}}] = U"é";
+    EXPECT_EQ(retyped("s'e", international, hebrew), "ד'ק"); // nothing types an accent before this letter
+    international.compositions[{quote, {.keyCode = spaceKey}}] = U"´";
+    EXPECT_EQ(retyped("s'e", international, hebrew), "ד'ק");
+}
+
 class RetypingWayTest : public ::testing::Test {
 protected:
     static Source rightToLeft(const KeyboardLayout& layout) { return {true, layout}; }

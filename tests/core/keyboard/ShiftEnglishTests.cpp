@@ -43,6 +43,13 @@ TEST(ShiftEnglish, EveryConditionIsNeeded) {
     EXPECT_EQ(shiftEnglish::character(0, conditions), std::nullopt);
 }
 
+TEST(ShiftEnglish, ConditionsThatAreNotNamedAreNotMet) {
+    EXPECT_EQ(shiftEnglish::character(0, {.rtlSource = true, .editable = true}), std::nullopt);
+    EXPECT_EQ(shiftEnglish::character(0, {.shift = true, .editable = true}), std::nullopt);
+    EXPECT_EQ(shiftEnglish::character(0, {.shift = true, .rtlSource = true}), std::nullopt);
+    EXPECT_EQ(shiftEnglish::character(0, {.shift = true, .rtlSource = true, .editable = true}), u'a');
+}
+
 TEST(ShiftEnglish, TheListOfKeysIsTheTable) {
     const auto keys = shiftEnglish::keyCodes();
     EXPECT_EQ(keys.size(), 26U);
