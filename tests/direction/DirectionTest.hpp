@@ -45,6 +45,13 @@ protected:
 
     FakeElement& tree() { return desktop.accessibility.tree(pid); }
 
+    /// Adds elements that no search is for.
+    static void fill(FakeElement& parent, int count) {
+        for (int index = 0; index < count; ++index) {
+            parent.add("AXGroup");
+        }
+    }
+
     void focus(FakeElement& element) { desktop.accessibility.focus(pid, &element); }
 
     DirectionServices services() {

@@ -231,5 +231,80 @@ TEST_F(FirefoxDirectionTest, AnotherApplicationInFrontEndsTheAttempt) {
     EXPECT_THAT(said, IsEmpty());
 }
 
+TEST_F(FirefoxDirectionTest, AsksNineTimesWhereTheTextIs) {
+    editor->withText([](const AXTextRange&) { return std::nullopt; });
+    begin();
+    desktop.queue.advance(479ms);
+    EXPECT_THAT(said, IsEmpty());
+    desktop.queue.advance(1ms);
+    EXPECT_THAT(said, ElementsAre("The editor does not expose the cursor position — direction was not changed"));
+    EXPECT_EQ(desktop.queue.timerCount(), 0U);
+}
+
+TEST_F(FirefoxDirectionTest, WaitsForTheMenuThroughTwentyFourRuns) {
+    onOpen = [] {};
+    begin();
+    desktop.queue.advance(1439ms);
+    EXPECT_THAT(said, IsEmpty());
+    desktop.queue.advance(1ms);
+    EXPECT_THAT(said, ElementsAre("The direction menu is unavailable in this editor"));
+}
+
+TEST_F(FirefoxDirectionTest, WaitsForTheSwapThroughTwentyFourRuns) {
+    swap = [] {};
+    begin();
+    desktop.queue.advance(60ms); // the menu has opened, and the command is pressed
+    desktop.queue.advance(1439ms);
+    EXPECT_THAT(said, IsEmpty());
+    desktop.queue.advance(1ms);
+    EXPECT_THAT(said, ElementsAre("The app did not apply the direction command"));
+}
+
+TEST_F(FirefoxDirectionTest, LooksThroughFiveHundredElementsOfTheWindow) {
+    for (const int count : {495, 496}) { // besides the window, the page and two toolbars, and the bar in the second
+        openApplication("org.mozilla.firefox");
+        tree().without("AXMenuBar");
+        auto& page = window->add("AXWebArea");
+        window->add("AXToolbar");
+        auto& toolbar = window->add("AXToolbar");
+        fill(*window, count);
+        auto& title = toolbar.add("AXMenuBar").add("AXUnknown").with("AXTitle", std::string("Edit"));
+        title.add("AXMenuItem").with("AXTitle", std::string("Switch Text Direction")).withAction("AXPress", [this] {
+            swap();
+            return AXActionResult::done;
+        });
+        auto& field = page.addTextField("AXTextArea").with("AXNumberOfCharacters", std::int64_t{5});
+        field.at({100, 0, 200, 60}).withText([this](const AXTextRange& range) { return place(range); });
+        focus(field);
+        isRightToLeft = false;
+        apply();
+    }
+    EXPECT_THAT(said,
+                ElementsAre("Applied RTL in Firefox", "This editor does not offer a paragraph direction command"));
+}
+
+TEST_F(FirefoxDirectionTest, LooksThroughHundredAndTwentyItemsOfTheMenu) {
+    for (const int count : {118, 119}) { // besides the menu and the command
+        openApplication("org.mozilla.firefox");
+        auto& page = window->add("AXWebArea");
+        auto& bar = tree().add("AXMenuBar");
+        tree().with("AXMenuBar", bar); // as on macOS
+        auto& title = bar.add("AXMenuBarItem").with("AXTitle", std::string("Edit"));
+        fill(title, count);
+        title.add("AXMenuItem").with("AXTitle", std::string("Switch Text Direction")).withAction("AXPress", [this] {
+            swap();
+            return AXActionResult::done;
+        });
+        auto& field = page.addTextField("AXTextArea").with("AXNumberOfCharacters", std::int64_t{5});
+        field.at({100, 0, 200, 60}).withText([this](const AXTextRange& range) { return place(range); });
+        focus(field);
+        isRightToLeft = false;
+        apply();
+    }
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Firefox",
+                                  "To change direction in Firefox, set bidi.browser.ui to true in about:config and "
+                                  "restart Firefox"));
+}
+
 } // namespace
 } // namespace quillane::testing

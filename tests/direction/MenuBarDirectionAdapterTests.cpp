@@ -130,6 +130,38 @@ TEST_F(MenuBarDirectionTest, ALookupHoldsNobodyUp) {
     EXPECT_EQ(desktop.queue.timerCount(), 0U);
 }
 
+TEST_F(MenuBarDirectionTest, LooksThroughTwoThousandElements) {
+    for (const int count : {1997, 1998}) { // besides the bar and the two commands
+        openEditor();
+        bar = &tree().add("AXMenuBar");
+        tree().with("AXMenuBar", *bar);
+        fill(*bar, count);
+        for (const auto* direction : {"LeftToRight", "RightToLeft"}) {
+            bar->add("AXMenuItem")
+                .with("AXIdentifier", std::string("makeBaseWritingDirection") + direction + ":")
+                .withAction("AXPress");
+        }
+        adapter.lookUpFront();
+        desktop.queue.advance(2s);
+        EXPECT_EQ(serves(), count == 1997);
+        EXPECT_EQ(desktop.queue.timerCount(), 0U);
+    }
+}
+
+TEST_F(MenuBarDirectionTest, BothCommandsAreNeeded) {
+    const std::vector<std::pair<std::string, std::string>> halves{
+        {"AXIdentifier", "makeBaseWritingDirectionRightToLeft:"}, {"AXTitle", "Right to Left"}};
+    for (const auto& [attribute, value] : halves) {
+        openEditor();
+        bar = &tree().add("AXMenuBar");
+        tree().with("AXMenuBar", *bar);
+        auto& directions = bar->add("AXMenuItem").with("AXTitle", std::string("Writing Direction")).add("AXMenu");
+        directions.add("AXMenuItem").with(attribute, value);
+        lookUp();
+        EXPECT_FALSE(serves()) << attribute;
+    }
+}
+
 TEST_F(MenuBarDirectionTest, SupportedApplicationsAreNotLookedUp) {
     openApplication("com.apple.Notes");
     lookUp();

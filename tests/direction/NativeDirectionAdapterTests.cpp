@@ -441,5 +441,52 @@ TEST_F(NativeDirectionTest, AClosedMenuOfTheMenuBarIsNoOpenMenu) {
     EXPECT_THAT(desktop.accessibility.actions(), ElementsAre(fakes::FakeAccessibility::Action{editor, "AXShowMenu"}));
 }
 
+TEST_F(NativeDirectionTest, LooksThroughTwoHundredAndFortyElementsOfAMenu) {
+    openChrome();
+    for (const int count : {237, 238}) { // besides the menu and its first two items
+        menu = &tree().add("AXMenu").present(false).withAction("AXCancel");
+        menu->add("AXMenuItem").with("AXTitle", std::string("Spelling"));
+        fill(*menu, count);
+        auto& submenus = menu->add("AXMenuItem").with("AXTitle", std::string("Writing Direction")).add("AXMenu");
+        submenus.add("AXMenuItem").with("AXTitle", std::string("Right to Left")).withAction("AXPress");
+        apply();
+        desktop.queue.advance(60ms);
+        menu->present(false);
+    }
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Chrome", "This editor does not offer a paragraph direction command"));
+}
+
+TEST_F(NativeDirectionTest, DiagnosticNamesTheFirstThirtyTwoChildren) {
+    openChrome();
+    editor->withAction("AXConfirm");
+    for (int index = 0; index < 32; ++index) {
+        editor->add("AXStaticText");
+    }
+    editor->add("AXImage");
+    onShowMenu = [] {};
+    apply();
+    desktop.queue.advance(2s);
+    std::string expected = "Editor actions: AXConfirm, AXShowMenu\nFocus role: AXTextArea";
+    for (int index = 0; index < 32; ++index) {
+        expected += "\nChild role: AXStaticText";
+    }
+    EXPECT_EQ(desktop.userDefaults.string("LastBrowserDiagnostic"), expected);
+}
+
+TEST_F(NativeDirectionTest, DiagnosticSaysWhatIsUnknown) {
+    openChrome();
+    onShowMenu = [] {};
+    apply();
+    desktop.accessibility.focus(pid, nullptr);
+    desktop.queue.advance(2s);
+    EXPECT_EQ(desktop.userDefaults.string("LastBrowserDiagnostic"), "Editor actions: AXShowMenu\nFocus role: unknown");
+    focus(*editor);
+    editor->add("").without("AXRole");
+    apply();
+    desktop.queue.advance(2s);
+    EXPECT_EQ(desktop.userDefaults.string("LastBrowserDiagnostic"),
+              "Editor actions: AXShowMenu\nFocus role: AXTextArea\nChild role: unknown");
+}
+
 } // namespace
 } // namespace quillane::testing

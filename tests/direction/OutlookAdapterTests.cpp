@@ -206,5 +206,64 @@ TEST_F(OutlookDirectionTest, FocusElsewhereAndOtherApplicationsCancelTheWait) {
     EXPECT_EQ(desktop.queue.timerCount(), 0U);
 }
 
+TEST_F(OutlookDirectionTest, LooksThroughTwoHundredAndFortyElementsForTheToolbar) {
+    toolbar->present(false);
+    fill(*window, 237); // besides the window, the page and the toolbar
+    auto* last = &window->add("AXToolbar").with("AXTitle", std::string("Formatting Toolbar"));
+    last->add("AXButton").with("AXTitle", std::string("Right to Left")).withAction("AXPress");
+    apply();
+    last->present(false);
+    fill(*window, 1);
+    last = &window->add("AXToolbar").with("AXTitle", std::string("Formatting Toolbar"));
+    last->add("AXButton").with("AXTitle", std::string("Right to Left")).withAction("AXPress");
+    apply();
+    EXPECT_THAT(said,
+                ElementsAre("Applied RTL in Outlook", "Formatting toolbar not found — the message must use HTML"));
+}
+
+TEST_F(OutlookDirectionTest, OnlyButtonsArePressed) {
+    rtl->with("AXRole", std::string("AXMenuItem"));
+    apply();
+    narrow();
+    overflow->with("AXRole", std::string("AXMenuItem"));
+    apply();
+    const std::string missing = "Direction buttons were not found in this version of Outlook";
+    EXPECT_THAT(said, ElementsAre(missing, missing));
+    EXPECT_THAT(desktop.accessibility.actions(), IsEmpty());
+}
+
+TEST_F(OutlookDirectionTest, OnlyAPopoverOfTheToolbarIsSearched) {
+    narrow();
+    popover->present();
+    const std::vector<std::pair<std::string, std::string>> others{{"AXGroup", "RoosterToolbarPopoverWindow(3)"},
+                                                                  {"AXWindow", "ReminderWindow(3)"}};
+    for (const auto& [role, identifier] : others) {
+        said.clear();
+        popover->with("AXRole", role).with("AXIdentifier", identifier);
+        apply();
+        desktop.queue.advance(1s);
+        EXPECT_THAT(said, ElementsAre("Direction button not found in the menu — press Esc to close it"));
+    }
+    EXPECT_EQ(countOf(*hiddenRtl, "AXPress"), 0);
+}
+
+TEST_F(OutlookDirectionTest, EveryCallIsBoundedByTheTimeout) {
+    narrow();
+    apply();
+    popover->present();
+    desktop.queue.advance(80ms);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Outlook"));
+    for (const auto& call : desktop.accessibility.calls()) {
+        EXPECT_EQ(call.timeout, 150ms) << call.what;
+    }
+}
+
+TEST_F(OutlookDirectionTest, DoesNothingWhenAnotherApplicationIsInFront) {
+    desktop.withFrontApplication("com.apple.finder");
+    apply();
+    EXPECT_THAT(said, IsEmpty());
+    EXPECT_THAT(desktop.accessibility.calls(), IsEmpty());
+}
+
 } // namespace
 } // namespace quillane::testing

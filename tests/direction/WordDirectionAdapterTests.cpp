@@ -148,5 +148,42 @@ TEST_F(WordDirectionTest, DoesNothingWhenAnotherApplicationIsInFront) {
     EXPECT_THAT(desktop.accessibility.calls(), IsEmpty());
 }
 
+TEST_F(WordDirectionTest, LooksThroughSixHundredElements) {
+    fill(*window, 594); // besides the window, the ribbon, the group, the page, the tab and the button
+    apply();
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Word"));
+    fill(*window, 1);
+    apply();
+    desktop.queue.advance(1s);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in Word", openHome));
+}
+
+TEST_F(WordDirectionTest, OnlyAButtonIsPressed) {
+    for (const auto* role : {"AXButton", "AXCheckBox", "AXRadioButton"}) {
+        said.clear();
+        rtl->with("AXRole", std::string(role));
+        apply();
+        EXPECT_THAT(said, ElementsAre("Applied RTL in Word")) << role;
+    }
+    for (const auto* role : {"AXStaticText", "AXMenuItem", "AXGroup"}) {
+        said.clear();
+        rtl->with("AXRole", std::string(role));
+        apply();
+        desktop.queue.advance(1s);
+        EXPECT_THAT(said, ElementsAre(openHome)) << role;
+    }
+    EXPECT_EQ(countOf(*rtl, "AXPress"), 3);
+}
+
+TEST_F(WordDirectionTest, OnlyTheHomeTabOfTheRibbonIsOpened) {
+    showButtons(false);
+    ribbon->with("AXRole", std::string("AXGroup"));
+    auto& other = window->add("AXButton").with("AXTitle", std::string("Home")).withAction("AXPress");
+    apply();
+    EXPECT_THAT(said, ElementsAre(openHome));
+    EXPECT_EQ(countOf(*home, "AXPress"), 0);
+    EXPECT_EQ(countOf(other, "AXPress"), 0);
+}
+
 } // namespace
 } // namespace quillane::testing

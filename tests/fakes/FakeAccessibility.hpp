@@ -118,6 +118,9 @@ public:
     [[nodiscard]] std::optional<AXValue> attribute(const AXElement& element, std::string_view name) override;
     [[nodiscard]] std::optional<std::vector<AXValue>> attributes(const AXElement& element,
                                                                  std::span<const std::string_view> names) override;
+
+    [[nodiscard]] std::size_t elementsAtOnce() const override { return elementsAtOnce_; }
+
     [[nodiscard]] bool isAnswering(const AXElement& element) override;
     [[nodiscard]] bool isAttributeSettable(const AXElement& element, std::string_view name) override;
     bool setAttribute(const AXElement& element, std::string_view name, const AXValue& value) override;
@@ -127,6 +130,9 @@ public:
     AXActionResult performAction(const AXElement& element, std::string_view name) override;
     [[nodiscard]] std::optional<core::Subscription> observe(const AXElement& application, std::string_view name,
                                                             std::function<void(const AXElement&)> handler) override;
+
+    /// A search reads this many elements in one call from now on.
+    void answerAtOnce(std::size_t elements) { elementsAtOnce_ = elements; }
 
     /// The application makes no tree below its windows until somebody reads "AXRole" of its own element, as browsers of
     /// the Chromium family do: nothing has the focus, and no web area is there. `build` is given what makes the tree,
@@ -175,6 +181,7 @@ private:
 
     std::map<pid_t, std::function<void(std::function<void()>)>> asleep_; ///< with what builds their trees
     std::map<pid_t, std::unique_ptr<FakeElement>> trees_;
+    std::size_t elementsAtOnce_ = 1;
     std::vector<Call> calls_;
     std::vector<Action> actions_;
     std::map<std::pair<pid_t, std::string>, core::Listeners<const AXElement&>> observers_;
