@@ -167,6 +167,51 @@ TEST_F(PermissionControllerTest, OpeningTheSettingsShowsTheGuide) {
     EXPECT_THAT(service.requests(), IsEmpty());
 }
 
+TEST_F(PermissionControllerTest, WhereARequestIsEnoughTheSettingsOpenWithoutTheGuide) {
+    service.grantOnRequest();
+    controller().openSettings(MacPermission::accessibility);
+    EXPECT_THAT(service.opened(), ElementsAre(MacPermission::accessibility));
+    EXPECT_THAT(guided, IsEmpty());
+}
+
+TEST_F(PermissionControllerTest, NothingIsAskedOfACallerThatGivesNoCallbacks) {
+    PermissionController bare(desktop.platform, {"/Applications/Quillane.app", true});
+    bare.requestNextIfNeeded();
+    EXPECT_THAT(service.requests(), IsEmpty()) << "nobody says that the application is in front";
+    bare.request(MacPermission::inputMonitoring);
+    bare.openSettings(MacPermission::inputMonitoring);
+    EXPECT_THAT(service.requests(), ElementsAre(MacPermission::inputMonitoring));
+    EXPECT_THAT(service.opened(), ElementsAre(MacPermission::inputMonitoring));
+    bare.restart();
+    EXPECT_EQ(desktop.launcher.launched.size(), 1U);
+}
+
+TEST_F(PermissionControllerTest, ARequestForInputMonitoringSaysWhatToDo) {
+    int changes = 0;
+    const auto token = controller().onChanged([&] { ++changes; });
+    controller().request(MacPermission::inputMonitoring);
+    EXPECT_EQ(feedback(), "Input Monitoring requested. Enable Quillane in the list, then return here.");
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(PermissionControllerTest, WhileItRequestsItSaysSo) {
+    bool during = false;
+    controller().presentGuide = [&](MacPermission) {
+        during = controller().isRequesting();
+        controller().requestNextIfNeeded();
+    };
+    controller().request(MacPermission::accessibility);
+    EXPECT_TRUE(during);
+    EXPECT_THAT(service.requests(), ElementsAre(MacPermission::accessibility));
+}
+
+TEST_F(PermissionControllerTest, APathThatCannotBeCopiedIsNotReportedAsCopied) {
+    desktop.pasteboard.refuseWrites();
+    controller().copyPath();
+    EXPECT_EQ(desktop.pasteboard.clears(), 1);
+    EXPECT_EQ(feedback(), "");
+}
+
 TEST_F(PermissionControllerTest, ThePathIsCopiedAndExplained) {
     controller().copyPath();
     EXPECT_EQ(desktop.pasteboard.string(core::pasteboardTypes::string), "/Applications/Quillane.app");

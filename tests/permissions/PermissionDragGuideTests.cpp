@@ -140,6 +140,46 @@ TEST_F(PermissionDragGuideTest, TakesTheFirstLargeOrdinaryWindowOfSystemSettings
     EXPECT_EQ(card.frame, (ScreenRect{580, 612, 420, 190}));
 }
 
+TEST_F(PermissionDragGuideTest, AWindowIsLargerThanFourHundredByThreeHundred) {
+    openSettings({300, 100, 401, 301});
+    guide.present(MacPermission::accessibility);
+    EXPECT_EQ(card.frame, (ScreenRect{281, 413, 420, 190})); // right-aligned with 701, 12 below 401
+}
+
+TEST_F(PermissionDragGuideTest, WithoutAScreenTheCardStays) {
+    openSettings({300, 100, 700, 500});
+    guide.present(MacPermission::accessibility);
+    const auto before = card.frame;
+    screens.clear();
+    desktop.queue.advance(500ms);
+    EXPECT_EQ(card.frame, before);
+    EXPECT_TRUE(card.shown);
+}
+
+TEST_F(PermissionDragGuideTest, AWindowOnNoScreenPutsItOnTheMainOne) {
+    screens.push_back({{1440, 0, 1920, 1080}, {1440, 25, 1920, 1055}});
+    openSettings({-5000, 100, 700, 500});
+    guide.present(MacPermission::accessibility);
+    EXPECT_GE(card.frame.x, 0);
+    EXPECT_LE(card.frame.x + card.frame.width, 1440);
+}
+
+TEST_F(PermissionDragGuideTest, ScreenOverAndUnderTheMainOneIsChosenByTheSharedArea) {
+    screens.push_back({{0, 900, 1440, 900}, {0, 900, 1440, 900}});
+    openSettings({300, 700, 700, 500}); // 200 rows above, 300 below
+    guide.present(MacPermission::accessibility);
+    EXPECT_EQ(card.frame, (ScreenRect{580, 1212, 420, 190}));
+}
+
+TEST_F(PermissionDragGuideTest, PresentingAgainChangesThePermissionOfTheSameCard) {
+    openSettings({300, 100, 700, 500});
+    guide.present(MacPermission::inputMonitoring);
+    guide.present(MacPermission::accessibility);
+    EXPECT_THAT(card.permissions, ::testing::ElementsAre(MacPermission::inputMonitoring, MacPermission::accessibility));
+    EXPECT_EQ(panels, 1);
+    EXPECT_EQ(desktop.queue.timerCount(), 1U);
+}
+
 TEST_F(PermissionDragGuideTest, AWindowFlushWithTheBottomPutsItBeside) {
     openSettings({100, 400, 700, 500});
     guide.present(MacPermission::accessibility);

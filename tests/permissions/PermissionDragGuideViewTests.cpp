@@ -18,6 +18,7 @@
 #include <QDrag>
 #include <QLabel>
 #include <QMimeData>
+#include <QScreen>
 #include <QTest>
 #include <QToolButton>
 #include <QUrl>
@@ -160,6 +161,100 @@ TEST_F(PermissionDragGuideViewTest, TheCloseControlHasANameTakesTheKeysAndCloses
     window().orderFront();
     QTest::keyClick(&close, Qt::Key_Escape);
     EXPECT_EQ(closings, 2);
+}
+
+TEST_F(PermissionDragGuideViewTest, NamesItsPartsForAssistivePrograms) {
+    EXPECT_EQ(window().findChild<PermissionDragGuideView*>()->accessibleName(), window().windowTitle());
+    EXPECT_EQ(find<AppDragView>("chip").accessibleName(), "Quillane");
+    EXPECT_EQ(find<QToolButton>("close").toolTip(), "Close");
+    preferences.choose(AppLanguage::hebrew);
+    EXPECT_EQ(window().findChild<PermissionDragGuideView*>()->accessibleName().toStdString(),
+              core::texts::permissionGuide.key);
+    EXPECT_EQ(find<QToolButton>("close").accessibleName().toStdString(), core::texts::close.key);
+    EXPECT_EQ(find<QToolButton>("close").toolTip().toStdString(), core::texts::close.key);
+}
+
+TEST_F(PermissionDragGuideViewTest, LinesAreAlignedToTheLeadingSide) {
+    for (const auto language : core::allLanguages) {
+        preferences.choose(language);
+        for (const auto* name : {"permission", "drag", "next"}) {
+            const auto alignment = find<QLabel>(name).alignment();
+            EXPECT_EQ(alignment.testFlag(Qt::AlignRight), core::isRTL(language)) << name;
+            EXPECT_EQ(alignment.testFlag(Qt::AlignLeft), !core::isRTL(language)) << name;
+            EXPECT_TRUE(alignment.testFlag(Qt::AlignAbsolute)) << name;
+        }
+        EXPECT_EQ(find<QLabel>("drag").layoutDirection(), core::isRTL(language) ? Qt::RightToLeft : Qt::LeftToRight);
+    }
+}
+
+TEST_F(PermissionDragGuideViewTest, GrantIsShownInTheColourOfWhatIsGood) {
+    EXPECT_EQ(find<QLabel>("permission").property("role"), "secondary");
+    EXPECT_EQ(find<QLabel>("next").property("role"), "secondary");
+    desktop.permissions.grant(MacPermission::accessibility);
+    permissions.refresh();
+    EXPECT_EQ(find<QLabel>("next").property("role"), "good");
+    window().setPermission(MacPermission::inputMonitoring);
+    EXPECT_EQ(find<QLabel>("next").property("role"), "secondary") << "another permission";
+}
+
+TEST_F(PermissionDragGuideViewTest, OtherKeysDoNotCloseIt) {
+    window().closed = [] { FAIL() << "closed"; };
+    for (const auto key : {Qt::Key_A, Qt::Key_Tab, Qt::Key_Backspace}) {
+        QTest::keyClick(&find<QToolButton>("close"), key);
+    }
+    EXPECT_TRUE(window().isShown());
+}
+
+TEST_F(PermissionDragGuideViewTest, TitleIsBoldAndLargerAndShrinksWithTheCard) {
+    const auto title = find<QLabel>("drag").font();
+    const auto line = find<QLabel>("next").font();
+    EXPECT_TRUE(title.bold());
+    EXPECT_FALSE(line.bold());
+    EXPECT_NEAR(title.pointSizeF() / line.pointSizeF(), 1.2, 0.01);
+    EXPECT_NEAR(line.pointSizeF(), 10, 0.01);
+    window().setFrame({0, 0, 260, 110});
+    settle();
+    EXPECT_LT(find<QLabel>("next").font().pointSizeF(), line.pointSizeF());
+    EXPECT_GE(find<QLabel>("next").font().pointSizeF(), 5.99) << "no smaller than can be read";
+    window().setFrame({0, 0, 420, 190});
+    settle();
+    EXPECT_NEAR(find<QLabel>("next").font().pointSizeF(), 10, 0.01);
+}
+
+TEST_F(PermissionDragGuideViewTest, CornersAreRoundAndTheRestIsTheCard) {
+    const auto picture = window().grab().toImage();
+    EXPECT_NE(picture.pixelColor(0, 0), picture.pixelColor(210, 5));
+    EXPECT_NE(picture.pixelColor(419, 189), picture.pixelColor(210, 5));
+    EXPECT_EQ(picture.pixelColor(20, 5), picture.pixelColor(210, 5));
+}
+
+TEST_F(PermissionDragGuideViewTest, ScreensOfTheDesktopBeginWithTheMainOne) {
+    const auto screens = currentScreens();
+    ASSERT_FALSE(screens.empty());
+    const auto main = QGuiApplication::primaryScreen()->geometry();
+    EXPECT_EQ(screens.front().frame,
+              (core::ScreenRect{static_cast<double>(main.x()), static_cast<double>(main.y()),
+                                static_cast<double>(main.width()), static_cast<double>(main.height())}));
+    EXPECT_LE(screens.front().visible.height, screens.front().frame.height);
+}
+
+TEST_F(PermissionDragGuideViewTest, OnlyTheLeftButtonDragsAndFromThePressedPlace) {
+    auto& chip = find<AppDragView>("chip");
+    std::vector<QPoint> hotSpots;
+    chip.run = [&](const QDrag& drag) { hotSpots.push_back(drag.hotSpot()); };
+    const auto moveTo = [&](QPoint point, Qt::MouseButton button) {
+        QMouseEvent event(QEvent::MouseMove, point, chip.mapToGlobal(point), Qt::NoButton, button, {});
+        QApplication::sendEvent(&chip, &event);
+    };
+    const int distance = QApplication::startDragDistance();
+    QTest::mousePress(&chip, Qt::LeftButton, {}, {12, 20});
+    moveTo({12 + distance, 20}, Qt::RightButton);
+    moveTo({12 + distance, 20}, Qt::NoButton);
+    moveTo({12 + distance - 1, 20}, Qt::LeftButton);
+    EXPECT_TRUE(hotSpots.empty());
+    moveTo({12 + distance, 20}, Qt::LeftButton);
+    EXPECT_THAT(hotSpots, ::testing::ElementsAre(QPoint(12, 20)));
+    EXPECT_EQ(chip.size(), QSize(64, 64));
 }
 
 TEST_F(PermissionDragGuideViewTest, TheChipDragsTheApplication) {

@@ -98,6 +98,22 @@ TEST(SearchText, ATextOfOneAlphabetTakesOneByteACharacter) {
     EXPECT_EQ(SearchText(hebrew).byteCount(), 5'000U);
 }
 
+TEST(SearchText, FewCharactersOfOtherAlphabetsTakeSixBytesEach) {
+    const auto text = [](int hebrew, int cyrillic) {
+        std::string all;
+        for (int i = 0; i < hebrew; ++i) {
+            all += "ש";
+        }
+        for (int i = 0; i < cyrillic; ++i) {
+            all += "д";
+        }
+        return SearchText(all);
+    };
+    EXPECT_EQ(text(94, 6).byteCount(), 94U + 6 * 6);
+    EXPECT_EQ(text(93, 7).byteCount(), 3 * 100U) << "more than a sixteenth: two bytes each, and a trace";
+    EXPECT_EQ(text(6, 94).byteCount(), 94U + 6 * 6);
+}
+
 TEST(SearchText, ContainsBytesAgreesWithTheStandardSearch) {
     std::mt19937 random(1);
     for (int round = 0; round < 20'000; ++round) {
