@@ -45,6 +45,13 @@ TEST_F(AppUpdaterTest, TheSwitchIsTheUpdatersOwn) {
     EXPECT_FALSE(updater.checksAutomatically());
 }
 
+TEST_F(AppUpdaterTest, HasItsVersionAndUpdatesItself) {
+    EXPECT_EQ(updater.version(), "1.2");
+    EXPECT_EQ(updater.means(), AppUpdater::Means::itself);
+    EXPECT_TRUE(updater.updatesItself());
+    EXPECT_TRUE(updater.checksAutomatically());
+}
+
 TEST_F(AppUpdaterTest, WithoutAKeyNothingIsStartedOrChecked) {
     service.key = false;
     updater.start();

@@ -85,6 +85,32 @@ TEST_F(LoginItemControllerTest, ASecondToggleWhileAChangeRunsIsIgnored) {
     EXPECT_FALSE(controller.isChanging());
 }
 
+TEST_F(LoginItemControllerTest, AFailureIsAnnounced) {
+    int changes = 0;
+    const auto token = controller.onChanged([&] { ++changes; });
+    service.fails = true;
+    controller.setEnabled(true);
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(LoginItemControllerTest, WhatHasBeenChangedElsewhereIsNotChangedAgain) {
+    service.current = LoginItemStatus::enabled;
+    controller.setEnabled(true);
+    EXPECT_EQ(service.enablings, 0);
+    EXPECT_TRUE(controller.isOn());
+    service.current = LoginItemStatus::notRegistered;
+    controller.setEnabled(false);
+    EXPECT_EQ(service.disablings, 0);
+    EXPECT_FALSE(controller.isOn());
+}
+
+TEST_F(LoginItemControllerTest, TurningOffNeedsNoApproval) {
+    service.current = LoginItemStatus::requiresApproval;
+    controller.setEnabled(false);
+    EXPECT_EQ(service.openings, 0);
+    EXPECT_EQ(service.disablings, 0);
+}
+
 TEST_F(LoginItemControllerTest, ACopyThatIsNotInstalledChangesNothing) {
     LoginItemController elsewhere(service, false);
     elsewhere.setEnabled(true);

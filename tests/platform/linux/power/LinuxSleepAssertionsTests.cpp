@@ -185,6 +185,14 @@ TEST_F(LostHolderTest, ServiceThatIsBackIsNotWaitedForAnyLonger) {
     EXPECT_TRUE(prevention_->isActive());
 }
 
+TEST_F(LostHolderTest, ReturnOfAServiceRestartsTheDelay) {
+    hold({std::chrono::hours(1), std::chrono::milliseconds(300)});
+    manager_->end();
+    startManager(); // both changes of the owner are waiting to be read now
+    EXPECT_FALSE(waitUntil([&] { return lost_ > 0; }, std::chrono::milliseconds(900)));
+    EXPECT_TRUE(prevention_->isActive());
+}
+
 TEST_F(LostHolderTest, RestartedLoginManagerIsAskedAgain) {
     login_->end();
     startLogin();
