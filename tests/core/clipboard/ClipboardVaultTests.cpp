@@ -307,6 +307,16 @@ TEST_F(ClipboardVaultTest, AMissingFileIsWrittenAlthoughItsEntryHasNotChanged) {
     EXPECT_EQ(vault().load(), entries);
 }
 
+TEST_F(ClipboardVaultTest, EveryFileIsWrittenAgainAfterALoadThatFailed) {
+    const auto entries = threeEntries();
+    auto open = vault();
+    ASSERT_TRUE(open.save(entries));
+    write(fileOf(entries[0]), "damaged");
+    ASSERT_FALSE(open.load());
+    ASSERT_TRUE(open.save(entries));
+    EXPECT_EQ(vault().load(), entries);
+}
+
 TEST_F(ClipboardVaultTest, ErasedFilesAreWrittenAgainAfterALoad) {
     const auto entries = threeEntries();
     saved(entries);
