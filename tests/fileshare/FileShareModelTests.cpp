@@ -190,6 +190,32 @@ TEST(TransferRate, ForgetsWhatWasBeforeTheWindow) {
     EXPECT_EQ(rate.estimate(1200)->bytesPerSecond, 10);
 }
 
+TEST(TransferRate, HalfASecondIsEnough) {
+    const TransferRate::Time begin;
+    TransferRate early;
+    early.add(0, begin);
+    early.add(50, begin + 499ms);
+    EXPECT_FALSE(early.estimate(1000));
+    TransferRate rate;
+    rate.add(0, begin);
+    rate.add(50, begin + 500ms);
+    EXPECT_EQ(rate.estimate(150), (TransferRate::Estimate{100, 1s}));
+}
+
+TEST(TransferRate, MeasuresTheLastFiveSeconds) {
+    const TransferRate::Time begin;
+    TransferRate rate;
+    rate.add(0, begin);
+    for (int second = 1; second <= 5; ++second) {
+        rate.add(1000 + 10 * second, begin + std::chrono::seconds(second));
+    }
+    EXPECT_EQ(rate.estimate(2000)->bytesPerSecond, 1050 / 5.0); // the first second was fast
+    rate.add(1060, begin + 5999ms);
+    EXPECT_GT(rate.estimate(2000)->bytesPerSecond, 100);
+    rate.add(1060, begin + 6s);
+    EXPECT_EQ(rate.estimate(2000)->bytesPerSecond, 10);
+}
+
 TEST(TransferRate, AStandstillHasNoEstimate) {
     TransferRate rate;
     const TransferRate::Time begin;
