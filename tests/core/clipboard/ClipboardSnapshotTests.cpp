@@ -285,6 +285,15 @@ TEST_F(ClipboardSnapshotTest, TextIsThePasteboardsWhenAnItemAloneDoesNotSayIt) {
     EXPECT_EQ(*capture()->text, "second");
 }
 
+TEST_F(ClipboardSnapshotTest, OnlyTheTextOfSeveralItemsIsAskedOfThePasteboard) {
+    pasteboard_.copyText("one");
+    ASSERT_TRUE(capture());
+    EXPECT_THAT(pasteboard_.stringsRead(), IsEmpty()) << "the item that was read says it";
+    pasteboard_.copy({Item{{{stringType, "one"}}, {}}, Item{{{stringType, "two"}}, {}}});
+    ASSERT_TRUE(capture());
+    EXPECT_THAT(pasteboard_.stringsRead(), ElementsAre(stringType));
+}
+
 TEST_F(ClipboardSnapshotTest, TwoFilesHaveTheirNamesOnTwoLines) {
     pasteboard_.copy({fileItem("file:///home/a/%D7%A9%D7%9C%D7%95%D7%9D.txt"), fileItem("file:///home/b%2Fc/")});
     EXPECT_EQ(*capture()->text, "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D.txt\nb%2Fc");
