@@ -283,6 +283,58 @@ TEST_F(LibreOfficeDirectionTest, NoStepAsksForMuch) {
     EXPECT_LE(maximum, 20U);
 }
 
+TEST_F(LibreOfficeDirectionTest, LooksThroughTwoHundredAndFortyElementsOfTheWindow) {
+    toolbar->present(false);
+    fill(*window, 235); // besides the window, a toolbar, a group, the paragraph and the toolbar with the button
+    auto* last = &window->add("AXToolbar");
+    last->add("AXButton").with("AXTitle", std::string("Right-To-Left")).withAction("AXPress");
+    begin();
+    desktop.queue.advance(2s);
+    EXPECT_THAT(said, ElementsAre("Applied RTL in LibreOffice Writer"));
+    last->present(false);
+    fill(*window, 1);
+    last = &window->add("AXToolbar");
+    last->add("AXButton").with("AXTitle", std::string("Right-To-Left")).withAction("AXPress");
+    begin();
+    desktop.queue.advance(2s);
+    EXPECT_EQ(said.back(), "Show the Formatting toolbar with paragraph direction buttons in LibreOffice Writer");
+}
+
+TEST_F(LibreOfficeDirectionTest, LooksThroughTwoHundredAndFortyElementsOfAToolbar) {
+    for (const int count : {238, 239}) { // besides the toolbar and the button
+        toolbar->present(false);
+        toolbar = &window->add("AXToolbar");
+        fill(*toolbar, count);
+        toolbar->add("AXButton").with("AXTitle", std::string("Right-To-Left")).withAction("AXPress");
+        begin();
+        desktop.queue.advance(2s);
+    }
+    EXPECT_THAT(said,
+                ElementsAre("Applied RTL in LibreOffice Writer",
+                            "Show the Formatting toolbar with paragraph direction buttons in LibreOffice Writer"));
+}
+
+TEST_F(LibreOfficeDirectionTest, OnlyAButtonIsPressed) {
+    for (const auto* role : {"AXButton", "AXCheckBox"}) {
+        said.clear();
+        rtl->with("AXRole", std::string(role));
+        apply();
+        EXPECT_THAT(said, ElementsAre("Applied RTL in LibreOffice Writer")) << role;
+    }
+    rtl->with("AXRole", std::string("AXMenuItem"));
+    apply();
+    EXPECT_EQ(said.back(), "Show the Formatting toolbar with paragraph direction buttons in LibreOffice Writer");
+    EXPECT_EQ(countOf(*rtl, "AXPress"), 2);
+}
+
+TEST_F(LibreOfficeDirectionTest, FocusThatMovesWhileItSearchesIsLeftAlone) {
+    begin();
+    focus(window->addTextField("AXTextArea"));
+    desktop.queue.advance(2s);
+    EXPECT_THAT(said, ElementsAre("Direction change cancelled: focus moved to another field"));
+    EXPECT_EQ(countOf(*rtl, "AXPress"), 0);
+}
+
 TEST_F(LibreOfficeDirectionTest, EndsSilentlyWhenItIsCancelledOrSomethingElseComesToTheFront) {
     begin();
     commands.cancelPending();
