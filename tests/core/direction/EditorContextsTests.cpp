@@ -54,6 +54,19 @@ TEST(EditableInputContext, OneSettableAttributeIsEnough) {
     EXPECT_TRUE(context.isEligible());
 }
 
+TEST(EditorContexts, WhatIsNotKnownIsNotThere) {
+    EXPECT_FALSE((EditableInputContext{.role = "AXTextField", .valueIsSettable = true}.isEligible()));
+    EXPECT_FALSE((EditableInputContext{.role = "AXTextField", .enabled = true}.isEligible()));
+    EXPECT_FALSE((WebEditorContext{.role = "AXTextArea", .valueIsSettable = true, .insideWebArea = true}.isEligible()));
+    EXPECT_FALSE((WebEditorContext{.role = "AXTextArea", .enabled = true, .insideWebArea = true}.isEligible()));
+    EXPECT_FALSE((WebEditorContext{.role = "AXTextArea", .enabled = true, .valueIsSettable = true}.isEligible()));
+    MailEditorContext mail{.role = "AXTextField", .identifier = MailEditorContext::subjectIdentifier};
+    EXPECT_FALSE(mail.enabled);
+    EXPECT_FALSE(mail.writable);
+    EXPECT_FALSE(mail.composeWindow);
+    EXPECT_FALSE((WordEditorContext{.role = "AXTextArea", .description = "Page 3 content"}.isEligible()));
+}
+
 WebEditorContext webEditor() {
     return {
         .role = "AXTextArea", .subrole = std::nullopt, .enabled = true, .valueIsSettable = true, .insideWebArea = true};

@@ -58,6 +58,13 @@ TEST(ParagraphCommand, TitlesAreComparedExactly) {
     EXPECT_EQ(index(Titles({"right to left", "Right  to Left", "Right to Left…"}), "Right to Left"), std::nullopt);
 }
 
+TEST(ParagraphCommand, ActionsAreThoseOfTheParagraph) {
+    EXPECT_EQ(paragraphCommand::actionIdentifier(WritingDirection::rightToLeft),
+              "makeBaseWritingDirectionRightToLeft:");
+    EXPECT_EQ(paragraphCommand::actionIdentifier(WritingDirection::leftToRight),
+              "makeBaseWritingDirectionLeftToRight:");
+}
+
 TEST(ParagraphCommand, IsFoundInEveryLanguageOfTheApplication) {
     const auto& labels = *supportedApplication("org.chromium.Chromium")->labels;
     const std::vector<Titles> menus{{"Default", "Left to Right", "Right to Left"},
