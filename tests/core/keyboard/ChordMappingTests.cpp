@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Quillane authors
 // SPDX-License-Identifier: MIT
 #include "core/keyboard/LanguageSwitchChord.hpp"
+#include "core/keyboard/RetypingChord.hpp"
 #include "core/keyboard/WritingDirectionChord.hpp"
 
 #include <gtest/gtest.h>
@@ -33,6 +34,14 @@ std::optional<WritingDirection> direction(std::initializer_list<EventFlags> sequ
 
 bool switches(std::initializer_list<EventFlags> sequence) {
     LanguageSwitchChord chord;
+    for (const auto rawFlags : sequence) {
+        EXPECT_FALSE(chord.update(rawFlags));
+    }
+    return chord.update(0);
+}
+
+bool retypes(std::initializer_list<EventFlags> sequence) {
+    RetypingChord chord;
     for (const auto rawFlags : sequence) {
         EXPECT_FALSE(chord.update(rawFlags));
     }
@@ -167,6 +176,47 @@ TEST(LanguageSwitchChord, CancelHoldsUntilTheRelease) {
     chord.cancel();
     EXPECT_FALSE(chord.update(0));
     EXPECT_FALSE(chord.update(leftOption | leftShift));
+    EXPECT_TRUE(chord.update(0));
+}
+
+TEST(RetypingChord, LeftOptionWithRightShift) {
+    EXPECT_TRUE(retypes({leftOption, leftOption | rightShift, leftOption}));
+    EXPECT_TRUE(retypes({rightShift, leftOption | rightShift, rightShift}));
+    EXPECT_TRUE(retypes({capsLock | leftOption, capsLock | leftOption | rightShift}));
+}
+
+TEST(RetypingChord, LoneKeysDoNothing) {
+    EXPECT_FALSE(retypes({leftOption}));
+    EXPECT_FALSE(retypes({rightShift}));
+}
+
+TEST(RetypingChord, ChordsOfOthersDoNothing) {
+    EXPECT_FALSE(retypes({leftOption, leftOption | leftShift, leftOption}));
+    EXPECT_FALSE(retypes({rightOption, rightOption | rightShift, rightOption}));
+    EXPECT_FALSE(retypes({leftControl, leftControl | rightShift, leftControl}));
+    EXPECT_FALSE(retypes({leftOption | rightShift, leftOption | leftShift | rightShift, leftOption | rightShift}));
+    EXPECT_FALSE(retypes({leftOption | rightShift, leftOption | rightOption | rightShift, leftOption | rightShift}));
+}
+
+TEST(RetypingChord, ForeignModifiersCancel) {
+    for (const auto foreign : {command, fn, leftControl, rightControl}) {
+        EXPECT_FALSE(retypes({leftOption | rightShift, leftOption | rightShift | foreign, leftOption | rightShift}))
+            << std::hex << foreign;
+        EXPECT_FALSE(retypes({foreign, leftOption | foreign, leftOption | rightShift})) << std::hex << foreign;
+    }
+}
+
+TEST(RetypingChord, KeysOfUnknownSideCancel) {
+    EXPECT_FALSE(retypes({leftOption, leftOption | 0x20000, leftOption | rightShift}));
+    EXPECT_FALSE(retypes({0x80000, leftOption | rightShift}));
+}
+
+TEST(RetypingChord, CancelHoldsUntilTheRelease) {
+    RetypingChord chord;
+    EXPECT_FALSE(chord.update(leftOption | rightShift));
+    chord.cancel();
+    EXPECT_FALSE(chord.update(0));
+    EXPECT_FALSE(chord.update(leftOption | rightShift));
     EXPECT_TRUE(chord.update(0));
 }
 

@@ -3,6 +3,7 @@
 #include "core/keyboard/NaiveChordModel.hpp"
 
 #include "core/keyboard/LanguageSwitchChord.hpp"
+#include "core/keyboard/RetypingChord.hpp"
 #include "core/keyboard/WritingDirectionChord.hpp"
 
 #include <gtest/gtest.h>
@@ -52,26 +53,33 @@ struct Outcome {
     int rightToLeft = 0;
     int leftToRight = 0;
     int languageSwitches = 0;
+    int retypings = 0;
 };
 
 /// The machines and the models side by side.
 Outcome run(const Sequence& sequence) {
     WritingDirectionChord writing;
     LanguageSwitchChord language;
+    RetypingChord retyping;
     naive::Story control;
     naive::Story rightOption;
     naive::Story languageStory;
+    naive::Story retypingStory;
     Outcome outcome;
     for (const auto& step : sequence) {
         if (step.kind == Step::Kind::cancel) {
             writing.cancel();
             language.cancel();
+            retyping.cancel();
+            retypingStory.cancel();
             control.cancel();
             rightOption.cancel();
             languageStory.cancel();
         } else if (step.kind == Step::Kind::reset) {
             writing.reset();
             language.reset();
+            retyping.reset();
+            retypingStory.reset();
             control.reset();
             rightOption.reset();
             languageStory.reset();
@@ -83,7 +91,11 @@ Outcome run(const Sequence& sequence) {
             const auto expected = byControl ? byControl : byOption;
             const auto actual = direction ? std::optional(rawValue(*direction)) : std::nullopt;
             const bool expectedSwitch = languageStory.change(naive::languageChordKeys(step.rawFlags)).has_value();
-            outcome.agrees = outcome.agrees && actual == expected && switches == expectedSwitch;
+            const bool retypes = retyping.update(step.rawFlags);
+            const bool expectedRetyping = retypingStory.change(naive::retypingChordKeys(step.rawFlags)).has_value();
+            outcome.agrees =
+                outcome.agrees && actual == expected && switches == expectedSwitch && retypes == expectedRetyping;
+            outcome.retypings += retypes ? 1 : 0;
             outcome.rightToLeft += actual == "RTL" ? 1 : 0;
             outcome.leftToRight += actual == "LTR" ? 1 : 0;
             outcome.languageSwitches += switches ? 1 : 0;
@@ -202,6 +214,7 @@ Totals check(std::uint64_t seed, int count, Generator generate) {
         totals.fired.rightToLeft += outcome.rightToLeft;
         totals.fired.leftToRight += outcome.leftToRight;
         totals.fired.languageSwitches += outcome.languageSwitches;
+        totals.fired.retypings += outcome.retypings;
         if (!outcome.agrees) {
             ADD_FAILURE() << "seed " << seed << ", sequence " << totals.sequences << ":" << sequence
                           << "\nshortened:" << shortened(sequence);
@@ -217,6 +230,7 @@ TEST(ChordProperties, MachinesAgreeWithTheNaiveModelOnFingers) {
     EXPECT_GT(totals.fired.rightToLeft, 1'000) << "too few chords for a test";
     EXPECT_GT(totals.fired.leftToRight, 1'000) << "too few chords for a test";
     EXPECT_GT(totals.fired.languageSwitches, 1'000) << "too few chords for a test";
+    EXPECT_GT(totals.fired.retypings, 1'000) << "too few chords for a test";
 }
 
 TEST(ChordProperties, MachinesAgreeWithTheNaiveModelOnNoise) {
@@ -225,6 +239,7 @@ TEST(ChordProperties, MachinesAgreeWithTheNaiveModelOnNoise) {
     EXPECT_GT(totals.fired.rightToLeft, 500) << "too few chords for a test";
     EXPECT_GT(totals.fired.leftToRight, 500) << "too few chords for a test";
     EXPECT_GT(totals.fired.languageSwitches, 500) << "too few chords for a test";
+    EXPECT_GT(totals.fired.retypings, 500) << "too few chords for a test";
 }
 
 } // namespace

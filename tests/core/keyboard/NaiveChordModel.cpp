@@ -119,4 +119,20 @@ Keys languageChordKeys(std::uint64_t raw) {
     return keys;
 }
 
+Keys retypingChordKeys(std::uint64_t raw) {
+    Keys keys;
+    keys.control = (raw & 0x20) != 0;
+    keys.rightShift = (raw & 0x4) != 0;
+    if ((raw & 0x940042) != 0) {
+        keys.foreign = true;
+    }
+    if ((raw & 0x80000) != 0 && (raw & 0x20) == 0) {
+        keys.foreign = true;
+    }
+    if ((raw & 0x20000) != 0 && (raw & 0x4) == 0) {
+        keys.foreign = true;
+    }
+    return keys;
+}
+
 } // namespace quillane::core::naive

@@ -38,5 +38,6 @@ private:
 [[nodiscard]] Keys controlChordKeys(std::uint64_t raw);
 [[nodiscard]] Keys rightOptionChordKeys(std::uint64_t raw);
 [[nodiscard]] Keys languageChordKeys(std::uint64_t raw);
+[[nodiscard]] Keys retypingChordKeys(std::uint64_t raw);
 
 } // namespace quillane::core::naive
