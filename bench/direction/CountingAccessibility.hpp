@@ -54,6 +54,15 @@ public:
         return counted([&] { return real_.setAttribute(element, name, value); });
     }
 
+    std::optional<std::string> textIn(const AXElement& element, const AXTextRange& range) override {
+        return counted([&] { return real_.textIn(element, range); });
+    }
+
+    AXReplacement replaceText(const AXElement& element, const AXTextRange& range, const std::string& expected,
+                              const std::string& text) override {
+        return counted([&] { return real_.replaceText(element, range, expected, text); });
+    }
+
     std::optional<AXRect> frame(const AXElement& element) override {
         return counted([&] { return real_.frame(element); });
     }

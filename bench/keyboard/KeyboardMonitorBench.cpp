@@ -143,6 +143,16 @@ public:
         return std::nullopt;
     }
 
+    [[nodiscard]] std::optional<std::string> textIn(const AXElement& /*element*/,
+                                                    const AXTextRange& /*range*/) override {
+        return std::nullopt;
+    }
+
+    [[nodiscard]] AXReplacement replaceText(const AXElement& /*element*/, const AXTextRange& /*range*/,
+                                            const std::string& /*expected*/, const std::string& /*text*/) override {
+        return AXReplacement::failed;
+    }
+
     [[nodiscard]] std::vector<std::string> actionNames(const AXElement& /*element*/) override { return {}; }
 
     AXActionResult performAction(const AXElement& /*element*/, std::string_view /*name*/) override {

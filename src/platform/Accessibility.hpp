@@ -99,6 +99,13 @@ enum class AXActionResult {
     failed,
 };
 
+/// The outcome of replacing text.
+enum class AXReplacement {
+    done,    ///< the application has accepted it; some carry it out a moment later
+    differs, ///< the range holds another text than expected; nothing was changed
+    failed,  ///< the text cannot be read or changed; nothing was changed
+};
+
 /// Reads and drives other applications through Accessibility, with the names of macOS (NSAccessibilityConstants.h) on
 /// every desktop: attributes such as "AXRole", roles such as "AXTextArea". Main thread. Each call waits for the other
 /// application no longer than the messaging timeout of the element; any failure (no permission, no answer in time,
@@ -145,6 +152,13 @@ public:
     /// Where the characters of a range in the element's text are, which may be scrolled away; the text cursor where the
     /// range is empty.
     [[nodiscard]] virtual std::optional<AXRect> frameOfText(const AXElement& element, const AXTextRange& range) = 0;
+
+    /// The text in a range of the element's text; none where it cannot be read.
+    [[nodiscard]] virtual std::optional<std::string> textIn(const AXElement& element, const AXTextRange& range) = 0;
+
+    /// Puts `text` in the place of a range that holds `expected`. The selection and the cursor may move.
+    [[nodiscard]] virtual AXReplacement replaceText(const AXElement& element, const AXTextRange& range,
+                                                    const std::string& expected, const std::string& text) = 0;
 
     /// The actions of an element ("AXPress", "AXShowMenu", …); empty on failure.
     [[nodiscard]] virtual std::vector<std::string> actionNames(const AXElement& element) = 0;

@@ -21,6 +21,10 @@ public:
     /// sees: on macOS those during secure input. Never blocks.
     [[nodiscard]] virtual bool isKeyDown(core::KeyCode keyCode) const = 0;
 
+    /// Whether keys go to a program in a terminal rather than to an editor, as far as this desktop can tell by what has
+    /// the focus in the application in front. May wait for that application, at most 50 ms.
+    [[nodiscard]] virtual bool goesToTerminal([[maybe_unused]] pid_t pid) const { return false; }
+
     /// Presses and releases a key with exactly these modifiers (of command, option, control and shift) for an
     /// application. Translates Command to the modifier that this desktop, or this application (terminals), uses for
     /// shortcuts. False when it is not possible now: where keys go to whatever has the keyboard, the application must

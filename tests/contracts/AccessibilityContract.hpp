@@ -214,6 +214,27 @@ TYPED_TEST_P(AccessibilityContract, TheTextOfAFieldIsInItsFrameFromLeftToRight) 
     EXPECT_FALSE(accessibility.frameOfText(application, {0, 1}));
 }
 
+TYPED_TEST_P(AccessibilityContract, TextIsReadAndReplacedWhereItIsWhatWasExpected) {
+    this->driver.focusTextField();
+    const auto field = this->focusedField(false);
+    ASSERT_TRUE(field);
+    auto& accessibility = this->driver.accessibility();
+    const auto first = accessibility.textIn(*field, {0, 3});
+    ASSERT_TRUE(first && first->size() == 3) << first.value_or("none");
+    const auto isSaid = [&](const AXTextRange& range, const std::string& text) {
+        return this->driver.waitUntil([&] { return accessibility.textIn(*field, range) == text; });
+    };
+    const auto middle = first->substr(1, 1);
+    EXPECT_EQ(accessibility.replaceText(*field, {1, 1}, middle, "\u05e9\u05c1\u05dc"), AXReplacement::done);
+    EXPECT_TRUE(isSaid({0, 5}, first->substr(0, 1) + "\u05e9\u05c1\u05dc" + first->substr(2)));
+    EXPECT_EQ(accessibility.replaceText(*field, {1, 3}, "\u05e9\u05dc\u05dc", "x"), AXReplacement::differs);
+    EXPECT_EQ(accessibility.replaceText(*field, {1, 3}, "\u05e9\u05c1\u05dc", middle), AXReplacement::done);
+    EXPECT_TRUE(isSaid({0, 3}, *first));
+    const auto application = accessibility.application(this->nobody);
+    EXPECT_FALSE(accessibility.textIn(application, {0, 1}));
+    EXPECT_EQ(accessibility.replaceText(application, {0, 1}, "a", "b"), AXReplacement::failed);
+}
+
 TYPED_TEST_P(AccessibilityContract, AnActionThatIsMissingFails) {
     this->driver.focusTextField();
     const auto field = this->focusedField(false);
@@ -271,8 +292,8 @@ REGISTER_TYPED_TEST_SUITE_P(AccessibilityContract, AFocusedTextFieldIsEnabledAnd
                             ReferencesToOneElementAreEqual, AnElementIsAmongTheChildrenOfItsParent,
                             AProcessThatDoesNotRunGivesNoAnswer, SeveralElementsAreReadAsOneByOne,
                             TheFocusedElementIsInTheFocusedWindow, TheSelectionCanBeReadAndSet,
-                            TheTextOfAFieldIsInItsFrameFromLeftToRight, AnActionThatIsMissingFails,
-                            AnOpeningMenuIsAnnouncedAndCanBeCancelled, NothingIsAnnouncedOnceTheTokenIsDropped,
-                            AnApplicationThatHangsCostsTheTimeoutAlone);
+                            TheTextOfAFieldIsInItsFrameFromLeftToRight, TextIsReadAndReplacedWhereItIsWhatWasExpected,
+                            AnActionThatIsMissingFails, AnOpeningMenuIsAnnouncedAndCanBeCancelled,
+                            NothingIsAnnouncedOnceTheTokenIsDropped, AnApplicationThatHangsCostsTheTimeoutAlone);
 
 } // namespace quillane::testing

@@ -18,10 +18,7 @@ public:
         desktop_.withFrontApplication("com.apple.TextEdit");
         auto& window = tree().add("AXWindow");
         tree().with("AXFocusedWindow", window);
-        field_ = &window.addTextField()
-                      .with("AXWindow", window)
-                      .with("AXSelectedTextRange", AXTextRange{3, 0})
-                      .settable("AXSelectedTextRange");
+        field_ = &window.addTextField().with("AXWindow", window).saying(U"abc");
         field_->with("AXNumberOfCharacters", std::int64_t{3})
             .at({100, 50, 200, 20})
             .withText([](const AXTextRange& range) {

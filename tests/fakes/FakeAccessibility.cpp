@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include <unicode/unistr.h>
+
 namespace quillane::fakes {
 
 namespace {
@@ -19,6 +21,26 @@ struct OpaqueText final : AXOpaqueValue::Handle {
         return same != nullptr && same->text == text;
     }
 };
+
+} // namespace
+
+namespace {
+
+std::string utf8OfUtf32(std::u32string_view text) {
+    std::string utf8;
+    icu::UnicodeString::fromUTF32(reinterpret_cast<const UChar32*>(text.data()), static_cast<std::int32_t>(text.size()))
+        .toUTF8String(utf8);
+    return utf8;
+}
+
+std::u32string utf32OfUtf8(const std::string& utf8) {
+    const auto text = icu::UnicodeString::fromUTF8(utf8);
+    std::u32string result;
+    for (std::int32_t at = 0; at < text.length(); at = text.moveIndex32(at, 1)) {
+        result += static_cast<char32_t>(text.char32At(at));
+    }
+    return result;
+}
 
 } // namespace
 
@@ -109,6 +131,23 @@ FakeElement& FakeElement::at(const AXRect& frame) {
 
 FakeElement& FakeElement::withText(std::function<std::optional<AXRect>(const AXTextRange&)> place) {
     textPlace_ = std::move(place);
+    return *this;
+}
+
+FakeElement& FakeElement::saying(std::u32string text) {
+    text_ = std::move(text);
+    hasText_ = true;
+    settable("AXSelectedTextRange").settable("AXSelectedText");
+    return with("AXSelectedTextRange", AXTextRange{static_cast<std::int64_t>(text_.size()), 0});
+}
+
+FakeElement& FakeElement::beforeReplacement(std::function<bool()> hook) {
+    beforeReplacement_ = std::move(hook);
+    return *this;
+}
+
+FakeElement& FakeElement::ignoringReplacements() {
+    ignoresReplacements_ = true;
     return *this;
 }
 
@@ -294,6 +333,42 @@ std::optional<AXRect> FakeAccessibility::frame(const AXElement& element) {
 std::optional<AXRect> FakeAccessibility::frameOfText(const AXElement& element, const AXTextRange& range) {
     const auto* node = asked(element, "frame of text");
     return node != nullptr && node->textPlace_ ? node->textPlace_(range) : std::nullopt;
+}
+
+std::optional<std::string> FakeAccessibility::textIn(const AXElement& element, const AXTextRange& range) {
+    const auto* node = asked(element, "text");
+    const auto size = node != nullptr ? static_cast<std::int64_t>(node->text_.size()) : 0;
+    if (node == nullptr || !node->hasText_ || range.location < 0 || range.location + range.length > size) {
+        return std::nullopt;
+    }
+    return utf8OfUtf32(std::u32string_view(node->text_)
+                           .substr(static_cast<std::size_t>(range.location), static_cast<std::size_t>(range.length)));
+}
+
+AXReplacement FakeAccessibility::replaceText(const AXElement& element, const AXTextRange& range,
+                                             const std::string& expected, const std::string& text) {
+    auto* node = asked(element, "replace text");
+    if (node == nullptr || !node->settable_.contains("AXSelectedText")) {
+        return AXReplacement::failed;
+    }
+    if (node->beforeReplacement_ && !node->beforeReplacement_()) {
+        return AXReplacement::failed;
+    }
+    const auto current = textIn(element, range);
+    if (!current) {
+        return AXReplacement::failed;
+    }
+    if (*current != expected) {
+        return AXReplacement::differs;
+    }
+    if (!node->ignoresReplacements_) {
+        const auto replacement = utf32OfUtf8(text);
+        node->text_.replace(static_cast<std::size_t>(range.location), static_cast<std::size_t>(range.length),
+                            replacement);
+        const auto end = range.location + static_cast<std::int64_t>(replacement.size());
+        node->with("AXSelectedTextRange", AXTextRange{end, 0});
+    }
+    return AXReplacement::done;
 }
 
 std::vector<std::string> FakeAccessibility::actionNames(const AXElement& element) {

@@ -67,6 +67,17 @@ public:
     /// Places the text: called with a range of it whenever somebody asks.
     FakeElement& withText(std::function<std::optional<AXRect>(const AXTextRange&)> place);
 
+    /// Gives the element a text, in ASCII or with one unit for each code point, and a cursor at its end.
+    FakeElement& saying(std::u32string text);
+
+    [[nodiscard]] const std::u32string& text() const { return text_; }
+
+    /// Called when the text is about to be replaced: the user types, or the application refuses by returning false.
+    FakeElement& beforeReplacement(std::function<bool()> hook);
+
+    /// The application accepts replacements and does not carry them out.
+    FakeElement& ignoringReplacements();
+
     /// Adds a child and returns the child.
     FakeElement& add(std::string role);
 
@@ -87,6 +98,10 @@ private:
     FakeElement* parent_ = nullptr;
     std::optional<AXRect> frame_;
     std::function<std::optional<AXRect>(const AXTextRange&)> textPlace_;
+    std::u32string text_;
+    bool hasText_ = false;
+    bool ignoresReplacements_ = false;
+    std::function<bool()> beforeReplacement_;
     bool present_ = true;
     bool fails_ = false;
     bool hangs_ = false;
@@ -126,6 +141,9 @@ public:
     bool setAttribute(const AXElement& element, std::string_view name, const AXValue& value) override;
     [[nodiscard]] std::optional<AXRect> frame(const AXElement& element) override;
     [[nodiscard]] std::optional<AXRect> frameOfText(const AXElement& element, const AXTextRange& range) override;
+    [[nodiscard]] std::optional<std::string> textIn(const AXElement& element, const AXTextRange& range) override;
+    [[nodiscard]] AXReplacement replaceText(const AXElement& element, const AXTextRange& range,
+                                            const std::string& expected, const std::string& text) override;
     [[nodiscard]] std::vector<std::string> actionNames(const AXElement& element) override;
     AXActionResult performAction(const AXElement& element, std::string_view name) override;
     [[nodiscard]] std::optional<core::Subscription> observe(const AXElement& application, std::string_view name,

@@ -16,6 +16,8 @@ public:
 
     [[nodiscard]] bool isKeyDown(core::KeyCode keyCode) const override { return down_.contains(keyCode); }
 
+    [[nodiscard]] bool goesToTerminal(pid_t pid) const override { return terminals.contains(pid); }
+
     void press(core::KeyCode keyCode) { down_.insert(keyCode); }
 
     void release(core::KeyCode keyCode) { down_.erase(keyCode); }
@@ -35,6 +37,7 @@ public:
         bool operator==(const PostedKey&) const = default;
     };
 
+    std::set<pid_t> terminals;     ///< processes with a terminal in focus
     std::vector<PostedKey> posted; ///< every key, in order
     bool refusesKeys = false;      ///< as while other modifiers are held
 

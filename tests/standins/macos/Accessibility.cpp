@@ -4,6 +4,7 @@
 
 #include "standins/macos/AccessibilityObjects.hpp"
 #include "standins/macos/Mac.hpp"
+#include "standins/macos/Strings.hpp"
 
 #include <gtest/gtest.h>
 
@@ -47,6 +48,11 @@ AccessibleElement& AccessibleElement::withAction(const std::string& name, std::f
 AccessibleElement& AccessibleElement::withBounds(std::function<Value(const CFRange& range)> bounds) {
     bounds_ = std::move(bounds);
     return *this;
+}
+
+AccessibleElement& AccessibleElement::withText(std::u16string text) {
+    text_ = std::move(text);
+    return with("AXSelectedText", value("")).settable("AXSelectedText");
 }
 
 AccessibleElement& AccessibleElement::add(std::string_view role) {
@@ -138,8 +144,19 @@ AXError AccessibilityServer::copyFor(AXUIElementRef element, const std::string& 
         return answer.error;
     }
     CFRange range{};
+    const auto& held = answer.element->text_;
     const bool isRange = CFGetTypeID(parameter) == AXValueGetTypeID() &&
                          AXValueGetValue(reinterpret_cast<AXValueRef>(parameter), kAXValueTypeCFRange, &range);
+    if (attribute == "AXStringForRange" && held) {
+        const bool isInside = isRange && range.location >= 0 && range.length >= 0 &&
+                              range.location + range.length <= static_cast<CFIndex>(held->size());
+        if (!isInside) {
+            return kAXErrorIllegalArgument;
+        }
+        *result = reference<CFTypeRef>(make<String>(
+            held->substr(static_cast<std::size_t>(range.location), static_cast<std::size_t>(range.length))));
+        return kAXErrorSuccess;
+    }
     if (attribute != "AXBoundsForRange" || !answer.element->bounds_ || !isRange) {
         return attribute == "AXBoundsForRange" && !isRange ? kAXErrorIllegalArgument : kAXErrorAttributeUnsupported;
     }
@@ -188,7 +205,25 @@ AXError AccessibilityServer::set(AXUIElementRef element, const std::string& attr
         current != nullptr && CFGetTypeID(current->get()) != CFGetTypeID(held)) {
         return kAXErrorIllegalArgument;
     }
+    if (attribute == "AXSelectedText" && answer.element->text_) {
+        return write(*answer.element, held);
+    }
     found->second = borrowed(held);
+    return kAXErrorSuccess;
+}
+
+/// In the place of the selected text; the cursor is behind it then.
+AXError AccessibilityServer::write(AccessibleElement& element, CFTypeRef text) {
+    const auto selection = element.attributes_.find("AXSelectedTextRange");
+    CFRange range{};
+    if (selection == element.attributes_.end() ||
+        !AXValueGetValue(reinterpret_cast<AXValueRef>(std::get<Value>(selection->second).get()), kAXValueTypeCFRange,
+                         &range)) {
+        return kAXErrorFailure;
+    }
+    const auto& written = as<String>(text).text();
+    element.text_->replace(static_cast<std::size_t>(range.location), static_cast<std::size_t>(range.length), written);
+    element.with("AXSelectedTextRange", rangeValue(range.location + static_cast<CFIndex>(written.size()), 0));
     return kAXErrorSuccess;
 }
 

@@ -10,6 +10,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -35,6 +36,11 @@ public:
     /// Places the text: gives the bounds of a range.
     AccessibleElement& withBounds(std::function<Value(const CFRange& range)> bounds);
 
+    /// Gives the element a text, whose selected range ("AXSelectedTextRange") can be written ("AXSelectedText").
+    AccessibleElement& withText(std::u16string text);
+
+    [[nodiscard]] const std::optional<std::u16string>& text() const { return text_; }
+
     /// Adds a child and returns the child.
     AccessibleElement& add(std::string_view role);
 
@@ -49,6 +55,7 @@ private:
     std::set<std::string> settable_;
     std::map<std::string, std::function<AXError()>> actions_;
     std::function<Value(const CFRange& range)> bounds_;
+    std::optional<std::u16string> text_;
     std::vector<std::unique_ptr<AccessibleElement>> children_;
     AccessibleElement* parent_ = nullptr;
 };
@@ -106,6 +113,7 @@ private:
 
     /// Asks the application of the reference: the element when it answers.
     [[nodiscard]] Answer ask(AXUIElementRef element);
+    [[nodiscard]] static AXError write(AccessibleElement& element, CFTypeRef text);
     [[nodiscard]] AXError read(pid_t pid, AccessibleElement& element, const std::string& attribute, Value* result);
 
     std::map<pid_t, std::unique_ptr<AccessibleApplication>> applications_;

@@ -45,6 +45,9 @@ public:
     bool setAttribute(const AXElement& element, std::string_view name, const AXValue& value) override;
     [[nodiscard]] std::optional<AXRect> frame(const AXElement& element) override;
     [[nodiscard]] std::optional<AXRect> frameOfText(const AXElement& element, const AXTextRange& range) override;
+    [[nodiscard]] std::optional<std::string> textIn(const AXElement& element, const AXTextRange& range) override;
+    [[nodiscard]] AXReplacement replaceText(const AXElement& element, const AXTextRange& range,
+                                            const std::string& expected, const std::string& text) override;
     [[nodiscard]] std::vector<std::string> actionNames(const AXElement& element) override;
     AXActionResult performAction(const AXElement& element, std::string_view name) override;
     [[nodiscard]] std::optional<core::Subscription> observe(const AXElement& application, std::string_view name,
@@ -106,6 +109,13 @@ private:
     [[nodiscard]] AXActionResult dismissMenu(const AtspiObject& menu, const Limit& limit);
     [[nodiscard]] std::optional<AtspiObject> innermostOpenMenu(const AtspiObject& menu, const Limit& limit);
     [[nodiscard]] bool select(const AtspiObject& object, const AXTextRange& range, const Limit& limit);
+
+    // AtspiText.cpp
+    [[nodiscard]] std::optional<std::string> readText(const AtspiObject& object, const AXTextRange& range,
+                                                      const Limit& limit);
+    [[nodiscard]] bool insertText(const AtspiObject& object, std::int64_t location, const std::string& text,
+                                  const Limit& limit);
+    [[nodiscard]] std::optional<std::string> toolkitOf(const std::string& application, const Limit& limit);
 
     AccessibilityBus bus_;
     AtspiFocus focus_;

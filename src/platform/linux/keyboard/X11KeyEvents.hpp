@@ -32,6 +32,10 @@ public:
 
     [[nodiscard]] bool isKeyDown(core::KeyCode keyCode) const override;
 
+    [[nodiscard]] bool goesToTerminal(pid_t pid) const override {
+        return styleIn_ && styleIn_(pid) != ShortcutStyle::control;
+    }
+
     [[nodiscard]] bool postKey(pid_t pid, core::KeyCode keyCode, core::EventFlags flags) override;
 
 private:

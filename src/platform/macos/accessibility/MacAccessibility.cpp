@@ -200,6 +200,44 @@ std::optional<AXRect> MacAccessibility::frameOfText(const AXElement& element, co
     return AXRect{bounds.origin.x, bounds.origin.y, bounds.size.width, bounds.size.height};
 }
 
+std::optional<std::string> MacAccessibility::textIn(const AXElement& element, const AXTextRange& range) {
+    const AutoreleasePool pool;
+    const auto& handle = macElement(element);
+    const auto parameter = accessibilityObject(range);
+    CFTypeRef copied = nullptr;
+    const bool isRead = succeeds(silent_, handle, [&] {
+        return AXUIElementCopyParameterizedAttributeValue(handle.reference.get(), cfString("AXStringForRange").get(),
+                                                          parameter.get(), &copied);
+    });
+    const auto object = CFRef<CFTypeRef>::adopt(copied);
+    const auto string = cfCast<CFStringRef>(object.get(), CFStringGetTypeID());
+    return isRead && string ? std::optional(utf8(string)) : std::nullopt;
+}
+
+/// The selected text is what can be written: the range is selected first, and it must be.
+AXReplacement MacAccessibility::replaceText(const AXElement& element, const AXTextRange& range,
+                                            const std::string& expected, const std::string& text) {
+    const auto selected = [&] { return attribute(element, "AXSelectedTextRange"); };
+    const auto before = selected();
+    const auto current = textIn(element, range);
+    if (!before || !current || !isAttributeSettable(element, "AXSelectedText")) {
+        return AXReplacement::failed;
+    }
+    if (*current != expected) {
+        return AXReplacement::differs;
+    }
+    if (*before != AXValue(range) &&
+        (!setAttribute(element, "AXSelectedTextRange", range) || selected() != AXValue(range))) {
+        setAttribute(element, "AXSelectedTextRange", *before);
+        return AXReplacement::failed;
+    }
+    if (!setAttribute(element, "AXSelectedText", text)) {
+        setAttribute(element, "AXSelectedTextRange", *before);
+        return AXReplacement::failed;
+    }
+    return AXReplacement::done;
+}
+
 std::vector<std::string> MacAccessibility::actionNames(const AXElement& element) {
     const AutoreleasePool pool;
     const auto& handle = macElement(element);

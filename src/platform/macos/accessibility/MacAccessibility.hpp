@@ -42,6 +42,9 @@ public:
 
     /// AXUIElementCopyParameterizedAttributeValue, "AXBoundsForRange".
     [[nodiscard]] std::optional<AXRect> frameOfText(const AXElement& element, const AXTextRange& range) override;
+    [[nodiscard]] std::optional<std::string> textIn(const AXElement& element, const AXTextRange& range) override;
+    [[nodiscard]] AXReplacement replaceText(const AXElement& element, const AXTextRange& range,
+                                            const std::string& expected, const std::string& text) override;
 
     /// AXUIElementCopyActionNames.
     [[nodiscard]] std::vector<std::string> actionNames(const AXElement& element) override;

@@ -33,7 +33,7 @@ public:
                 .settable("AXValue")
                 .settable("AXSelectedTextRange");
         }
-        text_.with("AXSubrole", standin::value("AXStandardTextField"));
+        text_.with("AXSubrole", standin::value("AXStandardTextField")).withText(u"abc");
         text_.with("AXNumberOfCharacters", standin::value(3))
             .with("AXPosition", standin::pointValue(100, 50))
             .with("AXSize", standin::sizeValue(200, 20))
@@ -89,6 +89,23 @@ protected:
     MacAccessibility accessibility{[this] { return mac.now(); }};
     AXElement application = (static_cast<void>(root()), accessibility.application(editor));
 };
+
+TEST_F(MacAccessibilityTest, TextIsReplacedInUnitsOfUtf16) {
+    root()
+        .withText(u"\U0001F600 ab")
+        .with("AXSelectedTextRange", standin::rangeValue(5, 0))
+        .settable("AXSelectedTextRange");
+    EXPECT_EQ(accessibility.textIn(application, {0, 3}), "\U0001F600 ");
+    EXPECT_EQ(accessibility.replaceText(application, {3, 2}, "ab", "שנ"), AXReplacement::done);
+    EXPECT_EQ(root().text(), u"\U0001F600 שנ");
+    EXPECT_EQ(read("AXSelectedTextRange"), AXValue(AXTextRange{5, 0}));
+}
+
+TEST_F(MacAccessibilityTest, TextWhoseRangeCannotBeSelectedStays) {
+    root().withText(u"abc").with("AXSelectedTextRange", standin::rangeValue(3, 0));
+    EXPECT_EQ(accessibility.replaceText(application, {0, 3}, "abc", "שנב"), AXReplacement::failed);
+    EXPECT_EQ(root().text(), u"abc");
+}
 
 TEST_F(MacAccessibilityTest, EachTypeOfValueIsTranslated) {
     const auto address =
