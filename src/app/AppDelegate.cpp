@@ -51,6 +51,7 @@ AppDelegate::AppDelegate(const Platform& platform, core::AppPreferences& prefere
       browserWaker_(*platform.accessibility, *platform.workspace),
       switcher_(*platform.inputSources, platform.desktop),
       retyper_(*platform.inputSources),
+      retyping_(platform, retyper_),
       direction_(
           DirectionServices{*platform.accessibility, *platform.workspace, *platform.mainQueue, *platform.userDefaults},
           [this] { return model_.canTestDirection(); }, [this](const core::LocalizedText& text) { report(text); }),
@@ -151,8 +152,17 @@ void AppDelegate::wireControllers() {
         return direction_.serves(application);
     };
     monitor_.isOwnTextBoxFocused = [this] { return isOwnTextBoxFocused(); };
-    monitor_.onInterruption = [this](core::UserInput input) { direction_.interrupt(input); };
+    monitor_.onInterruption = [this](core::UserInput input) {
+        direction_.interrupt(input);
+        retyping_.interrupt();
+    };
     monitor_.onLanguageSwitch = [this] { switchLanguage(); };
+    monitor_.onRetyping = [this](const KeyboardMonitor::Retyping& press) {
+        direction_.cancelPending();
+        using CapsLock = core::retyping::CapsLock;
+        retyping_.retype({press.strokes, press.capsLock ? CapsLock::on : CapsLock::off});
+    };
+    retyping_.report = [this](const core::LocalizedText& text) { report(text); };
     monitor_.onDisabled = [this] {
         direction_.cancelPending();
         report(core::texts::keyboardEngineRestarted);
@@ -179,6 +189,7 @@ void AppDelegate::observeWorkspace() {
     subscriptions_.push_back(platform_.workspace->onDidActivateApplication([this] {
         monitor_.reset();
         direction_.cancelPending();
+        retyping_.cancel();
         clipboardPanel_.noteFrontmostApplication();
         rememberTarget();
         browserWaker_.noteActivation();
@@ -317,6 +328,7 @@ void AppDelegate::applicationWillTerminate() {
     lifetime_.end();
     monitor_.stop();
     direction_.cancelPending();
+    retyping_.cancel();
     settings_.reset();
     historyPanel_.reset();
     dragGuide_.dismiss();

@@ -19,6 +19,7 @@
 #include "keyboard/KeyboardMonitor.hpp"
 #include "keyboard/RTLInput.hpp"
 #include "keyboard/Retyper.hpp"
+#include "keyboard/RetypingCommand.hpp"
 #include "permissions/PermissionController.hpp"
 #include "permissions/PermissionDragGuide.hpp"
 #include "platform/AgentControl.hpp"
@@ -142,6 +143,7 @@ private:
     BrowserWaker browserWaker_;
     InputSourceSwitcher switcher_;
     Retyper retyper_;
+    RetypingCommand retyping_;
     DirectionCommands direction_;
     FileShareService fileShare_;
     ClipboardManager clipboard_;

@@ -84,6 +84,7 @@ StatusReport AppDelegate::statusReport() const {
     return {.version = environment_.version,
             .language = preferences_.state().language,
             .options = model_.options(),
+            .fixesWrongLayout = model_.fixesWrongLayout(),
             .runtime = model_.runtime(),
             .lastAction = model_.lastAction(),
             .directions = directions_,
@@ -106,6 +107,7 @@ core::DiagnosisFacts AppDelegate::diagnosisFacts() {
     facts.system = platform_.systemInspector->inspect();
     facts.session = doctor::sessionFacts(platform_, facts.respondent);
     facts.agent = {.options = model_.options(),
+                   .fixesWrongLayout = model_.fixesWrongLayout(),
                    .keyboardAvailable = environment_.keyboardAvailable,
                    .tapMade = monitor_.hasTap(),
                    .tapEnabled = monitor_.isRunning(),

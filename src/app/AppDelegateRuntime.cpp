@@ -16,8 +16,10 @@ namespace quillane {
 
 void AppDelegate::applyOptions() {
     monitor_.setOptions(model_.options());
+    monitor_.setRetyping(model_.fixesWrongLayout());
     monitor_.reset();
     direction_.cancelPending();
+    retyping_.cancel();
     if (model_.options().paused && !wasPaused_) {
         fileShare_.cancelAll();
     }
@@ -47,7 +49,7 @@ void AppDelegate::lookAround() {
 }
 
 void AppDelegate::runMonitor() {
-    const bool wanted = environment_.keyboardAvailable && model_.options().shouldMonitor() &&
+    const bool wanted = environment_.keyboardAvailable && model_.shouldMonitor() &&
                         core::PermissionSetupPolicy::canStartKeyboardMonitor(permissions_.granted());
     if (!wanted) {
         monitor_.stop();
@@ -115,6 +117,7 @@ void AppDelegate::announceStart(bool atLogin) {
 RuntimeFacts AppDelegate::runtimeFacts() const {
     return {.desktop = platform_.desktop,
             .options = model_.options(),
+            .fixesWrongLayout = model_.fixesWrongLayout(),
             .oldCopyRunning = surroundings_.oldCopyRunning,
             .keyboardAvailable = environment_.keyboardAvailable,
             .canStartMonitor = core::PermissionSetupPolicy::canStartKeyboardMonitor(permissions_.granted()),

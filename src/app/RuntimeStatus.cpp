@@ -23,7 +23,7 @@ core::LocalizedText statusText(const RuntimeFacts& facts) {
     if (!facts.keyboardAvailable) {
         return texts::keyboardNeedsX11;
     }
-    if (!options.shouldMonitor()) {
+    if (!options.shouldMonitor() && !facts.fixesWrongLayout) {
         return texts::shortcutsOff;
     }
     if (!facts.canStartMonitor) {

@@ -15,6 +15,7 @@ namespace quillane {
 struct RuntimeFacts {
     core::Desktop desktop{}; ///< the desktop that texts name
     core::FeatureOptions options;
+    bool fixesWrongLayout = false; ///< the retyping chord is on, which needs the monitor too
     bool oldCopyRunning = false;
     bool keyboardAvailable = true; ///< false where the desktop cannot observe keys at all
     bool canStartMonitor = false;  ///< the permission policy allows the keyboard monitor

@@ -29,6 +29,7 @@ std::string toJson(const StatusReport& report) {
          {{"shiftEnglish", options.shiftEnglish},
           {"languageSwitch", options.languageSwitch},
           {"writingDirection", options.writingDirection},
+          {"fixWrongLayout", report.fixesWrongLayout},
           {"keepAwake", options.keepAwake},
           {"excludeScreenSharing", options.excludeScreenSharing}}},
         {"keepAwake",

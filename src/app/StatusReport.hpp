@@ -36,6 +36,7 @@ struct StatusReport {
     std::string version;
     core::AppLanguage language{};
     core::FeatureOptions options;
+    bool fixesWrongLayout = false;
     SettingsModel::Runtime runtime;
     core::LocalizedText lastAction;
     DirectionDeliveries directions;

@@ -52,12 +52,13 @@ bool isKeyboardEvent(EventType type) {
 
 } // namespace
 
-KeyboardMonitor::KeyboardMonitor(const Platform& platform, const RTLInput& input)
+KeyboardMonitor::KeyboardMonitor(const Platform& platform, const RTLInput& input, Clock clock)
     : tap_(*platform.eventTap),
       keyEvents_(*platform.keyEvents),
       workspace_(*platform.workspace),
       mainQueue_(*platform.mainQueue),
-      input_(input) {}
+      input_(input),
+      clock_(std::move(clock)) {}
 
 KeyboardMonitor::~KeyboardMonitor() {
     stop();
@@ -91,6 +92,10 @@ void KeyboardMonitor::reset() {
     languageChord_.reset();
     languageChord_.update(down);
     languageChord_.cancel();
+    retypingChord_.reset();
+    retypingChord_.update(down);
+    retypingChord_.cancel();
+    typed_.reset();
     frontPid_.reset();
     remapped_.clear();
 }
@@ -109,7 +114,7 @@ void KeyboardMonitor::receive(InputEvent& event) {
         reset();
     }
     frontPid_ = front ? std::optional(front->pid) : std::nullopt;
-    if (!options_.shouldMonitor()) {
+    if (!isWanted()) {
         return;
     }
     if (core::screenSharingPolicy::bypassKeyboardProcessing(front ? front->bundleID : std::nullopt,
@@ -124,13 +129,17 @@ void KeyboardMonitor::receive(InputEvent& event) {
     }
     languageChord_.cancel();
     directionChord_.cancel();
+    retypingChord_.cancel();
     if (event.type == EventType::keyUp) {
         receiveKeyUp(event);
         return;
     }
     interrupt(inputOf(event));
     if (event.type == EventType::keyDown) {
+        typed_.notePress(event.keyCode, event.flags, clock_());
         receiveKeyDown(event, front);
+    } else if (event.type != EventType::scrollWheel) {
+        typed_.reset();
     }
 }
 
@@ -186,6 +195,7 @@ void KeyboardMonitor::receiveFlags(const InputEvent& event, const std::optional<
             },
             frontPid_, false);
     }
+    receiveRetypingFlags(event.flags);
     if (!options_.writingDirection || !isDirectionTarget(front)) {
         directionChord_.reset();
         return;
@@ -202,6 +212,25 @@ void KeyboardMonitor::receiveFlags(const InputEvent& event, const std::optional<
             },
             frontPid_, true);
     }
+}
+
+void KeyboardMonitor::receiveRetypingFlags(core::EventFlags flags) {
+    const bool fired = retypingChord_.update(flags);
+    if (!heldKeys_.empty()) {
+        retypingChord_.cancel();
+    } else if (fired && retyping_) {
+        deliver(
+            [this, press = Retyping{typed_.count(clock_()), (flags & core::flags::capsLock) != 0}] {
+                if (onRetyping) {
+                    onRetyping(press);
+                }
+            },
+            frontPid_, false);
+    }
+}
+
+bool KeyboardMonitor::isWanted() const {
+    return options_.shouldMonitor() || (retyping_ && !options_.paused);
 }
 
 void KeyboardMonitor::post(const std::function<void()> KeyboardMonitor::*handler) {
@@ -229,7 +258,7 @@ void KeyboardMonitor::interrupt(core::UserInput input) {
 void KeyboardMonitor::deliver(std::function<void()> handler, std::optional<pid_t> pid, bool toDirectionTarget) {
     const auto finish = [this, alive = lifetime_.watch(), handler = std::move(handler), pid, toDirectionTarget,
                          generation = generation_] {
-        if (!alive || !tap_.isEnabled() || !options_.shouldMonitor() || generation != generation_) {
+        if (!alive || !tap_.isEnabled() || !isWanted() || generation != generation_) {
             return;
         }
         const auto front = workspace_.frontmostApplication();

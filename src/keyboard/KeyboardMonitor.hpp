@@ -4,6 +4,8 @@
 
 #include "core/direction/WritingDirection.hpp"
 #include "core/keyboard/LanguageSwitchChord.hpp"
+#include "core/keyboard/RetypingChord.hpp"
+#include "core/keyboard/TypedStrokes.hpp"
 #include "core/keyboard/UserInput.hpp"
 #include "core/keyboard/WritingDirectionChord.hpp"
 #include "core/preferences/FeatureOptions.hpp"
@@ -14,6 +16,8 @@
 #include "platform/MainQueue.hpp"
 #include "platform/Workspace.hpp"
 
+#include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -25,14 +29,22 @@ namespace quillane {
 
 struct Platform;
 
-/// Watches the keyboard, clicks and scrolling through one event tap: recognises the direction and language chords and
-/// rewrites the text of keys for temporary English. Every event is passed on. Handlers are called from the main queue,
-/// never inside the tap; a chord is delivered only if nothing has reset the monitor since and the same application is
-/// still in front.
+/// Watches the keyboard, clicks and scrolling through one event tap: recognises the direction, language and retyping
+/// chords and rewrites the text of keys for temporary English. Of what is typed it keeps a number alone: how many keys.
+/// Every event is passed on. Handlers are called from the main queue, never inside the tap; a chord is delivered only
+/// if nothing has reset the monitor since and the same application is still in front.
 class KeyboardMonitor {
 public:
-    /// Both must outlive the monitor.
-    KeyboardMonitor(const Platform& platform, const RTLInput& input);
+    using Clock = std::function<core::TypedStrokes::Time()>;
+
+    /// What the retyping chord is pressed for.
+    struct Retyping {
+        std::size_t strokes = 0; ///< typed before the cursor
+        bool capsLock = false;   ///< Caps Lock is on
+    };
+
+    /// Platform and input must outlive the monitor.
+    KeyboardMonitor(const Platform& platform, const RTLInput& input, Clock clock = std::chrono::steady_clock::now);
     ~KeyboardMonitor();
 
     KeyboardMonitor(const KeyboardMonitor&) = delete;
@@ -53,6 +65,9 @@ public:
 
     void setOptions(const core::FeatureOptions& options);
 
+    /// Whether the retyping chord acts.
+    void setRetyping(bool on) { retyping_ = on; }
+
     /// Forgets every key and drops chords that wait for delivery. Keys that are down now cannot complete a chord until
     /// all of them have been released.
     void reset();
@@ -67,6 +82,7 @@ public:
 
     std::function<void(core::WritingDirection)> onDirection;
     std::function<void()> onLanguageSwitch;
+    std::function<void(const Retyping&)> onRetyping;
     /// A key, a click or scroll; any event while a remote desktop viewer is in front is a command.
     std::function<void(core::UserInput)> onInterruption;
     std::function<void()> onDisabled;         ///< the system has disabled the tap; it has been enabled again
@@ -79,6 +95,9 @@ private:
     void receiveKeyDown(InputEvent& event, const std::optional<RunningApplication>& front);
     void receiveFlags(const InputEvent& event, const std::optional<RunningApplication>& front);
     void rewrite(InputEvent& event, const std::optional<RunningApplication>& front);
+
+    void receiveRetypingFlags(core::EventFlags flags);
+    [[nodiscard]] bool isWanted() const;
 
     void post(const std::function<void()> KeyboardMonitor::*handler);
     void interrupt(core::UserInput input);
@@ -93,11 +112,15 @@ private:
 
     core::WritingDirectionChord directionChord_;
     core::LanguageSwitchChord languageChord_;
+    core::RetypingChord retypingChord_;
+    core::TypedStrokes typed_;
+    Clock clock_;
     std::unordered_set<core::KeyCode> heldKeys_;           ///< keys other than modifiers that are down
     std::optional<pid_t> frontPid_;                        ///< of the application in front at the last event
     std::unordered_map<core::KeyCode, char16_t> remapped_; ///< the replacement of a held key's press
     core::FeatureOptions options_;
     std::int64_t generation_ = 0; ///< counts resets
+    bool retyping_ = false;
     bool hasTap_ = false;
     bool keyboardEventsObserved_ = false;
     core::Lifetime lifetime_;

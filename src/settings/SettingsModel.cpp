@@ -3,6 +3,7 @@
 #include "settings/SettingsModel.hpp"
 
 #include "core/permissions/PermissionSetupPolicy.hpp"
+#include "core/preferences/DefaultsKeys.hpp"
 
 #include <utility>
 
@@ -17,11 +18,23 @@ bool anyKeyboardFeature(const core::FeatureOptions& options) {
 } // namespace
 
 SettingsModel::SettingsModel(core::UserDefaults& defaults, core::SleepAssertionClient& sleepAssertions)
-    : defaults_(defaults), sleepPrevention_(sleepAssertions), options_(core::FeatureOptions::load(defaults)) {}
+    : defaults_(defaults),
+      sleepPrevention_(sleepAssertions),
+      options_(core::FeatureOptions::load(defaults)),
+      fixesWrongLayout_(defaults.boolean(core::defaultsKeys::fixWrongLayout).value_or(true)) {}
 
 void SettingsModel::setOptions(const core::FeatureOptions& options) {
     options_ = options;
     options_.save(defaults_);
+    if (optionsChanged) {
+        optionsChanged();
+    }
+    emit changed();
+}
+
+void SettingsModel::setFixesWrongLayout(bool on) {
+    fixesWrongLayout_ = on;
+    defaults_.setObject(core::defaultsKeys::fixWrongLayout, core::PropertyListValue(on));
     if (optionsChanged) {
         optionsChanged();
     }
@@ -88,7 +101,7 @@ bool SettingsModel::canTestDirection() const {
 
 bool SettingsModel::needsRelaunch() const {
     return runtime_.keyboardAvailable && core::PermissionSetupPolicy::canStartKeyboardMonitor(granted()) &&
-           options_.shouldMonitor() && !(runtime_.monitorRunning && runtime_.keyboardEventsObserved);
+           shouldMonitor() && !(runtime_.monitorRunning && runtime_.keyboardEventsObserved);
 }
 
 std::set<core::MacPermission> SettingsModel::granted() const {

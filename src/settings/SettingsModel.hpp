@@ -51,6 +51,17 @@ public:
     /// Saves the options and calls `optionsChanged`.
     void setOptions(const core::FeatureOptions& options);
 
+    /// Whether left Option with right Shift fixes text that was typed in the wrong layout.
+    [[nodiscard]] bool fixesWrongLayout() const { return fixesWrongLayout_; }
+
+    /// Saves the choice and calls `optionsChanged`.
+    void setFixesWrongLayout(bool on);
+
+    /// Whether anything that is on needs the keyboard monitor.
+    [[nodiscard]] bool shouldMonitor() const {
+        return options_.shouldMonitor() || (fixesWrongLayout_ && !options_.paused);
+    }
+
     [[nodiscard]] const Runtime& runtime() const { return runtime_; }
 
     void setRuntime(Runtime runtime);
@@ -125,6 +136,7 @@ private:
     core::UserDefaults& defaults_;
     core::SleepPrevention sleepPrevention_;
     core::FeatureOptions options_;
+    bool fixesWrongLayout_;
     Runtime runtime_;
     core::LocalizedText lastAction_;
     std::optional<Offer> offer_;

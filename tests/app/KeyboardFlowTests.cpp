@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/AppDelegateTest.hpp"
 #include "core/localization/Texts.hpp"
+#include "support/KeyboardLayouts.hpp"
 
 namespace quillane {
 namespace {
@@ -24,6 +25,62 @@ TEST_F(KeyboardFlowTest, TheLanguageChordSwitchesAndReports) {
     EXPECT_EQ(defaults.string("LastStatus"), expected);
     EXPECT_TRUE(model->runtime().inputIsRTL);
     EXPECT_EQ(model->runtime().inputName, fakes::hebrew().localizedName);
+}
+
+/// An editor whose text was typed in English, with Hebrew beside it.
+class WrongLayoutTest : public AppDelegateTest {
+protected:
+    WrongLayoutTest() {
+        desktop.inputSources.setLayout(fakes::english().id, testing::englishLayout());
+        desktop.inputSources.setLayout(fakes::hebrew().id, testing::hebrewLayout());
+    }
+
+    /// Types four letters into a new editor, and presses the chord.
+    fakes::FakeElement& typeAndFix() {
+        desktop.withFrontApplication("com.apple.TextEdit");
+        const auto pid = desktop.frontPid();
+        auto& field = desktop.accessibility.tree(pid).addTextField("AXTextArea").saying(U"akuo");
+        desktop.accessibility.focus(pid, &field);
+        desktop.type(0).type(40).type(32).type(31).settle();
+        desktop.press(Modifier::leftOption).press(Modifier::rightShift).releaseAll().settle();
+        return field;
+    }
+};
+
+TEST_F(WrongLayoutTest, ChordFixesTheWordAndReportsTheSource) {
+    launch();
+    EXPECT_EQ(typeAndFix().text(), U"שלום");
+    EXPECT_EQ(desktop.inputSources.current(), fakes::hebrew());
+    EXPECT_EQ(model->lastAction().rendered(AppLanguage::english),
+              "Keyboard language: " + fakes::hebrew().localizedName);
+}
+
+TEST_F(WrongLayoutTest, MonitorRunsForItAlone) {
+    for (const auto* key : {"ShiftEnglishEnabled", "LanguageSwitchEnabled", "WritingDirectionEnabled"}) {
+        defaults.setObject(key, false);
+    }
+    launch();
+    EXPECT_TRUE(desktop.tap.isEnabled());
+    EXPECT_EQ(statusRowTitle(), "Shortcuts are active");
+    EXPECT_EQ(typeAndFix().text(), U"שלום");
+    model->setFixesWrongLayout(false);
+    EXPECT_FALSE(desktop.tap.exists());
+    EXPECT_EQ(statusRowTitle(), "Shortcuts are off");
+    EXPECT_EQ(defaults.boolean("FixWrongLayoutEnabled"), false);
+}
+
+TEST_F(WrongLayoutTest, ItsSwitchTurnsItOff) {
+    defaults.setObject("FixWrongLayoutEnabled", false);
+    launch();
+    EXPECT_EQ(typeAndFix().text(), U"akuo");
+    model->setFixesWrongLayout(true);
+    EXPECT_EQ(typeAndFix().text(), U"שלום");
+}
+
+TEST_F(WrongLayoutTest, PauseTurnsItOff) {
+    launch();
+    click("Pause all");
+    EXPECT_EQ(typeAndFix().text(), U"akuo");
 }
 
 TEST_F(KeyboardFlowTest, AChordHeldAcrossAnApplicationSwitchDoesNothing) {

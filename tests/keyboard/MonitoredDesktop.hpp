@@ -14,13 +14,17 @@
 
 namespace quillane::testing {
 
-/// A faked desktop with a keyboard monitor that has every feature on and is not started.
+/// A faked desktop with a keyboard monitor that has every feature option on and is not started.
 class MonitoredDesktop {
 public:
     MonitoredDesktop() {
-        monitor = std::make_unique<KeyboardMonitor>(desktop.platform, input);
+        monitor = std::make_unique<KeyboardMonitor>(desktop.platform, input,
+                                                    [this] { return core::TypedStrokes::Time(desktop.queue.now()); });
         monitor->onDirection = [this](core::WritingDirection direction) {
             handled.push_back("direction " + std::string(core::rawValue(direction)));
+        };
+        monitor->onRetyping = [this](const KeyboardMonitor::Retyping& press) {
+            handled.push_back("retyping " + std::to_string(press.strokes) + (press.capsLock ? " with Caps Lock" : ""));
         };
         monitor->onLanguageSwitch = [this] { handled.emplace_back("language switch"); };
         monitor->onInterruption = [this](core::UserInput userInput) {

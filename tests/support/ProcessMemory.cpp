@@ -89,6 +89,32 @@ std::optional<std::vector<MemoryMatch>> findInMemory(pid_t process, std::span<co
     return matches;
 }
 
+std::vector<MemoryMatch> findTextInMemory(pid_t process, std::u16string_view text) {
+    const std::u32string utf32(text.begin(), text.end());
+    const std::u16string utf16(text);
+    std::string utf8;
+    for (const unsigned unit : utf32) {
+        if (unit < 0x80) {
+            utf8 += static_cast<char>(unit);
+            continue;
+        }
+        if (unit < 0x800) {
+            utf8 += static_cast<char>(0xC0 | unit >> 6);
+        } else {
+            utf8 += static_cast<char>(0xE0 | unit >> 12);
+            utf8 += static_cast<char>(0x80 | (unit >> 6 & 0x3F));
+        }
+        utf8 += static_cast<char>(0x80 | (unit & 0x3F));
+    }
+    std::vector<MemoryMatch> found;
+    for (const auto& bytes :
+         {std::as_bytes(std::span(utf8)), std::as_bytes(std::span(utf16)), std::as_bytes(std::span(utf32))}) {
+        const auto more = findInMemory(process, bytes).value();
+        found.insert(found.end(), more.begin(), more.end());
+    }
+    return found;
+}
+
 std::string describe(const std::vector<MemoryMatch>& matches) {
     std::ostringstream text;
     for (const auto& match : matches) {

@@ -33,7 +33,7 @@ Verdict eventTap(const DiagnosisFacts& facts) {
     if (!agent.keyboardAvailable) {
         return notApplicable("this session lets no program observe the keyboard");
     }
-    if (!agent.options.shouldMonitor()) {
+    if (agent.options.paused || !(agent.options.shouldMonitor() || agent.fixesWrongLayout)) {
         return notApplicable(agent.options.paused ? "not made: everything is paused" : "not made: shortcuts are off");
     }
     if (agent.tapMade) {

@@ -68,6 +68,7 @@ struct FocusFacts {
 /// What only the running agent knows.
 struct AgentFacts {
     FeatureOptions options;
+    bool fixesWrongLayout = false; ///< needs the keyboard too
     bool keyboardAvailable = true; ///< the desktop lets programs observe keys
     bool tapMade = false;
     bool tapEnabled = false;

@@ -13,6 +13,8 @@ inline constexpr std::string_view writingDirection = "WritingDirectionEnabled";
 inline constexpr std::string_view keepAwake = "KeepAwakeEnabled";
 inline constexpr std::string_view excludeScreenSharing = "ExcludeScreenSharing";
 inline constexpr std::string_view paused = "AllFeaturesPaused";
+/// Boolean, initially true: left Option with right Shift fixes text that was typed in the wrong layout.
+inline constexpr std::string_view fixWrongLayout = "FixWrongLayoutEnabled";
 
 /// Data: the JSON of InstallationPreferences.
 inline constexpr std::string_view installation = "QuillaneInstallationV1";

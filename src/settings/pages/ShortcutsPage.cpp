@@ -54,6 +54,16 @@ ShortcutsPage::ShortcutsPage(const SettingsServices& services) : SettingsPageVie
              {{keys.shift(Side::any), {"", texts::anyLetter, Side::any}}});
     addNote(texts::temporaryEnglishExplanation);
 
+    auto& model = services.model;
+    auto& wrongLayout = addCard(texts::wrongLayout);
+    addChord(wrongLayout, "arrow.triangle.2.circlepath", texts::retypeWordOrSelection,
+             {{keys.option(Side::left), keys.shift(Side::right)}});
+    addFeature(wrongLayout, {.symbol = "keyboard",
+                             .title = texts::fixWrongLayout,
+                             .explanation = texts::fixWrongLayoutExplanation,
+                             .isOn = [&model] { return model.fixesWrongLayout(); },
+                             .set = [&model](bool on) { model.setFixesWrongLayout(on); }});
+
     auto& clipboard = addCard(texts::history);
     addChord(clipboard, "clock.arrow.circlepath", texts::openClipboardHistory,
              {{keys.command(), keys.shift(Side::any), {"", texts::keyV, Side::any}}});

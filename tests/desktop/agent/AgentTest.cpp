@@ -31,8 +31,13 @@ ExitStatus AgentTest::endAgent() {
 }
 
 void AgentTest::startEditor(const Editor& editor) {
-    editor_ = required(desktop().startApplication(editor.command));
-    require(waitUntil([&] { return desktop().editorText(editor_->pid()) == ""; }), "no empty editor has the focus");
+    startEditorWith(editor.command, "");
+}
+
+void AgentTest::startEditorWith(const std::vector<std::string>& command, const std::string& text) {
+    editor_ = required(desktop().startApplication(command));
+    require(waitUntil([&] { return desktop().editorText(editor_->pid()) == text; }),
+            "no editor with the text has the focus");
 }
 
 std::string AgentTest::editorText() {

@@ -37,6 +37,9 @@ protected:
     /// Starts an editor with an empty document, in front, ready for typing.
     void startEditor(const Editor& editor);
 
+    /// Starts an editor with a document that has this text.
+    void startEditorWith(const std::vector<std::string>& command, const std::string& text);
+
     [[nodiscard]] ChildProcess& editor() { return *editor_; }
 
     /// The text in the editor, or a note that there is none.

@@ -17,7 +17,8 @@ TEST_F(LiveCommandsTest, StatusSaysEverythingThatIsAsked) {
     EXPECT_EQ(status.at("permissions").at("accessibility"), true);
     EXPECT_EQ(status.at("inputSource").at("isRTL"), false);
     EXPECT_EQ(status.at("screenSharingSuspended"), false);
-    for (const char* option : {"shiftEnglish", "languageSwitch", "writingDirection", "excludeScreenSharing"}) {
+    for (const char* option :
+         {"shiftEnglish", "languageSwitch", "writingDirection", "fixWrongLayout", "excludeScreenSharing"}) {
         EXPECT_EQ(status.at("options").at(option), true) << option;
     }
     EXPECT_EQ(status.at("options").at("keepAwake"), false);

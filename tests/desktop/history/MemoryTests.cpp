@@ -30,16 +30,7 @@ protected:
 
     /// Where the agent holds the text, in the encodings of its own code, of Qt and of the search.
     std::vector<MemoryMatch> held(const std::string& text) {
-        const auto pid = agent().process().pid();
-        const std::u16string utf16(text.begin(), text.end());
-        const std::u32string utf32(text.begin(), text.end());
-        std::vector<MemoryMatch> found;
-        for (const auto& bytes :
-             {std::as_bytes(std::span(text)), std::as_bytes(std::span(utf16)), std::as_bytes(std::span(utf32))}) {
-            const auto more = findInMemory(pid, bytes).value();
-            found.insert(found.end(), more.begin(), more.end());
-        }
-        return found;
+        return findTextInMemory(agent().process().pid(), std::u16string(text.begin(), text.end()));
     }
 
     /// Waits until the agent holds the text nowhere.

@@ -81,6 +81,29 @@ private:
             return "the file on the disk holds the same text";
         });
         tour_.step(name + " left Alt with left Shift again", [&] { return switchTo(0, "English"); });
+        fixWrongLayout(name + " fixes Hebrew", "akuo", "שלום");
+        tour_.step(name + " Arabic layout", [&] {
+            mustSee(desktop_.setKeyboardMap("us,ara"), "another keyboard map");
+            mustSee(agent_->useGroup(1, true) && agent_->useGroup(0, false), "Arabic, then English");
+            return std::string("the layouts are English and Arabic, English is in effect");
+        });
+        fixWrongLayout(name + " fixes Arabic", "lvpfh", "مرحبا");
+        mustSee(desktop_.setKeyboardMap("us,il") && agent_->useGroup(0, false), "the first keyboard map again");
+    }
+
+    /// Types a word in the layout in effect, and fixes it.
+    void fixWrongLayout(const std::string& name, const std::string& typed, const std::string& meant) {
+        tour_.step(name, [&] {
+            const std::string before = text() + " ";
+            desktop_.keyboard().type(" " + typed);
+            const auto wrong = expectText(before + typed);
+            desktop_.chordInto(editor_->pid(), {Key::leftAlt, Key::rightShift});
+            const auto right = expectText(before + meant);
+            mustSee(
+                agent_->waitForStatus([](const auto& status) { return status.at("inputSource").at("isRTL") == true; }),
+                "the source of the new text in effect");
+            return wrong + "; after left Alt with right Shift " + right;
+        });
     }
 
     void pauseAndResume() {
