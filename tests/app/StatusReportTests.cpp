@@ -46,6 +46,7 @@ TEST(StatusReport, EachFactHasItsPlace) {
         {"/options/shiftEnglish", [](auto& report) { report.options.shiftEnglish = false; }, true, false},
         {"/options/languageSwitch", [](auto& report) { report.options.languageSwitch = false; }, true, false},
         {"/options/writingDirection", [](auto& report) { report.options.writingDirection = false; }, true, false},
+        {"/options/fixWrongLayout", [](auto& report) { report.fixesWrongLayout = true; }, false, true},
         {"/options/keepAwake", [](auto& report) { report.options.keepAwake = true; }, false, true},
         {"/options/excludeScreenSharing", [](auto& report) { report.options.excludeScreenSharing = false; }, true,
          false},
