@@ -104,7 +104,8 @@ public:
           input_(*platform.inputSources, accessibility_, *platform.workspace),
           monitor_(platform, input_),
           commands_(
-              {accessibility_, *platform.workspace, queue_, *platform.userDefaults}, [] { return true; },
+              {accessibility_, *platform.workspace, queue_, *platform.userDefaults, *platform.eventTap},
+              [] { return true; },
               [this](const core::LocalizedText& text) { said_ = text.rendered(core::AppLanguage::english); }) {
         monitor_.onDirection = [this](core::WritingDirection direction) {
             delivered_ = Clock::now();

@@ -32,6 +32,12 @@ public:
 
     void setReplaceableKeys(std::span<const core::KeyCode> /*keys*/) override {}
 
+    void hold() override {}
+
+    void letGo() override {}
+
+    [[nodiscard]] bool isHolding() const override { return false; }
+
     void send(InputEvent& event) const { receiver_(event); }
 
 private:

@@ -53,7 +53,8 @@ AppDelegate::AppDelegate(const Platform& platform, core::AppPreferences& prefere
       retyper_(*platform.inputSources),
       retyping_(platform, retyper_),
       direction_(
-          DirectionServices{*platform.accessibility, *platform.workspace, *platform.mainQueue, *platform.userDefaults},
+          DirectionServices{*platform.accessibility, *platform.workspace, *platform.mainQueue, *platform.userDefaults,
+                            *platform.eventTap},
           [this] { return model_.canTestDirection(); }, [this](const core::LocalizedText& text) { report(text); }),
       fileShare_(
           {.platform = platform,

@@ -45,6 +45,11 @@ std::optional<AXElement> openContextMenu(Accessibility& accessibility, const AXE
                     [](const ax::Candidate& candidate) { return candidate.role == "AXMenu"; });
 }
 
+bool isOpen(Accessibility& accessibility, const AXElement& menu) {
+    const auto role = ax::string(accessibility, menu, "AXRole");
+    return role ? role == "AXMenu" : !accessibility.isAnswering(menu);
+}
+
 bool isAnswering(Accessibility& accessibility, const AXElement& application) {
     return ax::string(accessibility, application, "AXRole").has_value();
 }
@@ -107,6 +112,7 @@ void AbandonedMenu::note(core::UserInput input) {
 void AbandonedMenu::forget() {
     ++number_;
     watch_.reset();
+    closed_.reset();
     observation_.reset();
 }
 
@@ -152,6 +158,11 @@ void AbandonedMenu::tryToClose(bool looks) {
         return;
     }
     forget();
+    closed_ = menu;
+}
+
+bool AbandonedMenu::isDone() const {
+    return !watch_ && !(closed_ && isOpen(services_.accessibility, *closed_));
 }
 
 } // namespace quillane

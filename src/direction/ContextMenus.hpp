@@ -18,6 +18,9 @@ namespace quillane {
 /// The menu of the application that is open, the menus of its menu bar excepted.
 [[nodiscard]] std::optional<AXElement> openContextMenu(Accessibility& accessibility, const AXElement& application);
 
+/// Whether a menu is still open, as far as its application says.
+[[nodiscard]] bool isOpen(Accessibility& accessibility, const AXElement& menu);
+
 /// Whether the application answers at the moment.
 [[nodiscard]] bool isAnswering(Accessibility& accessibility, const AXElement& application);
 
@@ -52,6 +55,9 @@ public:
     /// Leaves every menu alone from now on.
     void forget();
 
+    /// Whether no menu is waited for, and the last one that was closed is gone.
+    [[nodiscard]] bool isDone() const;
+
 private:
     struct Watch {
         Request request;
@@ -66,7 +72,8 @@ private:
 
     DirectionServices services_;
     std::optional<Watch> watch_;
-    std::int64_t number_ = 0; ///< of the watch: a step with another number is stale
+    std::optional<AXElement> closed_; ///< the last menu, which may take a moment to close
+    std::int64_t number_ = 0;         ///< of the watch: a step with another number is stale
     std::optional<core::Subscription> observation_;
     core::Lifetime lifetime_;
 };

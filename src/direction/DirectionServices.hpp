@@ -6,6 +6,7 @@
 #include "core/localization/LocalizedText.hpp"
 #include "core/preferences/UserDefaults.hpp"
 #include "platform/Accessibility.hpp"
+#include "platform/EventTap.hpp"
 #include "platform/MainQueue.hpp"
 #include "platform/Workspace.hpp"
 
@@ -20,6 +21,7 @@ struct DirectionServices {
     Workspace& workspace;
     MainQueue& mainQueue;
     core::UserDefaults& userDefaults;
+    EventTap& eventTap;
 };
 
 /// Receives the one status line with which an attempt ends, if it ends with one.

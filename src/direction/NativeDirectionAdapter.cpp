@@ -47,7 +47,7 @@ const core::DirectionLabels& labelsFor(Accessibility& accessibility, const AXEle
 } // namespace
 
 NativeDirectionAdapter::NativeDirectionAdapter(DirectionServices services, DirectionReport report)
-    : services_(services), report_(std::move(report)), abandonedMenu_(services) {}
+    : services_(services), report_(std::move(report)), abandonedMenu_(services), typing_(services) {}
 
 void NativeDirectionAdapter::apply(core::WritingDirection direction, const SupportedApplication& application) {
     if (pending_) {
@@ -89,6 +89,8 @@ void NativeDirectionAdapter::begin(const Request& request, int wakings) {
     pending_ = true;
     abandonedMenu_.forget(); // this attempt uses or closes whatever opens now
     observeMenu(element);
+    lastMenu_.reset();
+    typing_.begin([this, pid = request.pid] { return isMenuGone(pid); });
     if (accessibility.performAction(*editor, "AXShowMenu") == AXActionResult::failed) {
         finish();
         report_(texts::cannotOpenDirectionMenu(application.displayName));
@@ -129,6 +131,7 @@ void NativeDirectionAdapter::interrupt(core::UserInput input) {
     }
     finish();
     abandonedMenu_.note(input);
+    typing_.note(input);
 }
 
 void NativeDirectionAdapter::abandonMenu() {
@@ -156,6 +159,13 @@ std::optional<AXElement> NativeDirectionAdapter::contextMenu(const AXElement& ap
         return capturedMenu_;
     }
     return openContextMenu(services_.accessibility, application);
+}
+
+/// No menu is open or expected where the user types.
+bool NativeDirectionAdapter::isMenuGone(pid_t pid) const {
+    const auto front = services_.workspace.frontmostApplication();
+    return !front || front->pid != pid ||
+           (abandonedMenu_.isDone() && !(lastMenu_ && isOpen(services_.accessibility, *lastMenu_)));
 }
 
 void NativeDirectionAdapter::scheduleChoice(const Attempt& attempt, int run) {
@@ -187,6 +197,7 @@ void NativeDirectionAdapter::chooseDirection(const Attempt& attempt, int run) {
         report_(texts::directionMenuUnavailable);
         return;
     }
+    lastMenu_ = menu;
     const auto command = paragraphCommand(*menu, attempt);
     if (!command && run < lastRun && !isAnswering(services_.accessibility, attempt.application)) {
         scheduleChoice(attempt, run + 1);
@@ -272,6 +283,7 @@ void NativeDirectionAdapter::finish() {
     pending_ = false;
     requested_.reset();
     stopObservingMenu();
+    typing_.end();
 }
 
 void NativeDirectionAdapter::refuse(const AXElement& menu, const Attempt& attempt, const core::LocalizedText& reason) {

@@ -9,6 +9,7 @@
 #include "direction/DirectionAdapter.hpp"
 #include "direction/DirectionServices.hpp"
 #include "direction/SelectionSnapshot.hpp"
+#include "direction/TypingHold.hpp"
 
 #include <cstdint>
 #include <memory>
@@ -19,7 +20,7 @@ namespace quillane {
 /// Sets the direction of the paragraph at the cursor in applications whose text views have a direction submenu in their
 /// context menu: opens that menu through Accessibility, waits for it, and presses the item of the paragraph section.
 /// Sends no key and changes no text. An attempt that fails or is cancelled closes the menu again, also one that opens
-/// within the next ten seconds, unless the user has touched it.
+/// within the next ten seconds, unless the user has touched it. What the user types meanwhile goes to the text.
 ///
 /// A browser of the Chromium family without a focused element is woken first: its accessibility tree may not exist yet.
 ///
@@ -65,6 +66,7 @@ private:
     void wake(const Request& request, int wakings);
     void observeMenu(const AXElement& application);
     [[nodiscard]] std::optional<AXElement> contextMenu(const AXElement& application) const;
+    [[nodiscard]] bool isMenuGone(pid_t pid) const;
     void scheduleChoice(const Attempt& attempt, int run);
     void chooseDirection(const Attempt& attempt, int run);
     [[nodiscard]] std::optional<AXElement> paragraphCommand(const AXElement& menu, const Attempt& attempt) const;
@@ -83,7 +85,9 @@ private:
     std::optional<core::Subscription> observation_;
     std::optional<AXElement> capturedMenu_; ///< the menu that was announced during this attempt
     std::optional<Attempt> requested_;      ///< the attempt that has asked for a menu and not ended
+    std::optional<AXElement> lastMenu_;     ///< that an attempt has found
     AbandonedMenu abandonedMenu_;
+    TypingHold typing_;
     core::Lifetime lifetime_;
 };
 

@@ -3,6 +3,7 @@
 #include "keyboard/KeyboardMonitor.hpp"
 
 #include "core/direction/DirectionTarget.hpp"
+#include "core/keyboard/KeyHold.hpp"
 #include "core/keyboard/ScreenSharingPolicy.hpp"
 #include "core/keyboard/ShiftEnglish.hpp"
 #include "platform/Platform.hpp"
@@ -30,11 +31,13 @@ static_assert(eventMask == 0x2401C0A);
 constexpr core::EventFlags shortcutModifiers =
     core::flags::control | core::flags::option | core::flags::command | core::flags::secondaryFn;
 
-/// The meaning of a press, a click or a scroll.
-core::UserInput inputOf(const InputEvent& event) {
+/// The meaning of a press, a click or a scroll. A press that the tap holds back reaches no menu.
+core::UserInput inputOf(const InputEvent& event, const EventTap& tap) {
     switch (event.type) {
     case EventType::keyDown:
-        return core::userInput(event.keyCode, event.flags);
+        return tap.isHolding() && core::keyHold::holds(event.keyCode, event.flags)
+                   ? core::UserInput::typing
+                   : core::userInput(event.keyCode, event.flags);
     case EventType::scrollWheel:
         return core::UserInput::navigation;
     case EventType::rightMouseDown:
@@ -134,7 +137,7 @@ void KeyboardMonitor::receive(InputEvent& event) {
         receiveKeyUp(event);
         return;
     }
-    interrupt(inputOf(event));
+    interrupt(inputOf(event, tap_));
     if (event.type == EventType::keyDown) {
         typed_.notePress(event.keyCode, event.flags, clock_());
         receiveKeyDown(event, front);

@@ -44,7 +44,8 @@ struct InputEvent {
 class EventTap {
 public:
     /// Called for each event before the application in front gets it. It may set `replacementText`; every event is
-    /// passed on. It must return quickly and must not start or stop the tap, `enable` excepted.
+    /// passed on, though later while the tap holds it back. It must return quickly and must not start or stop the tap,
+    /// `enable` excepted.
     using Receiver = std::function<void(InputEvent&)>;
 
     virtual ~EventTap() = default;
@@ -64,6 +65,15 @@ public:
     /// Names the keys whose text the receiver may replace while Shift is held in a right-to-left input source; other
     /// keys need only be observed. A backend that has to take such keys away from the application first keeps to these.
     virtual void setReplaceableKeys(std::span<const core::KeyCode> keys) = 0;
+
+    /// Holds presses back from the application from now on, those of `core::keyHold::holds`; the receiver gets every
+    /// event at once. Does nothing while no tap receives events. The caller lets go after `core::keyHold::limit`.
+    virtual void hold() = 0;
+
+    /// Hands on what is held back, in the order of typing, and holds nothing back any more.
+    virtual void letGo() = 0;
+
+    [[nodiscard]] virtual bool isHolding() const = 0;
 };
 
 } // namespace quillane

@@ -183,9 +183,64 @@ TYPED_TEST_P(EventTapContract, ReplacedTextReachesTheApplication) {
     EXPECT_EQ(count, 8U) << "what the tap types itself is not received";
 }
 
+TYPED_TEST_P(EventTapContract, KeysThatAreHeldBackReachTheApplicationInOrderWhenLetGo) {
+    constexpr std::array<core::KeyCode, 1> replaceable{0};
+    auto& tap = this->driver.tap();
+    tap.setReplaceableKeys(replaceable);
+    std::size_t count = 0;
+    const auto replaceFirst = [&](InputEvent& event) {
+        if (event.keyCode == 0) {
+            event.replacementText = u'a';
+        }
+        ++count;
+    };
+    ASSERT_TRUE(tap.start(this->maskOf(this->allTypes), replaceFirst));
+    tap.hold();
+    EXPECT_TRUE(tap.isHolding());
+    this->driver.press(fakes::Modifier::leftShift);
+    this->type(1);
+    this->type(0);
+    this->type(1);
+    this->type(1);
+    this->driver.release(fakes::Modifier::leftShift);
+    EXPECT_TRUE(this->driver.waitUntil([&] { return count >= 10; })) << "each press and release is received at once";
+    EXPECT_EQ(this->driver.text(), u"");
+    tap.letGo();
+    EXPECT_FALSE(tap.isHolding());
+    const auto own = this->driver.ownText(1);
+    EXPECT_TRUE(this->driver.waitUntil([&] { return this->driver.text() == own + u"a" + own + own; }));
+    EXPECT_EQ(count, 10U) << "what was held back is not received again";
+    this->driver.press(fakes::Modifier::leftShift);
+    this->type(1);
+    this->driver.release(fakes::Modifier::leftShift);
+    EXPECT_TRUE(this->driver.waitUntil([&] { return this->driver.text() == own + u"a" + own + own + own; }));
+}
+
+TYPED_TEST_P(EventTapContract, LetsGoWhenNothingWasTyped) {
+    ASSERT_TRUE(this->start());
+    this->driver.tap().hold();
+    this->driver.tap().letGo();
+    this->driver.tap().letGo();
+    this->driver.press(fakes::Modifier::leftShift);
+    this->type(1);
+    this->driver.release(fakes::Modifier::leftShift);
+    EXPECT_TRUE(this->driver.waitUntil([&] { return this->driver.text() == this->driver.ownText(1); }));
+}
+
+TYPED_TEST_P(EventTapContract, HoldsNothingBackWithoutATap) {
+    this->driver.tap().hold();
+    EXPECT_FALSE(this->driver.tap().isHolding());
+    ASSERT_TRUE(this->start());
+    this->driver.tap().hold();
+    this->driver.tap().stop();
+    EXPECT_FALSE(this->driver.tap().isHolding());
+}
+
 REGISTER_TYPED_TEST_SUITE_P(EventTapContract, IsEnabledFromStartToStop, EnablingWithoutATapDoesNothing,
                             ReceivesPressAndReleaseWithTheKeyCode, DistinguishesTheModifiersOfBothSides,
                             KeysCarryTheModifiersThatAreHeld, ReceivesClicksAndScrolling, ReceivesOnlyTheTypesOfTheMask,
-                            NothingIsReceivedBetweenStopAndStart, ReplacedTextReachesTheApplication);
+                            NothingIsReceivedBetweenStopAndStart, ReplacedTextReachesTheApplication,
+                            KeysThatAreHeldBackReachTheApplicationInOrderWhenLetGo, LetsGoWhenNothingWasTyped,
+                            HoldsNothingBackWithoutATap);
 
 } // namespace quillane::testing

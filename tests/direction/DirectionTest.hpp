@@ -55,7 +55,7 @@ protected:
     void focus(FakeElement& element) { desktop.accessibility.focus(pid, &element); }
 
     DirectionServices services() {
-        return {desktop.accessibility, desktop.workspace, desktop.queue, desktop.userDefaults};
+        return {desktop.accessibility, desktop.workspace, desktop.queue, desktop.userDefaults, desktop.tap};
     }
 
     DirectionReport report() {

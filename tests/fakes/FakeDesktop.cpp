@@ -23,6 +23,7 @@ InputSource arabic() {
 
 FakeDesktop::FakeDesktop() {
     platform.urlSessions = urlSessions.factory();
+    tap.onLetGo([this](const InputEvent& event) { delivered_.push_back(event); });
     tap.hideKeysWhen([&typed = secureInput] { return typed.isEnabled(); });
     tap.permitWhen([&granted = permissions] { return granted.isGranted(core::MacPermission::accessibility); });
     withPermissions({core::allPermissions.begin(), core::allPermissions.end()});
@@ -66,7 +67,10 @@ void FakeDesktop::send(EventType type, core::KeyCode key) {
     for (const auto modifier : modifiers_) {
         flags |= keyOf(modifier).common | keyOf(modifier).own;
     }
-    delivered_.push_back(tap.send({.type = type, .keyCode = key, .flags = flags, .replacementText = std::nullopt}));
+    const auto passed = tap.send({.type = type, .keyCode = key, .flags = flags, .replacementText = std::nullopt});
+    if (passed) {
+        delivered_.push_back(*passed);
+    }
     keyEvents.setCurrentFlags(flags); // a tap comes before the session
 }
 

@@ -143,8 +143,8 @@ public:
     /// The process in front. Throws when nothing is in front.
     [[nodiscard]] pid_t frontPid() const;
 
-    /// The events that went on to the application in front, in order. There are as many as the user made: a tap takes
-    /// none away.
+    /// The events that went on to the application in front, in order. There are as many as the user made, once a tap
+    /// has let go of those that it holds back.
     [[nodiscard]] const std::vector<InputEvent>& delivered() const { return delivered_; }
 
     /// The characters of the key presses whose text was replaced, in order.

@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "fakes/FakeEventTap.hpp"
 
+#include "core/keyboard/KeyHold.hpp"
+
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -37,6 +40,7 @@ void FakeEventTap::stop() {
     if (exists()) {
         note(journal, "stop the tap");
     }
+    letGo();
     receiver_ = nullptr;
     mask_ = 0;
     enabled_ = false;
@@ -51,13 +55,33 @@ void FakeEventTap::setReplaceableKeys(std::span<const core::KeyCode> keys) {
     replaceableKeys_ = {keys.begin(), keys.end()};
 }
 
+void FakeEventTap::hold() {
+    holding_ = isEnabled();
+}
+
+void FakeEventTap::letGo() {
+    holding_ = false;
+    for (const auto& event : std::exchange(held_, {})) {
+        onLetGo_(event);
+    }
+}
+
+/// A release is held back with its press.
+bool FakeEventTap::holdsBack(const InputEvent& event) const {
+    const auto isItsPress = [&](const InputEvent& held) {
+        return held.type == EventType::keyDown && held.keyCode == event.keyCode;
+    };
+    return holding_ && ((event.type == EventType::keyDown && core::keyHold::holds(event.keyCode, event.flags)) ||
+                        (event.type == EventType::keyUp && std::ranges::any_of(held_, isItsPress)));
+}
+
 void FakeEventTap::receive(InputEvent& event) {
     receiving_ = true;
     receiver_(event);
     receiving_ = false;
 }
 
-InputEvent FakeEventTap::send(InputEvent event) {
+std::optional<InputEvent> FakeEventTap::send(InputEvent event) {
     event.replacementText.reset();
     const bool isHidden = isKeyEvent(event) && hidden_();
     if (isEnabled() && (mask_ & maskBit(event.type)) != 0 && !isHidden) {
@@ -67,6 +91,10 @@ InputEvent FakeEventTap::send(InputEvent event) {
         const auto text = replaceable ? event.replacementText : std::nullopt;
         event = sent; // nothing but the text can be changed
         event.replacementText = text;
+        if (holdsBack(event)) {
+            held_.push_back(event);
+            return std::nullopt;
+        }
     }
     return event;
 }

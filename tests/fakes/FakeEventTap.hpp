@@ -5,6 +5,8 @@
 #include "platform/EventTap.hpp"
 #include "support/Journal.hpp"
 
+#include <functional>
+#include <optional>
 #include <set>
 #include <utility>
 #include <vector>
@@ -13,7 +15,7 @@ namespace quillane::fakes {
 
 /// An event tap that a test feeds. It refuses what a real one refuses: it is not created without the permission,
 /// receives nothing while it is disabled, receives only modifiers during secure input, and replaces text only of keys
-/// that were named before.
+/// that were named before. What it holds back goes to `onLetGo`.
 class FakeEventTap final : public EventTap {
 public:
     [[nodiscard]] bool start(std::uint64_t mask, Receiver receiver) override;
@@ -23,9 +25,17 @@ public:
     [[nodiscard]] bool isEnabled() const override { return exists() && enabled_; }
 
     void setReplaceableKeys(std::span<const core::KeyCode> keys) override;
+    void hold() override;
+    void letGo() override;
 
-    /// Passes the event through the tap and returns what goes on to the application in front.
-    InputEvent send(InputEvent event);
+    [[nodiscard]] bool isHolding() const override { return holding_; }
+
+    /// Passes the event through the tap and returns what goes on to the application in front; none when it is held
+    /// back.
+    std::optional<InputEvent> send(InputEvent event);
+
+    /// Is given each event that was held back.
+    void onLetGo(std::function<void(const InputEvent&)> handler) { onLetGo_ = std::move(handler); }
 
     /// The system disables the tap and says so through it, as it does with a slow receiver.
     void disable(EventType reason = EventType::tapDisabledByTimeout);
@@ -54,12 +64,16 @@ public:
 
 private:
     void receive(InputEvent& event);
+    [[nodiscard]] bool holdsBack(const InputEvent& event) const;
 
     Receiver receiver_;
     std::uint64_t mask_ = 0;
     std::set<core::KeyCode> replaceableKeys_;
     std::function<bool()> permitted_ = [] { return true; };
     std::function<bool()> hidden_ = [] { return false; };
+    std::function<void(const InputEvent&)> onLetGo_ = [](const InputEvent&) {};
+    std::vector<InputEvent> held_;
+    bool holding_ = false;
     bool startsDisabled_ = false;
     bool enabled_ = false;
     bool receiving_ = false;

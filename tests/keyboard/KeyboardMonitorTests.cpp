@@ -205,6 +205,20 @@ TEST_F(KeyboardMonitorTest, PressesClicksAndScrollingInterrupt) {
     EXPECT_THAT(taken(), ElementsAre("interruption"));
 }
 
+TEST_F(KeyboardMonitorTest, PressThatIsHeldBackReachesNoMenu) {
+    constexpr core::KeyCode returnKey = 36;
+    constexpr core::KeyCode tab = 48;
+    constexpr core::KeyCode escape = 53;
+    start();
+    desktop.tap.hold();
+    for (const auto key : {returnKey, tab, escape}) {
+        desktop.type(key);
+    }
+    desktop.settle();
+    using enum core::UserInput;
+    EXPECT_THAT(inputs, ElementsAre(typing, typing, navigation));
+}
+
 TEST_F(KeyboardMonitorTest, AnInterruptionSaysWhatTheInputMayMeanForAMenu) {
     constexpr core::KeyCode down = 125;
     start();

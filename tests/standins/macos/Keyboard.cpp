@@ -27,17 +27,16 @@ bool isNotice(CGEventType type) {
 
 } // namespace
 
+void Keyboard::post(Event& event) {
+    deliver(event);
+}
+
 void Keyboard::press(CGKeyCode key, CGEventType type, CGEventFlags after) {
     auto& event = make<Event>();
     event.number = type;
     event.key = key;
     event.flags = after;
     deliver(event);
-    down.insert(key);
-    flags = after;
-    if (type == keyDown) {
-        typed += event.text.empty() ? layout[key] : event.text;
-    }
     event.release();
 }
 
@@ -47,8 +46,6 @@ void Keyboard::release(CGKeyCode key, CGEventType type, CGEventFlags after) {
     event.key = key;
     event.flags = after;
     deliver(event);
-    down.erase(key);
-    flags = after;
     event.release();
 }
 
@@ -71,13 +68,22 @@ void Keyboard::sendNullEvent(CGEventType type) {
     passThroughTaps(type, nullptr);
 }
 
+/// Through the taps to the application, and into the state of the session.
 void Keyboard::deliver(Event& event) {
-    if (!secureInput || !isKey(event.number)) {
-        passThroughTaps(event.number, reference<CGEventRef>(event));
+    const bool isHidden = secureInput && isKey(event.number);
+    if ((!isHidden && !passThroughTaps(event.number, reference<CGEventRef>(event))) || !isKey(event.number)) {
+        return;
     }
+    if (event.number == keyDown) {
+        typed += event.text.empty() ? layout[event.key] : event.text;
+    }
+    // A modifier that goes up leaves fewer flags behind.
+    const bool goesDown = event.number == keyDown || (event.number == flagsChanged && (event.flags & ~flags) != 0);
+    goesDown ? static_cast<void>(down.insert(event.key)) : static_cast<void>(down.erase(event.key));
+    flags = event.flags;
 }
 
-void Keyboard::passThroughTaps(CGEventType type, CGEventRef event) {
+bool Keyboard::passThroughTaps(CGEventType type, CGEventRef event) {
     for (const auto& reference : std::vector<CFRef<CFMachPortRef>>(taps)) {
         auto& tap = as<TapPort>(reference.get());
         const bool isWanted = isNotice(type) || (tap.isEnabled && (tap.mask >> type & 1U) != 0);
@@ -86,8 +92,13 @@ void Keyboard::passThroughTaps(CGEventType type, CGEventRef event) {
             continue;
         }
         const auto passedOn = tap.callback(nullptr, type, event, tap.context);
-        EXPECT_TRUE(isNotice(type) || passedOn == event) << "the tap has swallowed an event";
+        if (event != nullptr && passedOn == nullptr) {
+            EXPECT_TRUE(type == keyDown || type == keyUp) << "the tap has swallowed something else than a key";
+            return false;
+        }
+        EXPECT_TRUE(isNotice(type) || passedOn == event) << "the tap has exchanged an event";
     }
+    return true;
 }
 
 void Keyboard::settle() {
@@ -166,12 +177,31 @@ void CGEventSetFlags(CGEventRef event, CGEventFlags flags) {
     standin::as<Event>(event).flags = flags;
 }
 
+CGEventType CGEventGetType(CGEventRef event) {
+    return standin::as<Event>(event).number;
+}
+
 std::int64_t CGEventGetIntegerValueField(CGEventRef event, CGEventField field) {
-    return field == kCGKeyboardEventKeycode ? standin::as<Event>(event).key : 0;
+    const auto& exact = standin::as<Event>(event);
+    return field == kCGKeyboardEventKeycode ? exact.key : field == kCGEventSourceUserData ? exact.userData : 0;
+}
+
+void CGEventSetIntegerValueField(CGEventRef event, CGEventField field, std::int64_t value) {
+    if (field != kCGEventSourceUserData) {
+        standin::refuse("setting another field than the source's own data");
+    }
+    standin::as<Event>(event).userData = value;
 }
 
 void CGEventKeyboardSetUnicodeString(CGEventRef event, UniCharCount length, const UniChar* text) {
     standin::as<Event>(event).text.assign(text, text + length);
+}
+
+void CGEventPost(CGEventTapLocation location, CGEventRef event) {
+    if (location != kCGSessionEventTap) {
+        standin::refuse("posting anywhere else than to the session");
+    }
+    Mac::current().keyboard.post(standin::as<Event>(event));
 }
 
 void CGEventPostToPid(pid_t pid, CGEventRef event) {

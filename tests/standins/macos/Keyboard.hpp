@@ -22,6 +22,7 @@ public:
     CGKeyCode key = 0;
     CGEventFlags flags = 0;
     std::u16string text; ///< that it types instead of the layout's
+    std::int64_t userData = 0;
 
     [[nodiscard]] CFTypeID type() const override { return 40; }
 
@@ -54,6 +55,9 @@ public:
     /// The system takes the tap away and says so, with a notice that has no event.
     void disableTaps(CGEventType notice);
 
+    /// A program posts an event to the session, whose taps get it too.
+    void post(Event& event);
+
     /// An event of the type that is null, as no documentation excludes.
     void sendNullEvent(CGEventType type);
 
@@ -84,7 +88,9 @@ public:
 
 private:
     void deliver(Event& event);
-    void passThroughTaps(CGEventType type, CGEventRef event);
+
+    /// False when a tap has taken the event out of the stream.
+    bool passThroughTaps(CGEventType type, CGEventRef event);
 };
 
 } // namespace quillane::standin

@@ -23,6 +23,12 @@ public:
     [[nodiscard]] bool isEnabled() const override { return false; }
 
     void setReplaceableKeys(std::span<const core::KeyCode>) override {}
+
+    void hold() override {}
+
+    void letGo() override {}
+
+    [[nodiscard]] bool isHolding() const override { return false; }
 };
 
 class UnavailableKeyEvents final : public KeyEvents {

@@ -121,6 +121,12 @@ void X11EventTap::setReplaceableKeys(std::span<const core::KeyCode> keys) {
     updateReplacing();
 }
 
+void X11EventTap::hold() {
+    if (state_ == State::running) {
+        rewriter_.hold();
+    }
+}
+
 void X11EventTap::updateReplacing() {
     const auto source = sources_.current();
     const bool replaces =

@@ -25,6 +25,11 @@ public:
     [[nodiscard]] bool isEnabled() const override { return state_ == State::running; }
 
     void setReplaceableKeys(std::span<const core::KeyCode> keys) override;
+    void hold() override;
+
+    void letGo() override { rewriter_.letGo(); }
+
+    [[nodiscard]] bool isHolding() const override { return rewriter_.isHolding(); }
 
 private:
     enum class State {

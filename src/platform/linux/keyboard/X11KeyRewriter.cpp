@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/keyboard/X11KeyRewriter.hpp"
 
+#include "core/keyboard/KeyHold.hpp"
+
 #include <algorithm>
 
 #include <xcb/xcbext.h>
@@ -21,11 +23,9 @@ constexpr std::chrono::milliseconds stopTimeout{1000}; ///< without any progress
 constexpr std::chrono::milliseconds mapTimeout{150};   ///< another program may change the map without end
 constexpr std::uint16_t highestXTestDevice = 127;
 
-/// The keys that type or move in text, in the numbers of macOS: letters, digits, punctuation, space, Return, Tab,
-/// Delete, the key pad, arrows.
-constexpr bool types(core::KeyCode key) {
-    return key <= 51 || (key >= 65 && key <= 69) || (key >= 75 && key <= 78) || (key >= 81 && key <= 92) ||
-           (key >= 114 && key <= 126 && key != 118 && key != 120 && key != 122);
+/// Letters, digits, punctuation, space, Return, Tab, Delete, the key pad, arrows.
+bool typesOrMoves(xcb_keycode_t keycode) {
+    return core::keyHold::holds(x11KeyCodes::macKeyCode(keycode), 0);
 }
 
 } // namespace
@@ -79,6 +79,26 @@ void X11KeyRewriter::remember(const X11RawEvent& press, std::optional<char16_t> 
     decisions_[press.detail] = {press.time, press.device, replacement};
 }
 
+void X11KeyRewriter::hold() {
+    if (!holding_ && !connection_.isLost() && spares_.canType()) {
+        holding_ = true;
+        stopAtTypingKeys(keyboard_.lockedModifiers());
+        connection_.flush();
+    }
+}
+
+void X11KeyRewriter::letGo() {
+    if (!std::exchange(holding_, false)) {
+        return;
+    }
+    if (isBehind()) {
+        stopTimer_.start(stopTimeout);
+        typeBacklog();
+    } else {
+        endStopAtTypingKeys();
+    }
+}
+
 void X11KeyRewriter::giveBack() {
     ungrabKeys();
     keys_.clear();
@@ -98,6 +118,7 @@ void X11KeyRewriter::forget() {
     waiting_.reset();
     mapTimer_.stop();
     forgetOutputs();
+    holding_ = false;
     looking_ = false;
     typingGrabs_.clear();
     keyModifiers_.clear();
@@ -112,11 +133,15 @@ void X11KeyRewriter::forgetOutputs() {
     retry_.stop();
 }
 
-/// Begins again after the guard let the keyboard go: nothing is grabbed, and no press waits for an answer.
+/// Begins again after the guard let the keyboard go: nothing is grabbed, and no press waits for an answer. What was
+/// held back is typed.
 void X11KeyRewriter::resume() {
     if (guard_.takeLetGo() && !connection_.isLost()) {
+        auto held = holding_ ? std::exchange(backlog_, {}) : std::deque<Output>();
         forget();
         grabKeys();
+        backlog_ = std::move(held);
+        typeBacklog();
     }
 }
 
@@ -182,13 +207,14 @@ std::uint32_t X11KeyRewriter::wantedKeysym(const Press& press) {
     if (replacement) {
         return xkb_utf32_to_keysym(*replacement);
     }
-    return isBehind() ? keyboard_.keymap().keysym(press.keycode, press.group, press.modifierBits) : 0;
+    return isBehind() || holding_ ? keyboard_.keymap().keysym(press.keycode, press.group, press.modifierBits) : 0;
 }
 
 void X11KeyRewriter::substitute(const Press& press, const Output& output) {
     auto* const c = connection_.raw();
-    const auto keycode = backlog_.empty() ? spares_.keycodeFor(output.keysym) : std::nullopt;
-    if (!keycode || !typingGrabs_.empty()) {
+    const bool waits = holding_ || !backlog_.empty() || !typingGrabs_.empty();
+    const auto keycode = waits ? std::nullopt : spares_.keycodeFor(output.keysym);
+    if (!keycode) {
         stopAtTypingKeys(press.modifierBits);
         backlog_.push_back(output);
         typeBacklog();
@@ -212,7 +238,7 @@ void X11KeyRewriter::substitute(const Press& press, const Output& output) {
 }
 
 void X11KeyRewriter::typeBacklog() {
-    while (!backlog_.empty() && keyboard_.isCurrent()) {
+    while (!holding_ && !backlog_.empty() && keyboard_.isCurrent()) {
         const auto keycode = spares_.keycodeFor(backlog_.front().keysym);
         if (!keycode) {
             retry_.start(X11SpareKeys::minimumStay / 4);
@@ -248,6 +274,9 @@ void X11KeyRewriter::handleOwnKey(const X11RawEvent& event) {
     }
     outputs_.erase(outputs_.begin(), std::next(found));
     typeBacklog();
+    if (holding_) {
+        return;
+    }
     if (!isBehind()) {
         endStopAtTypingKeys();
     } else if (!typingGrabs_.empty()) {
@@ -304,9 +333,7 @@ void X11KeyRewriter::grabKeys() {
         grab(keycode, modifiers);
     }
     keyModifiers_ = modifiers;
-    if (!keys_.empty()) {
-        guard_.arm(keyboard_.device());
-    }
+    guardGrabs();
     connection_.flush();
 }
 
@@ -317,20 +344,31 @@ void X11KeyRewriter::ungrabKeys() {
         }
     }
     keyModifiers_.clear();
-    guard_.disarm();
+    guardGrabs();
     connection_.flush();
+}
+
+void X11KeyRewriter::guardGrabs() {
+    if (!typingGrabs_.empty() || (!keys_.empty() && !keyModifiers_.empty())) {
+        guard_.arm(keyboard_.device());
+    } else {
+        guard_.disarm();
+    }
 }
 
 void X11KeyRewriter::stopAtTypingKeys(std::uint8_t modifierBits) {
     const auto locks = static_cast<std::uint32_t>(modifierBits & ~XCB_MOD_MASK_SHIFT);
-    stopTimer_.start(stopTimeout);
+    if (!holding_) {
+        stopTimer_.start(stopTimeout);
+    }
     if (!typingGrabs_.empty()) {
         return;
     }
     const auto& keymap = keyboard_.keymap();
     for (unsigned code = keymap.firstKeycode(); code <= keymap.lastKeycode(); ++code) {
         const auto keycode = static_cast<xcb_keycode_t>(code);
-        if (!types(x11KeyCodes::macKeyCode(keycode)) || keymap.modifier(keycode) != nullptr) {
+        const bool mayBeSpare = keymap.isFree(keycode) || spares_.isSpare(keycode);
+        if (!typesOrMoves(keycode) || keymap.modifier(keycode) != nullptr || mayBeSpare) {
             continue;
         }
         auto& added = typingGrabs_.emplace_back(TypingGrab{keycode, {locks}});
@@ -339,12 +377,14 @@ void X11KeyRewriter::stopAtTypingKeys(std::uint8_t modifierBits) {
         }
         grab(keycode, added.modifiers);
     }
+    guardGrabs();
 }
 
 void X11KeyRewriter::endStopAtTypingKeys() {
     for (const auto& added : std::exchange(typingGrabs_, {})) {
         ungrab(added.keycode, added.modifiers);
     }
+    guardGrabs();
     stopTimer_.stop();
     connection_.flush();
 }

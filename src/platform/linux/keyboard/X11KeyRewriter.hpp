@@ -24,7 +24,7 @@
 
 namespace quillane {
 
-/// Makes Shift with some keys type another character than in the map.
+/// Makes Shift with some keys type another character than in the map, and holds back what is typed.
 ///
 /// The server stops at such a press (a synchronous grab) until it is told what to do: let it through, or drop it and
 /// press a spare key that types the character. Whatever the user has typed meanwhile waits in the server, and the spare
@@ -32,6 +32,8 @@ namespace quillane {
 /// the spare key, as it nearly always is, the order is right. Otherwise all keys that type are grabbed until the spare
 /// key has come out, and those that come out before it are typed after it, with spare keys too. The same happens when
 /// no spare key is free.
+///
+/// To hold keys back, it grabs all keys that type and drops their presses; when it lets go, spare keys type them.
 class X11KeyRewriter {
 public:
     /// Decides a press that no raw event has announced, such as a repetition of a held key.
@@ -48,6 +50,14 @@ public:
 
     /// True for a key that only this class presses.
     [[nodiscard]] bool isOwn(xcb_keycode_t keycode) const { return spares_.isSpare(keycode); }
+
+    /// Keeps back what is typed from now on. Does nothing where no key is spare.
+    void hold();
+
+    /// Types what was kept back.
+    void letGo();
+
+    [[nodiscard]] bool isHolding() const { return holding_; }
 
     /// Leaves the keyboard as it was found.
     void giveBack();
@@ -102,6 +112,7 @@ private:
     void endStopAtTypingKeys();
     void forgetOutputs();
     void forget();
+    void guardGrabs();
 
     X11Connection& connection_;
     X11Keyboard& keyboard_;
@@ -113,6 +124,7 @@ private:
     std::optional<Press> waiting_;            ///< for the map
     std::deque<xcb_keycode_t> outputs_;       ///< spare keys that were pressed and have not come out yet
     std::deque<Output> backlog_;              ///< output that waits for spare keys
+    bool holding_ = false;                    ///< the backlog is kept back
     bool looking_ = false;                    ///< the keyboard was released for one event
     std::uint64_t looks_ = 0;
     std::vector<TypingGrab> typingGrabs_;

@@ -63,7 +63,7 @@ void X11Keyboard::sendState() {
         cookie, lifetime_, [this, sequence = cookie.sequence](const xcb_xkb_get_state_reply_t* reply) {
             if (reply != nullptr) {
                 device_ = reply->deviceID;
-                takeCapsLock((reply->lockedMods & XCB_MOD_MASK_LOCK) != 0);
+                takeLocks(reply->lockedMods);
                 takeGroup(reply->group, sequence, Cause::request);
             }
         });
@@ -86,7 +86,7 @@ void X11Keyboard::finishLoading(X11Reading& reading) {
 }
 
 core::EventFlags X11Keyboard::flags() const {
-    return downFlags_ | (capsLock_ ? core::flags::capsLock : 0);
+    return downFlags_ | ((lockedModifiers_ & XCB_MOD_MASK_LOCK) != 0 ? core::flags::capsLock : 0);
 }
 
 void X11Keyboard::updateDownFlags() {
@@ -159,12 +159,13 @@ void X11Keyboard::handleState(const xcb_xkb_state_notify_event_t& event, std::ui
         stateReading_
             .request(); // a key went up or down without an event, for example when the virtual terminal was left
     }
-    takeCapsLock((event.lockedMods & XCB_MOD_MASK_LOCK) != 0);
+    takeLocks(event.lockedMods);
     takeGroup(event.group, sequence, event.keycode != 0 ? Cause::key : Cause::request);
 }
 
-void X11Keyboard::takeCapsLock(bool capsLock) {
-    if (std::exchange(capsLock_, capsLock) != capsLock) {
+void X11Keyboard::takeLocks(std::uint8_t modifiers) {
+    const auto changed = std::exchange(lockedModifiers_, modifiers) ^ modifiers;
+    if ((changed & XCB_MOD_MASK_LOCK) != 0) {
         capsLocks_.notify();
     }
 }

@@ -40,6 +40,9 @@ public:
     /// The same, but during `onKey`: as they were before the key.
     [[nodiscard]] core::EventFlags settledFlags() const { return told_ ? *told_ : flags(); }
 
+    /// The modifiers that are locked, as bits of X: Caps Lock, Num Lock.
+    [[nodiscard]] std::uint8_t lockedModifiers() const { return lockedModifiers_; }
+
     /// The keys that are down, by key code.
     [[nodiscard]] const std::bitset<256>& keysDown() const { return down_; }
 
@@ -79,7 +82,7 @@ private:
     void handleKey(const X11RawEvent& event);
     void handleEvent(const xcb_generic_event_t& event);
     void handleState(const xcb_xkb_state_notify_event_t& event, std::uint32_t sequence);
-    void takeCapsLock(bool capsLock);
+    void takeLocks(std::uint8_t modifiers);
     void takeGroup(unsigned group, std::uint32_t sequence, Cause cause);
     [[nodiscard]] std::uint8_t modifierBitsDown() const;
     void updateDownFlags();
@@ -90,7 +93,7 @@ private:
     std::bitset<256> down_;
     core::EventFlags downFlags_ = 0;
     std::optional<core::EventFlags> told_; ///< while listeners are notified of a key: the flags before it
-    bool capsLock_ = false;
+    std::uint8_t lockedModifiers_ = 0;
     unsigned group_ = 0;
     std::optional<std::uint32_t> lockRequest_; ///< states reported before it was executed have an older group
     X11Reading keymapReading_{[this] { sendKeymap(); }};

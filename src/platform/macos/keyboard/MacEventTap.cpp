@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/macos/keyboard/MacEventTap.hpp"
 
+#include "core/keyboard/KeyHold.hpp"
 #include "platform/macos/foundation/CFRef.hpp"
 #include "platform/macos/foundation/MacActivity.hpp"
 #include "platform/macos/foundation/MacAutoreleasePool.hpp"
@@ -9,7 +10,9 @@
 
 #include <ApplicationServices/ApplicationServices.h>
 
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace quillane {
 
@@ -21,6 +24,13 @@ bool isTapNotice(EventType type) {
 
 bool isKeyEvent(EventType type) {
     return type == EventType::keyDown || type == EventType::keyUp || type == EventType::flagsChanged;
+}
+
+/// Marks an event that was held back and posted again: a tap gets those too.
+constexpr std::int64_t heldMark = 0x5175696C6C616E65;
+
+bool isMarked(CGEventRef event) {
+    return CGEventGetIntegerValueField(event, kCGEventSourceUserData) == heldMark;
 }
 
 /// The event as a value. Notifications about the tap itself carry no usable event.
@@ -42,8 +52,11 @@ struct MacEventTap::Tap {
     Receiver receiver;
     CFRef<CFMachPortRef> port;
     CFRef<CFRunLoopSourceRef> source;
+    bool holding = false;
+    std::vector<CFRef<CGEventRef>> held; ///< presses and releases, in order
 
     ~Tap() {
+        letGo();
         if (port) {
             CGEventTapEnable(port.get(), false);
             CFMachPortInvalidate(port.get());
@@ -53,23 +66,47 @@ struct MacEventTap::Tap {
         }
     }
 
-    /// The CGEventTapCallBack. Every event is passed on.
+    void letGo() {
+        holding = false;
+        for (const auto& event : std::exchange(held, {})) {
+            CGEventSetIntegerValueField(event.get(), kCGEventSourceUserData, heldMark);
+            CGEventPost(kCGSessionEventTap, event.get());
+        }
+    }
+
+    /// A release is held back with its press.
+    [[nodiscard]] bool holdsBack(const InputEvent& input) const {
+        const auto isItsPress = [&](const auto& event) {
+            return static_cast<EventType>(CGEventGetType(event.get())) == EventType::keyDown &&
+                   CGEventGetIntegerValueField(event.get(), kCGKeyboardEventKeycode) == input.keyCode;
+        };
+        return holding && ((input.type == EventType::keyDown && core::keyHold::holds(input.keyCode, input.flags)) ||
+                           (input.type == EventType::keyUp && std::ranges::any_of(held, isItsPress)));
+    }
+
+    /// The CGEventTapCallBack. Every event is passed on, those that are held back later.
     static CGEventRef receive(CGEventTapProxy, CGEventType number, CGEventRef event, void* tap) {
         const auto type = static_cast<EventType>(number);
-        if (!event && !isTapNotice(type)) {
-            return event; // there is nothing to read
+        if (!isTapNotice(type) && (!event || isMarked(event))) {
+            return event; // nothing to read, or read before
         }
         // A background agent gets no events of its own, after which AppKit would empty the pool.
         const AutoreleasePool pool;
+        auto& self = *static_cast<Tap*>(tap);
+        bool isHeld = false;
         guarded([&] {
             auto input = inputEvent(type, event);
-            static_cast<Tap*>(tap)->receiver(input);
+            self.receiver(input);
             if (input.replacementText && isKeyEvent(type)) {
                 const UniChar text = *input.replacementText;
                 CGEventKeyboardSetUnicodeString(event, 1, &text);
             }
+            if (self.holdsBack(input)) {
+                self.held.push_back(CFRef<CGEventRef>::retain(event));
+                isHeld = true;
+            }
         });
-        return event;
+        return isHeld ? nullptr : event;
     }
 };
 
@@ -113,5 +150,21 @@ bool MacEventTap::isEnabled() const {
 }
 
 void MacEventTap::setReplaceableKeys(std::span<const core::KeyCode>) {}
+
+void MacEventTap::hold() {
+    if (isEnabled()) {
+        tap_->holding = true;
+    }
+}
+
+void MacEventTap::letGo() {
+    if (tap_) {
+        tap_->letGo();
+    }
+}
+
+bool MacEventTap::isHolding() const {
+    return tap_ && tap_->holding;
+}
 
 } // namespace quillane

@@ -23,6 +23,12 @@ public:
     /// Does nothing: an active tap may rewrite any event that passes, so no key must be held back.
     void setReplaceableKeys(std::span<const core::KeyCode> keys) override;
 
+    /// Takes the presses that are held back out of the stream, with their releases, and posts them again when it lets
+    /// go, also when it is stopped.
+    void hold() override;
+    void letGo() override;
+    [[nodiscard]] bool isHolding() const override;
+
 private:
     struct Tap;
     std::unique_ptr<Tap> tap_;

@@ -162,6 +162,27 @@ TEST_F(BusyLoopTest, ShiftTypingGoesOnOnceTheLoopTurns) {
     EXPECT_TRUE(tap_->isEnabled());
 }
 
+TEST_F(BusyLoopTest, KeysThatAreHeldBackReachTheApplicationOfALoopThatStands) {
+    tap_->hold();
+    settle();
+    meanwhile([](auto& keyboard) { keyboard.tap(key::a); });
+    settle();
+    ASSERT_EQ(client_->text(), "");
+    bool came = false;
+    work_ = [&] {
+        work_ = nullptr;
+        came = blockUntilClientHas("דג");
+    };
+    meanwhile([](auto& keyboard) {
+        keyboard.tap(key::s);
+        keyboard.tap(key::d);
+    });
+    EXPECT_TRUE(came) << client_->text();
+    EXPECT_TRUE(waitUntil([&] { return client_->text() == "דגש"; }, 5s)) << client_->text();
+    EXPECT_FALSE(tap_->isHolding());
+    EXPECT_THAT(client_->keysDown(), IsEmpty());
+}
+
 TEST_F(BusyLoopTest, KeysStayCompleteAndInOrderWhenItIsBusyNowAndThen) {
     std::mt19937 random(20240611); // NOLINT: the same sequence each time
     std::string words;

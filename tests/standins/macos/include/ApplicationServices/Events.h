@@ -31,9 +31,11 @@ enum CGEventSourceStateID : std::int32_t {
 };
 
 constexpr CGEventField kCGKeyboardEventKeycode = 9;
+constexpr CGEventField kCGEventSourceUserData = 42;
 
 extern "C" {
-/// Null without permission. The event of a tap's own notices may be null.
+/// Null without permission. The event of a tap's own notices may be null. A callback that returns null takes its event
+/// out of the stream.
 CFMachPortRef CGEventTapCreate(CGEventTapLocation location, CGEventTapPlacement placement, CGEventTapOptions options,
                                CGEventMask mask, CGEventTapCallBack callback, void* context);
 void CGEventTapEnable(CFMachPortRef tap, bool enable);
@@ -42,8 +44,11 @@ bool CGEventTapIsEnabled(CFMachPortRef tap);
 CGEventRef CGEventCreateKeyboardEvent(CGEventSourceRef source, CGKeyCode key, bool isDown);
 CGEventFlags CGEventGetFlags(CGEventRef event);
 void CGEventSetFlags(CGEventRef event, CGEventFlags flags);
+CGEventType CGEventGetType(CGEventRef event);
 std::int64_t CGEventGetIntegerValueField(CGEventRef event, CGEventField field);
+void CGEventSetIntegerValueField(CGEventRef event, CGEventField field, std::int64_t value);
 void CGEventKeyboardSetUnicodeString(CGEventRef event, UniCharCount length, const UniChar* text);
+void CGEventPost(CGEventTapLocation location, CGEventRef event);
 void CGEventPostToPid(pid_t pid, CGEventRef event);
 
 CGEventFlags CGEventSourceFlagsState(CGEventSourceStateID state);
