@@ -111,7 +111,7 @@ TEST_P(LiveRetypingTest, ChordLeavesNoKeyStuckAndOpensNoMenu) {
     start();
     type("akuo", "akuo");
     const auto shown = popUps(desktop().screen());
-    desktop().keyboard().chord({Key::rightShift, Key::leftAlt});
+    desktop().chordInto(editor().pid(), {Key::rightShift, Key::leftAlt});
     expectEditorText("שלום");
     EXPECT_TRUE(desktop().screen().keysDown().none());
     EXPECT_EQ(popUps(desktop().screen()), shown);
@@ -183,21 +183,6 @@ TEST_P(LiveRetypingTest, NothingThatWasTypedStaysInMemory) {
         std::vector<MemoryMatch> found;
         EXPECT_TRUE(waitUntil([&] { return (found = findTextInMemory(pid, text)).empty(); })) << describe(found);
     }
-}
-
-class LiveRetypingRunTest : public AgentTest {};
-
-TEST_F(LiveRetypingRunTest, SecondPressTakesOneWordMore) {
-    startTyping(editors().front(), false);
-    desktop().keyboard().type("vhuo akuo ");
-    expectEditorText("vhuo akuo ");
-    for (int press = 0; press < 2; ++press) { // at once: the run of presses ends after two seconds
-        desktop().keyboard().chord({Key::leftAlt, Key::rightShift});
-    }
-    expectEditorText("היום שלום ");
-    EXPECT_TRUE(agent().waitForStatus([](const auto& status) { return status.at("inputSource").at("isRTL") == true; }));
-    desktop().keyboard().type("a");
-    expectEditorText("היום שלום ש");
 }
 
 } // namespace
