@@ -14,12 +14,24 @@ option(QUILLANE_COVERAGE "Count which lines run (gcov)" OFF)
 option(QUILLANE_FUZZ "Build the libFuzzer targets instead of the tests" OFF)
 option(BUILD_TESTING "Build tests and benchmarks" ON)
 
+set(sanitizedByClang OFF)
+if(QUILLANE_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND NOT APPLE AND NOT QUILLANE_FUZZ)
+  set(sanitizedByClang ON)
+endif()
+# Saves a fifth of Clang's time, and nothing of GCC's, whose precompiled headers are five times as large. They hide a
+# missing #include, so the builds that people and linters use have none.
+option(QUILLANE_PRECOMPILE "Precompile the headers of libraries that everything includes (Clang)" ${sanitizedByClang})
+
 find_program(QUILLANE_CCACHE ccache)
 if(QUILLANE_CCACHE)
-  set(CMAKE_C_COMPILER_LAUNCHER ${QUILLANE_CCACHE})
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${QUILLANE_CCACHE})
-  # Precompiled headers and ccache agree only with these (ccache manual, "Precompiled headers").
-  set(ENV{CCACHE_SLOPPINESS} "pch_defines,time_macros,include_file_mtime,include_file_ctime")
+  set(launcher ${QUILLANE_CCACHE})
+  if(QUILLANE_PRECOMPILE)
+    # ccache manual, "Precompiled headers"
+    set(launcher ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${QUILLANE_CCACHE})
+    add_compile_options("SHELL:-Xclang -fno-pch-timestamp")
+  endif()
+  set(CMAKE_C_COMPILER_LAUNCHER ${launcher})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
 endif()
 
 # Debian's compiler is known; a Mac's is whatever Apple has released last, and a new warning must stop nobody's first build.
@@ -46,11 +58,42 @@ endif()
 if(QUILLANE_SANITIZE)
   add_compile_options(-fsanitize=${QUILLANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${QUILLANE_SANITIZE})
+  if(sanitizedByClang)
+    add_link_options(-fuse-ld=lld) # a second for each program instead of five
+  endif()
 endif()
 if(QUILLANE_COVERAGE)
   add_compile_options(--coverage)
   add_link_options(--coverage)
 endif()
+
+# quillane_precompile(target HEADER): has the target's sources begin with a header of cmake/precompiled. Targets with the same
+# header share what is made of it.
+function(quillane_precompile target header)
+  if(NOT QUILLANE_PRECOMPILE)
+    return()
+  endif()
+  set(shared quillane_precompiled_${header})
+  get_target_property(links ${target} LINK_LIBRARIES)
+  if(links MATCHES "QuillanePlatform|GIO|LIBSECRET") # GLib's flags name -pthread, and Clang wants the same for the header
+    set(shared ${shared}_pthread)
+  endif()
+  if(NOT TARGET ${shared})
+    file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/${shared}.cpp CONTENT "")
+    add_library(${shared} OBJECT ${CMAKE_BINARY_DIR}/${shared}.cpp)
+    target_precompile_headers(${shared} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/precompiled/${header}.hpp)
+    if(shared MATCHES "pthread")
+      target_compile_options(${shared} PRIVATE -pthread)
+    endif()
+    if(header MATCHES "Qt")
+      target_link_libraries(${shared} PRIVATE Qt6::Widgets)
+    endif()
+    if(header MATCHES "Tests")
+      target_link_libraries(${shared} PRIVATE GTest::gmock)
+    endif()
+  endif()
+  target_precompile_headers(${target} REUSE_FROM ${shared})
+endfunction()
 
 # quillane_library(name FOLDERS folder... LINK target...): a static library of every .cpp (and, on a Mac, .mm) in the
 # folders, which are named from the folder of the calling CMakeLists.txt and searched one level deep.
@@ -68,6 +111,11 @@ function(quillane_library name)
   add_library(${name} STATIC ${sources})
   target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC ${ARG_LINK})
+  if(ARG_LINK MATCHES "Qt6::Widgets")
+    quillane_precompile(${name} Qt)
+  else()
+    quillane_precompile(${name} Standard)
+  endif()
 endfunction()
 
 # quillane_test(name LABELS label... [SOURCES file...] LINK target... [TIMEOUT seconds] [SERIAL] [SCREENSHOTS]
@@ -98,6 +146,14 @@ function(quillane_test name)
     target_compile_definitions(${name} PRIVATE QUILLANE_SCREENSHOTS="${CMAKE_BINARY_DIR}/screenshots"
       $<$<NOT:$<BOOL:${APPLE}>>:QUILLANE_LINE_ART>) # the symbols that Linux has
   endif()
+  if(ARG_LINK MATCHES "Qt6::|Quillane;|Quillane$|QuillanePlatform")
+    quillane_precompile(${name} QtTests)
+  else()
+    quillane_precompile(${name} Tests)
+  endif()
+  if(NOT "desktop" IN_LIST ARG_LABELS)
+    add_dependencies(tests_without_desktop ${name})
+  endif()
   foreach(label IN LISTS ARG_LABELS)
     if(NOT TARGET tests_${label}) # all tests with this label
       add_custom_target(tests_${label})
@@ -111,7 +167,9 @@ function(quillane_test name)
     set(serial TRUE)
   endif()
   file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${name}_labels.cmake @ONLY CONTENT [=[
-if(@name@_TESTS)
+if(NOT @name@_TESTS) # a program that is not built has one test, which fails
+  set_tests_properties(@name@_NOT_BUILT PROPERTIES LABELS "@ARG_LABELS@")
+else()
   set_tests_properties(${@name@_TESTS} PROPERTIES LABELS "@ARG_LABELS@" RUN_SERIAL @serial@)
   foreach(test @ARG_PRIVILEGED@)
     list(FIND @name@_TESTS ${test} index)

@@ -36,7 +36,7 @@ protected:
         return [this]() -> std::function<void()> {
             const auto open = std::make_shared<ClipboardVault>(vault()); // shared with the steps
             mustBe(open->load() == GetParam().before);
-            return [this, open] {
+            return [open] {
                 testing::Disk disk;
                 disk.room = GetParam().room;
                 const DiskWatch watch(disk);

@@ -1,0 +1,7 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "Qt.hpp"
+#include "Tests.hpp"

@@ -1,0 +1,9 @@
+// SPDX-FileCopyrightText: The Quillane authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "Standard.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
