@@ -3,6 +3,7 @@
 #include "app/AppDelegate.hpp"
 
 #include "app/ApplicationMenuRows.hpp"
+#include "app/ChordSignWindow.hpp"
 #include "app/StatusBarArtwork.hpp"
 #include "app/StatusMenu.hpp"
 #include "core/direction/DirectionTarget.hpp"
@@ -45,6 +46,12 @@ AppDelegate::AppDelegate(const Platform& platform, core::AppPreferences& prefere
       interfaceLanguage_(preferences),
       permissions_(platform, environment_.location),
       symbols_(*platform.systemSymbols),
+      signs_(platform, preferences,
+             [this] {
+                 return std::make_unique<ChordSignWindow>(
+                     *platform_.windowTraits,
+                     [this](const std::string& name, const QColor& color) { return symbols_.icon(name, color); });
+             }),
       dragGuide_(guideServices()),
       input_(*platform.inputSources, *platform.accessibility, *platform.workspace),
       monitor_(platform, input_),
@@ -55,7 +62,8 @@ AppDelegate::AppDelegate(const Platform& platform, core::AppPreferences& prefere
       direction_(
           DirectionServices{*platform.accessibility, *platform.workspace, *platform.mainQueue, *platform.userDefaults,
                             *platform.eventTap},
-          [this] { return model_.canTestDirection(); }, [this](const core::LocalizedText& text) { report(text); }),
+          [this] { return model_.canTestDirection(); },
+          [this](const core::ChordOutcome& outcome) { reportChord(outcome); }),
       fileShare_(
           {.platform = platform,
            .preferences = preferences,
@@ -174,7 +182,7 @@ void AppDelegate::wireControllers() {
     capture_.offer = [this](const core::LocalizedText& title, std::function<void()> action) {
         model_.offer({title, std::move(action)});
     };
-    switcher_.report = [this](const core::LocalizedText& text) { report(text); };
+    switcher_.report = [this](const core::ChordOutcome& outcome) { reportChord(outcome); };
     subscriptions_.push_back(preferences_.onChanged([this] {
         createMenu();
         createApplicationMenu();
@@ -191,6 +199,7 @@ void AppDelegate::observeWorkspace() {
         monitor_.reset();
         direction_.cancelPending();
         retyping_.cancel();
+        signs_.dismiss();
         clipboardPanel_.noteFrontmostApplication();
         rememberTarget();
         browserWaker_.noteActivation();
@@ -332,6 +341,7 @@ void AppDelegate::applicationWillTerminate() {
     retyping_.cancel();
     settings_.reset();
     historyPanel_.reset();
+    signs_.end();
     dragGuide_.dismiss();
     clipboard_.stop();
     platform_.servicesMenu->provideShare(nullptr);
@@ -362,6 +372,7 @@ void AppDelegate::createMenu() {
                           .captureMeans = platform_.areaCapture->means(),
                           .accessibilityGranted = permissions_.granted().contains(core::MacPermission::accessibility),
                           .historyNotice = clipboard_.notice(),
+                          .lastAction = model_.lastAction(),
                           .status = checked_ ? statusRow(facts) : StatusRow{core::texts::checkingPermissions, "clock"}};
     if (state == shownMenu_) {
         return;
@@ -428,6 +439,12 @@ void AppDelegate::rememberTarget() {
 void AppDelegate::report(const core::LocalizedText& text) {
     model_.setLastAction(text);
     platform_.userDefaults->note(lastStatusKey, text.rendered(preferences_.state().language));
+    createMenu();
+}
+
+void AppDelegate::reportChord(const core::ChordOutcome& outcome) {
+    report(outcome.message);
+    signs_.show(outcome);
 }
 
 void AppDelegate::reportCapture(const core::LocalizedText& text) {

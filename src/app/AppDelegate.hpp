@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/ChordSigns.hpp"
 #include "app/Doctor.hpp"
 #include "app/RuntimeStatus.hpp"
 #include "app/StatusMenu.hpp"
@@ -127,6 +128,7 @@ private:
     [[nodiscard]] ControlReply capture();
     [[nodiscard]] ControlReply share(const std::vector<std::string>& urls);
     void report(const core::LocalizedText& text);
+    void reportChord(const core::ChordOutcome& outcome);
     void notify(const core::LocalizedText& text);
 
     const Platform& platform_;
@@ -137,6 +139,7 @@ private:
 
     PermissionController permissions_;
     SymbolIcons symbols_; ///< for the windows
+    ChordSigns signs_;
     PermissionDragGuide dragGuide_;
     RTLInput input_;
     KeyboardMonitor monitor_;

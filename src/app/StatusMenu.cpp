@@ -73,8 +73,11 @@ std::vector<MenuRow> statusMenuRows(const StatusMenuState& state, const StatusMe
     auto settings = item(texts::settings, "gearshape", actions.showSettings);
     settings.keyEquivalent = ",";
 
+    auto status = item(state.status.text, state.status.symbol, nullptr);
+    status.toolTip = text(state.lastAction);
+
     const bool paused = state.options.paused;
-    std::vector<MenuRow> rows{header, item(state.status.text, state.status.symbol, nullptr), separator()};
+    std::vector<MenuRow> rows{header, status, separator()};
     addScreenCaptureItem(rows);
     const std::array rest{
         history,

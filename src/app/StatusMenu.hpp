@@ -26,6 +26,7 @@ struct StatusMenuState {
     AreaCapture::Means captureMeans = AreaCapture::Means::none;
     bool accessibilityGranted = false;
     std::optional<core::LocalizedText> historyNotice; ///< what the user should know about the clipboard history
+    core::LocalizedText lastAction;                   ///< empty before the first
     StatusRow status;
 
     bool operator==(const StatusMenuState&) const = default;

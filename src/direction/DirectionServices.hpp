@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "core/localization/LocalizedText.hpp"
+#include "core/keyboard/ChordOutcome.hpp"
 #include "core/preferences/UserDefaults.hpp"
 #include "platform/Accessibility.hpp"
 #include "platform/EventTap.hpp"
@@ -24,8 +24,8 @@ struct DirectionServices {
     EventTap& eventTap;
 };
 
-/// Receives the one status line with which an attempt ends, if it ends with one.
-using DirectionReport = std::function<void(const core::LocalizedText&)>;
+/// Receives the outcome of an attempt, if it ends with one.
+using DirectionReport = std::function<void(const core::ChordOutcome&)>;
 
 /// Timeout of a call to the application whose paragraph is changed.
 inline constexpr std::chrono::milliseconds directionTimeout{150};

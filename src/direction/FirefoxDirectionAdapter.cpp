@@ -72,7 +72,8 @@ void FirefoxDirectionAdapter::interrupt(core::UserInput input) {
 void FirefoxDirectionAdapter::readDirection(Attempt attempt) {
     const auto now = directionOfText(services_.accessibility, attempt.editor);
     if (now == attempt.direction) {
-        finish(texts::appliedDirection(core::rawValue(attempt.direction), attempt.browser->displayName));
+        finish({texts::appliedDirection(core::rawValue(attempt.direction), attempt.browser->displayName),
+                attempt.direction});
     } else if (now) {
         attempt.run = 0;
         findCommand(std::move(attempt));
@@ -142,7 +143,8 @@ void FirefoxDirectionAdapter::press(Attempt attempt, const AXElement& command) {
 
 void FirefoxDirectionAdapter::confirm(Attempt attempt) {
     if (directionOfText(services_.accessibility, attempt.editor) == attempt.direction) {
-        finish(texts::appliedDirection(core::rawValue(attempt.direction), attempt.browser->displayName));
+        finish({texts::appliedDirection(core::rawValue(attempt.direction), attempt.browser->displayName),
+                attempt.direction});
     } else if (attempt.run < lastRun) {
         again(std::move(attempt), &FirefoxDirectionAdapter::confirm);
     } else {
@@ -192,9 +194,9 @@ void FirefoxDirectionAdapter::explain(const Attempt& attempt) {
     finish(turnOnCommand());
 }
 
-void FirefoxDirectionAdapter::finish(const core::LocalizedText& text) {
+void FirefoxDirectionAdapter::finish(const core::ChordOutcome& outcome) {
     current_.reset();
-    report_(text);
+    report_(outcome);
 }
 
 } // namespace quillane

@@ -57,7 +57,7 @@ private:
     [[nodiscard]] std::optional<AXElement> command(const AXElement& menu, const Attempt& attempt) const;
     void closeMenu(const Attempt& attempt);
     void explain(const Attempt& attempt);
-    void finish(const core::LocalizedText& text);
+    void finish(const core::ChordOutcome& outcome);
 
     DirectionServices services_;
     DirectionReport report_;

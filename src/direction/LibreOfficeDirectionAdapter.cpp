@@ -121,7 +121,8 @@ void LibreOfficeDirectionAdapter::press(const Attempt& attempt, const AXElement&
                             : accessibility.performAction(button, "AXPress");
     switch (result) {
     case AXActionResult::done:
-        report_(texts::appliedDirection(core::rawValue(attempt.direction), attempt.program->displayName));
+        report_({texts::appliedDirection(core::rawValue(attempt.direction), attempt.program->displayName),
+                 attempt.direction});
         break;
     case AXActionResult::cannotComplete:
         confirm(attempt);
@@ -134,7 +135,8 @@ void LibreOfficeDirectionAdapter::press(const Attempt& attempt, const AXElement&
 /// LibreOffice handles requests in order: once it answers a later one, the button has been pressed.
 void LibreOfficeDirectionAdapter::confirm(Attempt attempt) {
     if (answers(attempt)) {
-        report_(texts::appliedDirection(core::rawValue(attempt.direction), attempt.program->displayName));
+        report_({texts::appliedDirection(core::rawValue(attempt.direction), attempt.program->displayName),
+                 attempt.direction});
     } else if (attempt.run == lastRun) {
         report_(texts::cannotChangeDirection(attempt.program->displayName));
     } else {

@@ -157,7 +157,7 @@ void MenuBarDirectionAdapter::apply(WritingDirection direction) {
     const bool isPressed = ax::press(accessibility, direction == WritingDirection::rightToLeft ? commands.rightToLeft
                                                                                                : commands.leftToRight);
     if (isPressed) {
-        report_(core::texts::appliedDirection(core::rawValue(direction), front->name));
+        report_({core::texts::appliedDirection(core::rawValue(direction), front->name), direction});
     } else {
         known_.erase(front->pid); // it may have rebuilt its menus
         lookUpFront();

@@ -276,7 +276,8 @@ void NativeDirectionAdapter::pressCommand(const AXElement& command, const AXElem
         return;
     }
     finish();
-    report_(texts::appliedDirection(core::rawValue(attempt.direction), attempt.browser.displayName));
+    report_(
+        {texts::appliedDirection(core::rawValue(attempt.direction), attempt.browser.displayName), attempt.direction});
 }
 
 void NativeDirectionAdapter::finish() {

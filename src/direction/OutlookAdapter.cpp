@@ -158,7 +158,7 @@ void OutlookAdapter::pressOverflowButton(const Attempt& attempt, int run) {
 
 void OutlookAdapter::press(const AXElement& button, core::WritingDirection direction) {
     if (ax::press(services_.accessibility, button)) {
-        report_(texts::appliedDirectionInOutlook(core::rawValue(direction)));
+        report_({texts::appliedDirectionInOutlook(core::rawValue(direction)), direction});
     } else {
         report_(texts::outlookDidNotApply);
     }

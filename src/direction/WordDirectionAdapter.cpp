@@ -107,7 +107,7 @@ bool WordDirectionAdapter::isFocused(const Attempt& attempt) const {
 
 void WordDirectionAdapter::execute(const AXElement& button, core::WritingDirection direction) {
     if (ax::press(services_.accessibility, button)) {
-        report_(texts::appliedDirectionInWord(core::rawValue(direction)));
+        report_({texts::appliedDirectionInWord(core::rawValue(direction)), direction});
     } else {
         report_(texts::wordCannotChangeDirection);
     }

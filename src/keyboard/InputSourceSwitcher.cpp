@@ -15,8 +15,8 @@ namespace texts = core::texts;
 
 namespace {
 
-core::LocalizedText named(const InputSource& source) {
-    return texts::keyboardLanguage(source.localizedName);
+core::ChordOutcome named(const InputSource& source) {
+    return {texts::keyboardLanguage(source.localizedName), core::SelectedSource{source.localizedName}};
 }
 
 } // namespace
@@ -28,14 +28,14 @@ void InputSourceSwitcher::switchToNext() {
     }
 }
 
-core::LocalizedText InputSourceSwitcher::switched() {
+core::ChordOutcome InputSourceSwitcher::switched() {
     const auto sources = sources_.enabled();
     if (!sources) {
         return texts::couldNotReadKeyboardLanguages;
     }
     const auto current = sources_.current();
     if (sources_.switchedBySystemShortcut()) {
-        return current ? named(*current) : core::LocalizedText(texts::couldNotReadKeyboardLanguages);
+        return current ? named(*current) : core::ChordOutcome(texts::couldNotReadKeyboardLanguages);
     }
     std::vector<std::string> ids;
     std::ranges::transform(*sources, std::back_inserter(ids), &InputSource::id);

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/keyboard/ChordOutcome.hpp"
 #include "core/localization/Desktop.hpp"
-#include "core/localization/LocalizedText.hpp"
 #include "platform/InputSources.hpp"
 
 #include <functional>
@@ -19,11 +19,11 @@ public:
     /// If the system has just switched through its own shortcut on the same keys, only reports the source.
     void switchToNext();
 
-    /// Receives the outcome, as a text for the user.
-    std::function<void(const core::LocalizedText&)> report;
+    /// Receives the outcome.
+    std::function<void(const core::ChordOutcome&)> report;
 
 private:
-    [[nodiscard]] core::LocalizedText switched();
+    [[nodiscard]] core::ChordOutcome switched();
 
     InputSources& sources_;
     core::Desktop desktop_; ///< the desktop that texts name

@@ -16,6 +16,7 @@ enum class ActivationPolicy {
 enum class PanelKind {
     card,   ///< to look at and to drag from; never has the keyboard
     search, ///< has the keyboard while it is open, and closes when the user turns to something else
+    sign,   ///< only to look at: never has the keyboard, and what the pointer does goes to the window below
 };
 
 /// How Qt numbers the keys of a window's key events, and which modifier stands for Command.

@@ -4,6 +4,8 @@
 #include "core/localization/Texts.hpp"
 #include "support/KeyboardLayouts.hpp"
 
+#include <QLabel>
+
 namespace quillane {
 namespace {
 
@@ -81,6 +83,40 @@ TEST_F(WrongLayoutTest, PauseTurnsItOff) {
     launch();
     click("Pause all");
     EXPECT_EQ(typeAndFix().text(), U"akuo");
+}
+
+/// The sign of the last chord, if it is shown.
+QWidget* chordSign() {
+    for (auto* widget : QApplication::topLevelWidgets()) {
+        if (widget->objectName() == QLatin1String("chordSign") && widget->isVisible()) {
+            return widget;
+        }
+    }
+    return nullptr;
+}
+
+TEST_F(KeyboardFlowTest, ASignNamesTheNewSourceAndGoesWithTheApplication) {
+    launch();
+    desktop.withFrontApplication("com.apple.TextEdit");
+    releaseLanguageChord();
+    ASSERT_NE(chordSign(), nullptr);
+    EXPECT_EQ(chordSign()->findChild<QLabel*>(QStringLiteral("text"))->text().toStdString(),
+              fakes::hebrew().localizedName);
+    desktop.withFrontApplication("com.apple.Notes");
+    EXPECT_EQ(chordSign(), nullptr);
+    releaseLanguageChord();
+    ASSERT_NE(chordSign(), nullptr);
+    desktop.queue.advance(std::chrono::seconds(2));
+    EXPECT_EQ(chordSign(), nullptr);
+}
+
+TEST_F(KeyboardFlowTest, TheStatusRowOffersTheLastMessage) {
+    launch();
+    EXPECT_EQ(desktop.statusItem.rows()[1].toolTip, "");
+    desktop.withFrontApplication("com.apple.TextEdit");
+    releaseLanguageChord();
+    EXPECT_EQ(desktop.statusItem.rows()[1].toolTip, "Keyboard language: " + fakes::hebrew().localizedName);
+    EXPECT_EQ(desktop.statusItem.rows().size(), 20U);
 }
 
 TEST_F(KeyboardFlowTest, AChordHeldAcrossAnApplicationSwitchDoesNothing) {

@@ -65,6 +65,13 @@ TEST(StatusMenu, HistoryRowSaysWhatHappenedToTheSavedHistory) {
               "The saved history could not be read. It was set aside and can be recovered in Settings.");
 }
 
+TEST(StatusMenu, StatusRowSaysWhatWasDoneLast) {
+    auto shown = state(AppLanguage::hebrew);
+    EXPECT_EQ(statusMenuRows(shown, allActions())[1].toolTip, "");
+    shown.lastAction = core::texts::closeOpenMenu;
+    EXPECT_EQ(statusMenuRows(shown, allActions())[1].toolTip, core::texts::closeOpenMenu.rendered(AppLanguage::hebrew));
+}
+
 TEST(StatusMenu, SeparatorsAreRows3And8And14And18) {
     const auto rows = statusMenuRows(state(), allActions());
     std::vector<std::size_t> separators;

@@ -46,12 +46,21 @@ protected:
         EXPECT_TRUE(panel->isHidden());
         panel->setGeometry(place);
         panel->show();
-        panel->activateWindow(); // in vain for a card
+        panel->activateWindow(); // in vain for any but a search panel
         panel->field.setFocus();
         return driver.waitUntil([&] {
             return panel->isVisible() && panel->geometry() == place &&
-                   (kind == PanelKind::card || panel->isActiveWindow());
+                   (kind != PanelKind::search || panel->isActiveWindow());
         });
+    }
+
+    void expectKeyboardStays(PanelKind kind) {
+        showFront();
+        ASSERT_TRUE(openPanel(kind));
+        letTimePass(); // a desktop gives the keyboard to a new window a moment after it appears
+        driver.typeLetter();
+        EXPECT_TRUE(driver.waitUntil([&] { return front.field.text() == "v"; }));
+        EXPECT_EQ(panel->field.text(), "");
     }
 
     void letTimePass() {
@@ -59,7 +68,7 @@ protected:
         EXPECT_TRUE(driver.waitUntil([&] { return ++turns > 20; }));
     }
 
-    static constexpr QRect place{120, 90, 200, 100};
+    QRect place{120, 90, 200, 100}; ///< of the panel
 
     Driver driver;
     Window front{QRect{10, 10, 300, 200}};
@@ -69,19 +78,18 @@ protected:
 TYPED_TEST_SUITE_P(WindowTraitsContract);
 
 TYPED_TEST_P(WindowTraitsContract, APanelIsWhereItIsPutAndHasNoTitle) {
-    for (const auto kind : {PanelKind::card, PanelKind::search}) {
+    for (const auto kind : {PanelKind::card, PanelKind::search, PanelKind::sign}) {
         ASSERT_TRUE(this->openPanel(kind));
         EXPECT_EQ(this->panel->frameGeometry(), this->place);
     }
 }
 
 TYPED_TEST_P(WindowTraitsContract, ACardLeavesTheKeyboardWhereItIs) {
-    this->showFront();
-    ASSERT_TRUE(this->openPanel(PanelKind::card));
-    this->letTimePass(); // a desktop gives the keyboard to a new window a moment after it appears
-    this->driver.typeLetter();
-    EXPECT_TRUE(this->driver.waitUntil([&] { return this->front.field.text() == "v"; }));
-    EXPECT_EQ(this->panel->field.text(), "");
+    this->expectKeyboardStays(PanelKind::card);
+}
+
+TYPED_TEST_P(WindowTraitsContract, ASignLeavesTheKeyboardWhereItIs) {
+    this->expectKeyboardStays(PanelKind::sign);
 }
 
 TYPED_TEST_P(WindowTraitsContract, ASearchPanelHasTheKeyboardWhileItIsOpen) {
@@ -108,6 +116,7 @@ TYPED_TEST_P(WindowTraitsContract, ThePolicyLeavesOpenWindowsOpen) {
 }
 
 REGISTER_TYPED_TEST_SUITE_P(WindowTraitsContract, APanelIsWhereItIsPutAndHasNoTitle, ACardLeavesTheKeyboardWhereItIs,
-                            ASearchPanelHasTheKeyboardWhileItIsOpen, ThePolicyLeavesOpenWindowsOpen);
+                            ASignLeavesTheKeyboardWhereItIs, ASearchPanelHasTheKeyboardWhileItIsOpen,
+                            ThePolicyLeavesOpenWindowsOpen);
 
 } // namespace quillane::testing

@@ -10,7 +10,7 @@ namespace quillane::fakes {
 void FakeWindowTraits::makePanel(QWidget& window, PanelKind kind) {
     panels.emplace_back(&window, kind);
     // Offscreen, as in tests, Qt gives the keyboard to every window but a tool tip.
-    window.setWindowFlags((kind == PanelKind::card ? Qt::ToolTip | Qt::WindowDoesNotAcceptFocus : Qt::Tool) |
+    window.setWindowFlags((kind == PanelKind::search ? Qt::Tool : Qt::ToolTip | Qt::WindowDoesNotAcceptFocus) |
                           Qt::FramelessWindowHint);
 }
 

@@ -3,6 +3,7 @@
 
 #include "settings/pages/ShortcutsPage.hpp"
 
+#include "core/keyboard/ChordSign.hpp"
 #include "core/localization/Texts.hpp"
 #include "settings/Card.hpp"
 #include "settings/FeatureRow.hpp"
@@ -63,6 +64,14 @@ ShortcutsPage::ShortcutsPage(const SettingsServices& services) : SettingsPageVie
                              .explanation = texts::fixWrongLayoutExplanation,
                              .isOn = [&model] { return model.fixesWrongLayout(); },
                              .set = [&model](bool on) { model.setFixesWrongLayout(on); }});
+
+    auto& defaults = *services.platform.userDefaults;
+    addFeature(addCard(),
+               {.symbol = "paragraphsign",
+                .title = texts::signAtCursor,
+                .explanation = texts::signAtCursorExplanation,
+                .isOn = [&defaults] { return defaults.boolean(core::chordSignKey).value_or(true); },
+                .set = [&defaults](bool on) { defaults.setObject(core::chordSignKey, core::PropertyListValue(on)); }});
 
     auto& clipboard = addCard(texts::history);
     addChord(clipboard, "clock.arrow.circlepath", texts::openClipboardHistory,

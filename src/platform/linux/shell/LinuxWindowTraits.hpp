@@ -19,6 +19,7 @@ public:
     /// A panel with keyboard input is a popup, like a menu: the window manager does not manage it, it takes the
     /// keyboard by a grab instead of the focus, and a click elsewhere closes it. A card is a utility window
     /// (_NET_WM_WINDOW_TYPE of the Extended Window Manager Hints 1.5) above the others that does not accept the focus.
+    /// A sign is a tool tip, which the window manager does not manage, with an empty input shape.
     void makePanel(QWidget& window, PanelKind kind) override;
 };
 

@@ -60,25 +60,27 @@ void MacWindowTraits::activateApplication() {
 
 void MacWindowTraits::makePanel(QWidget& window, PanelKind kind) {
     window.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint); // Qt makes tools NSPanels
-    window.setWindowFlag(Qt::WindowDoesNotAcceptFocus, kind == PanelKind::card); // otherwise a click gives it the
-                                                                                 // keyboard
-    window.setAttribute(Qt::WA_ShowWithoutActivating, kind == PanelKind::card);
+    const bool isSearch = kind == PanelKind::search;
+    window.setWindowFlag(Qt::WindowDoesNotAcceptFocus, !isSearch); // otherwise a click gives it the keyboard
+    window.setWindowFlag(Qt::WindowTransparentForInput, kind == PanelKind::sign);
+    window.setAttribute(Qt::WA_ShowWithoutActivating, !isSearch);
     @autoreleasepool {
         NSView* view = (__bridge NSView*)reinterpret_cast<void*>(window.winId());
         NSWindow* panel = view.window;
-        panel.styleMask = kind == PanelKind::card ? cardStyle : searchStyle;
+        panel.styleMask = isSearch ? searchStyle : cardStyle;
         preventActivation(panel);
         panel.level = NSFloatingWindowLevel;
         panel.collectionBehavior = panelBehavior;
         panel.hidesOnDeactivate = NO; // not by WA_MacAlwaysShowToolWindow, with which Qt changes the level at times
         panel.releasedWhenClosed = NO;
         panel.hasShadow = YES;
-        if (kind == PanelKind::card) {
-            panel.opaque = NO;
-            panel.backgroundColor = NSColor.clearColor;
-        } else {
+        panel.ignoresMouseEvents = kind == PanelKind::sign;
+        if (isSearch) {
             hideTitle(panel);
             trackPointerAlways(window);
+        } else {
+            panel.opaque = NO;
+            panel.backgroundColor = NSColor.clearColor;
         }
     }
 }

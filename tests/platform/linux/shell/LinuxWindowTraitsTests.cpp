@@ -8,6 +8,8 @@
 #include "platform/linux/x11/WindowProcess.hpp"
 
 #include <QApplication>
+#include <QCursor>
+#include <QPushButton>
 
 #include <optional>
 
@@ -40,6 +42,12 @@ public:
         keyboard_.tap(letterV);
     }
 
+    void clickAt(const QPoint& place) {
+        QCursor::setPos(place);
+        EXPECT_TRUE(waitUntil([&] { return QCursor::pos() == place; }));
+        keyboard_.click(1);
+    }
+
     bool waitUntil(const std::function<bool()>& condition) { return testing::waitUntil(condition); }
 
 private:
@@ -53,6 +61,27 @@ private:
     std::unique_ptr<testing::TestProcess> manager_;
     LinuxWindowTraits traits_;
 };
+
+class LinuxWindowTraitsTest : public testing::WindowTraitsContract<LinuxWindowTraitsDriver> {};
+
+TEST_F(LinuxWindowTraitsTest, AClickOnASignReachesTheWindowBelow) {
+    int clicks = 0;
+    QPushButton below(&front);
+    below.setGeometry(front.rect());
+    QObject::connect(&below, &QPushButton::clicked, [&] { ++clicks; });
+    showFront();
+    place = below.rect().translated(front.pos()).adjusted(20, 20, -20, -20);
+    ASSERT_TRUE(openPanel(PanelKind::sign));
+    QPushButton on(&*panel);
+    on.setGeometry(panel->rect());
+    on.show();
+    QObject::connect(&on, &QPushButton::clicked, [&] { clicks = 100; });
+    panel->raise();
+    driver.clickAt(place.center());
+    EXPECT_TRUE(driver.waitUntil([&] { return clicks > 0; }));
+    EXPECT_EQ(clicks, 1);
+    EXPECT_TRUE(panel->isVisible());
+}
 
 } // namespace
 

@@ -36,12 +36,14 @@ TEST_F(MacWindowTraitsTest, ThePolicyIsTheApplications) {
 }
 
 TEST_F(MacWindowTraitsTest, PanelsFloatAndGoWhereTheUserGoes) {
-    for (const auto& [kind, style] : {std::pair(PanelKind::card, 128UL), std::pair(PanelKind::search, 32897UL)}) {
+    for (const auto& [kind, style] : {std::pair(PanelKind::card, 128UL), std::pair(PanelKind::search, 32897UL),
+                                      std::pair(PanelKind::sign, 128UL)}) {
         ASSERT_TRUE(openPanel(kind));
         EXPECT_EQ(nativePanel().styleMask, style);
         EXPECT_EQ(nativePanel().level, 3);
         EXPECT_EQ(nativePanel().collectionBehavior, 258UL);
         EXPECT_FALSE(nativePanel().hidesOnDeactivate);
+        EXPECT_EQ(nativePanel().ignoresMouseEvents, kind == PanelKind::sign);
     }
 }
 
