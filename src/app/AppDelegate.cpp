@@ -57,6 +57,7 @@ AppDelegate::AppDelegate(const Platform& platform, core::AppPreferences& prefere
       monitor_(platform, input_),
       browserWaker_(*platform.accessibility, *platform.workspace),
       switcher_(*platform.inputSources, platform.desktop),
+      applicationSources_(platform, [this] { return model_.options().paused || surroundings_.screenSharingSuspended; }),
       retyper_(*platform.inputSources),
       retyping_(platform, retyper_),
       direction_(
@@ -100,6 +101,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     });
     clipboardPanel_.noteFrontmostApplication(); // none was noted before the observers were there
     rememberTarget();
+    applicationSources_.noteActivation();
     platform_.servicesMenu->provideShare([this](const std::vector<std::string>& urls) {
         const auto refusal = fileShare_.share(urls);
         return refusal ? std::optional(refusal->rendered(preferences_.state().language)) : std::nullopt;
@@ -164,6 +166,7 @@ void AppDelegate::wireControllers() {
     monitor_.onInterruption = [this](core::UserInput input) {
         direction_.interrupt(input);
         retyping_.interrupt();
+        applicationSources_.interrupt(input);
     };
     monitor_.onLanguageSwitch = [this] { switchLanguage(); };
     monitor_.onRetyping = [this](const KeyboardMonitor::Retyping& press) {
@@ -190,7 +193,10 @@ void AppDelegate::wireControllers() {
             setFileManagerEntry(true); // in the language of now
         }
     }));
-    subscriptions_.push_back(platform_.inputSources->onChanged([this] { publishRuntime(); }));
+    subscriptions_.push_back(platform_.inputSources->onChanged([this] {
+        applicationSources_.noteChange();
+        publishRuntime();
+    }));
     retyper_.start();
 }
 
@@ -204,6 +210,7 @@ void AppDelegate::observeWorkspace() {
         rememberTarget();
         browserWaker_.noteActivation();
         refreshRuntime();
+        applicationSources_.noteActivation(); // the refresh has found out what is in front
     }));
     subscriptions_.push_back(platform_.workspace->onDidReopen([this] { applicationShouldHandleReopen(); }));
     subscriptions_.push_back(platform_.workspace->onDidWake([this] {
@@ -413,6 +420,7 @@ StatusMenuActions AppDelegate::menuActions() {
 
 void AppDelegate::startCapture() {
     direction_.cancelPending(); // a menu that opens now would be in the picture
+    signs_.dismiss();           // likewise
     capture_.start();
 }
 

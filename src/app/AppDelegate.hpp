@@ -16,6 +16,7 @@
 #include "direction/BrowserWaking.hpp"
 #include "direction/DirectionCommands.hpp"
 #include "fileshare/FileShareService.hpp"
+#include "keyboard/ApplicationSources.hpp"
 #include "keyboard/InputSourceSwitcher.hpp"
 #include "keyboard/KeyboardMonitor.hpp"
 #include "keyboard/RTLInput.hpp"
@@ -145,6 +146,7 @@ private:
     KeyboardMonitor monitor_;
     BrowserWaker browserWaker_;
     InputSourceSwitcher switcher_;
+    ApplicationSources applicationSources_;
     Retyper retyper_;
     RetypingCommand retyping_;
     DirectionCommands direction_;

@@ -3,6 +3,7 @@
 
 #include "settings/SettingsTest.hpp"
 
+#include "core/keyboard/ApplicationSources.hpp"
 #include "settings/SettingsPageView.hpp"
 #include "settings/SettingsView.hpp"
 #include "support/Popups.hpp"
@@ -54,6 +55,9 @@ protected:
         model.setLastAction(core::texts::keyboardLanguage("Hebrew"));
         clipboardOptions.enabled = true;
         clipboardOptions.ignoredApps = {"com.example.mail"};
+        desktop.withInputSources({fakes::english(), fakes::hebrew(), fakes::arabic()});
+        core::ApplicationSourceOptions{.enabled = true, .fixed = {{"com.example.mail", fakes::hebrew().id}}}.save(
+            desktop.userDefaults);
         desktop.withPermissions({core::MacPermission::inputMonitoring});
         permissions.refresh();
         desktop.updater.finish({785'000'000});

@@ -3,6 +3,7 @@
 
 #include "settings/SettingsTest.hpp"
 
+#include "core/keyboard/ApplicationSources.hpp"
 #include "core/localization/DateText.hpp"
 #include "settings/PageSelector.hpp"
 #include "settings/SettingsView.hpp"
@@ -420,6 +421,55 @@ TEST_F(SettingsWindowTest, EveryLabelThatWrapsBeginsItsLinesFlush) {
             EXPECT_TRUE(!label->wordWrap() || dynamic_cast<const WrappingLabel*>(label)) << label->text().toStdString();
         }
     }
+}
+
+TEST_F(SettingsWindowTest, TheSignAtTheCursorHasASwitchOfItsOwn) {
+    present(SettingsPage::shortcuts);
+    auto& sign = switchNamed("Show a sign at the text cursor");
+    EXPECT_TRUE(sign.isChecked());
+    sign.click();
+    EXPECT_EQ(desktop.userDefaults.boolean("ChordSignEnabled"), false);
+    sign.click();
+    EXPECT_EQ(desktop.userDefaults.boolean("ChordSignEnabled"), true);
+    EXPECT_EQ(model.options(), core::FeatureOptions());
+}
+
+TEST_F(SettingsWindowTest, AnApplicationGetsASourceThatItAlwaysHas) {
+    desktop.withInputSources({fakes::hebrew(), fakes::english(), fakes::arabic()});
+    desktop.applicationCatalog.applications = {{"org.example.terminal", "Terminal", true}};
+    const auto stored = [&] { return core::ApplicationSourceOptions::load(desktop.userDefaults); };
+    present(SettingsPage::shortcuts);
+    auto& add = find<QPushButton>("addFixedSource");
+    EXPECT_FALSE(add.isVisible());
+    auto& enabled = switchNamed("Input source for each application");
+    EXPECT_FALSE(enabled.isChecked());
+    enabled.click();
+    settle();
+    EXPECT_TRUE(stored().enabled);
+    ASSERT_TRUE(add.isVisible());
+    EXPECT_TRUE(shows("No applications"));
+    add.click();
+    settle();
+    auto* menu = window().findChild<QMenu*>();
+    ASSERT_NE(menu, nullptr);
+    ASSERT_EQ(menu->actions().front()->text(), "Terminal");
+    menu->actions().front()->trigger();
+    menu->close();
+    settle();
+    using Fixed = std::map<std::string, std::string>;
+    EXPECT_EQ(stored().fixed, (Fixed{{"org.example.terminal", fakes::english().id}}));
+    EXPECT_TRUE(shows("Terminal"));
+    auto& source = find<QComboBox>("fixedSource");
+    EXPECT_EQ(source.currentText().toStdString(), fakes::english().localizedName);
+    EXPECT_EQ(source.accessibleName(), "Input source in Terminal");
+    source.setCurrentIndex(2);
+    emit source.activated(2);
+    settle();
+    EXPECT_EQ(stored().fixed, (Fixed{{"org.example.terminal", fakes::arabic().id}}));
+    find<QPushButton>("removeFixedSource").click();
+    settle();
+    EXPECT_TRUE(stored().fixed.empty());
+    EXPECT_TRUE(stored().enabled);
 }
 
 } // namespace

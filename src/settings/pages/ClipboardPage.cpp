@@ -16,13 +16,10 @@
 #include "views/Text.hpp"
 #include "views/ToolTip.hpp"
 
-#include <QCollator>
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
-#include <QMenu>
-#include <QPointer>
 #include <QPushButton>
 #include <QStringList>
 
@@ -32,7 +29,8 @@ namespace quillane {
 
 namespace texts = core::texts;
 
-ClipboardPage::ClipboardPage(const SettingsServices& services) : SettingsPageView(services) {
+ClipboardPage::ClipboardPage(const SettingsServices& services)
+    : SettingsPageView(services), applications_(new ApplicationChooser(services.clipboard.findApplications, *this)) {
     addSwitch();
     addKinds();
     addStorage();
@@ -40,7 +38,7 @@ ClipboardPage::ClipboardPage(const SettingsServices& services) : SettingsPageVie
     addExclusions();
     addClearing();
     addStretch();
-    findApplications(); // for the names of excluded ones
+    applications_->find([this] { refresh(); }); // for the names of excluded ones
 }
 
 ClipboardPage::Options ClipboardPage::options() const {
@@ -231,32 +229,6 @@ void ClipboardPage::addPanel() {
               {200, 3000, 100});
 }
 
-void ClipboardPage::findApplications(const std::function<void()>& found) {
-    if (!services().clipboard.findApplications) {
-        return;
-    }
-    services().clipboard.findApplications(
-        [page = QPointer(this), found](const std::vector<KnownApplication>& applications) {
-            if (!page) {
-                return;
-            }
-            page->applications_ = applications;
-            const QCollator collator;
-            std::ranges::sort(page->applications_, [&](const KnownApplication& a, const KnownApplication& b) {
-                return collator.compare(QString::fromStdString(a.name), QString::fromStdString(b.name)) < 0;
-            });
-            page->refresh();
-            if (found) {
-                found();
-            }
-        });
-}
-
-QString ClipboardPage::nameOf(const std::string& bundleID) const {
-    const auto found = std::ranges::find(applications_, bundleID, &KnownApplication::bundleID);
-    return QString::fromStdString(found != applications_.end() ? found->name : bundleID);
-}
-
 void ClipboardPage::addExclusions() {
     auto& card = addCard(texts::excludedApplications);
     auto* list = new QVBoxLayout;
@@ -265,7 +237,7 @@ void ClipboardPage::addExclusions() {
         const auto ignored = options().ignoredApps;
         QStringList wanted{rendered(texts::noExcludedApplications, language)};
         for (const auto& bundleID : ignored) {
-            wanted << nameOf(bundleID) << QString::fromStdString(bundleID);
+            wanted << applications_->nameOf(bundleID) << QString::fromStdString(bundleID);
         }
         if (wanted == shown) {
             return;
@@ -277,7 +249,7 @@ void ClipboardPage::addExclusions() {
             delete item;
         }
         for (const auto& bundleID : ignored) {
-            const auto name = nameOf(bundleID);
+            const auto name = applications_->nameOf(bundleID);
             auto* entry = new QWidget;
             auto* row = new QHBoxLayout(entry);
             row->setContentsMargins(0, 0, 0, 0);
@@ -305,36 +277,18 @@ void ClipboardPage::addExclusions() {
     bindText(explanation, [] { return texts::excludedApplicationsExplanation; });
     auto* add = button(texts::addApplication, [] {});
     add->setObjectName(QStringLiteral("addApplication"));
-    connect(add, &QPushButton::clicked, this,
-            [this, add] { findApplications([this, add] { chooseApplication(add); }); });
-    bindVisible(add, [this] { return services().clipboard.findApplications != nullptr; });
+    connect(add, &QPushButton::clicked, this, [this, add] {
+        applications_->find([this, add] {
+            refresh();
+            applications_->offer(*add, options().ignoredApps, [this](const std::string& bundleID) {
+                change([&](Options& changed) { changed.ignoredApps.push_back(bundleID); });
+            });
+        });
+    });
+    bindVisible(add, [this] { return applications_->isAvailable(); });
     bottom->addWidget(explanation, 1);
     bottom->addWidget(add);
     card.addRow(cardRow(bottom));
-}
-
-void ClipboardPage::chooseApplication(QWidget* anchor) {
-    auto* menu = new QMenu(this);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->setStyleSheet(QStringLiteral("QMenu { menu-scrollable: 1; }")); // instead of many columns
-    const auto ignored = options().ignoredApps;
-    const auto add = [&](bool running) {
-        for (const auto& choice : applications_) {
-            if (choice.running != running || std::ranges::find(ignored, choice.bundleID) != ignored.end()) {
-                continue;
-            }
-            auto* action =
-                menu->addAction(QString::fromStdString(choice.name).replace(QLatin1Char('&'), QStringLiteral("&&")));
-            action->setToolTip(plainToolTip(QString::fromStdString(choice.bundleID)));
-            connect(action, &QAction::triggered, this, [this, bundleID = choice.bundleID] {
-                change([&](Options& changed) { changed.ignoredApps.push_back(bundleID); });
-            });
-        }
-    };
-    add(true);
-    menu->addSeparator();
-    add(false);
-    menu->popup(anchor->mapToGlobal(QPoint(0, anchor->height())));
 }
 
 void ClipboardPage::addClearing() {

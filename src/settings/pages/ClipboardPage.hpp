@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "settings/ApplicationChooser.hpp"
 #include "settings/NumberStepper.hpp"
 #include "settings/SettingsPageView.hpp"
 
@@ -36,9 +37,6 @@ private:
 
     [[nodiscard]] Options options() const;
     void change(const std::function<void(Options&)>& change);
-    void findApplications(const std::function<void()>& found = {});
-    void chooseApplication(QWidget* anchor);
-    [[nodiscard]] QString nameOf(const std::string& bundleID) const;
     void askToClear(core::ClipboardHistory::Clearing clearing);
     void askToRecover(const core::SetAsideHistory& history);
 
@@ -51,7 +49,7 @@ private:
 
     void ask(const core::LocalizedText& question, const core::LocalizedText& note, const std::vector<Answer>& answers);
 
-    std::vector<KnownApplication> applications_; ///< as of the last search, by name
+    ApplicationChooser* applications_;
 };
 
 } // namespace quillane

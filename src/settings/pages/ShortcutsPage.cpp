@@ -7,6 +7,7 @@
 #include "core/localization/Texts.hpp"
 #include "settings/Card.hpp"
 #include "settings/FeatureRow.hpp"
+#include "settings/pages/ApplicationSourcesView.hpp"
 #include "views/Labels.hpp"
 
 #include <QLabel>
@@ -66,6 +67,7 @@ ShortcutsPage::ShortcutsPage(const SettingsServices& services) : SettingsPageVie
                              .set = [&model](bool on) { model.setFixesWrongLayout(on); }});
 
     auto& defaults = *services.platform.userDefaults;
+    addApplicationSources(addCard());
     addFeature(addCard(),
                {.symbol = "paragraphsign",
                 .title = texts::signAtCursor,
@@ -77,6 +79,24 @@ ShortcutsPage::ShortcutsPage(const SettingsServices& services) : SettingsPageVie
     addChord(clipboard, "clock.arrow.circlepath", texts::openClipboardHistory,
              {{keys.command(), keys.shift(Side::any), {"", texts::keyV, Side::any}}});
     addStretch();
+}
+
+void ShortcutsPage::addApplicationSources(Card& card) {
+    auto& defaults = *services().platform.userDefaults;
+    const auto isOn = [&defaults] { return core::ApplicationSourceOptions::load(defaults).enabled; };
+    addFeature(card, {.symbol = "rectangle.on.rectangle",
+                      .title = texts::sourceOfApplication,
+                      .explanation = texts::sourceOfApplicationExplanation,
+                      .isOn = isOn,
+                      .set = [&defaults](bool on) {
+                          auto options = core::ApplicationSourceOptions::load(defaults);
+                          options.enabled = on;
+                          options.save(defaults);
+                      }});
+    auto* fixed = new ApplicationSourcesView(services());
+    card.addRow(fixed);
+    bind([fixed](core::AppLanguage) { fixed->refresh(); });
+    bindVisible(fixed, isOn);
 }
 
 void ShortcutsPage::addChord(Card& card, const std::string& symbol, const core::LocalizedText& title,

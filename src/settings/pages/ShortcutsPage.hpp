@@ -16,6 +16,8 @@ public:
     explicit ShortcutsPage(const SettingsServices& services);
 
 private:
+    void addApplicationSources(Card& card);
+
     /// A row with one chord, or with two alternatives.
     void addChord(Card& card, const std::string& symbol, const core::LocalizedText& title,
                   const std::vector<std::vector<ChordKey>>& chords);
