@@ -174,7 +174,7 @@ void AppDelegate::wireControllers() {
         using CapsLock = core::retyping::CapsLock;
         retyping_.retype({press.strokes, press.capsLock ? CapsLock::on : CapsLock::off});
     };
-    retyping_.report = [this](const core::LocalizedText& text) { report(text); };
+    retyping_.report = [this](const core::ChordOutcome& outcome) { reportChord(outcome); };
     monitor_.onDisabled = [this] {
         direction_.cancelPending();
         report(core::texts::keyboardEngineRestarted);

@@ -188,7 +188,7 @@ void RetypingCommand::confirm(const Change& change, int looks) {
             platform_.accessibility->setAttribute(change.editor, "AXSelectedTextRange", change.selection);
         }
         if (const auto source = platform_.inputSources->current()) {
-            say(texts::keyboardLanguage(source->localizedName));
+            say({texts::keyboardLanguage(source->localizedName), core::SelectedSource{source->localizedName}});
         }
     } else if (looks < maximumLooks) {
         platform_.mainQueue->postAfter(betweenLooks, [this, alive = pending_.watch(), change, looks] {
@@ -210,9 +210,9 @@ void RetypingCommand::selectSource(const std::string& id) {
     }
 }
 
-void RetypingCommand::say(const core::LocalizedText& text) const {
+void RetypingCommand::say(const core::ChordOutcome& outcome) const {
     if (report) {
-        report(text);
+        report(outcome);
     }
 }
 

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/keyboard/ChordOutcome.hpp"
 #include "core/keyboard/TypedStrokes.hpp"
 #include "core/keyboard/TypedWords.hpp"
-#include "core/localization/LocalizedText.hpp"
 #include "core/support/Lifetime.hpp"
 #include "keyboard/Retyper.hpp"
 #include "platform/Accessibility.hpp"
@@ -44,8 +44,8 @@ public:
     /// Ends what is under way, and the run of presses.
     void cancel();
 
-    /// Receives the outcome, as a text for the user.
-    std::function<void(const core::LocalizedText&)> report;
+    /// Receives the outcome: the input source that was selected, or why nothing was done.
+    std::function<void(const core::ChordOutcome&)> report;
 
 private:
     /// What the presses of one run have retyped: the text between two places in the units of its application.
@@ -81,7 +81,7 @@ private:
     [[nodiscard]] bool write(Change change);
     void confirm(const Change& change, int looks);
     void selectSource(const std::string& id);
-    void say(const core::LocalizedText& text) const;
+    void say(const core::ChordOutcome& outcome) const;
 
     const Platform& platform_;
     Retyper& retyper_;

@@ -29,6 +29,16 @@ TEST_F(KeyboardFlowTest, TheLanguageChordSwitchesAndReports) {
     EXPECT_EQ(model->runtime().inputName, fakes::hebrew().localizedName);
 }
 
+/// The sign of the last chord, if it is shown.
+QWidget* chordSign() {
+    for (auto* widget : QApplication::topLevelWidgets()) {
+        if (widget->objectName() == QLatin1String("chordSign") && widget->isVisible()) {
+            return widget;
+        }
+    }
+    return nullptr;
+}
+
 /// An editor whose text was typed in English, with Hebrew beside it.
 class WrongLayoutTest : public AppDelegateTest {
 protected:
@@ -55,6 +65,7 @@ TEST_F(WrongLayoutTest, ChordFixesTheWordAndReportsTheSource) {
     EXPECT_EQ(desktop.inputSources.current(), fakes::hebrew());
     EXPECT_EQ(model->lastAction().rendered(AppLanguage::english),
               "Keyboard language: " + fakes::hebrew().localizedName);
+    EXPECT_NE(chordSign(), nullptr);
 }
 
 TEST_F(WrongLayoutTest, MonitorRunsForItAlone) {
@@ -83,16 +94,6 @@ TEST_F(WrongLayoutTest, PauseTurnsItOff) {
     launch();
     click("Pause all");
     EXPECT_EQ(typeAndFix().text(), U"akuo");
-}
-
-/// The sign of the last chord, if it is shown.
-QWidget* chordSign() {
-    for (auto* widget : QApplication::topLevelWidgets()) {
-        if (widget->objectName() == QLatin1String("chordSign") && widget->isVisible()) {
-            return widget;
-        }
-    }
-    return nullptr;
 }
 
 TEST_F(KeyboardFlowTest, ASignNamesTheNewSourceAndGoesWithTheApplication) {
