@@ -116,6 +116,15 @@ TEST_F(DirectionCommandsTest, ATestEndsSilentlyWhenItsTargetIsNotInFront) {
     EXPECT_THAT(said, IsEmpty());
 }
 
+TEST_F(DirectionCommandsTest, ATestLeavesTheApplicationAloneThatIsInFrontInstead) {
+    openApplication("com.apple.Notes");
+    desktop.withFrontApplication("com.apple.TextEdit");
+    desktop.workspace.answerActivation(fakes::FakeWorkspace::Activation::refused);
+    commands.test(WritingDirection::rightToLeft, "com.apple.Notes");
+    desktop.queue.advance(1s);
+    EXPECT_THAT(said, IsEmpty());
+}
+
 TEST_F(DirectionCommandsTest, ActivationThatComesLateIsInTimeForATest) {
     openApplication("com.apple.Notes");
     desktop.withFrontApplication("com.example.other");
