@@ -169,6 +169,22 @@ TEST_F(FirefoxDirectionTest, MenuThatDoesNotOpenIsReported) {
     EXPECT_THAT(said, ElementsAre("The direction menu is unavailable in this editor"));
 }
 
+TEST_F(FirefoxDirectionTest, MenuThatCannotBePressedIsReported) {
+    edit->withAction("AXPress", [] { return AXActionResult::failed; });
+    apply();
+    apply();
+    const std::string text = "Firefox cannot open the direction menu for this field";
+    EXPECT_THAT(said, ElementsAre(text, text)) << "the attempt is over";
+}
+
+TEST_F(FirefoxDirectionTest, CommandThatFailsIsReportedAndTheMenuClosed) {
+    command->withAction("AXPress", [] { return AXActionResult::failed; });
+    apply();
+    EXPECT_THAT(said, ElementsAre("The app did not apply the direction command"));
+    EXPECT_EQ(countOf(*edit, "AXCancel"), 1);
+    EXPECT_FALSE(isRightToLeft);
+}
+
 TEST_F(FirefoxDirectionTest, WindowWithoutTheMenuIsReported) {
     edit->with("AXTitle", std::string("View"));
     apply();
