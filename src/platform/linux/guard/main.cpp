@@ -81,15 +81,20 @@ private:
         window_ = named;
         if (watch_ && !watch_->isLost()) {
             watch_->listen(named != 0);
+            seen_.reset();
+            since_.reset();
+            if (named != 0) { // one look: a press may have been held back before this program listened
+                looks_ = mostLooks - 1;
+                since_ = Clock::now() - untilLook * looks_;
+            }
             owner_ = ownerOf(named);
         }
         return true;
     }
 
     void look() {
-        const auto since = watch_->grabbedSince();
-        if (since != since_) {
-            since_ = since;
+        if (watch_->grabbedSince() != seen_) {
+            since_ = seen_ = watch_->grabbedSince();
             looks_ = 0;
         }
         if (since_ && looks_ < mostLooks && Clock::now() >= *since_ + untilLook * (looks_ + 1)) {
@@ -143,7 +148,8 @@ private:
     std::uint32_t window_ = 0; ///< of the connection that holds keys; 0 for none
     std::uint32_t owner_ = 0;  ///< its process, according to the server
     std::optional<X11GrabWatch> watch_;
-    std::optional<Clock::time_point> since_;
+    std::optional<Clock::time_point> seen_;  ///< when the keyboard was seen being taken
+    std::optional<Clock::time_point> since_; ///< the same, or when it may have been taken unseen
     int looks_ = 0;
 };
 

@@ -137,15 +137,25 @@ private:
         if (isConnected()) {
             watch_->listen(isArmed_);
         }
+        seen_.reset();
         grab_.reset();
+        if (isArmed_) { // a press may have been held back before this thread listened
+            questionFrom(Clock::now(), mostQuestions - 1);
+        }
+    }
+
+    /// Asks the loop from then on, as if this many questions had been asked.
+    void questionFrom(std::optional<Clock::time_point> grab, int questions) {
+        grab_ = grab;
+        begin_ = grab.value_or(Clock::time_point());
+        questions_ = questions;
+        isAsked_ = false;
     }
 
     void questionLoop() {
-        if (watch_->grabbedSince() != grab_) {
-            grab_ = watch_->grabbedSince();
-            questions_ = 0;
-            isAsked_ = false;
-            begin_ = grab_.value_or(Clock::time_point());
+        if (watch_->grabbedSince() != seen_) {
+            seen_ = watch_->grabbedSince();
+            questionFrom(seen_, 0);
         }
         if (!isWaiting() || Clock::now() < next()) {
             return;
@@ -176,7 +186,8 @@ private:
     std::shared_ptr<Shared> shared_;
     std::optional<X11GrabWatch> watch_;
     bool isArmed_ = false;
-    std::optional<Clock::time_point> grab_; ///< when the keyboard was taken
+    std::optional<Clock::time_point> seen_; ///< when the keyboard was seen being taken
+    std::optional<Clock::time_point> grab_; ///< the same, or when it may have been taken unseen
     Clock::time_point begin_;               ///< of this question: the grab, or the question before
     bool isAsked_ = false;
     int questions_ = 0;

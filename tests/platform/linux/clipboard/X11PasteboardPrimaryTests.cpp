@@ -22,7 +22,7 @@ protected:
         xcb_create_window(c, 0, window, peer_.connection().root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
                           XCB_COPY_FROM_PARENT, 0, nullptr);
         xcb_set_selection_owner(c, window, XCB_ATOM_PRIMARY, XCB_CURRENT_TIME);
-        peer_.connection().flush();
+        peer_.synchronize();
     }
 
     X11PrimarySelection selection_{*connection_, pasteboard_};

@@ -33,6 +33,27 @@ using namespace std::chrono_literals;
 
 constexpr std::uint64_t everything = 0x2401C0A;
 
+constexpr std::uint16_t masterKeyboard = 3; // of every server, unless somebody makes more
+
+/// The thread alone: nothing is grabbed.
+class X11GrabGuardTest : public testing::X11Test {
+protected:
+    std::unique_ptr<X11Connection> connection_ = std::move(*X11Connection::open(server_.display()));
+    int lettings_ = 0;
+    X11GrabGuard guard_{*connection_, [this] { ++lettings_; }};
+};
+
+TEST_F(X11GrabGuardTest, LetsGoWhenTheLoopStandsAfterArmingSinceItMayHaveMissedAPress) {
+    guard_.arm(masterKeyboard);
+    std::this_thread::sleep_for(1s); // the loop stands
+    EXPECT_TRUE(waitUntil([&] { return lettings_ > 0; }));
+}
+
+TEST_F(X11GrabGuardTest, LetsNothingGoWhileTheLoopTurns) {
+    guard_.arm(masterKeyboard);
+    EXPECT_FALSE(waitUntil([&] { return lettings_ > 0; }, 1s));
+}
+
 /// A user who writes Hebrew with temporary English, and an agent whose main thread is busy with something else.
 class BusyLoopTest : public testing::X11Test {
 protected:
