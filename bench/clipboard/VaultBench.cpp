@@ -137,6 +137,7 @@ bool measureSaving() {
     const live::TemporaryFolder folder(parentOnDisk());
     auto vault = vaultIn(folder.path());
     std::vector<ClipboardEntry> entries;
+    entries.reserve(1'000);
     for (int i = 0; i < 1'000; ++i) {
         entries.push_back(image(2'048, i));
     }
@@ -213,6 +214,7 @@ bool measureMemory() {
         if (writer == 0) {
             auto vault = vaultIn(folder.path());
             std::vector<ClipboardEntry> entries;
+            entries.reserve(static_cast<std::size_t>(entryCount));
             for (int i = 0; i < entryCount; ++i) {
                 entries.push_back(image(entryBytes, i));
             }

@@ -5,7 +5,6 @@
 #include "platform/Platform.hpp"
 
 #include <algorithm>
-#include <ranges>
 #include <vector>
 
 #include <unistd.h>
@@ -96,8 +95,15 @@ std::optional<std::string> ApplicationSources::front() const {
 bool ApplicationSources::isAnyKeyDown() const {
     const auto& keys = *platform_.keyEvents;
     const auto isDown = [&](core::KeyCode key) { return key != capsLock && keys.isKeyDown(key); };
-    return (keys.currentFlags() & anyModifier) != 0 ||
-           std::ranges::any_of(std::views::iota(core::KeyCode{0}, core::KeyCode{lastKey + 1}), isDown);
+    if ((keys.currentFlags() & anyModifier) != 0) {
+        return true;
+    }
+    for (core::KeyCode key = 0; key <= lastKey; ++key) {
+        if (isDown(key)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace quillane

@@ -48,13 +48,14 @@ std::optional<TypedWord> lastTypedWord(std::string_view text, const KeyboardLayo
     auto pieces = typedPieces(tail, layout, index);
     std::size_t needed = 0;
     std::size_t begin = codePoints.text.size();
-    for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece) {
-        const auto more = std::max<std::size_t>(piece->typing.strokes.size(), 1);
+    std::ranges::reverse(pieces); // the last ones first
+    for (const auto& piece : pieces) {
+        const auto more = std::max<std::size_t>(piece.typing.strokes.size(), 1);
         if (needed + more > strokes) {
             break;
         }
         needed += more;
-        begin = word.begin + piece->begin;
+        begin = word.begin + piece.begin;
     }
     if (begin >= word.end) {
         return std::nullopt;

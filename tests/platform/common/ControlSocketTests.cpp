@@ -163,7 +163,7 @@ TEST_F(ControlSocketTest, CommandSendsNothingIntoAFolderThatOthersCanEnter) {
         return ControlReply{true, "heard"};
     });
     const auto folder = path().parent_path();
-    for (const mode_t mode : {0755U, 0710U, 0701U, 0770U}) {
+    for (const mode_t mode : {mode_t{0755}, mode_t{0710}, mode_t{0701}, mode_t{0770}}) {
         ASSERT_EQ(::chmod(folder.c_str(), mode), 0);
         EXPECT_EQ(ask({"status", {}}).error(), std::errc::permission_denied) << mode;
         EXPECT_FALSE(ControlSocket::claim(path())) << mode;
