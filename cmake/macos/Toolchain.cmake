@@ -24,6 +24,9 @@ foreach(language C CXX OBJC OBJCXX)
 endforeach()
 set(CMAKE_EXE_LINKER_FLAGS_INIT -fuse-ld=lld)
 set(CMAKE_MODULE_LINKER_FLAGS_INIT -fuse-ld=lld)
+if(CMAKE_OSX_ARCHITECTURES STREQUAL "x86_64") # what Clang clears memory with is in every Mac's libSystem, but not in all stubs
+  string(APPEND CMAKE_EXE_LINKER_FLAGS_INIT " -Wl,-U,___bzero")
+endif()
 
 # The libraries to link with are made from what the objects need, so there is none while CMake tries its compilers.
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)

@@ -13,6 +13,7 @@ protected:
         AgentTest::SetUp();
         startAgent();
         form_ = required(LiveForm::start(desktop(), "plain", "Chromium"));
+        ASSERT_TRUE(agent().bringToFront(form_->pid())); // a chord does not outlast a switch
     }
 
     void TearDown() override {
