@@ -36,8 +36,8 @@ namespace chordSignPlacement {
 /// Between the sign and what it is shown for, and the sign and the edge of the screen.
 inline constexpr double margin = 6;
 
-/// Below the place (the text cursor, or the pointer), centred on it; above it where there is no room below. Within the
-/// screen in any case.
+/// The frame of a sign of that size: centred below the text cursor or the pointer, or above it if there is no room
+/// below, and always within the screen.
 [[nodiscard]] ScreenRect frame(const ScreenRect& place, const ScreenRect& screen, Size size);
 
 } // namespace chordSignPlacement
