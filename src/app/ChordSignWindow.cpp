@@ -4,10 +4,10 @@
 
 #include "views/Colors.hpp"
 #include "views/Labels.hpp"
+#include "views/RoundedCorners.hpp"
 #include "views/Text.hpp"
 
 #include <QAccessibleWidget>
-#include <QBitmap>
 #include <QCursor>
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -151,14 +151,7 @@ void ChordSignWindow::place(const std::optional<AXRect>& caret) {
 
 void ChordSignWindow::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    QBitmap mask(size());
-    mask.clear();
-    QPainter painter(&mask);
-    painter.setBrush(Qt::color1);
-    painter.setPen(Qt::NoPen);
-    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
-    painter.end();
-    setMask(mask);
+    roundCorners(*this, cornerRadius);
 }
 
 void ChordSignWindow::paintEvent(QPaintEvent* /*event*/) {

@@ -7,10 +7,10 @@
 #include "core/localization/Texts.hpp"
 #include "platform/Platform.hpp"
 #include "views/Colors.hpp"
+#include "views/RoundedCorners.hpp"
 #include "views/Text.hpp"
 
 #include <QApplication>
-#include <QBitmap>
 #include <QCursor>
 #include <QKeyEvent>
 #include <QPainter>
@@ -152,14 +152,7 @@ void HistoryPanel::resizeEvent(QResizeEvent* event) {
     if ((windowFlags() & Qt::WindowType_Mask) != Qt::Popup) {
         return; // the desktop rounds the corners itself
     }
-    QBitmap mask(size());
-    mask.clear();
-    QPainter painter(&mask);
-    painter.setBrush(Qt::color1);
-    painter.setPen(Qt::NoPen);
-    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
-    painter.end();
-    setMask(mask);
+    roundCorners(*this, cornerRadius);
 }
 
 void HistoryPanel::paintEvent(QPaintEvent* /*event*/) {

@@ -36,8 +36,8 @@ namespace chordSignPlacement {
 /// Between the sign and what it is shown for, and the sign and the edge of the screen.
 inline constexpr double margin = 6;
 
-/// The frame of a sign of that size: centred below the text cursor or the pointer, or above it if there is no room
-/// below, and always within the screen.
+/// The frame of the sign: centred below the text cursor or the pointer, or above if it does not fit below. It never
+/// leaves the screen.
 [[nodiscard]] ScreenRect frame(const ScreenRect& place, const ScreenRect& screen, Size size);
 
 } // namespace chordSignPlacement
